@@ -1,0 +1,93 @@
+#include "platform/computersystem/HostFacts.h"
+
+#include <array>
+#include <utility>
+
+#include "platform/computersystem/OsRelease.h"
+
+namespace {
+
+using Text = std::optional<std::string> ComputerSystemFacts::*;
+
+/// Where the kernel repeats what it read from the firmware.
+struct KernelFile {
+    Text fact;
+    char const* path;
+};
+
+constexpr auto kernelFiles = std::to_array<KernelFile>({
+    {&ComputerSystemFacts::manufacturer, "/sys/class/dmi/id/sys_vendor"},
+    {&ComputerSystemFacts::productName, "/sys/class/dmi/id/product_name"},
+    {&ComputerSystemFacts::productId, "/sys/class/dmi/id/product_sku"},
+    {&ComputerSystemFacts::serialNumber, "/sys/class/dmi/id/product_serial"},
+    {&ComputerSystemFacts::uuid, "/sys/class/dmi/id/product_uuid"},
+    {&ComputerSystemFacts::biosVendor, "/sys/class/dmi/id/bios_vendor"},
+    {&ComputerSystemFacts::biosVersion, "/sys/class/dmi/id/bios_version"},
+    {&ComputerSystemFacts::biosReleaseDate, "/sys/class/dmi/id/bios_date"},
+});
+
+constexpr auto texts = std::to_array<Text>({
+    &ComputerSystemFacts::manufacturer,
+    &ComputerSystemFacts::productName,
+    &ComputerSystemFacts::productId,
+    &ComputerSystemFacts::serialNumber,
+    &ComputerSystemFacts::uuid,
+    &ComputerSystemFacts::biosVendor,
+    &ComputerSystemFacts::biosVersion,
+    &ComputerSystemFacts::biosReleaseDate,
+    &ComputerSystemFacts::osName,
+    &ComputerSystemFacts::osVersion,
+});
+
+/// Firmware fills a field that it has no value for with nothing or with blanks.
+std::optional<std::string> nonBlank(std::string const& text) {
+    if (text.find_first_not_of(' ') == std::string::npos) return std::nullopt;
+    return text;
+}
+
+}  // namespace
+
+ComputerSystemFacts readHostFacts(HostFiles const& files) {
+    ComputerSystemFacts facts;
+    for (KernelFile const& file : kernelFiles) facts.*file.fact = files.line(file.path);
+    if (files.line("/proc/sys/kernel/ostype") == "Linux") facts.osType = OSlinux;
+    auto release = files.text("/etc/os-release");
+    if (!release) release = files.text("/usr/lib/os-release");
+    if (release) {
+        facts.osName = osReleaseValue(*release, "NAME");
+        facts.osVersion = osReleaseValue(*release, "VERSION_ID");
+    }
+    return facts;
+}
+
+ComputerSystemFacts readFirmwareFacts(SmBios const& smbios) {
+    ComputerSystemFacts facts;
+    if (DmiSystem const* const system = smbios.getDmiSystem()) {
+        facts.manufacturer = nonBlank(system->manufacturer);
+        facts.productName = nonBlank(system->productName);
+        facts.productId = nonBlank(system->skuNumber);
+        facts.serialNumber = nonBlank(system->serialNumber);
+        facts.uuid = nonBlank(system->uuid);
+    }
+    if (DmiBios const* const bios = smbios.getDmiBios()) {
+        facts.biosVendor = nonBlank(bios->vendor);
+        facts.biosVersion = nonBlank(bios->version);
+        facts.biosReleaseDate = nonBlank(bios->releaseDate);
+    }
+    return facts;
+}
+
+ComputerSystemFacts mergeFacts(ComputerSystemFacts first, ComputerSystemFacts second) {
+    for (Text const text : texts) {
+        if (!(first.*text)) first.*text = std::move(second.*text);
+    }
+    if (!first.osType) first.osType = second.osType;
+    return first;
+}
+
+bool hasFacts(ComputerSystemFacts const& facts) noexcept {
+    for (Text const text : texts) {
+        if (facts.*text) return true;
+    }
+    return facts.osType.has_value();
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/computersystem/ComputerSystemMRADataObject.h"
+#include "platform/computersystem/HostFiles.h"
+#include "platform/smbios/SmBios.h"
+
+/// What the kernel's copies of the firmware's facts (/sys/class/dmi/id), the kernel itself and
+/// os-release tell.
+ComputerSystemFacts readHostFacts(HostFiles const& files);
+
+/// What a scanned SMBIOS table tells; nothing when its scan failed.
+ComputerSystemFacts readFirmwareFacts(SmBios const& smbios);
+
+/// The facts of the first, and where it has none those of the second.
+ComputerSystemFacts mergeFacts(ComputerSystemFacts first, ComputerSystemFacts second);
+
+/// True when there is a fact at all.
+bool hasFacts(ComputerSystemFacts const& facts) noexcept;

@@ -1,0 +1,108 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/logger/LogArgument.h"
+#include "platform/logger/LogSink.h"
+#include "pylcommon_export.h"
+
+/// Writes log lines of one named source.
+///
+/// Copies are cheap (two reference counts) and share a sink and a level: setLevel() on one of them
+/// holds for all. The source name belongs to each copy alone. A class that logs keeps its own copy.
+///
+/// info(), warn() and error() take a printf-style format and check every argument against its
+/// conversion:
+///
+///   - d i o u x X c s p and e E f F g G a A, with the flags - + blank # 0, width, precision and *,
+///     print as the C standard says. Integers print at the full width of their argument whatever
+///     the length modifier, except that h and hh cut them as they do in C.
+///   - %s takes zero-terminated text, std::string or std::string_view; a null prints "(null)".
+///   - %% prints a per cent sign; %n prints nothing and stores nothing.
+///   - A conversion that is unknown, lacks its argument or finds one of the wrong type prints its
+///     own text as it stands and touches no memory. An argument of the wrong type is used up.
+///   - A width above 1024 counts as 1024, and so does the precision of a number.
+///
+/// So a text with stray per cent signs cannot do harm, even where it stands as the format. A line
+/// that the level drops costs one relaxed load and a branch: no text is built, nothing is
+/// allocated. Where an argument is itself costly to make, ask infoEnabled() and its like first.
+///
+/// Logging throws nothing and leaves errno alone: a line that cannot be built or written is lost.
+///
+/// Threads: different copies may be used at once, and so may one copy, as long as nobody assigns to
+/// it or calls appendLogSource() on it meanwhile.
+class PYL_EXPORT Logger {
+public:
+    /// A logger that writes to the system log, at level information.
+    explicit Logger(std::string source);
+
+    /// A logger that writes to this sink, which must not be null.
+    Logger(std::string source, std::shared_ptr<LogSink> sink,
+           LogLevel level = LogLevel::information);
+
+    // Moving copies, so that a logger that was moved from can still log.
+    Logger(Logger const&) noexcept = default;
+    Logger& operator=(Logger const&) noexcept = default;
+    ~Logger() = default;
+
+    /// Adds a suffix to the source name of this copy; copies made before keep theirs.
+    void appendLogSource(std::string_view suffix);
+
+    /// The name that stands before each line. Good until the next appendLogSource() or assignment.
+    std::string const& logSource() const noexcept { return *_source; }
+
+    /// Sets the level of this logger and of everything it was copied from or to.
+    void setLevel(LogLevel level) noexcept {
+        _family->level.store(level, std::memory_order_relaxed);
+    }
+    LogLevel level() const noexcept { return _family->level.load(std::memory_order_relaxed); }
+
+    bool infoEnabled() const noexcept { return _isEnabled(LogLevel::information); }
+    bool warnEnabled() const noexcept { return _isEnabled(LogLevel::warning); }
+    bool errorEnabled() const noexcept { return _isEnabled(LogLevel::error); }
+
+    template <typename... Arguments>
+    void info(char const* format, Arguments const&... arguments) const noexcept {
+        _log(LogLevel::information, format, arguments...);
+    }
+    template <typename... Arguments>
+    void warn(char const* format, Arguments const&... arguments) const noexcept {
+        _log(LogLevel::warning, format, arguments...);
+    }
+    template <typename... Arguments>
+    void error(char const* format, Arguments const&... arguments) const noexcept {
+        _log(LogLevel::error, format, arguments...);
+    }
+
+private:
+    struct Family {
+        std::shared_ptr<LogSink> sink;
+        std::atomic<LogLevel> level;
+    };
+
+    bool _isEnabled(LogLevel wanted) const noexcept { return wanted <= level(); }
+
+    template <typename... Arguments>
+    void _log(LogLevel lineLevel, char const* format,
+              Arguments const&... arguments) const noexcept {
+        if (_isEnabled(lineLevel)) {
+            std::array<LogArgument, sizeof...(Arguments)> const captured{LogArgument(arguments)...};
+            _write(lineLevel, format, captured);
+        }
+    }
+    void _write(LogLevel lineLevel, char const* format,
+                std::span<LogArgument const> arguments) const noexcept;
+
+    std::shared_ptr<Family> _family;
+    std::shared_ptr<std::string const> _source;
+};
+
+/// A logger for code that an object manager hosts: it writes to the system log. An object manager that
+/// runs in the foreground, with standard error on a terminal, a pipe or a file, gets the lines there; so
+/// does one on a host without a system log (no /dev/log when this is called).
+PYL_EXPORT Logger hostedLogger(std::string source);

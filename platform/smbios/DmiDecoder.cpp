@@ -1,0 +1,111 @@
+#include "platform/smbios/DmiDecoder.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace {
+
+// The first version whose UUID has its first three fields in little-endian order (DSP0134,
+// clause 7.2.1).
+constexpr std::uint16_t littleEndianUuidVersion = 0x0206;
+
+constexpr std::uint8_t firmwareType = 0xd8;
+constexpr std::uint8_t serverSystemIdType = 0xd9;
+constexpr std::size_t signatureOffset = 0x04;
+constexpr std::string_view signature = "KTQ";
+
+std::string text(SmbiosRecord const& record, std::size_t offset) {
+    return std::string(record.string(offset));
+}
+
+using Uuid = std::array<std::uint8_t, 16>;
+
+std::string uuidText(Uuid const& uuid) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string result;
+    for (std::size_t index = 0; index < uuid.size(); ++index) {
+        if (index == 4 || index == 6 || index == 8 || index == 10) result += '-';
+        result += digits[uuid[index] >> 4];
+        result += digits[uuid[index] & 0xf];
+    }
+    return result;
+}
+
+std::string decodeUuid(std::uint16_t version, SmbiosRecord const& record) {
+    constexpr std::size_t offset = 0x08;
+    Uuid uuid{};
+    if (record.formatted().size() < offset + uuid.size()) return {};
+    std::ranges::copy(record.formatted().subspan(offset, uuid.size()), uuid.begin());
+    // All bits set: not set yet; none set: the machine has none.
+    if (std::ranges::all_of(uuid, [&](std::uint8_t byte) {
+            return byte == uuid[0] && (byte == 0x00 || byte == 0xff);
+        })) {
+        return {};
+    }
+    if (version >= littleEndianUuidVersion) {
+        std::reverse(uuid.begin(), uuid.begin() + 4);
+        std::reverse(uuid.begin() + 4, uuid.begin() + 6);
+        std::reverse(uuid.begin() + 6, uuid.begin() + 8);
+    }
+    return uuidText(uuid);
+}
+
+SmbiosRecord const* findSigned(SmbiosTable const& table, std::uint8_t type) noexcept {
+    auto const found = std::ranges::find_if(table.records(), [type](SmbiosRecord const& record) {
+        return record.type() == type && record.string(signatureOffset) == signature;
+    });
+    return found == table.records().end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+DmiBios decodeBios(SmbiosTable const& table, SmbiosRecord const& record) {
+    DmiBios bios{.vendor = text(record, 0x04),
+                 .version = text(record, 0x05),
+                 .releaseDate = text(record, 0x08),
+                 .characteristics = record.quadWord(0x0a).value_or(0)};
+    if (SmbiosRecord const* const firmware = findSigned(table, firmwareType)) {
+        // The upper characteristics bits are free for each maker of systems (DSP0134,
+        // clause 7.1.1).
+        bios.biosMarker = static_cast<std::uint16_t>(bios.characteristics >> 48);
+        bios.newerGeneration = firmware->byte(0x05).value_or(0);
+    }
+    return bios;
+}
+
+DmiSystem decodeSystem(SmbiosTable const& table, SmbiosRecord const& record) {
+    return {.manufacturer = text(record, 0x04),
+            .productName = text(record, 0x05),
+            .version = text(record, 0x06),
+            .serialNumber = text(record, 0x07),
+            .uuid = decodeUuid(table.entryPoint().version, record),
+            .wakeUpType = record.byte(0x18).value_or(0),
+            .skuNumber = text(record, 0x19),
+            .family = text(record, 0x1a)};
+}
+
+DmiBaseboard decodeBaseboard(SmbiosRecord const& record) {
+    return {.manufacturer = text(record, 0x04),
+            .product = text(record, 0x05),
+            .version = text(record, 0x06),
+            .serialNumber = text(record, 0x07),
+            .assetTag = text(record, 0x08)};
+}
+
+DmiChassis decodeChassis(SmbiosRecord const& record) {
+    // The topmost bit of the type tells whether the chassis has a lock.
+    return {.manufacturer = text(record, 0x04),
+            .type = static_cast<std::uint8_t>(record.byte(0x05).value_or(0) & 0x7f),
+            .version = text(record, 0x06),
+            .serialNumber = text(record, 0x07),
+            .assetTag = text(record, 0x08)};
+}
+
+KTQServerSystemId decodeServerSystemId(SmbiosRecord const& record) {
+    return {.identifier = text(record, 0x05)};
+}
+
+SmbiosRecord const* findServerSystemIdRecord(SmbiosTable const& table) noexcept {
+    return findSigned(table, serverSystemIdType);
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+// The structures that the stack uses, decoded. A text or number that the firmware does not give is
+// empty or 0. The layouts are those of DSP0134, clause 7; the maker's own are in
+// docs/smbios-records.md.
+
+/// BIOS information (type 0).
+struct DmiBios {
+    std::string vendor;
+    std::string version;
+    std::string releaseDate;
+    std::uint64_t characteristics = 0;
+    /// The maker's marker word; 0 on a machine of another maker.
+    std::uint16_t biosMarker = 0;
+    /// Not 0 on the maker's newer generation of servers.
+    std::uint8_t newerGeneration = 0;
+};
+
+/// System information (type 1).
+struct DmiSystem {
+    std::string manufacturer;
+    std::string productName;
+    std::string version;
+    std::string serialNumber;
+    /// In the usual text form, lower case; empty when the firmware says that there is none.
+    std::string uuid;
+    std::uint8_t wakeUpType = 0;
+    std::string skuNumber;
+    std::string family;
+};
+
+/// Baseboard information (type 2).
+struct DmiBaseboard {
+    std::string manufacturer;
+    std::string product;
+    std::string version;
+    std::string serialNumber;
+    std::string assetTag;
+};
+
+/// Chassis information (type 3).
+struct DmiChassis {
+    std::string manufacturer;
+    /// The kind of enclosure (DSP0134, table "System Enclosure or Chassis Types").
+    std::uint8_t type = 0;
+    std::string version;
+    std::string serialNumber;
+    std::string assetTag;
+};
+
+/// The maker's server system identifier.
+struct KTQServerSystemId {
+    std::string identifier;
+};

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "platform/smbios/SmbiosEntryPoint.h"
+#include "pylcommon_export.h"
+
+/// One structure of an SMBIOS table: its formatted area and its strings.
+///
+/// A view into its table, good until the table is destroyed. Every read is bounded: a field beyond
+/// the formatted area is absent, as it is on firmware that is older than the field.
+class PYL_EXPORT SmbiosRecord {
+public:
+    static constexpr std::size_t headerSize = 4;
+
+    /// `formatted` holds at least the header; `strings` the text set without its last zero.
+    SmbiosRecord(std::span<std::uint8_t const> formatted, std::string_view strings) noexcept
+        : _formatted(formatted), _strings(strings) {}
+
+    std::uint8_t type() const noexcept { return _formatted[0]; }
+    /// The size of the formatted area, header included.
+    std::uint8_t length() const noexcept { return _formatted[1]; }
+    std::uint16_t handle() const noexcept { return *word(2); }
+    std::span<std::uint8_t const> formatted() const noexcept { return _formatted; }
+
+    /// The little-endian field at this offset of the formatted area.
+    std::optional<std::uint8_t> byte(std::size_t offset) const noexcept;
+    std::optional<std::uint16_t> word(std::size_t offset) const noexcept;
+    std::optional<std::uint32_t> doubleWord(std::size_t offset) const noexcept;
+    std::optional<std::uint64_t> quadWord(std::size_t offset) const noexcept;
+
+    /// The string whose number stands at this offset; empty when the field is absent, is 0 or names
+    /// a string that the record does not have.
+    std::string_view string(std::size_t offset) const noexcept;
+
+    /// All strings in order; the first has number 1.
+    std::vector<std::string_view> strings() const;
+
+private:
+    std::span<std::uint8_t const> _formatted;
+    std::string_view _strings;
+};
+
+/// The structures of one SMBIOS table, in the order of the table.
+///
+/// Owns the bytes. Safe from several threads at once, once made.
+class PYL_EXPORT SmbiosTable {
+public:
+    static constexpr std::uint8_t endOfTable = 127;
+
+    /// Takes the table apart, up to its end-of-table structure. Throws SmbiosError when a structure
+    /// is malformed or runs past the end, or when there is no end-of-table structure and nothing
+    /// else that shows the table to be whole: a 32-bit entry point's count that was reached.
+    SmbiosTable(SmbiosEntryPoint const& entryPoint, std::vector<std::uint8_t> bytes);
+
+    // The records point into the bytes, which stay where they are when a table is moved.
+    SmbiosTable(SmbiosTable&&) noexcept = default;
+    SmbiosTable& operator=(SmbiosTable&&) noexcept = default;
+    SmbiosTable(SmbiosTable const&) = delete;
+    SmbiosTable& operator=(SmbiosTable const&) = delete;
+    ~SmbiosTable() = default;
+
+    SmbiosEntryPoint const& entryPoint() const noexcept { return _entryPoint; }
+
+    /// Every structure, an end-of-table structure included.
+    std::span<SmbiosRecord const> records() const noexcept { return _records; }
+
+    /// The first structure of this type, or nullptr when the table has none.
+    SmbiosRecord const* findType(std::uint8_t type) const noexcept;
+
+private:
+    void _readRecords();
+    bool _isEnded() const noexcept;
+    bool _hasStatedCount() const noexcept;
+
+    SmbiosEntryPoint _entryPoint;
+    std::vector<std::uint8_t> _bytes;
+    std::vector<SmbiosRecord> _records;
+};

@@ -1,0 +1,161 @@
+#include "platform/smbios/DmiRecords.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/platform/smbios/SmbiosImage.h"
+
+namespace {
+
+/// A system record as long as the standard's newest, with this UUID.
+Bytes systemWithUuid(Bytes const& uuid) {
+    return structure(1, 1, concatenated({{1, 2, 0, 3}, uuid, {6, 4, 5}}),
+                     {"Maker", "Product", "Serial", "Sku", "Family"});
+}
+
+Bytes const countingUuid{0x00, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77,
+                         0x88, 0x99, 0xaa, 0xbb, 0xcc, 0xdd, 0xee, 0xff};
+
+Bytes biosWithMarker(std::uint8_t low, std::uint8_t high) {
+    return structure(0, 0, {1, 2, 0, 0xe0, 3, 0xff, 0x80, 0x98, 0, 0, 0, 0, low, high},
+                     {"Vendor", "Version", "01/02/2024"});
+}
+
+std::string uuidOf(Bytes const& uuid, std::uint8_t major, std::uint8_t minor) {
+    SmbiosImage image(concatenated({systemWithUuid(uuid), endOfTable()}));
+    if (major < 3) image.countIs(2);
+    ScannedDump const scanned(image.versionIs(major, minor));
+    return scanned->getDmiSystem() ? scanned->getDmiSystem()->uuid : "no record";
+}
+
+TEST(DmiRecords, DecodeTheSystem) {
+    ScannedDump const scanned(readDump("entry30"));
+    ASSERT_NE(scanned->getDmiSystem(), nullptr);
+    DmiSystem const& system = *scanned->getDmiSystem();
+    EXPECT_EQ(system.manufacturer, "KT");
+    EXPECT_EQ(system.productName, "SERVER");
+    EXPECT_EQ(system.version, "1.0");
+    EXPECT_EQ(system.serialNumber, "KTQ0012345");
+    EXPECT_EQ(system.uuid, "4c4c4544-0035-5a10-8052-b4c04f4d3232");
+    EXPECT_EQ(system.wakeUpType, 6);
+    EXPECT_EQ(system.skuNumber, "P12345-B21");
+    EXPECT_EQ(system.family, "Wave");
+}
+
+TEST(DmiRecords, DecodeTheBios) {
+    ScannedDump const scanned(readDump("wavej-marker"));
+    ASSERT_NE(scanned->getDmiBios(), nullptr);
+    DmiBios const& bios = *scanned->getDmiBios();
+    EXPECT_EQ(bios.vendor, "KT");
+    EXPECT_EQ(bios.version, "K42 v1.20");
+    EXPECT_EQ(bios.releaseDate, "03/14/2024");
+    EXPECT_EQ(bios.characteristics, 0x4000000813099880U);
+    EXPECT_EQ(bios.biosMarker, 0x4000);
+    EXPECT_EQ(bios.newerGeneration, 0);
+}
+
+TEST(DmiRecords, DecodeBaseboardAndChassis) {
+    ScannedDump const scanned(readDump("wavek"));
+    ASSERT_NE(scanned->getDmiBaseboard(), nullptr);
+    EXPECT_EQ(scanned->getDmiBaseboard()->manufacturer, "KT");
+    EXPECT_EQ(scanned->getDmiBaseboard()->product, "Main board");
+    EXPECT_EQ(scanned->getDmiBaseboard()->version, "A");
+    EXPECT_EQ(scanned->getDmiBaseboard()->serialNumber, "KTQB000777");
+    EXPECT_EQ(scanned->getDmiBaseboard()->assetTag, "Asset-1");
+    ASSERT_NE(scanned->getDmiChassis(), nullptr);
+    EXPECT_EQ(scanned->getDmiChassis()->manufacturer, "KT");
+    EXPECT_EQ(scanned->getDmiChassis()->type, 0x17) << "without the bit of the lock";
+    EXPECT_EQ(scanned->getDmiChassis()->version, "");
+    EXPECT_EQ(scanned->getDmiChassis()->serialNumber, "KTQC000888");
+    EXPECT_EQ(scanned->getDmiChassis()->assetTag, "Asset-2");
+}
+
+TEST(DmiRecords, LeaveOutWhatAnOlderRecordDoesNotHave) {
+    ScannedDump const scanned(readDump("entry21"));
+    ASSERT_NE(scanned->getDmiSystem(), nullptr);
+    EXPECT_EQ(scanned->getDmiSystem()->uuid, "4c4c4544-0035-5a10-8052-b4c04f4d3232");
+    EXPECT_EQ(scanned->getDmiSystem()->skuNumber, "");
+    EXPECT_EQ(scanned->getDmiSystem()->family, "");
+}
+
+TEST(DmiRecords, LeaveOutEverythingThatAHeaderAloneDoesNotHave) {
+    ScannedDump const scanned(SmbiosImage(concatenated(
+        {structure(0, 0), structure(1, 1), structure(2, 2), structure(3, 3), endOfTable()})));
+    ASSERT_EQ(scanned.result(), 0);
+    EXPECT_EQ(scanned->getDmiBios()->vendor, "");
+    EXPECT_EQ(scanned->getDmiBios()->characteristics, 0U);
+    EXPECT_EQ(scanned->getDmiSystem()->manufacturer, "");
+    EXPECT_EQ(scanned->getDmiSystem()->uuid, "");
+    EXPECT_EQ(scanned->getDmiBaseboard()->product, "");
+    EXPECT_EQ(scanned->getDmiChassis()->type, 0);
+}
+
+TEST(DmiRecords, OrderTheUuidByTheVersionOfTheTable) {
+    std::string const littleEndian = "33221100-5544-7766-8899-aabbccddeeff";
+    std::string const asItStands = "00112233-4455-6677-8899-aabbccddeeff";
+    EXPECT_EQ(uuidOf(countingUuid, 2, 5), asItStands);
+    EXPECT_EQ(uuidOf(countingUuid, 2, 6), littleEndian);
+    EXPECT_EQ(uuidOf(countingUuid, 2, 0x1f), asItStands) << "a miswritten 2.3";
+    EXPECT_EQ(uuidOf(countingUuid, 3, 0), littleEndian);
+}
+
+TEST(DmiRecords, GiveNoUuidWhereTheFirmwareSaysThereIsNone) {
+    EXPECT_EQ(uuidOf(Bytes(16, 0x00), 3, 0), "");
+    EXPECT_EQ(uuidOf(Bytes(16, 0xff), 3, 0), "");
+    EXPECT_EQ(uuidOf(Bytes(16, 0x11), 3, 0), "11111111-1111-1111-1111-111111111111");
+    Bytes almost(16, 0xff);
+    almost[15] = 0xfe;
+    EXPECT_EQ(uuidOf(almost, 3, 0), "ffffffff-ffff-ffff-ffff-fffffffffffe");
+}
+
+TEST(DmiRecords, GiveNoUuidThatIsCutShort) {
+    Bytes const shortUuid(countingUuid.begin(), countingUuid.end() - 1);
+    ScannedDump const scanned(SmbiosImage(concatenated(
+        {structure(1, 1, concatenated({{1, 0, 0, 0}, shortUuid}), {"Maker"}), endOfTable()})));
+    ASSERT_NE(scanned->getDmiSystem(), nullptr);
+    EXPECT_EQ(scanned->getDmiSystem()->manufacturer, "Maker");
+    EXPECT_EQ(scanned->getDmiSystem()->uuid, "");
+}
+
+TEST(DmiRecords, TakeTheMarkersOnTheMakersMachinesOnly) {
+    struct Case {
+        Bytes own;
+        std::uint16_t marker;
+        std::uint8_t newer;
+    };
+    for (auto const& [own, marker, newer] : {
+             Case{structure(0xd8, 5, {1, 0}, {"KTQ"}), 0x4021, 0},
+             Case{structure(0xd8, 5, {1, 0xff}, {"KTQ"}), 0x4021, 0xff},
+             Case{structure(0xd8, 5, {2, 1}, {"x", "KTQ"}), 0x4021, 1},
+             Case{structure(0xd8, 5, {1}, {"KTQ"}), 0x4021, 0},
+             Case{structure(0xd8, 5, {1, 1}, {"KTQX"}), 0, 0},
+             Case{structure(0xd8, 5, {0, 1}, {"KTQ"}), 0, 0},
+             Case{structure(0xd8, 5), 0, 0},
+             Case{structure(0xd7, 5, {1, 1}, {"KTQ"}), 0, 0},
+         }) {
+        ScannedDump const scanned(
+            SmbiosImage(concatenated({biosWithMarker(0x21, 0x40), own, endOfTable()})));
+        ASSERT_NE(scanned->getDmiBios(), nullptr);
+        EXPECT_EQ(scanned->getDmiBios()->biosMarker, marker);
+        EXPECT_EQ(scanned->getDmiBios()->newerGeneration, newer);
+    }
+}
+
+TEST(DmiRecords, FindTheServerSystemIdentifierByItsSignature) {
+    ScannedDump const scanned(
+        SmbiosImage(concatenated({structure(0xd9, 5, {1, 2}, {"Other", "not ours"}),
+                                  structure(0xd9, 6, {1, 2}, {"KTQ", "KTQ-0815"}),
+                                  structure(0xd9, 7, {1, 2}, {"KTQ", "second"}), endOfTable()})));
+    ASSERT_NE(scanned->getKTQServerSystemId(), nullptr);
+    EXPECT_EQ(scanned->getKTQServerSystemId()->identifier, "KTQ-0815");
+}
+
+TEST(DmiRecords, KnowNothingOfAnotherMakersOwnRecords) {
+    ScannedDump const scanned(readDump("foreign"));
+    ASSERT_NE(scanned->getDmiBios(), nullptr);
+    EXPECT_EQ(scanned->getDmiBios()->characteristics >> 48, 0x4000U);
+    EXPECT_EQ(scanned->getDmiBios()->biosMarker, 0);
+    EXPECT_EQ(scanned->getDmiBios()->newerGeneration, 0);
+    EXPECT_EQ(scanned->getKTQServerSystemId(), nullptr);
+}
+
+}  // namespace
