@@ -1,0 +1,70 @@
+#pragma once
+
+#include "cmpi/cmpift.h"
+#include "cmpicpp/CmpiStatus.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// How the wrapper calls the broker: every failure is CmpiStatus. Not installed.
+namespace CmpiCpp {
+
+/// Calls a slot whose last argument is the status, and throws what that says.
+template <typename Result, typename... Parameters, typename... Arguments>
+Result ask(Result (*slot)(Parameters...), Arguments... arguments) {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const Result result = slot(arguments..., &status);
+    check(status);
+    return result;
+}
+
+[[noreturn]] void throwNothingMade(const char* what);
+[[noreturn]] void throwNoBroker();
+[[noreturn]] void throwAbsent(const char* name);
+[[noreturn]] void throwAbsent(unsigned int index);
+
+/// The object that the broker made. Success without an object is CMPI_RC_ERR_FAILED.
+template <typename T>
+T* made(T* object, const char* what) {
+    if (object == nullptr) [[unlikely]]
+        throwNothingMade(what);
+    return object;
+}
+
+/// The broker; none is CMPI_RC_ERR_INVALID_HANDLE.
+inline const CMPIBroker* required(const CMPIBroker* broker) {
+    if (broker == nullptr) [[unlikely]]
+        throwNoBroker();
+    return broker;
+}
+
+/// The characters of a string of the broker, borrowed from it and ended by a zero; "" for nullptr.
+inline const char* charsOf(const CMPIString* string) {
+    const char* const text = string == nullptr ? nullptr : ask(string->ft->getCharPtr, string);
+    return text == nullptr ? "" : text;
+}
+
+/// The same with their number.
+inline std::string_view textOf(const CMPIString* string) {
+    return charsOf(string);
+}
+
+/// The same where a text that cannot be read is as good as none.
+const char* textOrEmpty(const CMPIString* string) noexcept;
+
+/// Text that came through the C interface as an argument; empty for nullptr.
+inline std::string toString(const char* text) {
+    return text == nullptr ? std::string() : std::string(text);
+}
+
+/// An item that was read by name or index. Brokers before 2.1 may mark a missing one by its state
+/// and return CMPI_RC_OK.
+template <typename Key>
+const CMPIData& present(const CMPIData& data, Key key) {
+    if ((data.state & CMPI_notFound) != 0) [[unlikely]]
+        throwAbsent(key);
+    return data;
+}
+
+}  // namespace CmpiCpp

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "cmpi/cmpift.h"
+#include "cmpicpp/CmpiBroker.h"
+#include "cmpicpp/CmpiData.h"
+#include "cmpicpp/CmpiHandle.h"
+#include "cmpicpp/CmpiValue.h"
+#include "pylcommon_export.h"
+
+#include <string>
+#include <utility>
+
+namespace CmpiCpp {
+
+/// A fixed-length array of one element type; elements start as NULL. A value: see CmpiHandle.
+class PYL_EXPORT CmpiArray {
+public:
+    CmpiArray() noexcept = default;
+    explicit CmpiArray(CmpiHandle<CMPIArray> handle) noexcept : _handle(std::move(handle)) {}
+
+    bool empty() const noexcept { return !_handle; }
+    CmpiArray clone() const { return CmpiArray(_handle.clone()); }
+
+    unsigned int getSize() const;
+    unsigned int size() const { return getSize(); }
+    /// The element type without the array bit.
+    CMPIType getType() const;
+    /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY past the end.
+    CmpiData getElementAt(unsigned int index) const;
+    /// Throws CMPI_RC_ERR_TYPE_MISMATCH for another type, CMPI_RC_ERR_NO_SUCH_PROPERTY past the
+    /// end.
+    void setElementAt(unsigned int index, CmpiValue value);
+
+    /// `{1, 2, NULL}`
+    std::string str() const;
+
+    /// For calls of the C interface; nullptr when empty. A later change does not show through it.
+    const CMPIArray* toCMPI() const noexcept { return _handle.lend(); }
+    const CMPIBroker* broker() const noexcept { return _handle.broker(); }
+
+private:
+    CmpiHandle<CMPIArray> _handle;
+};
+
+/// A new array of `size` NULL elements of `type` (without the array bit), good until the call
+/// returns.
+PYL_EXPORT CmpiArray makeCmpiArray(const CmpiBroker& broker, unsigned int size, CMPIType type);
+
+}  // namespace CmpiCpp

@@ -1,0 +1,46 @@
+#include "cmpicpp/CmpiContext.h"
+
+#include "cmpicpp/Calls.h"
+#include "cmpicpp/DataKind.h"
+
+namespace CmpiCpp {
+
+namespace {
+
+// Contexts of clean-up and indication calls may lack any entry, or be missing altogether.
+CMPIData entry(const CMPIContext* context, const char* name) noexcept {
+    CMPIData data{CMPI_null, CMPI_nullValue, {}};
+    if (context == nullptr) return data;
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    data = context->ft->getEntry(context, name, &status);
+    if (status.rc != CMPI_RC_OK) data = {CMPI_null, CMPI_nullValue, {}};
+    return data;
+}
+
+std::string textEntry(const CMPIContext* context, const char* name) {
+    const CMPIData data = entry(context, name);
+    const bool isText = data.type == CMPI_string && kindOf(data) == DataKind::text;
+    return isText ? textOrEmpty(data.value.string) : "";
+}
+
+}  // namespace
+
+std::string CmpiContext::nameSpace() const {
+    return textEntry(_context, CMPIInitNameSpace);
+}
+
+std::string CmpiContext::principal() const {
+    return textEntry(_context, CMPIPrincipal);
+}
+
+std::string CmpiContext::acceptLanguage() const {
+    return textEntry(_context, CMPIAcceptLanguage);
+}
+
+CMPIFlags CmpiContext::invocationFlags() const {
+    const CMPIData data = entry(_context, CMPIInvocationFlags);
+    if (kindOf(data) != DataKind::integer) return 0;
+    return static_cast<CMPIFlags>(integerOf(data).bits);
+}
+
+}  // namespace CmpiCpp

@@ -1,0 +1,196 @@
+#include "cmpicpp/CmpiMBService.h"
+
+#include "cmpicpp/Calls.h"
+
+namespace CmpiCpp {
+
+namespace {
+
+// CMPI has no empty filters: what does not filter is a null.
+const char* filter(const CmpiName& name) noexcept {
+    return name.empty() ? nullptr : name.c_str();
+}
+
+CmpiInstance wrap(const CMPIBroker* broker, const CMPIInstance* instance) {
+    return CmpiInstance(CmpiHandle<CMPIInstance>::borrowed(broker, made(instance, "instance")));
+}
+
+CmpiObjectPath wrap(const CMPIBroker* broker, const CMPIObjectPath* path) {
+    return CmpiObjectPath(CmpiHandle<CMPIObjectPath>::borrowed(broker, made(path, "object path")));
+}
+
+void append(std::vector<CmpiInstance>& all, const CmpiData& item) {
+    all.push_back(item.asInstance());
+}
+
+void append(std::vector<CmpiObjectPath>& all, const CmpiData& item) {
+    all.push_back(item.asObjectPath());
+}
+
+template <typename Item>
+std::vector<Item> readAll(const CMPIBroker* broker, const CMPIEnumeration* enumeration) {
+    std::vector<Item> all;
+    made(enumeration, "enumeration");
+    while (ask(enumeration->ft->hasNext, enumeration) != 0)
+        append(all, CmpiData(broker, ask(enumeration->ft->getNext, enumeration)));
+    return all;
+}
+
+/// Calls an up-call slot that enumerates. Object managers before CMPI 2.1 may say
+/// CMPI_RC_ERR_NOT_FOUND where there is nothing to enumerate.
+template <typename Item, typename Slot, typename... Arguments>
+std::vector<Item> enumerate(const CMPIBroker* broker, Slot slot, Arguments... arguments) {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const CMPIEnumeration* const enumeration = slot(broker, arguments..., &status);
+    const bool old = static_cast<int>(broker->bft->brokerVersion) < 210;
+    if (old && status.rc == CMPI_RC_ERR_NOT_FOUND) return {};
+    check(status);
+    return readAll<Item>(broker, enumeration);
+}
+
+}  // namespace
+
+CmpiMBService::CmpiMBService(const CMPIBroker* broker, Logger&) noexcept : _broker(broker) {}
+
+CmpiInstance CmpiMBService::getInstance(const CmpiContext& context, const CmpiObjectPath& path,
+                                        const char** properties) const {
+    const CMPIBroker* const broker = required(_broker);
+    return wrap(broker,
+                ask(broker->bft->getInstance, broker, context.toCMPI(), path.toCMPI(), properties));
+}
+
+std::vector<CmpiInstance> CmpiMBService::enumInstances(const CmpiContext& context,
+                                                       const CmpiObjectPath& classPath,
+                                                       const char** properties) const {
+    const CMPIBroker* const broker = required(_broker);
+    return enumerate<CmpiInstance>(broker, broker->bft->enumerateInstances, context.toCMPI(),
+                                   classPath.toCMPI(), properties);
+}
+
+std::vector<CmpiObjectPath> CmpiMBService::enumInstanceNames(
+    const CmpiContext& context, const CmpiObjectPath& classPath) const {
+    const CMPIBroker* const broker = required(_broker);
+    return enumerate<CmpiObjectPath>(broker, broker->bft->enumerateInstanceNames, context.toCMPI(),
+                                     classPath.toCMPI());
+}
+
+CmpiObjectPath CmpiMBService::createInstance(const CmpiContext& context, const CmpiObjectPath& path,
+                                             const CmpiInstance& instance) const {
+    const CMPIBroker* const broker = required(_broker);
+    return wrap(broker, ask(broker->bft->createInstance, broker, context.toCMPI(), path.toCMPI(),
+                            instance.toCMPI()));
+}
+
+void CmpiMBService::modifyInstance(const CmpiContext& context, const CmpiObjectPath& path,
+                                   const CmpiInstance& instance, const char** properties) const {
+    const CMPIBroker* const broker = required(_broker);
+    check(broker->bft->modifyInstance(broker, context.toCMPI(), path.toCMPI(), instance.toCMPI(),
+                                      properties));
+}
+
+void CmpiMBService::deleteInstance(const CmpiContext& context, const CmpiObjectPath& path) const {
+    const CMPIBroker* const broker = required(_broker);
+    check(broker->bft->deleteInstance(broker, context.toCMPI(), path.toCMPI()));
+}
+
+std::vector<CmpiInstance> CmpiMBService::execQuery(const CmpiContext& context,
+                                                   const CmpiObjectPath& classPath,
+                                                   const std::string& query,
+                                                   const std::string& language) const {
+    const CMPIBroker* const broker = required(_broker);
+    return enumerate<CmpiInstance>(broker, broker->bft->execQuery, context.toCMPI(),
+                                   classPath.toCMPI(), query.c_str(), language.c_str());
+}
+
+std::vector<CmpiInstance> CmpiMBService::associators(
+    const CmpiContext& context, const CmpiObjectPath& path, const CmpiName& assocClass,
+    const CmpiName& resultClass, const CmpiName& role, const CmpiName& resultRole,
+    const char** properties) const {
+    const CMPIBroker* const broker = required(_broker);
+    return enumerate<CmpiInstance>(broker, broker->bft->associators, context.toCMPI(),
+                                   path.toCMPI(), filter(assocClass), filter(resultClass),
+                                   filter(role), filter(resultRole), properties);
+}
+
+std::vector<CmpiObjectPath> CmpiMBService::associatorNames(
+    const CmpiContext& context, const CmpiObjectPath& path, const CmpiName& assocClass,
+    const CmpiName& resultClass, const CmpiName& role, const CmpiName& resultRole) const {
+    const CMPIBroker* const broker = required(_broker);
+    return enumerate<CmpiObjectPath>(broker, broker->bft->associatorNames, context.toCMPI(),
+                                     path.toCMPI(), filter(assocClass), filter(resultClass),
+                                     filter(role), filter(resultRole));
+}
+
+std::vector<CmpiInstance> CmpiMBService::references(const CmpiContext& context,
+                                                    const CmpiObjectPath& path,
+                                                    const CmpiName& resultClass,
+                                                    const CmpiName& role,
+                                                    const char** properties) const {
+    const CMPIBroker* const broker = required(_broker);
+    return enumerate<CmpiInstance>(broker, broker->bft->references, context.toCMPI(), path.toCMPI(),
+                                   filter(resultClass), filter(role), properties);
+}
+
+std::vector<CmpiObjectPath> CmpiMBService::referenceNames(const CmpiContext& context,
+                                                          const CmpiObjectPath& path,
+                                                          const CmpiName& resultClass,
+                                                          const CmpiName& role) const {
+    const CMPIBroker* const broker = required(_broker);
+    return enumerate<CmpiObjectPath>(broker, broker->bft->referenceNames, context.toCMPI(),
+                                     path.toCMPI(), filter(resultClass), filter(role));
+}
+
+CmpiData CmpiMBService::invokeMethod(const CmpiContext& context, const CmpiObjectPath& path,
+                                     const CmpiName& method, const CmpiArgs& in,
+                                     CmpiArgs& out) const {
+    const CMPIBroker* const broker = required(_broker);
+    const CmpiArgs inputs = in.empty() ? makeCmpiArgs(CmpiBroker(broker)) : in;
+    CMPIArgs* const outputs = made(ask(broker->eft->newArgs, broker), "arguments");
+    const CMPIData result = ask(broker->bft->invokeMethod, broker, context.toCMPI(), path.toCMPI(),
+                                method.c_str(), inputs.toCMPI(), outputs);
+    out = CmpiArgs(CmpiHandle<CMPIArgs>::fresh(broker, outputs));
+    return {broker, result};
+}
+
+CmpiData CmpiMBService::getProperty(const CmpiContext& context, const CmpiObjectPath& path,
+                                    const CmpiName& property) const {
+    const CMPIBroker* const broker = required(_broker);
+    const CMPIData data =
+        ask(broker->bft->getProperty, broker, context.toCMPI(), path.toCMPI(), property.c_str());
+    return {broker, present(data, property.c_str())};
+}
+
+void CmpiMBService::setProperty(const CmpiContext& context, const CmpiObjectPath& path,
+                                const CmpiName& property, CmpiValue value) const {
+    const CMPIBroker* const broker = required(_broker);
+    check(broker->bft->setProperty(broker, context.toCMPI(), path.toCMPI(), property.c_str(),
+                                   value.toCMPI(broker), value.type()));
+}
+
+void CmpiMBService::deliverIndication(const CmpiContext& context, const CmpiName& nameSpace,
+                                      const CmpiInstance& indication) const {
+    const CMPIBroker* const broker = required(_broker);
+    check(broker->bft->deliverIndication(broker, context.toCMPI(), nameSpace.c_str(),
+                                         indication.toCMPI()));
+}
+
+CmpiThreadContext::CmpiThreadContext(const CMPIBroker* broker, const CmpiContext& context)
+    : _broker(required(broker)),
+      _prepared(made(_broker->bft->prepareAttachThread(_broker, context.toCMPI()),
+                     "context for a thread")) {}
+
+CmpiThreadContext::Attachment::Attachment(const CmpiThreadContext& context)
+    : _broker(context._broker), _prepared(context._prepared) {
+    check(_broker->bft->attachThread(_broker, _prepared));
+}
+
+// A thread that cannot be detached is about to end anyhow.
+CmpiThreadContext::Attachment::~Attachment() {
+    _broker->bft->detachThread(_broker, _prepared);
+}
+
+CmpiContext CmpiThreadContext::Attachment::context() const noexcept {
+    return CmpiContext(_prepared);
+}
+
+}  // namespace CmpiCpp

@@ -1,0 +1,106 @@
+#include "cmpicpp/CmpiObjectPath.h"
+
+#include "cmpicpp/Calls.h"
+#include "cmpicpp/Equality.h"
+#include "cmpicpp/TextForm.h"
+
+#include <ostream>
+
+namespace CmpiCpp {
+
+namespace {
+
+template <typename Getter>
+CmpiName nameFrom(const CMPIObjectPath* path, Getter getter) {
+    return path == nullptr ? CmpiName() : CmpiName(textOf(ask(path->ft->*getter, path)));
+}
+
+}  // namespace
+
+CmpiName CmpiObjectPath::getHost() const {
+    return nameFrom(_handle.get(), &CMPIObjectPathFT::getHostname);
+}
+
+CmpiName CmpiObjectPath::getNameSpace() const {
+    return nameFrom(_handle.get(), &CMPIObjectPathFT::getNameSpace);
+}
+
+CmpiName CmpiObjectPath::getClassName() const {
+    return nameFrom(_handle.get(), &CMPIObjectPathFT::getClassName);
+}
+
+void CmpiObjectPath::setHost(const CmpiName& host) {
+    CMPIObjectPath* const path = _handle.writable();
+    check(path->ft->setHostname(path, host.c_str()));
+}
+
+void CmpiObjectPath::setNameSpace(const CmpiName& nameSpace) {
+    CMPIObjectPath* const path = _handle.writable();
+    check(path->ft->setNameSpace(path, nameSpace.c_str()));
+}
+
+void CmpiObjectPath::setClassName(const CmpiName& className) {
+    CMPIObjectPath* const path = _handle.writable();
+    check(path->ft->setClassName(path, className.c_str()));
+}
+
+unsigned int CmpiObjectPath::getKeyCount() const {
+    const CMPIObjectPath* const path = _handle.get();
+    return path == nullptr ? 0 : ask(path->ft->getKeyCount, path);
+}
+
+CmpiData CmpiObjectPath::getKey(const char* name) const {
+    const CMPIObjectPath* const path = _handle.get();
+    if (path == nullptr) throwAbsent(name);
+    return {broker(), present(ask(path->ft->getKey, path, name), name)};
+}
+
+std::pair<CmpiName, CmpiData> CmpiObjectPath::getKeyAt(unsigned int index) const {
+    const CMPIObjectPath* const path = _handle.get();
+    if (path == nullptr) throwAbsent(index);
+    CMPIString* name = nullptr;
+    const CMPIData data = ask(path->ft->getKeyAt, path, index, &name);
+    return {CmpiName(textOf(name)), CmpiData(broker(), present(data, index))};
+}
+
+void CmpiObjectPath::addKey(const char* name, CmpiValue value) {
+    CMPIObjectPath* const path = _handle.writable();
+    check(path->ft->addKey(path, name, value.toCMPI(broker()), value.type()));
+}
+
+bool CmpiObjectPath::classPathIsA(const CmpiBroker& broker, const std::string& className) const {
+    const CMPIBroker* const asked = required(broker.toCMPI());
+    const CMPIObjectPath* const path = _handle.required();
+    return ask(asked->eft->classPathIsA, asked, path, className.c_str()) != 0;
+}
+
+std::string CmpiObjectPath::str() const {
+    std::string text;
+    if (empty()) return text;
+    text.reserve(usualPathText);
+    appendPath(text, _handle.get());
+    return text;
+}
+
+bool operator==(const CmpiObjectPath& left, const CmpiObjectPath& right) {
+    if (left.empty() || right.empty()) return left.empty() == right.empty();
+    return equalPaths(left._handle.get(), right._handle.get());
+}
+
+CmpiObjectPath makeCmpiObjectPath(const CmpiBroker& broker, const char* nameSpace,
+                                  const char* className) {
+    const CMPIBroker* const asked = required(broker.toCMPI());
+    return CmpiObjectPath(CmpiHandle<CMPIObjectPath>::fresh(
+        asked, made(ask(asked->eft->newObjectPath, asked, nameSpace, className), "object path")));
+}
+
+CmpiObjectPath makeCmpiObjectPath(const CmpiBroker& broker, const CmpiName& nameSpace,
+                                  const CmpiName& className) {
+    return makeCmpiObjectPath(broker, nameSpace.c_str(), className.c_str());
+}
+
+std::ostream& operator<<(std::ostream& out, const CmpiObjectPath& path) {
+    return out << path.str();
+}
+
+}  // namespace CmpiCpp

@@ -1,0 +1,7 @@
+#include "cmpicpp/CmpiResult.h"
+
+namespace CmpiCpp {
+
+CmpiResult::~CmpiResult() = default;
+
+}  // namespace CmpiCpp

@@ -1,0 +1,225 @@
+#pragma once
+
+#include "cmpicpp/CmpiArgs.h"
+#include "cmpicpp/CmpiModule.h"
+#include "tests/cmpicpp/BrokerFixture.h"
+#include "tests/cmpicpp/EverythingProvider.h"
+#include "tests/cmpicpp/RecordingSink.h"
+
+#include <functional>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+// The entry points of the module in CmpiModule_test.cpp.
+extern "C" {
+CMPIInstanceMI* Test_Provider_Create_InstanceMI(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
+CMPIAssociationMI* Test_Provider_Create_AssociationMI(const CMPIBroker*, const CMPIContext*,
+                                                      CMPIStatus*);
+CMPIMethodMI* Test_Provider_Create_MethodMI(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
+CMPIIndicationMI* Test_Provider_Create_IndicationMI(const CMPIBroker*, const CMPIContext*,
+                                                    CMPIStatus*);
+}
+
+namespace CmpiCpp::test {
+
+/// What the current test's provider objects do, and what became of them.
+inline Script* script = nullptr;
+
+using Maker = CmpiProvider* (*)(const CmpiBroker& broker);
+
+inline CmpiProvider* makeEverything(const CmpiBroker& broker) {
+    return new EverythingProvider(const_cast<CMPIBroker*>(broker.toCMPI()), *script);
+}
+
+/// What the module's factory does next.
+inline Maker maker = makeEverything;
+
+struct DerivedStatus : CmpiStatus {
+    DerivedStatus() : CmpiStatus(CMPI_RC_ERR_ACCESS_DENIED, "derived") {}
+};
+
+struct Thrown {
+    const char* what;
+    std::function<void()> act;
+    CMPIrc rc;
+    const char* message;
+};
+
+inline std::vector<Thrown> everythingThatIsThrown() {
+    return {
+        {"CmpiStatus", [] { throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no such fan"); },
+         CMPI_RC_ERR_NOT_FOUND, "no such fan"},
+        {"CmpiStatus without a text", [] { throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND); },
+         CMPI_RC_ERR_NOT_FOUND, ""},
+        {"CmpiStatus that claims success", [] { throw CmpiStatus(CMPI_RC_OK, "odd"); },
+         CMPI_RC_ERR_FAILED, "odd"},
+        {"derived CmpiStatus", [] { throw DerivedStatus(); }, CMPI_RC_ERR_ACCESS_DENIED, "derived"},
+        {"std::exception", [] { throw std::runtime_error("text"); }, CMPI_RC_ERR_FAILED, "text"},
+        {"std::bad_alloc", [] { throw std::bad_alloc(); }, CMPI_RC_ERR_FAILED, "std::bad_alloc"},
+        {"int", [] { throw 42; }, CMPI_RC_ERR_FAILED, "unknown exception"},
+    };
+}
+
+/// A module with the current script, all its MIs, and what an object manager passes to them.
+class ModuleTest : public BrokerTest {
+protected:
+    ModuleTest() {
+        script = &_script;
+        maker = makeEverything;
+        _request.principal = "alice";
+        _context = cimhost::makeContext(_broker, _request);
+        _result = cimhost::makeResult(_broker, _sink);
+        _path = cimhost::makeObjectPath(_broker, {"", "root/ktq", "PYL_Fan", {}});
+        _instance = cimhost::makeInstance(_broker, {{"", "root/ktq", "PYL_Fan", {}}, {}});
+        _in = cimhost::makeArgs(_broker, {{"A", cimhost::Value::boolean(true)}});
+        _out = cimhost::makeArgs(_broker, {});
+    }
+
+    /// Ends every MI that is still there, as an object manager does that ends itself.
+    void TearDown() override {
+        clean(_instanceMi, 1);
+        clean(_associationMi, 1);
+        clean(_methodMi, 1);
+        clean(_indicationMi, 1);
+        EXPECT_EQ(_script.made, _script.deleted);
+        BrokerTest::TearDown();
+    }
+
+    void createAll() {
+        _instanceMi = Test_Provider_Create_InstanceMI(handle(), _context, nullptr);
+        _associationMi = Test_Provider_Create_AssociationMI(handle(), _context, nullptr);
+        _methodMi = Test_Provider_Create_MethodMI(handle(), _context, nullptr);
+        _indicationMi = Test_Provider_Create_IndicationMI(handle(), _context, nullptr);
+        ASSERT_TRUE(_instanceMi && _associationMi && _methodMi && _indicationMi);
+    }
+
+    /// Cleans an MI up; it is forgotten when the answer says that it is gone.
+    template <typename Mi>
+    CMPIStatus clean(Mi*& mi, CMPIBoolean terminating) {
+        if (mi == nullptr) return {CMPI_RC_OK, nullptr};
+        const CMPIStatus status = mi->ft->cleanup(mi, _context, terminating);
+        if (status.rc != CMPI_RC_DO_NOT_UNLOAD && status.rc != CMPI_RC_NEVER_UNLOAD) mi = nullptr;
+        return status;
+    }
+
+    struct Operation {
+        std::string name;
+        std::function<CMPIStatus()> call;
+        bool delivers = false;
+    };
+
+    std::vector<Operation> instanceOperations() {
+        auto* const mi = _instanceMi;
+        return {
+            {"enumInstanceNames",
+             [=, this] { return mi->ft->enumerateInstanceNames(mi, _context, _result, _path); },
+             true},
+            {"enumInstances",
+             [=, this] {
+                 return mi->ft->enumerateInstances(mi, _context, _result, _path, nullptr);
+             },
+             true},
+            {"getInstance",
+             [=, this] { return mi->ft->getInstance(mi, _context, _result, _path, nullptr); },
+             true},
+            {"createInstance",
+             [=, this] { return mi->ft->createInstance(mi, _context, _result, _path, _instance); },
+             true},
+            {"modifyInstance",
+             [=, this] {
+                 return mi->ft->modifyInstance(mi, _context, _result, _path, _instance, nullptr);
+             }},
+            {"deleteInstance",
+             [=, this] { return mi->ft->deleteInstance(mi, _context, _result, _path); }},
+            {"execQuery",
+             [=, this] { return mi->ft->execQuery(mi, _context, _result, _path, "q", "l"); }, true},
+        };
+    }
+
+    std::vector<Operation> otherOperations() {
+        auto* const a = _associationMi;
+        auto* const m = _methodMi;
+        auto* const i = _indicationMi;
+        return {
+            {"associators",
+             [=, this] {
+                 return a->ft->associators(a, _context, _result, _path, "A", nullptr, "r", nullptr,
+                                           nullptr);
+             },
+             true},
+            {"associatorNames",
+             [=, this] {
+                 return a->ft->associatorNames(a, _context, _result, _path, nullptr, "B", nullptr,
+                                               "s");
+             },
+             true},
+            {"references",
+             [=, this] {
+                 return a->ft->references(a, _context, _result, _path, nullptr, nullptr, nullptr);
+             },
+             true},
+            {"referenceNames",
+             [=, this] { return a->ft->referenceNames(a, _context, _result, _path, "A", "r"); },
+             true},
+            {"invokeMethod",
+             [=, this] {
+                 return m->ft->invokeMethod(m, _context, _result, _path, "Reset", _in, _out);
+             }},
+            {"authorizeFilter",
+             [=, this] {
+                 return i->ft->authorizeFilter(i, _context, nullptr, "C", _path, "owner");
+             }},
+            {"activateFilter",
+             [=, this] { return i->ft->activateFilter(i, _context, nullptr, "C", _path, 0x80); }},
+            {"deactivateFilter",
+             [=, this] { return i->ft->deActivateFilter(i, _context, nullptr, "C", _path, 0); }},
+            {"enableIndications", [=, this] { return i->ft->enableIndications(i, _context); }},
+            {"disableIndications", [=, this] { return i->ft->disableIndications(i, _context); }},
+        };
+    }
+
+    /// Every operation that reaches the provider object.
+    std::vector<Operation> operations() {
+        std::vector<Operation> all = instanceOperations();
+        for (Operation& operation : otherOperations()) all.push_back(std::move(operation));
+        return all;
+    }
+
+    static std::string text(const CMPIStatus& status) {
+        return status.msg == nullptr ? "" : status.msg->ft->getCharPtr(status.msg, nullptr);
+    }
+
+    static void expectStatus(const CMPIStatus& status, CMPIrc rc, const std::string& message,
+                             const std::string& note = "") {
+        EXPECT_EQ(status.rc, rc) << note;
+        EXPECT_EQ(text(status), message) << note;
+    }
+
+    /// Three paths and three instances for every operation that delivers.
+    void scriptDeliveries() {
+        for (const char* const id : {"1", "2", "3"}) {
+            CmpiObjectPath made = path();
+            made.addKey("DeviceID", id);
+            _script.paths.push_back(made);
+            _script.instances.push_back(makeCmpiInstance(broker(), made));
+        }
+    }
+
+    Script _script;
+    cimhost::RequestContext _request;
+    RecordingSink _sink;
+    CMPIContext* _context = nullptr;
+    CMPIResult* _result = nullptr;
+    CMPIObjectPath* _path = nullptr;
+    CMPIInstance* _instance = nullptr;
+    CMPIArgs* _in = nullptr;
+    CMPIArgs* _out = nullptr;
+    CMPIInstanceMI* _instanceMi = nullptr;
+    CMPIAssociationMI* _associationMi = nullptr;
+    CMPIMethodMI* _methodMi = nullptr;
+    CMPIIndicationMI* _indicationMi = nullptr;
+};
+
+}  // namespace CmpiCpp::test
