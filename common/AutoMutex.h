@@ -1,0 +1,22 @@
+#pragma once
+
+#include <pthread.h>
+
+#include "pylcommon_export.h"
+
+namespace PYL {
+
+/// Holds a pthread mutex from its construction to its destruction. The mutex must outlive it.
+class PYL_EXPORT AutoMutex {
+public:
+    /// Locks, waiting as long as it takes.
+    explicit AutoMutex(pthread_mutex_t& mutex) noexcept;
+    ~AutoMutex();
+    AutoMutex(AutoMutex const&) = delete;
+    AutoMutex& operator=(AutoMutex const&) = delete;
+
+private:
+    pthread_mutex_t& _mutex;
+};
+
+}  // namespace PYL

@@ -1,0 +1,14 @@
+#include "common/CmpiManagedInstance.h"
+
+#include "cmpicpp/CmpiStatus.h"
+
+namespace PYL {
+
+CmpiManagedInstance::~CmpiManagedInstance() = default;
+
+void CmpiManagedInstance::invokeMethod(CmpiCpp::CmpiName const&, CmpiCpp::CmpiArgs const&,
+                                       CmpiCpp::CmpiMethodResult&) {
+    throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_METHOD_NOT_FOUND);
+}
+
+}  // namespace PYL

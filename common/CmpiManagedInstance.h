@@ -1,0 +1,63 @@
+#pragma once
+
+#include <atomic>
+#include <vector>
+
+#include "cmpicpp/CmpiArgs.h"
+#include "cmpicpp/CmpiInstance.h"
+#include "cmpicpp/CmpiName.h"
+#include "cmpicpp/CmpiObjectPath.h"
+#include "cmpicpp/CmpiResult.h"
+#include "pylcommon_export.h"
+
+namespace PYL {
+
+/// One managed thing that a provider reports: a fan, a disk, a link between two of them.
+///
+/// A CmpiManagedInstanceCollection owns it and calls it under its lock, so no operation may call back
+/// into that collection. A hidden instance is reported by nothing and goes at the next clean-up.
+class PYL_EXPORT CmpiManagedInstance {
+public:
+    CmpiManagedInstance() = default;
+    CmpiManagedInstance(CmpiManagedInstance const&) = delete;
+    CmpiManagedInstance& operator=(CmpiManagedInstance const&) = delete;
+    virtual ~CmpiManagedInstance();
+
+    /// The full path: namespace, class, keys, and the local host name as PYLUtil gives it.
+    virtual CmpiCpp::CmpiObjectPath getPath() = 0;
+
+    /// The instance with all its properties.
+    virtual CmpiCpp::CmpiInstance getInstance() = 0;
+
+    /// Runs an extrinsic method. Unless overridden, throws CMPI_RC_ERR_METHOD_NOT_FOUND.
+    virtual void invokeMethod(CmpiCpp::CmpiName const& method, CmpiCpp::CmpiArgs const& in,
+                              CmpiCpp::CmpiMethodResult& out);
+
+    /// The CIM class of the instance.
+    virtual CmpiCpp::CmpiName getClassName() = 0;
+
+    // Neither is locked: a refresh may hide instances while another thread walks the collection.
+    bool visible() const { return _visible.load(std::memory_order_relaxed); }
+    void setVisible(bool visible) { _visible.store(visible, std::memory_order_relaxed); }
+
+protected:
+    std::atomic<bool> _visible{true};
+};
+
+/// A link between two objects.
+class PYL_EXPORT CmpiManagedInstanceAssociation : public CmpiManagedInstance {
+public:
+    /// When `path` names one end, the path of the other; otherwise the empty path.
+    virtual CmpiCpp::CmpiObjectPath getAssociatedPath(CmpiCpp::CmpiObjectPath const& path) = 0;
+};
+
+/// A link from an object to any number of others.
+class PYL_EXPORT CmpiManagedInstanceMultiAssociation : public CmpiManagedInstance {
+public:
+    /// Everything associated with `path` through this instance, in the order in which it is reported;
+    /// empty when `path` is not an end of it.
+    virtual std::vector<CmpiCpp::CmpiObjectPath> getAssociatedPaths(
+        CmpiCpp::CmpiObjectPath const& path) = 0;
+};
+
+}  // namespace PYL

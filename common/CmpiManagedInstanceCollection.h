@@ -1,0 +1,125 @@
+#pragma once
+
+#include <pthread.h>
+
+#include <string>
+#include <vector>
+
+#include "cmpicpp/CmpiContext.h"
+#include "cmpicpp/CmpiName.h"
+#include "cmpicpp/CmpiObjectPath.h"
+#include "cmpicpp/CmpiResult.h"
+#include "common/CmpiManagedInstance.h"
+#include "platform/logger/Logger.h"
+#include "pylcommon_export.h"
+
+namespace PYL {
+
+/// The managed instances of a provider, in order of insertion, and the answers to instance and
+/// association requests from them.
+///
+/// Owns its instances. Duplicate paths are allowed: enumerations deliver each, look-ups take the first.
+///
+/// Threads: every operation locks the collection, except size(), getManagedInstance(unsigned int) and the
+/// destructor. The lock is not recursive and is held for the whole operation, deliveries into the result
+/// sink and up-calls to the object manager included. So neither an instance nor a sink may call back
+/// into the same collection, and every object that the collection's own associations point at must be in
+/// it under exactly the path that they return: the up-call for one that is not would come back here and
+/// wait for ever.
+///
+/// Exceptions: what an instance, a sink or the object manager throws is logged and goes on to the caller
+/// unchanged; what was delivered before stays delivered.
+class PYL_EXPORT CmpiManagedInstanceCollection {
+public:
+    /// Keeps a copy of the logger, with ":CmpiManagedInstanceCollection" added to its source.
+    explicit CmpiManagedInstanceCollection(Logger& log);
+    CmpiManagedInstanceCollection(CmpiManagedInstanceCollection const&) = delete;
+    CmpiManagedInstanceCollection& operator=(CmpiManagedInstanceCollection const&) = delete;
+    virtual ~CmpiManagedInstanceCollection();
+
+    /// Appends the instance and owns it from now on. Always true.
+    bool createInstance(CmpiManagedInstance* inst);
+
+    /// Deletes the first instance with this path, hidden ones included. False when there is none.
+    bool deleteInstance(CmpiCpp::CmpiObjectPath const& path);
+
+    /// Delivers the visible instances of exactly the request's class and namespace, or their paths.
+    /// Subclasses are not included, and a property list is ignored with a warning. The result is how many.
+    int enumInstanceNames(CmpiCpp::CmpiObjectPathResult& result, CmpiCpp::CmpiContext const& ctx,
+                          CmpiCpp::CmpiObjectPath const& path);
+    int enumInstances(CmpiCpp::CmpiInstanceResult& result, CmpiCpp::CmpiContext const& ctx,
+                      CmpiCpp::CmpiObjectPath const& path, char const** properties);
+
+    /// Delivers the first visible instance with this path, whatever host the path names.
+    /// False when there is none: it is for the provider to report that.
+    bool getInstance(CmpiCpp::CmpiInstanceResult& result, CmpiCpp::CmpiContext const& ctx,
+                     CmpiCpp::CmpiObjectPath const& path, char const** properties);
+
+    /// Delivers the objects at the far ends of the request's visible associations; those that are not in
+    /// the collection come from an up-call, and one that fails is logged and left out.
+    /// Empty filters let everything through; a class filter lets subclasses through. Any role,
+    /// result role or property list is refused with CMPI_RC_ERR_NOT_SUPPORTED. The result is how many.
+    int associators(CmpiCpp::CmpiInstanceResult& result, CmpiCpp::CmpiContext const& ctx,
+                    CmpiCpp::CmpiObjectPath const& path, CmpiCpp::CmpiName const& assocClass,
+                    CmpiCpp::CmpiName const& resultClass, CmpiCpp::CmpiName const& role,
+                    CmpiCpp::CmpiName const& resultRole, char const** properties);
+    /// The same for their paths, as the associations give them; no up-call.
+    int associatorNames(CmpiCpp::CmpiObjectPathResult& result, CmpiCpp::CmpiContext const& ctx,
+                        CmpiCpp::CmpiObjectPath const& path, CmpiCpp::CmpiName const& assocClass,
+                        CmpiCpp::CmpiName const& resultClass, CmpiCpp::CmpiName const& role,
+                        CmpiCpp::CmpiName const& resultRole);
+
+    /// Delivers the visible associations that involve the request, each once. `resultClass` filters the
+    /// class of the association. Refusals as in associators().
+    int references(CmpiCpp::CmpiInstanceResult& result, CmpiCpp::CmpiContext const& ctx,
+                   CmpiCpp::CmpiObjectPath const& path, CmpiCpp::CmpiName const& resultClass,
+                   CmpiCpp::CmpiName const& role, char const** properties);
+    int referenceNames(CmpiCpp::CmpiObjectPathResult& result, CmpiCpp::CmpiContext const& ctx,
+                       CmpiCpp::CmpiObjectPath const& path, CmpiCpp::CmpiName const& resultClass,
+                       CmpiCpp::CmpiName const& role);
+
+    /// How many instances there are, hidden ones included.
+    unsigned int size() const;
+
+    /// The instance in this slot, or null when there is no such slot. Owned by the collection.
+    CmpiManagedInstance* getManagedInstance(unsigned int index);
+
+    /// The first instance with this path, hidden ones included and the host as given, or null.
+    /// Good until the instance is removed.
+    CmpiManagedInstance* getManagedInstance(CmpiCpp::CmpiObjectPath const& path);
+
+    /// Deletes all instances.
+    void clear();
+
+    /// Deletes the hidden instances; the others keep their order. After a refresh that hid what is gone.
+    void cleanup();
+
+protected:
+    /// The slot of the first instance with this path, or -1. The caller holds the lock.
+    int _findIndex(CmpiCpp::CmpiObjectPath const& path);
+
+    pthread_mutex_t _mutex;
+    std::vector<CmpiManagedInstance*> _collection;
+    Logger _log;
+
+private:
+    template <typename Deliver>
+    int _enumerate(CmpiCpp::CmpiObjectPath const& path, Deliver deliver);
+
+    // What associators() does with one far end: how many instances that delivered, 0 or 1.
+    int _deliverFarEnd(CmpiCpp::CmpiInstanceResult& result, CmpiCpp::CmpiContext const& ctx,
+                       CmpiManagedInstance& association, CmpiCpp::CmpiObjectPath const& farEnd,
+                       std::string const& resultClass, char const** properties);
+    int _deliverOwned(CmpiCpp::CmpiInstanceResult& result, CmpiManagedInstance& association,
+                      CmpiManagedInstance& target, std::string const& resultClass);
+    int _deliverUpCall(CmpiCpp::CmpiInstanceResult& result, CmpiCpp::CmpiContext const& ctx,
+                       CmpiManagedInstance& association, CmpiCpp::CmpiObjectPath const& farEnd,
+                       std::string const& resultClass, char const** properties);
+
+    // The walk of references() and referenceNames(). The caller holds the lock.
+    template <typename Deliver>
+    int _refer(CmpiCpp::CmpiObjectPath const& path, CmpiCpp::CmpiName const& resultClass,
+               Deliver deliver);
+};
+
+}  // namespace PYL

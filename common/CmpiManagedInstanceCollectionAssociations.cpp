@@ -1,0 +1,242 @@
+// The association operations of the collection.
+
+#include <string>
+
+#include "cmpicpp/CmpiBroker.h"
+#include "cmpicpp/CmpiMBService.h"
+#include "cmpicpp/CmpiStatus.h"
+#include "common/CmpiManagedInstanceCollection.h"
+#include "common/LocalRequest.h"
+#include "common/LockedWalk.h"
+#include "common/PYLUtil.h"
+
+namespace PYL {
+
+using CmpiCpp::CmpiBroker;
+using CmpiCpp::CmpiContext;
+using CmpiCpp::CmpiInstanceResult;
+using CmpiCpp::CmpiMBService;
+using CmpiCpp::CmpiName;
+using CmpiCpp::CmpiObjectPath;
+using CmpiCpp::CmpiObjectPathResult;
+using CmpiCpp::CmpiStatus;
+
+namespace {
+
+void refuse(Logger const& log, char const* line, char const* message) {
+    log.warn(line);
+    throw CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED, message);
+}
+
+void refuseRole(Logger const& log, CmpiName const& role) {
+    if (!role.empty()) refuse(log, "role filter not supported", "role filters not supported");
+}
+
+void refuseResultRole(Logger const& log, CmpiName const& resultRole) {
+    if (!resultRole.empty())
+        refuse(log, "resultRole filter not supported", "resultRole filters not supported");
+}
+
+void refuseProperties(Logger const& log, char const** properties) {
+    if (properties)
+        refuse(log, "property filters not supported!", "property filters not supported");
+}
+
+/// True when the path's class is of the filter's class or a subclass, or there is no filter.
+bool passes(CmpiObjectPath const& path, std::string const& filter) {
+    return filter.empty() || path.classPathIsA(CmpiBroker(PYLUtil::getBroker()), filter);
+}
+
+/// The same for an association, whose path is not asked for when there is no filter.
+bool isOfClass(CmpiManagedInstance& association, std::string const& filter) {
+    return filter.empty() || passes(association.getPath(), filter);
+}
+
+bool inNameSpaceOf(CmpiManagedInstance& association, LocalRequest& request) {
+    return request.path().getNameSpace() == association.getPath().getNameSpace();
+}
+
+/// Visits the far ends of an association as seen from the request. A two-ended association counts only
+/// in the request's own namespace. An instance that is no association has none.
+template <typename Visit>
+void forEachFarEnd(CmpiManagedInstance& instance, LocalRequest& request, Visit visit) {
+    if (auto* association = dynamic_cast<CmpiManagedInstanceAssociation*>(&instance)) {
+        auto const farEnd = association->getAssociatedPath(request.path());
+        if (!farEnd.empty() && inNameSpaceOf(*association, request)) visit(farEnd);
+    } else if (auto* multi = dynamic_cast<CmpiManagedInstanceMultiAssociation*>(&instance)) {
+        for (auto const& farEnd : multi->getAssociatedPaths(request.path()))
+            if (!farEnd.empty()) visit(farEnd);
+    }
+}
+
+/// True when the association involves the request. Of several far ends the first one tells, since an
+/// association is reported once.
+bool involves(CmpiManagedInstance& instance, LocalRequest& request) {
+    if (auto* association = dynamic_cast<CmpiManagedInstanceAssociation*>(&instance))
+        return inNameSpaceOf(*association, request) &&
+               !association->getAssociatedPath(request.path()).empty();
+    if (auto* multi = dynamic_cast<CmpiManagedInstanceMultiAssociation*>(&instance)) {
+        auto const farEnds = multi->getAssociatedPaths(request.path());
+        return !farEnds.empty() && !farEnds.front().empty();
+    }
+    return false;
+}
+
+bool usable(CmpiManagedInstance const* instance) { return instance && instance->visible(); }
+
+void logFilterFailure(Logger const& log, char const* format, CmpiObjectPath const& path) {
+    if (log.infoEnabled()) log.info(format, path.getClassName().c_str());
+}
+
+constexpr char const* filterFailed = "%s result class filter failed";
+
+}  // namespace
+
+int CmpiManagedInstanceCollection::_deliverOwned(CmpiInstanceResult& result,
+                                                 CmpiManagedInstance& association,
+                                                 CmpiManagedInstance& target,
+                                                 std::string const& resultClass) {
+    if (!resultClass.empty() && !passes(target.getPath(), resultClass)) {
+        // The line names the association's class, which tells whose far end was left out.
+        logFilterFailure(_log, filterFailed, association.getPath());
+        return 0;
+    }
+    if (_log.infoEnabled()) _log.info("deliver: %s", target.getPath().str());
+    result.deliver(target.getInstance());
+    return 1;
+}
+
+int CmpiManagedInstanceCollection::_deliverUpCall(CmpiInstanceResult& result, CmpiContext const& ctx,
+                                                  CmpiManagedInstance& association,
+                                                  CmpiObjectPath const& farEnd,
+                                                  std::string const& resultClass,
+                                                  char const** properties) {
+    if (_log.infoEnabled())
+        _log.info("%s references path %s, not owned by this provider. Performing Upcall",
+                  association.getPath().getClassName().c_str(), farEnd.str());
+    CmpiMBService const service(PYLUtil::getBroker(), _log);
+    try {
+        auto const instance = service.getInstance(ctx, farEnd, properties);
+        _log.info("got instance via upcall");
+        auto const path = instance.getPath();
+        if (!passes(path, resultClass)) {
+            logFilterFailure(_log, "%s result class filter failed on upcall instance", path);
+            return 0;
+        }
+        if (_log.infoEnabled()) _log.info("deliver upcall instance: %s", path.str());
+        result.deliver(instance);
+        return 1;
+    } catch (...) {
+        // One far end that another provider cannot give must not cost the client the others.
+        _log.error("upcall failed!");
+        return 0;
+    }
+}
+
+int CmpiManagedInstanceCollection::_deliverFarEnd(CmpiInstanceResult& result, CmpiContext const& ctx,
+                                                  CmpiManagedInstance& association,
+                                                  CmpiObjectPath const& farEnd,
+                                                  std::string const& resultClass,
+                                                  char const** properties) {
+    int const index = _findIndex(farEnd);
+    if (index < 0) return _deliverUpCall(result, ctx, association, farEnd, resultClass, properties);
+    return _deliverOwned(result, association, *_collection[static_cast<std::size_t>(index)],
+                         resultClass);
+}
+
+int CmpiManagedInstanceCollection::associators(CmpiInstanceResult& result, CmpiContext const& ctx,
+                                               CmpiObjectPath const& path, CmpiName const& assocClass,
+                                               CmpiName const& resultClass, CmpiName const& role,
+                                               CmpiName const& resultRole, char const** properties) {
+    refuseRole(_log, role);
+    refuseResultRole(_log, resultRole);
+    refuseProperties(_log, properties);
+    return lockedWalk(_mutex, _log, "associators", "associators() exception:", [&] {
+        auto const associationFilter = assocClass.str();
+        auto const resultFilter = resultClass.str();
+        LocalRequest request(path);
+        int count = 0;
+        for (auto* instance : _collection) {
+            if (!usable(instance)) continue;
+            forEachFarEnd(*instance, request, [&](CmpiObjectPath const& farEnd) {
+                if (isOfClass(*instance, associationFilter))
+                    count += _deliverFarEnd(result, ctx, *instance, farEnd, resultFilter, properties);
+            });
+        }
+        return count;
+    });
+}
+
+int CmpiManagedInstanceCollection::associatorNames(CmpiObjectPathResult& result, CmpiContext const&,
+                                                   CmpiObjectPath const& path,
+                                                   CmpiName const& assocClass,
+                                                   CmpiName const& resultClass, CmpiName const& role,
+                                                   CmpiName const& resultRole) {
+    refuseRole(_log, role);
+    refuseResultRole(_log, resultRole);
+    return lockedWalk(_mutex, _log, "associatorNames", "associatorNames() exception:", [&] {
+        auto const associationFilter = assocClass.str();
+        auto const resultFilter = resultClass.str();
+        LocalRequest request(path);
+        int count = 0;
+        auto const deliver = [&](CmpiManagedInstance& association, CmpiObjectPath const& farEnd) {
+            if (!isOfClass(association, associationFilter)) return;
+            if (!passes(farEnd, resultFilter)) {
+                logFilterFailure(_log, filterFailed, farEnd);
+                return;
+            }
+            if (_log.infoEnabled()) _log.info("deliver: %s", farEnd.str());
+            result.deliver(farEnd);
+            ++count;
+        };
+        for (auto* instance : _collection)
+            if (usable(instance))
+                forEachFarEnd(*instance, request,
+                              [&](CmpiObjectPath const& farEnd) { deliver(*instance, farEnd); });
+        return count;
+    });
+}
+
+template <typename Deliver>
+int CmpiManagedInstanceCollection::_refer(CmpiObjectPath const& path, CmpiName const& resultClass,
+                                          Deliver deliver) {
+    auto const filter = resultClass.str();
+    LocalRequest request(path);
+    int count = 0;
+    for (auto* instance : _collection) {
+        if (!usable(instance) || !involves(*instance, request)) continue;
+        if (!filter.empty()) {
+            auto const associationPath = instance->getPath();
+            if (!passes(associationPath, filter)) {
+                logFilterFailure(_log, filterFailed, associationPath);
+                continue;
+            }
+        }
+        ++count;
+        deliver(*instance);
+    }
+    return count;
+}
+
+int CmpiManagedInstanceCollection::references(CmpiInstanceResult& result, CmpiContext const&,
+                                              CmpiObjectPath const& path, CmpiName const& resultClass,
+                                              CmpiName const& role, char const** properties) {
+    refuseRole(_log, role);
+    refuseProperties(_log, properties);
+    return lockedWalk(_mutex, _log, "references", "references exception:", [&] {
+        return _refer(path, resultClass,
+                      [&](CmpiManagedInstance& instance) { result.deliver(instance.getInstance()); });
+    });
+}
+
+int CmpiManagedInstanceCollection::referenceNames(CmpiObjectPathResult& result, CmpiContext const&,
+                                                  CmpiObjectPath const& path,
+                                                  CmpiName const& resultClass, CmpiName const& role) {
+    refuseRole(_log, role);
+    return lockedWalk(_mutex, _log, "referenceNames", "referenceNames exception:", [&] {
+        return _refer(path, resultClass,
+                      [&](CmpiManagedInstance& instance) { result.deliver(instance.getPath()); });
+    });
+}
+
+}  // namespace PYL

@@ -1,0 +1,19 @@
+#pragma once
+
+/// The program that links Allocations.cpp has its global allocation functions replaced by ones that
+/// count and fail on order, for the calling thread alone.
+
+/// How many blocks this thread has asked for.
+int allocationCount() noexcept;
+
+/// While it lives the nth allocation of this thread (from 1) fails, or that and all that follow.
+class FailingAllocation {
+public:
+    FailingAllocation(int nth, bool forever) noexcept;
+    ~FailingAllocation();
+    FailingAllocation(FailingAllocation const&) = delete;
+    FailingAllocation& operator=(FailingAllocation const&) = delete;
+};
+
+/// Whether the last failing allocation of this thread has happened.
+bool allocationHasFailed() noexcept;

@@ -1,0 +1,422 @@
+// The association operations of CmpiManagedInstanceCollection.
+
+#include <optional>
+
+#include "cmpicpp/CmpiStatus.h"
+#include "tests/common/CollectionFixture.h"
+#include "tests/common/Failures.h"
+
+namespace {
+
+using CmpiCpp::CmpiInstance;
+using CmpiCpp::CmpiObjectPath;
+
+struct AssociationsTest : CollectionFixture {
+    void SetUp() override {
+        add("a");
+        add("b");
+        link("l", "a", "b");
+    }
+
+    std::string linkText(std::string const& key) { return text(key, "PYL_Link"); }
+
+    /// All four operations, one after the other; their results added up.
+    int askAll(CmpiObjectPath const& path) {
+        return associators(path) + associatorNames(path) + references(path) + referenceNames(path);
+    }
+
+    /// What the four operations say of a source that leads nowhere.
+    static Lines nothingFourTimes() {
+        return {"information: associators() nothing to deliver",
+                "information: associatorNames() nothing to deliver",
+                "information: references() nothing to deliver",
+                "information: referenceNames() nothing to deliver"};
+    }
+};
+
+TEST_F(AssociationsTest, DeliversTheInstanceAtTheFarEnd) {
+    EXPECT_EQ(associators(thing("a")), 1);
+    EXPECT_EQ(journal.take(), (Lines{
+                                  "locked information: deliver: " + text("b"),
+                                  "locked delivered " + instanceText("b"),
+                                  "information: associators() delivered: 1",
+                              }));
+    EXPECT_EQ(associators(thing("b")), 1);
+    EXPECT_EQ(journal.take().at(1), "locked delivered " + instanceText("a"));
+}
+
+TEST_F(AssociationsTest, DeliversThePathAtTheFarEnd) {
+    EXPECT_EQ(associatorNames(thing("a")), 1);
+    EXPECT_EQ(journal.take(), (Lines{
+                                  "locked information: deliver: " + text("b"),
+                                  "locked delivered " + text("b"),
+                                  "information: associatorNames() delivered: 1",
+                              }));
+}
+
+TEST_F(AssociationsTest, DeliversTheAssociationItselfWithoutALineForIt) {
+    EXPECT_EQ(references(thing("a")), 1);
+    EXPECT_EQ(referenceNames(thing("a")), 1);
+    EXPECT_EQ(journal.take(), (Lines{
+                                  "locked delivered " + instanceText("l", "PYL_Link"),
+                                  "information: references() delivered: 1",
+                                  "locked delivered " + linkText("l"),
+                                  "information: referenceNames() delivered: 1",
+                              }));
+}
+
+TEST_F(AssociationsTest, SaysThatThereIsNothingToDeliver) {
+    EXPECT_EQ(askAll(thing("c")), 0);
+    EXPECT_EQ(journal.take(), nothingFourTimes());
+}
+
+TEST_F(AssociationsTest, FindsTheSourceWhateverHostTheRequestNames) {
+    for (auto const* name : {"elsewhere", ""})
+        EXPECT_EQ(askAll(host.path("root/ktq", "PYL_Thing", "a", name)), 4) << name;
+}
+
+TEST_F(AssociationsTest, AsksAssociationsWithTheLocalHostName) {
+    struct Asked : Link {
+        using Link::Link;
+        CmpiObjectPath getAssociatedPath(CmpiObjectPath const& path) override {
+            requests.push_back(path.str());
+            return {};
+        }
+        Lines requests;
+    };
+    auto* const asked = new Asked(host, calls, linkPath("m"), thing("a"), thing("b"));
+    collection.createInstance(asked);
+    askAll(host.path("root/ktq", "PYL_Thing", "a", "elsewhere"));
+    EXPECT_EQ(asked->requests, Lines(4, text("a")));
+}
+
+TEST_F(AssociationsTest, RefusesRolesBeforeTheLock) {
+    char const* const properties[] = {"Id", nullptr};
+    auto** const list = const_cast<char const**>(properties);
+    std::string const refused = "status 7 role filters not supported";
+    // Whatever else is to be refused, the role comes first.
+    EXPECT_EQ(outcomeOf([&] { associators(thing("a"), "", "", "r", "rr", list); }), refused);
+    EXPECT_EQ(outcomeOf([&] { associatorNames(thing("a"), "", "", "r", "rr"); }), refused);
+    EXPECT_EQ(outcomeOf([&] { references(thing("a"), "", "r", list); }), refused);
+    EXPECT_EQ(outcomeOf([&] { referenceNames(thing("a"), "", "r"); }), refused);
+    EXPECT_EQ(journal.take(), Lines(4, "warning: role filter not supported"));
+}
+
+TEST_F(AssociationsTest, RefusesResultRolesBeforeTheLock) {
+    char const* properties[] = {"Id", nullptr};
+    std::string const refused = "status 7 resultRole filters not supported";
+    EXPECT_EQ(outcomeOf([&] { associators(thing("a"), "", "", "", "rr", properties); }), refused);
+    EXPECT_EQ(outcomeOf([&] { associatorNames(thing("a"), "", "", "", "rr"); }), refused);
+    EXPECT_EQ(journal.take(), Lines(2, "warning: resultRole filter not supported"));
+}
+
+TEST_F(AssociationsTest, RefusesPropertyListsBeforeTheLock) {
+    char const* nothing[] = {nullptr};
+    std::string const refused = "status 7 property filters not supported";
+    EXPECT_EQ(outcomeOf([&] { associators(thing("a"), "", "", "", "", nothing); }), refused);
+    EXPECT_EQ(outcomeOf([&] { references(thing("a"), "", "", nothing); }), refused);
+    EXPECT_EQ(journal.take(), Lines(2, "warning: property filters not supported!"));
+}
+
+TEST_F(AssociationsTest, NeedsNoLockForARefusal) {
+    // The collection's lock is held here: an operation that took it would wait for ever.
+    struct Holding : OpenCollection {
+        using OpenCollection::OpenCollection;
+        pthread_mutex_t& mutex() { return _mutex; }
+    } held(log.logger);
+    journal.isLocked = [] { return false; };
+    pthread_mutex_lock(&held.mutex());
+    EXPECT_THROW(held.referenceNames(paths, host.context(), thing("a"), "", "r"),
+                 CmpiCpp::CmpiStatus);
+    EXPECT_THROW(held.associatorNames(paths, host.context(), thing("a"), "", "", "", "rr"),
+                 CmpiCpp::CmpiStatus);
+    char const* nothing[] = {nullptr};
+    EXPECT_THROW(held.references(instances, host.context(), thing("a"), "", "", nothing),
+                 CmpiCpp::CmpiStatus);
+    pthread_mutex_unlock(&held.mutex());
+}
+
+TEST_F(AssociationsTest, UsesNoHiddenAssociation) {
+    collection.getManagedInstance(linkPath("l"))->setVisible(false);
+    collection.createInstance(nullptr);
+    EXPECT_EQ(askAll(thing("a")), 0);
+    EXPECT_EQ(journal.take(), nothingFourTimes());
+}
+
+TEST_F(AssociationsTest, StillDeliversAHiddenTarget) {
+    collection.getManagedInstance(thing("b"))->setVisible(false);
+    EXPECT_EQ(associators(thing("a")), 1);
+    EXPECT_EQ(journal.take().at(1), "locked delivered " + instanceText("b"));
+}
+
+TEST_F(AssociationsTest, DeliversAnObjectOnceForEachLinkThatLeadsToIt) {
+    link("m", "b", "a");
+    EXPECT_EQ(associators(thing("a")), 2);
+    EXPECT_EQ(associatorNames(thing("a")), 2);
+    EXPECT_EQ(references(thing("a")), 2);
+    EXPECT_EQ(journal.take(), (Lines{
+                                  "locked information: deliver: " + text("b"),
+                                  "locked delivered " + instanceText("b"),
+                                  "locked information: deliver: " + text("b"),
+                                  "locked delivered " + instanceText("b"),
+                                  "information: associators() delivered: 2",
+                                  "locked information: deliver: " + text("b"),
+                                  "locked delivered " + text("b"),
+                                  "locked information: deliver: " + text("b"),
+                                  "locked delivered " + text("b"),
+                                  "information: associatorNames() delivered: 2",
+                                  "locked delivered " + instanceText("l", "PYL_Link"),
+                                  "locked delivered " + instanceText("m", "PYL_Link"),
+                                  "information: references() delivered: 2",
+                              }));
+}
+
+TEST_F(AssociationsTest, TakesTheFirstOfTwoTargetsWithOnePath) {
+    auto* const second = add("b");
+    Lines asked;
+    calls.onCall = [&](std::string const& call) { asked.push_back(call); };
+    EXPECT_EQ(associators(thing("a")), 1);
+    EXPECT_EQ(std::count(asked.begin(), asked.end(), "getInstance b"), 1);
+    calls.onCall = [](std::string const&) {};
+    EXPECT_TRUE(collection.deleteInstance(thing("b")));
+    EXPECT_EQ(collection.getManagedInstance(thing("b")), second);
+}
+
+TEST_F(AssociationsTest, CountsATwoEndedLinkOnlyInTheNamespaceOfTheRequest) {
+    collection.deleteInstance(linkPath("l"));
+    link(host.path("root/other", "PYL_Link", "l", testHostName), thing("a"), thing("b"));
+    EXPECT_EQ(askAll(thing("a")), 0);
+    EXPECT_EQ(journal.take(), nothingFourTimes());
+}
+
+TEST_F(AssociationsTest, ComparesTheNamespaceWithoutCase) {
+    EXPECT_EQ(askAll(host.path("ROOT/KTQ", "pyl_thing", "a", "")), 4);
+}
+
+TEST_F(AssociationsTest, CountsAMultiAssociationInAnyNamespace) {
+    collection.deleteInstance(linkPath("l"));
+    multiLink(host.path("root/other", "PYL_Link", "m", testHostName), thing("a"), {thing("b")});
+    EXPECT_EQ(askAll(thing("a")), 4);
+}
+
+TEST_F(AssociationsTest, DeliversEveryFarEndOfAMultiAssociationButItselfOnce) {
+    collection.deleteInstance(linkPath("l"));
+    multiLink(linkPath("m"), thing("a"), {thing("b"), CmpiObjectPath(), thing("a")});
+    EXPECT_EQ(associatorNames(thing("a")), 2);
+    EXPECT_EQ(associators(thing("a")), 2);
+    EXPECT_EQ(references(thing("a")), 1);
+    EXPECT_EQ(referenceNames(thing("a")), 1);
+    EXPECT_EQ(journal.take(), (Lines{
+                                  "locked information: deliver: " + text("b"),
+                                  "locked delivered " + text("b"),
+                                  "locked information: deliver: " + text("a"),
+                                  "locked delivered " + text("a"),
+                                  "information: associatorNames() delivered: 2",
+                                  "locked information: deliver: " + text("b"),
+                                  "locked delivered " + instanceText("b"),
+                                  "locked information: deliver: " + text("a"),
+                                  "locked delivered " + instanceText("a"),
+                                  "information: associators() delivered: 2",
+                                  "locked delivered " + instanceText("m", "PYL_Link"),
+                                  "information: references() delivered: 1",
+                                  "locked delivered " + linkText("m"),
+                                  "information: referenceNames() delivered: 1",
+                              }));
+}
+
+TEST_F(AssociationsTest, RefersToAMultiAssociationOnlyByItsFirstFarEnd) {
+    collection.deleteInstance(linkPath("l"));
+    multiLink(linkPath("m"), thing("a"), {CmpiObjectPath(), thing("b"), thing("b")});
+    EXPECT_EQ(associatorNames(thing("a")), 2);
+    EXPECT_EQ(references(thing("a")), 0);
+    EXPECT_EQ(referenceNames(thing("a")), 0);
+}
+
+TEST_F(AssociationsTest, FindsNothingThroughAMultiAssociationWithoutFarEnds) {
+    collection.deleteInstance(linkPath("l"));
+    multiLink(linkPath("m"), thing("a"), {});
+    EXPECT_EQ(askAll(thing("a")), 0);
+}
+
+TEST_F(AssociationsTest, LetsSubclassesThroughTheAssociationClassFilter) {
+    link(host.path("PYL_SpecialLink", "s"), thing("a"), thing("b"));
+    EXPECT_EQ(associators(thing("a"), "PYL_Link"), 2);
+    EXPECT_EQ(associators(thing("a"), "PYL_SpecialLink"), 1);
+    EXPECT_EQ(associatorNames(thing("a"), "pyl_speciallink"), 1);
+    EXPECT_EQ(references(thing("a"), "PYL_Link"), 2);
+    EXPECT_EQ(referenceNames(thing("a"), "PYL_SpecialLink"), 1);
+}
+
+TEST_F(AssociationsTest, PassesOverTheWrongAssociationClassWithoutALine) {
+    EXPECT_EQ(associators(thing("a"), "PYL_SpecialLink"), 0);
+    EXPECT_EQ(associatorNames(thing("a"), "PYL_SpecialLink"), 0);
+    EXPECT_EQ(journal.take(), (Lines{"information: associators() nothing to deliver",
+                                     "information: associatorNames() nothing to deliver"}));
+}
+
+TEST_F(AssociationsTest, NamesInItsLinesTheClassThatTheResultFilterLeftOut) {
+    // associators() names the association's class, associatorNames() the far end's.
+    EXPECT_EQ(associators(thing("a"), "", "PYL_SpecialThing"), 0);
+    EXPECT_EQ(associatorNames(thing("a"), "", "PYL_SpecialThing"), 0);
+    EXPECT_EQ(references(thing("a"), "PYL_SpecialLink"), 0);
+    EXPECT_EQ(referenceNames(thing("a"), "PYL_SpecialLink"), 0);
+    EXPECT_EQ(journal.take(), (Lines{
+                                  "locked information: PYL_Link result class filter failed",
+                                  "information: associators() nothing to deliver",
+                                  "locked information: PYL_Thing result class filter failed",
+                                  "information: associatorNames() nothing to deliver",
+                                  "locked information: PYL_Link result class filter failed",
+                                  "information: references() nothing to deliver",
+                                  "locked information: PYL_Link result class filter failed",
+                                  "information: referenceNames() nothing to deliver",
+                              }));
+}
+
+TEST_F(AssociationsTest, LetsSubclassesThroughTheResultClassFilter) {
+    auto const special = host.path("PYL_SpecialThing", "s");
+    add(special);
+    link(linkPath("m"), thing("a"), special);
+    EXPECT_EQ(associators(thing("a"), "PYL_Link", "PYL_Thing"), 2);
+    EXPECT_EQ(associators(thing("a"), "", "PYL_SpecialThing"), 1);
+    EXPECT_EQ(associatorNames(thing("a"), "", "PYL_Thing"), 2);
+    EXPECT_EQ(associatorNames(thing("a"), "", "PYL_SpecialThing"), 1);
+}
+
+TEST_F(AssociationsTest, FailsWithTheBrokersStatusForAClassThatItDoesNotKnow) {
+    link(host.path("PYL_Unknown", "u"), thing("a"), thing("b"));
+    EXPECT_THROW(references(thing("a"), "PYL_Link"), CmpiCpp::CmpiStatus);
+    EXPECT_EQ(journal.take(), (Lines{"locked delivered " + instanceText("l", "PYL_Link"),
+                                     "locked error: references exception:"}));
+    EXPECT_FALSE(collection.isLocked());
+}
+
+TEST_F(AssociationsTest, AsksTheAssociationBeforeItsNamespaceOrAfter) {
+    Lines asked;
+    calls.onCall = [&](std::string const& call) { asked.push_back(call); };
+    associatorNames(thing("a"));
+    EXPECT_EQ(asked, (Lines{"getAssociatedPath l", "getPath l"}));
+    asked.clear();
+    referenceNames(thing("a"));
+    EXPECT_EQ(asked, (Lines{"getPath l", "getAssociatedPath l", "getPath l"}));
+}
+
+TEST_F(AssociationsTest, IgnoresInstancesThatAreNoAssociations) {
+    collection.deleteInstance(linkPath("l"));
+    Lines asked;
+    calls.onCall = [&](std::string const& call) { asked.push_back(call); };
+    EXPECT_EQ(askAll(thing("a")), 0);
+    EXPECT_EQ(asked, Lines{});
+}
+
+/// The far end "far" of "a" is somebody else's.
+struct UpCallTest : AssociationsTest {
+    void SetUp() override {
+        add("a");
+        link("l", "a", "far");
+        link("m", "a", "near");
+        add("near");
+    }
+
+    std::string const announced = "locked information: PYL_Link references path " + text("far") +
+                                  ", not owned by this provider. Performing Upcall";
+    std::string const deliveredNear = "locked delivered " + instanceText("near");
+
+    /// What the walk says from the announcement on, and then of the far end that it owns.
+    Lines around(Lines middle, int count) {
+        Lines all{announced};
+        all.insert(all.end(), middle.begin(), middle.end());
+        all.push_back("locked information: deliver: " + text("near"));
+        all.push_back(deliveredNear);
+        all.push_back("information: associators() delivered: " + std::to_string(count));
+        return all;
+    }
+    void serve(CmpiObjectPath const& path) {
+        host.onGetInstance = [this, path](CmpiObjectPath const&) {
+            journal.note("asked");
+            return CmpiCpp::makeCmpiInstance(host.broker(), path);
+        };
+    }
+};
+
+TEST_F(UpCallTest, FetchesAFarEndThatTheCollectionDoesNotOwnUnderTheLock) {
+    serve(thing("far"));
+    EXPECT_EQ(associators(thing("a")), 2);
+    EXPECT_EQ(journal.take(), around({"locked asked", "locked information: got instance via upcall",
+                                      "locked information: deliver upcall instance: " + text("far"),
+                                      "locked delivered " + instanceText("far")},
+                                     2));
+}
+
+TEST_F(UpCallTest, AsksForThePathThatTheAssociationGave) {
+    std::optional<std::string> asked;
+    host.onGetInstance = [&](CmpiObjectPath const& path) {
+        asked = path.str();
+        return CmpiCpp::makeCmpiInstance(host.broker(), path);
+    };
+    associators(host.path("root/ktq", "PYL_Thing", "a", "elsewhere"));
+    EXPECT_EQ(asked, text("far"));
+}
+
+TEST_F(UpCallTest, LeavesOutAFarEndThatNobodyServesAndGoesOn) {
+    EXPECT_EQ(associators(thing("a")), 1);
+    EXPECT_EQ(journal.take(), around({"locked error: upcall failed!"}, 1));
+}
+
+TEST_F(UpCallTest, LeavesOutAFarEndThatComesBackAsNothing) {
+    host.onGetInstance = [](CmpiObjectPath const&) { return CmpiInstance(); };
+    EXPECT_EQ(associators(thing("a")), 1);
+    EXPECT_EQ(journal.take(), around({"locked error: upcall failed!"}, 1));
+}
+
+TEST_F(UpCallTest, FiltersWhatItFetchedByItsOwnClass) {
+    serve(host.path("PYL_Link", "odd"));
+    EXPECT_EQ(associators(thing("a"), "", "PYL_Thing"), 1);
+    EXPECT_EQ(journal.take(),
+              around({"locked asked", "locked information: got instance via upcall",
+                      "locked information: PYL_Link result class filter failed on upcall instance"},
+                     1));
+    serve(host.path("PYL_SpecialThing", "far"));
+    EXPECT_EQ(associators(thing("a"), "", "PYL_Thing"), 2);
+}
+
+TEST_F(UpCallTest, GoesOnWhenTheFilterCannotBeApplied) {
+    serve(host.path("PYL_Unknown", "far"));
+    EXPECT_EQ(associators(thing("a"), "", "PYL_Thing"), 1);
+    EXPECT_EQ(journal.take(), around({"locked asked", "locked information: got instance via upcall",
+                                      "locked error: upcall failed!"},
+                                     1));
+}
+
+TEST_F(UpCallTest, GoesOnWhenTheSinkRefusesWhatItFetched) {
+    serve(thing("far"));
+    for (auto const& failure : allFailures()) {
+        int deliveries = 0;
+        instances.onDeliver = [&] {
+            if (++deliveries == 1) failure.raise();
+        };
+        EXPECT_EQ(associators(thing("a")), 1);
+        EXPECT_EQ(journal.take(),
+                  around({"locked asked", "locked information: got instance via upcall",
+                          "locked information: deliver upcall instance: " + text("far"),
+                          "locked error: upcall failed!"},
+                         1));
+        EXPECT_FALSE(collection.isLocked());
+    }
+}
+
+TEST_F(UpCallTest, NeedsNoUpCallForNamesAndReferences) {
+    host.onGetInstance = [](CmpiObjectPath const&) -> CmpiInstance {
+        ADD_FAILURE() << "an up-call";
+        return {};
+    };
+    EXPECT_EQ(associatorNames(thing("a")), 2);
+    EXPECT_EQ(references(thing("a")), 2);
+    EXPECT_EQ(referenceNames(thing("a")), 2);
+}
+
+TEST_F(UpCallTest, LooksAtTheAssociationClassFirst) {
+    EXPECT_EQ(associators(thing("a"), "PYL_SpecialLink"), 0);
+    EXPECT_EQ(journal.take(), Lines{"information: associators() nothing to deliver"});
+}
+
+}  // namespace

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/CmpiManagedInstanceCollection.h"
+#include "tests/common/CapturedResults.h"
+#include "tests/common/HostName.h"
+#include "tests/common/Journal.h"
+#include "tests/common/TestBroker.h"
+#include "tests/common/Things.h"
+
+/// A collection whose lock can be looked at.
+class OpenCollection : public PYL::CmpiManagedInstanceCollection {
+public:
+    using CmpiManagedInstanceCollection::_findIndex;
+    using CmpiManagedInstanceCollection::CmpiManagedInstanceCollection;
+
+    bool isLocked() {
+        if (pthread_mutex_trylock(&_mutex) != 0) return true;
+        pthread_mutex_unlock(&_mutex);
+        return false;
+    }
+};
+
+/// A collection in a broker's call, with a journal of its lines and deliveries.
+struct CollectionFixture : testing::Test {
+    using CmpiName = CmpiCpp::CmpiName;
+    using CmpiObjectPath = CmpiCpp::CmpiObjectPath;
+
+    TestBroker host;
+    JournalLog log;
+    Journal& journal = *log.journal;
+    Calls calls;
+    OpenCollection collection{log.logger};
+    CapturedPaths paths{journal};
+    CapturedInstances instances{journal};
+
+    CollectionFixture() {
+        journal.isLocked = [this] { return collection.isLocked(); };
+        journal.take();
+    }
+    ~CollectionFixture() override {
+        // The collection writes its last line when its lock is gone.
+        journal.isLocked = [] { return false; };
+    }
+
+    CmpiObjectPath thing(std::string const& key) { return host.path("PYL_Thing", key); }
+    CmpiObjectPath linkPath(std::string const& key) { return host.path("PYL_Link", key); }
+
+    Thing* add(CmpiObjectPath const& path) {
+        auto* const made = new Thing(host, calls, path);
+        collection.createInstance(made);
+        return made;
+    }
+    Thing* add(std::string const& key) { return add(thing(key)); }
+    Link* link(CmpiObjectPath const& path, CmpiObjectPath const& left,
+               CmpiObjectPath const& right) {
+        auto* const made = new Link(host, calls, path, left, right);
+        collection.createInstance(made);
+        return made;
+    }
+    Link* link(std::string const& key, std::string const& left, std::string const& right) {
+        return link(linkPath(key), thing(left), thing(right));
+    }
+    MultiLink* multiLink(CmpiObjectPath const& path, CmpiObjectPath const& source,
+                         std::vector<CmpiObjectPath> farEnds) {
+        auto* const made = new MultiLink(host, calls, path, source, std::move(farEnds));
+        collection.createInstance(made);
+        return made;
+    }
+
+    int enumNames(CmpiObjectPath const& path) {
+        return collection.enumInstanceNames(paths, host.context(), path);
+    }
+    int enumInstances(CmpiObjectPath const& path, char const** properties = nullptr) {
+        return collection.enumInstances(instances, host.context(), path, properties);
+    }
+    bool get(CmpiObjectPath const& path, char const** properties = nullptr) {
+        return collection.getInstance(instances, host.context(), path, properties);
+    }
+    int associators(CmpiObjectPath const& path, CmpiName const& assocClass = {},
+                    CmpiName const& resultClass = {}, CmpiName const& role = {},
+                    CmpiName const& resultRole = {}, char const** properties = nullptr) {
+        return collection.associators(instances, host.context(), path, assocClass, resultClass,
+                                      role, resultRole, properties);
+    }
+    int associatorNames(CmpiObjectPath const& path, CmpiName const& assocClass = {},
+                        CmpiName const& resultClass = {}, CmpiName const& role = {},
+                        CmpiName const& resultRole = {}) {
+        return collection.associatorNames(paths, host.context(), path, assocClass, resultClass,
+                                          role, resultRole);
+    }
+    int references(CmpiObjectPath const& path, CmpiName const& resultClass = {},
+                   CmpiName const& role = {}, char const** properties = nullptr) {
+        return collection.references(instances, host.context(), path, resultClass, role,
+                                     properties);
+    }
+    int referenceNames(CmpiObjectPath const& path, CmpiName const& resultClass = {},
+                       CmpiName const& role = {}) {
+        return collection.referenceNames(paths, host.context(), path, resultClass, role);
+    }
+
+    /// The texts of the paths and instances that the helpers above make.
+    static std::string text(std::string const& key, std::string const& className = "PYL_Thing") {
+        return "//server-1/root/ktq:" + className + ".Id=\"" + key + "\"";
+    }
+    static std::string instanceText(std::string const& key,
+                                    std::string const& className = "PYL_Thing") {
+        return "instance of " + className + " {Id = \"" + key + "\";} at " + text(key, className);
+    }
+};

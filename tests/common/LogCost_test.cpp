@@ -1,0 +1,114 @@
+// What lines cost that the level drops: no path is read to make a text of it, nothing is allocated.
+
+#include <memory>
+
+#include "common/DecoratorUtils.h"
+#include "common/LoggedProvider.h"
+#include "tests/common/Allocations.h"
+#include "tests/common/CollectionFixture.h"
+#include "tests/common/CollectionRequests.h"
+#include "tests/common/Failures.h"
+#include "tests/common/ProviderOperations.h"
+#include "tests/support/FaultyBroker.h"
+
+namespace {
+
+using testsupport::FaultyBroker;
+
+/// A broker that counts its calls.
+struct LogCost : testing::Test {
+    TestBroker host;
+    FaultyBroker counting{host.real()};
+
+    LogCost() { host.use(counting.handle()); }
+
+    /// Calls to the broker while the action runs.
+    template <typename Action>
+    unsigned callsOf(Action const& action) {
+        counting.heal();
+        action();
+        unsigned calls = 0;
+        for (auto const& slot : FaultyBroker::slots()) calls += counting.calls(slot);
+        return calls;
+    }
+};
+
+TEST_F(LogCost, OfResultLoggersIsNothing) {
+    auto logger = silentLogger(LogLevel::error);
+    CountedPaths paths;
+    CountedInstances instances;
+    LoggedObjectPathResult loggedPaths(logger, paths);
+    LoggedInstanceResult loggedInstances(logger, instances);
+    auto const path = host.path("PYL_Thing", "a");
+    auto const instance = CmpiCpp::makeCmpiInstance(host.broker(), path);
+    auto const deliver = [&] {
+        loggedPaths.deliver(path);
+        loggedInstances.deliver(instance);
+    };
+    EXPECT_EQ(callsOf(deliver), 0U);
+    int const before = allocationCount();
+    deliver();
+    EXPECT_EQ(allocationCount(), before);
+    EXPECT_EQ(paths.count + instances.count, 4);
+    logger.setLevel(LogLevel::information);
+    EXPECT_GT(callsOf(deliver), 10U);
+}
+
+CmpiCpp::CmpiProvider* noProvider(CmpiCpp::CmpiBroker const&, Logger&) {
+    return nullptr;
+}
+
+TEST_F(LogCost, OfADecoratorIsNothing) {
+    Journal journal;
+    Request request(host, journal);
+    auto logger = silentLogger(LogLevel::warning);
+    PYL::LoggedProvider provider(host.broker(), logger, noProvider);
+    for (auto const& operation : providerOperations()) {
+        auto const run = [&] {
+            auto const outcome = outcomeOf([&] { operation.run(provider, request); });
+            EXPECT_TRUE(outcome == "none" || outcome.starts_with("status 100 ")) << outcome;
+        };
+        EXPECT_EQ(callsOf(run), 0U) << operation.name;
+    }
+    // The same with the lines does call, so the count above is of something.
+    logger.setLevel(LogLevel::information);
+    EXPECT_GT(callsOf([&] {
+                  outcomeOf([&] { provider.deleteInstance(request.context, request.path); });
+              }),
+              5U);
+}
+
+TEST_F(LogCost, OfAWalkIsLessThanWithTheLines) {
+    Calls calls;
+    auto logger = silentLogger();
+    OpenCollection collection(logger);
+    fillCollection(collection, host, calls);
+    for (auto const& request : collectionRequests()) {
+        if (std::string(request.name) == "getManagedInstance") continue;  // it has no lines
+        auto const run = [&] { EXPECT_EQ(request.run(collection, host), request.delivered); };
+        logger.setLevel(LogLevel::information);
+        auto const loud = callsOf(run);
+        logger.setLevel(LogLevel::error);
+        auto const quiet = callsOf(run);
+        bool const hasPathLines = !std::string(request.name).starts_with("reference");
+        if (hasPathLines)
+            EXPECT_LT(quiet, loud) << request.name;
+        else
+            EXPECT_EQ(quiet, loud) << request.name;
+    }
+}
+
+TEST_F(LogCost, OfAnEnumerationReadsNoKeys) {
+    Calls calls;
+    auto logger = silentLogger(LogLevel::error);
+    OpenCollection collection(logger);
+    fillCollection(collection, host, calls);
+    for (auto const& request : collectionRequests()) {
+        if (!std::string(request.name).starts_with("enum")) continue;
+        counting.heal();
+        request.run(collection, host);
+        EXPECT_EQ(counting.calls("CMPIObjectPathFT.getKeyAt"), 0U) << request.name;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "common/LoggedProvider.h"
+#include "tests/common/CapturedResults.h"
+#include "tests/common/HostName.h"
+#include "tests/common/InnerProvider.h"
+
+/// What the operations of a provider are called with in tests.
+struct Request {
+    TestBroker& host;
+    CmpiCpp::CmpiContext context;
+    CmpiCpp::CmpiObjectPath path;
+    CmpiCpp::CmpiInstance instance;
+    CmpiCpp::CmpiArgs arguments;
+    CapturedPaths paths;
+    CapturedInstances instances;
+    CapturedMethodResult method;
+
+    Request(TestBroker& broker, Journal& journal)
+        : host(broker),
+          context(broker.context()),
+          path(broker.path("PYL_Thing", "a")),
+          instance(CmpiCpp::makeCmpiInstance(broker.broker(), path)),
+          arguments(CmpiCpp::makeCmpiArgs(broker.broker())),
+          paths(journal),
+          instances(journal),
+          method(journal) {}
+};
+
+constexpr char const* requestPath = "//server-1/root/ktq:PYL_Thing.Id=\"a\"";
+
+inline char const** requestProperties() {
+    static char const* properties[] = {"Id", nullptr};
+    return properties;
+}
+
+/// One operation of every provider, as a row: its lines, and how the inner provider sees it.
+struct ProviderOperation {
+    enum class Kind { instance, association, method, indication, any };
+    enum class Delivers { nothing, paths, instances };
+
+    std::string name;
+    Kind kind;
+    Delivers delivers;
+    std::string entry;      ///< the line before
+    std::string inner;      ///< the call that the inner provider notes
+    std::string exception;  ///< the start of the line for a status
+    std::string returned;   ///< the line after, for operations that deliver nothing
+    std::function<void(PYL::LoggedProvider&, Request&)> run;
+};
+
+inline void PrintTo(ProviderOperation const& operation, std::ostream* out) {
+    *out << operation.name;
+}
+
+std::vector<ProviderOperation> const& providerOperations();

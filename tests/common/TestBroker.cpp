@@ -1,0 +1,77 @@
+#include "tests/common/TestBroker.h"
+
+#include "cmpicpp/CmpiStatus.h"
+#include "common/PYLUtil.h"
+
+using CmpiCpp::CmpiObjectPath;
+
+namespace {
+
+TestBroker* current = nullptr;  // C callbacks have no room for a this
+
+cimhost::Class derived(char const* name, char const* superClass) {
+    cimhost::Class definition;
+    definition.name = name;
+    definition.superClass = superClass;
+    return definition;
+}
+
+}  // namespace
+
+TestBroker::TestBroker(Classes const& classes) {
+    for (char const* name : {"root/ktq", "root/other"}) {
+        auto& nameSpace = _repository.make(name);
+        for (auto const& [className, superClass] : classes)
+            nameSpace.addClass(derived(className, superClass));
+    }
+    _host = std::make_unique<cimhost::Broker>(_repository, _log);
+    _scope = std::make_unique<cimhost::CallScope>();
+    _functions = *_host->handle()->bft;
+    _functions.getInstance = upCall;
+    _broker = *_host->handle();
+    _broker.bft = &_functions;
+    cimhost::RequestContext request;
+    request.nameSpace = "root/ktq";
+    _context = cimhost::makeContext(*_host, request);
+    current = this;
+    use(&_broker);
+}
+
+TestBroker::~TestBroker() {
+    PYL::PYLUtil::setBroker(CmpiCpp::CmpiBroker(nullptr));
+    current = nullptr;
+}
+
+void TestBroker::use(CMPIBroker const* broker) {
+    _used = broker;
+    PYL::PYLUtil::setBroker(CmpiCpp::CmpiBroker(broker));
+}
+
+CMPIInstance* TestBroker::upCall(CMPIBroker const* broker, CMPIContext const*,
+                                 CMPIObjectPath const* path, char const**, CMPIStatus* status) {
+    auto const refuse = [&](CMPIrc rc, char const* text) -> CMPIInstance* {
+        *status = {rc, broker->eft->newString(broker, text, nullptr)};
+        return nullptr;
+    };
+    if (!current->onGetInstance) return refuse(CMPI_RC_ERR_NOT_FOUND, "nobody serves it");
+    try {
+        auto const instance = current->onGetInstance(
+            CmpiObjectPath(CmpiCpp::CmpiHandle<CMPIObjectPath>::borrowed(broker, path)));
+        *status = {CMPI_RC_OK, nullptr};
+        return const_cast<CMPIInstance*>(instance.toCMPI());
+    } catch (CmpiCpp::CmpiStatus const& refusal) {
+        return refuse(refusal.rc(), refusal.what());
+    }
+}
+
+CmpiObjectPath TestBroker::path(char const* className, std::string const& key) const {
+    return path(PYL::BaseServerNameSpace, className, key, PYL::PYLUtil::getHostName());
+}
+
+CmpiObjectPath TestBroker::path(char const* nameSpace, char const* className,
+                                std::string const& key, std::string const& host) const {
+    auto made = CmpiCpp::makeCmpiObjectPath(broker(), nameSpace, className);
+    if (!host.empty()) made.setHost(host);
+    made.addKey("Id", key);
+    return made;
+}
