@@ -1,0 +1,59 @@
+#include "cimhost/repository/Names.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace cimhost {
+namespace {
+
+// Not std::tolower: that one follows the locale.
+constexpr unsigned char folded(char character) noexcept {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte - 'A' + 'a') : byte;
+}
+
+// Every character beyond ASCII may stand in a name.
+constexpr bool beginsName(char character) noexcept {
+    const unsigned char byte = folded(character);
+    return (byte >= 'a' && byte <= 'z') || byte == '_' || byte >= 0x80U;
+}
+
+constexpr bool continuesName(char character) noexcept {
+    return beginsName(character) || (character >= '0' && character <= '9');
+}
+
+}  // namespace
+
+bool equalNames(std::string_view left, std::string_view right) noexcept {
+    return left.size() == right.size() &&
+           std::equal(left.begin(), left.end(), right.begin(),
+                      [](char a, char b) { return folded(a) == folded(b); });
+}
+
+std::string_view trimmedSlashes(std::string_view name) noexcept {
+    while (name.starts_with('/')) name.remove_prefix(1);
+    while (name.ends_with('/')) name.remove_suffix(1);
+    return name;
+}
+
+std::size_t findNameEnd(std::string_view text) noexcept {
+    if (text.empty() || !beginsName(text.front())) return 0;
+    const auto* const end = std::find_if_not(text.begin(), text.end(), continuesName);
+    return static_cast<std::size_t>(end - text.begin());
+}
+
+bool NameLess::operator()(std::string_view left, std::string_view right) const noexcept {
+    return std::lexicographical_compare(left.begin(), left.end(), right.begin(), right.end(),
+                                        [](char a, char b) { return folded(a) < folded(b); });
+}
+
+std::size_t NameHash::operator()(std::string_view name) const noexcept {
+    // FNV-1a: names are short, and a schema is read from files that the operator trusts.
+    std::uint64_t hash = 0xcbf29ce484222325U;
+    for (const char character : name) {
+        hash = (hash ^ folded(character)) * 0x100000001b3U;
+    }
+    return static_cast<std::size_t>(hash);
+}
+
+}  // namespace cimhost

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+/// CIM names (classes, properties, keys, roles, namespaces) compare without regard to ASCII case
+/// (DSP0004, 5.2.3). Pure functions, safe from several threads.
+namespace cimhost {
+
+bool equalNames(std::string_view left, std::string_view right) noexcept;
+
+/// The name without slashes at its ends, as namespaces compare.
+std::string_view trimmedSlashes(std::string_view name) noexcept;
+
+/// Where the identifier (DSP0004, annex A) that the text begins with ends; 0 when it begins with
+/// none.
+std::size_t findNameEnd(std::string_view text) noexcept;
+
+/// Orders names as std::map and std::sort want it; transparent, so that look-ups make no string.
+struct NameLess {
+    using is_transparent = void;
+    bool operator()(std::string_view left, std::string_view right) const noexcept;
+};
+
+struct NameHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view name) const noexcept;
+};
+
+struct NameEqual {
+    using is_transparent = void;
+    bool operator()(std::string_view left, std::string_view right) const noexcept {
+        return equalNames(left, right);
+    }
+};
+
+}  // namespace cimhost

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace cimhost {
+
+struct Instance;
+struct ObjectPath;
+
+/// The intrinsic types of CIM (DSP0004, 5.2), with references and embedded instances.
+/// A value of type `instance` is a string with the EmbeddedInstance or EmbeddedObject qualifier in
+/// MOF.
+enum class CimType : std::uint8_t {
+    none,
+    boolean,
+    char16,
+    uint8,
+    uint16,
+    uint32,
+    uint64,
+    sint8,
+    sint16,
+    sint32,
+    sint64,
+    real32,
+    real64,
+    string,
+    dateTime,
+    reference,
+    instance,
+};
+
+/// The type's name as MOF and CIM-XML write it ("uint8", "datetime", ...); "string" for instances.
+std::string_view typeName(CimType type) noexcept;
+
+/// The type with this name in any case, or `none`.
+CimType typeFromName(std::string_view name) noexcept;
+
+bool isUnsigned(CimType type) noexcept;
+bool isSigned(CimType type) noexcept;
+bool isReal(CimType type) noexcept;
+inline bool isInteger(CimType type) noexcept {
+    return isUnsigned(type) || isSigned(type);
+}
+
+/// A typed CIM value: NULL, a scalar or an array whose elements may be NULL.
+///
+/// The alternative held follows the type: bool; std::uint64_t for char16 and unsigned integers;
+/// std::int64_t for signed ones; double for reals; std::string for string and dateTime (25
+/// characters); shared constant objects for references and embedded instances; std::vector<Value>
+/// for arrays. std::monostate is NULL. A value type: copies are independent, safe to read from
+/// several threads.
+class Value {
+public:
+    using Array = std::vector<Value>;
+    using Data =
+        std::variant<std::monostate, bool, std::uint64_t, std::int64_t, double, std::string,
+                     std::shared_ptr<const ObjectPath>, std::shared_ptr<const Instance>, Array>;
+
+    Value() = default;
+    /// An array when the data is one.
+    Value(CimType type, Data data)
+        : _data(std::move(data)), _type(type), _array(std::holds_alternative<Array>(_data)) {}
+
+    static Value null(CimType type) { return Value(type, std::monostate{}); }
+    static Value nullArray(CimType type);
+    /// One or the other of the above.
+    static Value nullOf(CimType type, bool isArray);
+    static Value array(CimType type, Array elements);
+    static Value string(std::string text) { return Value(CimType::string, std::move(text)); }
+    static Value boolean(bool value) { return Value(CimType::boolean, value); }
+    static Value unsignedInteger(CimType type, std::uint64_t value) { return Value(type, value); }
+    static Value signedInteger(CimType type, std::int64_t value) { return Value(type, value); }
+    static Value reference(ObjectPath path);
+    static Value instance(Instance instance);
+
+    CimType type() const noexcept { return _type; }
+    bool isArray() const noexcept { return _array; }
+    bool isNull() const noexcept { return std::holds_alternative<std::monostate>(_data); }
+    const Data& data() const noexcept { return _data; }
+
+    /// The alternative held, or nullptr when the value is NULL or of another kind.
+    template <typename T>
+    const T* get() const noexcept {
+        return std::get_if<T>(&_data);
+    }
+    template <typename T>
+    T* get() noexcept {
+        return std::get_if<T>(&_data);
+    }
+
+    /// Equal type, shape and content. References are equal when class and keys are and the
+    /// namespaces do not differ: one without a namespace means that of its reader. Embedded
+    /// instances compare by class and properties.
+    friend bool operator==(const Value& left, const Value& right);
+
+private:
+    Data _data;
+    CimType _type = CimType::none;
+    bool _array = false;
+};
+
+}  // namespace cimhost

@@ -1,0 +1,220 @@
+#include "cimhost/repository/ValueConversion.h"
+
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/ModelPathText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace cimhost {
+namespace {
+
+struct IntegerRange {
+    std::int64_t lowest;
+    std::uint64_t highest;
+};
+
+template <typename Integer>
+constexpr IntegerRange rangeOf{std::numeric_limits<Integer>::min(),
+                               std::numeric_limits<Integer>::max()};
+
+constexpr IntegerRange unsignedRangeOf(std::uint64_t highest) {
+    return {0, highest};
+}
+
+IntegerRange integerRange(CimType type) noexcept {
+    switch (type) {
+        case CimType::uint8:
+            return unsignedRangeOf(std::numeric_limits<std::uint8_t>::max());
+        case CimType::uint16:
+            return unsignedRangeOf(std::numeric_limits<std::uint16_t>::max());
+        case CimType::uint32:
+            return unsignedRangeOf(std::numeric_limits<std::uint32_t>::max());
+        case CimType::sint8:
+            return rangeOf<std::int8_t>;
+        case CimType::sint16:
+            return rangeOf<std::int16_t>;
+        case CimType::sint32:
+            return rangeOf<std::int32_t>;
+        case CimType::sint64:
+            return rangeOf<std::int64_t>;
+        default:
+            return unsignedRangeOf(std::numeric_limits<std::uint64_t>::max());
+    }
+}
+
+[[noreturn]] void mismatch(const std::string& message) {
+    throw CimError(CimCode::typeMismatch, message);
+}
+
+// "an array of string", "a string", "a number": what the value is, in words.
+std::string kindText(const Value& value) {
+    if (value.isArray()) return "an array";
+    if (isInteger(value.type())) return "an integer";
+    if (isReal(value.type())) return "a real number";
+    if (value.type() == CimType::instance) return "an embedded instance";
+    return "a value of type " + std::string(typeName(value.type()));
+}
+
+[[noreturn]] void refuse(const Value& value, CimType type) {
+    const char* const wanted = type == CimType::instance ? "an embedded instance" : nullptr;
+    mismatch(kindText(value) + " is not " +
+             (wanted ? std::string(wanted) : "of type " + std::string(typeName(type))));
+}
+
+[[noreturn]] void outOfRange(const std::string& number, CimType type) {
+    const IntegerRange range = integerRange(type);
+    mismatch(number + " is out of range for " + std::string(typeName(type)) + " (" +
+             std::to_string(range.lowest) + " to " + std::to_string(range.highest) + ")");
+}
+
+Value makeInteger(CimType type, std::uint64_t number) {
+    if (number > integerRange(type).highest) outOfRange(std::to_string(number), type);
+    if (isUnsigned(type)) return Value::unsignedInteger(type, number);
+    return Value::signedInteger(type, static_cast<std::int64_t>(number));
+}
+
+Value toInteger(const Value& value, CimType type) {
+    if (!isInteger(value.type())) refuse(value, type);
+    if (const auto* number = value.get<std::uint64_t>()) return makeInteger(type, *number);
+    const std::int64_t number = *value.get<std::int64_t>();
+    if (number >= 0) return makeInteger(type, static_cast<std::uint64_t>(number));
+    if (number < integerRange(type).lowest) outOfRange(std::to_string(number), type);
+    return Value::signedInteger(type, number);
+}
+
+double numberOf(const Value& value) noexcept {
+    if (const auto* number = value.get<std::uint64_t>()) return static_cast<double>(*number);
+    if (const auto* number = value.get<std::int64_t>()) return static_cast<double>(*number);
+    return *value.get<double>();
+}
+
+Value toReal(const Value& value, CimType type) {
+    if (!isInteger(value.type()) && !isReal(value.type())) refuse(value, type);
+    const double number = numberOf(value);
+    if (type == CimType::real64 || !std::isfinite(number)) return Value(type, number);
+    if (std::abs(number) > static_cast<double>(std::numeric_limits<float>::max())) {
+        mismatch("the number is out of range for real32");
+    }
+    return Value(type, static_cast<double>(static_cast<float>(number)));
+}
+
+Value toDateTime(const Value& value) {
+    const std::string* const text = value.get<std::string>();
+    if (!text) refuse(value, CimType::dateTime);
+    if (!isDateTimeText(*text)) mismatch("'" + text->substr(0, 40) + "' is not a datetime");
+    return Value(CimType::dateTime, *text);
+}
+
+Value toReference(const Value& value) {
+    if (value.type() == CimType::reference) return value;
+    if (value.type() != CimType::string) refuse(value, CimType::reference);
+    return Value::reference(parseModelPath(*value.get<std::string>()));
+}
+
+constexpr std::size_t dateTimeLength = 25;
+
+bool isDigit(char character) noexcept {
+    return character >= '0' && character <= '9';
+}
+
+int twoDigits(std::string_view text, std::size_t place) noexcept {
+    if (!isDigit(text[place]) || !isDigit(text[place + 1])) return -1;  // asterisks
+    return (text[place] - '0') * 10 + (text[place + 1] - '0');
+}
+
+// Fields may be unknown: all asterisks, and then every field after them as well, but in the
+// microseconds, where the digits may become asterisks one by one.
+bool hasDateTimeDigits(std::string_view text, std::size_t wholeFieldsEnd) noexcept {
+    const std::string_view digits = text.substr(0, 21);
+    const std::size_t star = digits.find('*');
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+        if (i == 14) continue;
+        if (i >= star ? digits[i] != '*' : !isDigit(digits[i])) return false;
+    }
+    if (star >= 14) return true;
+    return star == 0 || star == wholeFieldsEnd || (star > wholeFieldsEnd && star % 2 == 0);
+}
+
+bool within(int number, int lowest, int highest) noexcept {
+    return number == -1 || (number >= lowest && number <= highest);
+}
+
+bool isTimeOfDay(std::string_view text) noexcept {
+    return within(twoDigits(text, 8), 0, 23) && within(twoDigits(text, 10), 0, 59) &&
+           within(twoDigits(text, 12), 0, 59);
+}
+
+bool isOffset(std::string_view text) noexcept {
+    return std::all_of(text.begin() + 22, text.end(), isDigit);
+}
+
+}  // namespace
+
+bool isDateTimeText(std::string_view text) noexcept {
+    if (text.size() != dateTimeLength || text[14] != '.') return false;
+    if (!isOffset(text) || !isTimeOfDay(text)) return false;
+    if (text[21] == ':') return text.substr(22) == "000" && hasDateTimeDigits(text, 8);
+    if (text[21] != '+' && text[21] != '-') return false;
+    // Years are four digits wide, the fields after them two.
+    return hasDateTimeDigits(text, 4) && within(twoDigits(text, 4), 1, 12) &&
+           within(twoDigits(text, 6), 1, 31);
+}
+
+Value convertScalar(const Value& value, CimType type) {
+    if (value.isArray()) refuse(value, type);
+    if (value.isNull()) return Value::null(type);
+    if (isInteger(type)) return toInteger(value, type);
+    if (isReal(type)) return toReal(value, type);
+    if (type == CimType::dateTime) return toDateTime(value);
+    if (type == CimType::reference) return toReference(value);
+    if (type == CimType::string && value.type() == CimType::dateTime) {
+        return Value::string(*value.get<std::string>());
+    }
+    if (value.type() != type) refuse(value, type);
+    return value;
+}
+
+Value convertValue(const Value& value, CimType type, bool isArray,
+                   std::optional<std::uint32_t> arraySize) {
+    if (!isArray) return convertScalar(value, type);
+    if (value.isNull()) return Value::nullArray(type);
+    const auto* const elements = value.get<Value::Array>();
+    if (!elements) mismatch(kindText(value) + " is not an array");
+    if (arraySize && elements->size() > *arraySize) {
+        mismatch(std::to_string(elements->size()) + " elements are too many for " +
+                 typeText(type, true, arraySize));
+    }
+    Value::Array converted;
+    converted.reserve(elements->size());
+    for (const Value& element : *elements) converted.push_back(convertScalar(element, type));
+    return Value::array(type, std::move(converted));
+}
+
+std::size_t valueBytes(const Value& value) noexcept {
+    std::size_t bytes = sizeof(Value);
+    if (const auto* text = value.get<std::string>()) bytes += text->size();
+    if (const auto* elements = value.get<Value::Array>()) {
+        for (const Value& element : *elements) bytes += valueBytes(element);
+    }
+    if (const auto* path = value.get<std::shared_ptr<const ObjectPath>>()) {
+        bytes += sizeof(ObjectPath);
+        for (const KeyBinding& key : (*path)->keys) bytes += sizeof(key) + valueBytes(key.value);
+    }
+    if (const auto* instance = value.get<std::shared_ptr<const Instance>>()) {
+        bytes += sizeof(Instance);
+        for (const auto& each : (*instance)->properties)
+            bytes += sizeof(each) + valueBytes(each.value);
+    }
+    return bytes;
+}
+
+std::string typeText(CimType type, bool isArray, std::optional<std::uint32_t> arraySize) {
+    std::string text(typeName(type));
+    if (isArray) text += arraySize ? "[" + std::to_string(*arraySize) + "]" : "[]";
+    return text;
+}
+
+}  // namespace cimhost
