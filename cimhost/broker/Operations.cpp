@@ -1,0 +1,9 @@
+#include "cimhost/broker/Operations.h"
+
+namespace cimhost {
+
+Operations::Operations(Broker& broker, ModuleHost& modules) : _broker(broker), _modules(modules) {}
+
+Operations::~Operations() = default;
+
+}  // namespace cimhost

@@ -1,0 +1,79 @@
+#pragma once
+
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cimhost/broker/Broker.h"
+#include "cimhost/broker/ModuleHost.h"
+#include "cimhost/broker/Objects.h"
+#include "cimhost/broker/ProviderStatus.h"
+
+namespace cimhost {
+
+/// Counts the provider calls that this thread is inside of.
+class CallNesting {
+public:
+    /// Providers that call each other in a circle end here rather than on the end of the stack.
+    static constexpr unsigned limit = 32;
+
+    /// Throws CimError failed beyond the limit.
+    CallNesting();
+    ~CallNesting() { --depth; }
+    CallNesting(const CallNesting&) = delete;
+    CallNesting& operator=(const CallNesting&) = delete;
+
+private:
+    inline static constinit thread_local unsigned depth = 0;
+};
+
+/// A property list in the form of MI functions. Good as long as the names that it was made of.
+class PropertyNames {
+public:
+    explicit PropertyNames(const std::optional<std::vector<std::string>>& names) {
+        if (!names) return;
+        for (const std::string& name : *names) _names.push_back(name.c_str());
+        _names.push_back(nullptr);
+    }
+
+    /// Null for all properties.
+    const char** get() noexcept { return _names.empty() ? nullptr : _names.data(); }
+
+private:
+    std::vector<const char*> _names;
+};
+
+/// One call of an MI function: the objects made during it live as long as this, the arguments
+/// included. For one thread, as a local variable.
+class ProviderCall {
+public:
+    /// Throws CimError failed when provider calls are nested too deeply.
+    ProviderCall(const Broker& broker, const RequestContext& request, ResultSink& sink)
+        : _context(makeContext(broker, request)), _result(makeResult(broker, sink)) {}
+
+    /// Calls the function in this slot of the MI's table, with the context, the result and the
+    /// arguments. Throws what the sink threw, else the provider's failure as a CimError:
+    /// notSupported for a null slot.
+    template <typename MI, typename Table, typename Function, typename... Arguments>
+    void run(const MiUse<MI>& use, Function Table::*slot, Arguments... arguments) {
+        MI* const mi = use.get();
+        if (!mi->ft || !(mi->ft->*slot)) {
+            throw CimError(CimCode::notSupported, "provider " + std::string(use.provider()) +
+                                                      " does not offer this operation");
+        }
+        const CMPIStatus status = callProvider(
+            use.provider(), [&] { return (mi->ft->*slot)(mi, _context, _result, arguments...); });
+        if (const std::exception_ptr failure = failureOf(_result)) std::rethrow_exception(failure);
+        requireSuccess(status, use.provider());
+    }
+
+private:
+    CallNesting _nesting;
+    CallScope _scope;
+    CMPIContext* _context;
+    CMPIResult* _result;
+};
+
+}  // namespace cimhost

@@ -1,0 +1,97 @@
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "cimhost/repository/Names.h"
+
+namespace cimhost {
+
+enum class ProviderType : std::uint8_t { instance, association, method, indication };
+
+constexpr std::size_t providerTypeCount = 4;
+
+/// As registration files write it: "instance" and so on.
+std::string_view providerTypeName(ProviderType type) noexcept;
+
+/// Which provider of which module serves a class in a namespace, and in what.
+struct Registration {
+    std::string className;
+    std::string nameSpace;
+    std::string provider;  ///< as the module's entry points name it
+    std::string module;    ///< base name: Fans for libFans.so
+    std::bitset<providerTypeCount> types;
+
+    bool serves(ProviderType type) const noexcept { return types[static_cast<std::size_t>(type)]; }
+};
+
+/// Why a registration was refused. From a file, what() reads "file:line: message".
+class RegistrationError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// All registrations of a host.
+///
+/// A file has one registration a line: `Class Namespace Provider Module type...`, where a type is
+/// `instance`, `association`, `method` or `indication`. A class in several namespaces takes several
+/// lines. `#` begins a comment. Classes and namespaces compare without regard to case, providers
+/// and modules exactly.
+///
+/// Filled before the host starts by one thread; from then on constant and safe to read from
+/// several.
+class Registrations {
+public:
+    Registrations() = default;
+    Registrations(Registrations&&) = default;
+    Registrations& operator=(Registrations&&) = default;
+
+    /// Throws RegistrationError for a line that is broken, for one that registers what another has
+    /// registered, and for a file that cannot be read. What came before the line stays.
+    void readFile(const std::filesystem::path& file);
+
+    /// `name` stands for the file in messages.
+    void readText(std::string_view text, const std::string& name);
+
+    /// Throws RegistrationError, without a place: a field is empty or malformed; the provider
+    /// serves this class already; another provider serves its instances or methods; the provider is
+    /// in another module.
+    void add(Registration registration);
+
+    /// The first registration of exactly this class, or nullptr. Good as long as this object.
+    const Registration* find(ProviderType type, std::string_view nameSpace,
+                             std::string_view className) const noexcept;
+
+    /// All of a type in a namespace, in order of registration.
+    const std::vector<const Registration*>& all(ProviderType type,
+                                                std::string_view nameSpace) const noexcept;
+
+    const std::deque<Registration>& all() const noexcept { return _registrations; }
+
+private:
+    struct Index {
+        std::vector<const Registration*> inOrder;
+        std::unordered_map<std::string_view, const Registration*, NameHash, NameEqual> byClass;
+    };
+    using Indexes = std::array<Index, providerTypeCount>;
+
+    const Index* _find(ProviderType type, std::string_view nameSpace) const noexcept;
+    void _check(const Registration& registration) const;
+
+    // A deque, since the indexes point into it.
+    std::deque<Registration> _registrations;
+    std::map<std::string, Indexes, NameLess> _nameSpaces;
+    std::map<std::string, std::string> _modules;  // by provider
+};
+
+}  // namespace cimhost
