@@ -1,0 +1,58 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace cimhost {
+
+class Operations;
+class Repository;
+
+/// One HTTP request as the CIM-XML layer needs it. Views are good until handle() returns.
+struct CimXmlRequest {
+    /// The value of the header with this name (any case), or nullopt; trimmed, not percent-decoded.
+    std::function<std::optional<std::string_view>(std::string_view name)> header;
+    std::string_view body;
+    std::string_view principal;  ///< authenticated user, or empty
+    std::string_view host;       ///< host[:port] of this server for the paths in replies
+};
+
+/// Where the reply goes. The server holds bytes back in a buffer of 64 KiB and commits the status
+/// line when it overflows or the handler is done; from then on the reply is chunked.
+class CimXmlReply {
+public:
+    virtual ~CimXmlReply() = default;
+
+    /// An HTTP-level answer without a body: 400, 501 ... `cimError` is the CIMError header, or
+    /// empty. Only before commit.
+    virtual void refuse(int status, std::string_view cimError) = 0;
+
+    /// Appends body text to a 200 reply. Throws when the client is gone.
+    virtual void write(std::string_view text) = 0;
+
+    /// Drops what was written and starts the 200 reply anew; false when some of it has left
+    /// already.
+    virtual bool restart() = 0;
+
+    /// After commit: the operation failed in the middle. The reply ends with CIMStatusCode
+    /// trailers.
+    virtual void fail(int code, std::string_view description) = 0;
+};
+
+/// Answers CIM-XML requests (DSP0200, DSP0201) from the operations and the repository.
+/// Safe from several threads; holds no state between requests.
+class CimXmlHandler {
+public:
+    CimXmlHandler(Operations& operations, const Repository& repository);
+
+    /// Answers in full, whatever the request holds: no exception leaves but what the reply throws.
+    void handle(const CimXmlRequest& request, CimXmlReply& reply) const;
+
+private:
+    Operations& _operations;
+    const Repository& _repository;
+};
+
+}  // namespace cimhost

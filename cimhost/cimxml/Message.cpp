@@ -1,0 +1,80 @@
+#include "cimhost/cimxml/Message.h"
+
+#include <algorithm>
+
+#include "cimhost/cimxml/HeaderMatch.h"
+#include "cimhost/cimxml/ModelReader.h"
+#include "cimhost/repository/Names.h"
+
+namespace cimhost {
+namespace {
+
+/// True for `<major>.<digits>`.
+bool isVersion(std::string_view text, std::string_view major) noexcept {
+    if (!text.starts_with(major)) return false;
+    text.remove_prefix(major.size());
+    return text.size() > 1 && text[0] == '.' &&
+           text.find_first_not_of("0123456789", 1) == std::string_view::npos;
+}
+
+void checkVersions(const Element& cim, const Element& message) {
+    if (!isVersion(cim.attributeText(Attribute::cimVersion), "2"))
+        throw Refusal{501, "unsupported-cim-version"};
+    if (!isVersion(cim.attributeText(Attribute::dtdVersion), "2"))
+        throw Refusal{501, "unsupported-dtd-version"};
+    if (!isVersion(message.attributeText(Attribute::protocolVersion), "1"))
+        throw Refusal{501, "unsupported-protocol-version"};
+}
+
+/// True when the header, as it stands or percent-decoded, is what `matches` looks for. Not every
+/// client encodes a '%' that belongs to a key.
+bool headerMatches(const CimXmlRequest& request, std::string_view name, auto&& matches) {
+    const std::optional<std::string_view> header = request.header(name);
+    return header && (matches(std::string_view(percentDecode(*header))) || matches(*header));
+}
+
+bool namesMethod(const CimXmlRequest& request, std::string_view method) {
+    return headerMatches(request, "CIMMethod",
+                         [&](std::string_view text) { return equalNames(text, method); });
+}
+
+bool namesObject(const CimXmlRequest& request, const Message& message) {
+    const Element target = *message.call.firstChild();
+    return headerMatches(request, "CIMObject", [&](std::string_view text) {
+        return message.isIntrinsic ? sameNameSpace(text, joinNameSpace(target))
+                                   : namesTarget(text, target);
+    });
+}
+
+Element callOf(const Element& simpleRequest) {
+    Element call = *simpleRequest.firstChild();
+    while (call.tag() == Tag::correlator) call = *call.next();
+    return call;
+}
+
+}  // namespace
+
+std::optional<Refusal> checkHeaders(const CimXmlRequest& request) {
+    const std::optional<std::string_view> operation = request.header("CIMOperation");
+    if (!operation) return Refusal{400, {}};
+    if (!equalNames(*operation, "MethodCall")) return Refusal{400, "unsupported-operation"};
+    const std::optional<std::string_view> version = request.header("CIMProtocolVersion");
+    if (version && !isVersion(*version, "1")) return Refusal{501, "unsupported-protocol-version"};
+    return std::nullopt;
+}
+
+Message readMessage(const CimXmlRequest& request, const XmlDocument& document) {
+    const Element cim = document.root();
+    const Element envelope = *cim.firstChild();
+    checkVersions(cim, envelope);
+    const Element content = *envelope.firstChild();
+    if (content.tag() == Tag::multipleRequest) throw Refusal{501, "multiple-requests-unsupported"};
+    const Element call = callOf(content);
+    const Message message{envelope.attributeText(Attribute::id), call,
+                          call.attributeText(Attribute::name), call.tag() == Tag::intrinsicCall};
+    if (!namesMethod(request, message.name) || !namesObject(request, message))
+        throw Refusal{400, "header-mismatch"};
+    return message;
+}
+
+}  // namespace cimhost

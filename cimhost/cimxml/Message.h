@@ -1,0 +1,32 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "cimhost/cimxml/Handler.h"
+#include "cimhost/cimxml/XmlDocument.h"
+
+namespace cimhost {
+
+/// A request that is answered by an HTTP status rather than a CIM message (DSP0200, 7.3).
+struct Refusal {
+    int status = 400;
+    std::string_view cimError;  ///< the CIMError header; empty for none. A literal.
+};
+
+/// The one call that a request message makes. Views into the document.
+struct Message {
+    std::string_view id;
+    Element call;           ///< IMETHODCALL or METHODCALL
+    std::string_view name;  ///< of the operation or method
+    bool isIntrinsic;
+};
+
+/// Refuses what is no CIM request, before its body is looked at. Nothing when all is well.
+std::optional<Refusal> checkHeaders(const CimXmlRequest& request);
+
+/// The message in a document whose root is CIM. Throws Refusal for unsupported versions, for a
+/// multiple request, and for headers that name another method or object than the body.
+Message readMessage(const CimXmlRequest& request, const XmlDocument& document);
+
+}  // namespace cimhost

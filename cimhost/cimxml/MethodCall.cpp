@@ -1,0 +1,88 @@
+#include <string>
+
+#include "cimhost/cimxml/Call.h"
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
+
+namespace cimhost {
+namespace {
+
+const MethodDefinition& requireMethod(const Class& definition, std::string_view name) {
+    if (const MethodDefinition* const method = definition.findMethod(name)) return *method;
+    throw CimError(CimCode::methodNotFound,
+                   "class " + definition.name + " has no method " + std::string(name));
+}
+
+const ParameterDefinition& requireParameter(const MethodDefinition& method, std::string_view name) {
+    for (const ParameterDefinition& parameter : method.parameters)
+        if (equalNames(parameter.name, name)) return parameter;
+    throw CimError(CimCode::invalidParameter,
+                   "method " + method.name + " has no parameter " + std::string(name));
+}
+
+/// What the client says of the type must agree with the class; not every client says it.
+void checkWrittenType(const Element& element, const ValueShape& shape) {
+    const std::string_view written = element.attribute(Attribute::parameterType)
+                                         .value_or(element.attributeText(Attribute::type));
+    if (written.empty()) return;
+    const CimType declared = shape.type == CimType::instance ? CimType::string : shape.type;
+    if (typeFromName(written) == declared) return;
+    throw CimError(CimCode::typeMismatch, shape.text() + " is of type " +
+                                              std::string(typeName(declared)) + ", not " +
+                                              std::string(written));
+}
+
+Arguments readArguments(const Call& call, const MethodDefinition& method,
+                        const Element& methodCall) {
+    Arguments arguments;
+    for (const Element element : methodCall.children()) {
+        if (element.tag() != Tag::parameterValue) continue;
+        const ParameterDefinition& parameter =
+            requireParameter(method, element.attributeText(Attribute::name));
+        // Some clients name all parameters, with NULL for those that only go out.
+        if (!parameter.isIn && !element.firstChild()) continue;
+        const ValueShape shape{parameter.type, parameter.isArray, "parameter", parameter.name,
+                               method.name};
+        checkWrittenType(element, shape);
+        arguments.push_back({parameter.name, call.reader.value(element.firstChild(), shape)});
+    }
+    return arguments;
+}
+
+void writeResult(Call& call, const MethodResult& result) {
+    XmlBuffer& out = call.out.buffer();
+    // An empty element for NULL or void makes one of the clients in use crash.
+    if (!result.returnValue.isNull()) {
+        out.markup("<RETURNVALUE");
+        call.writer.typeAttribute("PARAMTYPE", result.returnValue);
+        out.markup(">");
+        call.writer.value(result.returnValue);
+        out.markup("</RETURNVALUE>");
+    }
+    for (const Argument& argument : result.out) {
+        if (argument.value.isNull()) continue;
+        out.markup("<PARAMVALUE");
+        out.attribute("NAME", argument.name);
+        call.writer.typeAttribute("PARAMTYPE", argument.value);
+        out.markup(">");
+        call.writer.value(argument.value);
+        out.markup("</PARAMVALUE>");
+        call.out.checkpoint();
+    }
+}
+
+}  // namespace
+
+void invokeMethod(Call& call, const Message& message) {
+    const Element localPath = *message.call.firstChild();
+    const Element name = *localPath.firstChild()->next();
+    const Attribute attribute =
+        name.tag() == Tag::className ? Attribute::name : Attribute::className;
+    const MethodDefinition& method =
+        requireMethod(call.requireClass(name.attributeText(attribute)), message.name);
+    const Arguments arguments = readArguments(call, method, message.call);
+    writeResult(call, call.operations.invokeMethod(call.context, call.reader.path(name),
+                                                   method.name, arguments));
+}
+
+}  // namespace cimhost

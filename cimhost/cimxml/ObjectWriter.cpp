@@ -1,0 +1,225 @@
+#include "cimhost/cimxml/ObjectWriter.h"
+
+#include <algorithm>
+#include <memory>
+#include <string>
+
+#include "cimhost/cimxml/ValueText.h"
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
+
+namespace cimhost {
+namespace {
+
+const ObjectPath* pathOf(const Value& value) noexcept {
+    const auto* const path = value.get<std::shared_ptr<const ObjectPath>>();
+    return path != nullptr ? path->get() : nullptr;
+}
+
+const Instance* instanceOf(const Value& value) noexcept {
+    const auto* const instance = value.get<std::shared_ptr<const Instance>>();
+    return instance != nullptr ? instance->get() : nullptr;
+}
+
+/// The markup before and after the text of a key.
+std::string_view keyValueOf(CimType type) noexcept {
+    if (type == CimType::boolean) return "\"><KEYVALUE VALUETYPE=\"boolean\">";
+    return isInteger(type) || isReal(type) ? "\"><KEYVALUE VALUETYPE=\"numeric\">"
+                                           : "\"><KEYVALUE VALUETYPE=\"string\">";
+}
+
+struct PropertyMarkup {
+    std::string_view open;
+    std::string_view close;
+};
+
+PropertyMarkup propertyMarkup(CimType type, bool isArray) noexcept {
+    if (isArray) return {"<PROPERTY.ARRAY NAME=\"", "</PROPERTY.ARRAY>"};
+    if (type == CimType::reference) return {"<PROPERTY.REFERENCE NAME=\"", "</PROPERTY.REFERENCE>"};
+    return {"<PROPERTY NAME=\"", "</PROPERTY>"};
+}
+
+/// A provider may set NULL without a type; the class then knows it.
+CimType typeOf(const Value& value, const PropertyDefinition* definition) noexcept {
+    if (value.type() != CimType::none) return value.type();
+    return definition != nullptr ? definition->type : CimType::string;
+}
+
+bool isArray(const Value& value, const PropertyDefinition* definition) noexcept {
+    if (value.type() == CimType::none && definition != nullptr) return definition->isArray;
+    return value.isArray();
+}
+
+}  // namespace
+
+void ObjectWriter::className(std::string_view name) {
+    _out.markup("<CLASSNAME");
+    _out.attribute("NAME", name);
+    _out.markup("/>");
+}
+
+void ObjectWriter::instanceName(const ObjectPath& path) {
+    _out.markup("<INSTANCENAME CLASSNAME=\"");
+    _out.text(path.className);
+    _out.markup("\">");
+    for (const KeyBinding& key : path.keys) _key(key, path);
+    _out.markup("</INSTANCENAME>");
+}
+
+void ObjectWriter::_key(const KeyBinding& key, const ObjectPath& owner) {
+    if (key.value.isArray() || key.value.type() == CimType::instance)
+        throw CimError(CimCode::failed, "key " + key.name + " of a path of " + owner.className +
+                                            " holds what no key can hold");
+    _out.markup("<KEYBINDING NAME=\"");
+    _out.text(key.name);
+    if (const ObjectPath* const path = pathOf(key.value)) {
+        _out.markup("\">");
+        _reference(*path);
+        _out.markup("</KEYBINDING>");
+    } else {
+        ScalarScratch scratch;
+        _out.markup(keyValueOf(key.value.type()));
+        _out.text(scalarText(key.value, scratch));
+        _out.markup("</KEYVALUE></KEYBINDING>");
+    }
+}
+
+void ObjectWriter::_nameSpacePath(std::string_view nameSpace) {
+    _out.markup("<NAMESPACEPATH><HOST>");
+    _out.text(_host);
+    _out.markup("</HOST><LOCALNAMESPACEPATH>");
+    while (!nameSpace.empty()) {
+        const std::size_t slash = std::min(nameSpace.find('/'), nameSpace.size());
+        if (slash != 0) {
+            _out.markup("<NAMESPACE");
+            _out.attribute("NAME", nameSpace.substr(0, slash));
+            _out.markup("/>");
+        }
+        nameSpace.remove_prefix(std::min(slash + 1, nameSpace.size()));
+    }
+    _out.markup("</LOCALNAMESPACEPATH></NAMESPACEPATH>");
+}
+
+void ObjectWriter::instancePath(const ObjectPath& path) {
+    _out.markup("<INSTANCEPATH>");
+    _nameSpacePath(path.nameSpace.empty() ? _nameSpace : std::string_view(path.nameSpace));
+    instanceName(path);
+    _out.markup("</INSTANCEPATH>");
+}
+
+void ObjectWriter::classPath(std::string_view name) {
+    _out.markup("<CLASSPATH>");
+    _nameSpacePath(_nameSpace);
+    className(name);
+    _out.markup("</CLASSPATH>");
+}
+
+void ObjectWriter::_reference(const ObjectPath& path) {
+    _out.markup("<VALUE.REFERENCE>");
+    if (path.nameSpace.empty() || equalNames(path.nameSpace, _nameSpace))
+        instanceName(path);
+    else
+        instancePath(path);
+    _out.markup("</VALUE.REFERENCE>");
+}
+
+void ObjectWriter::instance(const Instance& instance, const Class* definition,
+                            const PropertySelection& selection, bool includeClassOrigin) {
+    _out.markup("<INSTANCE");
+    _out.attribute("CLASSNAME", instance.className());
+    _out.markup(">");
+    for (const PropertyValue& property : instance.properties)
+        if (selection.selects(property.name))
+            _property(property,
+                      definition != nullptr ? definition->findProperty(property.name) : nullptr,
+                      includeClassOrigin);
+    _out.markup("</INSTANCE>");
+}
+
+void ObjectWriter::_property(const PropertyValue& property, const PropertyDefinition* definition,
+                             bool includeClassOrigin) {
+    const CimType type = typeOf(property.value, definition);
+    const bool array = isArray(property.value, definition);
+    if (array && type == CimType::reference)
+        throw CimError(CimCode::failed, "property " + property.name +
+                                            " is an array of references, which no property can be");
+    const PropertyMarkup markup = propertyMarkup(type, array);
+    _out.markup(markup.open);
+    _out.text(property.name);
+    _out.markup("\"");
+    _propertyAttributes(property, type, definition, includeClassOrigin);
+    _out.markup(">");
+    value(property.value);
+    _out.markup(markup.close);
+}
+
+void ObjectWriter::_propertyAttributes(const PropertyValue& property, CimType type,
+                                       const PropertyDefinition* definition,
+                                       bool includeClassOrigin) {
+    if (type != CimType::reference) {
+        _out.markup(" TYPE=\"");
+        _out.markup(typeName(type));
+        _out.markup("\"");
+    } else if (definition != nullptr && !definition->referenceClass.empty()) {
+        _out.attribute("REFERENCECLASS", definition->referenceClass);
+    }
+    if (includeClassOrigin) {
+        if (!property.classOrigin.empty())
+            _out.attribute("CLASSORIGIN", property.classOrigin);
+        else if (definition != nullptr)
+            _out.attribute("CLASSORIGIN", definition->classOrigin);
+    }
+    if (type == CimType::instance) {
+        const bool isObject = definition != nullptr && definition->isEmbeddedObject;
+        _out.attribute("EmbeddedObject", isObject ? "object" : "instance");
+    }
+}
+
+void ObjectWriter::typeAttribute(std::string_view attribute, const Value& value) {
+    _out.attribute(attribute, typeName(value.type()));
+    if (value.type() == CimType::instance) _out.attribute("EmbeddedObject", "instance");
+}
+
+void ObjectWriter::value(const Value& value) {
+    if (value.isNull()) return;
+    if (const auto* const elements = value.get<Value::Array>())
+        _array(*elements, value.type());
+    else
+        _element(value);
+}
+
+void ObjectWriter::_array(const Value::Array& elements, CimType type) {
+    const std::string_view element =
+        type == CimType::reference ? "VALUE.REFARRAY>" : "VALUE.ARRAY>";
+    _out.markup("<");
+    _out.markup(element);
+    for (const Value& each : elements) {
+        if (each.isNull())
+            _out.markup("<VALUE.NULL/>");
+        else
+            _element(each);
+    }
+    _out.markup("</");
+    _out.markup(element);
+}
+
+void ObjectWriter::_element(const Value& value) {
+    if (const ObjectPath* const path = pathOf(value)) return _reference(*path);
+    _out.markup("<VALUE>");
+    if (const Instance* const embedded = instanceOf(value)) {
+        _embedded(*embedded);
+    } else {
+        ScalarScratch scratch;
+        _out.text(scalarText(value, scratch));
+    }
+    _out.markup("</VALUE>");
+}
+
+void ObjectWriter::_embedded(const Instance& embedded) {
+    XmlBuffer inner;
+    // Embedded instances have no class here, so that all that is known of them is in themselves.
+    ObjectWriter(inner, _host, _nameSpace).instance(embedded, nullptr, {}, false);
+    _out.text(inner.view());
+}
+
+}  // namespace cimhost

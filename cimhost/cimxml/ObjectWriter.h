@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string_view>
+
+#include "cimhost/broker/Operations.h"
+#include "cimhost/cimxml/XmlBuffer.h"
+#include "cimhost/repository/Instance.h"
+#include "cimhost/repository/Schema.h"
+
+namespace cimhost {
+
+/// Writes values, paths and instances as CIM-XML (DSP0201). Elements that clients in use cannot
+/// read self-closed always get an end tag. Used by one thread.
+///
+/// A reference within the request's own namespace is written as INSTANCENAME, any other as
+/// INSTANCEPATH. CimError failed: a value that CIM-XML has no form for, such as an array as a key.
+class ObjectWriter {
+public:
+    /// `host` is host[:port] for full paths; `nameSpace` is the request's. Both must outlive the
+    /// writer.
+    ObjectWriter(XmlBuffer& out, std::string_view host, std::string_view nameSpace)
+        : _out(out), _host(host), _nameSpace(nameSpace) {}
+
+    void instanceName(const ObjectPath& path);   ///< INSTANCENAME
+    void instancePath(const ObjectPath& path);   ///< INSTANCEPATH
+    void classPath(std::string_view className);  ///< CLASSPATH in the request's namespace
+    void className(std::string_view name);       ///< CLASSNAME
+
+    /// INSTANCE with the properties that the selection lets through. The definition, where it is
+    /// known, adds class origins and what it declares of references and embedded objects.
+    void instance(const Instance& instance, const Class* definition,
+                  const PropertySelection& selection, bool includeClassOrigin);
+
+    /// VALUE, VALUE.ARRAY, VALUE.REFERENCE or VALUE.REFARRAY; nothing for NULL.
+    void value(const Value& value);
+
+    /// ` TYPE="uint8"`, or with PARAMTYPE for the attribute's name, and EmbeddedObject if it is
+    /// one.
+    void typeAttribute(std::string_view attribute, const Value& value);
+
+private:
+    void _nameSpacePath(std::string_view nameSpace);
+    void _key(const KeyBinding& key, const ObjectPath& owner);
+    void _reference(const ObjectPath& path);
+    void _property(const PropertyValue& property, const PropertyDefinition* definition,
+                   bool includeClassOrigin);
+    void _propertyAttributes(const PropertyValue& property, CimType type,
+                             const PropertyDefinition* definition, bool includeClassOrigin);
+    void _array(const Value::Array& elements, CimType type);
+    void _element(const Value& value);
+    void _embedded(const Instance& instance);
+
+    XmlBuffer& _out;
+    std::string_view _host;
+    std::string_view _nameSpace;
+};
+
+}  // namespace cimhost

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <exception>
+#include <string_view>
+
+#include "cimhost/cimxml/Handler.h"
+#include "cimhost/cimxml/XmlBuffer.h"
+
+namespace cimhost {
+
+/// Passes XML on to a reply in pieces, so that an answer of any length takes one small buffer.
+/// Not safe from several threads; the reply must outlive it.
+class ReplyStream {
+public:
+    explicit ReplyStream(CimXmlReply& reply) : _reply(reply) {}
+    ReplyStream(const ReplyStream&) = delete;
+    ReplyStream& operator=(const ReplyStream&) = delete;
+
+    XmlBuffer& buffer() noexcept { return _buffer; }
+
+    /// Between two elements: sends what has gathered if it is worth it.
+    void checkpoint() {
+        if (_buffer.size() >= threshold) flush();
+    }
+    void flush();
+
+    /// Takes back all text; false when some of it has left already.
+    bool restart();
+
+    /// What the reply threw, or null. A provider stands between our writing and our caller and may
+    /// have turned the exception into something else.
+    std::exception_ptr failure() const noexcept { return _failure; }
+
+private:
+    static constexpr std::size_t threshold = 16 * 1024;
+
+    CimXmlReply& _reply;
+    XmlBuffer _buffer;
+    std::exception_ptr _failure;
+};
+
+}  // namespace cimhost

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "cimhost/cimxml/XmlError.h"
+
+namespace cimhost {
+
+/// What stands in an XML text, in its order. Views are good during the call. An exception ends the
+/// reading and comes out of parseXml.
+class XmlEvents {
+public:
+    virtual ~XmlEvents() = default;
+
+    /// `attributes` holds names and values in turn and ends with a null pointer.
+    virtual void startElement(std::string_view name, const char* const* attributes) = 0;
+    virtual void endElement() = 0;
+    /// A part of the text between tags; more of the same text may follow.
+    virtual void characters(std::string_view text) = 0;
+    /// `encoding` is empty when the text declares none.
+    virtual void declaration(std::string_view version, std::string_view encoding) = 0;
+    virtual void documentType() = 0;
+};
+
+/// Reads a UTF-8 text. The parser itself may take `memory` bytes: enough for any token but absurd
+/// ones, since it keeps each name that is new to it and whatever is not complete yet. Throws
+/// XmlError: notWellFormed; notValid when the memory does not suffice. Safe from several threads.
+void parseXml(std::string_view text, std::size_t memory, XmlEvents& events);
+
+}  // namespace cimhost
