@@ -1,0 +1,69 @@
+#include "cimhost/server/CimXmlAdapter.h"
+
+namespace cimhost {
+namespace {
+
+constexpr std::size_t maximumDescriptionBytes = 1024;
+
+bool travelsPlain(char character) noexcept {
+    return character >= ' ' && character < 0x7F && character != '%';
+}
+
+}  // namespace
+
+void CimXmlAdapter::handle(const HttpRequest& request, HttpReply& reply) {
+    reply.notes().operation = request.header("CIMMethod").value_or(std::string_view{});
+    reply.notes().object = request.header("CIMObject").value_or(std::string_view{});
+    const CimXmlRequest cimRequest{
+        [&request](std::string_view name) { return request.header(name); }, request.body,
+        request.principal, request.serverName()};
+    CimXmlHttpReply cimReply(reply);
+    _handler.handle(cimRequest, cimReply);
+}
+
+CimXmlHttpReply::CimXmlHttpReply(HttpReply& reply) : _reply(reply) {
+    _addHeaders();
+}
+
+void CimXmlHttpReply::_addHeaders() {
+    _reply.addHeader({"Content-Type", "application/xml; charset=\"utf-8\""});
+    _reply.addHeader({"CIMOperation", "MethodResponse"});
+    _reply.announceTrailers("CIMError, CIMStatusCode, CIMStatusCodeDescription");
+}
+
+void CimXmlHttpReply::refuse(int status, std::string_view cimError) {
+    _reply.notes().outcome = cimError;
+    if (cimError.empty())
+        _reply.refuse(status);
+    else
+        _reply.refuse(status, {{"CIMError", cimError}});
+}
+
+bool CimXmlHttpReply::restart() {
+    if (!_reply.restart()) return false;
+    _addHeaders();
+    return true;
+}
+
+void CimXmlHttpReply::fail(int code, std::string_view description) {
+    const std::string codeText = std::to_string(code);
+    _reply.notes().outcome = codeText;
+    _reply.setTrailer({"CIMStatusCode", codeText});
+    _reply.setTrailer({"CIMStatusCodeDescription",
+                       escapeForHeader(description.substr(0, maximumDescriptionBytes))});
+}
+
+std::string escapeForHeader(std::string_view text) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string escaped;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (travelsPlain(character))
+            escaped += character;
+        else
+            escaped.append({'%', digits[byte >> 4U], digits[byte & 15U]});
+    }
+    return escaped;
+}
+
+}  // namespace cimhost

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "cimhost/cimxml/Handler.h"
+#include "cimhost/server/HttpHandler.h"
+
+namespace cimhost {
+
+/// Where HTTP and CIM-XML meet: hands a request from the one to the other, and the reply back.
+/// Safe from several threads.
+class CimXmlAdapter final : public HttpHandler {
+public:
+    /// The handler outlives the adapter.
+    explicit CimXmlAdapter(const CimXmlHandler& handler) noexcept : _handler(handler) {}
+
+    void handle(const HttpRequest& request, HttpReply& reply) override;
+
+private:
+    const CimXmlHandler& _handler;
+};
+
+/// A CIM-XML reply over an HTTP one, with the headers and trailers that DSP0200 asks for.
+class CimXmlHttpReply final : public CimXmlReply {
+public:
+    explicit CimXmlHttpReply(HttpReply& reply);
+
+    void refuse(int status, std::string_view cimError) override;
+    void write(std::string_view text) override { _reply.write(text); }
+    bool restart() override;
+    void fail(int code, std::string_view description) override;
+
+private:
+    void _addHeaders();
+
+    HttpReply& _reply;
+};
+
+/// Text as a header may carry it: what is no visible ASCII, and '%', as %XX of its bytes.
+std::string escapeForHeader(std::string_view text);
+
+}  // namespace cimhost

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+
+namespace cimhost {
+
+/// What a client may ask of the HTTP server; the request that goes beyond is answered with the
+/// status named here. Exactly the limit is still served.
+struct HttpLimits {
+    std::size_t lineBytes = 8 * 1024;   ///< one line without its CRLF: 414, 431,
+    std::size_t headBytes = 64 * 1024;  ///< request line and header lines with all CRLFs: 431
+    std::size_t fieldCount = 100;       ///< header lines, and trailer lines: 431
+    std::uint64_t bodyBytes = 10 * 1024 * 1024;  ///< announced or arrived: 413
+    /// The size line of a chunk with its extensions, or the last chunk with all trailers: 400.
+    std::size_t chunkLineBytes = 8 * 1024;
+    std::size_t framingBytes = 1024 * 1024;  ///< chunk sizes and extensions of one body: 413
+    std::size_t connections = 128;           ///< served at once: 503
+
+    /// A connection with no request on it is closed in silence after this time.
+    std::chrono::milliseconds idleTime{30'000};
+    /// A request must be there in full this long after its first byte, or it is answered 408. Each
+    /// `bodyRate` bytes of the body that arrived add a second, so that no trickle can hold on.
+    std::chrono::milliseconds requestTime{10'000};
+    std::uint64_t bodyRate = 256 * 1024;
+    /// A client that takes longer than this for one buffer of the reply is given up.
+    std::chrono::milliseconds replyTime{30'000};
+    /// How long a refused client may go on sending before the connection is closed under it.
+    std::chrono::milliseconds lingerTime{1'000};
+    /// When every connection is taken, the one that has waited longest for its client, and at least
+    /// this long, makes room for a new one.
+    std::chrono::milliseconds evictionTime{1'000};
+};
+
+}  // namespace cimhost

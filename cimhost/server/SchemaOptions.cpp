@@ -1,0 +1,69 @@
+#include "cimhost/server/SchemaOptions.h"
+
+#include "cimhost/repository/MofReader.h"
+#include "cimhost/server/Command.h"
+
+#include <CLI/CLI.hpp>
+
+namespace cimhost {
+namespace {
+
+constexpr const char* defaultNameSpace = "root/cimv2";
+
+}  // namespace
+
+void SchemaOptions::addTo(CLI::App& command) {
+    _command = &command;
+    const std::string group = "Schema";
+    command
+        .add_option("--namespace", _nameSpaces,
+                    "Namespace of the --schema files that follow, up to the next --namespace; the "
+                    "first one named is also that of files before it [root/cimv2]")
+        ->type_name("NAME")
+        ->allow_extra_args(false)
+        ->group(group);
+    command.add_option("--schema", _files, "MOF file with classes and instances; may be repeated")
+        ->type_name("FILE")
+        ->allow_extra_args(false)
+        ->group(group);
+    command
+        .add_option(
+            "--include-dir", _includeFolders,
+            "Where '#pragma include' looks after the including file's folder; may be repeated")
+        ->type_name("DIR")
+        ->allow_extra_args(false)
+        ->group(group);
+    command
+        .add_option("--registration", _registrations,
+                    "File with lines 'Class Namespace Provider Module type...'; may be repeated")
+        ->type_name("FILE")
+        ->allow_extra_args(false)
+        ->group(group);
+}
+
+std::vector<SchemaFile> SchemaOptions::files() const {
+    std::vector<SchemaFile> result;
+    auto nextNameSpace = _nameSpaces.begin();
+    std::string current = _nameSpaces.empty() ? defaultNameSpace : _nameSpaces.front();
+    for (const CLI::Option* option : _command->parse_order()) {
+        if (option->check_name("--namespace")) current = *nextNameSpace++;
+        if (option->check_name("--schema")) result.push_back({_files.at(result.size()), current});
+    }
+    return result;
+}
+
+void SchemaOptions::loadInto(Repository& repository) const {
+    if (_files.empty()) throw UsageError("name at least one MOF file with --schema");
+    for (const std::string& nameSpace : _nameSpaces) repository.make(nameSpace);
+    for (const SchemaFile& schema : files()) {
+        MofReader reader(repository, schema.nameSpace);
+        for (const std::filesystem::path& folder : _includeFolders) reader.addSearchPath(folder);
+        reader.readFile(schema.file);
+    }
+}
+
+void SchemaOptions::loadInto(Registrations& registrations) const {
+    for (const std::filesystem::path& file : _registrations) registrations.readFile(file);
+}
+
+}  // namespace cimhost

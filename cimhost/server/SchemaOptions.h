@@ -1,0 +1,48 @@
+#pragma once
+
+#include "cimhost/broker/Registration.h"
+#include "cimhost/repository/Repository.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace cimhost {
+
+struct SchemaFile {
+    std::filesystem::path file;
+    std::string nameSpace;
+};
+
+/// The options that say which classes there are and who serves them.
+class SchemaOptions {
+public:
+    /// Adds the options to a command; this object must outlive the parsing.
+    void addTo(CLI::App& command);
+
+    /// Each file with the namespace that was named last before it, or else with the first one
+    /// named.
+    std::vector<SchemaFile> files() const;
+    const std::vector<std::filesystem::path>& registrations() const noexcept {
+        return _registrations;
+    }
+
+    /// Reads the MOF files in order. Throws MofError; UsageError when no file was named.
+    void loadInto(Repository& repository) const;
+
+    /// Reads the registration files in order. Throws RegistrationError.
+    void loadInto(Registrations& registrations) const;
+
+private:
+    const CLI::App* _command = nullptr;
+    std::vector<std::string> _nameSpaces;
+    std::vector<std::filesystem::path> _files;
+    std::vector<std::filesystem::path> _includeFolders;
+    std::vector<std::filesystem::path> _registrations;
+};
+
+}  // namespace cimhost

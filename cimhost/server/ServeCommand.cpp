@@ -1,0 +1,93 @@
+#include "cimhost/server/BasicAuth.h"
+#include "cimhost/server/Command.h"
+#include "cimhost/server/ConsoleLog.h"
+#include "cimhost/server/EndSignals.h"
+#include "cimhost/server/HttpServer.h"
+#include "cimhost/server/ObjectManager.h"
+#include "cimhost/server/ServeOptions.h"
+#include "cimhost/server/TlsStream.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+namespace cimhost {
+namespace {
+
+constexpr std::chrono::seconds requestGrace{5};
+constexpr std::chrono::seconds moduleGrace{1};
+
+constexpr const char* example =
+    "Example:\n"
+    "  cimhost serve --namespace root/ktq --schema base/base.mof --schema Uptime.mof \\\n"
+    "      --registration uptime.registration --provider-dir build\n"
+    "  wbemcli ei http://localhost:5988/root/ktq:PYL_Uptime\n"
+    "\n"
+    "Ends in order on SIGTERM and SIGINT. Exit status: 0 when it ended in order, 1 when it could "
+    "not\n"
+    "start or a module would not let go, 2 for a command line that makes no sense.";
+
+/// What HTTP needs beside the handler, as the options have it.
+struct Gate {
+    std::unique_ptr<TlsContext> tls;
+    std::unique_ptr<BasicAuth> authenticator;
+    std::unique_ptr<AccessLog> accessLog;
+
+    explicit Gate(const ServeOptions& options) {
+        if (options.usesTls())
+            tls = std::make_unique<TlsContext>(options.tlsCertificate, options.tlsKey);
+        if (!options.passwordFile.empty())
+            authenticator = std::make_unique<BasicAuth>(PasswordFile(options.passwordFile));
+        if (!options.accessLog.empty()) accessLog = std::make_unique<AccessLog>(options.accessLog);
+    }
+};
+
+void announce(const HttpServer& server, bool usesTls) {
+    std::printf("cimhost is ready at http%s://%s/cimom\n", usesTls ? "s" : "",
+                server.listener().name().c_str());
+    std::fflush(stdout);
+}
+
+/// Code of a module is still running: nothing that it may touch can be taken down in order.
+[[noreturn]] void leaveAtOnce(BrokerLog& log) {
+    log.write(BrokerLog::Level::error, "cimhost",
+              "a request did not end in time; leaving without unloading its module");
+    std::_Exit(1);
+}
+
+int serve(const ServeOptions& options) {
+    options.checkExposure();
+    const EndSignals signals;
+    ConsoleLog log(options.logLevel);
+    Repository repository;
+    options.schema.loadInto(repository);
+    Registrations registrations;
+    options.schema.loadInto(registrations);
+    const Gate gate(options);
+    ObjectManager manager(repository, std::move(registrations), options.providerFolders, log);
+
+    const HttpServices services{manager.httpHandler(), options.limits, gate.authenticator.get(),
+                                gate.accessLog.get()};
+    HttpServer server(ListenSocket(options.address, options.port), services, gate.tls.get());
+    server.start();
+    announce(server, options.usesTls());
+    std::optional<std::chrono::seconds> time;
+    if (options.maximumSeconds) time = std::chrono::seconds(*options.maximumSeconds);
+    signals.wait(time);
+    if (!server.stop(requestGrace) || !manager.shutDown(moduleGrace)) leaveAtOnce(log);
+    return 0;
+}
+
+}  // namespace
+
+void addServeCommand(CLI::App& application, Command& chosen) {
+    const auto options = std::make_shared<ServeOptions>();
+    CLI::App* command = application.add_subcommand("serve", "Serve CIM-XML requests over HTTP");
+    options->addTo(*command);
+    command->footer(example);
+    command->callback([options, &chosen] { chosen = [options] { return serve(*options); }; });
+}
+
+}  // namespace cimhost

@@ -1,0 +1,124 @@
+#include "cimhost/server/ServeOptions.h"
+
+#include "cimhost/server/Command.h"
+#include "cimhost/server/ConsoleLog.h"
+#include "cimhost/server/ListenSocket.h"
+
+#include <CLI/CLI.hpp>
+
+#include <map>
+
+namespace cimhost {
+namespace {
+
+void addSeconds(CLI::App& command, const std::string& name, std::chrono::milliseconds& time,
+                const std::string& description) {
+    const auto setTime = [&time](double seconds) {
+        time = std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000));
+    };
+    command.add_option_function<double>(name, setTime, description)
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.001, 86400.0))
+        ->default_str(std::to_string(time.count() / 1000))
+        ->group("Limits");
+}
+
+}  // namespace
+
+void ServeOptions::addTo(CLI::App& command) {
+    schema.addTo(command);
+    providerFolders = {CIMHOST_PROVIDER_DIR};
+    command
+        .add_option("--provider-dir", providerFolders,
+                    "Where lib<Module>.so is looked for; may be repeated")
+        ->type_name("DIR")
+        ->allow_extra_args(false)
+        ->capture_default_str()
+        ->group("Schema");
+    _addNetworkOptions(command);
+    _addLimitOptions(command);
+    _addRunOptions(command);
+}
+
+void ServeOptions::_addNetworkOptions(CLI::App& command) {
+    const std::string group = "Network";
+    command
+        .add_option("--listen", address,
+                    "Numeric address to listen at; one that is not loopback needs --tls-cert, "
+                    "--tls-key and --password-file")
+        ->type_name("ADDRESS")
+        ->capture_default_str()
+        ->group(group);
+    command.add_option("--port", port, "TCP port; 0 takes any free one")
+        ->type_name("NUMBER")
+        ->capture_default_str()
+        ->group(group);
+    auto* certificate =
+        command.add_option("--tls-cert", tlsCertificate, "PEM file with certificate and chain")
+            ->type_name("FILE")
+            ->group(group);
+    auto* key = command.add_option("--tls-key", tlsKey, "PEM file with the certificate's key")
+                    ->type_name("FILE")
+                    ->group(group);
+    certificate->needs(key);
+    key->needs(certificate);
+    command
+        .add_option("--password-file", passwordFile,
+                    "Only users in this file may come in; 'cimhost passwd' makes it")
+        ->type_name("FILE")
+        ->group(group);
+}
+
+void ServeOptions::_addLimitOptions(CLI::App& command) {
+    const std::string group = "Limits";
+    command.add_option("--max-connections", limits.connections, "Connections served at once")
+        ->type_name("NUMBER")
+        ->check(CLI::Range(1, 10000))
+        ->capture_default_str()
+        ->group(group);
+    command.add_option("--max-body", limits.bodyBytes, "Longest request body")
+        ->type_name("BYTES")
+        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 30U))
+        ->capture_default_str()
+        ->group(group);
+    addSeconds(command, "--idle-time", limits.idleTime,
+               "How long a connection may stay without request");
+    addSeconds(command, "--request-time", limits.requestTime,
+               "How long a request may take to arrive; one second more for each 256 KiB of body");
+    addSeconds(command, "--reply-time", limits.replyTime,
+               "How long a client may take for each 64 KiB of a reply");
+}
+
+void ServeOptions::_addRunOptions(CLI::App& command) {
+    const std::string group = "Running";
+    const std::map<std::string, BrokerLog::Level> levels = [] {
+        std::map<std::string, BrokerLog::Level> names;
+        for (const auto level : {BrokerLog::Level::error, BrokerLog::Level::warning,
+                                 BrokerLog::Level::information, BrokerLog::Level::debug})
+            names.emplace(levelName(level), level);
+        return names;
+    }();
+    command
+        .add_option("--access-log", accessLog,
+                    "Write a line a request to the file; - is standard output")
+        ->type_name("FILE")
+        ->group(group);
+    command.add_option("--log-level", logLevel, "Least urgent lines to write to standard error")
+        ->type_name("LEVEL")
+        ->transform(CLI::CheckedTransformer(levels, CLI::ignore_case)
+                        .description("error, warning, information or debug"))
+        ->default_str("information")
+        ->group(group);
+    command.add_option("--max-seconds", maximumSeconds, "End by itself after this time")
+        ->type_name("SECONDS")
+        ->group(group);
+}
+
+void ServeOptions::checkExposure() const {
+    if (isLoopback(address) || (usesTls() && !passwordFile.empty())) return;
+    throw UsageError("--listen " + address +
+                     " lets other machines in: that needs --tls-cert, --tls-key and "
+                     "--password-file (127.0.0.1 and ::1 do without)");
+}
+
+}  // namespace cimhost

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "cimhost/broker/Broker.h"
+#include "cimhost/server/HttpLimits.h"
+#include "cimhost/server/SchemaOptions.h"
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cimhost {
+
+/// The options of `cimhost serve`, with their defaults.
+struct ServeOptions {
+    SchemaOptions schema;
+    std::vector<std::filesystem::path> providerFolders;
+
+    std::string address = "127.0.0.1";
+    std::uint16_t port = 5988;
+    std::string tlsCertificate;
+    std::string tlsKey;
+    std::string passwordFile;
+    HttpLimits limits;
+
+    std::string accessLog;
+    BrokerLog::Level logLevel = BrokerLog::Level::information;
+    std::optional<std::uint32_t> maximumSeconds;
+
+    /// Adds the options to a command; this object must outlive the parsing.
+    void addTo(CLI::App& command);
+
+    bool usesTls() const noexcept { return !tlsCertificate.empty(); }
+
+    /// Throws UsageError when others than this machine could reach the server and it would not ask
+    /// them who they are, or not hide what they say.
+    void checkExposure() const;
+
+private:
+    void _addNetworkOptions(CLI::App& command);
+    void _addLimitOptions(CLI::App& command);
+    void _addRunOptions(CLI::App& command);
+};
+
+}  // namespace cimhost

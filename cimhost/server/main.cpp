@@ -1,0 +1,38 @@
+#include "cimhost/server/Command.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int failed = 1;
+constexpr int wrongUsage = 2;
+
+int complain(const char* message, int status) {
+    std::fprintf(stderr, "cimhost: %s\n", message);
+    return status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+    CLI::App application(
+        "A development object manager: hosts CMPI provider modules for WBEM clients.", "cimhost");
+    cimhost::Command chosen;
+    cimhost::addServeCommand(application, chosen);
+    cimhost::addCheckCommand(application, chosen);
+    cimhost::addPasswdCommand(application, chosen);
+    application.require_subcommand(1);
+    application.set_version_flag("--version", "cimhost " CIMHOST_VERSION);
+    try {
+        application.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return application.exit(error) == 0 ? 0 : wrongUsage;
+    }
+    return chosen();
+} catch (const cimhost::UsageError& error) {
+    return complain(error.what(), wrongUsage);
+} catch (const std::exception& error) {
+    return complain(error.what(), failed);
+}

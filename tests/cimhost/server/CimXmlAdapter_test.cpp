@@ -1,0 +1,114 @@
+#include "cimhost/server/CimXmlAdapter.h"
+
+#include "cimhost/server/ConsoleLog.h"
+#include "cimhost/server/ObjectManager.h"
+
+#include "MemoryStream.h"
+#include "RawClient.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace cimhost {
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+
+struct CimXmlHttpReplyTest : testing::Test {
+    MemoryStream stream;
+    HttpReply http{stream, {}};
+    CimXmlHttpReply reply{http};
+};
+
+TEST_F(CimXmlHttpReplyTest, HasTheHeadersOfAResponse) {
+    reply.write("<CIM/>");
+    http.finish();
+    EXPECT_EQ(headerOf(stream.sent, "Content-Type"), "application/xml; charset=\"utf-8\"");
+    EXPECT_EQ(headerOf(stream.sent, "CIMOperation"), "MethodResponse");
+    EXPECT_EQ(headerOf(stream.sent, "Content-Length"), "6");
+    EXPECT_EQ(bodyOf(stream.sent), "<CIM/>");
+}
+
+TEST_F(CimXmlHttpReplyTest, HasThemOnceAfterARestart) {
+    reply.write("dropped");
+    EXPECT_TRUE(reply.restart());
+    reply.write("kept");
+    http.finish();
+    EXPECT_EQ(bodyOf(stream.sent), "kept");
+    EXPECT_EQ(stream.sent.find("CIMOperation"), stream.sent.rfind("CIMOperation"));
+    EXPECT_NE(stream.sent.find("CIMOperation"), std::string::npos);
+}
+
+TEST_F(CimXmlHttpReplyTest, SaysWhyARequestIsNone) {
+    reply.refuse(400, "request-not-valid");
+    http.finish();
+    EXPECT_EQ(statusOf(stream.sent), 400);
+    EXPECT_EQ(headerOf(stream.sent, "CIMError"), "request-not-valid");
+    EXPECT_EQ(headerOf(stream.sent, "Content-Length"), "0");
+    EXPECT_EQ(headerOf(stream.sent, "CIMOperation"), "");
+    EXPECT_EQ(http.notes().outcome, "request-not-valid");
+}
+
+TEST_F(CimXmlHttpReplyTest, SaysNothingAboutNothing) {
+    reply.refuse(400, "");
+    http.finish();
+    EXPECT_EQ(stream.sent.find("CIMError"), std::string::npos);
+}
+
+TEST_F(CimXmlHttpReplyTest, EndsAReplyThatFailsHalfWayWithTrailers) {
+    reply.write(std::string(70'000, 'x'));
+    EXPECT_FALSE(reply.restart());
+    reply.fail(6, "100% gone\r\nfor \xC3\xBC");
+    http.finish();
+    EXPECT_EQ(headerOf(stream.sent, "Trailer"),
+              "CIMError, CIMStatusCode, CIMStatusCodeDescription");
+    EXPECT_THAT(stream.sent,
+                EndsWith("\r\n0\r\nCIMStatusCode: 6\r\n"
+                         "CIMStatusCodeDescription: 100%25 gone%0D%0Afor %C3%BC\r\n\r\n"));
+    EXPECT_EQ(http.notes().outcome, "6");
+}
+
+struct CimXmlAdapterTest : testing::Test {
+    ConsoleLog log{BrokerLog::Level::error};
+    Repository repository;
+    ObjectManager manager{repository, {}, {}, log};
+    MemoryStream stream;
+    HttpReply reply{stream, {}};
+};
+
+TEST_F(CimXmlAdapterTest, HandsHeadersAndBodyOverAndTheReplyBack) {
+    HttpRequest request;
+    request.fields = {{"Content-Type", "application/xml"},
+                      {"CIMOperation", "MethodCall"},
+                      {"CIMMethod", "EnumerateClassNames"},
+                      {"CIMObject", "root%2Fnone"}};
+    request.body =
+        R"(<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSION="2.0">)"
+        R"(<MESSAGE ID="77" PROTOCOLVERSION="1.0"><SIMPLEREQ><IMETHODCALL NAME="EnumerateClassNames">)"
+        R"(<LOCALNAMESPACEPATH><NAMESPACE NAME="root"/><NAMESPACE NAME="none"/></LOCALNAMESPACEPATH>)"
+        R"(</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>)";
+    manager.httpHandler().handle(request, reply);
+    reply.finish();
+    EXPECT_EQ(statusOf(stream.sent), 200);
+    EXPECT_THAT(bodyOf(stream.sent), HasSubstr("ID=\"77\""));
+    EXPECT_THAT(bodyOf(stream.sent), HasSubstr("CODE=\"3\"")) << "there is no such namespace";
+    EXPECT_EQ(reply.notes().operation, "EnumerateClassNames");
+    EXPECT_EQ(reply.notes().object, "root%2Fnone");
+}
+
+TEST_F(CimXmlAdapterTest, RefusesWhatIsNoXml) {
+    HttpRequest request;
+    request.fields = {{"Content-Type", "application/xml"},
+                      {"CIMOperation", "MethodCall"},
+                      {"CIMMethod", "EnumerateClassNames"},
+                      {"CIMObject", "root"}};
+    request.body = "<CIM>";
+    manager.httpHandler().handle(request, reply);
+    reply.finish();
+    EXPECT_EQ(statusOf(stream.sent), 400);
+    EXPECT_EQ(headerOf(stream.sent, "CIMError"), "request-not-well-formed");
+}
+
+}  // namespace
+}  // namespace cimhost

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+
+namespace cimhost {
+
+/// A folder of one test, gone with it.
+class TemporaryFolder {
+public:
+    TemporaryFolder() {
+        std::string pattern = (std::filesystem::temp_directory_path() / "cimhost.XXXXXX").string();
+        if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp");
+        _path = pattern;
+    }
+    ~TemporaryFolder() { std::filesystem::remove_all(_path); }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    const std::filesystem::path& path() const noexcept { return _path; }
+    std::filesystem::path operator/(const std::string& name) const { return _path / name; }
+
+    /// Writes a file that only its owner may read.
+    std::filesystem::path write(const std::string& name, const std::string& text) const {
+        std::ofstream(_path / name, std::ios::binary) << text;
+        std::filesystem::permissions(_path / name, std::filesystem::perms(0600));
+        return _path / name;
+    }
+
+    std::string read(const std::string& name) const {
+        std::ostringstream text;
+        text << std::ifstream(_path / name, std::ios::binary).rdbuf();
+        return text.str();
+    }
+
+private:
+    std::filesystem::path _path;
+};
+
+}  // namespace cimhost
