@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <tuple>
+#include <vector>
+
+namespace baseserver {
+
+/// Where a PCI function sits.
+struct PciAddress {
+    int domain = 0;
+    int bus = 0;
+    int device = 0;
+    int function = 0;
+
+    bool operator==(PciAddress const&) const = default;
+    friend bool operator<(PciAddress const& left, PciAddress const& right) {
+        return std::tie(left.domain, left.bus, left.device, left.function) <
+               std::tie(right.domain, right.bus, right.device, right.function);
+    }
+};
+
+/// One PCI function as the kernel reports it. What the kernel does not tell is nullopt.
+struct PciFunction {
+    PciAddress address;
+    std::optional<std::uint32_t> classCode;  ///< base class, sub-class and interface: 0xBBSSII
+    std::optional<std::uint16_t> vendorId;
+    std::optional<std::uint16_t> deviceId;
+    std::optional<std::uint16_t> subsystemVendorId;
+    std::optional<std::uint16_t> subsystemId;
+    std::optional<std::uint8_t> revision;
+    std::optional<std::string> slot;  ///< the physical slot's name, for functions that sit in one
+    std::optional<std::string> driver;
+
+    bool operator==(PciFunction const&) const = default;
+};
+
+/// The functions below /sys/bus/pci, in order of address (kernel documentation,
+/// ABI/testing/sysfs-bus-pci). A directory that is missing gives none; entries whose names are no
+/// PCI address are passed over. `root` stands before every path, so that a test can set up a host
+/// of its own.
+std::vector<PciFunction> readPciFunctions(std::string const& root = {});
+
+/// The address in the kernel's notation, such as "0000:1a:03.1", or nullopt for any other text.
+std::optional<PciAddress> parsePciAddress(std::string const& text);
+
+}  // namespace baseserver

@@ -1,0 +1,167 @@
+#include "providers/baseserver/ServerInstances.h"
+
+#include <cstdio>
+#include <string>
+
+#include "cmpicpp/CmpiArray.h"
+#include "common/PYLUtil.h"
+#include "providers/baseserver/PciClass.h"
+
+namespace baseserver {
+
+using CmpiCpp::CmpiArray;
+using CmpiCpp::CmpiBroker;
+using CmpiCpp::CmpiInstance;
+using CmpiCpp::CmpiName;
+using CmpiCpp::CmpiObjectPath;
+using PYL::PYLUtil;
+
+namespace {
+
+// Value maps of the CIM schema 2.x.
+constexpr unsigned short enabled = 2;              // CIM_EnabledLogicalElement.EnabledState
+constexpr unsigned short notApplicable = 12;       // CIM_EnabledLogicalElement.RequestedState
+constexpr unsigned short notDedicated = 0;         // CIM_ComputerSystem.Dedicated
+constexpr unsigned short unknownChassis = 0;       // CIM_Chassis.ChassisPackageType
+
+CmpiBroker broker() { return CmpiBroker(PYLUtil::getBroker()); }
+
+/// An instance with this path whose key properties are set from the path.
+CmpiInstance instanceOf(CmpiObjectPath const& path) {
+    auto instance = CmpiCpp::makeCmpiInstance(broker(), path);
+    for (unsigned int i = 0; i < path.getKeyCount(); ++i) {
+        auto const [name, value] = path.getKeyAt(i);
+        instance.setProperty(name, value);
+    }
+    return instance;
+}
+
+/// Sets the property when the value is known; it stays NULL otherwise.
+template <typename Value>
+void setKnown(CmpiInstance& instance, char const* name, std::optional<Value> const& value) {
+    if (value) instance.setProperty(name, *value);
+}
+
+template <typename Value>
+CmpiArray arrayOf(CMPIType type, std::initializer_list<Value> values) {
+    auto array = CmpiCpp::makeCmpiArray(broker(), static_cast<unsigned int>(values.size()), type);
+    unsigned int index = 0;
+    for (auto const& value : values) array.setElementAt(index++, value);
+    return array;
+}
+
+/// The identifiers other than the name by which the system is known, with what each one is.
+void setIdentifyingInfo(CmpiInstance& instance, ServerFacts const& facts) {
+    struct Identifier {
+        char const* description;
+        std::optional<std::string> const& value;
+    };
+    Identifier const identifiers[] = {{"System UUID", facts.uuid},
+                                      {"Serial number", facts.serialNumber},
+                                      {"Server system identifier", facts.serverSystemId}};
+    unsigned int known = 0;
+    for (auto const& identifier : identifiers)
+        if (identifier.value) ++known;
+    if (known == 0) return;
+    auto values = CmpiCpp::makeCmpiArray(broker(), known, CMPI_string);
+    auto descriptions = CmpiCpp::makeCmpiArray(broker(), known, CMPI_string);
+    unsigned int index = 0;
+    for (auto const& identifier : identifiers) {
+        if (!identifier.value) continue;
+        values.setElementAt(index, *identifier.value);
+        descriptions.setElementAt(index, identifier.description);
+        ++index;
+    }
+    instance.setProperty("OtherIdentifyingInfo", values);
+    instance.setProperty("IdentifyingDescriptions", descriptions);
+}
+
+std::string hexText(std::uint16_t number) {
+    char text[5];
+    std::snprintf(text, sizeof text, "%04x", static_cast<unsigned int>(number));
+    return text;
+}
+
+/// "Ethernet controller 8086:1572", from what is known.
+std::string describe(PciFunction const& function) {
+    std::string text = pciClassName(function.classCode.value_or(0xFF0000));
+    if (function.vendorId && function.deviceId)
+        text += " " + hexText(*function.vendorId) + ":" + hexText(*function.deviceId);
+    return text;
+}
+
+}  // namespace
+
+CmpiObjectPath ComputerSystemInstance::getPath() { return PYLUtil::getComputerSystemPath(); }
+CmpiName ComputerSystemInstance::getClassName() { return PYL::ScopedCentralClassName; }
+
+CmpiInstance ComputerSystemInstance::getInstance() {
+    auto instance = instanceOf(getPath());
+    instance.setProperty("ElementName", PYLUtil::getHostName());
+    instance.setProperty("Caption", "Host computer system");
+    instance.setProperty("EnabledState", enabled);
+    instance.setProperty("RequestedState", notApplicable);
+    instance.setProperty("Dedicated", arrayOf(CMPI_uint16, {notDedicated}));
+    setIdentifyingInfo(instance, *_facts);
+    setKnown(instance, "Description", _facts->model);
+    setKnown(instance, "Manufacturer", _facts->manufacturer);
+    setKnown(instance, "Model", _facts->model);
+    setKnown(instance, "SerialNumber", _facts->serialNumber);
+    setKnown(instance, "UUID", _facts->uuid);
+    setKnown(instance, "BIOSVendor", _facts->biosVendor);
+    setKnown(instance, "BIOSVersion", _facts->biosVersion);
+    setKnown(instance, "OperatingSystem", _facts->operatingSystem);
+    setKnown(instance, "ServerSystemID", _facts->serverSystemId);
+    instance.setProperty("AgentlessOnly", _facts->agentlessOnly);
+    return instance;
+}
+
+CmpiObjectPath ChassisInstance::getPath() { return PYLUtil::getChassisPath(); }
+CmpiName ChassisInstance::getClassName() { return PYL::ChassisClassName; }
+
+CmpiInstance ChassisInstance::getInstance() {
+    auto instance = instanceOf(getPath());
+    instance.setProperty("ElementName", PYLUtil::getHostName() + " chassis");
+    instance.setProperty("Caption", "Server chassis");
+    setKnown(instance, "Manufacturer",
+             _facts->chassisManufacturer ? _facts->chassisManufacturer : _facts->manufacturer);
+    setKnown(instance, "Model", _facts->model);
+    setKnown(instance, "PartNumber", _facts->productId);
+    setKnown(instance, "SerialNumber",
+             _facts->chassisSerialNumber ? _facts->chassisSerialNumber : _facts->serialNumber);
+    setKnown(instance, "UserTracking", _facts->chassisAssetTag);
+    // Both value maps number the kinds of enclosure as DSP0134 does; its top bit tells of a lock.
+    unsigned short const type = _facts->chassisType ? *_facts->chassisType & 0x7FU : unknownChassis;
+    instance.setProperty("ChassisPackageType", type);
+    return instance;
+}
+
+CmpiObjectPath PciDeviceInstance::getPath() {
+    auto const& at = _function.address;
+    return PYLUtil::getPCIDevicePath(at.domain, at.bus, at.device, at.function);
+}
+CmpiName PciDeviceInstance::getClassName() { return PYL::PCIDeviceClassName; }
+
+CmpiInstance PciDeviceInstance::getInstance() {
+    auto instance = instanceOf(getPath());
+    auto const& at = _function.address;
+    auto const description = describe(_function);
+    instance.setProperty("ElementName", description);
+    instance.setProperty("Description", description);
+    instance.setProperty("Caption", "PCI device");
+    instance.setProperty("BusNumber", static_cast<unsigned char>(at.bus));
+    instance.setProperty("DeviceNumber", static_cast<unsigned char>(at.device));
+    instance.setProperty("FunctionNumber", static_cast<unsigned char>(at.function));
+    if (_function.classCode)
+        instance.setProperty("ClassCode", static_cast<unsigned char>(*_function.classCode >> 16U));
+    setKnown(instance, "VendorID", _function.vendorId);
+    setKnown(instance, "PCIDeviceID", _function.deviceId);
+    setKnown(instance, "SubsystemVendorID", _function.subsystemVendorId);
+    setKnown(instance, "SubsystemID", _function.subsystemId);
+    setKnown(instance, "RevisionID", _function.revision);
+    setKnown(instance, "PhysicalSlot", _function.slot);
+    setKnown(instance, "DriverName", _function.driver);
+    return instance;
+}
+
+}  // namespace baseserver

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <memory>
+
+#include "common/CmpiManagedInstance.h"
+#include "providers/baseserver/PciBus.h"
+#include "providers/baseserver/ServerFacts.h"
+
+namespace baseserver {
+
+/// PYL_ComputerSystem: the host itself.
+class ComputerSystemInstance : public PYL::CmpiManagedInstance {
+public:
+    explicit ComputerSystemInstance(std::shared_ptr<ServerFacts const> facts)
+        : _facts(std::move(facts)) {}
+
+    CmpiCpp::CmpiObjectPath getPath() override;
+    CmpiCpp::CmpiInstance getInstance() override;
+    CmpiCpp::CmpiName getClassName() override;
+
+private:
+    std::shared_ptr<ServerFacts const> _facts;
+};
+
+/// PYL_ComputerSystemChassis: what the host is built into.
+class ChassisInstance : public PYL::CmpiManagedInstance {
+public:
+    explicit ChassisInstance(std::shared_ptr<ServerFacts const> facts) : _facts(std::move(facts)) {}
+
+    CmpiCpp::CmpiObjectPath getPath() override;
+    CmpiCpp::CmpiInstance getInstance() override;
+    CmpiCpp::CmpiName getClassName() override;
+
+private:
+    std::shared_ptr<ServerFacts const> _facts;
+};
+
+/// PYL_PCIDevice: one PCI function.
+class PciDeviceInstance : public PYL::CmpiManagedInstance {
+public:
+    explicit PciDeviceInstance(PciFunction function) : _function(std::move(function)) {}
+
+    CmpiCpp::CmpiObjectPath getPath() override;
+    CmpiCpp::CmpiInstance getInstance() override;
+    CmpiCpp::CmpiName getClassName() override;
+
+private:
+    PciFunction _function;
+};
+
+}  // namespace baseserver

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "common/CmpiManagedInstanceCollection.h"
+#include "platform/logger/Logger.h"
+#include "providers/baseserver/PciBus.h"
+#include "providers/baseserver/ServerFacts.h"
+
+namespace baseserver {
+
+/// Where the inventory gets its data; replaced in tests.
+struct InventorySources {
+    std::function<ServerFacts(Logger&)> facts = readServerFacts;
+    std::function<std::vector<PciFunction>()> pciFunctions = [] { return readPciFunctions(); };
+    std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
+};
+
+/// Keeps a collection of managed instances in step with the hardware.
+///
+/// What vanished is hidden, so that it stops being reported at once; what changed is hidden when
+/// its successor is in; then the hidden instances are purged. Safe from several threads. A refresh
+/// that throws leaves what was reported before, and the next one reads again.
+class ServerInventory {
+public:
+    /// Data younger than this are not read again: what the firmware says changes with a restart
+    /// only, devices come and go.
+    static constexpr std::chrono::seconds factsFreshness{60};
+    static constexpr std::chrono::seconds devicesFreshness{2};
+
+    explicit ServerInventory(Logger& log, InventorySources sources = {});
+
+    /// Reads the hardware again unless the data are fresh.
+    void refresh();
+
+    PYL::CmpiManagedInstanceCollection& collection() { return _collection; }
+
+private:
+    using Instances = std::vector<PYL::CmpiManagedInstance*>;
+
+    struct ReportedFunction {
+        std::optional<PciFunction> function;  // none until its instances are in
+        Instances instances;  // the device and its link to the system, owned by the collection
+    };
+
+    using Time = std::chrono::steady_clock::time_point;
+
+    static bool isDue(std::optional<Time> const& updated, Time now, std::chrono::seconds freshness);
+    void updateServer();
+    void updatePciFunctions();
+    void replace(Instances& reported,
+                 std::vector<std::unique_ptr<PYL::CmpiManagedInstance>> instances);
+
+    Logger _log;
+    InventorySources _sources;
+    PYL::CmpiManagedInstanceCollection _collection;
+
+    std::mutex _refreshing;
+    std::optional<Time> _factsUpdated;
+    std::optional<Time> _devicesUpdated;
+    std::shared_ptr<ServerFacts const> _facts;
+    Instances _server;
+    std::map<PciAddress, ReportedFunction> _functions;
+};
+
+}  // namespace baseserver

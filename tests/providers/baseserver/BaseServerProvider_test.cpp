@@ -1,0 +1,122 @@
+#include "providers/baseserver/BaseServerProvider.h"
+
+#include <algorithm>
+
+#include "common/PYLUtil.h"
+#include "tests/common/CapturedResults.h"
+#include "tests/common/Failures.h"
+#include "tests/common/QuietResults.h"
+#include "tests/providers/baseserver/BaseServerFixture.h"
+
+namespace {
+
+using namespace baseserver;
+using CmpiCpp::CmpiObjectPath;
+using PYL::PYLUtil;
+
+struct BaseServerProviderTest : BaseServerFixture {
+    Logger log = silentLogger();
+    Journal journal;
+    CapturedPaths paths{journal};
+    CapturedInstances instances{journal};
+    int reads = 0;
+    BaseServerProvider provider{host.broker(), log, sources()};
+
+    InventorySources sources() {
+        return {[this](Logger&) {
+                    ++reads;
+                    return ServerFacts{};
+                },
+                [] {
+                    return std::vector{function(0, 2, 0), function(0x1a, 3, 1)};
+                },
+                [] { return std::chrono::steady_clock::time_point{}; }};
+    }
+    CmpiObjectPath classPath(char const* className) {
+        return CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
+    }
+};
+
+TEST_F(BaseServerProviderTest, HandsOutItsBroker) {
+    EXPECT_EQ(provider.getBroker(), host.broker().toRawCMPI());
+    EXPECT_EQ(reads, 0);
+}
+
+TEST_F(BaseServerProviderTest, EnumeratesAfterARefresh) {
+    provider.enumInstanceNames(host.context(), classPath("PYL_PCIDevice"), paths);
+    EXPECT_EQ(reads, 1);
+    EXPECT_EQ(journal.take(),
+              (Lines{"delivered " + deviceText("00:02.0"), "delivered " + deviceText("1a:03.1")}));
+    provider.enumInstances(host.context(), classPath("PYL_ComputerSystem"), nullptr, instances);
+    EXPECT_EQ(journal.take().size(), 1U);
+}
+
+TEST_F(BaseServerProviderTest, GetsAnInstanceWhateverHostTheClientNames) {
+    auto path = PYLUtil::getPCIDevicePath(0, 0x1a, 3, 1);
+    path.setHost("10.0.0.1");
+    provider.getInstance(host.context(), path, nullptr, instances);
+    EXPECT_EQ(journal.take().size(), 1U);
+}
+
+TEST_F(BaseServerProviderTest, SaysWhichInstanceItHasNot) {
+    auto const missing = PYLUtil::getPCIDevicePath(0, 9, 9, 9);
+    EXPECT_EQ(outcomeOf([&] { provider.getInstance(host.context(), missing, nullptr, instances); }),
+              "status 6 no such instance: " + missing.str());
+    auto withMore = PYLUtil::getComputerSystemPath();
+    withMore.addKey("Extra", "key");
+    EXPECT_EQ(
+        outcomeOf([&] { provider.getInstance(host.context(), withMore, nullptr, instances); }),
+        "status 6 no such instance: " + withMore.str());
+}
+
+TEST_F(BaseServerProviderTest, LeadsFromTheSystemToItsChassisAndDevicesAndBack) {
+    auto const system = PYLUtil::getComputerSystemPath();
+    provider.associatorNames(host.context(), system, "", "", "", "", paths);
+    EXPECT_EQ(journal.take(),
+              (Lines{"delivered " + chassisText, "delivered " + deviceText("00:02.0"),
+                     "delivered " + deviceText("1a:03.1")}));
+    provider.associatorNames(host.context(), PYLUtil::getPCIDevicePath(0, 0, 2, 0), "", "", "", "",
+                             paths);
+    EXPECT_EQ(journal.take(), Lines{"delivered " + systemText});
+    provider.associators(host.context(), system, "CIM_SystemDevice", "PYL_PCIDevice", "", "",
+                         nullptr, instances);
+    EXPECT_EQ(journal.take().size(), 2U);
+    provider.associators(host.context(), PYLUtil::getChassisPath(), "", "CIM_ComputerSystem", "",
+                         "", nullptr, instances);
+    EXPECT_EQ(journal.take().size(), 1U);
+}
+
+TEST_F(BaseServerProviderTest, ReportsTheLinksThemselves) {
+    auto const system = PYLUtil::getComputerSystemPath();
+    provider.references(host.context(), system, "CIM_SystemDevice", "", nullptr, instances);
+    EXPECT_EQ(journal.take().size(), 2U);
+    provider.referenceNames(host.context(), system, "PYL_ComputerSystemPackage", "", paths);
+    EXPECT_EQ(journal.take().size(), 1U);
+    provider.referenceNames(host.context(), PYLUtil::getChassisPath(), "", "", paths);
+    EXPECT_EQ(journal.take().size(), 1U);
+}
+
+TEST_F(BaseServerProviderTest, RefusesWhatItsCollectionRefuses) {
+    EXPECT_EQ(outcomeOf([&] {
+                  provider.referenceNames(host.context(), PYLUtil::getChassisPath(), "",
+                                          "Antecedent", paths);
+              }),
+              "status 7 role filters not supported");
+}
+
+TEST_F(BaseServerProviderTest, IsReadOnly) {
+    auto const path = PYLUtil::getChassisPath();
+    auto const instance = CmpiCpp::makeCmpiInstance(host.broker(), path);
+    auto const refused = [](std::string const& outcome) {
+        return outcome.starts_with("status 7 ");
+    };
+    EXPECT_TRUE(refused(outcomeOf([&] { provider.deleteInstance(host.context(), path); })));
+    EXPECT_TRUE(refused(
+        outcomeOf([&] { provider.modifyInstance(host.context(), path, instance, nullptr); })));
+    EXPECT_TRUE(refused(
+        outcomeOf([&] { provider.createInstance(host.context(), path, instance, paths); })));
+    EXPECT_TRUE(
+        refused(outcomeOf([&] { provider.execQuery(host.context(), path, "q", "CQL", paths); })));
+}
+
+}  // namespace

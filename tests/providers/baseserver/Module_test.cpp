@@ -1,0 +1,125 @@
+// The module as an object manager loads it: through its C entry points alone.
+
+#include <dlfcn.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cimhost/broker/Objects.h"
+#include "common/PYLUtil.h"
+#include "platform/smbios/SmBios.h"
+#include "tests/common/FreshProcess.h"
+#include "tests/providers/baseserver/BaseServerFixture.h"
+
+namespace {
+
+struct Results : cimhost::ResultSink {
+    void instance(cimhost::Instance const& instance) override {
+        classes.push_back(instance.path.className);
+    }
+    void path(cimhost::ObjectPath const& path) override { classes.push_back(path.className); }
+    std::vector<std::string> classes;
+};
+
+struct BaseServerModule : BaseServerFixture {
+    using CreateInstanceMI = CMPIInstanceMI* (*)(CMPIBroker const*, CMPIContext const*,
+                                                 CMPIStatus*);
+    using CreateAssociationMI = CMPIAssociationMI* (*)(CMPIBroker const*, CMPIContext const*,
+                                                       CMPIStatus*);
+    using CreateMethodMI = CMPIMethodMI* (*)(CMPIBroker const*, CMPIContext const*, CMPIStatus*);
+
+    BaseServerModule() {
+        SmBios::setSource(std::make_shared<SmbiosDumpFile>(PYL_SMBIOS_DUMPS "/wavek.bin"));
+    }
+    ~BaseServerModule() override { SmBios::setSource(nullptr); }
+
+    template <typename Function>
+    Function entryPoint(char const* name) {
+        auto const function = reinterpret_cast<Function>(::dlsym(module.get(), name));
+        EXPECT_NE(function, nullptr) << name;
+        return function;
+    }
+    CMPIContext const* context() { return host.context().toCMPI(); }
+    CMPIResult const* result() { return cimhost::makeResult(broker, results); }
+    CMPIObjectPath const* classPath(char const* className) {
+        path = CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
+        return path.toCMPI();
+    }
+
+    // What the module reads of the firmware, the library keeps: each runs in a process of its own.
+    void answersRequests();
+    void refusesMethods();
+
+    struct Close {
+        void operator()(void* handle) const { ::dlclose(handle); }
+    };
+    std::unique_ptr<void, Close> module{::dlopen(PYL_BASE_SERVER_MODULE, RTLD_NOW | RTLD_LOCAL)};
+    cimhost::Broker const& broker = cimhost::Broker::of(host.real());
+    Results results;
+    CmpiCpp::CmpiObjectPath path;
+};
+
+TEST_F(BaseServerModule, HasTheEntryPointsOfItsProvider) {
+    ASSERT_NE(module, nullptr) << ::dlerror();
+    for (auto const* kind : {"Instance", "Association", "Method", "Indication"}) {
+        auto const name = std::string("PYL_BaseServerProvider_Create_") + kind + "MI";
+        EXPECT_NE(::dlsym(module.get(), name.c_str()), nullptr) << name;
+    }
+}
+
+void BaseServerModule::answersRequests() {
+    ASSERT_NE(module, nullptr) << ::dlerror();
+    CMPIStatus status{CMPI_RC_ERR_FAILED, nullptr};
+    auto* const instances = entryPoint<CreateInstanceMI>(
+        "PYL_BaseServerProvider_Create_InstanceMI")(host.real(), context(), &status);
+    ASSERT_NE(instances, nullptr);
+    EXPECT_EQ(status.rc, CMPI_RC_OK);
+    EXPECT_EQ(PYL::PYLUtil::getBroker(), host.real());
+
+    status = instances->ft->enumerateInstances(instances, context(), result(),
+                                               classPath("PYL_ComputerSystem"), nullptr);
+    EXPECT_EQ(status.rc, CMPI_RC_OK);
+    EXPECT_EQ(results.classes, std::vector<std::string>{"PYL_ComputerSystem"});
+
+    auto* const associations = entryPoint<CreateAssociationMI>(
+        "PYL_BaseServerProvider_Create_AssociationMI")(host.real(), context(), &status);
+    ASSERT_NE(associations, nullptr);
+    results.classes.clear();
+    path = PYL::PYLUtil::getChassisPath();
+    status = associations->ft->associatorNames(associations, context(), result(), path.toCMPI(),
+                                               nullptr, nullptr, nullptr, nullptr);
+    EXPECT_EQ(status.rc, CMPI_RC_OK);
+    EXPECT_EQ(results.classes, std::vector<std::string>{"PYL_ComputerSystem"});
+
+    path = PYL::PYLUtil::getPCIDevicePath(0, 255, 31, 7);
+    status = instances->ft->getInstance(instances, context(), result(), path.toCMPI(), nullptr);
+    EXPECT_EQ(status.rc, CMPI_RC_ERR_NOT_FOUND);
+
+    EXPECT_EQ(associations->ft->cleanup(associations, context(), 1).rc, CMPI_RC_OK);
+    EXPECT_EQ(instances->ft->cleanup(instances, context(), 1).rc, CMPI_RC_OK);
+}
+
+TEST_F(BaseServerModule, AnswersRequestsForInstancesAndAssociations) {
+    inFreshProcess([this] { answersRequests(); });
+}
+
+void BaseServerModule::refusesMethods() {
+    ASSERT_NE(module, nullptr) << ::dlerror();
+    CMPIStatus status{CMPI_RC_ERR_FAILED, nullptr};
+    // The decorator is of every kind, so there is an MI; the refusal comes with the request.
+    auto* const methods = entryPoint<CreateMethodMI>("PYL_BaseServerProvider_Create_MethodMI")(
+        host.real(), context(), &status);
+    ASSERT_NE(methods, nullptr);
+    status = methods->ft->invokeMethod(
+        methods, context(), result(), classPath("PYL_ComputerSystem"), "Reset",
+        cimhost::makeArgs(broker, {}), cimhost::makeArgs(broker, {}));
+    EXPECT_EQ(status.rc, CMPI_RC_ERROR_SYSTEM);
+    EXPECT_EQ(methods->ft->cleanup(methods, context(), 1).rc, CMPI_RC_OK);
+}
+
+TEST_F(BaseServerModule, RefusesMethods) {
+    inFreshProcess([this] { refusesMethods(); });
+}
+
+}  // namespace

@@ -1,0 +1,55 @@
+#include "providers/baseserver/ServerAssociations.h"
+
+#include "common/PYLUtil.h"
+#include "tests/providers/baseserver/BaseServerFixture.h"
+
+namespace {
+
+using namespace baseserver;
+using PYL::PYLUtil;
+
+struct ServerAssociationsTest : BaseServerFixture {
+    SystemPciDeviceAssociation devices{{0, 0x1a, 3, 1}};
+    ComputerSystemPackageAssociation package;
+};
+
+TEST_F(ServerAssociationsTest, NameBothEndsInTheirPaths) {
+    EXPECT_EQ(devices.getClassName().str(), "PYL_SystemPCIDevice");
+    EXPECT_EQ(devices.getPath().str(), "//server-1/root/ktq:PYL_SystemPCIDevice.GroupComponent=\"" +
+                                           escaped(systemText) + "\",PartComponent=\"" +
+                                           escaped(deviceText("1a:03.1")) + "\"");
+    EXPECT_EQ(package.getClassName().str(), "PYL_ComputerSystemPackage");
+    EXPECT_EQ(package.getPath().str(),
+              "//server-1/root/ktq:PYL_ComputerSystemPackage.Antecedent=\"" + escaped(chassisText) +
+                  "\",Dependent=\"" + escaped(systemText) + "\"");
+}
+
+TEST_F(ServerAssociationsTest, HoldBothEndsAsReferences) {
+    auto const instance = devices.getInstance();
+    EXPECT_EQ(instance.getPath(), devices.getPath());
+    EXPECT_EQ(property(instance, "GroupComponent"), "reference \"" + escaped(systemText) + "\"");
+    EXPECT_EQ(instance.getProperty("PartComponent").asObjectPath(),
+              PYLUtil::getPCIDevicePath(0, 0x1a, 3, 1));
+    EXPECT_EQ(package.getInstance().getProperty("Antecedent").asObjectPath(),
+              PYLUtil::getChassisPath());
+}
+
+TEST_F(ServerAssociationsTest, LeadFromEachEndToTheOther) {
+    auto const system = PYLUtil::getComputerSystemPath();
+    auto const device = PYLUtil::getPCIDevicePath(0, 0x1a, 3, 1);
+    EXPECT_EQ(devices.getAssociatedPath(system), device);
+    EXPECT_EQ(devices.getAssociatedPath(device), system);
+    EXPECT_EQ(package.getAssociatedPath(system), PYLUtil::getChassisPath());
+    EXPECT_EQ(package.getAssociatedPath(PYLUtil::getChassisPath()), system);
+}
+
+TEST_F(ServerAssociationsTest, LeadNowhereFromAnythingElse) {
+    EXPECT_TRUE(devices.getAssociatedPath(PYLUtil::getPCIDevicePath(0, 0x1a, 3, 2)).empty());
+    EXPECT_TRUE(devices.getAssociatedPath(PYLUtil::getChassisPath()).empty());
+    EXPECT_TRUE(devices.getAssociatedPath(CmpiCpp::CmpiObjectPath()).empty());
+    auto elsewhere = PYLUtil::getComputerSystemPath();
+    elsewhere.setHost("elsewhere");
+    EXPECT_TRUE(package.getAssociatedPath(elsewhere).empty());
+}
+
+}  // namespace

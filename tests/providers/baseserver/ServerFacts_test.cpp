@@ -1,0 +1,71 @@
+#include "providers/baseserver/ServerFacts.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "platform/smbios/SmBios.h"
+#include "tests/common/FreshProcess.h"
+#include "tests/common/QuietResults.h"
+
+namespace {
+
+using baseserver::readServerFacts;
+
+struct ServerFactsTest : testing::Test {
+    ~ServerFactsTest() override { SmBios::setSource(nullptr); }
+
+    static void firmwareIs(std::string const& machine) {
+        SmBios::setSource(
+            std::make_shared<SmbiosDumpFile>(PYL_SMBIOS_DUMPS "/" + machine + ".bin"));
+    }
+
+    Logger log = silentLogger();
+};
+
+TEST_F(ServerFactsTest, ComeFromTheFirmware) {
+    firmwareIs("wavek");
+    inFreshProcess([&] {
+        auto const facts = readServerFacts(log);
+        EXPECT_EQ(facts.manufacturer, "kt");
+        EXPECT_EQ(facts.model, "Server WaveK 400");
+        EXPECT_EQ(facts.serialNumber, "KTQ0012345");
+        EXPECT_EQ(facts.uuid, "4c4c4544-0035-5a10-8052-b4c04f4d3232");
+        EXPECT_EQ(facts.productId, "P12345-B21");
+        EXPECT_EQ(facts.biosVendor, "KT");
+        EXPECT_EQ(facts.biosVersion, "K42 v1.20");
+        EXPECT_EQ(facts.serverSystemId, "KTQ-K-0002");
+        EXPECT_TRUE(facts.agentlessOnly);
+        EXPECT_EQ(facts.chassisManufacturer, "KT");
+        EXPECT_EQ(facts.chassisSerialNumber, "KTQC000888");
+        EXPECT_EQ(facts.chassisAssetTag, "Asset-2");
+        EXPECT_EQ(facts.chassisType, 0x17);
+        EXPECT_EQ(facts, readServerFacts(log));
+    });
+}
+
+TEST_F(ServerFactsTest, AreOpenWhereTheFirmwareTellsNothing) {
+    firmwareIs("empty");
+    inFreshProcess([&] {
+        auto const facts = readServerFacts(log);
+        EXPECT_EQ(facts.serverSystemId, std::nullopt);
+        EXPECT_EQ(facts.chassisManufacturer, std::nullopt);
+        EXPECT_EQ(facts.chassisSerialNumber, std::nullopt);
+        EXPECT_EQ(facts.chassisAssetTag, std::nullopt);
+        EXPECT_EQ(facts.chassisType, std::nullopt);
+        EXPECT_FALSE(facts.agentlessOnly);
+    });
+}
+
+TEST_F(ServerFactsTest, AreReadWithoutFirmwareTables) {
+    SmBios::setSource(std::make_shared<SmbiosMemory>(SmbiosSource::Bytes()));
+    inFreshProcess([&] {
+        auto const facts = readServerFacts(log);
+        EXPECT_EQ(facts.chassisType, std::nullopt);
+        EXPECT_FALSE(facts.agentlessOnly);
+        // The operating system is the kernel's and the distribution's to tell.
+        EXPECT_NE(facts.operatingSystem, std::nullopt);
+    });
+}
+
+}  // namespace

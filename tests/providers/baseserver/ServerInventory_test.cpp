@@ -1,0 +1,271 @@
+#include "providers/baseserver/ServerInventory.h"
+
+#include <algorithm>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+#include "common/PYLUtil.h"
+#include "tests/common/Allocations.h"
+#include "tests/common/CapturedResults.h"
+#include "tests/common/Failures.h"
+#include "tests/common/QuietResults.h"
+#include "tests/providers/baseserver/BaseServerFixture.h"
+
+namespace {
+
+using namespace baseserver;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+
+/// A machine whose data and clock a test sets.
+struct ServerInventoryTest : BaseServerFixture {
+    ServerFacts facts;
+    std::vector<PciFunction> functions;
+    std::chrono::steady_clock::time_point now{};
+    int factReads = 0;
+    int functionReads = 0;
+    Logger log = silentLogger();
+    Journal journal;
+
+    InventorySources sources() {
+        return {[this](Logger&) {
+                    ++factReads;
+                    return facts;
+                },
+                [this] {
+                    ++functionReads;
+                    return functions;
+                },
+                [this] { return now; }};
+    }
+    ServerInventory inventory{log, sources()};
+
+    /// The paths of a class that the inventory reports.
+    Lines reported(ServerInventory& from, char const* className) {
+        CapturedPaths paths(journal);
+        from.collection().enumInstanceNames(
+            paths, host.context(),
+            CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className));
+        return journal.take();
+    }
+    Lines reported(char const* className) { return reported(inventory, className); }
+    std::string systemProperty(char const* name) {
+        auto* const system = inventory.collection().getManagedInstance(0U);
+        return property(system->getInstance(), name);
+    }
+};
+
+TEST_F(ServerInventoryTest, ReportsNothingBeforeTheFirstRefresh) {
+    EXPECT_EQ(reported("PYL_ComputerSystem"), Lines{});
+    EXPECT_EQ(factReads + functionReads, 0);
+}
+
+TEST_F(ServerInventoryTest, ReportsTheServerItsChassisAndEveryFunctionWithItsLinks) {
+    functions = {function(0, 2, 0), function(0x1a, 3, 1)};
+    inventory.refresh();
+    EXPECT_EQ(inventory.collection().size(), 7U);
+    EXPECT_EQ(reported("PYL_ComputerSystem"), Lines{"delivered " + systemText});
+    EXPECT_EQ(reported("PYL_ComputerSystemChassis"), Lines{"delivered " + chassisText});
+    EXPECT_EQ(reported("PYL_PCIDevice"),
+              (Lines{"delivered " + deviceText("00:02.0"), "delivered " + deviceText("1a:03.1")}));
+    EXPECT_EQ(reported("PYL_SystemPCIDevice").size(), 2U);
+    EXPECT_EQ(reported("PYL_ComputerSystemPackage").size(), 1U);
+}
+
+TEST_F(ServerInventoryTest, ReadsAgainOnlyWhatIsNoLongerFresh) {
+    inventory.refresh();
+    inventory.refresh();
+    EXPECT_EQ(std::pair(factReads, functionReads), std::pair(1, 1));
+    now += ServerInventory::devicesFreshness - milliseconds(1);
+    inventory.refresh();
+    EXPECT_EQ(std::pair(factReads, functionReads), std::pair(1, 1));
+    now += milliseconds(1);
+    inventory.refresh();
+    EXPECT_EQ(std::pair(factReads, functionReads), std::pair(1, 2));
+    now += ServerInventory::factsFreshness;
+    inventory.refresh();
+    EXPECT_EQ(std::pair(factReads, functionReads), std::pair(2, 3));
+}
+
+TEST_F(ServerInventoryTest, KeepsTheVeryInstancesOfWhatStaysTheSame) {
+    functions = {function(0, 2, 0)};
+    inventory.refresh();
+    std::vector<PYL::CmpiManagedInstance*> before;
+    for (unsigned int i = 0; i < 5; ++i)
+        before.push_back(inventory.collection().getManagedInstance(i));
+    now += seconds(100);
+    inventory.refresh();
+    ASSERT_EQ(inventory.collection().size(), 5U);
+    for (unsigned int i = 0; i < 5; ++i)
+        EXPECT_EQ(inventory.collection().getManagedInstance(i), before[i]);
+}
+
+TEST_F(ServerInventoryTest, DropsAFunctionThatVanished) {
+    functions = {function(0, 2, 0), function(0, 3, 0)};
+    inventory.refresh();
+    functions.erase(functions.begin());
+    now += seconds(2);
+    inventory.refresh();
+    EXPECT_EQ(reported("PYL_PCIDevice"), Lines{"delivered " + deviceText("00:03.0")});
+    EXPECT_EQ(reported("PYL_SystemPCIDevice").size(), 1U);
+    EXPECT_EQ(inventory.collection().size(), 5U);  // hidden ones are purged
+}
+
+TEST_F(ServerInventoryTest, TakesUpAFunctionThatComesBack) {
+    functions = {function(0, 2, 0)};
+    inventory.refresh();
+    auto const saved = std::exchange(functions, {});
+    now += seconds(2);
+    inventory.refresh();
+    EXPECT_EQ(reported("PYL_PCIDevice"), Lines{});
+    functions = saved;
+    now += seconds(2);
+    inventory.refresh();
+    EXPECT_EQ(reported("PYL_PCIDevice").size(), 1U);
+    EXPECT_EQ(inventory.collection().size(), 5U);
+}
+
+TEST_F(ServerInventoryTest, ReplacesAFunctionThatChanged) {
+    functions = {function(0, 2, 0)};
+    inventory.refresh();
+    functions[0].driver = "vfio-pci";
+    now += seconds(2);
+    inventory.refresh();
+    EXPECT_EQ(reported("PYL_PCIDevice").size(), 1U);
+    EXPECT_EQ(inventory.collection().size(), 5U);
+    auto* const device = inventory.collection().getManagedInstance(3U);
+    EXPECT_EQ(property(device->getInstance(), "DriverName"), "string \"vfio-pci\"");
+}
+
+TEST_F(ServerInventoryTest, ReplacesTheServerWhenItsFactsChange) {
+    facts.model = "old";
+    inventory.refresh();
+    facts.model = "new";
+    inventory.refresh();
+    EXPECT_EQ(systemProperty("Model"), "string \"old\"");
+    now += seconds(60);
+    inventory.refresh();
+    EXPECT_EQ(systemProperty("Model"), "string \"new\"");
+    EXPECT_EQ(inventory.collection().size(), 3U);
+}
+
+TEST_F(ServerInventoryTest, TakesTheLastOfTwoReportsOfOneFunction) {
+    functions = {function(0, 2, 0), function(0, 2, 0)};
+    functions[1].driver = "second";
+    inventory.refresh();
+    EXPECT_EQ(reported("PYL_PCIDevice").size(), 1U);
+    EXPECT_EQ(inventory.collection().size(), 5U);
+}
+
+TEST_F(ServerInventoryTest, ReadsAgainAtOnceAfterAReadThatFailed) {
+    bool factsFail = true;
+    bool functionsFail = true;
+    auto failing = sources();
+    failing.facts = [&](Logger&) { return factsFail ? throw std::runtime_error("facts") : facts; };
+    failing.pciFunctions = [&] {
+        return functionsFail ? throw std::runtime_error("functions") : functions;
+    };
+    ServerInventory unlucky(log, failing);
+    EXPECT_EQ(outcomeOf([&] { unlucky.refresh(); }), "exception facts");
+    factsFail = false;
+    EXPECT_EQ(outcomeOf([&] { unlucky.refresh(); }), "exception functions");
+    EXPECT_EQ(reported(unlucky, "PYL_ComputerSystem").size(), 1U);
+    functionsFail = false;
+    functions = {function(0, 2, 0)};
+    unlucky.refresh();
+    EXPECT_EQ(reported(unlucky, "PYL_PCIDevice").size(), 1U);
+    EXPECT_EQ(unlucky.collection().size(), 5U);
+}
+
+/// Two machines that differ in everything that can differ.
+struct ServerInventoryMemory : ServerInventoryTest {
+    void machineIs(int number) {
+        facts.model = "model " + std::to_string(number);
+        functions = {function(0, 2, 0), function(0, 3, number)};
+        functions[0].driver = "driver " + std::to_string(number);
+    }
+};
+
+TEST_F(ServerInventoryMemory, FindsItsWayBackAfterEveryAllocationThatFails) {
+    int nth = 0;
+    do {
+        ++nth;
+        ServerInventory tested(log, sources());
+        machineIs(1);
+        tested.refresh();
+        machineIs(2);
+        now += seconds(100);
+        {
+            FailingAllocation const failing(nth, nth % 2 == 0);
+            try {
+                tested.refresh();
+            } catch (std::bad_alloc const&) {
+            }
+        }
+        // Either machine, and neither twice.
+        EXPECT_EQ(reported(tested, "PYL_ComputerSystem").size(), 1U) << nth;
+        EXPECT_GE(reported(tested, "PYL_PCIDevice").size(), 2U) << nth;
+        // Back to what it was, which a half-done refresh must not take for fresh.
+        bool const failed = allocationHasFailed();
+        machineIs(1);
+        now += seconds(100);
+        tested.refresh();
+        auto devices = reported(tested, "PYL_PCIDevice");
+        std::sort(devices.begin(), devices.end());
+        EXPECT_EQ(devices, (Lines{"delivered " + deviceText("00:02.0"),
+                                  "delivered " + deviceText("00:03.1")}))
+            << nth;
+        EXPECT_EQ(reported(tested, "PYL_ComputerSystem").size(), 1U) << nth;
+        EXPECT_EQ(tested.collection().size(), 7U) << nth;
+        if (!failed) break;
+    } while (nth < 1000 && !HasFailure());
+    EXPECT_GT(nth, 10);
+}
+
+TEST_F(ServerInventoryTest, IsRefreshedAndAskedFromSeveralThreadsAtOnce) {
+    std::mutex mutex;
+    int turn = 0;
+    ServerInventory shared(log,
+                           {[&](Logger&) {
+                                std::lock_guard const lock(mutex);
+                                ServerFacts changing;
+                                changing.model = std::to_string(++turn);
+                                return changing;
+                            },
+                            [&] {
+                                std::lock_guard const lock(mutex);
+                                return std::vector{function(0, turn % 4, 0), function(1, 0, 0)};
+                            },
+                            [&] {
+                                std::lock_guard const lock(mutex);
+                                return now += seconds(30);
+                            }});
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i)
+        threads.emplace_back([&] {
+            for (int requests = 0; requests < 25; ++requests) {
+                cimhost::CallScope const scope;
+                shared.refresh();
+                CountedPaths devices;
+                CountedInstances systems;
+                auto& collection = shared.collection();
+                collection.enumInstanceNames(
+                    devices, host.context(),
+                    CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", "PYL_PCIDevice"));
+                collection.getInstance(systems, host.context(),
+                                       PYL::PYLUtil::getComputerSystemPath(), nullptr);
+                EXPECT_GE(devices.count, 1);
+                EXPECT_LE(systems.count, 1);
+                CountedPaths far;
+                collection.associatorNames(far, host.context(),
+                                           PYL::PYLUtil::getComputerSystemPath(), "", "", "", "");
+                EXPECT_GE(far.count, 1);
+            }
+        });
+    for (auto& thread : threads) thread.join();
+    EXPECT_EQ(reported(shared, "PYL_ComputerSystem").size(), 1U);
+    EXPECT_EQ(reported(shared, "PYL_PCIDevice").size(), 2U);
+}
+
+}  // namespace
