@@ -1,0 +1,239 @@
+"""Measures a running cimhost: rows g1 to g8.
+
+Times stand beside those of a floor: a server that does nothing but send the same bytes, asked by the same
+client in the same run. The figures of established object managers come from another machine and only
+say what is usual.
+"""
+
+import contextlib
+import pathlib
+import re
+import select
+import signal
+import socket
+import statistics
+import subprocess
+import tempfile
+import time
+
+from table import Row
+
+ROUNDS = 3
+READY = re.compile(r"ready at http://[^ ]*:(\d+)/")
+
+
+# What is asked.
+
+def call(method, parameters):
+    """The bytes of a request of an intrinsic method in root/bench."""
+    body = (
+        '<?xml version="1.0" encoding="utf-8"?>'
+        '<CIM CIMVERSION="2.0" DTDVERSION="2.0"><MESSAGE ID="1" PROTOCOLVERSION="1.0"><SIMPLEREQ>'
+        f'<IMETHODCALL NAME="{method}"><LOCALNAMESPACEPATH><NAMESPACE NAME="root"/>'
+        f'<NAMESPACE NAME="bench"/></LOCALNAMESPACEPATH>{parameters}'
+        "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>").encode()
+    head = (
+        "POST /cimom HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/xml; charset=utf-8\r\n"
+        f"Content-Length: {len(body)}\r\nCIMOperation: MethodCall\r\nCIMMethod: {method}\r\n"
+        "CIMObject: root/bench\r\n\r\n").encode()
+    return head + body
+
+
+def instance_name(cim_class, key, value):
+    return (f'<INSTANCENAME CLASSNAME="{cim_class}"><KEYBINDING NAME="{key}">'
+            f'<KEYVALUE VALUETYPE="string">{value}</KEYVALUE></KEYBINDING></INSTANCENAME>')
+
+
+GET = call("GetInstance", '<IPARAMVALUE NAME="InstanceName">' +
+           instance_name("Bench_Device100", "DeviceID", "device-00000042") + "</IPARAMVALUE>")
+ASSOCIATORS = call("Associators", '<IPARAMVALUE NAME="ObjectName">' +
+                   instance_name("Bench_System", "Name", "server") + "</IPARAMVALUE>")
+
+
+def enumerate_call(count):
+    return call("EnumerateInstances", '<IPARAMVALUE NAME="ClassName">'
+                f'<CLASSNAME NAME="Bench_Device{count}"/></IPARAMVALUE>')
+
+
+# Who is asked.
+
+class Host:
+    """A cimhost that serves the provider of the bench."""
+
+    def __init__(self, build, source):
+        self.begin = time.perf_counter()
+        self.process = subprocess.Popen(
+            [build / "cimhost/cimhost", "serve", "--namespace", "root/bench",
+             "--schema", source / "schema/base/qualifiers.mof",
+             "--schema", source / "bench/server/bench.mof",
+             "--registration", source / "bench/server/bench.registration",
+             "--provider-dir", build / "bench/server", "--port", "0", "--max-seconds", "600"],
+            stdout=subprocess.PIPE, text=True)
+        self.port = self._read_port()
+
+    def _read_port(self):
+        ready, _, _ = select.select([self.process.stdout], [], [], 20)
+        found = READY.search(self.process.stdout.readline()) if ready else None
+        if not found:
+            self.stop()
+            raise RuntimeError("cimhost did not start")
+        return int(found[1])
+
+    def memory(self, field):
+        """A size of /proc/PID/status, in MiB."""
+        status = pathlib.Path(f"/proc/{self.process.pid}/status").read_text(encoding="ascii")
+        return int(re.search(rf"^{field}:\s+(\d+) kB$", status, re.MULTILINE)[1]) / 1024
+
+    def stop(self):
+        self.process.send_signal(signal.SIGTERM)
+        self.process.wait()
+        self.process.stdout.close()
+
+
+@contextlib.contextmanager
+def running(server):
+    try:
+        yield server
+    finally:
+        server.stop()
+
+
+class Floor:
+    """The least that a server can do: it sends one stored reply."""
+
+    def __init__(self, build, reply):
+        self.process = subprocess.Popen([build / "bench/server/http_floor", reply],
+                                        stdout=subprocess.PIPE, text=True)
+        self.port = int(self.process.stdout.readline())
+
+    def stop(self):
+        self.process.kill()
+        self.process.wait()
+        self.process.stdout.close()
+
+
+class Client:
+    """Runs the load client with requests and replies in a folder of its own."""
+
+    def __init__(self, build, folder):
+        self.program = build / "bench/server/load_client"
+        self.build = build
+        self.folder = folder
+
+    def load(self, port, request, connections, requests, reply=None):
+        """(p50, p99, requests a second, bytes of a reply); times in microseconds."""
+        file = self.folder / "request"
+        file.write_bytes(request)
+        answer = subprocess.run(
+            [self.program, str(port), file, str(connections), str(requests)] +
+            ([reply] if reply else []), check=True, stdout=subprocess.PIPE, text=True)
+        return tuple(float(word) for word in answer.stdout.split())
+
+    def compare(self, host, request, connections, requests):
+        """(the host's figures, the floor's), each the median of rounds that take turns."""
+        reply = self.folder / "reply"
+        self.load(host.port, request, 1, 1, reply)
+        text = reply.read_bytes()
+        if not text.startswith(b"HTTP/1.1 200") or b"<ERROR" in text:
+            raise RuntimeError(f"the host refuses: {text[:600]!r}")
+        ours, floors = [], []
+        with running(Floor(self.build, reply)) as floor:
+            for _ in range(ROUNDS):
+                ours.append(self.load(host.port, request, connections, requests))
+                floors.append(self.load(floor.port, request, connections, requests))
+        return tuple(tuple(map(statistics.median, zip(*runs))) for runs in (ours, floors))
+
+
+def in_units(microseconds):
+    return f"{microseconds:.0f} us" if microseconds < 10000 else f"{microseconds / 1000:.1f} ms"
+
+
+# The rows.
+
+def get_rows(client, host):
+    (p50, p99, _, _), (floor, _, _, _) = client.compare(host, GET, 1, 2000)
+    yield Row("g1", "GetInstance p50", in_units(p50), in_units(floor), f"{p50 / floor:.2f}", "2.00",
+              p50 <= 2 * floor)
+    yield Row("g1", "GetInstance p99", in_units(p99), f"{in_units(p50)} (p50)", f"{p99 / p50:.2f}",
+              "4.00", p99 <= 4 * p50)
+    (_, _, rate, _), (_, _, floor, _) = client.compare(host, GET, 8, 1500)
+    # 13 000 a second where the floor does 101 000.
+    yield Row("g2", "GetInstance, 8 connections", f"{rate:,.0f}/s", f"{floor:,.0f}/s",
+              f"{rate / floor:.3f}", "0.129", rate >= 0.129 * floor)
+
+
+def hundred_rows(client, host):
+    for what, request in (("EnumerateInstances 100", enumerate_call(100)),
+                          ("Associators 100", ASSOCIATORS)):
+        (p50, _, _, size), (floor, _, _, _) = client.compare(host, request, 1, 200)
+        yield Row("g3", f"{what} ({size / 1000:.0f} kB)", in_units(p50), in_units(floor),
+                  f"{p50 / floor:.2f}", "3.00 + 60 us", p50 <= 3 * floor + 60)
+
+
+def large_row(client, host):
+    (p50, _, _, size), (floor, _, _, _) = client.compare(host, enumerate_call(10000), 1, 5)
+    # 26 ms where the floor takes 3.3 ms.
+    return Row("g4", f"EnumerateInstances 10 000 ({size / 1e6:.1f} MB)", in_units(p50),
+               in_units(floor), f"{p50 / floor:.2f}", "7.88", p50 <= 7.88 * floor)
+
+
+def delay_row(client, host):
+    slowest = max((client.load(host.port, enumerate_call(count), 1, 20)[0], count)
+                  for count in (1, 10, 30, 100, 120, 300, 1000))
+    return Row("g6", f"slowest p50, 1 kB to 1 MB ({slowest[1]} instances)", in_units(slowest[0]), "", "",
+               "5 ms", slowest[0] <= 5000)
+
+
+def memory_row(client, host):
+    client.load(host.port, GET, 1, 1)
+    idle = host.memory("VmRSS")
+    client.load(host.port, enumerate_call(10000), 8, 1)
+    peak = host.memory("VmHWM")
+    return Row("g5", "peak after 8 x 10 000", f"{peak:.1f} MiB", f"{idle:.1f} MiB (idle)",
+               f"+{peak - idle:.1f} MiB", "+64 MiB", peak - idle <= 64)
+
+
+def system_call_row(client, host):
+    requests = 1000
+    log = client.folder / "calls"
+    with subprocess.Popen(["strace", "-f", "-c", "-o", log, "-p", str(host.process.pid)],
+                          stderr=subprocess.PIPE, text=True) as tracer:
+        tracer.stderr.readline()  # attached
+        client.load(host.port, GET, 1, requests)
+        tracer.send_signal(signal.SIGINT)
+    total = int(re.search(r"^100\.00\s+[\d.]+\s+\d+\s+(\d+)", log.read_text(encoding="ascii"),
+                          re.MULTILINE)[1])
+    each = total / (requests * 1.1 + 1)  # the client warms up with a tenth more
+    return Row("g7", "system calls a GetInstance", f"{each:.1f}", "", "", "8", each <= 8)
+
+
+def ask_once(port):
+    with socket.create_connection(("127.0.0.1", port)) as connection:
+        connection.sendall(GET)
+        if b" 200 " not in connection.recv(65536):
+            raise RuntimeError("the first answer is a refusal")
+
+
+def start_rows(build, source):
+    times, sizes = [], []
+    for _ in range(5):
+        with running(Host(build, source)) as host:
+            ask_once(host.port)
+            times.append((time.perf_counter() - host.begin) * 1e6)
+            sizes.append(host.memory("VmRSS"))
+    first, size = statistics.median(times), statistics.median(sizes)
+    yield Row("g8", "start to first answer", in_units(first), "", "", "100 ms", first <= 100_000)
+    yield Row("g8", "memory when idle", f"{size:.1f} MiB", "", "", "20 MB", size * 1.048576 <= 20)
+
+
+def measure(build, source):
+    """All rows of the server in this build folder of the source folder."""
+    with tempfile.TemporaryDirectory() as folder:
+        client = Client(build, pathlib.Path(folder))
+        with running(Host(build, source)) as host:
+            rows = [*get_rows(client, host), *hundred_rows(client, host), large_row(client, host)]
+            delay, calls = delay_row(client, host), system_call_row(client, host)
+        with running(Host(build, source)) as host:
+            rows.append(memory_row(client, host))
+        rows += [delay, calls, *start_rows(build, source)]
+    return rows
