@@ -1,6 +1,13 @@
 #include "platform/logger/LogText.h"
 
+#include <algorithm>
+
 namespace {
+
+bool isSpecial(char character) noexcept {
+    auto const value = static_cast<unsigned char>(character);
+    return value < 0x20 || value == 0x7f || character == '\\';
+}
 
 void appendEscaped(std::string& result, char character) {
     constexpr std::string_view digits = "0123456789abcdef";
@@ -28,13 +35,16 @@ void appendEscaped(std::string& result, char character) {
 std::string escapeLogText(std::string_view text) {
     std::string result;
     result.reserve(text.size());
-    for (char const character : text) {
-        auto const value = static_cast<unsigned char>(character);
-        if (value < 0x20 || value == 0x7f || character == '\\') {
-            appendEscaped(result, character);
-        } else {
-            result += character;
-        }
-    }
+    appendLogText(result, text);
     return result;
+}
+
+void appendLogText(std::string& line, std::string_view text) {
+    for (auto from = text.begin(); from != text.end();) {
+        auto const special = std::find_if(from, text.end(), isSpecial);
+        line.append(from, special);
+        if (special == text.end()) return;
+        appendEscaped(line, *special);
+        from = special + 1;
+    }
 }

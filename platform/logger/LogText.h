@@ -9,3 +9,6 @@
 /// doubled, so that no text can end its line and start another. Other bytes, UTF-8 among them,
 /// stay. Throws only when memory is short.
 PYL_EXPORT std::string escapeLogText(std::string_view text);
+
+/// The same, added to the end of a line that is being made.
+PYL_EXPORT void appendLogText(std::string& line, std::string_view text);

@@ -11,9 +11,13 @@ StandardErrorSink::~StandardErrorSink() = default;
 
 void StandardErrorSink::write(LogLevel level, std::string_view source,
                               std::string_view message) noexcept try {
-    std::string line = escapeLogText(source);
+    constexpr std::size_t levelSize = 16;  // with what stands around it
+    std::string line;
+    line.reserve(source.size() + message.size() + levelSize);
+    appendLogText(line, source);
     line.append(": ").append(logLevelName(level)).append(": ");
-    line.append(escapeLogText(message)).append("\n");
+    appendLogText(line, message);
+    line += '\n';
     while (::write(_descriptor, line.data(), line.size()) < 0 && errno == EINTR) {
     }
 } catch (...) {

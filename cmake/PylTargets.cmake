@@ -1,0 +1,72 @@
+# The flags that every target of ours gets, and the functions that make targets with them.
+
+find_package(Threads REQUIRED)
+
+find_program(PYL_CCACHE ccache)
+if(PYL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_C_COMPILER_LAUNCHER "${PYL_CCACHE}")
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${PYL_CCACHE}")
+endif()
+
+add_library(pyl_flags INTERFACE)
+target_compile_features(pyl_flags INTERFACE cxx_std_20)
+target_include_directories(pyl_flags INTERFACE "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}/generated")
+target_link_libraries(pyl_flags INTERFACE Threads::Threads)
+target_compile_options(pyl_flags INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
+    $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # Warns of std::string's own operator+ when it optimises (GCC bug 105651).
+    target_compile_options(pyl_flags INTERFACE -Wno-restrict)
+endif()
+if(PYL_STRICT)
+    target_compile_options(pyl_flags INTERFACE -Werror)
+endif()
+if(PYL_SANITIZE)
+    target_compile_options(pyl_flags INTERFACE
+        -fsanitize=${PYL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_definitions(pyl_flags INTERFACE _GLIBCXX_ASSERTIONS)
+    target_link_options(pyl_flags INTERFACE -fsanitize=${PYL_SANITIZE})
+endif()
+if(PYL_COVERAGE)
+    target_compile_options(pyl_flags INTERFACE --coverage -fprofile-update=atomic)
+    target_link_options(pyl_flags INTERFACE --coverage)
+endif()
+
+# Common to libraries, programs and tests: hidden symbols, position independence, our flags.
+function(pyl_prepare target)
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        C_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        POSITION_INDEPENDENT_CODE ON)
+    target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:pyl_flags>)
+endfunction()
+
+# A layer of the support library: its objects become part of the shared object pylcommon.
+# pyl_add_layer(NAME SOURCES...)
+function(pyl_add_layer name)
+    add_library(${name} OBJECT ${ARGN})
+    pyl_prepare(${name})
+    target_compile_definitions(${name} PRIVATE pylcommon_EXPORTS)
+    set_property(GLOBAL APPEND PROPERTY PYL_LAYERS ${name})
+endfunction()
+
+# A static library of cimhost. pyl_add_part(NAME SOURCES... )
+function(pyl_add_part name)
+    add_library(${name} STATIC ${ARGN})
+    pyl_prepare(${name})
+    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+endfunction()
+
+# A test program of GoogleTest cases, each its own CTest test.
+# pyl_add_test(NAME SOURCES ... LIBRARIES ...)
+function(pyl_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 test "" "" "SOURCES;LIBRARIES")
+    add_executable(${name} ${test_SOURCES})
+    pyl_prepare(${name})
+    target_link_libraries(${name} PRIVATE ${test_LIBRARIES} GTest::gmock GTest::gtest_main)
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()

@@ -1,0 +1,76 @@
+#!/usr/bin/env python3
+"""Installs a build into an empty folder, builds a module against the installed package, with CMake and with
+pkg-config, and asks the installed cimhost for the module's instance with wbemcli.
+
+    consumer_test.py BUILD_FOLDER SOURCE_FOLDER CXX SANITIZERS
+"""
+
+import os
+import pathlib
+import re
+import signal
+import subprocess
+import sys
+import tempfile
+
+
+def run(*command, **options):
+    result = subprocess.run([str(word) for word in command], stdout=subprocess.PIPE,
+                            stderr=subprocess.STDOUT, text=True, timeout=240, **options)
+    if result.returncode != 0:
+        sys.exit(f"{' '.join(map(str, command))}\n{result.stdout}")
+    return result.stdout
+
+
+def build_with_cmake(source, prefix, build, compiler, flags):
+    run("cmake", "-S", source, "-B", build, "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}",
+        f"-DCMAKE_CXX_COMPILER={compiler}", f"-DCMAKE_CXX_FLAGS={flags}")
+    run("cmake", "--build", build)
+
+
+def build_with_pkg_config(source, prefix, build, compiler, flags):
+    folder = next(prefix.rglob("pylcommon.pc")).parent
+    environment = dict(os.environ, PKG_CONFIG_PATH=str(folder))
+    words = run("pkg-config", "--cflags", "--libs", "pylcommon", env=environment).split()
+    build.mkdir()
+    run(compiler, *flags.split(), "-shared", "-fPIC", source / "UptimeProvider.cpp",
+        "-o", build / "libuptime.so", *words)
+
+
+def ask(source, prefix, build):
+    """The instance of the module as wbemcli shows it."""
+    mof = next(prefix.rglob("base.mof"))
+    library = next(prefix.rglob("libpylcommon.so.1")).parent
+    command = [prefix / "bin/cimhost", "serve", "--port", "0", "--max-seconds", "60",
+               "--namespace", "root/ktq", "--schema", mof, "--schema", source / "Uptime.mof",
+               "--registration", source / "uptime.registration", "--provider-dir", build]
+    environment = dict(os.environ, LD_LIBRARY_PATH=str(library))
+    with subprocess.Popen([str(word) for word in command], stdout=subprocess.PIPE, text=True,
+                          stderr=subprocess.DEVNULL, env=environment) as host:
+        try:
+            url = re.search(r"http://\S+?(?=/cimom)", host.stdout.readline()).group()
+            return run("wbemcli", "ei", f"{url}/root/ktq:PYL_Uptime")
+        finally:
+            host.send_signal(signal.SIGTERM)
+            if host.wait(timeout=30) != 0:
+                sys.exit(f"cimhost ended with {host.returncode}")
+
+
+def main():
+    build, source, compiler, sanitizers = sys.argv[1:5]
+    source = pathlib.Path(source) / "uptime"
+    flags = f"-fsanitize={sanitizers}" if sanitizers else ""
+    with tempfile.TemporaryDirectory() as scratch:
+        scratch = pathlib.Path(scratch)
+        prefix = scratch / "prefix"
+        run("cmake", "--install", build, "--prefix", prefix)
+        build_with_cmake(source, prefix, scratch / "cmake", compiler, flags)
+        build_with_pkg_config(source, prefix, scratch / "pkg-config", compiler, flags)
+        for module in (scratch / "cmake", scratch / "pkg-config"):
+            answer = ask(source, prefix, module)
+            if not re.search(r'PYL_Uptime\.InstanceID="KTQ:Uptime".*Seconds=\d+', answer, re.DOTALL):
+                sys.exit(f"unexpected answer: {answer}")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,63 @@
+#!/usr/bin/env python3
+"""Runs CTest in a build folder, shows the failures, and ends with the totals.
+
+    run.py BUILD_FOLDER [CTEST_OPTION...]
+"""
+
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import time
+import xml.etree.ElementTree as xml
+
+
+def run_ctest(folder, options, report):
+    """CTest's exit status; one line of progress every 20 seconds."""
+    jobs = str(max(2, os.cpu_count() or 1))
+    process = subprocess.Popen(
+        ["ctest", "--test-dir", folder, "--output-junit", report, "--parallel", jobs,
+         "--no-tests=error", *options],
+        stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace")
+    shown = time.monotonic()
+    last = ""
+    for line in process.stdout:
+        last = line if line.strip() else last
+        if "/" in line[:8] and time.monotonic() - shown > 20:
+            print("  " + line.split("Test")[0].strip(), flush=True)
+            shown = time.monotonic()
+    status = process.wait()
+    if not pathlib.Path(report).exists():
+        sys.exit(f"ctest wrote no report: {last.strip()}")
+    return status
+
+
+def is_skipped(case):
+    """True for a test that itself said why it was skipped; one that could not be started has failed."""
+    reason = case.find("skipped")
+    return reason is not None and reason.get("message", "").startswith("SKIP_")
+
+
+def main():
+    folder, options = sys.argv[1], sys.argv[2:]
+    with tempfile.TemporaryDirectory() as scratch:
+        report = os.path.join(scratch, "report.xml")
+        run_ctest(folder, options, report)
+        cases = xml.parse(report).getroot().findall("testcase")
+
+    skipped = [case for case in cases if is_skipped(case)]
+    failed = [case for case in cases if case.get("status") != "run" and case not in skipped]
+    for case in failed:
+        reason = case.find("skipped")
+        output = reason.get("message") if reason is not None else case.findtext("system-out") or ""
+        print(f"--- {case.get('name')} failed\n{output.strip()}\n")
+    for case in skipped:
+        print(f"skipped: {case.get('name')}")
+    passed = len(cases) - len(failed) - len(skipped)
+    print(f"{passed} passed, {len(failed)} failed, {len(skipped)} skipped")
+    return 1 if failed or not passed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,132 @@
+"""cimhost as a program: how it starts, refuses to start, and stops."""
+
+import http.client
+import os
+import pathlib
+import socket
+import subprocess
+import tempfile
+import threading
+import time
+import unittest
+
+from host import BASE_SERVER, BUILD, Host
+
+REQUEST = (
+    '<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSION="2.0">'
+    '<MESSAGE ID="1" PROTOCOLVERSION="1.0"><SIMPLEREQ><IMETHODCALL NAME="EnumerateInstances">'
+    '<LOCALNAMESPACEPATH><NAMESPACE NAME="root"/><NAMESPACE NAME="ktq"/></LOCALNAMESPACEPATH>'
+    '<IPARAMVALUE NAME="ClassName"><CLASSNAME NAME="PYL_PCIDevice"/></IPARAMVALUE>'
+    '</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>').encode()
+HEADERS = {"Content-Type": "application/xml", "CIMOperation": "MethodCall",
+           "CIMMethod": "EnumerateInstances", "CIMObject": "root%2Fktq"}
+STOPS = 100
+
+
+def serve(*words):
+    command = [str(word) for word in (BUILD / "cimhost/cimhost", "serve", *words)]
+    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                          timeout=30, check=False)
+
+
+class Start(unittest.TestCase):
+    def test_an_open_address_without_tls_and_passwords_is_refused(self):
+        result = serve("--listen", "0.0.0.0", "--port", "0", "--max-seconds", "5", *BASE_SERVER)
+        self.assertEqual(2, result.returncode, result.stdout)
+        self.assertIn("0.0.0.0", result.stdout)
+
+    def test_mof_with_an_error_is_told_by_file_line_and_column(self):
+        with tempfile.TemporaryDirectory() as folder:
+            mof = pathlib.Path(folder) / "broken.mof"
+            mof.write_text("class A {\n   uint32 B\n};\n")
+            result = serve("--port", "0", "--namespace", "root/x", "--schema", mof)
+        self.assertEqual(1, result.returncode, result.stdout)
+        self.assertRegex(result.stdout, r"broken\.mof:3:1: .*';'")
+
+    def test_a_port_in_use_is_told(self):
+        with socket.socket() as taken:
+            taken.bind(("127.0.0.1", 0))
+            taken.listen()
+            port = taken.getsockname()[1]
+            result = serve("--port", port, "--max-seconds", "5", *BASE_SERVER)
+        self.assertEqual(1, result.returncode, result.stdout)
+        self.assertIn(str(port), result.stdout)
+
+    def test_help_is_enough_to_begin(self):
+        result = serve("--help")
+        self.assertEqual(0, result.returncode)
+        for word in ("--port", "--schema", "--namespace", "--registration", "--provider-dir",
+                     "--tls-cert", "--password-file"):
+            self.assertIn(word, result.stdout)
+
+    def test_it_ends_by_itself_after_the_seconds_given(self):
+        started = time.monotonic()
+        result = serve("--port", "0", "--max-seconds", "1", *BASE_SERVER)
+        self.assertEqual(0, result.returncode, result.stdout)
+        self.assertGreaterEqual(time.monotonic() - started, 0.9)
+
+
+class Stop(unittest.TestCase):
+    def test_a_hundred_stops_with_requests_running_end_in_order(self):
+        broken = []
+        for number in range(STOPS):
+            host = Host()
+            threads = [threading.Thread(target=self._ask_until_closed, args=(host.port, broken))
+                       for _ in range(4)]
+            for thread in threads:
+                thread.start()
+            time.sleep(0.002 * (number % 10))
+            self.assertEqual(0, host.stop(), f"stop {number}: {host.log()}")
+            for thread in threads:
+                thread.join()
+            self.assertEqual([], broken)
+
+    @staticmethod
+    def _ask_until_closed(port, broken):
+        """Asks on one connection until the server closes it; a reply that has begun must be whole."""
+        connection = http.client.HTTPConnection("127.0.0.1", port, timeout=20)
+        while True:
+            try:
+                connection.request("POST", "/cimom", REQUEST, HEADERS)
+                reply = connection.getresponse()
+            except (OSError, http.client.HTTPException):
+                connection.close()
+                return
+            try:
+                body = reply.read()
+            except http.client.HTTPException as error:
+                broken.append(repr(error))
+                return
+            finally:
+                if reply.will_close:
+                    connection.close()
+            # A request that had not fully arrived when the server stopped is answered 503.
+            if reply.status != 503 and not body.rstrip().endswith(b"</CIM>"):
+                broken.append(body[-200:])
+                return
+            if reply.will_close:
+                return
+
+    def test_nothing_is_left_open_after_many_requests(self):
+        with Host() as host:
+            descriptors = f"/proc/{host.process.pid}/fd"
+            self._one_request(host.port)
+            before = len(os.listdir(descriptors))
+            for _ in range(50):
+                self._one_request(host.port)
+            for _ in range(100):
+                if len(os.listdir(descriptors)) <= before:
+                    break
+                time.sleep(0.05)
+            self.assertLessEqual(len(os.listdir(descriptors)), before)
+
+    @staticmethod
+    def _one_request(port):
+        connection = http.client.HTTPConnection("127.0.0.1", port, timeout=20)
+        connection.request("POST", "/cimom", REQUEST, HEADERS)
+        assert connection.getresponse().read().rstrip().endswith(b"</CIM>")
+        connection.close()
+
+
+if __name__ == "__main__":
+    unittest.main()

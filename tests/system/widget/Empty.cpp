@@ -1,0 +1,4 @@
+// A module without entry points.
+namespace {
+[[maybe_unused]] int nothing = 0;
+}
