@@ -24,6 +24,8 @@ if(PYL_STRICT)
     target_compile_options(pyl_flags INTERFACE -Werror)
 endif()
 if(PYL_SANITIZE)
+    # The instrumentation makes GCC see uses before initialisation that are none.
+    target_compile_options(pyl_flags INTERFACE -Wno-maybe-uninitialized)
     target_compile_options(pyl_flags INTERFACE
         -fsanitize=${PYL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_definitions(pyl_flags INTERFACE _GLIBCXX_ASSERTIONS)

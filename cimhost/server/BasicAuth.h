@@ -41,7 +41,6 @@ private:
     bool _matches(const Credentials& credentials) const;
 
     PasswordFile _file;
-    std::string _strangersHash;
     Digest _key{};
     mutable std::shared_mutex _mutex;  ///< guards _remembered
     std::map<std::string, Digest, std::less<>> _remembered;

@@ -143,10 +143,12 @@ void HttpServer::_serve(Connections::iterator connection) noexcept {
 }
 
 void HttpServer::_end(Connections::iterator connection) noexcept {
-    const std::lock_guard lock(_mutex);
-    connection->socket.reset();
-    _endedConnections.splice(_endedConnections.end(), _connections, connection);
-    _ended.notify_all();
+    {
+        const std::lock_guard lock(_mutex);
+        connection->socket.reset();
+        _endedConnections.splice(_endedConnections.end(), _connections, connection);
+        _ended.notify_all();
+    }
     _wake();
 }
 

@@ -2,9 +2,9 @@
 #include "cimhost/server/PasswordFile.h"
 #include "cimhost/server/PasswordHash.h"
 
-#include <CLI/CLI.hpp>
 #include <termios.h>
 #include <unistd.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <iostream>
