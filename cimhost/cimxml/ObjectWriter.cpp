@@ -21,7 +21,7 @@ const Instance* instanceOf(const Value& value) noexcept {
     return instance != nullptr ? instance->get() : nullptr;
 }
 
-/// The markup before and after the text of a key.
+/// The markup between the name and the text of a key.
 std::string_view keyValueOf(CimType type) noexcept {
     if (type == CimType::boolean) return "\"><KEYVALUE VALUETYPE=\"boolean\">";
     return isInteger(type) || isReal(type) ? "\"><KEYVALUE VALUETYPE=\"numeric\">"

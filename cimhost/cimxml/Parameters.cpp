@@ -39,6 +39,9 @@ constexpr auto rows = std::to_array<ParameterRow>({
 
 static_assert(rows.size() == parameterCount);
 
+// Every property of every result is looked up in the list, one by one.
+constexpr std::size_t propertyLimit = 1024;
+
 [[noreturn]] void invalid(const std::string& description) {
     throw CimError(CimCode::invalidParameter, description);
 }
@@ -121,7 +124,9 @@ std::optional<std::vector<std::string>> Parameters::propertyList() const {
     std::vector<std::string> names;
     for (const Element name : list->children()) {
         if (name.tag() == Tag::valueNull) invalid("parameter PropertyList holds NULL");
-        if (seen.insert(name.text()).second) names.emplace_back(name.text());
+        if (!seen.insert(name.text()).second) continue;
+        if (names.size() == propertyLimit) invalid("parameter PropertyList is too long");
+        names.emplace_back(name.text());
     }
     return names;
 }

@@ -77,7 +77,7 @@ public:
     std::string className(Parameter parameter) const;
     std::string requiredClassName(Parameter parameter) const;
 
-    /// Nothing: all properties. Names that come twice are there once.
+    /// Nothing: all properties. Names that come twice are there once; more than 1024 are refused.
     std::optional<std::vector<std::string>> propertyList() const;
 
 private:

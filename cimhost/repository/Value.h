@@ -64,6 +64,13 @@ public:
                      std::shared_ptr<const ObjectPath>, std::shared_ptr<const Instance>, Array>;
 
     Value() = default;
+    // Assigned, not constructed: the variant of libstdc++ 12 destroys what was never there when the copy of
+    // an alternative throws out of its copy constructor.
+    Value(const Value& other) : _type(other._type), _array(other._array) { _data = other._data; }
+    Value(Value&&) noexcept = default;
+    Value& operator=(const Value&) = default;
+    Value& operator=(Value&&) noexcept = default;
+    ~Value() = default;
     /// An array when the data is one.
     Value(CimType type, Data data)
         : _data(std::move(data)), _type(type), _array(std::holds_alternative<Array>(_data)) {}

@@ -123,5 +123,13 @@ TEST(Parameters, TellAnEmptyPropertyListFromNone) {
               (std::vector<std::string>{"b", "A"}));
 }
 
+TEST(Parameters, BoundThePropertyList) {
+    std::string names;
+    for (int i = 0; i < 1024; ++i) names += "<VALUE>p" + std::to_string(i) + "</VALUE>";
+    EXPECT_EQ(Given(list(names + names))->propertyList()->size(), 1024U);
+    EXPECT_EQ(errorOf([&] { Given(list(names + "<VALUE>q</VALUE>"))->propertyList(); }),
+              "4: parameter PropertyList is too long");
+}
+
 }  // namespace
 }  // namespace cimhost
