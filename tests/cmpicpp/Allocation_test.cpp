@@ -102,7 +102,7 @@ CmpiObjectPath borrow(const CMPIObjectPath& path) {
 }
 
 TEST(Allocation, IsCounted) {
-    EXPECT_EQ(allocationsOf([] { delete new int; }), 1U);
+    EXPECT_EQ(allocationsOf([] { ::operator delete(::operator new(1)); }), 1U);
 }
 
 TEST(Allocation, NamesOfUpTo46BytesNeedNone) {
