@@ -5,6 +5,15 @@
 
 namespace CmpiCpp {
 
+namespace {
+
+/// Object managers tell a missing property by two codes and by a state; providers get one code.
+[[noreturn]] void throwNoProperty(const char* name) {
+    throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, std::string("There is no property ") + name);
+}
+
+}  // namespace
+
 CmpiObjectPath CmpiInstance::getPath() const {
     const CMPIInstance* const instance = _handle.get();
     if (instance == nullptr) return {};
@@ -26,8 +35,13 @@ unsigned int CmpiInstance::getPropertyCount() const {
 
 CmpiData CmpiInstance::getProperty(const char* name) const {
     const CMPIInstance* const instance = _handle.get();
-    if (instance == nullptr) throwAbsent(name);
-    return {broker(), present(ask(instance->ft->getProperty, instance, name), name)};
+    if (instance == nullptr) throwNoProperty(name);
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const CMPIData data = instance->ft->getProperty(instance, name, &status);
+    if (status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY) throwNoProperty(name);
+    check(status);
+    if ((data.state & CMPI_notFound) != 0) throwNoProperty(name);
+    return {broker(), data};
 }
 
 std::pair<CmpiName, CmpiData> CmpiInstance::getPropertyAt(unsigned int index) const {

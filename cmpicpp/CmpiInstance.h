@@ -32,9 +32,10 @@ public:
     CmpiName getClassName() const { return getPath().getClassName(); }
 
     unsigned int getPropertyCount() const;
-    /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY when the instance has no such property.
+    /// Throws CMPI_RC_ERR_NOT_FOUND when the instance has no such property.
     CmpiData getProperty(const char* name) const;
     CmpiData getProperty(const CmpiName& name) const { return getProperty(name.c_str()); }
+    /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY past the end.
     std::pair<CmpiName, CmpiData> getPropertyAt(unsigned int index) const;
     void setProperty(const char* name, CmpiValue value);
     void setProperty(const CmpiName& name, CmpiValue value) { setProperty(name.c_str(), value); }

@@ -39,7 +39,7 @@ TEST_F(CmpiInstanceTest, KeepsPropertiesInOrder) {
 }
 
 TEST_F(CmpiInstanceTest, HasNoOtherProperties) {
-    EXPECT_EQ(codeOf([&] { instance().getProperty("Nope"); }), CMPI_RC_ERR_NO_SUCH_PROPERTY);
+    EXPECT_EQ(codeOf([&] { instance().getProperty("Nope"); }), CMPI_RC_ERR_NOT_FOUND);
     EXPECT_EQ(codeOf([&] { instance().getPropertyAt(0); }), CMPI_RC_ERR_NO_SUCH_PROPERTY);
 }
 
@@ -67,7 +67,7 @@ TEST_F(CmpiInstanceTest, DropsWhatAFilterLeavesOut) {
     made.setProperty("Kept", 1);
     made.setProperty("Dropped", 2);
     EXPECT_EQ(made.getPropertyCount(), 1U);
-    EXPECT_EQ(codeOf([&] { made.getProperty("Dropped"); }), CMPI_RC_ERR_NO_SUCH_PROPERTY);
+    EXPECT_EQ(codeOf([&] { made.getProperty("Dropped"); }), CMPI_RC_ERR_NOT_FOUND);
 }
 
 TEST_F(CmpiInstanceTest, IsWrittenLikeMof) {
@@ -91,7 +91,7 @@ TEST_F(CmpiInstanceTest, EmptyInstancesReadAsNothing) {
     EXPECT_TRUE(none.getClassName().empty());
     EXPECT_EQ(none.getPropertyCount(), 0U);
     EXPECT_EQ(none.str(), "");
-    EXPECT_EQ(codeOf([&] { none.getProperty("P"); }), CMPI_RC_ERR_NO_SUCH_PROPERTY);
+    EXPECT_EQ(codeOf([&] { none.getProperty("P"); }), CMPI_RC_ERR_NOT_FOUND);
     EXPECT_EQ(codeOf([&] { none.getPropertyAt(0); }), CMPI_RC_ERR_NO_SUCH_PROPERTY);
 }
 
