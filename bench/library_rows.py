@@ -6,7 +6,7 @@ import subprocess
 import instructions
 from table import Row
 
-REPETITIONS = 7
+REPETITIONS = 15
 
 
 def measure_times(program):
@@ -130,5 +130,5 @@ def measure(build):
 
     rows = [entry_row(pair("a1/entry")), off_row(pair("a4/off")), line_row(pair("a4/on"))]
     rows += [pair(what).ratio_row(*most) for what, *most in RATIOS]
-    rows.insert(9, linear_row(times))
-    return rows
+    rows.append(linear_row(times))
+    return sorted(rows, key=lambda row: row.name)

@@ -1,5 +1,7 @@
-/* Serves as many instances as the name of the class says: Bench_Device100 has a hundred of them. In
-   plain C over CMPI, so that what is measured is the object manager and not the support library. */
+/* Serves as many instances as the name of the class says: Bench_Device100 has a hundred of them.
+   What is made for Bench_Device... is left to the broker until the call ends, what is made for
+   Bench_MarkedDevice... ends with each instance. In plain C over CMPI, so that what is measured is
+   the object manager and not the support library. */
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -9,6 +11,7 @@
 static const CMPIBroker* broker;
 
 static const char deviceClass[] = "Bench_Device";
+static const char markedClass[] = "Bench_MarkedDevice";
 static const char systemClass[] = "Bench_System";
 static const char linkedClass[] = "Bench_Device100";
 
@@ -20,9 +23,16 @@ static const char* charsOf(const CMPIString* string) {
     return text != NULL ? text : "";
 }
 
+static int beginsWith(const char* text, const char* beginning) {
+    return strncmp(text, beginning, strlen(beginning)) == 0;
+}
+
 static unsigned long countOf(const char* className) {
-    const size_t prefix = sizeof deviceClass - 1;
-    return strncmp(className, deviceClass, prefix) == 0 ? strtoul(className + prefix, NULL, 10) : 0;
+    if (beginsWith(className, deviceClass))
+        return strtoul(className + strlen(deviceClass), NULL, 10);
+    if (beginsWith(className, markedClass))
+        return strtoul(className + strlen(markedClass), NULL, 10);
+    return 0;
 }
 
 static const char* formatId(char* id, size_t size, unsigned long index) {
@@ -73,14 +83,34 @@ static CMPIInstance* newDevice(const char* nameSpace, const char* className, uns
     return status->rc == CMPI_RC_OK ? device : NULL;
 }
 
+static CMPIStatus returnDevice(const CMPIResult* result, const char* nameSpace,
+                               const char* className, unsigned long index,
+                               const char** properties) {
+    CMPIStatus status = ok;
+    CMPIInstance* const device = newDevice(nameSpace, className, index, properties, &status);
+    return device != NULL ? CMReturnInstance(result, device) : status;
+}
+
+/* After a failure the mark stays, since the message of the status was made behind it. */
+static CMPIStatus returnMarkedDevice(const CMPIResult* result, const char* nameSpace,
+                                     const char* className, unsigned long index,
+                                     const char** properties) {
+    CMPIStatus status = ok;
+    CMPIGcStat* const mark = broker->mft->mark(broker, &status);
+    if (status.rc != CMPI_RC_OK) return status;
+    status = returnDevice(result, nameSpace, className, index, properties);
+    return status.rc == CMPI_RC_OK ? broker->mft->release(broker, mark) : status;
+}
+
 static CMPIStatus returnDevices(const CMPIResult* result, const char* nameSpace,
                                 const char* className, const char** properties) {
     const unsigned long count = countOf(className);
+    const int isMarked = beginsWith(className, markedClass);
     CMPIStatus status = ok;
     unsigned long i;
     for (i = 0; i < count && status.rc == CMPI_RC_OK; ++i) {
-        CMPIInstance* const device = newDevice(nameSpace, className, i, properties, &status);
-        if (device != NULL) status = CMReturnInstance(result, device);
+        status = isMarked ? returnMarkedDevice(result, nameSpace, className, i, properties)
+                          : returnDevice(result, nameSpace, className, i, properties);
     }
     return status.rc == CMPI_RC_OK ? CMReturnDone(result) : status;
 }
