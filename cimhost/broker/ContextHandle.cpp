@@ -19,32 +19,15 @@ struct TextRow {
     bool mayBeEmpty;
 };
 
+// clang-format off
 constexpr auto textRows = std::to_array<TextRow>({
-    {CMPIInitNameSpace,
-     [](ContextObject& object) noexcept -> auto& { return object.request.nameSpace;
-}  // namespace
-, false
-}  // namespace cimhost
-, {CMPIPrincipal, [](ContextObject& object) noexcept -> auto& {return object.request.principal;
-}
-, false
-}
-, {CMPIRole, [](ContextObject& object) noexcept -> auto& {return object.role;
-}
-, true
-}
-, {CMPIAcceptLanguage,
-   [](ContextObject& object) noexcept -> auto& {return object.request.acceptLanguage;
-}
-, true
-}
-, {CMPIContentLanguage,
-   [](ContextObject& object) noexcept -> auto& {return object.request.contentLanguage;
-}
-, true
-}
-,
+    {CMPIInitNameSpace, [](ContextObject& object) noexcept -> std::string& { return object.request.nameSpace; }, false},
+    {CMPIPrincipal, [](ContextObject& object) noexcept -> std::string& { return object.request.principal; }, false},
+    {CMPIRole, [](ContextObject& object) noexcept -> std::string& { return object.role; }, true},
+    {CMPIAcceptLanguage, [](ContextObject& object) noexcept -> std::string& { return object.request.acceptLanguage; }, true},
+    {CMPIContentLanguage, [](ContextObject& object) noexcept -> std::string& { return object.request.contentLanguage; }, true},
 });
+// clang-format on
 
 CMPIData textData(ContextObject& object, const std::string& text) {
     CMPIData data{CMPI_string, CMPI_goodValue, {}};

@@ -1,7 +1,9 @@
 #include "cimhost/broker/Description.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 #include "cimhost/broker/ArgsHandle.h"
 #include "cimhost/broker/ArrayHandle.h"
@@ -10,6 +12,7 @@
 #include "cimhost/broker/InstanceHandle.h"
 #include "cimhost/broker/ObjectPathHandle.h"
 #include "cimhost/broker/StringHandle.h"
+#include "cimhost/repository/Utf8.h"
 
 namespace cimhost {
 
@@ -35,13 +38,25 @@ constexpr auto kindRows = std::to_array<KindRow>({
     {ObjectKind::enumerationFilter, "CMPIEnumerationFilter"},
 });
 
-std::string quoted(std::string_view text) {
-    std::string result = "\"";
+std::string quoted(std::string_view text, char quote = '"') {
+    std::string result(1, quote);
     for (const char c : text) {
-        if (c == '"' || c == '\\') result += '\\';
+        if (c == quote || c == '\\') result += '\\';
         result += c;
     }
-    return result += '"';
+    return result += quote;
+}
+
+/// Half of a surrogate pair has no form but its number.
+std::string characterText(std::uint64_t code) {
+    if (code >= 0xD800 && code <= 0xDFFF) {
+        std::array<char, 4> digits{};
+        std::to_chars(digits.data(), digits.data() + digits.size(), code, 16);
+        return "'\\x" + std::string(digits.data(), digits.size()) + "'";
+    }
+    std::string text;
+    appendUtf8(text, static_cast<char32_t>(code));
+    return quoted(text, '\'');
 }
 
 std::string describeElements(const Value::Array& elements) {
@@ -53,10 +68,15 @@ std::string describeElements(const Value::Array& elements) {
     return result += '}';
 }
 
+/// With the point that tells a real from an integer.
 std::string realText(double value) {
-    std::array<char, 64> text{};
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
-    return {text.data(), end};
+    std::array<char, 64> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
+    std::string text(buffer.data(), end);
+    if (std::isfinite(value) && text.find('.') == std::string::npos) {
+        text.insert(std::min(text.find('e'), text.size()), ".0");
+    }
+    return text;
 }
 
 struct ValueText {
@@ -103,6 +123,8 @@ std::string_view typeNameOf(ObjectKind kind) noexcept {
 }
 
 std::string describe(const Value& value) {
+    const auto* const number = value.get<std::uint64_t>();
+    if (number && value.type() == CimType::char16) return characterText(*number);
     return std::visit(ValueText{}, value.data());
 }
 

@@ -45,15 +45,18 @@ bool selects(const std::optional<std::vector<std::string>>& names, std::string_v
     return PropertySelection{names, nullptr}.selects(property);
 }
 
+[[noreturn]] void refuseUnknown(const std::string& className, const std::string& property) {
+    throw CimError(CimCode::noSuchProperty,
+                   "class " + className + " has no property '" + property + "'");
+}
+
 // A key may come along with the others, as long as it says the same as the path.
 void checkModification(const Target& target, const Instance& instance,
                        const std::optional<std::vector<std::string>>& propertyList) {
     const std::string& className = target.definition.name;
     if (propertyList) {
         for (const std::string& name : *propertyList) {
-            if (target.definition.findProperty(name)) continue;
-            throw CimError(CimCode::noSuchProperty,
-                           "class " + className + " has no property '" + name + "'");
+            if (!target.definition.findProperty(name)) refuseUnknown(className, name);
         }
     }
     for (const PropertyValue& property : instance.properties) {

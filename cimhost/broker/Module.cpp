@@ -26,7 +26,7 @@ std::filesystem::path findFile(const std::string& file,
     for (const std::filesystem::path& folder : folders) {
         std::error_code error;
         // A path with a slash, lest the loader look in its own folders.
-        const std::filesystem::path path = std::filesystem::absolute(folder / file, error);
+        std::filesystem::path path = std::filesystem::absolute(folder / file, error);
         if (!error && std::filesystem::exists(path, error)) return path;
     }
     notFound(file, folders);

@@ -45,6 +45,13 @@ void giveBack(void* block, ObjectScope* scope, std::size_t size) noexcept {
     }
 }
 
+void endUnlinked(ObjectHeader& header) noexcept {
+    ObjectScope* const scope = header.scope;
+    const std::size_t size = header.size;
+    destroy(header);
+    giveBack(reinterpret_cast<std::byte*>(&header) - handleSize, scope, size);
+}
+
 }  // namespace
 
 ObjectHeader* findHeader(const void* object) noexcept {
@@ -64,17 +71,12 @@ void adopt(ObjectHeader& header, ObjectScope& scope, ObjectHeader* owner) noexce
 
 void endObject(ObjectHeader& object) noexcept {
     unlink(object);
-    ObjectHeader* list = nullptr;
-    link(list, object);
-    while (list) {
-        ObjectHeader& header = *list;
-        unlink(header);
-        moveParts(header, list);
-        ObjectScope* const scope = header.scope;
-        const std::size_t size = header.size;
-        destroy(header);
-        giveBack(reinterpret_cast<std::byte*>(&header) - handleSize, scope, size);
+    while (ObjectHeader* const part = object.parts) {
+        unlink(*part);
+        moveParts(*part, object.parts);
+        endUnlinked(*part);
     }
+    endUnlinked(object);
 }
 
 void endObjects(ObjectHeader*& list) noexcept {

@@ -4,6 +4,4 @@ namespace cimhost {
 
 Operations::Operations(Broker& broker, ModuleHost& modules) : _broker(broker), _modules(modules) {}
 
-Operations::~Operations() = default;
-
 }  // namespace cimhost

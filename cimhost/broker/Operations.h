@@ -91,7 +91,6 @@ class Operations {
 public:
     /// Broker and modules must outlive the operations.
     Operations(Broker& broker, ModuleHost& modules);
-    ~Operations();
 
     /// notFound also when the provider succeeds and delivers nothing.
     void getInstance(const RequestContext&, const ObjectPath&, const InstanceOptions&,

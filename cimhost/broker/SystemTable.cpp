@@ -1,5 +1,6 @@
 #include <pthread.h>
 
+#include <bit>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
@@ -55,7 +56,7 @@ CMPI_THREAD_TYPE newThread(CMPIThreadFunc start, void* parameter, int detached) 
     pthread_t thread{};
     const int failure = pthread_create(&thread, &attributes, start, parameter);
     pthread_attr_destroy(&attributes);
-    return failure == 0 ? reinterpret_cast<CMPI_THREAD_TYPE>(thread) : nullptr;
+    return failure == 0 ? std::bit_cast<CMPI_THREAD_TYPE>(thread) : nullptr;
 }
 
 int joinThread(CMPI_THREAD_TYPE thread, CMPI_THREAD_RETURN* value) {

@@ -59,6 +59,8 @@ Failure currentFailure() {
         const std::string_view text = error.what();
         return {static_cast<int>(error.code()),
                 std::string(text.empty() ? std::string_view(codeName(error.code())) : text)};
+    } catch (const std::bad_alloc&) {
+        return {static_cast<int>(CimCode::failed), "there is not enough memory for the operation"};
     } catch (const std::exception& error) {
         return {static_cast<int>(CimCode::failed), error.what()};
     } catch (...) {
@@ -167,6 +169,7 @@ void CimXmlHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) con
         if (out.failure()) std::rethrow_exception(out.failure());
         failure = currentFailure();
     }
+    reply.noteFailure(failure.code);
     if (out.restart())
         writeError(out, *message, failure);
     else

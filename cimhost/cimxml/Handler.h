@@ -36,6 +36,9 @@ public:
     /// already.
     virtual bool restart() = 0;
 
+    /// For the records: the operation failed with this CIM status, however the reply then says so.
+    virtual void noteFailure(int code) = 0;
+
     /// After commit: the operation failed in the middle. The reply ends with CIMStatusCode
     /// trailers.
     virtual void fail(int code, std::string_view description) = 0;

@@ -26,6 +26,40 @@ void checkVersions(const Element& cim, const Element& message) {
         throw Refusal{501, "unsupported-protocol-version"};
 }
 
+std::string_view trimmed(std::string_view text) noexcept {
+    while (text.starts_with(' ') || text.starts_with('\t')) text.remove_prefix(1);
+    while (text.ends_with(' ') || text.ends_with('\t')) text.remove_suffix(1);
+    return text;
+}
+
+/// Takes what stands before the next ';' off the front.
+std::string_view takePart(std::string_view& text) noexcept {
+    const std::size_t end = std::min(text.find(';'), text.size());
+    const std::string_view part = trimmed(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+    return part;
+}
+
+/// False for a parameter that says that the text is in another character set than UTF-8.
+bool isReadable(std::string_view parameter) noexcept {
+    const std::size_t equals = std::min(parameter.find('='), parameter.size());
+    if (!equalNames(trimmed(parameter.substr(0, equals)), "charset")) return true;
+    std::string_view charset = trimmed(parameter.substr(std::min(equals + 1, parameter.size())));
+    if (charset.size() > 1 && charset.starts_with('"') && charset.ends_with('"'))
+        charset = charset.substr(1, charset.size() - 2);
+    return equalNames(charset, "utf-8") || equalNames(charset, "us-ascii");
+}
+
+/// XML that we can read. A client that does not say what it sends is believed to mean that.
+bool isXml(std::string_view contentType) noexcept {
+    const std::string_view mediaType = takePart(contentType);
+    if (!equalNames(mediaType, "application/xml") && !equalNames(mediaType, "text/xml"))
+        return false;
+    while (!contentType.empty())
+        if (!isReadable(takePart(contentType))) return false;
+    return true;
+}
+
 /// True when the header, as it stands or percent-decoded, is what `matches` looks for. Not every
 /// client encodes a '%' that belongs to a key.
 bool headerMatches(const CimXmlRequest& request, std::string_view name, auto&& matches) {
@@ -58,6 +92,8 @@ std::optional<Refusal> checkHeaders(const CimXmlRequest& request) {
     const std::optional<std::string_view> operation = request.header("CIMOperation");
     if (!operation) return Refusal{400, {}};
     if (!equalNames(*operation, "MethodCall")) return Refusal{400, "unsupported-operation"};
+    const std::optional<std::string_view> contentType = request.header("Content-Type");
+    if (contentType && !isXml(*contentType)) return Refusal{415, {}};
     const std::optional<std::string_view> version = request.header("CIMProtocolVersion");
     if (version && !isVersion(*version, "1")) return Refusal{501, "unsupported-protocol-version"};
     return std::nullopt;

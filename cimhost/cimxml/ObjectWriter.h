@@ -42,8 +42,8 @@ private:
     void _nameSpacePath(std::string_view nameSpace);
     void _key(const KeyBinding& key, const ObjectPath& owner);
     void _reference(const ObjectPath& path);
-    void _property(const PropertyValue& property, const PropertyDefinition* definition,
-                   bool includeClassOrigin);
+    void _property(const PropertyValue& property, const Class* owner, bool includeClassOrigin);
+    void _scalarProperty(const PropertyValue& property, std::string_view markup);
     void _propertyAttributes(const PropertyValue& property, CimType type,
                              const PropertyDefinition* definition, bool includeClassOrigin);
     void _array(const Value::Array& elements, CimType type);

@@ -4,7 +4,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <string>
 #include <system_error>
@@ -138,7 +137,7 @@ std::string_view realText(double number, bool single, ScalarScratch& scratch) no
     if (std::find(begin, stop, '.') == stop) {
         char* const exponent = std::find(begin, stop, 'e');
         std::copy_backward(exponent, stop, stop + 2);
-        std::memcpy(exponent, ".0", 2);
+        std::copy_n(".0", 2, exponent);
         stop += 2;
     }
     return {begin, static_cast<std::size_t>(stop - begin)};

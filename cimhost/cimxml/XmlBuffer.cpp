@@ -47,11 +47,20 @@ bool areEightPlain(const char* text) noexcept {
 }
 static_assert((('\'' & 0xFE) == '&') && (('>' & 0xFD) == '<'));
 
-/// Bytes at the front that stand for themselves.
-std::size_t plainLength(std::string_view text) noexcept {
+/// Copies the bytes at the front that stand for themselves; their number. There is room for all.
+std::size_t copyPlain(std::string_view text, char* to) noexcept {
     std::size_t length = 0;
-    while (text.size() - length >= 8 && areEightPlain(text.data() + length)) length += 8;
-    while (length < text.size() && plain[static_cast<unsigned char>(text[length])]) ++length;
+    for (; text.size() - length >= 8 && areEightPlain(text.data() + length); length += 8) {
+        std::memcpy(to + length, text.data() + length, 8);
+    }
+    // What is left over is taken together with bytes before it.
+    if (length != 0 && text.size() - length < 8 && areEightPlain(text.data() + text.size() - 8)) {
+        std::memcpy(to + text.size() - 8, text.data() + text.size() - 8, 8);
+        return text.size();
+    }
+    for (; length < text.size() && plain[static_cast<unsigned char>(text[length])]; ++length) {
+        to[length] = text[length];
+    }
     return length;
 }
 
@@ -97,8 +106,9 @@ void XmlBuffer::_grow(std::size_t more) {
 
 void XmlBuffer::text(std::string_view text) {
     while (true) {
-        const std::size_t length = plainLength(text);
-        markup(text.substr(0, length));
+        if (_capacity - _size < text.size()) _grow(text.size());
+        const std::size_t length = copyPlain(text, _data.get() + _size);
+        _size += length;
         text.remove_prefix(length);
         if (text.empty()) return;
         text.remove_prefix(_appendOther(text));

@@ -5,6 +5,7 @@
 #include "cimhost/repository/Utf8.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <system_error>
@@ -124,11 +125,16 @@ private:
 
     template <typename Number>
     static Value _parsed(std::string_view word, CimType type) {
-        if (word.starts_with('+')) word.remove_prefix(1);
+        if (word.starts_with('+')) {
+            word.remove_prefix(1);
+            if (word.starts_with('-')) return Value::null(type);
+        }
         Number number{};
         const char* const end = word.data() + word.size();
         const auto result = std::from_chars(word.data(), end, number);
         if (result.ec != std::errc() || result.ptr != end) return Value::null(type);
+        // from_chars knows words such as "inf" too; a literal has digits.
+        if (!std::isfinite(static_cast<double>(number))) return Value::null(type);
         return Value(type, number);
     }
 

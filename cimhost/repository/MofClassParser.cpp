@@ -63,7 +63,7 @@ private:
         MofQualifiers qualifiers = parseQualifiers(_cursor, _nameSpace);
         TypedName typed = parseTypedName(_cursor, "the name of a property or method");
         if (_cursor.peek().isSymbol('(')) {
-            _parseMethod(std::move(typed), std::move(qualifiers));
+            _parseMethod(typed, std::move(qualifiers));
         } else {
             _parseProperty(std::move(typed), std::move(qualifiers));
         }
@@ -106,7 +106,7 @@ private:
         _definition.properties.push_back(std::make_shared<PropertyDefinition>(std::move(property)));
     }
 
-    void _parseMethod(TypedName typed, MofQualifiers qualifiers) {
+    void _parseMethod(const TypedName& typed, MofQualifiers qualifiers) {
         const std::string element = _elementText("method", typed);
         if (typed.type.type == CimType::reference) {
             failAt(typed.position, element + " cannot return a reference");

@@ -5,8 +5,8 @@
 #include "cimhost/repository/MofQualifierParser.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
-#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -19,14 +19,20 @@ constexpr std::size_t deepestInclude = 32;
 constexpr std::size_t mostFiles = 16384;
 constexpr std::size_t mostBytes = std::size_t{32} << 20U;
 
-std::optional<std::string> readRegularFile(const std::filesystem::path& file,
-                                           std::size_t mostToRead) {
+[[noreturn]] void refuseFile(const std::filesystem::path& file, const MofPosition& position,
+                             const std::string& reason) {
+    failAt(position, "the file '" + file.string() + "' cannot be read: " + reason);
+}
+
+std::string readRegularFile(const std::filesystem::path& file, const MofPosition& position,
+                            std::size_t mostToRead) {
     std::error_code error;
     // A pipe or a terminal could keep us waiting for ever.
-    if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
+    if (!std::filesystem::is_regular_file(file, error))
+        refuseFile(file, position, error ? error.message() : "it is not a regular file");
     std::ifstream stream(file, std::ios::binary | std::ios::ate);
     const std::streamoff size = stream ? static_cast<std::streamoff>(stream.tellg()) : -1;
-    if (size < 0) return std::nullopt;
+    if (size < 0) refuseFile(file, position, std::generic_category().message(errno));
     std::string text(std::min(static_cast<std::size_t>(size), mostToRead), '\0');
     stream.seekg(0);
     stream.read(text.data(), static_cast<std::streamsize>(text.size()));
@@ -85,12 +91,11 @@ void MofCompilation::_compileIncluded(const std::filesystem::path& file,
     if (++_fileCount > mostFiles) {
         failAt(position, "more than " + std::to_string(mostFiles) + " files are included");
     }
-    const auto text = readRegularFile(file, mostBytes - _byteCount + 1);
-    if (!text) failAt(position, "the file '" + file.string() + "' cannot be read");
+    const std::string text = readRegularFile(file, position, mostBytes - _byteCount + 1);
     _openFiles.push_back(id);
     _names.push_back(file.string());
     NameSpace* const before = _nameSpace;
-    _compile(*text, _names.back(), file.parent_path());
+    _compile(text, _names.back(), file.parent_path());
     _nameSpace = before;
     _openFiles.pop_back();
 }

@@ -7,7 +7,13 @@
 /// (DSP0004, 5.2.3). Pure functions, safe from several threads.
 namespace cimhost {
 
-bool equalNames(std::string_view left, std::string_view right) noexcept;
+/// The same for names of one length only.
+bool equalFolded(std::string_view left, std::string_view right) noexcept;
+
+// In line: nearly all names that differ are told apart by their lengths.
+inline bool equalNames(std::string_view left, std::string_view right) noexcept {
+    return left.size() == right.size() && equalFolded(left, right);
+}
 
 /// The name without slashes at its ends, as namespaces compare.
 std::string_view trimmedSlashes(std::string_view name) noexcept;

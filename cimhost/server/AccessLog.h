@@ -24,8 +24,10 @@ struct AccessRecord {
 ///
 ///     2024-05-01T12:00:00.123Z 127.0.0.1:40112 user GetInstance root/cimv2 200 - 1234B 98us
 ///
-/// Fields hold no blank, control character or quote of a client's making: such bytes are written
-/// %XX. Each line is one write to a file opened for appending. Safe from several threads.
+/// The outcome, here "-" for success, is the CIM status of an operation that failed or the CIMError
+/// of a request that is none. Fields hold no blank, control character or quote of a client's
+/// making: such bytes are written %XX. Each line is one write to a file opened for appending. Safe
+/// from several threads.
 class AccessLog {
 public:
     /// Appends to the file, made for its owner's eyes when new; "-" is standard output.

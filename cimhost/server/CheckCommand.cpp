@@ -5,6 +5,8 @@
 
 #include <cstdio>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace cimhost {
 namespace {
@@ -15,19 +17,8 @@ std::size_t countClasses(const Repository& repository) {
     return count;
 }
 
-/// A registration for a class that does not exist would never be asked for anything.
-bool reportUnknownClasses(const Repository& repository, const Registrations& registrations) {
-    bool allKnown = true;
-    for (const Registration& registration : registrations.all()) {
-        const NameSpace* nameSpace = repository.find(registration.nameSpace);
-        if (nameSpace != nullptr && nameSpace->findClass(registration.className) != nullptr)
-            continue;
-        std::fprintf(stderr, "cimhost: provider %s is registered for %s:%s, which does not exist\n",
-                     registration.provider.c_str(), registration.nameSpace.c_str(),
-                     registration.className.c_str());
-        allKnown = false;
-    }
-    return allKnown;
+std::string counted(std::size_t count, const char* one, const char* many) {
+    return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
 int check(const SchemaOptions& options) {
@@ -35,9 +26,12 @@ int check(const SchemaOptions& options) {
     options.loadInto(repository);
     Registrations registrations;
     options.loadInto(registrations);
-    if (!reportUnknownClasses(repository, registrations)) return 1;
-    std::printf("%zu classes, %zu registrations\n", countClasses(repository),
-                registrations.all().size());
+    const std::vector<std::string> complaints = unknownClasses(repository, registrations);
+    for (const std::string& complaint : complaints)
+        std::fprintf(stderr, "cimhost: %s\n", complaint.c_str());
+    if (!complaints.empty()) return 1;
+    std::printf("%s, %s\n", counted(countClasses(repository), "class", "classes").c_str(),
+                counted(registrations.all().size(), "registration", "registrations").c_str());
     return 0;
 }
 

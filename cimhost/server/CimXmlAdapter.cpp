@@ -45,10 +45,12 @@ bool CimXmlHttpReply::restart() {
     return true;
 }
 
+void CimXmlHttpReply::noteFailure(int code) {
+    _reply.notes().outcome = std::to_string(code);
+}
+
 void CimXmlHttpReply::fail(int code, std::string_view description) {
-    const std::string codeText = std::to_string(code);
-    _reply.notes().outcome = codeText;
-    _reply.setTrailer({"CIMStatusCode", codeText});
+    _reply.setTrailer({"CIMStatusCode", std::to_string(code)});
     _reply.setTrailer({"CIMStatusCodeDescription",
                        escapeForHeader(description.substr(0, maximumDescriptionBytes))});
 }

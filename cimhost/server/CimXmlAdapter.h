@@ -26,6 +26,7 @@ public:
     void refuse(int status, std::string_view cimError) override;
     void write(std::string_view text) override { _reply.write(text); }
     bool restart() override;
+    void noteFailure(int code) override;
     void fail(int code, std::string_view description) override;
 
 private:

@@ -52,7 +52,11 @@ std::size_t HttpHead::_feedLine(std::string_view bytes) {
 }
 
 void HttpHead::_checkLine(std::string_view added) {
+    const std::size_t place = _text.size() - added.size() - _lineBegin;  // in its line
     if (added.ends_with('\n')) added.remove_suffix(1);
+    // What stands beyond the limit is not looked at: the answer is the same however the bytes
+    // arrive.
+    added = added.substr(0, _limits.lineBytes - std::min(place, _limits.lineBytes));
     std::string_view line = std::string_view(_text).substr(_lineBegin);
     if (line.ends_with('\n')) line.remove_suffix(1);
     if (line.ends_with('\r')) line.remove_suffix(1);

@@ -115,7 +115,8 @@ void PasswordFile::set(const std::string& user, const std::string& hash) {
 
 void PasswordFile::save(const std::filesystem::path& file) const {
     std::string text;
-    for (const auto& [user, hash] : _entries) text.append(user + ":" + hash + "\n");
+    for (const auto& [user, hash] : _entries)
+        text.append(user).append(":").append(hash).append("\n");
     TemporaryFile temporary(file);
     writeAll(temporary.descriptor.get(), text, temporary.name);
     if (fsync(temporary.descriptor.get()) != 0) throwSystem("cannot write", temporary.name);

@@ -66,4 +66,18 @@ void SchemaOptions::loadInto(Registrations& registrations) const {
     for (const std::filesystem::path& file : _registrations) registrations.readFile(file);
 }
 
+std::vector<std::string> unknownClasses(const Repository& repository,
+                                        const Registrations& registrations) {
+    std::vector<std::string> complaints;
+    for (const Registration& registration : registrations.all()) {
+        const NameSpace* nameSpace = repository.find(registration.nameSpace);
+        if (nameSpace != nullptr && nameSpace->findClass(registration.className) != nullptr)
+            continue;
+        complaints.push_back("provider " + registration.provider + " is registered for " +
+                             registration.nameSpace + ":" + registration.className +
+                             ", which does not exist");
+    }
+    return complaints;
+}
+
 }  // namespace cimhost

@@ -45,4 +45,9 @@ private:
     std::vector<std::filesystem::path> _registrations;
 };
 
+/// One complaint for each registration whose class does not exist: its provider would never be
+/// asked for anything.
+std::vector<std::string> unknownClasses(const Repository& repository,
+                                        const Registrations& registrations);
+
 }  // namespace cimhost

@@ -65,6 +65,8 @@ int serve(const ServeOptions& options) {
     options.schema.loadInto(repository);
     Registrations registrations;
     options.schema.loadInto(registrations);
+    for (const std::string& complaint : unknownClasses(repository, registrations))
+        log.write(BrokerLog::Level::warning, "cimhost", complaint);
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log);
 

@@ -51,6 +51,7 @@ void ServeOptions::_addNetworkOptions(CLI::App& command) {
         ->group(group);
     command.add_option("--port", port, "TCP port; 0 takes any free one")
         ->type_name("NUMBER")
+        ->check(CLI::Range(0, 65535))
         ->capture_default_str()
         ->group(group);
     auto* certificate =

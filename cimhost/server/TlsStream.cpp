@@ -6,6 +6,7 @@
 
 #include <array>
 #include <new>
+#include <system_error>
 
 namespace cimhost {
 namespace {
@@ -16,6 +17,7 @@ constexpr std::size_t transportBytes = 16 * 1024 + 512;  // one TLS record
 std::string takeReason() {
     const unsigned long code = ERR_get_error();
     ERR_clear_error();
+    if (ERR_SYSTEM_ERROR(code)) return std::generic_category().message(ERR_GET_REASON(code));
     const char* reason = code == 0 ? nullptr : ERR_reason_error_string(code);
     return reason == nullptr ? "unknown reason" : reason;
 }

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <string>
 
 namespace {
 
@@ -12,6 +13,10 @@ constexpr int wrongUsage = 2;
 int complain(const char* message, int status) {
     std::fprintf(stderr, "cimhost: %s\n", message);
     return status;
+}
+
+std::string describeUsage(const CLI::App*, const CLI::Error& error) {
+    return "cimhost: " + std::string(error.what()) + "\nRun with --help for more information.\n";
 }
 
 }  // namespace
@@ -24,6 +29,7 @@ int main(int argc, char** argv) try {
     cimhost::addCheckCommand(application, chosen);
     cimhost::addPasswdCommand(application, chosen);
     application.require_subcommand(1);
+    application.failure_message(describeUsage);
     application.set_version_flag("--version", "cimhost " CIMHOST_VERSION);
     try {
         application.parse(argc, argv);

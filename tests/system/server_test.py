@@ -128,5 +128,62 @@ class Stop(unittest.TestCase):
         connection.close()
 
 
+class Access(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = pathlib.Path(folder.name)
+
+    def _passwords(self):
+        file = self.folder / "users"
+        subprocess.run([BUILD / "cimhost/cimhost", "passwd", file, "fred"], input="open sesame\n",
+                       text=True, timeout=30, check=True)
+        return file
+
+    def _certificate(self):
+        certificate, key = self.folder / "cert.pem", self.folder / "key.pem"
+        subprocess.run(["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt",
+                        "ec_paramgen_curve:P-256", "-nodes", "-days", "2", "-subj", "/CN=localhost",
+                        "-addext", "subjectAltName=DNS:localhost,IP:127.0.0.1", "-keyout", key,
+                        "-out", certificate], stderr=subprocess.DEVNULL, timeout=60, check=True)
+        return certificate, key
+
+    @staticmethod
+    def _ask(host, user, *options):
+        url = host.url(":PYL_ComputerSystem", host="localhost", user=user)
+        return subprocess.run(["wbemcli", "ein", *options, url], stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT, text=True, timeout=60, check=False)
+
+    def test_only_users_of_the_password_file_come_in_over_tls(self):
+        certificate, key = self._certificate()
+        with Host("--tls-cert", certificate, "--tls-key", key,
+                  "--password-file", self._passwords()) as host:
+            trusting = ("-cacert", certificate)
+            good = self._ask(host, "fred:open sesame", *trusting)
+            self.assertEqual(0, good.returncode, good.stdout)
+            self.assertIn("PYL_ComputerSystem", good.stdout)
+            for user in ("fred:sesame", "fred:", "george:open sesame", None):
+                answer = self._ask(host, user, *trusting)
+                self.assertEqual(16, answer.returncode, answer.stdout)
+                self.assertIn("password", answer.stdout)
+            self.assertEqual(16, self._ask(host, "fred:open sesame").returncode,
+                             "nobody vouches for this certificate")
+
+    def test_the_access_log_tells_who_asked_for_what_and_how_it_ended(self):
+        file = self.folder / "access"
+        with Host("--password-file", self._passwords(), "--access-log", file) as host:
+            self._ask(host, "fred:open sesame")
+            self._ask(host, "fred:wrong")
+            url = host.url(":PYL_Unheard", user="fred:open sesame")
+            subprocess.run(["wbemcli", "gc", url], stdout=subprocess.DEVNULL,
+                           stderr=subprocess.DEVNULL, timeout=60, check=False)
+        patterns = ("fred EnumerateInstanceNames root%2Fktq 200 -", "- POST /cimom 401 -",
+                    "fred GetClass root%2Fktq 200 6")
+        lines = file.read_text().splitlines()
+        self.assertEqual(len(patterns), len(lines), lines)
+        for pattern, line in zip(patterns, lines):
+            self.assertRegex(line, rf"^\S+Z 127\.0\.0\.1:\d+ {pattern} \d+B \d+us$")
+
+
 if __name__ == "__main__":
     unittest.main()

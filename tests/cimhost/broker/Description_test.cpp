@@ -30,6 +30,12 @@ TEST(Description, OfValuesReadsLikeMof) {
     EXPECT_EQ(describe(Value::null(CimType::uint8)), "NULL");
     EXPECT_EQ(describe(Value::boolean(false)), "FALSE");
     EXPECT_EQ(describe(Value(CimType::real64, 0.25)), "0.25");
+    EXPECT_EQ(describe(Value(CimType::real64, -1500.0)), "-1500.0");
+    EXPECT_EQ(describe(Value(CimType::real64, 1e300)), "1.0e+300");
+    EXPECT_EQ(describe(Value::unsignedInteger(CimType::char16, 'x')), "'x'");
+    EXPECT_EQ(describe(Value::unsignedInteger(CimType::char16, '\'')), "'\\''");
+    EXPECT_EQ(describe(Value::unsignedInteger(CimType::char16, 0xE4)), "'\xC3\xA4'");
+    EXPECT_EQ(describe(Value::unsignedInteger(CimType::char16, 0xD800)), R"('\xd800')");
     EXPECT_EQ(describe(Value::array(CimType::string, {Value::string("a"), Value()})),
               "{\"a\", NULL}");
     EXPECT_EQ(describe(Value::array(CimType::uint8, {})), "{}");

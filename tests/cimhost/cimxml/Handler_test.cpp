@@ -250,6 +250,15 @@ TEST_F(HandlerTest, EscapesTheDescriptionOfAFailure) {
     EXPECT_EQ(errorCode(enumerateFans()), 2);
 }
 
+TEST_F(HandlerTest, NotesHowAnOperationFailed) {
+    EXPECT_EQ(handle(enumerateFans()).notedCode, std::nullopt);
+    EXPECT_EQ(handle(intrinsic("EnumerateQualifiers", "", "root/nowhere")).notedCode, 3);
+    for (int i = 0; i < 2000; ++i) provider.instances.push_back(fan("g" + std::to_string(i)));
+    provider.failAfter = 2000;
+    provider.failureCode = CMPI_RC_ERR_ACCESS_DENIED;
+    EXPECT_EQ(handle(enumerateFans()).notedCode, 2) << "too late for the reply itself";
+}
+
 TEST_F(HandlerTest, DescribesAFailureWithoutTextByItsName) {
     provider.failAfter = 0;
     provider.failureText.clear();

@@ -63,6 +63,32 @@ TEST(Message, NeedsTheOperationHeader) {
     EXPECT_EQ(outcome(request), "400 ");
 }
 
+TEST(Message, TakesXmlInUtf8ByWhateverNameItComes) {
+    TestRequest request = getClass();
+    for (const char* const value :
+         {"application/xml", "text/xml", "Text/XML", "application/xml; charset=utf-8",
+          "application/xml;charset=\"UTF-8\"", "text/xml ; Charset = utf-8", "text/xml; q=1",
+          "text/xml; charset=us-ascii", "text/xml;"}) {
+        request.headers["Content-Type"] = value;
+        EXPECT_EQ(outcome(request), "accepted") << value;
+    }
+    request.headers.erase("Content-Type");
+    EXPECT_EQ(outcome(request), "accepted") << "a client that does not say";
+}
+
+TEST(Message, RefusesWhatCallsItselfNoXmlInUtf8) {
+    TestRequest request = getClass();
+    for (const char* const value :
+         {"", "text/plain", "text/xmlx", "application/json", "application/x-www-form-urlencoded",
+          "application/xml; charset=utf-16", "text/xml; q=1; charset=\"iso-8859-1\"",
+          "text/xml; charset", "text/xml; charset=\"", "; application/xml"}) {
+        request.headers["Content-Type"] = value;
+        EXPECT_EQ(outcome(request), "415 ") << value;
+    }
+    request.headers.erase("CIMOperation");
+    EXPECT_EQ(outcome(request), "400 ") << "what is no CIM request at all comes first";
+}
+
 TEST(Message, NeedsTheMethodHeaderOfItsBody) {
     TestRequest request = getClass();
     for (const char* const value : {"GetClass", "getclass", "Get%43lass"}) {

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/cimxml/ReplyChecker.h"
@@ -154,6 +158,29 @@ TEST_F(ObjectWriterTest, WritesFullPathsWithTheRequestsNamespaceUnlessTheyHaveTh
               "<CLASSPATH><NAMESPACEPATH><HOST>host:5988</HOST><LOCALNAMESPACEPATH>"
               "<NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"test\"/></LOCALNAMESPACEPATH>"
               "</NAMESPACEPATH><CLASSNAME NAME=\"C\"/></CLASSPATH>");
+}
+
+TEST_F(ObjectWriterTest, WritesTheTypeOfEveryScalarWithAndWithoutAValue) {
+    for (const auto& [type, data] : std::vector<std::pair<CimType, Value::Data>>{
+             {CimType::boolean, true},
+             {CimType::char16, std::uint64_t{'x'}},
+             {CimType::uint8, std::uint64_t{1}},
+             {CimType::uint16, std::uint64_t{1}},
+             {CimType::uint32, std::uint64_t{1}},
+             {CimType::uint64, std::uint64_t{1}},
+             {CimType::sint8, std::int64_t{-1}},
+             {CimType::sint16, std::int64_t{-1}},
+             {CimType::sint32, std::int64_t{-1}},
+             {CimType::sint64, std::int64_t{-1}},
+             {CimType::real32, 1.5},
+             {CimType::real64, 1.5},
+             {CimType::string, std::string("a<b")},
+             {CimType::dateTime, std::string("00000000000000.000000:000")}}) {
+        const std::string open = "<PROPERTY NAME=\"P\" TYPE=\"" + std::string(typeName(type));
+        EXPECT_EQ(property(Value(type, data)),
+                  open + "\">" + value(Value(type, data)) + "</PROPERTY>");
+        EXPECT_EQ(property(Value::null(type)), open + "\"></PROPERTY>");
+    }
 }
 
 TEST_F(ObjectWriterTest, WritesPropertiesWithTheTypeOfTheirValue) {

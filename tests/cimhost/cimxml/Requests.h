@@ -56,6 +56,7 @@ public:
     void refuse(int newStatus, std::string_view newCimError) override;
     void write(std::string_view text) override;
     bool restart() override;
+    void noteFailure(int code) override { notedCode = code; }
     void fail(int code, std::string_view description) override;
 
     std::optional<int> status;  ///< of a refusal
@@ -63,6 +64,7 @@ public:
     std::string body;
     std::size_t writes = 0;
     std::size_t largestWrite = 0;
+    std::optional<int> notedCode;
     std::optional<int> failureCode;
     std::string failureText;
 

@@ -62,6 +62,17 @@ TEST(XmlBuffer, WritesWhateverItIsGivenAsXmlThatReadsBack) {
     }
 }
 
+TEST(XmlBuffer, EscapesOneCharacterWhereverItStands) {
+    for (std::size_t size = 1; size <= 33; ++size) {
+        for (std::size_t place = 0; place < size; ++place) {
+            std::string text(size, 'x');
+            text[place] = '<';
+            const std::string after(size - place - 1, 'x');
+            EXPECT_EQ(escaped(text), std::string(place, 'x') + "&lt;" + after);
+        }
+    }
+}
+
 TEST(XmlBuffer, PutsAttributesInQuotes) {
     XmlBuffer buffer;
     buffer.attribute("NAME", "a\"<b");

@@ -84,6 +84,12 @@ TEST(ModelPathText, TakesNoMoreKeysThanAnyClassHas) {
     EXPECT_NE(refusal(text + ",L=0"), "");
 }
 
+TEST(ModelPathText, NumbersAreWrittenInDigitsWithOneSign) {
+    for (const char* word : {"inf", "-inf", "nan", "infinity", "+-5", "++5", "+"}) {
+        EXPECT_NE(refusal(std::string("C.K=") + word), "") << word;
+    }
+}
+
 TEST(ModelPathText, NumbersTooLargeAreNotCutShort) {
     EXPECT_EQ(parseModelPath("C.K=18446744073709551616").keys[0].value.type(), CimType::real64);
     EXPECT_NE(refusal("C.K=1e999"), "");

@@ -127,9 +127,10 @@ TEST_F(MofCompilationTest, IncludesNestUpTo32LevelsAndNoDeeper) {
 }
 
 TEST_F(MofCompilationTest, ReadsOnlyFiles) {
-    EXPECT_THAT(errorOf(_folder.path()), HasSubstr("cannot be read"));
-    EXPECT_THAT(errorOf(_folder.path() / "nope.mof"), HasSubstr("nope.mof' cannot be read"));
-    EXPECT_THAT(errorOf("/dev/zero"), HasSubstr("cannot be read"));
+    EXPECT_THAT(errorOf(_folder.path()), HasSubstr("cannot be read: it is not a regular file"));
+    EXPECT_THAT(errorOf(_folder.path() / "nope.mof"),
+                HasSubstr("nope.mof' cannot be read: No such file or directory"));
+    EXPECT_THAT(errorOf("/dev/zero"), HasSubstr("cannot be read: it is not a regular file"));
 }
 
 TEST_F(MofCompilationTest, PragmasThatMeanNothingAreSkipped) {

@@ -15,6 +15,17 @@ TEST(Names, CompareWithoutRegardToAsciiCase) {
     EXPECT_FALSE(equalNames("CIM_Fan", "CIM-Fan"));
 }
 
+TEST(Names, CompareEveryCharacterOfLongNames) {
+    const std::string name = "CIM_SoftwareElementActions";
+    for (std::size_t place = 0; place < name.size(); ++place) {
+        std::string other = name;
+        other[place] = '9';
+        EXPECT_FALSE(equalNames(name, other));
+        other[place] = static_cast<char>(name[place] == '_' ? '_' : name[place] ^ 0x20);
+        EXPECT_TRUE(equalNames(name, other));
+    }
+}
+
 TEST(Names, DoNotFoldWhatOnlyLooksLikeLetters) {
     EXPECT_FALSE(equalNames("[", "{"));  // 'Z' + 1 and 'z' + 1
     EXPECT_FALSE(equalNames("@", "`"));  // 'A' - 1 and 'a' - 1

@@ -66,6 +66,10 @@ TEST_F(CimXmlHttpReplyTest, EndsAReplyThatFailsHalfWayWithTrailers) {
     EXPECT_THAT(stream.sent,
                 EndsWith("\r\n0\r\nCIMStatusCode: 6\r\n"
                          "CIMStatusCodeDescription: 100%25 gone%0D%0Afor %C3%BC\r\n\r\n"));
+}
+
+TEST_F(CimXmlHttpReplyTest, TellsTheLogHowAnOperationFailed) {
+    reply.noteFailure(6);
     EXPECT_EQ(http.notes().outcome, "6");
 }
 
@@ -95,6 +99,7 @@ TEST_F(CimXmlAdapterTest, HandsHeadersAndBodyOverAndTheReplyBack) {
     EXPECT_THAT(bodyOf(stream.sent), HasSubstr("CODE=\"3\"")) << "there is no such namespace";
     EXPECT_EQ(reply.notes().operation, "EnumerateClassNames");
     EXPECT_EQ(reply.notes().object, "root%2Fnone");
+    EXPECT_EQ(reply.notes().outcome, "3");
 }
 
 TEST_F(CimXmlAdapterTest, RefusesWhatIsNoXml) {

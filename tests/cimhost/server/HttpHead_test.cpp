@@ -69,6 +69,17 @@ TEST_F(HttpHeadTest, RefusesALongLineBeforeItsEnd) {
     EXPECT_EQ(refusalOf(requestLine + std::string(8193, 'x')), 431);
 }
 
+TEST_F(HttpHeadTest, AnswersALongLineAlikeHoweverItsBytesArrive) {
+    const std::string line = "GET /" + std::string(limits.lineBytes, 'a');
+    for (const std::string& text : {line + "\x01", line + "\x01\r\n"}) {
+        EXPECT_EQ(refusalOf(text), 414);
+        EXPECT_EQ(refusalOfTrickle(text), 414);
+    }
+    const std::string early = "GET /\x01" + line;
+    EXPECT_EQ(refusalOf(early), 400);
+    EXPECT_EQ(refusalOfTrickle(early), 400);
+}
+
 TEST_F(HttpHeadTest, TakesARequestLineOfTheLimitAndRefusesOneByteMore) {
     const std::string around = "POST /" + std::string(" HTTP/1.1");
     const auto line = [&](std::size_t bytes) {

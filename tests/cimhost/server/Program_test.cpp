@@ -68,6 +68,10 @@ TEST_F(ProgramTest, Ends2WhenAskedWrongly) {
     EXPECT_EQ(run({}), 2);
     EXPECT_EQ(run({"dance"}), 2);
     EXPECT_EQ(run({"serve", "--port", "many"}), 2);
+    EXPECT_THAT(err(), testing::StartsWith("cimhost: "));
+    EXPECT_THAT(err(), HasSubstr("--port"));
+    EXPECT_EQ(run({"serve", "--port", "65536"}), 2);
+    EXPECT_THAT(err(), HasSubstr("65535"));
     EXPECT_EQ(run({"serve", "--port", "0"}), 2) << "nothing to serve";
     EXPECT_THAT(err(), HasSubstr("--schema"));
     EXPECT_EQ(run({"serve", "--listen", "0.0.0.0", "--port", "0", "--schema", schema}), 2);
@@ -103,6 +107,15 @@ TEST_F(ProgramTest, ServesUntilItsTimeIsOver) {
                 testing::MatchesRegex("cimhost is ready at http://127.0.0.1:[0-9]+/cimom\n"));
 }
 
+TEST_F(ProgramTest, WarnsOfARegistrationThatServesNothing) {
+    const std::string registration = folder.write("r", "Unheard root/cimv2 P M instance\n");
+    EXPECT_EQ(run({"serve", "--port", "0", "--schema", schema, "--registration", registration,
+                   "--max-seconds", "0"}),
+              0);
+    EXPECT_THAT(err(), HasSubstr("warning cimhost: provider P is registered for "
+                                 "root/cimv2:Unheard, which does not exist"));
+}
+
 TEST_F(ProgramTest, EndsInOrderOnEachSignalThatAsksForIt) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         const pid_t process =
@@ -115,7 +128,7 @@ TEST_F(ProgramTest, EndsInOrderOnEachSignalThatAsksForIt) {
 
 TEST_F(ProgramTest, ChecksFilesAndServesNothing) {
     EXPECT_EQ(run({"check", "--namespace", "root/x", "--schema", schema}), 0) << err();
-    EXPECT_EQ(out(), "1 classes, 0 registrations\n");
+    EXPECT_EQ(out(), "1 class, 0 registrations\n");
     EXPECT_EQ(run({"check", "--schema", folder.write("b.mof", "class {")}), 1);
     EXPECT_THAT(err(), HasSubstr("b.mof:1:"));
     const std::string registration =

@@ -134,8 +134,10 @@ TEST_F(TlsStreamTest, StopsInOrder) {
 }
 
 TEST_F(TlsStreamTest, NamesTheFileThatCannotBeUsed) {
-    EXPECT_THAT(refusalOf("/nowhere/cert", key), HasSubstr("certificate /nowhere/cert"));
-    EXPECT_THAT(refusalOf(certificate, "/nowhere/key"), HasSubstr("key /nowhere/key"));
+    EXPECT_THAT(refusalOf("/nowhere/cert", key),
+                HasSubstr("certificate /nowhere/cert: No such file or directory"));
+    EXPECT_THAT(refusalOf(certificate, "/nowhere/key"),
+                HasSubstr("key /nowhere/key: No such file or directory"));
     EXPECT_THAT(refusalOf(key, certificate), HasSubstr("certificate"));
     EXPECT_EQ(refusalOf(certificate, key), "");
 }
