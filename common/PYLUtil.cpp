@@ -28,7 +28,8 @@ CmpiObjectPath localPath(char const* className) {
 
 std::string pciLocation(int domain, int bus, int device, int function) {
     constexpr char const* format = "%04x:%02x:%02d.%d";
-    auto const [ubus, udomain] = std::pair{static_cast<unsigned>(bus), static_cast<unsigned>(domain)};
+    auto const [ubus, udomain] =
+        std::pair{static_cast<unsigned>(bus), static_cast<unsigned>(domain)};
     // A bus, device or function outside the ranges of PCI needs more than the usual 12 characters.
     auto const length = std::snprintf(nullptr, 0, format, udomain, ubus, device, function);
     std::string text(static_cast<std::size_t>(length) + 1, '\0');
@@ -54,13 +55,17 @@ std::string PYLUtil::getHostName() {
     return name.data();
 }
 
-std::string PYLUtil::getScopedConformingProfileName() { return "Base Server"; }
+std::string PYLUtil::getScopedConformingProfileName() {
+    return "Base Server";
+}
 
 void PYLUtil::setBroker(CmpiBroker const& broker) {
     _broker.store(broker.toCMPI(), std::memory_order_relaxed);
 }
 
-CMPIBroker const* PYLUtil::getBroker() { return _broker.load(std::memory_order_relaxed); }
+CMPIBroker const* PYLUtil::getBroker() {
+    return _broker.load(std::memory_order_relaxed);
+}
 
 std::string PYLUtil::getSystemUUID(Logger& log) {
     ComputerSystemMRADataObject data(log);
@@ -87,7 +92,9 @@ CmpiObjectPath PYLUtil::getPCIDevicePath(int domain, int bus, int device, int fu
     return path;
 }
 
-CmpiObjectPath PYLUtil::getChassisPath() { return chassisPath("1"); }
+CmpiObjectPath PYLUtil::getChassisPath() {
+    return chassisPath("1");
+}
 
 CmpiObjectPath PYLUtil::getChassisPath(unsigned int bladeNum) {
     constexpr std::size_t tagLength = 3;

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "tests/common/Failures.h"
+#include "tests/common/NarrowProviders.h"
 #include "tests/common/ProviderOperations.h"
 
 namespace {
@@ -226,39 +227,6 @@ TEST_F(LoggedProviderTest, LogsWhatAMethodDeliversAndPassesItOn) {
                             "information: returned from invokeMethod()"}));
 }
 
-/// Only an instance provider, and only a method provider.
-struct InstancesOnly : CmpiCpp::CmpiInstanceProvider {
-    CMPIBroker* getBroker() override { return nullptr; }
-    void enumInstanceNames(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
-                           CmpiCpp::CmpiObjectPathResult&) override {}
-    void enumInstances(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&, char const**,
-                       CmpiCpp::CmpiInstanceResult&) override {}
-    void getInstance(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&, char const**,
-                     CmpiCpp::CmpiInstanceResult&) override {}
-};
-struct MethodsOnly : CmpiCpp::CmpiMethodProvider {
-    CMPIBroker* getBroker() override { return nullptr; }
-    void invokeMethod(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
-                      CmpiCpp::CmpiName const&, CmpiCpp::CmpiArgs const&,
-                      CmpiCpp::CmpiMethodResult&) override {}
-};
-
-char const* missingInterface(ProviderOperation::Kind kind) {
-    switch (kind) {
-        case ProviderOperation::Kind::instance:
-            return "Not an instance provider";
-        case ProviderOperation::Kind::association:
-            return "Not an association provider";
-        case ProviderOperation::Kind::method:
-            return "Not a method provider";
-        case ProviderOperation::Kind::indication:
-            return "Not an indication provider";
-        case ProviderOperation::Kind::any:
-            break;
-    }
-    return "";
-}
-
 struct LoggedOperation : LoggedProviderBase, testing::TestWithParam<ProviderOperation> {
     ProviderOperation const& operation = GetParam();
 
@@ -349,9 +317,7 @@ TEST_P(LoggedOperation, FailsWhenTheInnerProviderIsOfAnotherKindOrMissing) {
     Lines const expected{
         "information: " + operation.entry,
         "information: " + operation.exception + "CMPI_RC_ERROR_SYSTEM (100): " + message};
-    auto const other = operation.kind == ProviderOperation::Kind::instance
-                           ? wrap(new MethodsOnly)
-                           : wrap(new InstancesOnly);
+    auto const other = wrap(providerOfAnotherKind(operation.kind));
     EXPECT_EQ(outcomeOf([&] { operation.run(*other, request); }), "status 100 " + message);
     EXPECT_EQ(journal.take(), expected);
     auto const none = wrap(nullptr);

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "common/LoggedProvider.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/HostName.h"
 #include "tests/common/InnerProvider.h"
@@ -38,6 +37,18 @@ inline char const** requestProperties() {
     return properties;
 }
 
+/// A provider of all kinds, whichever it is, through its interfaces.
+struct AnyProvider {
+    template <typename Provider>
+    AnyProvider(Provider& provider)  // NOLINT(google-explicit-constructor): stands for the provider
+        : instances(provider), methods(provider), associations(provider), indications(provider) {}
+
+    CmpiCpp::CmpiInstanceProvider& instances;
+    CmpiCpp::CmpiMethodProvider& methods;
+    CmpiCpp::CmpiAssociationProvider& associations;
+    CmpiCpp::CmpiIndicationProvider& indications;
+};
+
 /// One operation of every provider, as a row: its lines, and how the inner provider sees it.
 struct ProviderOperation {
     enum class Kind { instance, association, method, indication, any };
@@ -50,7 +61,7 @@ struct ProviderOperation {
     std::string inner;      ///< the call that the inner provider notes
     std::string exception;  ///< the start of the line for a status
     std::string returned;   ///< the line after, for operations that deliver nothing
-    std::function<void(PYL::LoggedProvider&, Request&)> run;
+    std::function<void(AnyProvider, Request&)> run;
 };
 
 inline void PrintTo(ProviderOperation const& operation, std::ostream* out) {

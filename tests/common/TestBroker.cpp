@@ -28,6 +28,7 @@ TestBroker::TestBroker(Classes const& classes) {
     _scope = std::make_unique<cimhost::CallScope>();
     _functions = *_host->handle()->bft;
     _functions.getInstance = upCall;
+    _functions.invokeMethod = methodCall;
     _broker = *_host->handle();
     _broker.bft = &_functions;
     cimhost::RequestContext request;
@@ -62,6 +63,28 @@ CMPIInstance* TestBroker::upCall(CMPIBroker const* broker, CMPIContext const*,
     } catch (CmpiCpp::CmpiStatus const& refusal) {
         return refuse(refusal.rc(), refusal.what());
     }
+}
+
+CMPIData TestBroker::methodCall(CMPIBroker const* broker, CMPIContext const*,
+                                CMPIObjectPath const* path, char const* method, CMPIArgs const* in,
+                                CMPIArgs*, CMPIStatus* status) {
+    using CmpiCpp::CmpiHandle;
+    CMPIrc rc = CMPI_RC_ERR_METHOD_NOT_FOUND;
+    std::string text = "no such method";
+    try {
+        if (current->onInvokeMethod) {
+            current->onInvokeMethod(
+                CmpiObjectPath(CmpiHandle<CMPIObjectPath>::borrowed(broker, path)), method,
+                CmpiCpp::CmpiArgs(CmpiHandle<CMPIArgs>::borrowed(broker, in)));
+            *status = {CMPI_RC_OK, nullptr};
+            return {};
+        }
+    } catch (CmpiCpp::CmpiStatus const& refusal) {
+        rc = refusal.rc();
+        text = refusal.what();
+    }
+    *status = {rc, broker->eft->newString(broker, text.c_str(), nullptr)};
+    return {};
 }
 
 CmpiObjectPath TestBroker::path(char const* className, std::string const& key) const {

@@ -8,6 +8,7 @@
 
 #include "cimhost/broker/Broker.h"
 #include "cimhost/repository/Repository.h"
+#include "cmpicpp/CmpiArgs.h"
 #include "cmpicpp/CmpiContext.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiObjectPath.h"
@@ -35,6 +36,12 @@ public:
     /// Answers an up-call for an instance; while it is empty, CMPI_RC_ERR_NOT_FOUND.
     std::function<CmpiCpp::CmpiInstance(CmpiCpp::CmpiObjectPath const&)> onGetInstance;
 
+    /// Answers an up-call for a method, with the path and the input arguments; while it is empty,
+    /// CMPI_RC_ERR_METHOD_NOT_FOUND.
+    std::function<void(CmpiCpp::CmpiObjectPath const&, std::string const& method,
+                       CmpiCpp::CmpiArgs const&)>
+        onInvokeMethod;
+
     /// The broker that tests and library use: ours, or another that stands before it.
     CmpiCpp::CmpiBroker broker() const { return CmpiCpp::CmpiBroker(_used); }
     CMPIBroker const* real() const noexcept { return &_broker; }
@@ -54,6 +61,8 @@ private:
 
     static CMPIInstance* upCall(CMPIBroker const*, CMPIContext const*, CMPIObjectPath const*,
                                 char const**, CMPIStatus*);
+    static CMPIData methodCall(CMPIBroker const*, CMPIContext const*, CMPIObjectPath const*,
+                               char const*, CMPIArgs const*, CMPIArgs*, CMPIStatus*);
 
     cimhost::Repository _repository;
     SilentLog _log;

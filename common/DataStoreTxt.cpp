@@ -1,0 +1,296 @@
+#include "common/DataStoreTxt.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <locale>
+#include <sstream>
+#include <string_view>
+
+#include "common/AutoMutex.h"
+#include "common/PYLConstants.h"
+#include "common/StoreRewrite.h"
+#include "common/WordReader.h"
+
+using PYL::AutoMutex;
+using PYL::DataStoreError;
+using PYL::WordReader;
+
+namespace {
+
+// Owner reads and writes. The sticky bit has no effect on a file; it marks the store's own.
+constexpr mode_t storeMode = 01600;
+
+Logger& storeLogger() {
+    static Logger logger = hostedLogger("DataStoreTxt");
+    return logger;
+}
+
+/// A word as C sees it: to its first zero byte. Only a file that is not ours holds one, and a key
+/// that no file can hold whole.
+std::string_view cText(std::string_view word) noexcept {
+    return word.substr(0, word.find('\0'));
+}
+
+std::string record(std::string_view key, std::string_view value) {
+    std::string line;
+    line.append(cText(key)).append(" ").append(cText(value)).append("\r\n");
+    return line;
+}
+
+/// As fopen(3), but for the owner alone and not passed on to children.
+FILE* openStream(std::string const& path, int flags, char const* mode) noexcept {
+    constexpr mode_t ownerOnly = 0600;
+    int const descriptor = ::open(path.c_str(), flags | O_CLOEXEC, ownerOnly);
+    if (descriptor < 0) return nullptr;
+    FILE* const file = fdopen(descriptor, mode);
+    if (file) return file;
+    int const error = errno;
+    ::close(descriptor);
+    errno = error;
+    return nullptr;
+}
+
+std::string errorText(int error) {
+    return std::strerror(error);
+}
+
+template <typename Value>
+std::string decimal(Value value) {
+    std::ostringstream stream;
+    stream.imbue(std::locale::classic());
+    stream << value;
+    return stream.str();
+}
+
+template <typename Value>
+Value parsed(std::string const& stored) {
+    std::istringstream stream(stored);
+    stream.imbue(std::locale::classic());
+    Value value{};
+    stream >> value;
+    return value;
+}
+
+}  // namespace
+
+namespace PYL {
+
+DataStore::~DataStore() = default;
+
+DataStore* makeDataStore(std::string const& name) {
+    return new DataStoreTxt(name);
+}
+
+void setDataStoreLogger(Logger const& log) {
+    storeLogger() = log;
+}
+
+}  // namespace PYL
+
+DataStoreTxt::DataStoreTxt(std::string const& name)
+    : _filename(PYL::PersistentDataDir + name + ".txt"), _log(storeLogger()) {
+    pthread_mutex_init(&_mutex, nullptr);
+    _log.info("cxtor()");
+    _log.info("_filename is %s", _filename);
+    try {
+        _finishRewrite();
+        _open();
+    } catch (...) {
+        pthread_mutex_destroy(&_mutex);
+        throw;
+    }
+}
+
+DataStoreTxt::~DataStoreTxt() {
+    _log.info("dxtor()");
+    if (_textf) std::fclose(_textf);
+    if (_descriptor >= 0) ::close(_descriptor);
+    pthread_mutex_destroy(&_mutex);
+}
+
+void DataStoreTxt::_finishRewrite() {
+    if (PYL::StoreRewrite(_filename).restore())
+        _log.warn("%s was restored after an interrupted removal", _filename);
+    else if (errno != ENOENT)
+        _log.error("%s cannot be restored after an interrupted removal: %s", _filename,
+                   errorText(errno));
+}
+
+void DataStoreTxt::_open() {
+    struct stat facts {};
+    bool const there = stat(_filename.c_str(), &facts) == 0;
+    FILE* const file = there ? openStream(_filename, O_RDWR, "r+")
+                             : openStream(_filename, O_RDWR | O_CREAT | O_TRUNC, "w+");
+    int const error = errno;
+    if (!there && chmod(_filename.c_str(), storeMode) != 0) {
+        int const chmodError = errno;
+        _log.error("file chmod failed!");
+        _log.error("%s", errorText(chmodError));
+    }
+    if (!_use(file)) {
+        _log.error("first fopen() failed!");
+        throw DataStoreError(errorText(file ? errno : error));
+    }
+    _log.info("fopen() success!");
+}
+
+/// Takes the stream over, or none. The descriptor that is read from keeps its number, so that an
+/// exists() that runs meanwhile reads the old file or the new one and never a foreign one.
+bool DataStoreTxt::_use(FILE* file) {
+    int const used = !file             ? -1
+                     : _descriptor < 0 ? fcntl(fileno(file), F_DUPFD_CLOEXEC, 0)
+                                       : dup3(fileno(file), _descriptor, O_CLOEXEC);
+    if (used < 0) {
+        if (file) std::fclose(file);
+        return false;
+    }
+    _descriptor = used;
+    _textf = file;
+    _fileCreated = true;
+    return true;
+}
+
+DataStoreTxt::LookUp DataStoreTxt::_lookUp(std::string const& key, std::string* value,
+                                           long* position) {
+    _log.info("private exists():");
+    auto const wanted = cText(key);
+    WordReader words(_descriptor);
+    for (long at = 0;; at = words.skipSpace()) {
+        if (position) *position = at;
+        auto const word = words.next();
+        if (word.empty()) break;
+        bool const found = cText(word) == wanted;
+        auto const second = words.next();
+        if (words.failed()) break;
+        if (!found) continue;
+        if (value) *value = cText(second);
+        return LookUp::found;
+    }
+    if (!words.failed()) return LookUp::absent;
+    _log.error("%s cannot be read: %s", _filename, errorText(words.error()));
+    return LookUp::unreadable;
+}
+
+bool DataStoreTxt::exists(std::string const& key, std::string* value, long* position) {
+    return _lookUp(key, value, position) == LookUp::found;
+}
+
+bool DataStoreTxt::exists(std::string const& key) {
+    _log.info("public exists():");
+    return _fileCreated && exists(key, nullptr, nullptr);
+}
+
+std::string DataStoreTxt::fetchString(std::string const& key) {
+    _log.info("fetchString():");
+    AutoMutex const lock(_mutex);
+    std::string value;
+    if (!_fileCreated) return value;
+    bool const found = exists(key, &value, nullptr);
+    _log.info(found ? "fetchString() found key in db!" : "fetchString() did not find key in db!");
+    return value;
+}
+
+bool DataStoreTxt::storeString(std::string const& key, std::string const& value) {
+    _log.info("storeString():");
+    AutoMutex const lock(_mutex);
+    if (!_fileCreated) return false;
+    long position = 0;
+    auto const lookUp = _lookUp(key, nullptr, &position);
+    // Appending to a file that could not be read might add a second record with the key.
+    if (lookUp == LookUp::unreadable) return false;
+    if (lookUp == LookUp::absent) {
+        _log.info("storeString() appending new key in db!");
+        position = lseek(_descriptor, 0, SEEK_END);
+    } else {
+        _log.info("storeString() replacing updated key in db!");
+    }
+    if (position < 0 || !PYL::writeAt(_descriptor, record(key, value), position))
+        _log.error("%s cannot be written: %s", _filename, errorText(errno));
+    return true;
+}
+
+std::optional<std::string> DataStoreTxt::_contentWithout(std::string const& key) {
+    auto const dropped = cText(key);
+    std::string content;
+    WordReader words(_descriptor);
+    for (auto word = words.next(); !word.empty(); word = words.next()) {
+        std::string const kept(cText(word));
+        auto const value = words.next();
+        if (kept != dropped) content += record(kept, std::string(value));
+    }
+    if (!words.failed()) return content;
+    _log.error("%s cannot be read: %s", _filename, errorText(words.error()));
+    return std::nullopt;
+}
+
+bool DataStoreTxt::remove(std::string const& key) {
+    _log.info("remove():");
+    AutoMutex const lock(_mutex);
+    if (!_fileCreated) return true;
+    // What could not be read whole must not be written again: the rest would be gone.
+    if (auto const content = _contentWithout(key); content && _rewrite(*content)) _reopen();
+    return false;
+}
+
+/// False when the file could not be opened for it; the store is not usable any more then.
+bool DataStoreTxt::_rewrite(std::string const& content) {
+    PYL::StoreRewrite copy(_filename);
+    bool const kept = copy.keep(content, _descriptor);
+    if (!kept) _log.warn("%s is rewritten without a copy: %s", _filename, errorText(errno));
+
+    _fileCreated = false;
+    std::fclose(std::exchange(_textf, nullptr));
+    FILE* const file = openStream(_filename, O_WRONLY | O_CREAT | O_TRUNC, "w");
+    if (!file) {
+        _log.error("%s cannot be rewritten: %s", _filename, errorText(errno));
+        if (kept) copy.drop();
+        return false;
+    }
+    bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size();
+    int error = errno;
+    if (std::fclose(file) != 0) {
+        if (written) error = errno;
+        written = false;
+    }
+    if (!written) _log.error("%s cannot be rewritten: %s", _filename, errorText(error));
+    if (kept && written) copy.drop();
+    // Where even this fails, the copy stays, and the next store that is made takes it.
+    if (kept && !written) copy.restore();
+    return true;
+}
+
+void DataStoreTxt::_reopen() {
+    FILE* const file = openStream(_filename, O_RDWR, "r+");
+    if (_use(file)) return;
+    int const error = errno;
+    _log.error("_textdb reopen after remove() failed!");
+    throw DataStoreError(errorText(error));
+}
+
+bool DataStoreTxt::storeUint64(std::string const& key, unsigned long value) {
+    return storeString(key, decimal(value));
+}
+
+unsigned long DataStoreTxt::fetchUint64(std::string const& key) {
+    return parsed<unsigned long>(fetchString(key));
+}
+
+bool DataStoreTxt::storeTimeT(std::string const& key, long value) {
+    return storeString(key, decimal(value));
+}
+
+long DataStoreTxt::fetchTimeT(std::string const& key) {
+    return parsed<long>(fetchString(key));
+}
+
+bool DataStoreTxt::storeBool(std::string const& key, bool value) {
+    return storeString(key, decimal(value));
+}
+
+bool DataStoreTxt::fetchBool(std::string const& key) {
+    return parsed<bool>(fetchString(key));
+}

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <pthread.h>
+
+#include <atomic>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "platform/logger/Logger.h"
+#include "pylcommon_export.h"
+
+namespace PYL {
+
+/// Why a store could not be opened, or reopened after a removal.
+class PYL_EXPORT DataStoreError {
+public:
+    explicit DataStoreError(std::string message) : _message(std::move(message)) {}
+
+    std::string const& message() const noexcept { return _message; }
+    char const* what() const noexcept { return _message.c_str(); }
+
+private:
+    std::string _message;
+};
+
+/// A few values that a provider keeps across restarts of the object manager: counters, times,
+/// flags.
+///
+/// Keys and values are single words of at most 1023 bytes without white space. See DataStoreTxt for
+/// what becomes of others, and for what a value must look like to be replaced cleanly.
+class PYL_EXPORT DataStore {
+public:
+    DataStore() = default;
+    DataStore(DataStore const&) = delete;
+    DataStore& operator=(DataStore const&) = delete;
+    virtual ~DataStore();
+
+    /// Sets the value of a key. False when the store is not usable or could not be read.
+    virtual bool storeString(std::string const& key, std::string const& value) = 0;
+    /// The value of a key; empty when there is none or the store is not usable.
+    virtual std::string fetchString(std::string const& key) = 0;
+    /// Drops all records with this key. Does not say whether there were any: the result is false
+    /// after a removal, and true only of a store that is not usable.
+    virtual bool remove(std::string const& key) = 0;
+    /// Whether there is a record with this key; false when the store is not usable.
+    virtual bool exists(std::string const& key) = 0;
+
+    // The same for numbers, times in seconds since 1970, and flags, as decimal text. A missing key
+    // and a text that is no number read 0 or false.
+    virtual bool storeUint64(std::string const& key, unsigned long value) = 0;
+    virtual unsigned long fetchUint64(std::string const& key) = 0;
+    virtual bool storeTimeT(std::string const& key, long value) = 0;
+    virtual long fetchTimeT(std::string const& key) = 0;
+    virtual bool storeBool(std::string const& key, bool value) = 0;
+    virtual bool fetchBool(std::string const& key) = 0;
+};
+
+/// The store "/etc/cim/<name>.txt". The caller owns and deletes it. Throws DataStoreError when the
+/// file can neither be opened nor created.
+PYL_EXPORT DataStore* makeDataStore(std::string const& name);
+
+/// Where stores that are made from now on write their lines; until then, where hostedLogger() does.
+/// Not to be called while another thread makes a store.
+PYL_EXPORT void setDataStoreLogger(Logger const& log);
+
+}  // namespace PYL
+
+/// A store in one text file: a line a record, "key value\r\n".
+///
+/// A value is replaced in place, byte for byte, and the rest of the file does not move: a value of
+/// another length damages what stands behind it. Values that are updated are to have one length
+/// (flags, numbers with leading zeros). docs/data-store.md says exactly what can be lost, and how.
+///
+/// Every operation reads the file afresh, so what other processes wrote is seen; nothing
+/// coordinates them. Threads: one store may be used from several; exists() alone does not wait for
+/// the others. A failing write is a line in the log and otherwise reported as success.
+class PYL_EXPORT DataStoreTxt : public PYL::DataStore {
+public:
+    explicit DataStoreTxt(std::string const& name);
+    ~DataStoreTxt() override;
+
+    bool storeString(std::string const& key, std::string const& value) override;
+    std::string fetchString(std::string const& key) override;
+    bool remove(std::string const& key) override;
+    bool exists(std::string const& key) override;
+    bool storeUint64(std::string const& key, unsigned long value) override;
+    unsigned long fetchUint64(std::string const& key) override;
+    bool storeTimeT(std::string const& key, long value) override;
+    long fetchTimeT(std::string const& key) override;
+    bool storeBool(std::string const& key, bool value) override;
+    bool fetchBool(std::string const& key) override;
+
+protected:
+    /// The first record with this key: its value, and the offset of its line. Both may be null. For
+    /// callers that hold the lock.
+    bool exists(std::string const& key, std::string* value, long* position);
+
+    pthread_mutex_t _mutex;
+    std::string _filename;
+    std::atomic<bool> _fileCreated{false};  ///< the file is open and usable
+    FILE* _textf = nullptr;
+
+private:
+    enum class LookUp { found, absent, unreadable };
+
+    LookUp _lookUp(std::string const& key, std::string* value, long* position);
+    void _finishRewrite();
+    void _open();
+    bool _use(FILE* file);
+    std::optional<std::string> _contentWithout(std::string const& key);
+    bool _rewrite(std::string const& content);
+    void _reopen();
+
+    Logger _log;
+    int _descriptor =
+        -1;  ///< of _textf, under one number for life: exists() reads it without the lock
+};

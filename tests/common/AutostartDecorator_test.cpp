@@ -1,0 +1,311 @@
+#include "common/AutostartDecorator.h"
+
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "common/PYLUtil.h"
+#include "tests/common/Failures.h"
+#include "tests/common/NarrowProviders.h"
+#include "tests/common/ProviderOperations.h"
+#include "tests/common/Things.h"
+
+namespace {
+
+using CmpiCpp::CmpiBroker;
+using CmpiCpp::CmpiProvider;
+using PYL::AutostartDecorator;
+
+/// What the factory gives: each product once, then nothing.
+struct Starts {
+    std::vector<CmpiProvider*> products;
+    void (*raise)() = nullptr;
+    std::atomic<int> count{0};
+    CmpiBroker const* broker = nullptr;
+    Logger* logger = nullptr;
+} starts;
+
+CmpiProvider* start(CmpiBroker const& broker, Logger& logger) {
+    starts.broker = &broker;
+    starts.logger = &logger;
+    auto const number = static_cast<std::size_t>(starts.count++);
+    if (starts.raise) starts.raise();
+    return number < starts.products.size() ? starts.products[number] : nullptr;
+}
+
+struct AutostartBase {
+    TestBroker host;
+    JournalLog log;
+    Journal& journal = *log.journal;
+    CmpiBroker broker = host.broker();
+    Request request{host, journal};
+    Calls worker;
+    std::string const workerKey = "worker";
+
+    AutostartBase() {
+        worker.onCall = [this](std::string const& call) { journal.note(call); };
+        worker.onDelete = [this] { journal.note("worker deleted"); };
+    }
+    ~AutostartBase() {
+        starts.products.clear();
+        starts.raise = nullptr;
+        starts.count = 0;
+    }
+
+    /// A decorator with a worker instance of the class PYL_SpecialThing.
+    std::unique_ptr<AutostartDecorator> make(std::vector<CmpiProvider*> products) {
+        starts.products = std::move(products);
+        auto decorator = std::make_unique<AutostartDecorator>(
+            broker, log.logger, new Thing(host, worker, workerPath()), start);
+        journal.take();
+        return decorator;
+    }
+    CmpiCpp::CmpiObjectPath workerPath() const { return host.path("PYL_SpecialThing", workerKey); }
+    InnerProvider* inner() { return new InnerProvider(host, journal); }
+};
+
+struct AutostartDecoratorTest : AutostartBase, testing::Test {};
+
+constexpr char const* workerText = "//server-1/root/ktq:PYL_SpecialThing.Id=\"worker\"";
+
+TEST_F(AutostartDecoratorTest, RecordsTheBrokerAndStartsNothing) {
+    PYL::PYLUtil::setBroker(CmpiBroker(nullptr));
+    auto const decorator = make({});
+    EXPECT_EQ(PYL::PYLUtil::getBroker(), broker.toCMPI());
+    EXPECT_EQ(starts.count, 0);
+    EXPECT_EQ(journal.take(), Lines{});
+}
+
+TEST_F(AutostartDecoratorTest, NamesTheWorkerInstanceWithoutAStart) {
+    auto const decorator = make({});
+    decorator->enumInstanceNames(request.context, workerPath(), request.paths);
+    EXPECT_EQ(journal.take(), (Lines{"getClassName worker", "getPath worker",
+                                     std::string("delivered ") + workerText}));
+    EXPECT_EQ(starts.count, 0);
+    EXPECT_EQ(decorator->unloadOK(request.context), 1);
+}
+
+TEST_F(AutostartDecoratorTest, ComparesTheClassWithoutRegardToCaseAndNamespace) {
+    auto const decorator = make({});
+    auto const path = host.path("root/other", "pyl_specialTHING", "x", "elsewhere");
+    decorator->enumInstanceNames(request.context, path, request.paths);
+    EXPECT_EQ(journal.take().back(), std::string("delivered ") + workerText);
+    EXPECT_EQ(starts.count, 0);
+}
+
+TEST_F(AutostartDecoratorTest, EnumeratesTheWorkerInstanceWhole) {
+    auto const decorator = make({});
+    decorator->enumInstances(request.context, workerPath(), requestProperties(), request.instances);
+    EXPECT_EQ(journal.take(),
+              (Lines{"getClassName worker", "getInstance worker",
+                     std::string("delivered instance of PYL_SpecialThing {Id = \"worker\";} at ") +
+                         workerText}));
+    EXPECT_EQ(starts.count, 0);
+}
+
+TEST_F(AutostartDecoratorTest, GetsTheWorkerInstanceWhateverHostItIsAskedFor) {
+    auto const decorator = make({});
+    for (auto const* name : {"server-1", "elsewhere", ""}) {
+        decorator->getInstance(request.context,
+                               host.path("root/ktq", "PYL_SpecialThing", workerKey, name), nullptr,
+                               request.instances);
+        EXPECT_EQ(
+            journal.take(),
+            (Lines{"getPath worker", "getInstance worker",
+                   std::string("delivered instance of PYL_SpecialThing {Id = \"worker\";} at ") +
+                       workerText}));
+    }
+    EXPECT_EQ(starts.count, 0);
+}
+
+TEST_F(AutostartDecoratorTest, SendsOtherKeysOfTheWorkersClassToTheInnerProviderAsTheyCame) {
+    auto const decorator = make({inner()});
+    auto const path = host.path("root/ktq", "PYL_SpecialThing", "another", "elsewhere");
+    decorator->getInstance(request.context, path, nullptr, request.instances);
+    EXPECT_EQ(journal.take(), (Lines{"getPath worker",
+                                     "inner getInstance //elsewhere/root/ktq:PYL_SpecialThing"
+                                     ".Id=\"another\" no list"}));
+    EXPECT_EQ(starts.count, 1);
+}
+
+TEST_F(AutostartDecoratorTest, SendsMethodsOfTheWorkerInstanceToTheInnerProvider) {
+    auto const decorator = make({inner()});
+    decorator->invokeMethod(request.context, workerPath(), PYL::WorkerMethodName, request.arguments,
+                            request.method);
+    EXPECT_EQ(journal.take(),
+              Lines{std::string("inner invokeMethod ") + workerText + " PerformWork 0"});
+}
+
+TEST_F(AutostartDecoratorTest, GivesTheFactoryItsOwnCopies) {
+    auto const decorator = make({inner()});
+    decorator->enableIndications(request.context);
+    EXPECT_NE(starts.broker, &broker);
+    EXPECT_EQ(starts.broker->toCMPI(), broker.toCMPI());
+    EXPECT_NE(starts.logger, &log.logger);
+    EXPECT_EQ(starts.logger->logSource(), log.logger.logSource());
+}
+
+TEST_F(AutostartDecoratorTest, StartsOnce) {
+    auto const decorator = make({inner()});
+    decorator->enableIndications(request.context);
+    decorator->disableIndications(request.context);
+    EXPECT_EQ(starts.count, 1);
+}
+
+TEST_F(AutostartDecoratorTest, ServesTheWorkerInstanceItselfAfterTheStartToo) {
+    auto const decorator = make({inner()});
+    decorator->enableIndications(request.context);
+    journal.take();
+    decorator->enumInstanceNames(request.context, workerPath(), request.paths);
+    EXPECT_EQ(journal.take().back(), std::string("delivered ") + workerText);
+}
+
+TEST_F(AutostartDecoratorTest, TriesAgainAfterAStartThatGaveNothing) {
+    auto const decorator = make({nullptr, inner()});
+    EXPECT_EQ(outcomeOf([&] { decorator->enableIndications(request.context); }),
+              "status 100 Unable to start provider");
+    EXPECT_EQ(journal.take(), Lines{"error: Unable to start provider"});
+    EXPECT_EQ(decorator->unloadOK(request.context), 1);
+    decorator->enableIndications(request.context);
+    EXPECT_EQ(journal.take(), Lines{"inner enableIndications"});
+}
+
+TEST_F(AutostartDecoratorTest, PassesOnWhatTheFactoryThrowsAndTriesAgain) {
+    for (auto const& failure : allFailures()) {
+        starts.count = 0;
+        auto const decorator = make({nullptr, inner()});
+        starts.raise = failure.raise;
+        EXPECT_EQ(outcomeOf([&] { decorator->enableIndications(request.context); }), failure.name);
+        EXPECT_EQ(journal.take(), Lines{});
+        EXPECT_EQ(decorator->unloadOK(request.context), 1);
+        starts.raise = nullptr;
+        decorator->enableIndications(request.context);
+        EXPECT_EQ(journal.take(), Lines{"inner enableIndications"});
+    }
+}
+
+TEST_F(AutostartDecoratorTest, PassesOnWhatTheWorkerInstanceThrows) {
+    auto const decorator = make({});
+    worker.onCall = [](std::string const&) {
+        throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, "worn");
+    };
+    EXPECT_EQ(outcomeOf([&] {
+                  decorator->enumInstanceNames(request.context, workerPath(), request.paths);
+              }),
+              "status 1 worn");
+    EXPECT_EQ(starts.count, 0);
+}
+
+TEST_F(AutostartDecoratorTest, CleansNothingUpBeforeTheStart) {
+    auto const decorator = make({});
+    decorator->cleanup(request.context, true);
+    EXPECT_EQ(starts.count, 0);
+    EXPECT_EQ(journal.take(), Lines{});
+}
+
+TEST_F(AutostartDecoratorTest, AsksTheInnerProviderWhetherToUnload) {
+    auto* const product = inner();
+    auto const decorator = make({product});
+    decorator->enableIndications(request.context);
+    for (int const answer : {0, 1, 2}) {
+        product->unloadAnswer = answer;
+        EXPECT_EQ(decorator->unloadOK(request.context), answer);
+    }
+}
+
+TEST_F(AutostartDecoratorTest, AnswersWithTheRecordedBroker) {
+    auto const decorator = make({});
+    CMPIBroker other{};
+    PYL::PYLUtil::setBroker(CmpiBroker(&other));
+    EXPECT_EQ(decorator->getBroker(), &other);
+    EXPECT_EQ(starts.count, 0);
+}
+
+TEST_F(AutostartDecoratorTest, DeletesTheWorkerInstanceBeforeTheInnerProvider) {
+    auto decorator = make({inner()});
+    decorator->enableIndications(request.context);
+    journal.take();
+    decorator.reset();
+    EXPECT_EQ(journal.take(), (Lines{"worker deleted", "inner deleted"}));
+    make({}).reset();
+    EXPECT_EQ(journal.take(), Lines{"worker deleted"});
+}
+
+TEST_F(AutostartDecoratorTest, StartsOnceForConcurrentFirstRequests) {
+    for (int round = 0; round < 20; ++round) {
+        starts.count = 0;
+        auto const decorator = make({inner(), nullptr});
+        std::atomic<bool> go{false};
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 8; ++i)
+            threads.emplace_back([&] {
+                while (!go) std::this_thread::yield();
+                decorator->enableIndications(request.context);
+                decorator->unloadOK(request.context);
+            });
+        go = true;
+        threads.clear();
+        EXPECT_EQ(starts.count, 1);
+        journal.take();
+    }
+}
+
+struct AutostartOperation : AutostartBase, testing::TestWithParam<ProviderOperation> {
+    ProviderOperation const& operation = GetParam();
+    bool starts_() const { return operation.kind != ProviderOperation::Kind::any; }
+    void run(AutostartDecorator& decorator) { operation.run(decorator, request); }
+    /// What the inner provider and the sinks note; the worker instance is asked first by some.
+    Lines takeInner() {
+        auto lines = journal.take();
+        std::erase_if(lines, [](auto const& line) { return line.ends_with(" worker"); });
+        return lines;
+    }
+};
+
+TEST_P(AutostartOperation, ForwardsToTheInnerProviderThatItStarts) {
+    auto* const product = inner();
+    auto const decorator = make({product});
+    decorator->enableIndications(request.context);
+    journal.take();
+    run(*decorator);
+    EXPECT_EQ(takeInner(), Lines{"inner " + operation.inner});
+    EXPECT_EQ(product->context, &request.context);
+    if (product->path) {
+        EXPECT_EQ(product->path, &request.path);
+    }
+    EXPECT_EQ(starts.count, 1);
+}
+
+TEST_P(AutostartOperation, StartsWhatItNeeds) {
+    auto* const product = inner();
+    auto const decorator = make({product});
+    run(*decorator);
+    EXPECT_EQ(starts.count, starts_() ? 1 : 0);
+    if (!starts_()) delete product;
+}
+
+TEST_P(AutostartOperation, PassesOnWhatTheInnerProviderThrowsAndLogsNothing) {
+    auto* const product = inner();
+    auto const decorator = make({product});
+    decorator->enableIndications(request.context);
+    for (auto const& failure : allFailures()) {
+        product->onCall = failure.raise;
+        journal.take();
+        EXPECT_EQ(outcomeOf([&] { run(*decorator); }), failure.name);
+        EXPECT_EQ(takeInner(), Lines{"inner " + operation.inner});
+    }
+}
+
+TEST_P(AutostartOperation, FailsWhenTheInnerProviderIsOfAnotherKind) {
+    if (!starts_()) return;
+    auto const decorator = make({providerOfAnotherKind(operation.kind)});
+    EXPECT_EQ(outcomeOf([&] { run(*decorator); }),
+              std::string("status 100 ") + missingInterface(operation.kind));
+    EXPECT_EQ(takeInner(), Lines{});
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, AutostartOperation, testing::ValuesIn(providerOperations()),
+                         [](auto const& row) { return row.param.name; });
+
+}  // namespace

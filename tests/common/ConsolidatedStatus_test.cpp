@@ -1,0 +1,229 @@
+// PYLUtil::postStatus, from the group's instance to the call that arrives.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "common/PYLUtil.h"
+#include "platform/smbios/SmBios.h"
+#include "tests/common/Allocations.h"
+#include "tests/common/Failures.h"
+#include "tests/common/FreshProcess.h"
+#include "tests/common/Journal.h"
+#include "tests/common/QuietResults.h"
+#include "tests/common/TestBroker.h"
+#include "tests/platform/smbios/SmbiosImage.h"
+#include "tests/support/FaultyBroker.h"
+
+namespace {
+
+using CmpiCpp::CmpiArgs;
+using CmpiCpp::CmpiArray;
+using CmpiCpp::CmpiInstance;
+using CmpiCpp::CmpiObjectPath;
+using CmpiCpp::CmpiValue;
+using PYL::PYLUtil;
+using testsupport::FaultyBroker;
+
+constexpr char const* property = "GroupOperationalStatus";
+
+struct PostStatus : testing::Test {
+    TestBroker host;
+    JournalLog log;
+    CmpiInstance group = CmpiCpp::makeCmpiInstance(host.broker(), host.path("PYL_Thing", "group"));
+
+    PostStatus() {
+        // A scan that fails: what the first good one says is kept for the rest of the process.
+        SmBios::setSource(std::make_shared<SmbiosMemory>(Bytes()));
+        host.onInvokeMethod = [this](CmpiObjectPath const& path, std::string const& method,
+                                     CmpiArgs const& in) {
+            log.journal->note("call " + method + " of " + path.str());
+            for (unsigned i = 0; i < in.getArgCount(); ++i) {
+                auto const [name, value] = in.getArgAt(i);
+                log.journal->note(name.str() + " = " +
+                                  CmpiCpp::CmpiData::typeToString(value.getType()) + " " +
+                                  value.str());
+            }
+        };
+    }
+    ~PostStatus() override { SmBios::setSource(nullptr); }
+
+    static void dumpIs(std::string const& name) {
+        SmBios::setSource(std::make_shared<SmbiosDumpFile>(dumpPath(name)));
+    }
+    CmpiArray statuses(std::vector<unsigned short> const& values) const {
+        auto array = CmpiCpp::makeCmpiArray(host.broker(), static_cast<unsigned>(values.size()),
+                                            CMPI_uint16);
+        for (unsigned i = 0; i < values.size(); ++i) array.setElementAt(i, values[i]);
+        return array;
+    }
+    void post() { PYLUtil::postStatus(log.logger, host.context(), group); }
+    /// What was logged and called, without what the look at the server's kind says.
+    Lines taken() {
+        auto lines = log.journal->take();
+        std::erase_if(lines, [](auto const& line) { return line.find("SMB") != line.npos; });
+        return lines;
+    }
+    static Lines callWith(int status) {
+        return {"call PostStatus of /root/ktq:PYL_ComputerSystem",
+                "ClassName = string \"PYL_Thing\"", "Status = uint16 " + std::to_string(status)};
+    }
+};
+
+TEST_F(PostStatus, CallsTheComputerSystemWithClassAndStatus) {
+    group.setProperty(property, statuses({6}));
+    post();
+    EXPECT_EQ(taken(), callWith(6));
+}
+
+TEST_F(PostStatus, PostsTheFirstOfSeveralStatuses) {
+    group.setProperty(property, statuses({2, 6, 7}));
+    post();
+    EXPECT_EQ(taken(), callWith(2));
+}
+
+TEST_F(PostStatus, PostsAnUndefinedStatusAsUnknown) {
+    for (int const value : {0, 19, 0x8000, 0xFFFF}) {
+        group.setProperty(property, statuses({static_cast<unsigned short>(value)}));
+        post();
+        EXPECT_EQ(taken(), callWith(0)) << value;
+    }
+}
+
+TEST_F(PostStatus, SaysThatThereIsNoStatus) {
+    post();
+    EXPECT_EQ(taken(), Lines{"error: GroupOperationalStatus not found in collection in "
+                             "PYLUtil::postStatus()"});
+}
+
+TEST_F(PostStatus, SaysThatTheStatusHasAnotherType) {
+    auto const numbers = CmpiCpp::makeCmpiArray(host.broker(), 1, CMPI_uint32);
+    for (auto const& value :
+         {CmpiValue(static_cast<unsigned short>(2)), CmpiValue("OK"), CmpiValue(numbers)}) {
+        group.setProperty(property, value);
+        post();
+        EXPECT_EQ(taken(),
+                  Lines{"error: Bad type for GroupOperationalStatus in PYLUtil::postStatus()"});
+    }
+}
+
+TEST_F(PostStatus, SaysThatThereAreNoElements) {
+    group.setProperty(property, statuses({}));
+    post();
+    EXPECT_EQ(taken(),
+              Lines{"error: No elements in GroupOperationalStatus in PYLUtil::postStatus()"});
+}
+
+TEST_F(PostStatus, ThrowsOnWhatAnElementWithoutAValueIs) {
+    group.setProperty(property, CmpiCpp::makeCmpiArray(host.broker(), 1, CMPI_uint16));
+    EXPECT_TRUE(outcomeOf([&] { post(); }).starts_with("status "));
+    EXPECT_EQ(taken(), Lines{});
+}
+
+TEST_F(PostStatus, IgnoresWhatTheMethodAnswers) {
+    group.setProperty(property, statuses({2}));
+    host.onInvokeMethod = [](auto const&, auto const&, auto const&) {
+        throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_ACCESS_DENIED, "100%s not yours");
+    };
+    post();
+    EXPECT_EQ(taken(), Lines{"information: ignoring exception thrown in invokeMethod() upcall in "
+                             "PYLUtil::postStatus(): CMPI_RC_ERR_ACCESS_DENIED (2): 100%s not "
+                             "yours"});
+}
+
+TEST_F(PostStatus, ReadsNothingOnAServerThatIsManagedWithoutAgents) {
+    inFreshProcess([this] {
+        dumpIs("wavek");
+        group = CmpiInstance();
+        post();
+        EXPECT_EQ(taken(), Lines{"information: skipping post as server is agentless in "
+                                 "PYLUtil::postStatus()"});
+    });
+}
+
+struct PostStatusFaults : PostStatus {
+    FaultyBroker faulty{host.real()};
+
+    PostStatusFaults() {
+        host.use(faulty.handle());
+        group = CmpiCpp::makeCmpiInstance(host.broker(), host.path("PYL_Thing", "group"));
+        group.setProperty(property, statuses({2}));
+        host.onInvokeMethod = [](auto const&, auto const&, auto const&) {};
+    }
+    std::string run() {
+        cimhost::CallScope const scope;
+        return outcomeOf([&] { post(); });
+    }
+};
+
+TEST_F(PostStatusFaults, OfTheReadingAreThrownOnUnlessThePropertyIsMissing) {
+    for (int code = 1; code <= 20; ++code) {
+        faulty.failFrom("CMPIInstanceFT.getProperty", 1, FaultyBroker::Fault::status,
+                        static_cast<CMPIrc>(code));
+        bool const missing = code == CMPI_RC_ERR_NOT_FOUND || code == CMPI_RC_ERR_NO_SUCH_PROPERTY;
+        auto const outcome = run();
+        if (missing)
+            EXPECT_EQ(outcome, "none");
+        else
+            EXPECT_TRUE(outcome.starts_with("status " + std::to_string(code))) << outcome;
+        EXPECT_EQ(taken().size(), missing ? 1U : 0U) << code;
+        EXPECT_EQ(faulty.calls("CMPIBrokerFT.invokeMethod"), 0U);
+    }
+    faulty.failFrom("CMPIArrayFT.getElementAt", 1, FaultyBroker::Fault::status,
+                    CMPI_RC_ERR_NO_SUCH_PROPERTY);
+    EXPECT_TRUE(run().starts_with("status 12"));
+}
+
+TEST_F(PostStatusFaults, OfEverySlotAreThrownOrLogged) {
+    for (auto const& slot : FaultyBroker::slots()) {
+        faulty.heal();
+        ASSERT_EQ(run(), "none");
+        auto const count = faulty.calls(slot);
+        for (auto const fault : {FaultyBroker::Fault::status, FaultyBroker::Fault::null,
+                                 FaultyBroker::Fault::wrongType})
+            for (unsigned nth = 1; nth <= count; ++nth) {
+                taken();
+                faulty.failCall(slot, nth, fault);
+                auto const outcome = run();
+                bool const read = faulty.calls("CMPIBrokerEncFT.newArgs") > 0;
+                bool const isReading =
+                    slot == "CMPIInstanceFT.getProperty" || slot.starts_with("CMPIArrayFT.");
+                EXPECT_TRUE(outcome == "none" || (isReading && !read)) << slot << ": " << outcome;
+                EXPECT_TRUE(faulty.hasFailed()) << slot;
+            }
+    }
+}
+
+TEST_F(PostStatusFaults, OfTheInvocationAreALineInTheLog) {
+    for (auto const* slot : {"CMPIBrokerEncFT.newObjectPath", "CMPIBrokerEncFT.newArgs",
+                             "CMPIArgsFT.addArg", "CMPIBrokerFT.invokeMethod"}) {
+        faulty.failCall(slot, 1, FaultyBroker::Fault::status);
+        EXPECT_EQ(run(), "none");
+        auto const lines = taken();
+        ASSERT_EQ(lines.size(), 1U) << slot;
+        EXPECT_TRUE(
+            lines[0].starts_with("information: ignoring exception thrown in "
+                                 "invokeMethod() upcall in PYLUtil::postStatus(): "))
+            << lines[0];
+    }
+}
+
+TEST_F(PostStatusFaults, OfMemoryAreExceptions) {
+    auto quiet = silentLogger();
+    for (bool const forever : {false, true})
+        for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
+            auto const outcome = outcomeOf([&] {
+                FailingAllocation const failing(nth, forever);
+                cimhost::CallScope const scope;
+                PYLUtil::postStatus(quiet, host.context(), group);
+            });
+            EXPECT_TRUE(outcome == "none" || outcome == "bad_alloc" ||
+                        outcome.starts_with("status "))
+                << outcome;
+            ASSERT_LT(nth, 5000);
+        }
+    EXPECT_EQ(run(), "none");
+}
+
+}  // namespace

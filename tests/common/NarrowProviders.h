@@ -1,0 +1,45 @@
+#pragma once
+
+#include "cmpicpp/CmpiInstanceProvider.h"
+#include "cmpicpp/CmpiMethodProvider.h"
+#include "tests/common/ProviderOperations.h"
+
+/// Only an instance provider, and only a method provider.
+struct InstancesOnly : CmpiCpp::CmpiInstanceProvider {
+    CMPIBroker* getBroker() override { return nullptr; }
+    void enumInstanceNames(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
+                           CmpiCpp::CmpiObjectPathResult&) override {}
+    void enumInstances(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&, char const**,
+                       CmpiCpp::CmpiInstanceResult&) override {}
+    void getInstance(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&, char const**,
+                     CmpiCpp::CmpiInstanceResult&) override {}
+};
+struct MethodsOnly : CmpiCpp::CmpiMethodProvider {
+    CMPIBroker* getBroker() override { return nullptr; }
+    void invokeMethod(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
+                      CmpiCpp::CmpiName const&, CmpiCpp::CmpiArgs const&,
+                      CmpiCpp::CmpiMethodResult&) override {}
+};
+
+/// What a request of this kind says to a provider that is not of it.
+inline char const* missingInterface(ProviderOperation::Kind kind) {
+    switch (kind) {
+        case ProviderOperation::Kind::instance:
+            return "Not an instance provider";
+        case ProviderOperation::Kind::association:
+            return "Not an association provider";
+        case ProviderOperation::Kind::method:
+            return "Not a method provider";
+        case ProviderOperation::Kind::indication:
+            return "Not an indication provider";
+        case ProviderOperation::Kind::any:
+            break;
+    }
+    return "";
+}
+
+/// A provider that has not the interface for requests of this kind. The caller owns it.
+inline CmpiCpp::CmpiProvider* providerOfAnotherKind(ProviderOperation::Kind kind) {
+    if (kind == ProviderOperation::Kind::instance) return new MethodsOnly;
+    return new InstancesOnly;
+}

@@ -1,0 +1,227 @@
+#include "common/PerfmonDecorator.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
+
+#include "tests/common/Failures.h"
+#include "tests/common/NarrowProviders.h"
+#include "tests/common/ProviderOperations.h"
+
+namespace {
+
+using CmpiCpp::CmpiBroker;
+using CmpiCpp::CmpiProvider;
+using PYL::PerfmonDecorator;
+using testing::ElementsAre;
+using testing::MatchesRegex;
+
+/// What the factories below make or throw, and what they were given.
+struct Construction {
+    CmpiProvider* product = nullptr;
+    void (*raise)() = nullptr;
+    CmpiBroker const* broker = nullptr;
+    Logger* logger = nullptr;
+    CMPIContext const* context = nullptr;
+} construction;
+
+CmpiProvider* make(CmpiBroker const& broker, Logger& logger) {
+    construction.broker = &broker;
+    construction.logger = &logger;
+    logger.info("in the factory");
+    if (construction.raise) construction.raise();
+    return construction.product;
+}
+
+CmpiProvider* makeWithContext(CmpiBroker const& broker, Logger& logger,
+                              CMPIContext const* context) {
+    construction.context = context;
+    return make(broker, logger);
+}
+
+/// The line of an operation, however long it took.
+auto timed(std::string const& operation) {
+    return MatchesRegex("information: " + operation + " completed in [0-9]+\\.[0-9][0-9]s");
+}
+
+struct PerfmonBase {
+    TestBroker host;
+    JournalLog log;
+    Journal& journal = *log.journal;
+    CmpiBroker broker = host.broker();
+    Request request{host, journal};
+
+    ~PerfmonBase() { construction = {}; }
+
+    std::unique_ptr<PerfmonDecorator> wrap(CmpiProvider* provider) {
+        construction.product = provider;
+        auto wrapped = std::make_unique<PerfmonDecorator>(broker, log.logger, make);
+        journal.take();
+        return wrapped;
+    }
+    InnerProvider* inner() { return new InnerProvider(host, journal); }
+};
+
+struct PerfmonDecoratorTest : PerfmonBase, testing::Test {};
+
+TEST_F(PerfmonDecoratorTest, TimesConstructionAndDestruction) {
+    construction.product = inner();
+    {
+        PerfmonDecorator const provider(broker, log.logger, make);
+        EXPECT_EQ(construction.broker, &broker);
+        EXPECT_EQ(construction.logger, &log.logger);
+        EXPECT_THAT(journal.take(),
+                    ElementsAre("information: in the factory", timed("constructor")));
+    }
+    EXPECT_THAT(journal.take(), ElementsAre("inner deleted", timed("destructor")));
+}
+
+TEST_F(PerfmonDecoratorTest, HandsTheRawContextToTheFactoryThatTakesOne) {
+    PerfmonDecorator const provider(broker, log.logger, makeWithContext, request.context.toCMPI());
+    EXPECT_EQ(construction.context, request.context.toCMPI());
+    EXPECT_EQ(construction.broker, &broker);
+    EXPECT_EQ(construction.logger, &log.logger);
+    EXPECT_THAT(journal.take(), ElementsAre("information: in the factory", timed("constructor")));
+}
+
+TEST_F(PerfmonDecoratorTest, TimesAConstructionThatFails) {
+    for (auto const& failure : allFailures()) {
+        construction.raise = failure.raise;
+        EXPECT_EQ(outcomeOf([&] { PerfmonDecorator(broker, log.logger, make); }), failure.name);
+        EXPECT_THAT(journal.take(),
+                    ElementsAre("information: in the factory", timed("constructor")));
+        EXPECT_EQ(
+            outcomeOf([&] { PerfmonDecorator(broker, log.logger, makeWithContext, nullptr); }),
+            failure.name);
+        EXPECT_THAT(journal.take(),
+                    ElementsAre("information: in the factory", timed("constructor")));
+    }
+}
+
+TEST_F(PerfmonDecoratorTest, LogsUnderItsOwnSource) {
+    class Sources : public LogSink {
+    public:
+        void write(LogLevel, std::string_view source, std::string_view) noexcept override {
+            last = source;
+        }
+        std::string last;
+    };
+    auto const sources = std::make_shared<Sources>();
+    Logger logger("PYL_Fan", sources);
+    construction.product = inner();
+    PerfmonDecorator provider(broker, logger, make);
+    EXPECT_EQ(sources->last, "PYL_Fan:perfmon");
+    EXPECT_EQ(logger.logSource(), "PYL_Fan");
+}
+
+TEST_F(PerfmonDecoratorTest, AnswersWithTheBrokerItWasMadeWithAndDoesNotTimeThat) {
+    auto const provider = wrap(nullptr);
+    EXPECT_EQ(provider->getBroker(), host.broker().toRawCMPI());
+    EXPECT_EQ(journal.take(), Lines{});
+}
+
+TEST_F(PerfmonDecoratorTest, PassesTheAnswerToUnloadOn) {
+    auto* const product = inner();
+    auto const provider = wrap(product);
+    for (int const answer : {0, 1, 2, 77}) {
+        product->unloadAnswer = answer;
+        EXPECT_EQ(provider->unloadOK(request.context), answer);
+    }
+}
+
+TEST_F(PerfmonDecoratorTest, LivesWithoutAnInnerProvider) {
+    auto const provider = wrap(nullptr);
+    EXPECT_EQ(provider->unloadOK(request.context), 0);
+    provider->cleanup(request.context, true);
+    EXPECT_THAT(journal.take(), ElementsAre(timed("unloadOK"), timed("cleanup")));
+}
+
+/// Gives the arithmetic readings of its own.
+class Clockwork : public PerfmonDecorator {
+public:
+    using PerfmonDecorator::PerfmonDecorator;
+    void log(timeval start, timeval end) { _logTimeTaken("work", &start, &end); }
+};
+
+struct PerfmonArithmetic : PerfmonDecoratorTest {
+    Clockwork clockwork{broker, log.logger, make};
+    std::string taken(timeval start, timeval end) {
+        journal.take();
+        clockwork.log(start, end);
+        auto const lines = journal.take();
+        std::string const prefix = "information: work completed in ";
+        EXPECT_EQ(lines.size(), 1U);
+        EXPECT_TRUE(lines[0].starts_with(prefix)) << lines[0];
+        return lines[0].substr(prefix.size());
+    }
+};
+
+TEST_F(PerfmonArithmetic, CutsHundredthsAndDoesNotRound) {
+    EXPECT_EQ(taken({5, 0}, {5, 4'000}), "0.00s");
+    EXPECT_EQ(taken({5, 0}, {5, 9'999}), "0.00s");
+    EXPECT_EQ(taken({5, 0}, {5, 10'000}), "0.01s");
+    EXPECT_EQ(taken({5, 0}, {5, 999'999}), "0.99s");
+    EXPECT_EQ(taken({5, 7}, {5, 7}), "0.00s");
+}
+
+TEST_F(PerfmonArithmetic, KeepsTheSecondsWhereTheMicrosecondsBorrow) {
+    EXPECT_EQ(taken({1, 900'000}, {3, 100'000}), "2.20s");
+    EXPECT_EQ(taken({7, 999'000}, {8, 1'000}), "1.00s");
+    EXPECT_EQ(taken({1, 100'000}, {3, 900'000}), "2.80s");
+    EXPECT_EQ(taken({1, 500'000}, {2, 500'000}), "1.00s");
+    EXPECT_EQ(taken({1, 500'000}, {2, 499'999}), "1.99s");
+    EXPECT_EQ(taken({0, 0}, {100'000, 0}), "100000.00s");
+}
+
+TEST_F(PerfmonArithmetic, PrintsAClockThatStepsBackAsItComes) {
+    EXPECT_EQ(taken({5, 30'000}, {5, 0}), "0.-3s");
+    EXPECT_EQ(taken({5, 500'000}, {5, 0}), "0.-50s");
+    EXPECT_EQ(taken({5, 9'999}, {5, 0}), "0.00s");
+    EXPECT_EQ(taken({5, 0}, {3, 0}), "-2.00s");
+    EXPECT_EQ(taken({5, 900'000}, {3, 100'000}), "-2.20s");
+}
+
+TEST_F(PerfmonArithmetic, PrintsTheSecondsAs32Bits) {
+    EXPECT_EQ(taken({0, 0}, {0x1'0000'0002, 0}), "2.00s");
+}
+
+struct PerfmonOperation : PerfmonBase, testing::TestWithParam<ProviderOperation> {
+    ProviderOperation const& operation = GetParam();
+};
+
+TEST_P(PerfmonOperation, ForwardsAndWritesTheTime) {
+    auto* const product = inner();
+    auto const provider = wrap(product);
+    operation.run(*provider, request);
+    EXPECT_THAT(journal.take(), ElementsAre("inner " + operation.inner, timed(operation.name)));
+    EXPECT_EQ(product->context, &request.context);
+    if (product->path) {
+        EXPECT_EQ(product->path, &request.path);
+    }
+}
+
+TEST_P(PerfmonOperation, WritesTheTimeBeforeAnExceptionArrives) {
+    auto* const product = inner();
+    auto const provider = wrap(product);
+    for (auto const& failure : allFailures()) {
+        product->onCall = failure.raise;
+        EXPECT_EQ(outcomeOf([&] { operation.run(*provider, request); }), failure.name);
+        EXPECT_THAT(journal.take(), ElementsAre("inner " + operation.inner, timed(operation.name)));
+    }
+}
+
+TEST_P(PerfmonOperation, TimesARequestThatTheInnerProviderHasNoInterfaceFor) {
+    if (operation.kind == ProviderOperation::Kind::any) return;
+    for (auto* const product :
+         {providerOfAnotherKind(operation.kind), static_cast<CmpiProvider*>(nullptr)}) {
+        auto const provider = wrap(product);
+        EXPECT_EQ(outcomeOf([&] { operation.run(*provider, request); }),
+                  std::string("status 100 ") + missingInterface(operation.kind));
+        EXPECT_THAT(journal.take(), ElementsAre(timed(operation.name)));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, PerfmonOperation, testing::ValuesIn(providerOperations()),
+                         [](auto const& row) { return row.param.name; });
+
+}  // namespace
