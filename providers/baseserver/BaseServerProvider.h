@@ -3,17 +3,22 @@
 #include "cmpicpp/CmpiAssociationProvider.h"
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
+#include "cmpicpp/CmpiMethodProvider.h"
 #include "platform/logger/Logger.h"
 #include "providers/baseserver/ServerInventory.h"
+#include "providers/baseserver/WorkCounter.h"
 
 namespace baseserver {
 
-/// Answers for the host's computer system, its chassis, its PCI devices and the links between them.
-/// Read-only. Every answer comes from the inventory, refreshed first.
+/// Answers for the host's computer system, its chassis, its PCI devices with their group, and the
+/// links between them, and does the worker instance's work. Read-only. Every answer comes from the
+/// inventory, refreshed first.
 class BaseServerProvider : public CmpiCpp::CmpiInstanceProvider,
+                           public CmpiCpp::CmpiMethodProvider,
                            public CmpiCpp::CmpiAssociationProvider {
 public:
-    BaseServerProvider(CmpiCpp::CmpiBroker const& broker, Logger& log, InventorySources sources = {});
+    BaseServerProvider(CmpiCpp::CmpiBroker const& broker, Logger& log,
+                       InventorySources sources = {});
 
     CMPIBroker* getBroker() override;
 
@@ -23,6 +28,11 @@ public:
                        char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
     void getInstance(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
                      char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
+
+    /// PerformWork: reads the hardware again, posts the devices' status, and counts.
+    void invokeMethod(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
+                      CmpiCpp::CmpiName const& methodName, CmpiCpp::CmpiArgs const& in,
+                      CmpiCpp::CmpiMethodResult& result) override;
 
     void associators(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
                      CmpiCpp::CmpiName const& assocClass, CmpiCpp::CmpiName const& resultClass,
@@ -41,9 +51,12 @@ public:
 
 private:
     PYL::CmpiManagedInstanceCollection& current();
+    std::uint64_t performWork(CmpiCpp::CmpiContext const& context);
 
     CmpiCpp::CmpiBroker _broker;
+    Logger _log;
     ServerInventory _inventory;
+    WorkCounter _workCounter;
 };
 
 }  // namespace baseserver

@@ -1,10 +1,14 @@
-// The module's entry points: the base-server provider, with every request logged.
+// The module's entry points. The base-server provider is made by the first request that the worker
+// instance cannot answer; each of its requests is logged, and timed where root has asked for it.
 
 #include "cmpicpp/CmpiModule.h"
+#include "common/AutostartDecorator.h"
 #include "common/LoggedProvider.h"
 #include "common/PYLUtil.h"
+#include "common/PerfmonDecorator.h"
 #include "platform/logger/Logger.h"
 #include "providers/baseserver/BaseServerProvider.h"
+#include "providers/baseserver/Worker.h"
 
 namespace {
 
@@ -12,10 +16,18 @@ CmpiCpp::CmpiProvider* makeInner(CmpiCpp::CmpiBroker const& broker, Logger& log)
     return new baseserver::BaseServerProvider(broker, log);
 }
 
+CmpiCpp::CmpiProvider* makeTimed(CmpiCpp::CmpiBroker const& broker, Logger& log) {
+    return new PYL::PerfmonDecorator(broker, log, makeInner);
+}
+
+CmpiCpp::CmpiProvider* makeStarted(CmpiCpp::CmpiBroker const& broker, Logger& log) {
+    bool const timed = PYL::PYLUtil::PerfmonEnabled();
+    return new PYL::LoggedProvider(broker, log, timed ? makeTimed : makeInner);
+}
+
 CmpiCpp::CmpiProvider* makeProvider(CmpiCpp::CmpiBroker const& broker, CMPIContext const*) {
-    PYL::PYLUtil::setBroker(broker);
     Logger log = hostedLogger("PYL_BaseServer");
-    return new PYL::LoggedProvider(broker, log, makeInner);
+    return new PYL::AutostartDecorator(broker, log, new baseserver::WorkerInstance, makeStarted);
 }
 
 }  // namespace

@@ -78,6 +78,28 @@ std::optional<std::string> driverOf(std::string const& deviceDirectory) {
     return target.filename().string();
 }
 
+/// The number behind "TOTAL_ERR_..." in one of the kernel's tables of errors.
+std::optional<std::uint64_t> totalOf(std::optional<std::string> const& table,
+                                     std::string_view name) {
+    auto const at = table ? table->find(name) : std::string::npos;
+    if (at == std::string::npos) return std::nullopt;
+    auto const digits = table->find_first_not_of(' ', at + name.size());
+    if (digits == std::string::npos) return std::nullopt;
+    std::uint64_t total = 0;
+    auto const* const from = table->data() + digits;
+    if (std::from_chars(from, table->data() + table->size(), total).ec != std::errc())
+        return std::nullopt;
+    return total;
+}
+
+std::optional<PciErrors> errorsOf(HostFiles const& files, std::string const& directory) {
+    auto const fatal = totalOf(files.text(directory + "/aer_dev_fatal"), "TOTAL_ERR_FATAL");
+    auto const nonFatal =
+        totalOf(files.text(directory + "/aer_dev_nonfatal"), "TOTAL_ERR_NONFATAL");
+    if (!fatal || !nonFatal) return std::nullopt;
+    return PciErrors{*fatal, *nonFatal};
+}
+
 /// Slot names by the "domain:bus:device" that the kernel gives as a slot's address.
 std::map<std::string, std::string> readSlots(std::string const& root, HostFiles const& files) {
     std::map<std::string, std::string> slots;
@@ -120,6 +142,7 @@ std::vector<PciFunction> readPciFunctions(std::string const& root) {
         function.subsystemId = hexAttribute<std::uint16_t>(files, directory + "/subsystem_device");
         function.revision = hexAttribute<std::uint8_t>(files, directory + "/revision");
         function.driver = driverOf(root + directory);
+        function.errors = errorsOf(files, directory);
         if (auto const slot = slots.find(name.substr(0, name.rfind('.'))); slot != slots.end())
             function.slot = slot->second;
         functions.push_back(std::move(function));

@@ -22,6 +22,14 @@ struct PciAddress {
     }
 };
 
+/// Errors that a PCI Express function has reported since the kernel started, by their class.
+struct PciErrors {
+    std::uint64_t fatal = 0;
+    std::uint64_t nonFatal = 0;
+
+    bool operator==(PciErrors const&) const = default;
+};
+
 /// One PCI function as the kernel reports it. What the kernel does not tell is nullopt.
 struct PciFunction {
     PciAddress address;
@@ -33,14 +41,15 @@ struct PciFunction {
     std::optional<std::uint8_t> revision;
     std::optional<std::string> slot;  ///< the physical slot's name, for functions that sit in one
     std::optional<std::string> driver;
+    std::optional<PciErrors> errors;  ///< of functions with Advanced Error Reporting
 
     bool operator==(PciFunction const&) const = default;
 };
 
 /// The functions below /sys/bus/pci, in order of address (kernel documentation,
-/// ABI/testing/sysfs-bus-pci). A directory that is missing gives none; entries whose names are no
-/// PCI address are passed over. `root` stands before every path, so that a test can set up a host
-/// of its own.
+/// ABI/testing/sysfs-bus-pci and sysfs-bus-pci-devices-aer_stats). A directory that is missing
+/// gives none; entries whose names are no PCI address are passed over. `root` stands before every
+/// path, so that a test can set up a host of its own.
 std::vector<PciFunction> readPciFunctions(std::string const& root = {});
 
 /// The address in the kernel's notation, such as "0000:1a:03.1", or nullopt for any other text.

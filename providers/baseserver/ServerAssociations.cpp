@@ -39,7 +39,9 @@ SystemPciDeviceAssociation::SystemPciDeviceAssociation(PciAddress address)
     : TwoEndedAssociation("PYL_SystemPCIDevice", "GroupComponent", "PartComponent"),
       _address(address) {}
 
-CmpiObjectPath SystemPciDeviceAssociation::firstEnd() { return PYLUtil::getComputerSystemPath(); }
+CmpiObjectPath SystemPciDeviceAssociation::firstEnd() {
+    return PYLUtil::getComputerSystemPath();
+}
 
 CmpiObjectPath SystemPciDeviceAssociation::secondEnd() {
     return PYLUtil::getPCIDevicePath(_address.domain, _address.bus, _address.device,
@@ -49,7 +51,9 @@ CmpiObjectPath SystemPciDeviceAssociation::secondEnd() {
 ComputerSystemPackageAssociation::ComputerSystemPackageAssociation()
     : TwoEndedAssociation("PYL_ComputerSystemPackage", "Antecedent", "Dependent") {}
 
-CmpiObjectPath ComputerSystemPackageAssociation::firstEnd() { return PYLUtil::getChassisPath(); }
+CmpiObjectPath ComputerSystemPackageAssociation::firstEnd() {
+    return PYLUtil::getChassisPath();
+}
 
 CmpiObjectPath ComputerSystemPackageAssociation::secondEnd() {
     return PYLUtil::getComputerSystemPath();

@@ -19,12 +19,15 @@ using PYL::PYLUtil;
 namespace {
 
 // Value maps of the CIM schema 2.x.
-constexpr unsigned short enabled = 2;              // CIM_EnabledLogicalElement.EnabledState
-constexpr unsigned short notApplicable = 12;       // CIM_EnabledLogicalElement.RequestedState
-constexpr unsigned short notDedicated = 0;         // CIM_ComputerSystem.Dedicated
-constexpr unsigned short unknownChassis = 0;       // CIM_Chassis.ChassisPackageType
+constexpr unsigned short enabled = 2;         // CIM_EnabledLogicalElement.EnabledState
+constexpr unsigned short notApplicable = 12;  // CIM_EnabledLogicalElement.RequestedState
+constexpr unsigned short notDedicated = 0;    // CIM_ComputerSystem.Dedicated
+constexpr char const* groupClassName = "PYL_PCIDeviceGroup";
+constexpr unsigned short unknownChassis = 0;  // CIM_Chassis.ChassisPackageType
 
-CmpiBroker broker() { return CmpiBroker(PYLUtil::getBroker()); }
+CmpiBroker broker() {
+    return CmpiBroker(PYLUtil::getBroker());
+}
 
 /// An instance with this path whose key properties are set from the path.
 CmpiInstance instanceOf(CmpiObjectPath const& path) {
@@ -48,6 +51,13 @@ CmpiArray arrayOf(CMPIType type, std::initializer_list<Value> values) {
     unsigned int index = 0;
     for (auto const& value : values) array.setElementAt(index++, value);
     return array;
+}
+
+/// An array of the one status, and the health that goes with it.
+void setStatus(CmpiInstance& instance, char const* property, PYL::operationalStatus status) {
+    instance.setProperty(property, arrayOf(CMPI_uint16, {static_cast<unsigned short>(status)}));
+    instance.setProperty("HealthState",
+                         static_cast<unsigned short>(PYLUtil::opstatusToHealthState(status)));
 }
 
 /// The identifiers other than the name by which the system is known, with what each one is.
@@ -92,8 +102,12 @@ std::string describe(PciFunction const& function) {
 
 }  // namespace
 
-CmpiObjectPath ComputerSystemInstance::getPath() { return PYLUtil::getComputerSystemPath(); }
-CmpiName ComputerSystemInstance::getClassName() { return PYL::ScopedCentralClassName; }
+CmpiObjectPath ComputerSystemInstance::getPath() {
+    return PYLUtil::getComputerSystemPath();
+}
+CmpiName ComputerSystemInstance::getClassName() {
+    return PYL::ScopedCentralClassName;
+}
 
 CmpiInstance ComputerSystemInstance::getInstance() {
     auto instance = instanceOf(getPath());
@@ -116,8 +130,12 @@ CmpiInstance ComputerSystemInstance::getInstance() {
     return instance;
 }
 
-CmpiObjectPath ChassisInstance::getPath() { return PYLUtil::getChassisPath(); }
-CmpiName ChassisInstance::getClassName() { return PYL::ChassisClassName; }
+CmpiObjectPath ChassisInstance::getPath() {
+    return PYLUtil::getChassisPath();
+}
+CmpiName ChassisInstance::getClassName() {
+    return PYL::ChassisClassName;
+}
 
 CmpiInstance ChassisInstance::getInstance() {
     auto instance = instanceOf(getPath());
@@ -140,7 +158,9 @@ CmpiObjectPath PciDeviceInstance::getPath() {
     auto const& at = _function.address;
     return PYLUtil::getPCIDevicePath(at.domain, at.bus, at.device, at.function);
 }
-CmpiName PciDeviceInstance::getClassName() { return PYL::PCIDeviceClassName; }
+CmpiName PciDeviceInstance::getClassName() {
+    return PYL::PCIDeviceClassName;
+}
 
 CmpiInstance PciDeviceInstance::getInstance() {
     auto instance = instanceOf(getPath());
@@ -161,6 +181,30 @@ CmpiInstance PciDeviceInstance::getInstance() {
     setKnown(instance, "RevisionID", _function.revision);
     setKnown(instance, "PhysicalSlot", _function.slot);
     setKnown(instance, "DriverName", _function.driver);
+    setStatus(instance, "OperationalStatus", statusOf(_function));
+    return instance;
+}
+
+PYL::operationalStatus statusOf(PciFunction const& function) noexcept {
+    if (!function.errors) return PYL::statusUnknown;
+    if (function.errors->fatal > 0) return PYL::statusError;
+    return function.errors->nonFatal > 0 ? PYL::statusDegraded : PYL::statusOK;
+}
+
+CmpiObjectPath PciDeviceGroupInstance::path() {
+    auto path = CmpiCpp::makeCmpiObjectPath(broker(), PYL::BaseServerNameSpace, groupClassName);
+    path.setHost(CmpiName(PYLUtil::getHostName()));
+    path.addKey("InstanceID", std::string("KTQ:") + groupClassName + ":1");
+    return path;
+}
+CmpiName PciDeviceGroupInstance::getClassName() {
+    return groupClassName;
+}
+
+CmpiInstance PciDeviceGroupInstance::getInstance() {
+    auto instance = instanceOf(getPath());
+    instance.setProperty("ElementName", "PCI devices of " + PYLUtil::getHostName());
+    setStatus(instance, "GroupOperationalStatus", _worst);
     return instance;
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "common/CmpiManagedInstance.h"
+#include "common/OpstatusUtils.h"
 #include "providers/baseserver/PciBus.h"
 #include "providers/baseserver/ServerFacts.h"
 
@@ -46,6 +47,23 @@ public:
 
 private:
     PciFunction _function;
+};
+
+/// What a function's errors say of its state.
+PYL::operationalStatus statusOf(PciFunction const& function) noexcept;
+
+/// PYL_PCIDeviceGroup: all PCI devices of the server, with the worst of their states.
+class PciDeviceGroupInstance : public PYL::CmpiManagedInstance {
+public:
+    explicit PciDeviceGroupInstance(PYL::operationalStatus worst) : _worst(worst) {}
+
+    static CmpiCpp::CmpiObjectPath path();
+    CmpiCpp::CmpiObjectPath getPath() override { return path(); }
+    CmpiCpp::CmpiInstance getInstance() override;
+    CmpiCpp::CmpiName getClassName() override;
+
+private:
+    PYL::operationalStatus _worst;
 };
 
 }  // namespace baseserver

@@ -30,12 +30,22 @@ void ServerInventory::refresh() {
     auto const now = _sources.now();
     bool const factsDue = isDue(_factsUpdated, now, factsFreshness);
     bool const devicesDue = isDue(_devicesUpdated, now, devicesFreshness);
+    update(factsDue, devicesDue, now);
+}
+
+void ServerInventory::refreshNow() {
+    std::lock_guard const lock(_refreshing);
+    update(true, true, _sources.now());
+}
+
+void ServerInventory::update(bool factsDue, bool devicesDue, Time now) {
     if (factsDue) {
         updateServer();
         _factsUpdated = now;
     }
     if (devicesDue) {
         updatePciFunctions();
+        updatePciGroup();
         _devicesUpdated = now;
     }
     if (factsDue || devicesDue) _collection.cleanup();
@@ -86,6 +96,22 @@ void ServerInventory::updatePciFunctions() {
         setVisible(reported.second.instances, false);
         return true;
     });
+}
+
+PYL::operationalStatus ServerInventory::groupStatus() {
+    std::lock_guard const lock(_refreshing);
+    return _groupStatus.value_or(PYL::statusUnknown);
+}
+
+void ServerInventory::updatePciGroup() {
+    auto worst = PYL::statusUnknown;
+    for (auto const& [address, reported] : _functions)
+        if (reported.function) worst = PYL::updateWorst(worst, statusOf(*reported.function));
+    if (_groupStatus == worst) return;
+    std::vector<std::unique_ptr<CmpiManagedInstance>> instances;
+    instances.push_back(std::make_unique<PciDeviceGroupInstance>(worst));
+    replace(_group, std::move(instances));
+    _groupStatus = worst;
 }
 
 }  // namespace baseserver

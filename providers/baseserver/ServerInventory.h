@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/CmpiManagedInstanceCollection.h"
+#include "common/OpstatusUtils.h"
 #include "platform/logger/Logger.h"
 #include "providers/baseserver/PciBus.h"
 #include "providers/baseserver/ServerFacts.h"
@@ -39,6 +40,12 @@ public:
     /// Reads the hardware again unless the data are fresh.
     void refresh();
 
+    /// Reads the hardware again, however fresh the data are.
+    void refreshNow();
+
+    /// The worst state of the PCI devices at the last refresh.
+    PYL::operationalStatus groupStatus();
+
     PYL::CmpiManagedInstanceCollection& collection() { return _collection; }
 
 private:
@@ -52,8 +59,10 @@ private:
     using Time = std::chrono::steady_clock::time_point;
 
     static bool isDue(std::optional<Time> const& updated, Time now, std::chrono::seconds freshness);
+    void update(bool factsDue, bool devicesDue, Time now);
     void updateServer();
     void updatePciFunctions();
+    void updatePciGroup();
     void replace(Instances& reported,
                  std::vector<std::unique_ptr<PYL::CmpiManagedInstance>> instances);
 
@@ -67,6 +76,8 @@ private:
     std::shared_ptr<ServerFacts const> _facts;
     Instances _server;
     std::map<PciAddress, ReportedFunction> _functions;
+    std::optional<PYL::operationalStatus> _groupStatus;
+    Instances _group;
 };
 
 }  // namespace baseserver

@@ -16,6 +16,9 @@ BASE_SERVER = (
     "--schema", SOURCE / "schema/PYL_BaseServer.mof",
     "--registration", SOURCE / "schema/pylBaseServer.registration",
     "--provider-dir", BUILD / "providers/baseserver",
+    "--schema", SOURCE / "schema/PYL_ConsolidatedStatus.mof",
+    "--registration", SOURCE / "schema/pylConsolidatedStatus.registration",
+    "--provider-dir", BUILD / "providers/consolidatedstatus",
 )
 
 
@@ -37,15 +40,20 @@ class Answer:
 class Host:
     """Use with `with`: leaving it stops the server and checks that it ended well."""
 
-    def __init__(self, *options, arguments=BASE_SERVER):
+    def __init__(self, *options, arguments=BASE_SERVER, files=None):
+        """`files`: a folder that stands before the library's own paths, /etc/cim and /tmp/PYL..."""
         self._ended_log = None
         self._scratch = tempfile.TemporaryDirectory()
+        self._files = pathlib.Path(files or self._scratch.name)
+        for folder in ("etc/cim", "tmp"):
+            (self._files / folder).mkdir(parents=True, exist_ok=True)
         self.log_file = pathlib.Path(self._scratch.name) / "log"
         command = [BUILD / "cimhost/cimhost", "serve", "--port", "0", "--max-seconds", "170",
                    *arguments, *options]
         with open(self.log_file, "wb") as log:
             self.process = subprocess.Popen([str(word) for word in command], stderr=log,
-                                            stdout=subprocess.PIPE, text=True)
+                                            stdout=subprocess.PIPE, text=True,
+                                            env=self._environment())
         ready = self.process.stdout.readline()
         found = re.search(r"(https?)://(\S+?):(\d+)/cimom", ready)
         if not found:
@@ -53,6 +61,13 @@ class Host:
             self.process.wait()
             raise RuntimeError(f"cimhost did not start: {ready}{self.log()}")
         self.scheme, self.address, self.port = found.group(1), found.group(2), int(found.group(3))
+
+    def _environment(self):
+        return {**os.environ,
+                "PYL_TEST_FILES": str(self._files),
+                "LD_PRELOAD": str(BUILD / "tests/system/redirect/libredirect.so"),
+                # A preloaded library comes before the sanitizer's own, which it must not forbid.
+                "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"}
 
     def __enter__(self):
         return self

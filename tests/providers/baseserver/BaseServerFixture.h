@@ -11,6 +11,7 @@
 #include "providers/baseserver/PciBus.h"
 #include "providers/baseserver/ServerFacts.h"
 #include "tests/common/HostName.h"
+#include "tests/common/RedirectedFiles.h"
 #include "tests/common/TestBroker.h"
 
 /// A broker that knows the classes of the module, and data for it.
@@ -19,9 +20,13 @@ struct BaseServerFixture : testing::Test {
                      {"PYL_ComputerSystem", "CIM_ComputerSystem"},
                      {"PYL_ComputerSystemChassis", ""},
                      {"PYL_PCIDevice", ""},
+                     {"PYL_PCIDeviceGroup", ""},
+                     {"PYL_BaseServerWorker", ""},
                      {"CIM_SystemDevice", ""},
                      {"PYL_SystemPCIDevice", "CIM_SystemDevice"},
                      {"PYL_ComputerSystemPackage", ""}}};
+
+    RedirectedFiles files;  // the provider keeps a count in a store
 
     static baseserver::PciFunction function(int bus, int device, int number) {
         baseserver::PciFunction made;
@@ -41,6 +46,11 @@ struct BaseServerFixture : testing::Test {
     static inline std::string const chassisText =
         "//server-1/root/ktq:PYL_ComputerSystemChassis."
         "CreationClassName=\"PYL_ComputerSystemChassis\",Tag=\"1\"";
+
+    static inline std::string const groupText =
+        "//server-1/root/ktq:PYL_PCIDeviceGroup.InstanceID=\"KTQ:PYL_PCIDeviceGroup:1\"";
+    static inline std::string const workerText =
+        "//server-1/root/ktq:PYL_BaseServerWorker.InstanceID=\"KTQ:PYL_BaseServerWorker:1\"";
 
     /// "type value" of a property; "absent" when it is not set.
     static std::string property(CmpiCpp::CmpiInstance const& instance, char const* name) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/PYLUtil.h"
+#include "providers/baseserver/Worker.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
@@ -19,6 +20,7 @@ struct BaseServerProviderTest : BaseServerFixture {
     Journal journal;
     CapturedPaths paths{journal};
     CapturedInstances instances{journal};
+    CapturedMethodResult method{journal};
     int reads = 0;
     BaseServerProvider provider{host.broker(), log, sources()};
 
@@ -102,6 +104,45 @@ TEST_F(BaseServerProviderTest, RefusesWhatItsCollectionRefuses) {
                                           "Antecedent", paths);
               }),
               "status 7 role filters not supported");
+}
+
+TEST_F(BaseServerProviderTest, DoesTheWorkersWorkAndCountsIt) {
+    std::string posted;
+    host.onInvokeMethod = [&](CmpiObjectPath const& path, std::string const& name,
+                              CmpiCpp::CmpiArgs const& in) {
+        posted = name + " of " + path.str() + " " + in.getArg("ClassName").str() + " " +
+                 in.getArg("Status").str();
+    };
+    auto const worker = WorkerInstance().getPath();
+    auto const none = CmpiCpp::makeCmpiArgs(host.broker());
+    for (auto const* count : {"1", "2"}) {
+        provider.invokeMethod(host.context(), worker, "performwork", none, method);
+        EXPECT_EQ(journal.take(), (Lines{std::string("delivered WorkCount = uint64 ") + count,
+                                         "delivered uint32 0"}));
+        EXPECT_EQ(posted, "PostStatus of /root/ktq:PYL_ComputerSystem \"PYL_PCIDeviceGroup\" 0");
+    }
+    EXPECT_EQ(reads, 2);
+}
+
+TEST_F(BaseServerProviderTest, GoesOnCountingAfterARestart) {
+    auto const worker = WorkerInstance().getPath();
+    auto const none = CmpiCpp::makeCmpiArgs(host.broker());
+    provider.invokeMethod(host.context(), worker, "PerformWork", none, method);
+    journal.take();
+    BaseServerProvider restarted(host.broker(), log, sources());
+    restarted.invokeMethod(host.context(), worker, "PerformWork", none, method);
+    EXPECT_EQ(journal.take().front(), "delivered WorkCount = uint64 2");
+}
+
+TEST_F(BaseServerProviderTest, KnowsNoOtherMethod) {
+    auto const none = CmpiCpp::makeCmpiArgs(host.broker());
+    auto const call = [&](CmpiObjectPath const& path, char const* name) {
+        return outcomeOf([&] { provider.invokeMethod(host.context(), path, name, none, method); });
+    };
+    EXPECT_EQ(call(WorkerInstance().getPath(), "Rest"), "status 17 no such method: Rest");
+    EXPECT_EQ(call(PYLUtil::getComputerSystemPath(), "PerformWork"),
+              "status 17 no such method: PerformWork");
+    EXPECT_EQ(journal.take(), Lines{});
 }
 
 TEST_F(BaseServerProviderTest, IsReadOnly) {

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,7 +20,9 @@ struct Results : cimhost::ResultSink {
         classes.push_back(instance.path.className);
     }
     void path(cimhost::ObjectPath const& path) override { classes.push_back(path.className); }
+    void data(cimhost::Value const&) override { ++values; }
     std::vector<std::string> classes;
+    int values = 0;
 };
 
 struct BaseServerModule : BaseServerFixture {
@@ -49,7 +52,15 @@ struct BaseServerModule : BaseServerFixture {
 
     // What the module reads of the firmware, the library keeps: each runs in a process of its own.
     void answersRequests();
-    void refusesMethods();
+    void runsMethods();
+    void startsWhenItMust();
+    void timesItsRequests();
+    /// The instance MI, made by its entry point.
+    CMPIInstanceMI* instanceMI() {
+        CMPIStatus status{CMPI_RC_ERR_FAILED, nullptr};
+        return entryPoint<CreateInstanceMI>("PYL_BaseServerProvider_Create_InstanceMI")(
+            host.real(), context(), &status);
+    }
 
     struct Close {
         void operator()(void* handle) const { ::dlclose(handle); }
@@ -104,22 +115,82 @@ TEST_F(BaseServerModule, AnswersRequestsForInstancesAndAssociations) {
     inFreshProcess([this] { answersRequests(); });
 }
 
-void BaseServerModule::refusesMethods() {
+void BaseServerModule::runsMethods() {
     ASSERT_NE(module, nullptr) << ::dlerror();
     CMPIStatus status{CMPI_RC_ERR_FAILED, nullptr};
-    // The decorator is of every kind, so there is an MI; the refusal comes with the request.
     auto* const methods = entryPoint<CreateMethodMI>("PYL_BaseServerProvider_Create_MethodMI")(
         host.real(), context(), &status);
     ASSERT_NE(methods, nullptr);
     status = methods->ft->invokeMethod(
         methods, context(), result(), classPath("PYL_ComputerSystem"), "Reset",
         cimhost::makeArgs(broker, {}), cimhost::makeArgs(broker, {}));
-    EXPECT_EQ(status.rc, CMPI_RC_ERROR_SYSTEM);
+    EXPECT_EQ(status.rc, CMPI_RC_ERR_METHOD_NOT_FOUND);
+    status = methods->ft->invokeMethod(
+        methods, context(), result(), classPath("PYL_BaseServerWorker"), "PerformWork",
+        cimhost::makeArgs(broker, {}), cimhost::makeArgs(broker, {}));
+    EXPECT_EQ(status.rc, CMPI_RC_OK);
+    EXPECT_EQ(results.values, 1);
     EXPECT_EQ(methods->ft->cleanup(methods, context(), 1).rc, CMPI_RC_OK);
 }
 
-TEST_F(BaseServerModule, RefusesMethods) {
-    inFreshProcess([this] { refusesMethods(); });
+TEST_F(BaseServerModule, RunsTheMethodsItHasAndRefusesOthers) {
+    inFreshProcess([this] { runsMethods(); });
+}
+
+/// The lines that the module wrote to standard error since the last call.
+struct StandardError {
+    StandardError() { testing::internal::CaptureStderr(); }
+    std::string take() {
+        auto text = testing::internal::GetCapturedStderr();
+        testing::internal::CaptureStderr();
+        return text;
+    }
+    ~StandardError() { testing::internal::GetCapturedStderr(); }
+};
+
+void BaseServerModule::startsWhenItMust() {
+    StandardError log;
+    auto* const instances = instanceMI();
+    ASSERT_NE(instances, nullptr);
+    EXPECT_EQ(instances->ft
+                  ->enumerateInstances(instances, context(), result(),
+                                       classPath("PYL_BaseServerWorker"), nullptr)
+                  .rc,
+              CMPI_RC_OK);
+    EXPECT_EQ(results.classes, std::vector<std::string>{"PYL_BaseServerWorker"});
+    EXPECT_EQ(log.take(), "");
+    EXPECT_EQ(instances->ft->cleanup(instances, context(), 0).rc, CMPI_RC_DO_NOT_UNLOAD);
+
+    instances->ft->enumerateInstanceNames(instances, context(), result(),
+                                          classPath("PYL_PCIDeviceGroup"));
+    EXPECT_EQ(results.classes.back(), "PYL_PCIDeviceGroup");
+    EXPECT_NE(log.take().find("PYL_BaseServer: information: provider cxtor()\n"),
+              std::string::npos);
+    EXPECT_EQ(instances->ft->cleanup(instances, context(), 1).rc, CMPI_RC_OK);
+}
+
+TEST_F(BaseServerModule, StartsWithTheFirstRequestThatTheWorkerInstanceCannotAnswer) {
+    inFreshProcess([this] { startsWhenItMust(); });
+}
+
+void BaseServerModule::timesItsRequests() {
+    std::filesystem::create_symlink("/etc/passwd", RedirectedFiles::real("/tmp/PYLPerfmon"));
+    StandardError log;
+    auto* const instances = instanceMI();
+    ASSERT_NE(instances, nullptr);
+    instances->ft->enumerateInstanceNames(instances, context(), result(),
+                                          classPath("PYL_PCIDeviceGroup"));
+    instances->ft->cleanup(instances, context(), 1);
+    auto const lines = log.take();
+    for (auto const* operation : {"constructor", "enumInstanceNames", "cleanup", "destructor"})
+        EXPECT_NE(lines.find(std::string("PYL_BaseServer:perfmon: information: ") + operation +
+                             " completed in "),
+                  std::string::npos)
+            << lines;
+}
+
+TEST_F(BaseServerModule, TimesItsRequestsWhenRootHasAskedForIt) {
+    inFreshProcess([this] { timesItsRequests(); });
 }
 
 }  // namespace

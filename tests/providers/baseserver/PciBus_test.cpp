@@ -171,4 +171,26 @@ TEST(PciBus, ReadsThisHost) {
     }
 }
 
+TEST_F(PciBusTest, CountsTheErrorsThatAFunctionReported) {
+    std::string const device = "0000:00:02.0";
+    attribute(device, "aer_dev_fatal", "Undefined 0\nDLP 0\nTOTAL_ERR_FATAL 12\n");
+    attribute(device, "aer_dev_nonfatal", "Undefined 0\nTLP 3\nTOTAL_ERR_NONFATAL 3\n");
+    auto const functions = readPciFunctions(root);
+    ASSERT_EQ(functions.size(), 1U);
+    EXPECT_EQ(functions[0].errors, (baseserver::PciErrors{12, 3}));
+}
+
+TEST_F(PciBusTest, CountsNoErrorsWhereTheKernelGivesNoGoodNumbers) {
+    std::string const device = "0000:00:02.0";
+    for (auto const* text :
+         {"", "TOTAL_ERR_FATAL", "TOTAL_ERR_FATAL \n", "TOTAL_ERR_FATAL x\n",
+          "TOTAL_ERR_FATAL -1\n", "TOTAL_ERR_FATAL 99999999999999999999\n", "Undefined 0\n"}) {
+        attribute(device, "aer_dev_fatal", text);
+        attribute(device, "aer_dev_nonfatal", "TOTAL_ERR_NONFATAL 3\n");
+        EXPECT_EQ(readPciFunctions(root).at(0).errors, std::nullopt) << text;
+    }
+    fs::remove(root + "/sys/bus/pci/devices/" + device + "/aer_dev_fatal");
+    EXPECT_EQ(readPciFunctions(root).at(0).errors, std::nullopt);
+}
+
 }  // namespace

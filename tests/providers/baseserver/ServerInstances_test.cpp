@@ -151,4 +151,29 @@ TEST_F(ServerInstancesTest, LeaveOutWhatIsNotKnownOfAPciFunction) {
         EXPECT_EQ(property(instance, name), "absent") << name;
 }
 
+TEST_F(ServerInstancesTest, TellTheStateOfAFunctionByItsErrors) {
+    auto data = function(0, 2, 0);
+    auto const state = [&] {
+        auto const instance = PciDeviceInstance(data).getInstance();
+        return property(instance, "OperationalStatus") + ", " + property(instance, "HealthState");
+    };
+    EXPECT_EQ(state(), "uint16 array {0}, uint16 0");
+    data.errors = PciErrors{0, 0};
+    EXPECT_EQ(state(), "uint16 array {2}, uint16 5");
+    data.errors = PciErrors{0, 1};
+    EXPECT_EQ(state(), "uint16 array {3}, uint16 10");
+    data.errors = PciErrors{1, 1};
+    EXPECT_EQ(state(), "uint16 array {6}, uint16 20");
+}
+
+TEST_F(ServerInstancesTest, DescribeTheGroupOfPciDevices) {
+    PciDeviceGroupInstance group(PYL::statusDegraded);
+    EXPECT_EQ(group.getClassName().str(), "PYL_PCIDeviceGroup");
+    EXPECT_EQ(group.getPath().str(), groupText);
+    auto const instance = group.getInstance();
+    EXPECT_EQ(property(instance, "InstanceID"), "string \"KTQ:PYL_PCIDeviceGroup:1\"");
+    EXPECT_EQ(property(instance, "GroupOperationalStatus"), "uint16 array {3}");
+    EXPECT_EQ(property(instance, "HealthState"), "uint16 10");
+}
+
 }  // namespace

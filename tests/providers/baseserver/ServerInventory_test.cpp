@@ -51,7 +51,8 @@ struct ServerInventoryTest : BaseServerFixture {
     }
     Lines reported(char const* className) { return reported(inventory, className); }
     std::string systemProperty(char const* name) {
-        auto* const system = inventory.collection().getManagedInstance(0U);
+        auto* const system =
+            inventory.collection().getManagedInstance(PYL::PYLUtil::getComputerSystemPath());
         return property(system->getInstance(), name);
     }
 };
@@ -64,7 +65,7 @@ TEST_F(ServerInventoryTest, ReportsNothingBeforeTheFirstRefresh) {
 TEST_F(ServerInventoryTest, ReportsTheServerItsChassisAndEveryFunctionWithItsLinks) {
     functions = {function(0, 2, 0), function(0x1a, 3, 1)};
     inventory.refresh();
-    EXPECT_EQ(inventory.collection().size(), 7U);
+    EXPECT_EQ(inventory.collection().size(), 8U);
     EXPECT_EQ(reported("PYL_ComputerSystem"), Lines{"delivered " + systemText});
     EXPECT_EQ(reported("PYL_ComputerSystemChassis"), Lines{"delivered " + chassisText});
     EXPECT_EQ(reported("PYL_PCIDevice"),
@@ -92,12 +93,12 @@ TEST_F(ServerInventoryTest, KeepsTheVeryInstancesOfWhatStaysTheSame) {
     functions = {function(0, 2, 0)};
     inventory.refresh();
     std::vector<PYL::CmpiManagedInstance*> before;
-    for (unsigned int i = 0; i < 5; ++i)
+    for (unsigned int i = 0; i < 6; ++i)
         before.push_back(inventory.collection().getManagedInstance(i));
     now += seconds(100);
     inventory.refresh();
-    ASSERT_EQ(inventory.collection().size(), 5U);
-    for (unsigned int i = 0; i < 5; ++i)
+    ASSERT_EQ(inventory.collection().size(), 6U);
+    for (unsigned int i = 0; i < 6; ++i)
         EXPECT_EQ(inventory.collection().getManagedInstance(i), before[i]);
 }
 
@@ -109,7 +110,7 @@ TEST_F(ServerInventoryTest, DropsAFunctionThatVanished) {
     inventory.refresh();
     EXPECT_EQ(reported("PYL_PCIDevice"), Lines{"delivered " + deviceText("00:03.0")});
     EXPECT_EQ(reported("PYL_SystemPCIDevice").size(), 1U);
-    EXPECT_EQ(inventory.collection().size(), 5U);  // hidden ones are purged
+    EXPECT_EQ(inventory.collection().size(), 6U);  // hidden ones are purged
 }
 
 TEST_F(ServerInventoryTest, TakesUpAFunctionThatComesBack) {
@@ -123,7 +124,7 @@ TEST_F(ServerInventoryTest, TakesUpAFunctionThatComesBack) {
     now += seconds(2);
     inventory.refresh();
     EXPECT_EQ(reported("PYL_PCIDevice").size(), 1U);
-    EXPECT_EQ(inventory.collection().size(), 5U);
+    EXPECT_EQ(inventory.collection().size(), 6U);
 }
 
 TEST_F(ServerInventoryTest, ReplacesAFunctionThatChanged) {
@@ -133,8 +134,8 @@ TEST_F(ServerInventoryTest, ReplacesAFunctionThatChanged) {
     now += seconds(2);
     inventory.refresh();
     EXPECT_EQ(reported("PYL_PCIDevice").size(), 1U);
-    EXPECT_EQ(inventory.collection().size(), 5U);
-    auto* const device = inventory.collection().getManagedInstance(3U);
+    EXPECT_EQ(inventory.collection().size(), 6U);
+    auto* const device = inventory.collection().getManagedInstance(4U);
     EXPECT_EQ(property(device->getInstance(), "DriverName"), "string \"vfio-pci\"");
 }
 
@@ -147,7 +148,7 @@ TEST_F(ServerInventoryTest, ReplacesTheServerWhenItsFactsChange) {
     now += seconds(60);
     inventory.refresh();
     EXPECT_EQ(systemProperty("Model"), "string \"new\"");
-    EXPECT_EQ(inventory.collection().size(), 3U);
+    EXPECT_EQ(inventory.collection().size(), 4U);
 }
 
 TEST_F(ServerInventoryTest, TakesTheLastOfTwoReportsOfOneFunction) {
@@ -155,7 +156,30 @@ TEST_F(ServerInventoryTest, TakesTheLastOfTwoReportsOfOneFunction) {
     functions[1].driver = "second";
     inventory.refresh();
     EXPECT_EQ(reported("PYL_PCIDevice").size(), 1U);
-    EXPECT_EQ(inventory.collection().size(), 5U);
+    EXPECT_EQ(inventory.collection().size(), 6U);
+}
+
+TEST_F(ServerInventoryTest, ReadsAtOnceWhenItIsToldTo) {
+    inventory.refresh();
+    inventory.refreshNow();
+    EXPECT_EQ(std::pair(factReads, functionReads), std::pair(2, 2));
+}
+
+TEST_F(ServerInventoryTest, GroupsTheFunctionsUnderTheirWorstState) {
+    EXPECT_EQ(inventory.groupStatus(), PYL::statusUnknown);
+    functions = {function(0, 2, 0), function(0, 3, 0), function(0, 4, 0)};
+    struct Step {
+        std::optional<PciErrors> errors;
+        PYL::operationalStatus worst;
+    };
+    for (auto const& step : {Step{std::nullopt, PYL::statusUnknown}, Step{{{0, 0}}, PYL::statusOK},
+                             Step{{{0, 3}}, PYL::statusDegraded}, Step{{{1, 0}}, PYL::statusError},
+                             Step{{{0, 0}}, PYL::statusOK}}) {
+        functions[1].errors = step.errors;
+        inventory.refreshNow();
+        EXPECT_EQ(inventory.groupStatus(), step.worst);
+        EXPECT_EQ(reported("PYL_PCIDeviceGroup"), Lines{"delivered " + groupText});
+    }
 }
 
 TEST_F(ServerInventoryTest, ReadsAgainAtOnceAfterAReadThatFailed) {
@@ -175,7 +199,7 @@ TEST_F(ServerInventoryTest, ReadsAgainAtOnceAfterAReadThatFailed) {
     functions = {function(0, 2, 0)};
     unlucky.refresh();
     EXPECT_EQ(reported(unlucky, "PYL_PCIDevice").size(), 1U);
-    EXPECT_EQ(unlucky.collection().size(), 5U);
+    EXPECT_EQ(unlucky.collection().size(), 6U);
 }
 
 /// Two machines that differ in everything that can differ.
@@ -217,7 +241,7 @@ TEST_F(ServerInventoryMemory, FindsItsWayBackAfterEveryAllocationThatFails) {
                                   "delivered " + deviceText("00:03.1")}))
             << nth;
         EXPECT_EQ(reported(tested, "PYL_ComputerSystem").size(), 1U) << nth;
-        EXPECT_EQ(tested.collection().size(), 7U) << nth;
+        EXPECT_EQ(tested.collection().size(), 8U) << nth;
         if (!failed) break;
     } while (nth < 1000 && !HasFailure());
     EXPECT_GT(nth, 10);

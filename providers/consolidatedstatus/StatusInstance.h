@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "common/CmpiManagedInstance.h"
+#include "providers/consolidatedstatus/StatusBoard.h"
+
+namespace consolidatedstatus {
+
+/// PYL_ConsolidatedStatus: what one class posted or, without a class, the worst of everything.
+class StatusInstance : public PYL::CmpiManagedInstance {
+public:
+    explicit StatusInstance(std::shared_ptr<StatusBoard const> board,
+                            std::string reportingClass = {})
+        : _board(std::move(board)), _reportingClass(std::move(reportingClass)) {}
+
+    CmpiCpp::CmpiObjectPath getPath() override;
+    CmpiCpp::CmpiInstance getInstance() override;
+    CmpiCpp::CmpiName getClassName() override;
+
+private:
+    std::shared_ptr<StatusBoard const> _board;
+    std::string _reportingClass;
+};
+
+}  // namespace consolidatedstatus
