@@ -1,5 +1,6 @@
 #include "cimhost/broker/Object.h"
 
+#include <cassert>
 #include <cstring>
 
 namespace cimhost {
@@ -72,6 +73,7 @@ void adopt(ObjectHeader& header, ObjectScope& scope, ObjectHeader* owner) noexce
 void endObject(ObjectHeader& object) noexcept {
     unlink(object);
     while (ObjectHeader* const part = object.parts) {
+        assert(part->scope && "a part is in the scope of its owner");
         unlink(*part);
         moveParts(*part, object.parts);
         endUnlinked(*part);

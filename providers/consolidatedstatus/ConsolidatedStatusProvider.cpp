@@ -44,7 +44,7 @@ CMPIBroker* ConsolidatedStatusProvider::getBroker() {
 void ConsolidatedStatusProvider::add(std::string const& reportingClass) {
     auto instance = std::make_unique<StatusInstance>(_board, reportingClass);
     _collection.createInstance(instance.get());
-    instance.release();
+    static_cast<void>(instance.release());
 }
 
 void ConsolidatedStatusProvider::enumInstanceNames(CmpiContext const& context,

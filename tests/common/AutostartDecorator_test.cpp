@@ -270,9 +270,9 @@ TEST_P(AutostartOperation, ForwardsToTheInnerProviderThatItStarts) {
     journal.take();
     run(*decorator);
     EXPECT_EQ(takeInner(), Lines{"inner " + operation.inner});
-    EXPECT_EQ(product->context, &request.context);
-    if (product->path) {
-        EXPECT_EQ(product->path, &request.path);
+    EXPECT_EQ(product->context.load(), &request.context);
+    if (product->path.load()) {
+        EXPECT_EQ(product->path.load(), &request.path);
     }
     EXPECT_EQ(starts.count, 1);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
 #include <string>
 
@@ -36,8 +37,8 @@ public:
     int unloadAnswer = 0;
     std::function<void()> onCall = [] {};
     std::function<void(CmpiMethodResult&)> onInvoke = [](CmpiMethodResult&) {};
-    CmpiContext const* context = nullptr;  ///< of the last call
-    void const* path = nullptr;            ///< the address of its path
+    std::atomic<CmpiContext const*> context{nullptr};  ///< of the last call
+    std::atomic<void const*> path{nullptr};            ///< the address of its path
 
     CMPIBroker* getBroker() override {
         onCall();

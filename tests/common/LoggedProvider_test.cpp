@@ -268,9 +268,9 @@ TEST_P(LoggedOperation, HandsOverTheCallersOwnContextAndPath) {
     auto* const inner = new InnerProvider(host, journal);
     auto const provider = wrap(inner);
     operation.run(*provider, request);
-    EXPECT_EQ(inner->context, &request.context);
-    if (inner->path) {
-        EXPECT_EQ(inner->path, &request.path);
+    EXPECT_EQ(inner->context.load(), &request.context);
+    if (inner->path.load()) {
+        EXPECT_EQ(inner->path.load(), &request.path);
     }
 }
 

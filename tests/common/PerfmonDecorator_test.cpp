@@ -194,9 +194,9 @@ TEST_P(PerfmonOperation, ForwardsAndWritesTheTime) {
     auto const provider = wrap(product);
     operation.run(*provider, request);
     EXPECT_THAT(journal.take(), ElementsAre("inner " + operation.inner, timed(operation.name)));
-    EXPECT_EQ(product->context, &request.context);
-    if (product->path) {
-        EXPECT_EQ(product->path, &request.path);
+    EXPECT_EQ(product->context.load(), &request.context);
+    if (product->path.load()) {
+        EXPECT_EQ(product->path.load(), &request.path);
     }
 }
 
