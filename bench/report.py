@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Measures everything in a build folder and prints one table.
 
-    report.py BUILD [library|server]
+    report.py BUILD [library|text|server]
 """
 
 import pathlib
@@ -9,20 +9,21 @@ import sys
 
 import library_rows
 import server_rows
+import text_rows
 from table import print_table
 
 SOURCE = pathlib.Path(__file__).resolve().parent.parent
 
 
 def main():
-    if len(sys.argv) not in (2, 3) or sys.argv[2:] not in ([], ["library"], ["server"]):
+    parts = {"library": library_rows.measure, "text": text_rows.measure,
+             "server": lambda build: server_rows.measure(build, SOURCE)}
+    if len(sys.argv) not in (2, 3) or (len(sys.argv) == 3 and sys.argv[2] not in parts):
         sys.exit(__doc__)
     build = pathlib.Path(sys.argv[1]).resolve()
     rows = []
-    if sys.argv[2:] != ["server"]:
-        rows += library_rows.measure(build)
-    if sys.argv[2:] != ["library"]:
-        rows += server_rows.measure(build, SOURCE)
+    for part in sys.argv[2:] or parts:
+        rows += parts[part](build)
     print_table(rows)
     missed = sum(not row.met for row in rows)
     print(f"\n{len(rows) - missed} of {len(rows)} goals met. docs/benchmarks.md tells what each row means.")

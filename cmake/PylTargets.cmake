@@ -25,7 +25,9 @@ if(PYL_STRICT)
 endif()
 if(PYL_SANITIZE)
     # The instrumentation makes GCC see uses before initialisation that are none.
-    target_compile_options(pyl_flags INTERFACE -Wno-maybe-uninitialized)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_compile_options(pyl_flags INTERFACE -Wno-maybe-uninitialized)
+    endif()
     target_compile_options(pyl_flags INTERFACE
         -fsanitize=${PYL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_compile_definitions(pyl_flags INTERFACE _GLIBCXX_ASSERTIONS)

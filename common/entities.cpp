@@ -10,8 +10,8 @@
 #include "common/EntityIndex.h"
 #include "common/NamedEntities.h"
 
-// The exported functions are also what a foreign program may define under the same plain names, so
-// nothing here calls them: it calls what has no name outside.
+// A program may well have a function `cmp` of its own, and the loader would prefer it: so the
+// exported functions are never called here, but what stands behind them.
 
 namespace {
 
@@ -71,7 +71,8 @@ inline unsigned digitOf(char character) noexcept {
 
 /// The code point of the reference `&#...;` at `at`, by the grammar of strtoul(3); nothing unless
 /// its number ends at `semicolon`.
-std::optional<std::uint64_t> convertNumber(char const* at, char const* semicolon) noexcept {
+[[gnu::cold, gnu::noinline]] std::optional<std::uint64_t> convertNumber(
+    char const* at, char const* semicolon) noexcept {
     bool const isHexadecimal = at[2] == 'x' || at[2] == 'X';
     int const callersError = errno;
     errno = 0;
@@ -107,7 +108,9 @@ inline char* moveText(char* to, char const* from, std::size_t size) noexcept {
     return to + size;
 }
 
-/// Decodes one text from its first '&' on.
+/// Decodes one text from its first '&' on. Everything is inlined, which keeps the members in
+/// registers: were the object handed to another function, each byte of the result might change
+/// them.
 class ReferenceDecoder {
 public:
     ReferenceDecoder(char const* firstReference, char* to) noexcept
@@ -137,7 +140,7 @@ private:
 
     /// The first semicolon after the '&' that was come to, or the end. Each is looked for once.
     char const* _nextSemicolon() noexcept {
-        if (_semicolon < _from) {
+        if (!_semicolon || _semicolon < _from) {
             void const* const found = std::memchr(_from, ';', _rest());
             _semicolon = found ? static_cast<char const*>(found) : _end;
         }
@@ -186,15 +189,14 @@ private:
 
     template <unsigned base>
     bool _decodeNumber(char const* const digits) noexcept {
-        constexpr int mostDigits = 10;  // more might not fit
+        constexpr int mostDigits = 10;  // with more the number may have wrapped round
         std::uint64_t number = 0;
         char const* at = digits;
-        for (unsigned digit; at < digits + mostDigits && (digit = digitOf<base>(*at)) < base;
-             ++at) {
+        for (unsigned digit; (digit = digitOf<base>(*at)) < base; ++at) {
             number = number * base + digit;
         }
-        if (*at != ';') return _mayBeOddNumber(digits, at) && _decodeOddNumber();
-        return _putNumber(number, at);
+        if (*at == ';' && at - digits <= mostDigits) return _putNumber(number, at);
+        return _mayBeOddNumber(digits, at) && _decodeOddNumber();
     }
 
     bool _putNumber(std::uint64_t number, char const* semicolon) noexcept {
@@ -205,15 +207,15 @@ private:
         return true;
     }
 
-    /// Whether strtoul may take more than the plain digits up to `stop`: blanks and signs before
-    /// them, a second "0x", or digits without end.
+    /// Whether strtoul may take what is no short row of digits up to a semicolon: blanks and signs
+    /// before the digits, a second "0x", or very many digits.
     static bool _mayBeOddNumber(char const* digits, char const* stop) noexcept {
         auto const next = static_cast<unsigned char>(*stop);
-        if (stop == digits) return next == '+' || next == '-' || std::isspace(next);
-        return next == 'x' || next == 'X' || std::isxdigit(next);
+        if (stop == digits) return next == '+' || next == '-' || std::isspace(next) != 0;
+        return next == 'x' || next == 'X' || next == ';';
     }
 
-    [[gnu::cold, gnu::noinline]] bool _decodeOddNumber() noexcept {
+    bool _decodeOddNumber() noexcept {
         char const* const semicolon = _nextSemicolon();
         if (semicolon == _end) return false;
         std::optional<std::uint64_t> const number = convertNumber(_from, semicolon);

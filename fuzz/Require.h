@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+
+/// Ends the program with a finding when what must hold does not.
+inline void require(bool holds, char const* what) {
+    if (holds) return;
+    std::fprintf(stderr, "Does not hold: %s\n", what);
+    std::abort();
+}

@@ -1,0 +1,86 @@
+// CIM-XML requests: each is refused or gets a reply that follows DSP0203, and what our parser takes
+// for well-formed XML another parser does too.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "cimhost/broker/Broker.h"
+#include "cimhost/broker/ModuleHost.h"
+#include "cimhost/broker/Operations.h"
+#include "cimhost/cimxml/XmlDocument.h"
+#include "cimhost/repository/MofReader.h"
+#include "fuzz/Require.h"
+#include "tests/cimhost/cimxml/ReplyChecker.h"
+#include "tests/cimhost/cimxml/Requests.h"
+#include "tests/cimhost/cimxml/TestSchema.h"
+
+namespace {
+
+using namespace cimhost;
+
+class SilentLog : public BrokerLog {
+    void write(Level, std::string_view, std::string_view) noexcept override {}
+};
+
+Repository makeRepository() {
+    Repository repository;
+    fillTestSchema(repository);
+    MofReader(repository, "root/test")
+        .readText(R"(
+instance of TEST_Pump { Id = "p1"; Count = 7; Flow = 1.5; };
+instance of TEST_Pump { Id = "p2"; Flow = 2.0; };
+instance of TEST_Link { Antecedent = "TEST_Pump.Id=\"p1\""; Dependent = "TEST_Pump.Id=\"p2\""; };
+)",
+                  "instances");
+    return repository;
+}
+
+/// An object manager without modules.
+struct Manager {
+    Repository repository = makeRepository();
+    SilentLog log;
+    Broker broker{repository, log};
+    ModuleHost modules{broker, {}, {}};
+    Operations operations{broker, modules};
+    CimXmlHandler handler{operations, repository};
+
+    Manager() { broker.setOperations(&operations); }
+};
+
+/// The value of the attribute NAME behind this tag, as the header that must go with it says.
+std::string nameBehind(std::string_view text, std::string_view tag) {
+    std::size_t const at = text.find(tag);
+    if (at == std::string_view::npos) return {};
+    std::string_view name = text.substr(at + tag.size());
+    return std::string(name.substr(0, name.find('"')));
+}
+
+TestRequest requestWith(std::string_view body) {
+    return {{{"CIMOperation", "MethodCall"},
+             {"CIMMethod", nameBehind(body, "METHODCALL NAME=\"")},
+             {"CIMObject", "root/test"}},
+            std::string(body)};
+}
+
+void compareParsers(std::string_view text) {
+    try {
+        XmlDocument const document(text, {Tag::cim});
+    } catch (XmlError const&) {
+        return;
+    }
+    require(isWellFormedXml(text), "the other parser takes it too");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    static Manager const manager;
+    std::string_view const body(reinterpret_cast<char const*>(data), size);
+    compareParsers(body);
+    TestRequest const request = requestWith(body);
+    RecordingReply reply;
+    manager.handler.handle(request.view(), reply);
+    require(reply.status.has_value() || problemOfReply(reply.body).empty(), "the reply is valid");
+    return 0;
+}

@@ -1,0 +1,73 @@
+// HTTP requests: read alike however their bytes arrive.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cimhost/server/HttpParser.h"
+#include "fuzz/Require.h"
+
+namespace {
+
+using cimhost::HttpParser;
+
+struct Outcome {
+    HttpParser::State state;
+    int refusal;
+    std::string text;  ///< all that the request says
+    bool operator==(Outcome const&) const = default;
+};
+
+std::string textOf(cimhost::HttpRequest const& request) {
+    std::string text(request.method);
+    text.append("\n").append(request.target).append("\n").append(request.serverName());
+    for (cimhost::HttpField const& field : request.fields) {
+        text.append("\n").append(field.name).append(":").append(field.value);
+        require(request.header(field.name).has_value(), "a field that is there is found");
+    }
+    return text + "\n\n" + request.body + (request.keepAlive ? "k" : "") +
+           (request.isHttp11 ? "1" : "") + (request.isChunked ? "c" : "");
+}
+
+/// Feeds `step` bytes at a time up to the end of the first request.
+Outcome readRequest(std::string_view bytes, std::size_t step) {
+    using State = HttpParser::State;
+    // Limits that short inputs come to.
+    static cimhost::HttpLimits const limits{.lineBytes = 64,
+                                            .headBytes = 512,
+                                            .fieldCount = 4,
+                                            .bodyBytes = 64,
+                                            .chunkLineBytes = 32,
+                                            .framingBytes = 128};
+    HttpParser parser(limits);
+    std::string kept;
+    bool headIsRead = false;
+    for (std::size_t place = 0; place < bytes.size(); place += step) {
+        kept += bytes.substr(place, step);
+        for (bool goesOn = true; goesOn;) {
+            State const before = parser.state();
+            std::size_t const used = parser.feed(kept);
+            require(used <= kept.size(), "no more is used than there is");
+            kept.erase(0, used);
+            headIsRead = headIsRead || parser.state() == State::headComplete;
+            if (parser.state() == State::complete || parser.state() == State::refused) {
+                return {parser.state(), parser.refusal(),
+                        parser.state() == State::complete ? textOf(parser.request()) : ""};
+            }
+            goesOn = parser.state() != before || (used > 0 && !kept.empty());
+        }
+    }
+    return {parser.state(), 0, headIsRead ? textOf(parser.request()) : ""};
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    std::string_view const bytes(reinterpret_cast<char const*>(data), size);
+    Outcome const whole = readRequest(bytes, std::max<std::size_t>(size, 1));
+    require(readRequest(bytes, 1) == whole, "byte by byte it is the same");
+    require(readRequest(bytes, 7) == whole, "in pieces it is the same");
+    return 0;
+}
