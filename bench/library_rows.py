@@ -1,4 +1,4 @@
-"""Measures the support library: rows a1, a4, b1, b2, b3 and c1."""
+"""Measures the support library: rows a1, a4, b1, b2, b3, c1, e1, e2, f1 and f2."""
 
 import json
 import subprocess
@@ -92,6 +92,10 @@ def line_row(pair):
                     pair.time_ratio <= 1.3)
 
 
+def store_row(pair, most):
+    return pair.row(f"{pair.time_ratio:.2f} time", f"{most:.2f} time", pair.time_ratio <= most)
+
+
 def linear_row(times):
     each = {size: times[f"b1/instances {size}/library"][0] / size for size in (100, 1000)}
     growth = each[1000] / each[100]
@@ -116,6 +120,15 @@ RATIOS = [
     ("c1/build", 1.10, None, 0),
     ("c1/compare", 1.10, None, 0),
     ("c1/text", 1.10, None, 1),
+    ("f1/catalogue of 49", 0.10, 0.10, None),
+    ("f2/last of 49", 1.00, 1.00, 0),
+]
+
+# The text store: the most that it may take of the anchor's time.
+STORE_RATIOS = [
+    ("e1/get of 10", 1.00),
+    ("e1/get of 1000", 0.25),
+    ("e2/put of 10", 2.00),
 ]
 
 
@@ -130,5 +143,6 @@ def measure(build):
 
     rows = [entry_row(pair("a1/entry")), off_row(pair("a4/off")), line_row(pair("a4/on"))]
     rows += [pair(what).ratio_row(*most) for what, *most in RATIOS]
+    rows += [store_row(pair(what), most) for what, most in STORE_RATIOS]
     rows.append(linear_row(times))
     return sorted(rows, key=lambda row: row.name)

@@ -35,6 +35,14 @@ std::string_view cText(std::string_view word) noexcept {
     return word.substr(0, word.find('\0'));
 }
 
+/// Whether C sees this text, which has no zero byte, in the word.
+bool isText(std::string_view word, std::string_view text) noexcept {
+    auto const size = text.size();
+    // Keys of one store begin alike more often than they end alike.
+    if (word.size() < size || (size > 0 && word[size - 1] != text[size - 1])) return false;
+    return word.starts_with(text) && (word.size() == size || word[size] == '\0');
+}
+
 std::string record(std::string_view key, std::string_view value) {
     std::string line;
     line.append(cText(key)).append(" ").append(cText(value)).append("\r\n");
@@ -43,8 +51,7 @@ std::string record(std::string_view key, std::string_view value) {
 
 /// As fopen(3), but for the owner alone and not passed on to children.
 FILE* openStream(std::string const& path, int flags, char const* mode) noexcept {
-    constexpr mode_t ownerOnly = 0600;
-    int const descriptor = ::open(path.c_str(), flags | O_CLOEXEC, ownerOnly);
+    int const descriptor = PYL::openFile(path, flags);
     if (descriptor < 0) return nullptr;
     FILE* const file = fdopen(descriptor, mode);
     if (file) return file;
@@ -52,10 +59,6 @@ FILE* openStream(std::string const& path, int flags, char const* mode) noexcept 
     ::close(descriptor);
     errno = error;
     return nullptr;
-}
-
-std::string errorText(int error) {
-    return std::strerror(error);
 }
 
 template <typename Value>
@@ -113,27 +116,30 @@ DataStoreTxt::~DataStoreTxt() {
 }
 
 void DataStoreTxt::_finishRewrite() {
-    if (PYL::StoreRewrite(_filename).restore())
+    PYL::StoreRewrite copy(_filename);
+    if (copy.restore())
         _log.warn("%s was restored after an interrupted removal", _filename);
     else if (errno != ENOENT)
         _log.error("%s cannot be restored after an interrupted removal: %s", _filename,
-                   errorText(errno));
+                   std::strerror(errno));
 }
 
 void DataStoreTxt::_open() {
     struct stat facts {};
     bool const there = stat(_filename.c_str(), &facts) == 0;
-    FILE* const file = there ? openStream(_filename, O_RDWR, "r+")
-                             : openStream(_filename, O_RDWR | O_CREAT | O_TRUNC, "w+");
-    int const error = errno;
+    // Not cut short: a file that is there after all (another process was faster, or stat(2) failed
+    // for a reason of its own) holds what must not be lost.
+    FILE* const file =
+        there ? openStream(_filename, O_RDWR, "r+") : openStream(_filename, O_RDWR | O_CREAT, "w+");
+    int const openError = errno;
     if (!there && chmod(_filename.c_str(), storeMode) != 0) {
         int const chmodError = errno;
         _log.error("file chmod failed!");
-        _log.error("%s", errorText(chmodError));
+        _log.error("%s", std::strerror(chmodError));
     }
     if (!_use(file)) {
         _log.error("first fopen() failed!");
-        throw DataStoreError(errorText(file ? errno : error));
+        throw DataStoreError(std::strerror(file ? errno : openError));
     }
     _log.info("fopen() success!");
 }
@@ -141,14 +147,17 @@ void DataStoreTxt::_open() {
 /// Takes the stream over, or none. The descriptor that is read from keeps its number, so that an
 /// exists() that runs meanwhile reads the old file or the new one and never a foreign one.
 bool DataStoreTxt::_use(FILE* file) {
-    int const used = !file             ? -1
-                     : _descriptor < 0 ? fcntl(fileno(file), F_DUPFD_CLOEXEC, 0)
-                                       : dup3(fileno(file), _descriptor, O_CLOEXEC);
+    if (!file) return false;
+    bool const first = _descriptor < 0;
+    int const used = first ? fcntl(fileno(file), F_DUPFD_CLOEXEC, 0)
+                           : dup3(fileno(file), _descriptor, O_CLOEXEC);
     if (used < 0) {
-        if (file) std::fclose(file);
+        int const error = errno;
+        std::fclose(file);
+        errno = error;
         return false;
     }
-    _descriptor = used;
+    if (first) _descriptor = used;
     _textf = file;
     _fileCreated = true;
     return true;
@@ -163,7 +172,7 @@ DataStoreTxt::LookUp DataStoreTxt::_lookUp(std::string const& key, std::string* 
         if (position) *position = at;
         auto const word = words.next();
         if (word.empty()) break;
-        bool const found = cText(word) == wanted;
+        bool const found = isText(word, wanted);
         auto const second = words.next();
         if (words.failed()) break;
         if (!found) continue;
@@ -171,7 +180,7 @@ DataStoreTxt::LookUp DataStoreTxt::_lookUp(std::string const& key, std::string* 
         return LookUp::found;
     }
     if (!words.failed()) return LookUp::absent;
-    _log.error("%s cannot be read: %s", _filename, errorText(words.error()));
+    _log.error("%s cannot be read: %s", _filename, std::strerror(words.error()));
     return LookUp::unreadable;
 }
 
@@ -209,7 +218,7 @@ bool DataStoreTxt::storeString(std::string const& key, std::string const& value)
         _log.info("storeString() replacing updated key in db!");
     }
     if (position < 0 || !PYL::writeAt(_descriptor, record(key, value), position))
-        _log.error("%s cannot be written: %s", _filename, errorText(errno));
+        _log.error("%s cannot be written: %s", _filename, std::strerror(errno));
     return true;
 }
 
@@ -223,7 +232,7 @@ std::optional<std::string> DataStoreTxt::_contentWithout(std::string const& key)
         if (kept != dropped) content += record(kept, std::string(value));
     }
     if (!words.failed()) return content;
-    _log.error("%s cannot be read: %s", _filename, errorText(words.error()));
+    _log.error("%s cannot be read: %s", _filename, std::strerror(words.error()));
     return std::nullopt;
 }
 
@@ -240,27 +249,20 @@ bool DataStoreTxt::remove(std::string const& key) {
 bool DataStoreTxt::_rewrite(std::string const& content) {
     PYL::StoreRewrite copy(_filename);
     bool const kept = copy.keep(content, _descriptor);
-    if (!kept) _log.warn("%s is rewritten without a copy: %s", _filename, errorText(errno));
+    if (!kept) _log.warn("%s is rewritten without a copy: %s", _filename, std::strerror(errno));
 
     _fileCreated = false;
     std::fclose(std::exchange(_textf, nullptr));
-    FILE* const file = openStream(_filename, O_WRONLY | O_CREAT | O_TRUNC, "w");
-    if (!file) {
-        _log.error("%s cannot be rewritten: %s", _filename, errorText(errno));
-        if (kept) copy.drop();
-        return false;
-    }
-    bool written = std::fwrite(content.data(), 1, content.size(), file) == content.size();
-    int error = errno;
-    if (std::fclose(file) != 0) {
-        if (written) error = errno;
-        written = false;
-    }
-    if (!written) _log.error("%s cannot be rewritten: %s", _filename, errorText(error));
-    if (kept && written) copy.drop();
-    // Where even this fails, the copy stays, and the next store that is made takes it.
-    if (kept && !written) copy.restore();
-    return true;
+    int const file = PYL::openFile(_filename, O_WRONLY | O_CREAT | O_TRUNC);
+    bool const opened = file >= 0;
+    bool const written = opened && PYL::writeAndClose(file, content);
+    if (!written) _log.error("%s cannot be rewritten: %s", _filename, std::strerror(errno));
+    // A file that could not be opened is what it was. One that could not be written is not: where
+    // even the copy cannot take its place, the copy stays, and the next store that is made takes
+    // it.
+    if (kept && !(opened && !written ? copy.restore() : copy.drop()))
+        _log.error("%s.rewrite is left: %s", _filename, std::strerror(errno));
+    return opened;
 }
 
 void DataStoreTxt::_reopen() {
@@ -268,7 +270,7 @@ void DataStoreTxt::_reopen() {
     if (_use(file)) return;
     int const error = errno;
     _log.error("_textdb reopen after remove() failed!");
-    throw DataStoreError(errorText(error));
+    throw DataStoreError(std::strerror(error));
 }
 
 bool DataStoreTxt::storeUint64(std::string const& key, unsigned long value) {

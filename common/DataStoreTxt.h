@@ -114,6 +114,5 @@ private:
     void _reopen();
 
     Logger _log;
-    int _descriptor =
-        -1;  ///< of _textf, under one number for life: exists() reads it without the lock
+    int _descriptor = -1;  // of _textf, under one number for life: exists() reads without the lock
 };

@@ -11,12 +11,24 @@ namespace PYL {
 
 namespace {
 
+template <typename Call>
+auto uninterrupted(Call call) noexcept {
+    auto result = call();
+    while (result < 0 && errno == EINTR) result = call();
+    return result;
+}
+
 /// Closes; true when everything before it and the closing went well. Keeps the first errno.
 bool closed(int descriptor, bool good) noexcept {
     int const error = errno;
-    bool const closedWell = ::close(descriptor) == 0;
+    // An interrupted close(2) has closed all the same.
+    bool const closedWell = ::close(descriptor) == 0 || errno == EINTR;
     if (!good) errno = error;
     return good && closedWell;
+}
+
+bool synced(int descriptor) noexcept {
+    return uninterrupted([&] { return fsync(descriptor); }) == 0;
 }
 
 bool takeOver(int descriptor, int from) noexcept {
@@ -30,36 +42,39 @@ bool takeOver(int descriptor, int from) noexcept {
 
 }  // namespace
 
+int openFile(std::string const& path, int flags) noexcept {
+    constexpr mode_t ownerOnly = 0600;
+    return uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, ownerOnly); });
+}
+
 bool writeAt(int descriptor, std::string const& text, long offset) noexcept {
     for (std::size_t done = 0; done < text.size();) {
-        auto const count = pwrite(descriptor, text.data() + done, text.size() - done,
-                                  offset + static_cast<long>(done));
-        if (count > 0) {
-            done += static_cast<std::size_t>(count);
-        } else if (count == 0 || errno != EINTR) {
-            if (count == 0) errno = ENOSPC;
-            return false;
-        }
+        auto const count = uninterrupted([&] {
+            return pwrite(descriptor, text.data() + done, text.size() - done,
+                          offset + static_cast<long>(done));
+        });
+        if (count == 0) errno = ENOSPC;
+        if (count <= 0) return false;
+        done += static_cast<std::size_t>(count);
     }
     return true;
 }
 
+bool writeAndClose(int descriptor, std::string const& text) noexcept {
+    return closed(descriptor, writeAt(descriptor, text, 0) && synced(descriptor));
+}
+
 bool StoreRewrite::_writeUnfinished(std::string const& content, int openFile) noexcept {
     ::unlink(_unfinished.c_str());
-    constexpr mode_t ownerOnly = 0600;
-    int const descriptor = ::open(_unfinished.c_str(),
-                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, ownerOnly);
+    int const descriptor = PYL::openFile(_unfinished, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
     if (descriptor < 0) return false;
-    bool const written =
-        takeOver(descriptor, openFile) && writeAt(descriptor, content, 0) && fsync(descriptor) == 0;
-    return closed(descriptor, written);
+    if (!takeOver(descriptor, openFile)) return closed(descriptor, false);
+    return writeAndClose(descriptor, content);
 }
 
 bool StoreRewrite::_syncDirectory() noexcept {
-    auto const directory = _file.substr(0, _file.rfind('/') + 1);
-    int const descriptor = ::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return false;
-    return closed(descriptor, fsync(descriptor) == 0);
+    int const descriptor = openFile(_directory, O_RDONLY | O_DIRECTORY);
+    return descriptor >= 0 && closed(descriptor, synced(descriptor));
 }
 
 bool StoreRewrite::keep(std::string const& content, int openFile) noexcept {
@@ -77,8 +92,10 @@ bool StoreRewrite::restore() noexcept {
     return std::rename(_copy.c_str(), _file.c_str()) == 0;
 }
 
-void StoreRewrite::drop() noexcept {
-    ::unlink(_copy.c_str());
+bool StoreRewrite::drop() noexcept {
+    // Left in place it would undo what is stored from now on; under the other name nobody takes it.
+    return ::unlink(_copy.c_str()) == 0 || errno == ENOENT ||
+           std::rename(_copy.c_str(), _unfinished.c_str()) == 0;
 }
 
 }  // namespace PYL

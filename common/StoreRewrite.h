@@ -5,13 +5,16 @@
 namespace PYL {
 
 /// What a store's file is to hold after a rewrite, kept beside it ("<file>.rewrite") while the file
-/// itself is cut short and written again: a process that is killed meanwhile, or a full disk, loses
-/// nothing. The copy is on the disk, whole, before keep() returns. Nothing throws; a failure is
-/// errno.
+/// itself is cut short and written again: a process that is killed meanwhile, a power cut or a full
+/// disk loses nothing. The copy is on the disk, whole, before keep() returns. Nothing throws but
+/// the constructor; a failure is errno.
 class StoreRewrite {
 public:
     explicit StoreRewrite(std::string const& file)
-        : _file(file), _copy(file + ".rewrite"), _unfinished(file + ".rewrite.new") {}
+        : _file(file),
+          _directory(file.substr(0, file.rfind('/') + 1)),
+          _copy(file + ".rewrite"),
+          _unfinished(file + ".rewrite.new") {}
 
     /// Keeps the content, with the mode and the owner of the open file. False when it could not be
     /// kept.
@@ -21,20 +24,29 @@ public:
     /// when none was kept.
     bool restore() noexcept;
 
-    /// The file is whole: the copy is not needed any more.
-    void drop() noexcept;
+    /// The file is whole: the copy is not needed any more. False when it is still there: the next
+    /// store that is opened will take it.
+    bool drop() noexcept;
 
 private:
     bool _writeUnfinished(std::string const& content, int openFile) noexcept;
     bool _syncDirectory() noexcept;
 
     std::string _file;
+    std::string _directory;
     std::string _copy;
     std::string _unfinished;  // not a copy yet: an earlier one that was not finished is replaced
 };
 
+/// As open(2), but for the owner alone, not passed on to children, and again when interrupted.
+int openFile(std::string const& path, int flags) noexcept;
+
 /// Writes the whole text at the offset. False when it could not; errno says why, and some of it may
 /// stand in the file.
 bool writeAt(int descriptor, std::string const& text, long offset) noexcept;
+
+/// Writes the whole text from the start, has it on the disk, and closes. False when one of these
+/// could not be done; errno says why.
+bool writeAndClose(int descriptor, std::string const& text) noexcept;
 
 }  // namespace PYL

@@ -3,7 +3,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 
 namespace PYL {
@@ -14,6 +16,29 @@ namespace {
 /// object manager runs in.
 constexpr bool isSpace(char c) noexcept {
     return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+/// How many of these eight bytes come before the first that is a blank or below it, where all white
+/// space is. Counts on from the lowest byte, so not for big-endian machines.
+std::size_t plainBytes(char const* bytes) noexcept {
+    constexpr std::uint64_t each = 0x0101010101010101;
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    auto const low = (word - each * (' ' + 1)) & ~word & (each * 0x80);
+    return static_cast<std::size_t>(std::countr_zero(low)) / 8;
+}
+
+/// The first place from this one on that is white space, or the end.
+std::size_t wordEnd(char const* text, std::size_t at, std::size_t end) noexcept {
+    while (std::endian::native == std::endian::little && end - at >= 8) {
+        auto const plain = plainBytes(text + at);
+        at += plain;
+        if (plain == 8) continue;
+        if (isSpace(text[at])) return at;
+        ++at;
+    }
+    while (at < end && !isSpace(text[at])) ++at;
+    return at;
 }
 
 }  // namespace
@@ -37,20 +62,22 @@ bool WordReader::_refill() noexcept {
 
 long WordReader::skipSpace() noexcept {
     do {
-        while (_at < _size && isSpace(_buffer[_at])) ++_at;
+        auto at = _at;
+        while (at < _size && isSpace(_buffer[at])) ++at;
+        _at = at;
     } while (_at == _size && _refill());
     return _offset + static_cast<long>(_at);
 }
 
 std::string_view WordReader::next() noexcept {
-    skipSpace();
+    if (_at == _size || isSpace(_buffer[_at])) skipSpace();
     std::size_t length = 0;
-    for (;;) {
-        auto const end = std::min(_size, _at + longestWord);
-        while (_at + length < end && !isSpace(_buffer[_at + length])) ++length;
+    do {
+        auto const* const start = _buffer.data() + _at;
+        auto const available = std::min(_size - _at, longestWord);
+        length = wordEnd(start, length, available);
         // Words are shorter than the buffer, so there is always room to read on.
-        if (length == longestWord || _at + length < _size || !_refill()) break;
-    }
+    } while (length < longestWord && _at + length == _size && _refill());
     std::string_view const word(_buffer.data() + _at, length);
     _at += length;
     return word;

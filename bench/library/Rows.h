@@ -79,3 +79,5 @@ void addEnumerationRows();
 void addLookupRows();
 void addAssociationRows();
 void addPathRows();
+void addProfileRows();
+void addStoreRows();

@@ -14,6 +14,8 @@ int main(int argc, char** argv) {
     addLookupRows();
     addAssociationRows();
     addPathRows();
+    addProfileRows();
+    addStoreRows();
     if (argc == 2 && std::string_view(argv[1]) == "--instructions") {
         countInstructions();
         return 0;
