@@ -35,6 +35,19 @@ MRAStatusEnum ComputerSystemMRADataObject::getSystemUUID(std::string& uuid) cons
     return give(_facts.uuid, uuid);
 }
 
+MRAStatusEnum ComputerSystemMRADataObject::getSystemVirtualSerialNumber(
+    std::string& serialNumber) const {
+    return give(_facts.virtualSerialNumber, serialNumber);
+}
+
+MRAStatusEnum ComputerSystemMRADataObject::getSystemVirtualUUID(std::string& uuid) const {
+    return give(_facts.virtualUuid, uuid);
+}
+
+MRAStatusEnum ComputerSystemMRADataObject::getSolutionName(std::string& name) const {
+    return give(_facts.solutionName, name);
+}
+
 MRAStatusEnum ComputerSystemMRADataObject::getBiosVendor(std::string& vendor) const {
     return give(_facts.biosVendor, vendor);
 }

@@ -17,6 +17,9 @@ struct ComputerSystemFacts {
     std::optional<std::string> productId;
     std::optional<std::string> serialNumber;
     std::optional<std::string> uuid;
+    std::optional<std::string> virtualSerialNumber;
+    std::optional<std::string> virtualUuid;
+    std::optional<std::string> solutionName;
     std::optional<std::string> biosVendor;
     std::optional<std::string> biosVersion;
     std::optional<std::string> biosReleaseDate;
@@ -42,6 +45,11 @@ public:
     MRAStatusEnum getSystemSerialNumber(std::string& serialNumber) const;
     /// In the usual text form, lower case.
     MRAStatusEnum getSystemUUID(std::string& uuid) const;
+    /// The identity that a server profile lends to the server; the one above is the maker's.
+    MRAStatusEnum getSystemVirtualSerialNumber(std::string& serialNumber) const;
+    MRAStatusEnum getSystemVirtualUUID(std::string& uuid) const;
+    /// The product that the server was sold as a part of.
+    MRAStatusEnum getSolutionName(std::string& name) const;
     MRAStatusEnum getBiosVendor(std::string& vendor) const;
     MRAStatusEnum getBiosVersion(std::string& version) const;
     /// As the firmware writes it, usually mm/dd/yyyy.

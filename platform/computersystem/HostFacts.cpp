@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/computersystem/OsRelease.h"
+#include "platform/smbios/FirmwareText.h"
 
 namespace {
 
@@ -32,18 +33,15 @@ constexpr auto texts = std::to_array<Text>({
     &ComputerSystemFacts::productId,
     &ComputerSystemFacts::serialNumber,
     &ComputerSystemFacts::uuid,
+    &ComputerSystemFacts::virtualSerialNumber,
+    &ComputerSystemFacts::virtualUuid,
+    &ComputerSystemFacts::solutionName,
     &ComputerSystemFacts::biosVendor,
     &ComputerSystemFacts::biosVersion,
     &ComputerSystemFacts::biosReleaseDate,
     &ComputerSystemFacts::osName,
     &ComputerSystemFacts::osVersion,
 });
-
-/// Firmware fills a field that it has no value for with nothing or with blanks.
-std::optional<std::string> nonBlank(std::string const& text) {
-    if (text.find_first_not_of(' ') == std::string::npos) return std::nullopt;
-    return text;
-}
 
 }  // namespace
 
@@ -73,6 +71,11 @@ ComputerSystemFacts readFirmwareFacts(SmBios const& smbios) {
         facts.biosVendor = nonBlank(bios->vendor);
         facts.biosVersion = nonBlank(bios->version);
         facts.biosReleaseDate = nonBlank(bios->releaseDate);
+    }
+    if (KTQServerProfile const* const profile = smbios.getKTQServerProfile()) {
+        facts.virtualSerialNumber = nonBlank(profile->virtualSerialNumber);
+        facts.virtualUuid = nonBlank(profile->virtualUuid);
+        facts.solutionName = nonBlank(profile->solutionName);
     }
     return facts;
 }

@@ -12,6 +12,8 @@ constexpr std::uint16_t littleEndianUuidVersion = 0x0206;
 
 constexpr std::uint8_t firmwareType = 0xd8;
 constexpr std::uint8_t serverSystemIdType = 0xd9;
+constexpr std::uint8_t enclosureType = 0xda;
+constexpr std::uint8_t serverProfileType = 0xdb;
 constexpr std::size_t signatureOffset = 0x04;
 constexpr std::string_view signature = "KTQ";
 
@@ -32,8 +34,8 @@ std::string uuidText(Uuid const& uuid) {
     return result;
 }
 
-std::string decodeUuid(std::uint16_t version, SmbiosRecord const& record) {
-    constexpr std::size_t offset = 0x08;
+std::string decodeUuid(SmbiosTable const& table, SmbiosRecord const& record) {
+    constexpr std::size_t offset = 0x08;  // in the system record and in the maker's own
     Uuid uuid{};
     if (record.formatted().size() < offset + uuid.size()) return {};
     std::ranges::copy(record.formatted().subspan(offset, uuid.size()), uuid.begin());
@@ -43,7 +45,7 @@ std::string decodeUuid(std::uint16_t version, SmbiosRecord const& record) {
         })) {
         return {};
     }
-    if (version >= littleEndianUuidVersion) {
+    if (table.entryPoint().version >= littleEndianUuidVersion) {
         std::reverse(uuid.begin(), uuid.begin() + 4);
         std::reverse(uuid.begin() + 4, uuid.begin() + 6);
         std::reverse(uuid.begin() + 6, uuid.begin() + 8);
@@ -79,7 +81,7 @@ DmiSystem decodeSystem(SmbiosTable const& table, SmbiosRecord const& record) {
             .productName = text(record, 0x05),
             .version = text(record, 0x06),
             .serialNumber = text(record, 0x07),
-            .uuid = decodeUuid(table.entryPoint().version, record),
+            .uuid = decodeUuid(table, record),
             .wakeUpType = record.byte(0x18).value_or(0),
             .skuNumber = text(record, 0x19),
             .family = text(record, 0x1a)};
@@ -106,6 +108,31 @@ KTQServerSystemId decodeServerSystemId(SmbiosRecord const& record) {
     return {.identifier = text(record, 0x05)};
 }
 
+KTQEnclosure decodeEnclosure(SmbiosTable const& table, SmbiosRecord const& record) {
+    constexpr unsigned bladeFlag = 0x01;
+    constexpr unsigned slServerFlag = 0x02;
+    unsigned const flags = record.byte(0x05).value_or(0);
+    return {.isBlade = (flags & bladeFlag) != 0,
+            .isSLServer = (flags & slServerFlag) != 0,
+            .enclosureName = text(record, 0x06),
+            .rackName = text(record, 0x07),
+            .rackUuid = decodeUuid(table, record)};
+}
+
+KTQServerProfile decodeServerProfile(SmbiosTable const& table, SmbiosRecord const& record) {
+    return {.virtualSerialNumber = text(record, 0x05),
+            .virtualUuid = decodeUuid(table, record),
+            .solutionName = text(record, 0x06)};
+}
+
 SmbiosRecord const* findServerSystemIdRecord(SmbiosTable const& table) noexcept {
     return findSigned(table, serverSystemIdType);
+}
+
+SmbiosRecord const* findEnclosureRecord(SmbiosTable const& table) noexcept {
+    return findSigned(table, enclosureType);
+}
+
+SmbiosRecord const* findServerProfileRecord(SmbiosTable const& table) noexcept {
+    return findSigned(table, serverProfileType);
 }

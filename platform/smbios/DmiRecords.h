@@ -55,3 +55,23 @@ struct DmiChassis {
 struct KTQServerSystemId {
     std::string identifier;
 };
+
+/// The enclosure that the server stands in, as its management module told the firmware.
+struct KTQEnclosure {
+    bool isBlade = false;
+    /// A server of the SL line.
+    bool isSLServer = false;
+    std::string enclosureName;
+    std::string rackName;
+    /// In the form of DmiSystem::uuid.
+    std::string rackUuid;
+};
+
+/// The identity that a server profile lends to the server, beside the one that it was made with.
+struct KTQServerProfile {
+    std::string virtualSerialNumber;
+    /// In the form of DmiSystem::uuid.
+    std::string virtualUuid;
+    /// The product that the server was sold as a part of.
+    std::string solutionName;
+};

@@ -60,7 +60,12 @@ struct SmBios::Records {
                         [this](auto& bytes) { return decodeSystem(table, bytes); })),
           baseboard(decode(table.findType(2), decodeBaseboard)),
           chassis(decode(table.findType(3), decodeChassis)),
-          serverSystemId(decode(findServerSystemIdRecord(table), decodeServerSystemId)) {}
+          serverSystemId(decode(findServerSystemIdRecord(table), decodeServerSystemId)),
+          enclosure(decode(findEnclosureRecord(table),
+                           [this](auto& bytes) { return decodeEnclosure(table, bytes); })),
+          serverProfile(decode(findServerProfileRecord(table), [this](auto& bytes) {
+              return decodeServerProfile(table, bytes);
+          })) {}
 
     SmbiosTable table;
     std::optional<DmiBios> bios;
@@ -68,6 +73,8 @@ struct SmBios::Records {
     std::optional<DmiBaseboard> baseboard;
     std::optional<DmiChassis> chassis;
     std::optional<KTQServerSystemId> serverSystemId;
+    std::optional<KTQEnclosure> enclosure;
+    std::optional<KTQServerProfile> serverProfile;
 };
 
 SmBios::SmBios(Logger const& log) : SmBios(log, processSource().get()) {}
@@ -119,6 +126,14 @@ DmiChassis const* SmBios::getDmiChassis() const noexcept {
 
 KTQServerSystemId const* SmBios::getKTQServerSystemId() const noexcept {
     return _records ? pointerTo(_records->serverSystemId) : nullptr;
+}
+
+KTQEnclosure const* SmBios::getKTQEnclosure() const noexcept {
+    return _records ? pointerTo(_records->enclosure) : nullptr;
+}
+
+KTQServerProfile const* SmBios::getKTQServerProfile() const noexcept {
+    return _records ? pointerTo(_records->serverProfile) : nullptr;
 }
 
 SmbiosTable const* SmBios::table() const noexcept {

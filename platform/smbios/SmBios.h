@@ -37,6 +37,8 @@ public:
     DmiBaseboard const* getDmiBaseboard() const noexcept;
     DmiChassis const* getDmiChassis() const noexcept;
     KTQServerSystemId const* getKTQServerSystemId() const noexcept;
+    KTQEnclosure const* getKTQEnclosure() const noexcept;
+    KTQServerProfile const* getKTQServerProfile() const noexcept;
 
     /// The whole table of the last scan, or nullptr when it failed. Owned by the reader, as above.
     SmbiosTable const* table() const noexcept;

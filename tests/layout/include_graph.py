@@ -16,6 +16,7 @@ MAY_INCLUDE = {
     "platform/logger": (),
     "platform": ("platform/logger",),
     "platform/computersystem": ("platform/logger", "platform/smbios"),  # docs/decisions/0005
+    "platform/blade": ("platform/logger", "platform/smbios", "platform/computersystem"),  # the same
     "common": ("cmpicpp", "cmpi", "platform"),
     "providers": ("common", "cmpicpp", "cmpi", "platform"),
     "cimhost": ("cmpi",),

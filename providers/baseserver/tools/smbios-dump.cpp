@@ -27,6 +27,10 @@ void print(char const* name, std::string_view value) {
     std::printf("    %s: %s\n", name, escapeLogText(value).c_str());
 }
 
+void printFact(char const* name, std::string_view value) {
+    if (!value.empty()) std::printf("%s: %s\n", name, escapeLogText(value).c_str());
+}
+
 void print(char const* name, unsigned value) {
     std::printf("    %s: 0x%02X\n", name, value);
 }
@@ -68,6 +72,20 @@ void printChassis(DmiChassis const& chassis) {
     print("Asset Tag", chassis.assetTag);
 }
 
+void printEnclosure(KTQEnclosure const& enclosure) {
+    std::printf("Blade: %s\n", enclosure.isBlade ? "yes" : "no");
+    std::printf("SL Server: %s\n", enclosure.isSLServer ? "yes" : "no");
+    printFact("Enclosure Name", enclosure.enclosureName);
+    printFact("Rack Name", enclosure.rackName);
+    printFact("Rack UUID", enclosure.rackUuid);
+}
+
+void printProfile(KTQServerProfile const& profile) {
+    printFact("Virtual Serial Number", profile.virtualSerialNumber);
+    printFact("Virtual UUID", profile.virtualUuid);
+    printFact("Solution Name", profile.solutionName);
+}
+
 void printStrings(SmbiosRecord const& record) {
     int number = 0;
     for (std::string_view const text : record.strings()) {
@@ -91,6 +109,8 @@ void printTable(SmBios const& smbios) {
     if (auto const* const id = smbios.getKTQServerSystemId()) {
         std::printf("Server System Identifier: %s\n", escapeLogText(id->identifier).c_str());
     }
+    if (auto const* const enclosure = smbios.getKTQEnclosure()) printEnclosure(*enclosure);
+    if (auto const* const profile = smbios.getKTQServerProfile()) printProfile(*profile);
     for (SmbiosRecord const& record : smbios.table()->records()) {
         std::printf("\nHandle 0x%04X, type %u, %u bytes\n", unsigned{record.handle()},
                     unsigned{record.type()}, unsigned{record.length()});

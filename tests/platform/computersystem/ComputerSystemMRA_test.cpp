@@ -13,7 +13,9 @@ protected:
     void expectAllAbsent() const {
         for (Getter const getter :
              {&Data::getSystemManufacturer, &Data::getSystemProductName, &Data::getSystemProductID,
-              &Data::getSystemSerialNumber, &Data::getSystemUUID, &Data::getBiosVendor,
+              &Data::getSystemSerialNumber, &Data::getSystemUUID,
+              &Data::getSystemVirtualSerialNumber, &Data::getSystemVirtualUUID,
+              &Data::getSolutionName, &Data::getBiosVendor,
               &Data::getBiosVersion, &Data::getBiosReleaseDate, &Data::getHostOSName,
               &Data::getHostOSVersion}) {
             EXPECT_EQ(get(getter), "(absent)");
@@ -51,6 +53,25 @@ TEST_F(ComputerSystem, TakesItsDataFromTheFirmware) {
     EXPECT_EQ(get(&Data::getBiosVersion), "K42 v1.20");
     EXPECT_EQ(get(&Data::getBiosReleaseDate), "03/14/2024");
     EXPECT_THAT(_sink->messages(), testing::IsEmpty());
+}
+
+TEST_F(ComputerSystem, TellsTheIdentityThatAProfileLendsBesideTheServersOwn) {
+    firmwareIs("blade");
+    ASSERT_EQ(fill(), MRA_STATUS_SUCCESS);
+    EXPECT_EQ(get(&Data::getSystemVirtualSerialNumber), "VKT000042");
+    EXPECT_EQ(get(&Data::getSystemVirtualUUID), "0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0");
+    EXPECT_EQ(get(&Data::getSolutionName), "Private Cloud 20");
+    EXPECT_EQ(get(&Data::getSystemSerialNumber), "KTQ0012345");
+    EXPECT_EQ(get(&Data::getSystemUUID), "4c4c4544-0035-5a10-8052-b4c04f4d3232");
+}
+
+TEST_F(ComputerSystem, HasNoOtherIdentityWithoutAProfile) {
+    firmwareIs("sl-blade");
+    ASSERT_EQ(fill(), MRA_STATUS_SUCCESS);
+    for (Getter const getter : {&Data::getSystemVirtualSerialNumber, &Data::getSystemVirtualUUID,
+                                &Data::getSolutionName}) {
+        EXPECT_EQ(get(getter), "(absent)");
+    }
 }
 
 TEST_F(ComputerSystem, FallsBackOnTheKernelsFactsWhenTheTableCannotBeRead) {

@@ -149,6 +149,78 @@ TEST(DmiRecords, FindTheServerSystemIdentifierByItsSignature) {
     EXPECT_EQ(scanned->getKTQServerSystemId()->identifier, "KTQ-0815");
 }
 
+TEST(DmiRecords, DecodeTheEnclosure) {
+    ScannedDump const scanned(readDump("blade"));
+    ASSERT_NE(scanned->getKTQEnclosure(), nullptr);
+    KTQEnclosure const& enclosure = *scanned->getKTQEnclosure();
+    EXPECT_TRUE(enclosure.isBlade);
+    EXPECT_FALSE(enclosure.isSLServer);
+    EXPECT_EQ(enclosure.enclosureName, "enc-7");
+    EXPECT_EQ(enclosure.rackName, "rack-B");
+    EXPECT_EQ(enclosure.rackUuid, "00112233-4455-6677-8899-aabbccddeeff");
+}
+
+TEST(DmiRecords, DecodeTheServerProfile) {
+    ScannedDump const scanned(readDump("blade"));
+    ASSERT_NE(scanned->getKTQServerProfile(), nullptr);
+    KTQServerProfile const& profile = *scanned->getKTQServerProfile();
+    EXPECT_EQ(profile.virtualSerialNumber, "VKT000042");
+    EXPECT_EQ(profile.virtualUuid, "0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0");
+    EXPECT_EQ(profile.solutionName, "Private Cloud 20");
+}
+
+TEST(DmiRecords, TakeTheTwoLowestFlagsOfTheEnclosureAlone) {
+    struct {
+        std::uint8_t flags;
+        bool isBlade;
+        bool isSLServer;
+    } const rows[] = {{0x00, false, false}, {0x01, true, false},  {0x02, false, true},
+                      {0x03, true, true},   {0xfc, false, false}, {0xff, true, true}};
+    for (auto const& row : rows) {
+        ScannedDump const scanned(SmbiosImage(concatenated(
+            {structure(0xda, 5, {1, row.flags, 0, 0}, {"KTQ"}), endOfTable()})));
+        ASSERT_NE(scanned->getKTQEnclosure(), nullptr);
+        EXPECT_EQ(scanned->getKTQEnclosure()->isBlade, row.isBlade) << int{row.flags};
+        EXPECT_EQ(scanned->getKTQEnclosure()->isSLServer, row.isSLServer) << int{row.flags};
+    }
+}
+
+TEST(DmiRecords, LeaveOutWhatTheMakersRecordsAreTooShortFor) {
+    ScannedDump const scanned(
+        SmbiosImage(concatenated({structure(0xda, 5, {1}, {"KTQ"}),
+                                  structure(0xdb, 6, {1}, {"KTQ"}), endOfTable()})));
+    ASSERT_NE(scanned->getKTQEnclosure(), nullptr);
+    EXPECT_FALSE(scanned->getKTQEnclosure()->isBlade);
+    EXPECT_EQ(scanned->getKTQEnclosure()->enclosureName, "");
+    EXPECT_EQ(scanned->getKTQEnclosure()->rackUuid, "");
+    ASSERT_NE(scanned->getKTQServerProfile(), nullptr);
+    EXPECT_EQ(scanned->getKTQServerProfile()->virtualSerialNumber, "");
+    EXPECT_EQ(scanned->getKTQServerProfile()->virtualUuid, "");
+}
+
+TEST(DmiRecords, OrderTheMakersUuidsByTheVersionOfTheTable) {
+    auto const rackUuid = [](std::uint8_t minor) {
+        SmbiosImage image(concatenated(
+            {structure(0xda, 5, concatenated({{1, 1, 0, 0}, countingUuid}), {"KTQ"}),
+             endOfTable()}));
+        ScannedDump const scanned(image.countIs(2).versionIs(2, minor));
+        return scanned->getKTQEnclosure() ? scanned->getKTQEnclosure()->rackUuid : "no record";
+    };
+    EXPECT_EQ(rackUuid(5), "00112233-4455-6677-8899-aabbccddeeff");
+    EXPECT_EQ(rackUuid(6), "33221100-5544-7766-8899-aabbccddeeff");
+}
+
+TEST(DmiRecords, FindTheMakersRecordsByTheirSignature) {
+    ScannedDump const scanned(
+        SmbiosImage(concatenated({structure(0xda, 5, {1, 1, 0, 0}, {"Other"}),
+                                  structure(0xda, 6, {1, 2, 0, 0}, {"KTQ"}),
+                                  structure(0xdb, 7, {1, 2, 0, 0}, {"KTX", "V"}), endOfTable()})));
+    ASSERT_NE(scanned->getKTQEnclosure(), nullptr);
+    EXPECT_FALSE(scanned->getKTQEnclosure()->isBlade);
+    EXPECT_TRUE(scanned->getKTQEnclosure()->isSLServer);
+    EXPECT_EQ(scanned->getKTQServerProfile(), nullptr);
+}
+
 TEST(DmiRecords, KnowNothingOfAnotherMakersOwnRecords) {
     ScannedDump const scanned(readDump("foreign"));
     ASSERT_NE(scanned->getDmiBios(), nullptr);
@@ -156,6 +228,8 @@ TEST(DmiRecords, KnowNothingOfAnotherMakersOwnRecords) {
     EXPECT_EQ(scanned->getDmiBios()->biosMarker, 0);
     EXPECT_EQ(scanned->getDmiBios()->newerGeneration, 0);
     EXPECT_EQ(scanned->getKTQServerSystemId(), nullptr);
+    EXPECT_EQ(scanned->getKTQEnclosure(), nullptr);
+    EXPECT_EQ(scanned->getKTQServerProfile(), nullptr);
 }
 
 }  // namespace

@@ -11,6 +11,9 @@ from pathlib import Path
 
 TABLE_OFFSET = 32
 UUID = uuid.UUID("4c4c4544-0035-5a10-8052-b4c04f4d3232")
+RACK_UUID = uuid.UUID("00112233-4455-6677-8899-aabbccddeeff")
+VIRTUAL_UUID = uuid.UUID("0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0")
+BLADE, SL_SERVER = 1, 2
 SIGNATURE = "KTQ"
 
 
@@ -73,6 +76,16 @@ def server_system_id(identifier, signature=SIGNATURE):
     return Record(0xD9).text(signature).text(identifier)
 
 
+def enclosure(flags, name="enc-7", rack="rack-B"):
+    record = Record(0xDA).text(SIGNATURE).number("B", flags).text(name).text(rack)
+    return record.number("16s", RACK_UUID.bytes_le)
+
+
+def server_profile(serial="VKT000042", solution="Private Cloud 20"):
+    record = Record(0xDB).text(SIGNATURE).text(serial).text(solution).number("B", 0)
+    return record.number("16s", VIRTUAL_UUID.bytes_le)
+
+
 def end():
     return Record(127)
 
@@ -113,6 +126,12 @@ DUMPS = {
     "wavek": dump(machine(firmware(), server_system_id("KTQ-K-0002"), maker="kt",
                           product="Server WaveK 400"), (3, 3)),
     "wavek-marker": dump(machine(firmware(newer=1), server_system_id("KTQ-K-0003")), (3, 3)),
+    # Servers in an enclosure: a blade with a profile, and a server of the SL line.
+    "blade": dump(machine(firmware(), server_system_id("KTQ-B-0005"), enclosure(BLADE),
+                          server_profile(), product="Server Blade 460"), (3, 3)),
+    "sl-blade": dump(machine(firmware(), server_system_id("KTQ-S-0006"),
+                             enclosure(BLADE | SL_SERVER, name="sl-chassis-2"),
+                             product="Server SL 230"), (3, 3)),
     # Another maker, who uses the same bits and types for something else.
     "foreign": dump([bios(vendor="Example BIOS Company", marker=0x4000),
                      system(maker="Example", product="Workstation 9"),

@@ -54,6 +54,15 @@ class SmbiosDump(unittest.TestCase):
         self.assertIn("    BIOS Marker: 0x4000\n", run(DUMPS / "wavej-marker.bin").stdout)
         self.assertIn("    Newer Generation: 0x01\n", run(DUMPS / "wavek-marker.bin").stdout)
 
+    def test_prints_the_enclosure_and_the_profile(self):
+        facts = run(DUMPS / "blade.bin").stdout.split("\n\n")[0].splitlines()[2:]
+        self.assertEqual(facts, ["Blade: yes", "SL Server: no", "Enclosure Name: enc-7",
+                                 "Rack Name: rack-B",
+                                 "Rack UUID: 00112233-4455-6677-8899-aabbccddeeff",
+                                 "Virtual Serial Number: VKT000042",
+                                 "Virtual UUID: 0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0",
+                                 "Solution Name: Private Cloud 20"])
+
     def test_prints_every_dump(self):
         for dump in DUMPS.glob("*.bin"):
             self.assertEqual(run(dump).returncode, 0, dump)

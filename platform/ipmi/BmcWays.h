@@ -1,0 +1,40 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/ipmi/BmcTransport.h"
+
+namespace ipmi {
+
+/// The kernel's device "/dev/ipmi<device>" (linux/ipmi.h).
+int openKernelDevice(int device, std::unique_ptr<BmcTransport>& transport) noexcept;
+
+/// A simulated controller behind a TCP socket that speaks the VM codec of the OpenIPMI simulator.
+int openVmSocket(std::string const& host, std::string const& port,
+                 std::unique_ptr<BmcTransport>& transport) noexcept;
+
+/// Where the simulated controller is.
+struct VmAddress {
+    std::string host;
+    std::string port;
+};
+
+/// "vm HOST PORT" on the first line; none for any other text.
+std::optional<VmAddress> parseWay(std::string const& text);
+
+/// The kernel's device, unless root's file "/etc/cim/ipmi.conf" names a simulated controller. A
+/// file of somebody else, or with anything else in it, is EINVAL: who put it there meant something
+/// by it.
+int openUsualWay(int device, std::unique_ptr<BmcTransport>& transport) noexcept;
+
+/// Milliseconds until then for poll(2), never negative.
+int millisecondsUntil(std::chrono::steady_clock::time_point deadline) noexcept;
+
+/// Waits until the descriptor is ready for `events`. 0, ETIMEDOUT or an errno value.
+int waitFor(int descriptor, short events, std::chrono::steady_clock::time_point deadline) noexcept;
+
+}  // namespace ipmi

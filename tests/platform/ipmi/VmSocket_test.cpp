@@ -1,0 +1,150 @@
+// Controllers behind a socket that do not do what they should.
+
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <functional>
+#include <string>
+#include <thread>
+
+#include "platform/ipmi/BmcWays.h"
+#include "platform/ipmi/VmCodec.h"
+
+namespace {
+
+using namespace ipmi;
+using Bytes = std::vector<std::uint8_t>;
+
+/// Accepts one client and does with it what the test says.
+class Listener {
+public:
+    explicit Listener(std::function<void(int)> serve) : _serve(std::move(serve)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        _descriptor = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        ::bind(_descriptor, reinterpret_cast<sockaddr*>(&address), size);
+        ::listen(_descriptor, 1);
+        ::getsockname(_descriptor, reinterpret_cast<sockaddr*>(&address), &size);
+        port = std::to_string(ntohs(address.sin_port));
+        _thread = std::thread([this] {
+            int const client = ::accept(_descriptor, nullptr, nullptr);
+            if (client < 0) return;
+            _serve(client);
+            ::close(client);
+        });
+    }
+    ~Listener() {
+        ::shutdown(_descriptor, SHUT_RDWR);
+        _thread.join();
+        ::close(_descriptor);
+    }
+    Listener(Listener const&) = delete;
+    Listener& operator=(Listener const&) = delete;
+
+    std::string port;
+
+private:
+    std::function<void(int)> _serve;
+    int _descriptor = -1;
+    std::thread _thread;
+};
+
+void send(int client, Bytes const& bytes) {
+    EXPECT_EQ(::send(client, bytes.data(), bytes.size(), MSG_NOSIGNAL),
+              static_cast<ssize_t>(bytes.size()));
+}
+
+/// Until the client is gone.
+void waitForEnd(int client) {
+    char buffer[256];
+    while (::recv(client, buffer, sizeof buffer, 0) > 0) {
+    }
+}
+
+/// A response frame, with or without a good checksum.
+Bytes reply(std::uint8_t sequence, std::uint8_t command, std::uint8_t damage = 0) {
+    Bytes frame{sequence, 0x1C, command, 0};
+    int sum = 0;
+    for (auto const byte : frame) sum += byte;
+    frame.push_back(static_cast<std::uint8_t>(-sum + damage));
+    frame.push_back(messageMark);
+    return frame;
+}
+
+int exchange(Listener const& listener,
+             std::chrono::milliseconds patience = std::chrono::seconds(20)) {
+    std::unique_ptr<BmcTransport> transport;
+    EXPECT_EQ(openVmSocket("127.0.0.1", listener.port, transport), 0);
+    IpmiResponse response;
+    return transport->exchange({0x06, 0x01, {}}, response,
+                               std::chrono::steady_clock::now() + patience);
+}
+
+TEST(VmSocket, FindsItsAnswerAmongOthers) {
+    Listener const listener([](int client) {
+        send(client, vmGreeting());
+        send(client, {0x00, commandMark});
+        send(client, reply(9, 1));
+        send(client, reply(1, 2));
+        send(client, reply(1, 1, 1));
+        send(client, {messageMark, messageMark, escapeMark, messageMark});
+        send(client, reply(1, 1));
+        waitForEnd(client);
+    });
+    EXPECT_EQ(exchange(listener), 0);
+}
+
+TEST(VmSocket, TakesAnAnswerInSinglePieces) {
+    Listener const listener([](int client) {
+        for (auto const byte : reply(1, 1)) send(client, {byte});
+        waitForEnd(client);
+    });
+    EXPECT_EQ(exchange(listener), 0);
+}
+
+TEST(VmSocket, SaysThatTheControllerHungUp) {
+    Listener const listener([](int) {});
+    int const status = exchange(listener);
+    EXPECT_TRUE(status == ECONNRESET || status == EPIPE) << status;
+}
+
+TEST(VmSocket, GivesUpAtTheDeadline) {
+    Listener const listener(waitForEnd);
+    EXPECT_EQ(exchange(listener, std::chrono::milliseconds(30)), ETIMEDOUT);
+}
+
+TEST(VmSocket, GivesUpOnAStreamWithoutEnd) {
+    Listener const listener([](int client) {
+        Bytes const junk(4096, 'x');
+        while (::send(client, junk.data(), junk.size(), MSG_NOSIGNAL) > 0) {
+        }
+    });
+    EXPECT_EQ(exchange(listener), EPROTO);
+}
+
+TEST(VmSocket, RefusesARequestThatIsTooLong) {
+    Listener const listener(waitForEnd);
+    std::unique_ptr<BmcTransport> transport;
+    ASSERT_EQ(openVmSocket("127.0.0.1", listener.port, transport), 0);
+    IpmiResponse response;
+    EXPECT_EQ(
+        transport->exchange({0x06, 0x01, Bytes(241)}, response, std::chrono::steady_clock::now()),
+        EMSGSIZE);
+}
+
+TEST(VmSocket, SaysWhereNobodyListens) {
+    std::unique_ptr<BmcTransport> transport;
+    EXPECT_EQ(openVmSocket("127.0.0.1", "1", transport), ECONNREFUSED);
+    EXPECT_EQ(openVmSocket("no such host", "1", transport), EADDRNOTAVAIL);
+    EXPECT_EQ(openVmSocket("127.0.0.1", "no such port", transport), EADDRNOTAVAIL);
+    EXPECT_EQ(transport, nullptr);
+}
+
+}  // namespace
