@@ -1,5 +1,6 @@
 #include "tests/common/TestBroker.h"
 
+#include "cimhost/repository/CimError.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/PYLUtil.h"
 
@@ -19,15 +20,17 @@ cimhost::Class derived(char const* name, char const* superClass) {
 }  // namespace
 
 TestBroker::TestBroker(Classes const& classes) {
-    for (char const* name : {"root/ktq", "root/other"}) {
+    for (char const* name : {"root/ktq", "root/other", "interop"}) {
         auto& nameSpace = _repository.make(name);
         for (auto const& [className, superClass] : classes)
             nameSpace.addClass(derived(className, superClass));
     }
     _host = std::make_unique<cimhost::Broker>(_repository, _log);
     _scope = std::make_unique<cimhost::CallScope>();
+    _host->setIndicationSink(&_indications);
     _functions = *_host->handle()->bft;
     _functions.getInstance = upCall;
+    _functions.enumerateInstances = enumCall;
     _functions.invokeMethod = methodCall;
     _broker = *_host->handle();
     _broker.bft = &_functions;
@@ -41,6 +44,13 @@ TestBroker::TestBroker(Classes const& classes) {
 TestBroker::~TestBroker() {
     PYL::PYLUtil::setBroker(CmpiCpp::CmpiBroker(nullptr));
     current = nullptr;
+}
+
+void TestBroker::Indications::deliver(cimhost::RequestContext const&, std::string_view,
+                                      cimhost::Instance const& indication) {
+    if (!broker.onIndication)
+        throw cimhost::CimError(cimhost::CimCode::notSupported, "nobody takes indications");
+    broker.onIndication(indication);
 }
 
 void TestBroker::use(CMPIBroker const* broker) {
@@ -62,6 +72,24 @@ CMPIInstance* TestBroker::upCall(CMPIBroker const* broker, CMPIContext const*,
         return const_cast<CMPIInstance*>(instance.toCMPI());
     } catch (CmpiCpp::CmpiStatus const& refusal) {
         return refuse(refusal.rc(), refusal.what());
+    }
+}
+
+CMPIEnumeration* TestBroker::enumCall(CMPIBroker const* broker, CMPIContext const*,
+                                      CMPIObjectPath const* path, char const**,
+                                      CMPIStatus* status) {
+    try {
+        if (!current->onEnumInstances)
+            throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED, "nobody enumerates");
+        std::vector<cimhost::Instance> models;
+        for (auto const& instance : current->onEnumInstances(
+                 CmpiObjectPath(CmpiCpp::CmpiHandle<CMPIObjectPath>::borrowed(broker, path))))
+            models.push_back(cimhost::modelOf(instance.toCMPI()));
+        *status = {CMPI_RC_OK, nullptr};
+        return cimhost::makeEnumeration(*current->_host, std::move(models));
+    } catch (CmpiCpp::CmpiStatus const& refusal) {
+        *status = {refusal.rc(), broker->eft->newString(broker, refusal.what(), nullptr)};
+        return nullptr;
     }
 }
 

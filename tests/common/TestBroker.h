@@ -19,7 +19,7 @@
 ///     PYL_Thing                 PYL_Link
 ///      +- PYL_SpecialThing       +- PYL_SpecialLink
 ///
-/// in the namespaces root/ktq and root/other, unless a test names other classes.
+/// in the namespaces root/ktq, root/other and interop, unless a test names other classes.
 class TestBroker {
 public:
     /// Classes with their superclasses, which come first.
@@ -35,6 +35,15 @@ public:
 
     /// Answers an up-call for an instance; while it is empty, CMPI_RC_ERR_NOT_FOUND.
     std::function<CmpiCpp::CmpiInstance(CmpiCpp::CmpiObjectPath const&)> onGetInstance;
+
+    /// Answers an up-call for all instances of a class; while it is empty,
+    /// CMPI_RC_ERR_NOT_SUPPORTED.
+    std::function<std::vector<CmpiCpp::CmpiInstance>(CmpiCpp::CmpiObjectPath const&)>
+        onEnumInstances;
+
+    /// Takes an indication that a provider raises, on whatever thread; while it is empty,
+    /// CMPI_RC_ERR_NOT_SUPPORTED.
+    std::function<void(cimhost::Instance const&)> onIndication;
 
     /// Answers an up-call for a method, with the path and the input arguments; while it is empty,
     /// CMPI_RC_ERR_METHOD_NOT_FOUND.
@@ -59,13 +68,23 @@ private:
         void write(Level, std::string_view, std::string_view) noexcept override {}
     };
 
+    struct Indications : cimhost::IndicationSink {
+        explicit Indications(TestBroker const& owner) : broker(owner) {}
+        void deliver(cimhost::RequestContext const&, std::string_view,
+                     cimhost::Instance const& indication) override;
+        TestBroker const& broker;
+    };
+
     static CMPIInstance* upCall(CMPIBroker const*, CMPIContext const*, CMPIObjectPath const*,
                                 char const**, CMPIStatus*);
+    static CMPIEnumeration* enumCall(CMPIBroker const*, CMPIContext const*, CMPIObjectPath const*,
+                                     char const**, CMPIStatus*);
     static CMPIData methodCall(CMPIBroker const*, CMPIContext const*, CMPIObjectPath const*,
                                char const*, CMPIArgs const*, CMPIArgs*, CMPIStatus*);
 
     cimhost::Repository _repository;
     SilentLog _log;
+    Indications _indications{*this};
     std::unique_ptr<cimhost::Broker> _host;
     std::unique_ptr<cimhost::CallScope> _scope;
     CMPIBrokerFT _functions;

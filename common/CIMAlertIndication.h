@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+
+#include "common/CIMIndication.h"
+#include "common/IndicationTypes.h"
+
+namespace PYL {
+
+/// An indication with the properties of the DMTF's alert indication.
+///
+/// Each setter replaces what its property is to say; the fields below hold what it says otherwise.
+class PYL_EXPORT CIMAlertIndication : public CIMIndication {
+public:
+    CIMAlertIndication(Logger& log, std::string const& name, std::string const& nameSpace,
+                       int severity);
+    ~CIMAlertIndication() override;
+
+    /// A new instance with the properties of every layer, good until the provider's call returns.
+    virtual CmpiCpp::CmpiInstance getInstance();
+
+    void addProperties(CmpiCpp::CmpiInstance& instance) override;
+
+    /// The object path, as text, of the element that the alert is about.
+    void setAlertingManagedElement(std::string const& element);
+    void setAlertingElementFormat(int format);
+    void setDescription(std::string const& description);
+    void setEventID(std::string const& eventID);
+    void setAlertType(int alertType);
+    void setProviderName(std::string const& providerName);
+    void setRecommendedActions(std::string const& recommendedAction);
+    void setSystemCreationClassName(std::string const& className);
+
+protected:
+    std::string _description = "unknown";
+    std::string _eventID = "0";
+    int _alertType = alertTypeOther;
+    std::string _providerName = "unknown";
+    std::string _recommendedAction = "none";
+    std::string _systemCreationClassName = "unknown";
+    std::string _element;
+    int _format = 0;
+};
+
+}  // namespace PYL

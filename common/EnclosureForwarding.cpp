@@ -1,0 +1,220 @@
+// How an alert reaches the log of the blade enclosure's management module.
+
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <memory>
+#include <string_view>
+
+#include "common/KTAlertIndication.h"
+#include "platform/ipmi/Bmc.h"
+
+namespace PYL {
+
+namespace {
+
+constexpr std::uint16_t tarsusProductId = 4098;
+constexpr char const* fibreChannelProvider = "KT FCHBA";
+
+/// The leading digits of an event identifier.
+int eventNumber(std::string const& eventID) noexcept {
+    int const saved = errno;
+    long const number = std::strtol(eventID.c_str(), nullptr, 10);
+    errno = saved;
+    return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
+}
+
+/// Everything worse than information goes to the enclosure; of the rest, what tells that a provider
+/// lives.
+bool isForwarded(int severity, std::string const& provider, int event) noexcept {
+    constexpr int information = 2;
+    return severity > information || (provider == "KT WBEM" && (event == 1 || event == 4)) ||
+           (provider == fibreChannelProvider && event == 1) ||
+           (provider == "KT Test" && event == 1);
+}
+
+bool isTarsus(BmcDeviceId const& identity) noexcept {
+    return identity.manufacturerId == bmcManufacturerId && identity.productId == tarsusProductId;
+}
+
+struct Released {
+    void operator()(char* memory) const noexcept { std::free(memory); }
+};
+using Buffer = std::unique_ptr<char, Released>;
+
+/// The way to the controller, closed at the end.
+struct OpenBmc {
+    BmcHandle handle;
+    bool isOpen = false;
+    ~OpenBmc() {
+        if (isOpen) BMC_close(handle);
+    }
+};
+
+char const* completionText(std::uint8_t code) noexcept {
+    switch (code) {
+        case 1:
+            return "Provided command input data is not complete.";
+        case 2:
+        case 6:  // the module tells the two apart; for the operator they are one
+            return "Internal error - internal error detected - memory could not be allocated, etc.";
+        case 3:
+            return "Error in index - given handle number does not match any currently outstanding "
+                   "requests.";
+        case 4:
+            return "Cli entries full - maximum number of outstanding ipmi cli entries has been "
+                   "reached.";
+        case 5:
+            return "Invalid command - provided command is not supported via the ipmi cli "
+                   "interface.";
+        case 7:
+            return "Response does not fit into cli response message - output data > excess data "
+                   "lost.";
+        case 8:
+            return "Length exceeded - argument or environment variable length exceeded limit.";
+        default:
+            return "Unknown response error.";
+    }
+}
+
+void logInterfaceStatus(Logger const& log, int status) {
+    switch (status) {
+        case encaCommandTimeout:
+            return log.info("Command time out.");
+        case encaOutputTooLarge:
+            return log.info("The size of stdout or stderr is not enough.");
+        case encaPointerIsNull:
+            return log.info("The pointer to the stdout or stderr is NULL.");
+        default:
+            return log.info("Unknown interface error(%x).", static_cast<unsigned>(status));
+    }
+}
+
+std::string providerOption(std::string provider) {
+    if (provider == fibreChannelProvider) return "KT_Fibre_Channel";
+    auto const isBlank = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
+    std::replace_if(provider.begin(), provider.end(), isBlank, '_');
+    return provider;
+}
+
+std::string joined(std::vector<std::string> const& texts, char const* between) {
+    std::string all;
+    for (auto const& text : texts) {
+        if (&text != &texts.front()) all += between;
+        all += text;
+    }
+    return all;
+}
+
+std::string operatingSystemOption() {
+    utsname system{};
+    return uname(&system) == 0 ? std::string(" --OSVER ") + system.release : std::string();
+}
+
+std::string hostNameOption(Logger const& log) {
+    // gethostname need not terminate a name that it cuts: the last byte is ours.
+    constexpr std::size_t nameSize = 255;
+    std::array<char, nameSize + 1> name{};
+    if (gethostname(name.data(), nameSize) == 0) return std::string(" --SNAM ") + name.data();
+    int const error = errno;
+    log.info("gethostname Error=%s ", std::string(std::strerror(error)));
+    return {};
+}
+
+/// What the enclosure is told of an alert. Borrows from the alert.
+struct Event {
+    std::string const& providerName;
+    std::string const& eventID;
+    std::string const& partNumber;
+    std::string const& physicalLocation;
+    std::string const& systemFirmwareVersion;
+    std::vector<std::string> const& addresses;
+};
+
+/// The options of the command. The module takes them in any order; its log shows them in this one.
+std::string argumentLine(Event const& event, BmcHandle const& bmc, Logger const& log) {
+    bool const isCommunication =
+        event.providerName == fibreChannelProvider || event.providerName == "KT Ethernet";
+    std::string line = "--PNAM " + providerOption(event.providerName);
+    if (!event.partNumber.empty() && !event.partNumber.starts_with("NULL"))
+        line += " --HPART " + event.partNumber;
+    line += " --EID " + event.eventID;
+    line += " --PVER 03.02.00 --OSTYP 39";
+    line += operatingSystemOption();
+    line += isCommunication ? " --EVTTYP 1" : " --EVTTYP 2";
+    line += " --IMD 5";
+    if (bmc.hasSystemGuid) line += " --SGUID " + bmc.systemGuid;
+    if (!event.physicalLocation.empty()) {
+        auto location = event.physicalLocation;
+        std::erase(location, '-');
+        line += " --HPHYL " + location;
+    }
+    line += " --SFWVER " + event.systemFirmwareVersion;
+    if (!event.addresses.empty()) line += " --NWADD " + joined(event.addresses, "__");
+    return line + hostNameOption(log);
+}
+
+void runCommand(Event const& event, BmcHandle& bmc, Logger const& log) {
+    constexpr std::size_t outputSize = 200'000;
+    constexpr std::size_t errorSize = 15'000;
+    Buffer const output(static_cast<char*>(std::malloc(outputSize)));
+    if (!output) return log.info("Unable to malloc enough memory for stdout.");
+    Buffer const errors(static_cast<char*>(std::malloc(errorSize)));
+    if (!errors) return log.info("Unable to malloc enough memory for stderr.");
+
+    auto const line = argumentLine(event, bmc, log);
+    std::array<char, encaArgumentSize> argument{};
+    line.copy(argument.data(), argument.size() - 1);
+    EncaRequest request;
+    std::string_view const command = "MPEventGen";
+    command.copy(request.command.data(), request.command.size() - 1);
+    request.argument = argument.data();
+    EncaOutput standardOutput{output.get(), outputSize};
+    EncaOutput standardError{errors.get(), errorSize};
+    std::uint8_t completionCode = 0;
+
+    log.info("calling ENCA_CLI_Exec with arg %s", line);
+    int const status = ENCA_CLI_Exec(bmc, request, standardOutput, standardError, completionCode);
+    if (status != 0) return logInterfaceStatus(log, status);
+    if (completionCode != 0) log.info("%s", completionText(completionCode));
+}
+
+void forward(Event const& event, Logger const& log) {
+    OpenBmc bmc;
+    int const status = BMC_open(bmc.handle, 0, 1);
+    if (status != 0) return log.info("BMC_open() failed: %s", BMC_strerror(status));
+    bmc.isOpen = true;
+    if (!isTarsus(bmc.handle.deviceId))
+        return log.info("not forwarded to ENCA since not a Tarsus server");
+    runCommand(event, bmc.handle, log);
+}
+
+}  // namespace
+
+int KTAlertIndication::mp_event_gen() {
+    int const event = eventNumber(_eventID);
+    if (!isForwarded(_severity, _providerName, event)) {
+        _log.info(
+            "Not forwarded to ENCA since unsupported eventID %d Providername %s to forward to ENCA",
+            event, _providerName);
+        return 0;
+    }
+    try {
+        forward({_providerName, _eventID, _partNumber, _physicalLocation, _systemFirmwareVersion,
+                 _IPAddresses},
+                _log);
+    } catch (std::exception const& failure) {
+        _log.info("not forwarded to ENCA: %s", failure.what());
+    }
+    return 0;
+}
+
+}  // namespace PYL

@@ -1,0 +1,110 @@
+#include "common/IndicationDB.h"
+
+#include <sys/utsname.h>
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "common/IndicationCatalogue.h"
+
+namespace PYL {
+
+namespace {
+
+constexpr int recordFound = 0;
+constexpr int recordNotFound = 4;
+
+/// What a database holds that knows of no events.
+IndDBRec placeholder() {
+    return {"NONE", 0, "NONE", "NONE", severityInformational, "", "", 0, 0, "", alertTypeDevice, "",
+            "",     0, "",     ""};
+}
+
+}  // namespace
+
+IndDBRec::IndDBRec(std::string providerName, int eventID, std::string WBEMProviderName,
+                   std::string WBEMEventID, int severity, std::string description,
+                   std::string summary, unsigned int eventCategory, unsigned int eventSubCategory,
+                   std::string otherEventSubCategory, unsigned short alertType,
+                   std::string otherAlertType, std::string otherSeverity,
+                   unsigned short probableCause, std::string probableCauseDescription,
+                   std::string recommendedActions)
+    : _providerName(std::move(providerName)),
+      _eventID(eventID),
+      _WBEMProviderName(std::move(WBEMProviderName)),
+      _WBEMEventID(std::move(WBEMEventID)),
+      _severity(severity),
+      _description(std::move(description)),
+      _summary(std::move(summary)),
+      _eventCategory(eventCategory),
+      _eventSubCategory(eventSubCategory),
+      _otherEventSubCategory(std::move(otherEventSubCategory)),
+      _alertType(alertType),
+      _otherAlertType(std::move(otherAlertType)),
+      _otherSeverity(std::move(otherSeverity)),
+      _probableCause(probableCause),
+      _probableCauseDescription(std::move(probableCauseDescription)),
+      _recommendedActions(std::move(recommendedActions)) {}
+
+IndicationDB::IndicationDB(Logger& log, std::string const& providerName) : _log(log) {
+    _log.appendLogSource(":");
+    _log.appendLogSource("IndicationDB");
+    _log.info("cxtor()");
+    utsname system{};
+    if (::uname(&system) != 0) {
+        _log.info("making empty DB for failed uname");
+        make(placeholder());
+        return;
+    }
+    bool const isValmor = std::string_view(system.machine) == "ia64";
+    _log.info(isValmor ? "making DB for valmor" : "making DB for non-valmor");
+    _makeGroup(providerName, isValmor ? RecordSet::valmor : RecordSet::nonValmor);
+}
+
+IndicationDB::~IndicationDB() {
+    _log.info("dxtor()");
+}
+
+void IndicationDB::_makeGroup(std::string const& providerName, RecordSet set) {
+    auto const rows = findIndicationRows(providerName);
+    auto const isInSet = [set](IndicationRow const& row) { return row.isIn(set); };
+    auto const count = std::ranges::count_if(rows, isInSet);
+    if (count == 0) {
+        _log.info("making empty DB for unrecognized provider name %s", providerName);
+        make(placeholder());
+        return;
+    }
+    _records.reserve(static_cast<std::size_t>(count));
+    for (IndicationRow const& row : rows) {
+        if (isInSet(row)) _makeRow(providerName, row);
+    }
+}
+
+void IndicationDB::_makeRow(std::string const& providerName, IndicationRow const& row) {
+    // Made in place: a record has many texts to copy.
+    _records.emplace_back(
+        providerName, row.eventID, std::string(row.WBEMProviderName), std::string(row.WBEMEventID),
+        row.severity, std::string(row.description), std::string(row.summary), row.eventCategory,
+        row.eventSubCategory, std::string(row.otherEventSubCategory), row.alertType, std::string(),
+        std::string(), row.probableCause, std::string(row.probableCauseDescription),
+        std::string(row.recommendedActions));
+}
+
+int IndicationDB::getRecord(int eventID, IndDBRec& out) const {
+    _log.info("getRecord for event %d", eventID);
+    auto const record = std::ranges::find(_records, eventID, &IndDBRec::_eventID);
+    if (record == _records.end()) {
+        _log.info("No record found.");
+        return recordNotFound;
+    }
+    _log.info("Found record");
+    out = *record;
+    return recordFound;
+}
+
+void IndicationDB::make(IndDBRec const& rec) {
+    _records.push_back(rec);
+}
+
+}  // namespace PYL

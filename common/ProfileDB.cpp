@@ -1,0 +1,84 @@
+#include "common/ProfileDB.h"
+
+#include <algorithm>
+
+#include "cmpicpp/CmpiBroker.h"
+#include "common/PYLUtil.h"
+#include "common/TableViews.h"
+
+namespace PYL {
+
+using CmpiCpp::CmpiObjectPath;
+
+PRPDBRec::PRPDBRec(int id, int regOrgId, std::string const& otherRegOrg, std::string const& regName,
+                   std::string const& regVersion, char const* const* impClassNames,
+                   char const* const* impNameSpaces, char const* const* impProfiles,
+                   int const* refs, int const* extends)
+    : _Id(id), _registeredOrganization(regOrgId) {
+    auto const copies = std::make_shared<TableCopies>();
+    _otherRegisteredOrganization = copies->text(otherRegOrg);
+    _registeredName = copies->text(regName);
+    _registeredVersion = copies->text(regVersion);
+    _referencedProfiles = copies->numbers(entriesOf(refs, 0));
+    _extendsProfiles = copies->numbers(entriesOf(extends, 0));
+    _implementationCentralClassNames = copies->names(namesOf(impClassNames));
+    _implementationNameSpaces = copies->names(namesOf(impNameSpaces));
+    _implementationProfiles = copies->names(namesOf(impProfiles));
+    _copies = copies;
+}
+
+bool PRPDBRec::_is(int regOrgId, std::string_view otherRegOrg, std::string_view regName,
+                   std::string_view regVersion) const noexcept {
+    return _registeredOrganization == regOrgId && _registeredName == regName &&
+           _otherRegisteredOrganization == otherRegOrg &&
+           (regVersion.empty() || _registeredVersion == regVersion);
+}
+
+ProfileDB::ProfileDB(Logger& log) : _log(log) {
+    _log.appendLogSource(":");
+    _log.appendLogSource("ProfileDB");
+    _log.info("cxtor()");
+}
+
+ProfileDB::~ProfileDB() {
+    _log.info("dxtor()");
+}
+
+void ProfileDB::make(PRPDBRec const& record) {
+    _records.push_back(record);
+}
+
+int ProfileDB::getRecord(unsigned int recordNumber, PRPDBRec& record) const {
+    if (recordNumber >= _records.size()) return CMPI_RC_ERR_INVALID_PARAMETER;
+    record = _records[recordNumber];
+    return CMPI_RC_OK;
+}
+
+CmpiObjectPath ProfileDB::getECTPpath(int regOrgId, std::string const& otherRegOrg,
+                                      std::string const& regName,
+                                      std::string const& regVersion) const {
+    auto const found = std::ranges::find_if(_records, [&](PRPDBRec const& record) {
+        return record._is(regOrgId, otherRegOrg, regName, regVersion);
+    });
+    if (found == _records.end()) return {};
+    auto path = CmpiCpp::makeCmpiObjectPath(CmpiCpp::CmpiBroker(PYLUtil::getBroker()), PRPNameSpace,
+                                            PRPRegisteredClassName);
+    path.setHost(CmpiCpp::CmpiName(PYLUtil::getHostName()));
+    path.addKey("InstanceID", "KTQ:" + std::to_string(found->_Id));
+    return path;
+}
+
+CmpiObjectPath ProfileDB::getScopedPathToComputerSystem() const {
+    return PYLUtil::getComputerSystemPath();
+}
+
+CmpiObjectPath ProfileDB::getScopedPathToFCHBAComputerSystem() {
+    auto path = CmpiCpp::makeCmpiObjectPath(CmpiCpp::CmpiBroker(PYLUtil::getBroker()),
+                                            BaseServerNameSpace, ScopedFCHBACentralClassName);
+    path.setHost(CmpiCpp::CmpiName(PYLUtil::getHostName()));
+    path.addKey("CreationClassName", ScopedFCHBACentralClassName);
+    path.addKey("Name", PYLUtil::getSystemUUID(_log));
+    return path;
+}
+
+}  // namespace PYL

@@ -1,0 +1,75 @@
+#include "tests/common/DataSources.h"
+
+#include <memory>
+
+#include "platform/blade/HostBladeMRA.h"
+#include "platform/computersystem/HostComputerSystemMRA.h"
+
+namespace {
+
+DataSources* current = nullptr;  // the factories have no room for a this
+
+/// Counts the source that it is a part of.
+struct Counted {
+    Counted() {
+        ++current->alive;
+        ++current->made;
+    }
+    ~Counted() { --current->alive; }
+    Counted(Counted const&) = delete;
+    Counted& operator=(Counted const&) = delete;
+};
+
+class TestComputerSystem : public ComputerSystemMRA {
+public:
+    MRAStatusEnum getFirstData(unsigned selector,
+                               ComputerSystemMRADataObject& object) noexcept override try {
+        if (selector != systemData || !current->computerSystem) return MRA_STATUS_FAILED;
+        object.setFacts(*current->computerSystem);
+        return MRA_STATUS_SUCCESS;
+    } catch (std::bad_alloc const&) {
+        return MRA_STATUS_FAILED;
+    }
+
+private:
+    Counted _counted;
+};
+
+class TestBlade : public BladeMRA {
+public:
+    MRAStatusEnum getEnclosureData(BladeMRADataObject& object) noexcept override try {
+        if (!current->blade) return MRA_STATUS_FAILED;
+        object.setFacts(*current->blade);
+        return MRA_STATUS_SUCCESS;
+    } catch (std::bad_alloc const&) {
+        return MRA_STATUS_FAILED;
+    }
+
+private:
+    Counted _counted;
+};
+
+}  // namespace
+
+DataSources::DataSources() {
+    current = this;
+}
+
+DataSources::~DataSources() {
+    current = nullptr;
+}
+
+// These two take the place of the library's.
+ComputerSystemMRA* computerSystemMRAFactory(Logger& log) noexcept try {
+    if (!current) return new HostComputerSystemMRA(log);
+    return current->hasComputerSystem ? new TestComputerSystem : nullptr;
+} catch (std::bad_alloc const&) {
+    return nullptr;
+}
+
+BladeMRA* BladeMRAFactory(Logger& log) noexcept try {
+    if (!current) return new HostBladeMRA(log);
+    return current->hasBlade ? new TestBlade : nullptr;
+} catch (std::bad_alloc const&) {
+    return nullptr;
+}

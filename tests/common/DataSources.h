@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+
+#include "platform/blade/BladeMRA.h"
+#include "platform/computersystem/ComputerSystemMRA.h"
+
+/// What the data libraries tell, for as long as one of these lives. The test program answers their
+/// factories itself; without one of these the sources are the host's own. One lives at a time.
+class DataSources {
+public:
+    DataSources();
+    ~DataSources();
+    DataSources(DataSources const&) = delete;
+    DataSources& operator=(DataSources const&) = delete;
+
+    /// Whether there is a source at all.
+    bool hasComputerSystem = true;
+    bool hasBlade = true;
+
+    /// What the source reads; nullopt makes the read fail.
+    std::optional<ComputerSystemFacts> computerSystem;
+    std::optional<BladeFacts> blade;
+
+    /// Sources that were made and not yet deleted, and all that were made.
+    int alive = 0;
+    int made = 0;
+};

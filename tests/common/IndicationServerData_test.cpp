@@ -1,0 +1,227 @@
+// What an alert tells of the server and of its enclosure.
+
+#include <algorithm>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/smbios/SmBios.h"
+#include "tests/common/IndicationFixture.h"
+#include "tests/platform/smbios/SmbiosImage.h"
+
+namespace {
+
+std::string const noServer = "error: failed to _computerSystemMRA::getFirstData()";
+std::string const noEnclosure = "error: failed to _BladeMRA::getFirstData()";
+
+struct ServerData : IndicationFixture {
+    /// The properties that tell of server and enclosure, after all others.
+    Lines told() {
+        auto lines = properties();
+        auto const version =
+            std::find(lines.begin(), lines.end(), "ProviderVersion string \"03.02.00\"");
+        lines.erase(lines.begin(), version == lines.end() ? version : version + 1);
+        return lines;
+    }
+    Lines errors() {
+        auto lines = log.journal->take();
+        std::erase_if(lines, [](auto const& line) { return !line.starts_with("error"); });
+        return lines;
+    }
+};
+
+Lines const everything{"OSType uint16 36",
+                       "OSVersion string \"12\"",
+                       "SystemFirmwareVersion string[] {\"B1\"}",
+                       "SystemSerialNumber string \"S1\"",
+                       "SystemVirtualSerialNumber string[] {\"V1\"}",
+                       "SystemProductID string \"P1-B21\"",
+                       "SystemModel string \"Wave 1\"",
+                       "SystemGUID string \"uuid\"",
+                       "SystemVirtualUUID string[] {\"virtual-uuid\"}",
+                       "SolutionProductModel string \"solution\"",
+                       "EnclosureName string \"enc\"",
+                       "RackName string \"rack\"",
+                       "RackUUID string \"rack-uuid\"",
+                       "ImpactedDomain uint16 3"};
+
+using Facts = ComputerSystemFacts;
+constexpr struct {
+    std::optional<std::string> Facts::*fact;
+    char const* property;
+} texts[] = {{&Facts::osVersion, "OSVersion"},
+             {&Facts::biosVersion, "SystemFirmwareVersion"},
+             {&Facts::serialNumber, "SystemSerialNumber"},
+             {&Facts::virtualSerialNumber, "SystemVirtualSerialNumber"},
+             {&Facts::productId, "SystemProductID"},
+             {&Facts::productName, "SystemModel"},
+             {&Facts::uuid, "SystemGUID"},
+             {&Facts::virtualUuid, "SystemVirtualUUID"},
+             {&Facts::solutionName, "SolutionProductModel"}};
+
+TEST_F(ServerData, AreToldInTheirOrder) {
+    everythingIsKnown();
+    EXPECT_EQ(told(), everything);
+    EXPECT_EQ(errors(), Lines{});
+    EXPECT_EQ(sources.made, 2);
+    EXPECT_EQ(sources.alive, 0);
+}
+
+TEST_F(ServerData, AreReadWhenTheInstanceIsMade) {
+    EXPECT_EQ(sources.made, 0);
+    EXPECT_EQ(told(), Lines{"ImpactedDomain uint16 4"});
+    everythingIsKnown();
+    EXPECT_EQ(told(), everything);
+}
+
+TEST_F(ServerData, AreLeftOutOneByOneWhereTheyAreNotKnown) {
+    for (auto const& [fact, name] : texts) {
+        everythingIsKnown();
+        ((*sources.computerSystem).*fact).reset();
+        auto expected = everything;
+        std::erase_if(expected, [name = std::string(name) + " "](auto const& line) {
+            return line.starts_with(name);
+        });
+        ASSERT_EQ(expected.size(), everything.size() - 1);
+        EXPECT_EQ(told(), expected) << name;
+    }
+    everythingIsKnown();
+    sources.computerSystem->osType.reset();
+    EXPECT_EQ(told(), Lines(everything.begin() + 1, everything.end()));
+    EXPECT_EQ(errors(), Lines{});
+}
+
+TEST_F(ServerData, AreSentEmptyUnlessTheServerNeedNotHaveThem) {
+    everythingIsKnown();
+    for (auto const& text : texts) (*sources.computerSystem).*text.fact = "";
+    sources.computerSystem->osType.reset();
+    sources.blade->enclosureName = sources.blade->rackName = sources.blade->rackUUID = "";
+    EXPECT_EQ(told(), (Lines{"OSVersion string \"\"", "SystemFirmwareVersion string[] {\"\"}",
+                             "SystemSerialNumber string \"\"", "SystemProductID string \"\"",
+                             "SystemModel string \"\"", "SystemGUID string \"\"",
+                             "EnclosureName string \"\"", "RackName string \"\"",
+                             "RackUUID string \"\"", "ImpactedDomain uint16 3"}));
+}
+
+TEST_F(ServerData, TellTheOperatingSystemInTheCodesOfTheSchema) {
+    struct {
+        operatingSystemEnum type;
+        char const* code;
+    } const rows[] = {{OSvm, "uint16 39"},
+                      {OSlinux, "uint16 36"},
+                      {OSopenvms, "uint16 0"},
+                      {OSunkown, "uint16 0"}};
+    for (auto const& row : rows) {
+        sources.computerSystem.emplace().osType = row.type;
+        EXPECT_EQ(property("OSType"), row.code) << row.type;
+    }
+}
+
+TEST_F(ServerData, AreMissedWithALineForEachSource) {
+    struct {
+        bool hasComputerSystem;
+        bool hasBlade;
+        bool isComputerSystemRead;
+        bool isBladeRead;
+        Lines expected;
+    } const rows[] = {
+        {true, true, false, true, {noServer}},
+        {false, true, true, true, {noServer}},
+        {true, true, true, false, {noEnclosure}},
+        {true, false, true, true, {noEnclosure}},
+        {false, false, true, true, {noServer, noEnclosure}},
+        {true, true, false, false, {noServer, noEnclosure}},
+    };
+    for (auto const& row : rows) {
+        everythingIsKnown();
+        if (!row.isComputerSystemRead) sources.computerSystem.reset();
+        if (!row.isBladeRead) sources.blade.reset();
+        sources.hasComputerSystem = row.hasComputerSystem;
+        sources.hasBlade = row.hasBlade;
+        PYL::KTAlertIndication fresh(log.logger, "KT_AlertIndication", "root/ktq", 2);
+        auto const lines = propertiesOf(fresh.getInstance());
+        bool const noServerData = row.expected[0] == noServer;
+        bool const noBladeData = row.expected.back() == noEnclosure;
+        auto const count = std::count_if(lines.begin(), lines.end(), [](auto const& line) {
+            return std::find(everything.begin(), everything.end(), line) != everything.end();
+        });
+        EXPECT_EQ(count, (noServerData ? 0 : 10) + (noBladeData ? 0 : 4));
+        EXPECT_EQ(lines.back(),
+                  noBladeData ? "ImpactedDomain uint16 4" : "ImpactedDomain uint16 3");
+        EXPECT_EQ(errors(), row.expected);
+        EXPECT_EQ(sources.alive, 0);
+    }
+}
+
+TEST_F(ServerData, TellNothingOfAnEnclosureThatTheServerIsNoBladeOf) {
+    everythingIsKnown();
+    sources.computerSystem = ComputerSystemFacts();
+    for (bool const isSLServer : {false, true}) {
+        sources.blade->isBlade = false;
+        sources.blade->isSLServer = isSLServer;
+        EXPECT_EQ(told(), Lines{"ImpactedDomain uint16 4"});
+    }
+    EXPECT_EQ(errors(), Lines{});
+}
+
+TEST_F(ServerData, ConcernTheServerAloneOnServersOfTheSLLine) {
+    everythingIsKnown();
+    sources.computerSystem = ComputerSystemFacts();
+    sources.blade->isSLServer = true;
+    EXPECT_EQ(told(), (Lines{"EnclosureName string \"enc\"", "RackName string \"rack\"",
+                             "RackUUID string \"rack-uuid\"", "ImpactedDomain uint16 4"}));
+}
+
+TEST_F(ServerData, LeaveOutWhatTheEnclosureDoesNotTell) {
+    for (auto const fact :
+         {&BladeFacts::enclosureName, &BladeFacts::rackName, &BladeFacts::rackUUID}) {
+        everythingIsKnown();
+        sources.computerSystem = ComputerSystemFacts();
+        ((*sources.blade).*fact).reset();
+        EXPECT_EQ(told().size(), 3U);
+        EXPECT_EQ(told().back(), "ImpactedDomain uint16 3");
+    }
+}
+
+/// The same from the firmware, through the sources that a server has.
+struct FirmwareData : testing::Test {
+    TestBroker host{{{"KT_AlertIndication", ""}}};
+    JournalLog log;
+    PYL::KTAlertIndication alert{log.logger, "KT_AlertIndication", "root/ktq", 2};
+
+    ~FirmwareData() override { SmBios::setSource(nullptr); }
+    std::string property(char const* name) {
+        cimhost::CallScope const scope;
+        try {
+            return alert.getInstance().getProperty(name).str();
+        } catch (CmpiCpp::CmpiStatus const&) {
+            return "(absent)";
+        }
+    }
+};
+
+TEST_F(FirmwareData, TellsABladeAndItsEnclosure) {
+    SmBios::setSource(std::make_shared<SmbiosDumpFile>(dumpPath("blade")));
+    EXPECT_EQ(property("EnclosureName"), "\"enc-7\"");
+    EXPECT_EQ(property("RackUUID"), "\"00112233-4455-6677-8899-aabbccddeeff\"");
+    EXPECT_EQ(property("SystemVirtualSerialNumber"), "{\"VKT000042\"}");
+    EXPECT_EQ(property("SystemFirmwareVersion"), "{\"K42 v1.20\"}");
+    EXPECT_EQ(property("ImpactedDomain"), "3");
+}
+
+TEST_F(FirmwareData, TellsAServerOfTheSLLine) {
+    SmBios::setSource(std::make_shared<SmbiosDumpFile>(dumpPath("sl-blade")));
+    EXPECT_EQ(property("EnclosureName"), "\"sl-chassis-2\"");
+    EXPECT_EQ(property("ImpactedDomain"), "4");
+}
+
+TEST_F(FirmwareData, TellsNoEnclosureOfAnotherServer) {
+    SmBios::setSource(std::make_shared<SmbiosDumpFile>(dumpPath("wavek")));
+    EXPECT_EQ(property("SystemModel"), "\"Server WaveK 400\"");
+    EXPECT_EQ(property("EnclosureName"), "(absent)");
+    EXPECT_EQ(property("ImpactedDomain"), "4");
+}
+
+}  // namespace

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+/// What uname(2) tells of a machine, as far as the library asks.
+struct SystemName {
+    std::string machine = "x86_64";
+    std::string release = "6.1.0-test";
+};
+
+/// The test program answers uname(2) itself: the machine is the one above unless a scope says
+/// otherwise.
+class SystemNameIs {
+public:
+    /// nullopt makes the call fail.
+    explicit SystemNameIs(std::optional<SystemName> name);
+    ~SystemNameIs();
+    SystemNameIs(SystemNameIs const&) = delete;
+    SystemNameIs& operator=(SystemNameIs const&) = delete;
+};
