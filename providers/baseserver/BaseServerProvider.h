@@ -2,20 +2,23 @@
 
 #include "cmpicpp/CmpiAssociationProvider.h"
 #include "cmpicpp/CmpiBroker.h"
+#include "cmpicpp/CmpiIndicationProvider.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "cmpicpp/CmpiMethodProvider.h"
 #include "platform/logger/Logger.h"
 #include "providers/baseserver/ServerInventory.h"
+#include "providers/baseserver/ServerWatch.h"
 #include "providers/baseserver/WorkCounter.h"
 
 namespace baseserver {
 
 /// Answers for the host's computer system, its chassis, its PCI devices with their group, and the
-/// links between them, and does the worker instance's work. Read-only. Every answer comes from the
-/// inventory, refreshed first.
+/// links between them, does the worker instance's work, and raises the server's alerts. Read-only.
+/// Every answer comes from the inventory, refreshed first.
 class BaseServerProvider : public CmpiCpp::CmpiInstanceProvider,
                            public CmpiCpp::CmpiMethodProvider,
-                           public CmpiCpp::CmpiAssociationProvider {
+                           public CmpiCpp::CmpiAssociationProvider,
+                           public CmpiCpp::CmpiIndicationProvider {
 public:
     BaseServerProvider(CmpiCpp::CmpiBroker const& broker, Logger& log,
                        InventorySources sources = {});
@@ -49,6 +52,23 @@ public:
                         CmpiCpp::CmpiName const& resultClass, CmpiCpp::CmpiName const& role,
                         CmpiCpp::CmpiObjectPathResult& result) override;
 
+    // Every filter is welcome: the object manager picks what it selects. Nothing has to be polled.
+    void authorizeFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
+                         std::string const& className, CmpiCpp::CmpiObjectPath const& path,
+                         std::string const& owner) override;
+    void mustPoll(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
+                  std::string const& className, CmpiCpp::CmpiObjectPath const& path) override;
+    void activateFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
+                        std::string const& className, CmpiCpp::CmpiObjectPath const& path,
+                        bool last) override;
+    void deactivateFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
+                          std::string const& className, CmpiCpp::CmpiObjectPath const& path,
+                          bool last) override;
+    void enableIndications(CmpiCpp::CmpiContext const& context) override;
+    void disableIndications(CmpiCpp::CmpiContext const& context) override;
+
+    void cleanup(CmpiCpp::CmpiContext const& context, bool terminating) override;
+
 private:
     PYL::CmpiManagedInstanceCollection& current();
     std::uint64_t performWork(CmpiCpp::CmpiContext const& context);
@@ -57,6 +77,7 @@ private:
     Logger _log;
     ServerInventory _inventory;
     WorkCounter _workCounter;
+    ServerWatch _watch;
 };
 
 }  // namespace baseserver

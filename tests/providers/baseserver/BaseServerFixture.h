@@ -22,6 +22,7 @@ struct BaseServerFixture : testing::Test {
                      {"PYL_PCIDevice", ""},
                      {"PYL_PCIDeviceGroup", ""},
                      {"PYL_BaseServerWorker", ""},
+                     {"KT_AlertIndication", ""},
                      {"CIM_SystemDevice", ""},
                      {"PYL_SystemPCIDevice", "CIM_SystemDevice"},
                      {"PYL_ComputerSystemPackage", ""}}};

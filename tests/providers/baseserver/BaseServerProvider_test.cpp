@@ -1,6 +1,8 @@
 #include "providers/baseserver/BaseServerProvider.h"
 
 #include <algorithm>
+#include <atomic>
+#include <future>
 
 #include "common/PYLUtil.h"
 #include "providers/baseserver/Worker.h"
@@ -143,6 +145,30 @@ TEST_F(BaseServerProviderTest, KnowsNoOtherMethod) {
     EXPECT_EQ(call(PYLUtil::getComputerSystemPath(), "PerformWork"),
               "status 17 no such method: PerformWork");
     EXPECT_EQ(journal.take(), Lines{});
+}
+
+TEST_F(BaseServerProviderTest, TakesEveryFilterAndNeedsNoPolling) {
+    auto const path = classPath("PYL_BaseServerIndication");
+    std::string const name = "PYL_BaseServerIndication";
+    provider.authorizeFilter(host.context(), nullptr, name, path, "me");
+    provider.activateFilter(host.context(), nullptr, name, path, true);
+    provider.deactivateFilter(host.context(), nullptr, name, path, true);
+    EXPECT_EQ(outcomeOf([&] { provider.mustPoll(host.context(), nullptr, name, path); }),
+              "status 7 nothing has to be polled");
+}
+
+TEST_F(BaseServerProviderTest, WatchesTheServerWhileIndicationsAreEnabled) {
+    std::promise<std::string> first;
+    std::atomic<bool> isFirst{true};
+    host.onIndication = [&](cimhost::Instance const& indication) {
+        if (isFirst.exchange(false))
+            first.set_value(*indication.find("Summary")->value.get<std::string>());
+    };
+    provider.enableIndications(host.context());
+    EXPECT_EQ(first.get_future().get(), "WBEM Providers started ");
+    provider.disableIndications(host.context());
+    provider.enableIndications(host.context());
+    provider.cleanup(host.context(), true);
 }
 
 TEST_F(BaseServerProviderTest, IsReadOnly) {

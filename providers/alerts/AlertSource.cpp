@@ -1,0 +1,69 @@
+#include "providers/alerts/AlertSource.h"
+
+#include <exception>
+
+#include "cmpicpp/CmpiMBService.h"
+#include "cmpicpp/CmpiStatus.h"
+#include "common/PYLConstants.h"
+#include "common/PYLUtil.h"
+
+namespace alerts {
+
+using CmpiCpp::CmpiStatus;
+using PYL::IndDBRec;
+using PYL::KTAlertIndication;
+
+namespace {
+
+constexpr char const* alertClass = "KT_AlertIndication";
+constexpr int cimObjectPath = 2;  // CIM_AlertIndication.AlertingElementFormat
+
+void fillFrom(KTAlertIndication& alert, IndDBRec const& record, std::string const& detail) {
+    alert.setDescription(record._description);
+    alert.setEventID(record._WBEMEventID);
+    alert.setAlertType(record._alertType);
+    alert.setProviderName(record._WBEMProviderName);
+    alert.setRecommendedActions(record._recommendedActions);
+    alert.setSummary(record._summary + detail);
+    alert.setEventCategory(static_cast<int>(record._eventCategory));
+    alert.setEventSubCategory(static_cast<int>(record._eventSubCategory));
+    alert.setProbableCause(record._probableCause);
+    alert.setProbableCauseDescription(record._probableCauseDescription);
+    alert.setSystemCreationClassName(PYL::ScopedCentralClassName);
+    alert.setAlertingManagedElement(PYL::PYLUtil::getComputerSystemPath().str());
+    alert.setAlertingElementFormat(cimObjectPath);
+}
+
+}  // namespace
+
+AlertSource::AlertSource(CmpiCpp::CmpiBroker const& broker, Logger& log, std::string indicationName)
+    : _broker(broker), _log(log), _definitions(log, indicationName) {}
+
+void AlertSource::raise(CmpiCpp::CmpiContext const& context, int event, std::string const& detail,
+                        Fill const& fill) noexcept {
+    try {
+        IndDBRec record;
+        if (_definitions.getRecord(event, record) != 0) {
+            _log.error("event %d has no definition and is not raised", event);
+            return;
+        }
+        deliver(context, record, detail, fill);
+    } catch (CmpiStatus const& status) {
+        _log.error("event %d could not be raised: %s", event, status.str());
+    } catch (std::exception const& failure) {
+        _log.error("event %d could not be raised: %s", event, failure.what());
+    }
+}
+
+void AlertSource::deliver(CmpiCpp::CmpiContext const& context, IndDBRec const& record,
+                          std::string const& detail, Fill const& fill) {
+    KTAlertIndication alert(_log, alertClass, PYL::BaseServerNameSpace, record._severity);
+    fillFrom(alert, record, detail);
+    if (fill) fill(alert);
+    auto const instance = alert.getInstance();
+    CmpiCpp::CmpiMBService(_broker.toCMPI(), _log)
+        .deliverIndication(context, PYL::BaseServerNameSpace, instance);
+    alert.mp_event_gen();
+}
+
+}  // namespace alerts

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+#include "cmpicpp/CmpiBroker.h"
+#include "cmpicpp/CmpiContext.h"
+#include "platform/logger/Logger.h"
+
+namespace alerts {
+
+/// Watches for an indication provider: while indications are enabled, a thread of its own, known to
+/// the object manager, looks again and again.
+///
+/// Safe from several threads. What a look throws is a line in the log; the next one comes all the
+/// same.
+class AlertThread {
+public:
+    using Look = std::function<void(CmpiCpp::CmpiContext const&)>;
+
+    /// Looks at once when it is started, then once every period.
+    AlertThread(CmpiCpp::CmpiBroker const& broker, Logger& log, std::chrono::milliseconds period,
+                Look look);
+    /// Stops.
+    ~AlertThread();
+    AlertThread(AlertThread const&) = delete;
+    AlertThread& operator=(AlertThread const&) = delete;
+
+    /// Starts the thread, on one that serves a request with this context. Nothing when it runs
+    /// already. Throws CmpiStatus when the object manager prepares no thread.
+    void start(CmpiCpp::CmpiContext const& context);
+
+    /// Ends the thread and waits for it. Nothing when none runs. Not from within a look.
+    void stop();
+
+private:
+    class Watcher;
+
+    CmpiCpp::CmpiBroker _broker;
+    Logger _log;
+    std::chrono::milliseconds _period;
+    Look _look;
+    std::mutex _mutex;
+    std::unique_ptr<Watcher> _watcher;
+};
+
+}  // namespace alerts

@@ -1,0 +1,49 @@
+#include "providers/fan/FanEvents.h"
+
+#include <optional>
+#include <set>
+
+namespace fan {
+
+namespace {
+
+/// The event by which a status is told; none for those that are not.
+std::optional<FanEventNumber> eventOf(PYL::operationalStatus status) {
+    switch (status) {
+        case PYL::statusError:
+            return fanFailed;
+        case PYL::statusDegraded:
+            return fanDegraded;
+        case PYL::statusOK:
+            return fanRepaired;
+        default:
+            return std::nullopt;
+    }
+}
+
+}  // namespace
+
+std::vector<FanEvent> FanEvents::since(std::vector<Fan> const& fans) {
+    std::vector<FanEvent> events;
+    std::set<std::string> present;
+    for (auto const& fan : fans) {
+        present.insert(fan.id);
+        auto const [known, isNew] = _known.try_emplace(fan.id, Known{fan, PYL::statusOK});
+        if (isNew && !_isFirst) events.push_back({fanInserted, fan});
+        known->second.fan = fan;
+        auto const status = statusOf(fan);
+        auto const event = eventOf(status);
+        if (!event || status == known->second.told) continue;
+        events.push_back({*event, fan});
+        known->second.told = status;
+    }
+    std::erase_if(_known, [&](auto const& known) {
+        if (present.contains(known.first)) return false;
+        events.push_back({fanRemoved, known.second.fan});
+        return true;
+    });
+    _isFirst = false;
+    return events;
+}
+
+}  // namespace fan

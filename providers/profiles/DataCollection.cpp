@@ -1,0 +1,96 @@
+#include "providers/profiles/DataCollection.h"
+
+#include <string>
+
+#include "cmpicpp/CmpiArray.h"
+#include "cmpicpp/CmpiStatus.h"
+#include "common/PYLUtil.h"
+
+namespace profiles {
+
+using CmpiCpp::CmpiArray;
+using CmpiCpp::CmpiBroker;
+using CmpiCpp::CmpiData;
+using CmpiCpp::CmpiInstance;
+using CmpiCpp::CmpiMethodResult;
+using CmpiCpp::CmpiName;
+using CmpiCpp::CmpiObjectPath;
+using CmpiCpp::CmpiStatus;
+using PYL::PRPDCRec;
+using PYL::PYLUtil;
+
+namespace {
+
+constexpr char const* methodName = "GetCollectedClasses";
+
+/// An array of `at(i)` for each index.
+template <typename At>
+CmpiArray arrayOf(unsigned int size, CMPIType type, At at) {
+    auto array = CmpiCpp::makeCmpiArray(CmpiBroker(PYLUtil::getBroker()), size, type);
+    for (unsigned int i = 0; i < size; ++i) array.setElementAt(i, at(i));
+    return array;
+}
+
+void deliverArray(CmpiMethodResult& out, char const* name, CmpiArray const& array) {
+    CMPIData data{};
+    data.type = static_cast<CMPIType>(array.getType() | CMPI_ARRAY);
+    data.state = CMPI_goodValue;
+    data.value.array = const_cast<CMPIArray*>(array.toCMPI());  // C has no const here; only read
+    out.deliver(CmpiName(name), CmpiData(array.broker(), data));
+}
+
+PRPDCRec rowNamed(PYL::ProfileDC const& table, std::string const& name) {
+    PRPDCRec row;
+    for (unsigned int i = 0; table.getRecord(i, row) == 0; ++i)
+        if (row.getRegName() == name) return row;
+    throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "nothing is collected of a profile \"" + name + "\"");
+}
+
+void deliverClasses(PRPDCRec const& row, CmpiMethodResult& out) {
+    auto const size = row.getSizeofCollectionClassName();
+    out.deliver(CmpiName("NameSpace"), row.getCollectionNameSpace());
+    deliverArray(out, "ClassNames", arrayOf(size, CMPI_string, [&](unsigned int i) {
+                     return row.getCollectionClassName(i);
+                 }));
+    deliverArray(out, "ClassTypes", arrayOf(size, CMPI_string, [&](unsigned int i) {
+                     return row.getCollectionNameType(i);
+                 }));
+    deliverArray(out, "ClassLevels", arrayOf(size, CMPI_uint16, [&](unsigned int i) {
+                     return static_cast<unsigned short>(row.getCollectionClassLevel(i));
+                 }));
+}
+
+}  // namespace
+
+CmpiObjectPath DataCollection::getPath() {
+    auto path = CmpiCpp::makeCmpiObjectPath(CmpiBroker(PYLUtil::getBroker()),
+                                            PYL::BaseServerNameSpace, className);
+    path.setHost(CmpiName(PYLUtil::getHostName()));
+    path.addKey("InstanceID", std::string("KTQ:") + className + ":1");
+    return path;
+}
+
+CmpiInstance DataCollection::getInstance() {
+    auto const path = getPath();
+    auto instance = CmpiCpp::makeCmpiInstance(CmpiBroker(PYLUtil::getBroker()), path);
+    instance.setProperty("InstanceID", path.getKey("InstanceID"));
+    instance.setProperty("ElementName", "Configuration data collection");
+    instance.setProperty("RegisteredNames",
+                         arrayOf(_table->getNumRecords(), CMPI_string, [&](unsigned int i) {
+                             PRPDCRec row;
+                             _table->getRecord(i, row);
+                             return row.getRegName();
+                         }));
+    return instance;
+}
+
+void DataCollection::invokeMethod(CmpiName const& method, CmpiCpp::CmpiArgs const& in,
+                                  CmpiMethodResult& out) {
+    if (!(method == CmpiName(methodName)))
+        return CmpiManagedInstance::invokeMethod(method, in, out);
+    auto const name = PYLUtil::getArg(in, "RegisteredName", CMPI_string).asString();
+    deliverClasses(rowNamed(*_table, name), out);
+    out.deliver(0U);
+}
+
+}  // namespace profiles

@@ -1,0 +1,70 @@
+#include "providers/profiles/ProfileCatalogue.h"
+
+#include <map>
+
+#include "common/PYLConstants.h"
+#include "providers/profiles/ProfileLink.h"
+#include "providers/profiles/RegisteredProfile.h"
+
+namespace profiles {
+
+using PYL::CmpiManagedInstanceCollection;
+using PYL::ProfileDB;
+using PYL::PRPDBRec;
+
+namespace {
+
+using Profiles = std::shared_ptr<ProfileDB const>;
+
+ProfileLink::End endAt(Profiles const& profiles, PRPDBRec const& record) {
+    return [profiles, record] { return pathOf(*profiles, record); };
+}
+
+class Relations {
+public:
+    Relations(Profiles const& profiles, CmpiManagedInstanceCollection& collection)
+        : _profiles(profiles), _collection(collection) {
+        forEachRecord(*profiles,
+                      [&](PRPDBRec const& record) { _byId.emplace(record.getId(), record); });
+    }
+
+    /// Links a record to the profile that it relates to; to none when there is no such record.
+    void add(LinkClass const& linkClass, int antecedent, PRPDBRec const& dependent) {
+        auto const found = _byId.find(antecedent);
+        if (found == _byId.end()) return;
+        addTo(_collection, std::make_unique<ProfileLink>(linkClass, PYL::PRPNameSpace,
+                                                         endAt(_profiles, found->second),
+                                                         endAt(_profiles, dependent)));
+    }
+
+private:
+    Profiles const& _profiles;
+    CmpiManagedInstanceCollection& _collection;
+    std::map<int, PRPDBRec> _byId;
+};
+
+}  // namespace
+
+void forEachRecord(ProfileDB const& profiles, std::function<void(PRPDBRec const&)> const& visit) {
+    PRPDBRec record;
+    for (unsigned int i = 0; profiles.getRecord(i, record) == 0; ++i) visit(record);
+}
+
+void addTo(CmpiManagedInstanceCollection& collection,
+           std::unique_ptr<PYL::CmpiManagedInstance> instance) {
+    collection.createInstance(instance.get());
+    instance.release();
+}
+
+void addCatalogue(Profiles const& profiles, CmpiManagedInstanceCollection& collection) {
+    Relations relations(profiles, collection);
+    forEachRecord(*profiles, [&](PRPDBRec const& record) {
+        addTo(collection, std::make_unique<RegisteredProfile>(profiles, record));
+        for (unsigned int i = 0; i < record.getSizeofRefedProfiles(); ++i)
+            relations.add(referencedProfile, record.getRefedProfile(i), record);
+        for (unsigned int i = 0; i < record.getSizeofExtendsProfiles(); ++i)
+            relations.add(extendsProfile, record.getExtendsProfile(i), record);
+    });
+}
+
+}  // namespace profiles

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <memory>
+
+#include "common/CmpiManagedInstance.h"
+#include "common/ProfileDB.h"
+
+namespace profiles {
+
+/// The path of a record's registered profile.
+CmpiCpp::CmpiObjectPath pathOf(PYL::ProfileDB const& profiles, PYL::PRPDBRec const& record);
+
+/// PYL_RegisteredProfile: one profile that is implemented here.
+class RegisteredProfile : public PYL::CmpiManagedInstance {
+public:
+    /// The record is one of the database.
+    RegisteredProfile(std::shared_ptr<PYL::ProfileDB const> profiles, PYL::PRPDBRec const& record)
+        : _profiles(std::move(profiles)), _record(record) {}
+
+    CmpiCpp::CmpiObjectPath getPath() override { return pathOf(*_profiles, _record); }
+    CmpiCpp::CmpiInstance getInstance() override;
+    CmpiCpp::CmpiName getClassName() override;
+
+private:
+    std::shared_ptr<PYL::ProfileDB const> _profiles;
+    PYL::PRPDBRec _record;
+};
+
+}  // namespace profiles

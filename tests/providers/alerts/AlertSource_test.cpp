@@ -1,0 +1,127 @@
+#include "providers/alerts/AlertSource.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <stdexcept>
+
+#include "cimhost/repository/CimError.h"
+#include "common/PYLUtil.h"
+#include "platform/smbios/SmBios.h"
+#include "tests/common/Journal.h"
+#include "tests/common/SystemName.h"
+#include "tests/common/TestBroker.h"
+#include "tests/platform/ipmi/FakeController.h"
+
+namespace {
+
+using alerts::AlertSource;
+
+struct AlertSourceTest : testing::Test {
+    TestBroker host{{{"KT_AlertIndication", ""}, {"PYL_ComputerSystem", ""}}};
+    FakeController controller;
+    JournalLog log;
+    std::optional<cimhost::Instance> raised;
+
+    AlertSourceTest() {
+        SmBios::setSource(std::make_shared<SmbiosMemory>(std::vector<std::uint8_t>()));
+        controller.openStatus = ENOENT;
+        host.onIndication = [this](cimhost::Instance const& indication) { raised = indication; };
+    }
+    ~AlertSourceTest() override { SmBios::setSource(nullptr); }
+
+    std::string text(char const* property) const {
+        auto const* const found = raised ? raised->find(property) : nullptr;
+        auto const* const value = found ? found->value.get<std::string>() : nullptr;
+        return value ? *value : "absent";
+    }
+    std::uint64_t number(char const* property) const {
+        auto const* const found = raised->find(property);
+        return found ? *found->value.get<std::uint64_t>() : 0;
+    }
+    /// The error lines of the sources themselves.
+    Lines errors() {
+        auto lines = log.journal->take();
+        std::erase_if(lines, [](auto const& line) {
+            return !line.starts_with("error: event") && !line.starts_with("error: a look");
+        });
+        return lines;
+    }
+};
+
+TEST_F(AlertSourceTest, FillsAnAlertFromItsDefinition) {
+    AlertSource source(host.broker(), log.logger, "PYL_FanIndication");
+    source.raise(host.context(), 3);
+    ASSERT_TRUE(raised);
+    EXPECT_EQ(raised->className(), "KT_AlertIndication");
+    EXPECT_EQ(text("EventID"), "3");
+    EXPECT_EQ(text("ProviderName"), "KT Cooling");
+    EXPECT_EQ(text("Summary"), "Fan failed");
+    EXPECT_EQ(text("ProbableCauseDescription"), "Fan Failed");
+    EXPECT_EQ(number("PerceivedSeverity"), 5U);
+    EXPECT_EQ(number("AlertType"), 5U);
+    EXPECT_EQ(number("EventCategory"), 23U);
+    EXPECT_EQ(number("ProbableCause"), 94U);
+    EXPECT_EQ(number("AlertingElementFormat"), 2U);
+    EXPECT_EQ(text("SystemCreationClassName"), "PYL_ComputerSystem");
+    EXPECT_TRUE(
+        text("AlertingManagedElement").starts_with("//server-1/root/ktq:PYL_ComputerSystem."));
+    EXPECT_NE(text("Description"), "absent");
+}
+
+TEST_F(AlertSourceTest, PutsADetailBehindTheSummary) {
+    AlertSource source(host.broker(), log.logger, "PYL_BaseServerIndication");
+    source.raise(host.context(), 100, "42");
+    EXPECT_EQ(text("Summary"), "Base Server Heart Beat indication Id:42");
+}
+
+TEST_F(AlertSourceTest, TakesWhatTheProviderKnows) {
+    AlertSource source(host.broker(), log.logger, "PYL_FanIndication");
+    source.raise(host.context(), 3, {}, [](PYL::KTAlertIndication& alert) {
+        alert.setHWPhysicalLocation("Bay 3");
+        alert.setAlertingManagedElement("the fan");
+    });
+    EXPECT_EQ(text("HWPhysicalLocation"), "Bay 3");
+    EXPECT_EQ(text("AlertingManagedElement"), "the fan");
+}
+
+TEST_F(AlertSourceTest, ForwardsAnAlertToTheEnclosure) {
+    controller.openStatus = 0;
+    AlertSource source(host.broker(), log.logger, "PYL_FanIndication");
+    source.raise(host.context(), 3);
+    EXPECT_EQ(controller.executions, 1U);
+    EXPECT_TRUE(controller.line.starts_with("--PNAM KT_Cooling --EID 3 ")) << controller.line;
+    source.raise(host.context(), 1);
+    EXPECT_EQ(controller.executions, 1U);
+}
+
+TEST_F(AlertSourceTest, SaysThatAnEventHasNoDefinition) {
+    AlertSource source(host.broker(), log.logger, "PYL_FanIndication");
+    source.raise(host.context(), 7);
+    EXPECT_FALSE(raised);
+    EXPECT_EQ(errors(), Lines{"error: event 7 has no definition and is not raised"});
+    AlertSource unknown(host.broker(), log.logger, "PYL_Nothing");
+    unknown.raise(host.context(), 3);
+    EXPECT_FALSE(raised);
+}
+
+TEST_F(AlertSourceTest, GoesOnWhenTheObjectManagerDoesNotTakeIt) {
+    AlertSource source(host.broker(), log.logger, "PYL_FanIndication");
+    host.onIndication = nullptr;
+    source.raise(host.context(), 3);
+    EXPECT_EQ(errors(), Lines{"error: event 3 could not be raised: CMPI_RC_ERR_NOT_SUPPORTED (7): "
+                              "nobody takes indications"});
+    PYL::PYLUtil::setBroker(CmpiCpp::CmpiBroker(nullptr));
+    source.raise(host.context(), 3);
+    EXPECT_EQ(errors().size(), 1U);
+}
+
+TEST_F(AlertSourceTest, GoesOnWhenTheProviderFails) {
+    AlertSource source(host.broker(), log.logger, "PYL_FanIndication");
+    source.raise(host.context(), 3, {},
+                 [](PYL::KTAlertIndication&) { throw std::runtime_error("no idea"); });
+    EXPECT_EQ(errors(), Lines{"error: event 3 could not be raised: no idea"});
+    EXPECT_FALSE(raised);
+}
+
+}  // namespace

@@ -1,0 +1,127 @@
+#include "providers/alerts/AlertThread.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <stdexcept>
+#include <vector>
+
+#include "cmpicpp/CmpiStatus.h"
+#include "tests/common/Failures.h"
+#include "tests/common/Journal.h"
+#include "tests/common/TestBroker.h"
+#include "tests/support/FaultyBroker.h"
+
+namespace {
+
+using alerts::AlertThread;
+using std::chrono::hours;
+using std::chrono::milliseconds;
+
+struct AlertThreadTest : testing::Test {
+    TestBroker host;
+    JournalLog log;
+    std::mutex mutex;
+    std::condition_variable changed;
+    int looks = 0;
+    std::function<void()> onLook = [] {};
+
+    AlertThread::Look look() {
+        return [this](CmpiCpp::CmpiContext const& context) {
+            {
+                std::lock_guard const lock(mutex);
+                ++looks;
+                EXPECT_NE(context.toCMPI(), nullptr);
+            }
+            changed.notify_all();
+            onLook();
+        };
+    }
+    /// Waits for so many looks; a test that fails here waits for its watchdog.
+    void waitFor(int count) {
+        std::unique_lock lock(mutex);
+        changed.wait(lock, [&] { return looks >= count; });
+    }
+};
+
+TEST_F(AlertThreadTest, LooksAtOnceWhenItIsStarted) {
+    AlertThread thread(host.broker(), log.logger, hours(1), look());
+    EXPECT_EQ(looks, 0);
+    thread.start(host.context());
+    waitFor(1);
+}
+
+TEST_F(AlertThreadTest, LooksAgainAndAgainAndMayCallTheObjectManager) {
+    std::atomic<int> paths{0};
+    onLook = [&] {
+        if (!host.path("PYL_Thing", "a").empty()) ++paths;
+    };
+    AlertThread thread(host.broker(), log.logger, milliseconds(1), look());
+    thread.start(host.context());
+    waitFor(5);
+    thread.stop();
+    EXPECT_GE(paths, 5);
+}
+
+TEST_F(AlertThreadTest, LooksNoMoreOnceItIsStopped) {
+    AlertThread thread(host.broker(), log.logger, milliseconds(1), look());
+    thread.start(host.context());
+    waitFor(2);
+    thread.stop();
+    int const after = looks;
+    thread.stop();
+    EXPECT_EQ(looks, after);
+}
+
+TEST_F(AlertThreadTest, StartsAgain) {
+    AlertThread thread(host.broker(), log.logger, hours(1), look());
+    thread.start(host.context());
+    waitFor(1);
+    thread.stop();
+    thread.start(host.context());
+    waitFor(2);
+}
+
+TEST_F(AlertThreadTest, RunsOnceHoweverOftenItIsStarted) {
+    AlertThread thread(host.broker(), log.logger, hours(1), look());
+    for (int i = 0; i < 3; ++i) thread.start(host.context());
+    waitFor(1);
+    thread.stop();
+    EXPECT_EQ(looks, 1);
+}
+
+TEST_F(AlertThreadTest, StopsAtOnceInTheMiddleOfALongPeriod) {
+    AlertThread thread(host.broker(), log.logger, hours(1), look());
+    thread.start(host.context());
+}
+
+TEST_F(AlertThreadTest, GoesOnAfterALookThatFails) {
+    onLook = [this] {
+        if (looks == 1) throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, "blind");
+        if (looks == 2) throw std::runtime_error("deaf");
+    };
+    AlertThread thread(host.broker(), log.logger, milliseconds(1), look());
+    thread.start(host.context());
+    waitFor(3);
+    thread.stop();
+    EXPECT_EQ(log.journal->take(), (Lines{"error: a look failed: CMPI_RC_ERR_FAILED (1): blind",
+                                          "error: a look failed: deaf"}));
+}
+
+TEST_F(AlertThreadTest, SaysWhatTheObjectManagerRefuses) {
+    testsupport::FaultyBroker faulty(host.real());
+    host.use(faulty.handle());
+    AlertThread thread(host.broker(), log.logger, hours(1), look());
+    faulty.failCall("CMPIBrokerFT.prepareAttachThread", 1,
+                    testsupport::FaultyBroker::Fault::status);
+    EXPECT_EQ(outcomeOf([&] { thread.start(host.context()); }).substr(0, 7), "status ");
+    faulty.failCall("CMPIBrokerFT.attachThread", 1, testsupport::FaultyBroker::Fault::status);
+    thread.start(host.context());
+    thread.stop();
+    auto const lines = log.journal->take();
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_TRUE(lines[0].starts_with("error: nothing is watched: ")) << lines[0];
+    EXPECT_EQ(looks, 0);
+}
+
+}  // namespace

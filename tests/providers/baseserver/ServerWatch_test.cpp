@@ -1,0 +1,112 @@
+#include "providers/baseserver/ServerWatch.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "common/DataStoreTxt.h"
+#include "platform/smbios/SmBios.h"
+#include "tests/common/QuietResults.h"
+#include "tests/platform/ipmi/FakeController.h"
+#include "tests/providers/baseserver/BaseServerFixture.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using baseserver::ServerWatch;
+using std::chrono::seconds;
+
+/// Root's marker: a link to a file that root owns whoever runs the test.
+void put(char const* marker) {
+    fs::create_symlink("/etc/passwd", RedirectedFiles::real(marker));
+}
+
+struct ServerWatchTest : BaseServerFixture {
+    FakeController controller;
+    Logger log = silentLogger();
+    std::vector<std::string> raised;
+    std::chrono::steady_clock::time_point now{};
+    ServerWatch watch{host.broker(), log, [this] { return now; }};
+
+    ServerWatchTest() {
+        PYL::setDataStoreLogger(log);
+        SmBios::setSource(std::make_shared<SmbiosMemory>(std::vector<std::uint8_t>()));
+        controller.openStatus = ENOENT;
+        host.onIndication = [this](cimhost::Instance const& indication) {
+            raised.push_back(*indication.find("Summary")->value.get<std::string>());
+        };
+    }
+    ~ServerWatchTest() override { SmBios::setSource(nullptr); }
+
+    std::vector<std::string> look() {
+        raised.clear();
+        watch.look(host.context());
+        return raised;
+    }
+    using Summaries = std::vector<std::string>;
+};
+
+TEST_F(ServerWatchTest, GreetsOnceAndTellsABootOnce) {
+    EXPECT_EQ(look(), (Summaries{"WBEM Providers started ", "OS boot completed"}));
+    EXPECT_EQ(look(), Summaries{});
+    ServerWatch restarted(host.broker(), log, [this] { return now; });
+    raised.clear();
+    restarted.look(host.context());
+    EXPECT_EQ(raised, Summaries{"WBEM Providers started "});
+}
+
+TEST_F(ServerWatchTest, BeatsWhileTheSwitchIsOn) {
+    look();
+    put("/tmp/PYL.heartbeats");
+    EXPECT_EQ(look(), Summaries{"Base Server Heart Beat indication Id:1"});
+    EXPECT_EQ(look(), Summaries{});
+    now += ServerWatch::heartBeatInterval;
+    EXPECT_EQ(look(), Summaries{"Base Server Heart Beat indication Id:2"});
+    fs::remove(RedirectedFiles::real("/tmp/PYL.heartbeats"));
+    now += ServerWatch::heartBeatInterval;
+    EXPECT_EQ(look(), Summaries{});
+    put("/tmp/PYL.heartbeats");
+    EXPECT_EQ(look(), Summaries{"Base Server Heart Beat indication Id:3"});
+}
+
+TEST_F(ServerWatchTest, BeatsFasterAfterTheTriggerForIt) {
+    look();
+    put("/tmp/PYL.heartbeats");
+    look();
+    now += ServerWatch::shortInterval;
+    EXPECT_EQ(look(), Summaries{});
+    put("/tmp/PYL.EVConf");
+    EXPECT_EQ(look(), Summaries{"Base Server Heart Beat indication Id:2"});
+    EXPECT_FALSE(fs::is_symlink(RedirectedFiles::real("/tmp/PYL.EVConf")));
+    now += ServerWatch::shortInterval;
+    EXPECT_EQ(look(), Summaries{"Base Server Heart Beat indication Id:3"});
+}
+
+TEST_F(ServerWatchTest, RaisesTheThreeTestEventsAtEachTrigger) {
+    look();
+    put("/tmp/PYL.test");
+    EXPECT_EQ(look(), (Summaries{"Test Event Id: 1", "Test Event Id: 2", "Test Event Id: 3"}));
+    EXPECT_EQ(look(), Summaries{});
+    put("/tmp/PYL.test");
+    EXPECT_EQ(look(), (Summaries{"Test Event Id: 4", "Test Event Id: 5", "Test Event Id: 6"}));
+}
+
+TEST_F(ServerWatchTest, TakesNoTriggerOfAnybodyElse) {
+    look();
+    auto const marker = RedirectedFiles::real("/tmp/PYL.test");
+    std::ofstream(marker).close();
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(marker.c_str(), 65534, 65534), 0);
+    }
+    EXPECT_EQ(look(), Summaries{});
+    EXPECT_FALSE(fs::exists(marker));
+}
+
+TEST_F(ServerWatchTest, WatchesUntilItIsStopped) {
+    watch.start(host.context());
+    watch.stop();
+    watch.start(host.context());
+}
+
+}  // namespace

@@ -1,0 +1,135 @@
+#include "providers/fan/FanProvider.h"
+
+#include <gtest/gtest.h>
+
+#include "common/PYLUtil.h"
+#include "platform/smbios/SmBios.h"
+#include "providers/fan/FanInstance.h"
+#include "tests/common/CapturedResults.h"
+#include "tests/common/Failures.h"
+#include "tests/common/QuietResults.h"
+#include "tests/common/TestBroker.h"
+#include "tests/platform/ipmi/FakeController.h"
+
+namespace {
+
+using namespace fan;
+using CmpiCpp::CmpiObjectPath;
+
+struct FanProviderTest : testing::Test {
+    TestBroker host{{{"PYL_Fan", ""},
+                     {"PYL_FanGroup", ""},
+                     {"PYL_ComputerSystem", ""},
+                     {"KT_AlertIndication", ""}}};
+    FakeController controller;
+    Logger log = silentLogger();
+    Journal journal;
+    CapturedPaths paths{journal};
+    CapturedInstances instances{journal};
+    std::vector<Fan> fans{Fan{"chip:fan1", "CPU fan", 1200, 300, 1250, false, false, true},
+                          Fan{"chip:fan2", "fan2", {}, {}, {}, {}, {}, {}}};
+    Lines raised;
+    Lines posted;
+    FanProvider provider{host.broker(), log, [this] { return fans; }};
+
+    FanProviderTest() {
+        SmBios::setSource(std::make_shared<SmbiosMemory>(std::vector<std::uint8_t>()));
+        controller.openStatus = ENOENT;
+        host.onIndication = [this](cimhost::Instance const& indication) {
+            raised.push_back(*indication.find("Summary")->value.get<std::string>() + " at " +
+                             *indication.find("HWPhysicalLocation")->value.get<std::string>());
+        };
+        host.onInvokeMethod = [this](auto const&, auto const&, CmpiCpp::CmpiArgs const& in) {
+            posted.push_back(in.getArg("ClassName").str() + " " + in.getArg("Status").str());
+        };
+    }
+    ~FanProviderTest() override { SmBios::setSource(nullptr); }
+
+    CmpiObjectPath classPath(char const* className) {
+        return CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
+    }
+    static std::string fanText(std::string const& id) {
+        return "//server-1/root/ktq:PYL_Fan.CreationClassName=\"PYL_Fan\","
+               "SystemCreationClassName=\"PYL_ComputerSystem\",SystemName=\"server-1\","
+               "DeviceID=\"KTQ:PYL_Fan:" +
+               id + "\"";
+    }
+};
+
+TEST_F(FanProviderTest, NamesItsFansAndTheirGroup) {
+    provider.enumInstanceNames(host.context(), classPath("PYL_Fan"), paths);
+    EXPECT_EQ(journal.take(),
+              (Lines{"delivered " + fanText("chip:fan1"), "delivered " + fanText("chip:fan2")}));
+    provider.enumInstanceNames(host.context(), classPath("PYL_FanGroup"), paths);
+    EXPECT_EQ(journal.take(), Lines{"delivered //server-1/root/ktq:PYL_FanGroup.InstanceID="
+                                    "\"KTQ:PYL_FanGroup:1\""});
+}
+
+TEST_F(FanProviderTest, DescribesAFanByWhatIsKnown) {
+    provider.enumInstances(host.context(), classPath("PYL_Fan"), nullptr, instances);
+    auto const lines = journal.take();
+    ASSERT_EQ(lines.size(), 2U);
+    for (auto const* part : {"ElementName = \"CPU fan\";", "VariableSpeed = true;",
+                             "DesiredSpeed = 1250;", "CurrentSpeed = 1200;", "MinimumSpeed = 300;",
+                             "OperationalStatus = {2};", "HealthState = 5;"})
+        EXPECT_NE(lines[0].find(part), std::string::npos) << part;
+    for (auto const* part : {"DesiredSpeed", "CurrentSpeed", "MinimumSpeed"})
+        EXPECT_EQ(lines[1].find(part), std::string::npos) << part;
+    EXPECT_NE(lines[1].find("OperationalStatus = {0};"), std::string::npos) << lines[1];
+}
+
+TEST_F(FanProviderTest, ReadsAfreshForEachRequest) {
+    fans.clear();
+    provider.enumInstanceNames(host.context(), classPath("PYL_Fan"), paths);
+    EXPECT_EQ(journal.take(), Lines{});
+}
+
+TEST_F(FanProviderTest, GetsAFanByItsPathAndSaysWhichItHasNot) {
+    auto path = FanInstance(fans[0]).getPath();
+    provider.getInstance(host.context(), path, nullptr, instances);
+    EXPECT_EQ(journal.take().size(), 1U);
+    fans.clear();
+    EXPECT_EQ(outcomeOf([&] { provider.getInstance(host.context(), path, nullptr, instances); }),
+              "status 6 no such instance: " + path.str());
+}
+
+TEST_F(FanProviderTest, RaisesWhatHappensAndPostsAChangeOfTheGroup) {
+    provider.look(host.context());
+    EXPECT_EQ(raised, Lines{});
+    EXPECT_EQ(posted, Lines{"\"PYL_FanGroup\" 2"});
+    provider.look(host.context());
+    EXPECT_EQ(posted.size(), 1U);
+    fans[0].fault = true;
+    provider.look(host.context());
+    EXPECT_EQ(raised, Lines{"Fan failed at CPU fan"});
+    EXPECT_EQ(posted.back(), "\"PYL_FanGroup\" 6");
+    fans[0].fault = false;
+    fans.pop_back();
+    provider.look(host.context());
+    EXPECT_EQ(raised,
+              (Lines{"Fan failed at CPU fan", "Fan repaired at CPU fan", "Fan removed at fan2"}));
+    EXPECT_EQ(posted.back(), "\"PYL_FanGroup\" 2");
+}
+
+TEST_F(FanProviderTest, TakesEveryFilterAndNeedsNoPolling) {
+    auto const path = classPath("PYL_FanIndication");
+    provider.authorizeFilter(host.context(), nullptr, "PYL_FanIndication", path, "me");
+    provider.activateFilter(host.context(), nullptr, "PYL_FanIndication", path, true);
+    provider.deactivateFilter(host.context(), nullptr, "PYL_FanIndication", path, true);
+    EXPECT_EQ(
+        outcomeOf([&] { provider.mustPoll(host.context(), nullptr, "PYL_FanIndication", path); }),
+        "status 7 nothing has to be polled");
+}
+
+TEST_F(FanProviderTest, WatchesWhileIndicationsAreEnabled) {
+    for (int i = 0; i < 3; ++i) {
+        provider.enableIndications(host.context());
+        provider.enableIndications(host.context());
+        provider.disableIndications(host.context());
+        provider.disableIndications(host.context());
+    }
+    provider.enableIndications(host.context());
+    provider.cleanup(host.context(), true);
+}
+
+}  // namespace

@@ -1,0 +1,44 @@
+#include "providers/profiles/ProfileCatalogue.h"
+
+#include "common/ImplementationClassNames.h"
+#include "tests/providers/profiles/ProfilesFixture.h"
+
+namespace {
+
+using namespace profiles;
+
+struct CatalogueCollectionTest : ProfilesFixture {
+    PYL::CmpiManagedInstanceCollection collection{log.logger};
+
+    std::size_t count(char const* className) {
+        journal.take();
+        collection.enumInstanceNames(paths, host.context(), classPath("interop", className));
+        return delivered().size();
+    }
+};
+
+TEST_F(CatalogueCollectionTest, AddsEveryProfileAndEveryRelation) {
+    addCatalogue(catalogue(log.logger), collection);
+    EXPECT_EQ(count("PYL_RegisteredProfile"), 49U);
+    EXPECT_EQ(count("PYL_ReferencedProfile"), 32U);
+    EXPECT_EQ(count("PYL_ExtendsProfile"), 19U);
+    EXPECT_EQ(collection.size(), 100U);
+}
+
+TEST_F(CatalogueCollectionTest, LeavesOutARelationToAProfileThatIsNotThere) {
+    int const references[] = {1, 77, 0};
+    int const extends[] = {78, 0};
+    auto const db = std::make_shared<PYL::ProfileDB>(log.logger);
+    db->make({1, 2, "", "one", "1", PYL::emptyString, PYL::emptyString, PYL::emptyString,
+              references, extends});
+    addCatalogue(db, collection);
+    EXPECT_EQ(count("PYL_RegisteredProfile"), 1U);
+    EXPECT_EQ(count("PYL_ReferencedProfile"), 1U);
+    EXPECT_EQ(count("PYL_ExtendsProfile"), 0U);
+}
+
+TEST_F(CatalogueCollectionTest, VisitsNothingOfAnEmptyDatabase) {
+    forEachRecord(PYL::ProfileDB(log.logger), [](PYL::PRPDBRec const&) { FAIL(); });
+}
+
+}  // namespace
