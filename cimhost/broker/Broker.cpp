@@ -18,7 +18,9 @@ constexpr unsigned int capabilities =
     CMPI_MB_InstanceManipulation | CMPI_MB_AssociationTraversal | CMPI_MB_BasicQualifierSupport |
     CMPI_MB_OSEncapsulationSupport | CMPI_MB_Supports_MemEnhancements |
     CMPI_MB_Supports_Extended_Error | CMPI_MB_Logging | CMPI_MB_Tracing |
-    CMPI_MB_PropertyFiltering | CMPI_MB_CodepageConversion;
+    CMPI_MB_PropertyFiltering | CMPI_MB_CodepageConversion |
+    // Query objects alone: what execQuery can do is up to the providers.
+    (CMPI_MB_QueryNormalization & ~CMPI_MB_QueryExecution);
 
 // The brokers alive, by which a foreign handle is told. Looking one up takes no lock; nearly always
 // it is the first.

@@ -5,8 +5,8 @@
 /// The tables of a broker that do not depend on which broker it is. All slots are filled.
 namespace cimhost {
 
-/// Makers of data objects, log, messages. Queries are not supported: newSelectExp says so, and so
-/// does newEnumerationFilter for a filter that would have to look at instances.
+/// Makers of data objects, log, messages. newSelectExp reads the queries of WqlParser.h;
+/// newEnumerationFilter says NOT_SUPPORTED to a filter that would have to look at instances.
 extern const CMPIBrokerEncFT encapsulationTable;
 
 /// Threads, mutexes and conditions of POSIX.

@@ -1,12 +1,9 @@
 #include "cimhost/broker/BuiltInInstances.h"
 
-#include <unistd.h>
-
-#include <array>
-#include <climits>
 #include <string>
 #include <utility>
 
+#include "cimhost/broker/HostName.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/ValueConversion.h"
@@ -16,17 +13,9 @@ namespace cimhost {
 namespace {
 
 constexpr std::string_view managerName = "cimhost";
-constexpr std::string_view systemClass = "CIM_ComputerSystem";
 constexpr std::uint64_t enabled = 2;         // of EnabledState, and OK of OperationalStatus
 constexpr std::uint64_t unknown = 0;         // of ClassInfo and ClassType
 constexpr std::uint64_t notApplicable = 12;  // of RequestedState
-
-std::string hostName() {
-    std::array<char, HOST_NAME_MAX + 1> name{};
-    // The last byte stays zero, whatever gethostname does with a name that is too long.
-    if (gethostname(name.data(), name.size() - 1) != 0 || name[0] == '\0') return "localhost";
-    return name.data();
-}
 
 /// Sets properties of one instance where its class declares them.
 class Maker {
@@ -70,7 +59,7 @@ private:
 
 Instance objectManager(const NameSpace& nameSpace, const Class& definition) {
     Maker maker(nameSpace, definition);
-    maker.set("SystemCreationClassName", systemClass);
+    maker.set("SystemCreationClassName", systemClassName);
     maker.set("SystemName", hostName());
     maker.set("CreationClassName", definition.name);
     maker.set("Name", managerName);
@@ -87,7 +76,7 @@ Instance objectManager(const NameSpace& nameSpace, const Class& definition) {
 
 Instance cimNamespace(const NameSpace& nameSpace, const Class& definition, std::string_view name) {
     Maker maker(nameSpace, definition);
-    maker.set("SystemCreationClassName", systemClass);
+    maker.set("SystemCreationClassName", systemClassName);
     maker.set("SystemName", hostName());
     maker.set("ObjectManagerCreationClassName", "CIM_ObjectManager");
     maker.set("ObjectManagerName", managerName);

@@ -11,6 +11,8 @@
 #include "cimhost/broker/ErrorHandle.h"
 #include "cimhost/broker/InstanceHandle.h"
 #include "cimhost/broker/ObjectPathHandle.h"
+#include "cimhost/broker/SelectCondHandle.h"
+#include "cimhost/broker/SelectExpHandle.h"
 #include "cimhost/broker/StringHandle.h"
 #include "cimhost/repository/Utf8.h"
 
@@ -36,6 +38,10 @@ constexpr auto kindRows = std::to_array<KindRow>({
     {ObjectKind::error, "CMPIError"},
     {ObjectKind::propertyList, "CMPIPropertyList"},
     {ObjectKind::enumerationFilter, "CMPIEnumerationFilter"},
+    {ObjectKind::selectExpression, "CMPISelectExp"},
+    {ObjectKind::selectCondition, "CMPISelectCond"},
+    {ObjectKind::subCondition, "CMPISubCond"},
+    {ObjectKind::predicate, "CMPIPredicate"},
 });
 
 std::string quoted(std::string_view text, char quote = '"') {
@@ -104,6 +110,19 @@ std::string describe(const Arguments& arguments) {
     return result += ')';
 }
 
+std::string describe(const WqlOperand& operand) {
+    if (const auto* const property = std::get_if<WqlProperty>(&operand)) return property->text();
+    return describe(std::get<Value>(operand));
+}
+
+std::string describe(const WqlPredicate& predicate) {
+    const std::string left =
+        describe(predicate.left) + " " + std::string(operatorText(predicate.operation));
+    const bool hasRight =
+        predicate.operation != WqlOperator::isNull && predicate.operation != WqlOperator::isNotNull;
+    return hasRight ? left + " " + describe(predicate.right) : left;
+}
+
 std::string describe(const ErrorObject& error) {
     return describe(error.asInstance());
 }
@@ -165,6 +184,12 @@ std::string describe(const ObjectHeader& header) {
             return std::string(as<DateTimeObject>(header).view());
         case ObjectKind::error:
             return describe(as<ErrorObject>(header));
+        case ObjectKind::selectExpression:
+            return as<SelectExpObject>(header).query->text;
+        case ObjectKind::predicate:
+            return describe(as<PredicateObject>(header).predicate());
+        case ObjectKind::selectCondition:
+        case ObjectKind::subCondition:
         case ObjectKind::enumeration:
         case ObjectKind::context:
         case ObjectKind::result:

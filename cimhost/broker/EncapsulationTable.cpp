@@ -1,4 +1,5 @@
 #include <chrono>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,7 +17,9 @@
 #include "cimhost/broker/MessageText.h"
 #include "cimhost/broker/ObjectPathHandle.h"
 #include "cimhost/broker/PropertyListHandle.h"
+#include "cimhost/broker/SelectExpHandle.h"
 #include "cimhost/broker/StringHandle.h"
+#include "cimhost/broker/WqlParser.h"
 #include "cimhost/repository/CimError.h"
 
 namespace cimhost {
@@ -98,12 +101,20 @@ CMPIDateTime* newDateTimeFromChars(const CMPIBroker* handle, const char* text,
     });
 }
 
-CMPISelectExp* newSelectExp(const CMPIBroker* handle, const char*, const char*,
+CMPISelectExp* newSelectExp(const CMPIBroker* handle, const char* text, const char* language,
                             CMPIArray** projection, CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker&, CMPIrc& code) -> CMPISelectExp* {
-        if (projection) *projection = nullptr;
-        code = CMPI_RC_ERR_NOT_SUPPORTED;
-        return nullptr;
+    if (projection) *projection = nullptr;
+    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPISelectExp* {
+        auto query =
+            std::make_shared<const WqlQuery>(parseQuery(required(language), required(text)));
+        if (projection && query->selection) {
+            Value::Array names;
+            for (const WqlProperty& property : *query->selection) {
+                names.push_back(Value::string(property.text()));
+            }
+            *projection = &make<ArrayObject>(factory(broker), CimType::string, std::move(names));
+        }
+        return &make<SelectExpObject>(factory(broker), std::move(query));
     });
 }
 

@@ -8,6 +8,7 @@
 #include "cimhost/broker/InstanceHandle.h"
 #include "cimhost/broker/MemoryBlocks.h"
 #include "cimhost/broker/ObjectPathHandle.h"
+#include "cimhost/broker/SelectExpHandle.h"
 #include "cimhost/broker/StringHandle.h"
 
 namespace cimhost {
@@ -85,14 +86,6 @@ void freeObject(const CMPIBroker* handle, typename Object::Handle* object) noexc
     }
 }
 
-// Nothing makes queries, so none can be ours.
-void freeSelectExp(const CMPIBroker* handle, CMPISelectExp* query) noexcept {
-    const Broker* const broker = Broker::find(handle);
-    if (!broker || !query) return;
-    broker->log().write(BrokerLog::Level::warning, "broker",
-                        "free on a CMPISelectExp that it must not end: ignored");
-}
-
 }  // namespace
 
 const CMPIBrokerMemFT memoryTable = {
@@ -110,7 +103,7 @@ const CMPIBrokerMemFT memoryTable = {
     freeObject<StringObject>,
     freeObject<ArrayObject>,
     freeObject<DateTimeObject>,
-    freeSelectExp,
+    freeObject<SelectExpObject>,
     freeChars,
 };
 

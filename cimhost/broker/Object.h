@@ -30,6 +30,10 @@ enum class ObjectKind : std::uint8_t {
     error,
     propertyList,
     enumerationFilter,
+    selectExpression,
+    selectCondition,
+    subCondition,
+    predicate,
 };
 
 /// Who may end an object before its scope does.

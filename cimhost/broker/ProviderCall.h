@@ -58,18 +58,37 @@ public:
     /// notSupported for a null slot.
     template <typename MI, typename Table, typename Function, typename... Arguments>
     void run(const MiUse<MI>& use, Function Table::*slot, Arguments... arguments) {
-        MI* const mi = use.get();
-        if (!mi->ft || !(mi->ft->*slot)) {
-            throw CimError(CimCode::notSupported, "provider " + std::string(use.provider()) +
-                                                      " does not offer this operation");
-        }
-        const CMPIStatus status = callProvider(
-            use.provider(), [&] { return (mi->ft->*slot)(mi, _context, _result, arguments...); });
+        _requireSlot(use, slot);
+        const CMPIStatus status = callProvider(use.provider(), [&] {
+            return (use.get()->ft->*slot)(use.get(), _context, _result, arguments...);
+        });
         if (const std::exception_ptr failure = failureOf(_result)) std::rethrow_exception(failure);
         requireSuccess(status, use.provider());
     }
 
+    /// The same for functions that have no result.
+    template <typename MI, typename Table, typename Function, typename... Arguments>
+    void tell(const MiUse<MI>& use, Function Table::*slot, Arguments... arguments) {
+        _requireSlot(use, slot);
+        tellAs(use, use.get()->ft->*slot, arguments...);
+    }
+
+    /// The same for a function that is known already.
+    template <typename MI, typename Function, typename... Arguments>
+    void tellAs(const MiUse<MI>& use, Function function, Arguments... arguments) {
+        const CMPIStatus status = callProvider(
+            use.provider(), [&] { return function(use.get(), _context, arguments...); });
+        requireSuccess(status, use.provider());
+    }
+
 private:
+    template <typename MI, typename Slot>
+    static void _requireSlot(const MiUse<MI>& use, Slot slot) {
+        if (use.get()->ft && use.get()->ft->*slot) return;
+        throw CimError(CimCode::notSupported, "provider " + std::string(use.provider()) +
+                                                  " does not offer this operation");
+    }
+
     CallNesting _nesting;
     CallScope _scope;
     CMPIContext* _context;

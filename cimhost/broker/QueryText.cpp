@@ -1,16 +1,14 @@
 #include "cimhost/broker/QueryText.h"
 
 #include <algorithm>
-#include <array>
 
+#include "cimhost/broker/WqlParser.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 
 namespace cimhost {
 
 namespace {
-
-constexpr auto languages = std::to_array<std::string_view>({"WQL", "CQL", "DMTF:CQL"});
 
 // The end of a string in quotes, a name, or any other single character at the front of the text.
 std::size_t tokenEnd(std::string_view text) noexcept {
@@ -38,11 +36,7 @@ std::string_view nextToken(std::string_view& text) noexcept {
 }  // namespace
 
 std::string queriedClass(std::string_view language, std::string_view query) {
-    if (std::none_of(languages.begin(), languages.end(),
-                     [&](std::string_view known) { return equalNames(known, language); })) {
-        throw CimError(CimCode::queryLanguageNotSupported,
-                       "query language '" + std::string(language) + "' is not supported");
-    }
+    requireQueryLanguage(language);
     std::string_view token = nextToken(query);
     const bool isSelection = equalNames(token, "SELECT");
     while (!token.empty() && !equalNames(token, "FROM")) token = nextToken(query);

@@ -39,6 +39,8 @@ constexpr auto rules = std::to_array<ElementRule>({
     {Tag::className, "CLASSNAME", {A::name}, false, {}},
     {Tag::classPath, "CLASSPATH", {}, false, {one({Tag::nameSpacePath}), one({Tag::className})}},
     {Tag::correlator, "CORRELATOR", {A::name, A::type}, false, {one({Tag::value})}},
+    {Tag::exportCall, "EXPMETHODCALL", {A::name}, false, {any({Tag::exportParameter})}},
+    {Tag::exportParameter, "EXPPARAMVALUE", {A::name}, false, {maybe({Tag::instance})}},
     {Tag::host, "HOST", {}, true, {}},
     {Tag::intrinsicCall, "IMETHODCALL", {A::name}, false, {one({Tag::localNameSpacePath}), any({Tag::intrinsicParameter})}},
     {Tag::instance, "INSTANCE", {A::className}, false, {any({Tag::qualifier}), any(properties)}},
@@ -50,7 +52,7 @@ constexpr auto rules = std::to_array<ElementRule>({
     {Tag::localClassPath, "LOCALCLASSPATH", {}, false, {one({Tag::localNameSpacePath}), one({Tag::className})}},
     {Tag::localInstancePath, "LOCALINSTANCEPATH", {}, false, {one({Tag::localNameSpacePath}), one({Tag::instanceName})}},
     {Tag::localNameSpacePath, "LOCALNAMESPACEPATH", {}, false, {some({Tag::nameSpace})}},
-    {Tag::message, "MESSAGE", {A::id, A::protocolVersion}, false, {one({Tag::simpleRequest, Tag::multipleRequest})}},
+    {Tag::message, "MESSAGE", {A::id, A::protocolVersion}, false, {one({Tag::simpleRequest, Tag::multipleRequest, Tag::simpleExportRequest})}},
     {Tag::method, "METHOD", {A::name}, false, {any({Tag::qualifier}), any(parameters)}},
     {Tag::methodCall, "METHODCALL", {A::name}, false, {one({Tag::localClassPath, Tag::localInstancePath}), any({Tag::parameterValue})}},
     {Tag::multipleRequest, "MULTIREQ", {}, false, {any({Tag::simpleRequest})}},
@@ -67,6 +69,7 @@ constexpr auto rules = std::to_array<ElementRule>({
     {Tag::qualifier, "QUALIFIER", {A::name, A::type}, false, {maybe({Tag::value, Tag::valueArray})}},
     {Tag::qualifierDeclaration, "QUALIFIER.DECLARATION", {A::name, A::type}, false, {maybe({Tag::scope}), maybe({Tag::value, Tag::valueArray})}},
     {Tag::scope, "SCOPE", {}, false, {}},
+    {Tag::simpleExportRequest, "SIMPLEEXPREQ", {}, false, {any({Tag::correlator}), one({Tag::exportCall})}},
     {Tag::simpleRequest, "SIMPLEREQ", {}, false, {any({Tag::correlator}), one({Tag::intrinsicCall, Tag::methodCall})}},
     {Tag::value, "VALUE", {}, true, {}},
     {Tag::valueArray, "VALUE.ARRAY", {}, false, {any({Tag::value, Tag::valueNull})}},
@@ -79,7 +82,7 @@ constexpr auto rules = std::to_array<ElementRule>({
 
 static_assert(std::ranges::is_sorted(rules, {}, &ElementRule::name));
 
-constexpr std::size_t tagCount = static_cast<std::size_t>(Tag::parameterReferenceArray) + 1;
+constexpr std::size_t tagCount = static_cast<std::size_t>(Tag::exportParameter) + 1;
 static_assert(rules.size() == tagCount && tagCount <= 64);
 
 // Where each tag's rule stands in the table above.

@@ -7,8 +7,8 @@
 #include <optional>
 #include <string_view>
 
-/// The elements and attributes of CIM-XML requests (DSP0203) and what may stand in each.
-/// Constant data; safe from several threads.
+/// The elements and attributes of CIM-XML requests, export requests included (DSP0203), and what
+/// may stand in each. Constant data; safe from several threads.
 namespace cimhost {
 
 enum class Tag : std::uint8_t {
@@ -52,6 +52,9 @@ enum class Tag : std::uint8_t {
     parameterReference,
     parameterArray,
     parameterReferenceArray,
+    simpleExportRequest,
+    exportCall,
+    exportParameter,
 };
 
 /// The attributes that a request's meaning depends on; all others are passed over.

@@ -101,16 +101,6 @@ const IntrinsicOperation* requireOperation(const Message& message) {
                    "operation " + std::string(message.name) + " is not supported");
 }
 
-std::string_view errorName(const XmlError& error) noexcept {
-    switch (error.kind()) {
-        case XmlError::Kind::notWellFormed:
-            return "request-not-well-formed";
-        case XmlError::Kind::notValid:
-            break;
-    }
-    return "request-not-valid";
-}
-
 /// Writes the whole answer to `out`; throws what goes wrong.
 void answer(Operations& operations, const Repository& repository, const CimXmlRequest& request,
             const Message& message, ReplyStream& out) {
@@ -142,7 +132,7 @@ std::optional<Refusal> read(const CimXmlRequest& request, std::optional<XmlDocum
         message = readMessage(request, *document);
         return std::nullopt;
     } catch (const XmlError& error) {
-        return Refusal{400, errorName(error)};
+        return Refusal{400, requestError(error)};
     } catch (const Refusal& refusal) {
         return refusal;
     } catch (const std::bad_alloc&) {

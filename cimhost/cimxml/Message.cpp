@@ -50,16 +50,6 @@ bool isReadable(std::string_view parameter) noexcept {
     return equalNames(charset, "utf-8") || equalNames(charset, "us-ascii");
 }
 
-/// XML that we can read. A client that does not say what it sends is believed to mean that.
-bool isXml(std::string_view contentType) noexcept {
-    const std::string_view mediaType = takePart(contentType);
-    if (!equalNames(mediaType, "application/xml") && !equalNames(mediaType, "text/xml"))
-        return false;
-    while (!contentType.empty())
-        if (!isReadable(takePart(contentType))) return false;
-    return true;
-}
-
 /// True when the header, as it stands or percent-decoded, is what `matches` looks for. Not every
 /// client encodes a '%' that belongs to a key.
 bool headerMatches(const CimXmlRequest& request, std::string_view name, auto&& matches) {
@@ -88,12 +78,32 @@ Element callOf(const Element& simpleRequest) {
 
 }  // namespace
 
+bool isReadableXml(std::string_view contentType) noexcept {
+    const std::string_view mediaType = takePart(contentType);
+    if (!equalNames(mediaType, "application/xml") && !equalNames(mediaType, "text/xml"))
+        return false;
+    while (!contentType.empty())
+        if (!isReadable(takePart(contentType))) return false;
+    return true;
+}
+
+std::string_view requestError(const XmlError& error) noexcept {
+    switch (error.kind()) {
+        case XmlError::Kind::notWellFormed:
+            return "request-not-well-formed";
+        case XmlError::Kind::notValid:
+            break;
+    }
+    return "request-not-valid";
+}
+
 std::optional<Refusal> checkHeaders(const CimXmlRequest& request) {
     const std::optional<std::string_view> operation = request.header("CIMOperation");
     if (!operation) return Refusal{400, {}};
     if (!equalNames(*operation, "MethodCall")) return Refusal{400, "unsupported-operation"};
+    // A client that does not say what it sends is believed to mean XML.
     const std::optional<std::string_view> contentType = request.header("Content-Type");
-    if (contentType && !isXml(*contentType)) return Refusal{415, {}};
+    if (contentType && !isReadableXml(*contentType)) return Refusal{415, {}};
     const std::optional<std::string_view> version = request.header("CIMProtocolVersion");
     if (version && !isVersion(*version, "1")) return Refusal{501, "unsupported-protocol-version"};
     return std::nullopt;
@@ -105,6 +115,7 @@ Message readMessage(const CimXmlRequest& request, const XmlDocument& document) {
     checkVersions(cim, envelope);
     const Element content = *envelope.firstChild();
     if (content.tag() == Tag::multipleRequest) throw Refusal{501, "multiple-requests-unsupported"};
+    if (content.tag() == Tag::simpleExportRequest) throw Refusal{400, "request-not-valid"};
     const Element call = callOf(content);
     const Message message{envelope.attributeText(Attribute::id), call,
                           call.attributeText(Attribute::name), call.tag() == Tag::intrinsicCall};

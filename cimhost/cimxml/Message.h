@@ -22,6 +22,12 @@ struct Message {
     bool isIntrinsic;
 };
 
+/// True for a Content-Type of XML in UTF-8 or without a character set.
+bool isReadableXml(std::string_view contentType) noexcept;
+
+/// The CIMError header that answers a body which is no CIM-XML. A literal.
+std::string_view requestError(const XmlError& error) noexcept;
+
 /// Refuses what is no CIM request, before its body is looked at. Nothing when all is well.
 std::optional<Refusal> checkHeaders(const CimXmlRequest& request);
 

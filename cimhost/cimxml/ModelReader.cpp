@@ -178,8 +178,12 @@ Instance ModelReader::_embeddedInstance(const Element& element) const {
     const std::string_view name = element.attributeText(Attribute::className);
     if (const Class* const definition = _nameSpace.findClass(name))
         return instance(element, *definition);
+    return undeclaredInstance(element);
+}
+
+Instance ModelReader::undeclaredInstance(const Element& element) const {
     Instance result = _properties(element, nullptr);
-    result.path.className = name;
+    result.path.className = element.attributeText(Attribute::className);
     return result;
 }
 

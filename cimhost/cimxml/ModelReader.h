@@ -47,6 +47,9 @@ public:
     /// over. CimError noSuchProperty; invalidParameter for a property given twice; typeMismatch.
     Instance instance(const Element& element, const Class& definition) const;
 
+    /// An INSTANCE of whatever class, with the types that its elements say. Throws as instance.
+    Instance undeclaredInstance(const Element& element) const;
+
 private:
     Value _scalar(const Element& element, const ValueShape& shape) const;
     Value _array(const Element& element, const ValueShape& shape) const;

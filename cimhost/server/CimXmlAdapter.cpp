@@ -21,13 +21,13 @@ void CimXmlAdapter::handle(const HttpRequest& request, HttpReply& reply) {
     _handler.handle(cimRequest, cimReply);
 }
 
-CimXmlHttpReply::CimXmlHttpReply(HttpReply& reply) : _reply(reply) {
+CimXmlHttpReply::CimXmlHttpReply(HttpReply& reply, Kind kind) : _reply(reply), _kind(kind) {
     _addHeaders();
 }
 
 void CimXmlHttpReply::_addHeaders() {
     _reply.addHeader({"Content-Type", "application/xml; charset=\"utf-8\""});
-    _reply.addHeader({"CIMOperation", "MethodResponse"});
+    _reply.addHeader({_kind == Kind::operation ? "CIMOperation" : "CIMExport", "MethodResponse"});
     _reply.announceTrailers("CIMError, CIMStatusCode, CIMStatusCodeDescription");
 }
 

@@ -21,7 +21,12 @@ private:
 /// A CIM-XML reply over an HTTP one, with the headers and trailers that DSP0200 asks for.
 class CimXmlHttpReply final : public CimXmlReply {
 public:
-    explicit CimXmlHttpReply(HttpReply& reply);
+    enum class Kind {
+        operation,  ///< of a server
+        exported,   ///< of a listener
+    };
+
+    explicit CimXmlHttpReply(HttpReply& reply, Kind kind = Kind::operation);
 
     void refuse(int status, std::string_view cimError) override;
     void write(std::string_view text) override { _reply.write(text); }
@@ -33,6 +38,7 @@ private:
     void _addHeaders();
 
     HttpReply& _reply;
+    Kind _kind;
 };
 
 /// Text as a header may carry it: what is no visible ASCII, and '%', as %XX of its bytes.

@@ -23,5 +23,6 @@ public:
 void addServeCommand(CLI::App& application, Command& chosen);
 void addCheckCommand(CLI::App& application, Command& chosen);
 void addPasswdCommand(CLI::App& application, Command& chosen);
+void addListenCommand(CLI::App& application, Command& chosen);
 
 }  // namespace cimhost

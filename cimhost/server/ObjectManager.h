@@ -1,36 +1,55 @@
 #pragma once
 
 #include "cimhost/broker/Broker.h"
+#include "cimhost/broker/IndicationRoutes.h"
 #include "cimhost/broker/ModuleHost.h"
 #include "cimhost/broker/Operations.h"
+#include "cimhost/broker/SubscriptionModule.h"
+#include "cimhost/broker/Subscriptions.h"
 #include "cimhost/cimxml/Handler.h"
 #include "cimhost/server/CimXmlAdapter.h"
+#include "cimhost/server/IndicationDelivery.h"
 
 #include <chrono>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 namespace cimhost {
 
-/// A repository, the modules that serve its classes, and the CIM-XML door to both, put together.
+struct IndicationSettings {
+    DeliverySettings delivery;
+    std::optional<std::filesystem::path> stateFile;  ///< none: subscriptions end with the server
+};
+
+/// A repository, the modules that serve its classes, the subscriptions to their indications, and
+/// the CIM-XML door to all of it, put together.
 class ObjectManager {
 public:
-    /// The repository is complete; it and the log outlive this object.
+    /// The repository is complete; it and the log outlive this object. Subscriptions that are kept
+    /// take effect. Throws as Subscriptions::restore.
     ObjectManager(const Repository& repository, Registrations registrations,
-                  std::vector<std::filesystem::path> providerFolders, BrokerLog& log);
+                  std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
+                  const IndicationSettings& indications = {});
     ObjectManager(const ObjectManager&) = delete;
     ObjectManager& operator=(const ObjectManager&) = delete;
 
     HttpHandler& httpHandler() noexcept { return _adapter; }
 
-    /// Cleans up and unloads every module once no request runs any more. False when a call into one
-    /// did not end in time; this object must not be destroyed then.
-    bool shutDown(std::chrono::milliseconds patience) { return _modules.shutDown(patience); }
+    /// Turns indications off, cleans up and unloads every module once no request runs any more, and
+    /// gives what waits for listeners half a second. False when a call into a module did not end in
+    /// time; this object must not be destroyed then.
+    bool shutDown(std::chrono::milliseconds patience);
 
 private:
+    // Modules may raise indications until they are unloaded: what takes them lives longer.
     Broker _broker;
+    IndicationDelivery _delivery;
+    IndicationRoutes _routes;
+    SubscriptionModule _subscriptionModule;
     ModuleHost _modules;
     Operations _operations;
+    Subscriptions _subscriptions;
     CimXmlHandler _handler;
     CimXmlAdapter _adapter;
 };

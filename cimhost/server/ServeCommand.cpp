@@ -68,7 +68,8 @@ int serve(const ServeOptions& options) {
     for (const std::string& complaint : unknownClasses(repository, registrations))
         log.write(BrokerLog::Level::warning, "cimhost", complaint);
     const Gate gate(options);
-    ObjectManager manager(repository, std::move(registrations), options.providerFolders, log);
+    ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,
+                          options.indications);
 
     const HttpServices services{manager.httpHandler(), options.limits, gate.authenticator.get(),
                                 gate.accessLog.get()};

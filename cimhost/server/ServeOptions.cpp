@@ -11,12 +11,12 @@
 namespace cimhost {
 namespace {
 
-void addSeconds(CLI::App& command, const std::string& name, std::chrono::milliseconds& time,
-                const std::string& description) {
+CLI::Option* addSeconds(CLI::App& command, const std::string& name, std::chrono::milliseconds& time,
+                        const std::string& description) {
     const auto setTime = [&time](double seconds) {
         time = std::chrono::milliseconds(static_cast<std::int64_t>(seconds * 1000));
     };
-    command.add_option_function<double>(name, setTime, description)
+    return command.add_option_function<double>(name, setTime, description)
         ->type_name("SECONDS")
         ->check(CLI::Range(0.001, 86400.0))
         ->default_str(std::to_string(time.count() / 1000))
@@ -37,6 +37,7 @@ void ServeOptions::addTo(CLI::App& command) {
         ->group("Schema");
     _addNetworkOptions(command);
     _addLimitOptions(command);
+    _addIndicationOptions(command);
     _addRunOptions(command);
 }
 
@@ -88,6 +89,44 @@ void ServeOptions::_addLimitOptions(CLI::App& command) {
                "How long a request may take to arrive; one second more for each 256 KiB of body");
     addSeconds(command, "--reply-time", limits.replyTime,
                "How long a client may take for each 64 KiB of a reply");
+}
+
+void ServeOptions::_addIndicationOptions(CLI::App& command) {
+    const std::string group = "Indications";
+    DeliverySettings& delivery = indications.delivery;
+    command
+        .add_option("--state", indications.stateFile,
+                    "Keep subscriptions in this file; without it they end with the server")
+        ->type_name("FILE")
+        ->group(group);
+    command
+        .add_option("--delivery-attempts", delivery.manner.attempts,
+                    "How often an indication that a listener did not take is sent again")
+        ->type_name("NUMBER")
+        ->check(CLI::Range(0, 1000))
+        ->capture_default_str()
+        ->group(group);
+    command
+        .add_option_function<std::uint32_t>(
+            "--delivery-interval",
+            [&delivery](std::uint32_t seconds) {
+                delivery.manner.interval = std::chrono::seconds(seconds);
+            },
+            "How long to wait between these")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, 86400))
+        ->default_str(std::to_string(delivery.manner.interval.count()))
+        ->group(group);
+    command
+        .add_option("--delivery-queue", delivery.queueItems,
+                    "Indications that may wait for one listener; more are dropped and counted")
+        ->type_name("NUMBER")
+        ->check(CLI::Range(1, 1000000))
+        ->capture_default_str()
+        ->group(group);
+    addSeconds(command, "--delivery-time", delivery.attemptTime,
+               "How long a listener may take for one indication, from connecting to its answer")
+        ->group(group);
 }
 
 void ServeOptions::_addRunOptions(CLI::App& command) {

@@ -2,6 +2,7 @@
 
 #include "cimhost/broker/Broker.h"
 #include "cimhost/server/HttpLimits.h"
+#include "cimhost/server/ObjectManager.h"
 #include "cimhost/server/SchemaOptions.h"
 
 #include <chrono>
@@ -24,6 +25,7 @@ struct ServeOptions {
     std::string tlsKey;
     std::string passwordFile;
     HttpLimits limits;
+    IndicationSettings indications;
 
     std::string accessLog;
     BrokerLog::Level logLevel = BrokerLog::Level::information;
@@ -41,6 +43,7 @@ struct ServeOptions {
 private:
     void _addNetworkOptions(CLI::App& command);
     void _addLimitOptions(CLI::App& command);
+    void _addIndicationOptions(CLI::App& command);
     void _addRunOptions(CLI::App& command);
 };
 

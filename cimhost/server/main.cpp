@@ -26,6 +26,7 @@ int main(int argc, char** argv) try {
         "A development object manager: hosts CMPI provider modules for WBEM clients.", "cimhost");
     cimhost::Command chosen;
     cimhost::addServeCommand(application, chosen);
+    cimhost::addListenCommand(application, chosen);
     cimhost::addCheckCommand(application, chosen);
     cimhost::addPasswdCommand(application, chosen);
     application.require_subcommand(1);

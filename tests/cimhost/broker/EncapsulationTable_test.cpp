@@ -169,14 +169,5 @@ TEST_F(EncapsulationTable, GivesTheTemplateWhenInsertsAreBad) {
     EXPECT_EQ(status, CMPI_RC_ERR_INVALID_PARAMETER);
 }
 
-TEST_F(EncapsulationTable, DoesNotSupportQueries) {
-    CMPIArray* projection = eft().newArray(broker(), 1, CMPI_uint8, nullptr);
-    EXPECT_EQ(eft().newSelectExp(broker(), "SELECT * FROM Test_Base", "WQL", &projection, &status),
-              nullptr);
-    EXPECT_EQ(status, CMPI_RC_ERR_NOT_SUPPORTED);
-    EXPECT_EQ(projection, nullptr);
-    EXPECT_EQ(eft().newSelectExp(broker(), "", "", nullptr, nullptr), nullptr);
-}
-
 }  // namespace
 }  // namespace cimhost

@@ -186,7 +186,10 @@ TEST_F(MemoryTable, MarksLeftOpenEndWithTheCall) {
     EXPECT_EQ(textOf(newString("y")), "y");
 }
 
-TEST_F(MemoryTable, HasNoQueriesToFree) {
+TEST_F(MemoryTable, FreesQueriesAndNothingElseInTheirPlace) {
+    mft().freeSelectExp(
+        broker(), eft().newSelectExp(broker(), "SELECT * FROM Test_Base", "WQL", nullptr, &status));
+    EXPECT_EQ(warnings(), 0U);
     mft().freeSelectExp(broker(), reinterpret_cast<CMPISelectExp*>(newPath()));
     EXPECT_EQ(warnings(), 1U);
 }

@@ -47,6 +47,25 @@ TEST_F(ServeOptionsTest, HasTheDocumentedLimits) {
     EXPECT_EQ(limits.requestTime, milliseconds(10'000));
 }
 
+TEST_F(ServeOptionsTest, DeliversAsTheStandardSuggests) {
+    const IndicationSettings settings = parse({}).indications;
+    EXPECT_EQ(settings.delivery.manner.attempts, 3U);
+    EXPECT_EQ(settings.delivery.manner.interval, std::chrono::seconds(20));
+    EXPECT_FALSE(settings.stateFile);
+}
+
+TEST_F(ServeOptionsTest, TakesTheMannerOfDelivery) {
+    const IndicationSettings settings =
+        parse({"--state", "s", "--delivery-attempts", "0", "--delivery-interval", "5",
+               "--delivery-queue", "7", "--delivery-time", "1.5"})
+            .indications;
+    EXPECT_EQ(settings.stateFile, "s");
+    EXPECT_EQ(settings.delivery.manner.attempts, 0U);
+    EXPECT_EQ(settings.delivery.manner.interval, std::chrono::seconds(5));
+    EXPECT_EQ(settings.delivery.queueItems, 7U);
+    EXPECT_EQ(settings.delivery.attemptTime, milliseconds(1500));
+}
+
 TEST_F(ServeOptionsTest, TakesLimits) {
     const HttpLimits limits = parse({"--max-connections", "3", "--max-body", "1000", "--idle-time",
                                      "0.5", "--request-time", "2", "--reply-time", "1.25"})

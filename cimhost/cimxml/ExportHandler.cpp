@@ -1,0 +1,95 @@
+#include "cimhost/cimxml/ExportHandler.h"
+
+#include <optional>
+#include <string>
+
+#include "cimhost/cimxml/HeaderMatch.h"
+#include "cimhost/cimxml/Message.h"
+#include "cimhost/cimxml/ModelReader.h"
+#include "cimhost/cimxml/XmlBuffer.h"
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
+
+namespace cimhost {
+namespace {
+
+constexpr std::string_view methodName = "ExportIndication";
+
+std::optional<Refusal> checkExportHeaders(const CimXmlRequest& request) {
+    const auto exportHeader = request.header("CIMExport");
+    if (exportHeader && !equalNames(*exportHeader, "MethodRequest"))
+        return Refusal{400, "unsupported-operation"};
+    const auto method = request.header("CIMExportMethod");
+    if (method && !equalNames(percentDecode(*method), methodName))
+        return Refusal{400, "header-mismatch"};
+    const auto contentType = request.header("Content-Type");
+    if (!contentType || !isReadableXml(*contentType)) return Refusal{406, "header-mismatch"};
+    return std::nullopt;
+}
+
+Instance readIndication(const Element& call) {
+    const Repository nothing;
+    const NameSpace unknown{std::string()};
+    for (const Element parameter : call.children()) {
+        if (!equalNames(parameter.attributeText(Attribute::name), "NewIndication")) continue;
+        if (const std::optional<Element> instance = parameter.child(Tag::instance))
+            return ModelReader(nothing, unknown).undeclaredInstance(*instance);
+    }
+    throw CimError(CimCode::invalidParameter, "there is no parameter NewIndication");
+}
+
+void take(const Element& call, const ExportHandler::Taker& taker) {
+    const std::string_view name = call.attributeText(Attribute::name);
+    if (!equalNames(name, methodName))
+        throw CimError(CimCode::notSupported, "method " + std::string(name) + " is not supported");
+    taker(readIndication(call));
+}
+
+void writeAnswer(const Element& message, const std::optional<CimError>& error, CimXmlReply& reply) {
+    XmlBuffer out;
+    out.markup(
+        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
+        "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE");
+    out.attribute("ID", message.attributeText(Attribute::id));
+    out.markup(
+        " PROTOCOLVERSION=\"1.0\"><SIMPLEEXPRSP><EXPMETHODRESPONSE NAME=\"ExportIndication\">");
+    if (error) {
+        reply.noteFailure(static_cast<int>(error->code()));
+        out.markup("<ERROR");
+        out.attribute("CODE", std::to_string(static_cast<int>(error->code())));
+        out.attribute("DESCRIPTION", error->what());
+        out.markup("/>");
+    }
+    out.markup("</EXPMETHODRESPONSE></SIMPLEEXPRSP></MESSAGE></CIM>\n");
+    reply.write(out.view());
+}
+
+std::optional<CimError> failureOfTaking(const Element& call, const ExportHandler::Taker& taker) {
+    try {
+        take(call, taker);
+        return std::nullopt;
+    } catch (const CimError& error) {
+        return error;
+    } catch (const std::exception& error) {
+        return CimError(CimCode::failed, error.what());
+    }
+}
+
+}  // namespace
+
+void ExportHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) const {
+    if (const auto refusal = checkExportHeaders(request))
+        return reply.refuse(refusal->status, refusal->cimError);
+    std::optional<XmlDocument> document;
+    try {
+        document.emplace(request.body, TagSet{Tag::cim});
+    } catch (const XmlError& error) {
+        return reply.refuse(400, requestError(error));
+    }
+    const Element message = *document->root().firstChild();
+    const Element content = *message.firstChild();
+    if (content.tag() != Tag::simpleExportRequest) return reply.refuse(400, "request-not-valid");
+    writeAnswer(message, failureOfTaking(*content.child(Tag::exportCall), _take), reply);
+}
+
+}  // namespace cimhost

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "cimhost/broker/IndicationOutlet.h"
+#include "cimhost/cimxml/XmlBuffer.h"
+
+/// Indications as export messages (DSP0200, 6.3; DSP0201, SIMPLEEXPREQ). Pure functions, safe from
+/// several threads.
+namespace cimhost {
+
+/// What the message adds to an indication.
+struct ExportSequence {
+    std::string_view context;  ///< SequenceContext
+    std::int64_t number = 0;   ///< SequenceNumber; the message's ID, too
+    std::string_view host;     ///< for references that lead elsewhere
+};
+
+/// Appends the whole message. Sequence and filter name are set where the class has them, the latter
+/// unless the provider did. Throws CimError failed for a value that CIM-XML has no form for.
+void writeExportMessage(XmlBuffer& out, const OutgoingIndication& indication,
+                        const ExportSequence& sequence);
+
+/// Why the answer to an export message, the body of a 200 reply, does not say that the indication
+/// was taken; nothing when it does.
+std::optional<std::string> exportFailure(std::string_view body);
+
+}  // namespace cimhost

@@ -1,0 +1,141 @@
+#include "cimhost/server/ListenerConnection.h"
+
+#include "cimhost/cimxml/ExportMessage.h"
+
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <system_error>
+
+namespace cimhost {
+namespace {
+
+std::string headFor(const ListenerUrl& url) {
+    return "POST " + url.path + " HTTP/1.1\r\nHost: " + url.authority() +
+           "\r\n"
+           "Content-Type: application/xml; charset=\"utf-8\"\r\n"
+           "CIMProtocolVersion: 1.0\r\n"
+           "CIMExport: MethodRequest\r\n"
+           "CIMExportMethod: ExportIndication\r\n"
+           "Content-Length: ";
+}
+
+std::optional<std::string> judge(const HttpAnswer& answer) {
+    if (answer.status != 200) return "the listener answered " + std::to_string(answer.status);
+    return exportFailure(answer.body);
+}
+
+/// Waits for a connection that is being made. The system's error, or 0.
+int awaitConnection(int socket, Clock::time_point deadline) {
+    for (;;) {
+        const auto left =
+            std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+        if (left <= 0) return ETIMEDOUT;
+        pollfd entry{socket, POLLOUT, 0};
+        const int ready = poll(&entry, 1, static_cast<int>(std::min<long long>(left, 1'000'000)));
+        if (ready > 0) break;
+        if (ready < 0 && errno != EINTR) return errno;
+    }
+    int error = 0;
+    socklen_t size = sizeof error;
+    if (getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) != 0) return errno;
+    return error;
+}
+
+}  // namespace
+
+ListenerConnection::ListenerConnection(const ListenerUrl& url,
+                                       std::chrono::milliseconds attemptTime)
+    : _attemptTime(attemptTime),
+      _authority(url.authority()),
+      _head(headFor(url)),
+      _resolver(url.host, url.port) {}
+
+std::optional<std::string> ListenerConnection::post(std::string_view message) {
+    const Clock::time_point deadline = Clock::now() + _attemptTime;
+    const bool isKept = static_cast<bool>(_socket);
+    std::optional<std::string> problem = _attempt(message, deadline);
+    const bool wasClosed = problem && isKept && !(_answers && _answers->hasBegun());
+    if (problem) _close();
+    if (!wasClosed || Clock::now() >= deadline) return problem;
+    problem = _attempt(message, deadline);
+    if (problem) _close();
+    return problem;
+}
+
+std::optional<std::string> ListenerConnection::_attempt(std::string_view message,
+                                                        Clock::time_point deadline) {
+    try {
+        if (!_socket) _connect(deadline);
+        return _exchange(message, deadline);
+    } catch (const StreamError& error) {
+        return std::string(error.what());
+    } catch (const HttpAnswerError& error) {
+        return std::string(error.what());
+    }
+}
+
+std::optional<std::string> ListenerConnection::_exchange(std::string_view message,
+                                                         Clock::time_point deadline) {
+    const std::string length = std::to_string(message.size()) + "\r\n\r\n";
+    const std::array<std::string_view, 3> pieces{_head, length, message};
+    _stream->send(pieces, deadline);
+    const HttpAnswer answer = _answers->receive(deadline);
+    if (!answer.keepsAlive) _close();
+    return judge(answer);
+}
+
+void ListenerConnection::_connect(Clock::time_point deadline) {
+    std::string problem;
+    for (const SocketAddress& address : _resolver.resolve(deadline))
+        if (_connectTo(address, deadline, problem)) return;
+    throw StreamError(StreamError::Kind::lost, problem);
+}
+
+bool ListenerConnection::_connectTo(const SocketAddress& address, Clock::time_point deadline,
+                                    std::string& problem) {
+    _open(address);
+    const auto* const generic = reinterpret_cast<const sockaddr*>(&address.storage);
+    int error = connect(_socket.get(), generic, address.size) == 0 ? 0 : errno;
+    if (error == EINPROGRESS || error == EINTR) error = awaitConnection(_socket.get(), deadline);
+    if (error == 0) {
+        _stream.emplace(_socket.get());
+        _answers.emplace(*_stream);
+        return true;
+    }
+    problem = "cannot connect to " + _authority + ": " + std::generic_category().message(error);
+    _close();
+    return false;
+}
+
+void ListenerConnection::_open(const SocketAddress& address) {
+    Descriptor fresh(
+        socket(address.storage.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
+    if (!fresh) throw StreamError(StreamError::Kind::lost, std::generic_category().message(errno));
+    const int on = 1;
+    setsockopt(fresh.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    const std::lock_guard lock(_mutex);
+    if (_isAborted) throw StreamError(StreamError::Kind::lost, "delivery ends");
+    _socket = std::move(fresh);
+}
+
+void ListenerConnection::_close() noexcept {
+    _answers.reset();
+    _stream.reset();
+    const std::lock_guard lock(_mutex);
+    _socket.reset();
+}
+
+void ListenerConnection::abort() noexcept {
+    _resolver.abort();
+    const std::lock_guard lock(_mutex);
+    _isAborted = true;
+    if (_socket) shutdown(_socket.get(), SHUT_RDWR);
+}
+
+}  // namespace cimhost

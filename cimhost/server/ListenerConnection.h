@@ -1,0 +1,50 @@
+#pragma once
+
+#include "cimhost/broker/ListenerUrl.h"
+#include "cimhost/server/Descriptor.h"
+#include "cimhost/server/HostResolver.h"
+#include "cimhost/server/HttpAnswer.h"
+#include "cimhost/server/PlainStream.h"
+
+#include <chrono>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace cimhost {
+
+/// The way to one listener: posts export messages and judges the answers. The connection is kept
+/// from one message to the next where the listener allows. Used by one thread, abort aside.
+class ListenerConnection {
+public:
+    /// `attemptTime` bounds each attempt as a whole: look-up, connection, request and answer.
+    ListenerConnection(const ListenerUrl& url, std::chrono::milliseconds attemptTime);
+
+    /// Why the listener did not take the message; nothing when it did. When a connection that was
+    /// kept turns out to be closed, a new one is made and the message sent again.
+    std::optional<std::string> post(std::string_view message);
+
+    /// The attempt in progress, and later ones, fail at once. From any thread.
+    void abort() noexcept;
+
+private:
+    std::optional<std::string> _attempt(std::string_view message, Clock::time_point deadline);
+    std::optional<std::string> _exchange(std::string_view message, Clock::time_point deadline);
+    void _connect(Clock::time_point deadline);
+    bool _connectTo(const SocketAddress& address, Clock::time_point deadline, std::string& problem);
+    void _open(const SocketAddress& address);
+    void _close() noexcept;
+
+    std::chrono::milliseconds _attemptTime;
+    std::string _authority;
+    std::string _head;  ///< of each request, up to the length
+    HostResolver _resolver;
+    std::mutex _mutex;  ///< guards the socket from being closed, and the flag
+    Descriptor _socket;
+    bool _isAborted = false;
+    std::optional<PlainStream> _stream;
+    std::optional<HttpAnswerReader> _answers;
+};
+
+}  // namespace cimhost

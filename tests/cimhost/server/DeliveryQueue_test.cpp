@@ -1,0 +1,216 @@
+#include "cimhost/server/IndicationDelivery.h"
+
+#include "cimhost/cimxml/ExportHandler.h"
+#include "cimhost/repository/CimError.h"
+#include "cimhost/server/CimXmlAdapter.h"
+#include "cimhost/server/HttpServer.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace cimhost {
+namespace {
+
+class KeepingLog final : public BrokerLog {
+public:
+    void write(Level, std::string_view, std::string_view message) noexcept override {
+        const std::lock_guard lock(_mutex);
+        _lines.emplace_back(message);
+    }
+    std::vector<std::string> lines() const {
+        const std::lock_guard lock(_mutex);
+        return _lines;
+    }
+
+private:
+    mutable std::mutex _mutex;
+    std::vector<std::string> _lines;
+};
+
+/// A listener on a free port that takes what `judge` does not throw at.
+class LiveListener final : public HttpHandler {
+public:
+    LiveListener() { _server.start(); }
+
+    ListenerUrl url() const { return {"127.0.0.1", _server.listener().port(), "/"}; }
+
+    void handle(const HttpRequest& request, HttpReply& reply) override {
+        CimXmlHttpReply cimReply(reply, CimXmlHttpReply::Kind::exported);
+        const ExportHandler handler([this](const Instance& instance) { _take(instance); });
+        handler.handle(
+            {[&](std::string_view name) { return request.header(name); }, request.body, {}, {}},
+            cimReply);
+    }
+
+    /// The sequence numbers of those that arrived, once there are so many.
+    std::vector<std::int64_t> waitFor(std::size_t count) {
+        std::unique_lock lock(_mutex);
+        EXPECT_TRUE(_changed.wait_for(lock, std::chrono::seconds(60),
+                                      [&] { return _numbers.size() >= count; }));
+        return _numbers;
+    }
+
+    std::function<void(std::size_t)> judge;  ///< called with how many came before
+
+private:
+    void _take(const Instance& instance) {
+        std::unique_lock lock(_mutex);
+        const std::size_t before = _numbers.size();
+        _numbers.push_back(*instance.find("SequenceNumber")->value.get<std::int64_t>());
+        _changed.notify_all();
+        lock.unlock();
+        if (judge) judge(before);
+    }
+
+    HttpLimits _limits;
+    HttpServer _server{ListenSocket("127.0.0.1", 0), {*this, _limits}};
+    std::mutex _mutex;
+    std::condition_variable _changed;
+    std::vector<std::int64_t> _numbers;
+};
+
+struct DeliveryQueueTest : testing::Test {
+    DeliveryQueueTest() {
+        auto property = std::make_shared<PropertyDefinition>();
+        property->name = "SequenceNumber";
+        property->type = CimType::sint64;
+        definition.name = "TST_Alarm";
+        definition.properties.push_back(property);
+        indication.path.className = "TST_Alarm";
+        settings.manner = {0, std::chrono::seconds(1)};
+    }
+
+    void put(IndicationQueue& queue, int count = 1) {
+        const PropertySelection everything;
+        for (int i = 0; i < count; ++i) queue.put({indication, &definition, everything, "filter"});
+    }
+
+    DeliveryCounts waitFor(const DeliveryQueue& queue, std::uint64_t ended) {
+        const auto end = Clock::now() + std::chrono::seconds(60);
+        for (;;) {
+            const DeliveryCounts counts = queue.counts();
+            if (counts.sent + counts.dropped >= ended || Clock::now() > end) return counts;
+            std::this_thread::yield();
+        }
+    }
+
+    /// A port that nobody listens at.
+    static ListenerUrl nobody() {
+        const ListenSocket taken("127.0.0.1", 0);
+        return {"127.0.0.1", taken.port(), "/"};
+    }
+
+    Class definition;
+    Instance indication;
+    DeliverySettings settings;
+    KeepingLog log;
+};
+
+TEST_F(DeliveryQueueTest, SendsAllInOrder) {
+    LiveListener listener;
+    DeliveryQueue queue("d", listener.url(), settings, log);
+    put(queue, 100);
+    const auto numbers = listener.waitFor(100);
+    for (std::size_t i = 0; i < 100; ++i) EXPECT_EQ(numbers[i], static_cast<std::int64_t>(i));
+    const DeliveryCounts counts = waitFor(queue, 100);
+    EXPECT_EQ(counts.sent, 100U);
+    EXPECT_EQ(counts.waiting, 0U);
+}
+
+TEST_F(DeliveryQueueTest, TriesAgainBeforeItGoesOn) {
+    settings.manner.attempts = 2;
+    LiveListener listener;
+    listener.judge = [](std::size_t before) {
+        if (before < 2) throw CimError(CimCode::failed, "not yet");
+    };
+    DeliveryQueue queue("d", listener.url(), settings, log);
+    put(queue, 2);
+    EXPECT_EQ(listener.waitFor(4), (std::vector<std::int64_t>{0, 0, 0, 1}));
+    const DeliveryCounts counts = waitFor(queue, 2);
+    EXPECT_EQ(counts.sent, 2U);
+    EXPECT_EQ(counts.retried, 2U);
+}
+
+TEST_F(DeliveryQueueTest, GivesUpAndCounts) {
+    DeliveryQueue queue("dead", nobody(), settings, log);
+    put(queue, 50);
+    const DeliveryCounts counts = waitFor(queue, 50);
+    EXPECT_EQ(counts.raised, 50U);
+    EXPECT_EQ(counts.dropped, 50U);
+    EXPECT_EQ(log.lines().size(), 1U) << "a line in ten seconds";
+    EXPECT_NE(log.lines()[0].find("Connection refused"), std::string::npos);
+}
+
+TEST_F(DeliveryQueueTest, DropsWhatFindsNoRoomAndLeavesAGapInTheSequence) {
+    std::mutex gate;
+    std::unique_lock closed(gate);
+    settings.queueItems = 2;
+    LiveListener listener;
+    listener.judge = [&](std::size_t) { const std::lock_guard lock(gate); };
+    DeliveryQueue queue("d", listener.url(), settings, log);
+    put(queue);
+    listener.waitFor(1);
+    put(queue, 3);
+    EXPECT_EQ(queue.counts().dropped, 2U);
+    EXPECT_EQ(queue.counts().waiting, 2U);
+    closed.unlock();
+    waitFor(queue, 4);
+    put(queue);
+    EXPECT_EQ(listener.waitFor(3), (std::vector<std::int64_t>{0, 1, 4}));
+    waitFor(queue, 5);
+}
+
+TEST_F(DeliveryQueueTest, IsBoundedInBytes) {
+    settings.queueBytes = 100;
+    LiveListener listener;
+    DeliveryQueue queue("d", listener.url(), settings, log);
+    put(queue);
+    EXPECT_EQ(queue.counts().dropped, 1U);
+}
+
+TEST_F(DeliveryQueueTest, EndsWithoutWaitingForAListenerThatNeverAnswers) {
+    const ListenSocket silent("127.0.0.1", 0);
+    auto queue = std::make_unique<DeliveryQueue>(
+        "silent", ListenerUrl{"127.0.0.1", silent.port(), "/"}, settings, log);
+    put(*queue, 5);
+    const auto begin = Clock::now();
+    queue.reset();
+    EXPECT_LT(Clock::now() - begin, settings.attemptTime);
+    EXPECT_NE(log.lines().back().find("5 indications raised, 0 sent, 5 dropped"),
+              std::string::npos);
+}
+
+TEST_F(DeliveryQueueTest, SendsWhatWaitsWhenItEnds) {
+    LiveListener listener;
+    IndicationDelivery delivery(settings, log);
+    const auto queue = delivery.open("d", listener.url());
+    put(*queue, 20);
+    delivery.stop(std::chrono::seconds(60));
+    EXPECT_EQ(delivery.counts().at(0).sent, 20U);
+    put(*queue);
+    EXPECT_EQ(delivery.counts().at(0).dropped, 1U);
+}
+
+TEST_F(DeliveryQueueTest, CountsWhatCannotBeWritten) {
+    LiveListener listener;
+    DeliveryQueue queue("d", listener.url(), settings, log);
+    indication.set("Bad", Value::array(CimType::reference, {}));
+    EXPECT_THROW(put(queue), CimError);
+    EXPECT_EQ(queue.counts().dropped, 1U);
+}
+
+TEST_F(DeliveryQueueTest, FindsHostsByName) {
+    LiveListener listener;
+    ListenerUrl url = listener.url();
+    url.host = "localhost";
+    DeliveryQueue queue("d", url, settings, log);
+    put(queue);
+    EXPECT_EQ(waitFor(queue, 1).sent, 1U);
+}
+
+}  // namespace
+}  // namespace cimhost
