@@ -94,31 +94,4 @@ void BaseServerProvider::referenceNames(CmpiContext const& context, CmpiObjectPa
     current().referenceNames(result, context, path, resultClass, role);
 }
 
-void BaseServerProvider::authorizeFilter(CmpiContext const&, CMPISelectExp const*,
-                                         std::string const&, CmpiObjectPath const&,
-                                         std::string const&) {}
-
-void BaseServerProvider::mustPoll(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                                  CmpiObjectPath const&) {
-    throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED, "nothing has to be polled");
-}
-
-void BaseServerProvider::activateFilter(CmpiContext const&, CMPISelectExp const*,
-                                        std::string const&, CmpiObjectPath const&, bool) {}
-
-void BaseServerProvider::deactivateFilter(CmpiContext const&, CMPISelectExp const*,
-                                          std::string const&, CmpiObjectPath const&, bool) {}
-
-void BaseServerProvider::enableIndications(CmpiContext const& context) {
-    _watch.start(context);
-}
-
-void BaseServerProvider::disableIndications(CmpiContext const&) {
-    _watch.stop();
-}
-
-void BaseServerProvider::cleanup(CmpiContext const&, bool) {
-    _watch.stop();
-}
-
 }  // namespace baseserver

@@ -2,10 +2,10 @@
 
 #include "cmpicpp/CmpiAssociationProvider.h"
 #include "cmpicpp/CmpiBroker.h"
-#include "cmpicpp/CmpiIndicationProvider.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "cmpicpp/CmpiMethodProvider.h"
 #include "platform/logger/Logger.h"
+#include "providers/alerts/WatchingProvider.h"
 #include "providers/baseserver/ServerInventory.h"
 #include "providers/baseserver/ServerWatch.h"
 #include "providers/baseserver/WorkCounter.h"
@@ -18,7 +18,7 @@ namespace baseserver {
 class BaseServerProvider : public CmpiCpp::CmpiInstanceProvider,
                            public CmpiCpp::CmpiMethodProvider,
                            public CmpiCpp::CmpiAssociationProvider,
-                           public CmpiCpp::CmpiIndicationProvider {
+                           public alerts::WatchingProvider {
 public:
     BaseServerProvider(CmpiCpp::CmpiBroker const& broker, Logger& log,
                        InventorySources sources = {});
@@ -52,22 +52,9 @@ public:
                         CmpiCpp::CmpiName const& resultClass, CmpiCpp::CmpiName const& role,
                         CmpiCpp::CmpiObjectPathResult& result) override;
 
-    // Every filter is welcome: the object manager picks what it selects. Nothing has to be polled.
-    void authorizeFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                         std::string const& className, CmpiCpp::CmpiObjectPath const& path,
-                         std::string const& owner) override;
-    void mustPoll(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                  std::string const& className, CmpiCpp::CmpiObjectPath const& path) override;
-    void activateFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                        std::string const& className, CmpiCpp::CmpiObjectPath const& path,
-                        bool last) override;
-    void deactivateFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                          std::string const& className, CmpiCpp::CmpiObjectPath const& path,
-                          bool last) override;
-    void enableIndications(CmpiCpp::CmpiContext const& context) override;
-    void disableIndications(CmpiCpp::CmpiContext const& context) override;
-
-    void cleanup(CmpiCpp::CmpiContext const& context, bool terminating) override;
+protected:
+    void startWatching(CmpiCpp::CmpiContext const& context) override { _watch.start(context); }
+    void stopWatching() override { _watch.stop(); }
 
 private:
     PYL::CmpiManagedInstanceCollection& current();

@@ -76,30 +76,4 @@ void FanProvider::look(CmpiContext const& context) {
     _posted = worst;
 }
 
-void FanProvider::authorizeFilter(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                                  CmpiObjectPath const&, std::string const&) {}
-
-void FanProvider::mustPoll(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                           CmpiObjectPath const&) {
-    throw CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED, "nothing has to be polled");
-}
-
-void FanProvider::activateFilter(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                                 CmpiObjectPath const&, bool) {}
-
-void FanProvider::deactivateFilter(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                                   CmpiObjectPath const&, bool) {}
-
-void FanProvider::enableIndications(CmpiContext const& context) {
-    _thread.start(context);
-}
-
-void FanProvider::disableIndications(CmpiContext const&) {
-    _thread.stop();
-}
-
-void FanProvider::cleanup(CmpiContext const&, bool) {
-    _thread.stop();
-}
-
 }  // namespace fan

@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "cmpicpp/CmpiBroker.h"
-#include "cmpicpp/CmpiIndicationProvider.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "common/CmpiManagedInstanceCollection.h"
 #include "platform/logger/Logger.h"
 #include "providers/alerts/AlertSource.h"
 #include "providers/alerts/AlertThread.h"
+#include "providers/alerts/WatchingProvider.h"
 #include "providers/fan/FanEvents.h"
 #include "providers/fan/FanSensors.h"
 
@@ -20,7 +20,7 @@ namespace fan {
 /// Reports the server's fans and their group, read afresh for each request, and while indications
 /// are enabled what happens to them. A change of the group's state is posted to the consolidated
 /// status. Read-only.
-class FanProvider : public CmpiCpp::CmpiInstanceProvider, public CmpiCpp::CmpiIndicationProvider {
+class FanProvider : public CmpiCpp::CmpiInstanceProvider, public alerts::WatchingProvider {
 public:
     using Source = std::function<std::vector<Fan>()>;
 
@@ -36,25 +36,12 @@ public:
     void getInstance(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
                      char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
 
-    // Every filter is welcome: the object manager picks what it selects. Nothing has to be polled.
-    void authorizeFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                         std::string const& className, CmpiCpp::CmpiObjectPath const& path,
-                         std::string const& owner) override;
-    void mustPoll(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                  std::string const& className, CmpiCpp::CmpiObjectPath const& path) override;
-    void activateFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                        std::string const& className, CmpiCpp::CmpiObjectPath const& path,
-                        bool last) override;
-    void deactivateFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                          std::string const& className, CmpiCpp::CmpiObjectPath const& path,
-                          bool last) override;
-    void enableIndications(CmpiCpp::CmpiContext const& context) override;
-    void disableIndications(CmpiCpp::CmpiContext const& context) override;
-
-    void cleanup(CmpiCpp::CmpiContext const& context, bool terminating) override;
-
     /// One look at the fans, as the watching thread does it.
     void look(CmpiCpp::CmpiContext const& context);
+
+protected:
+    void startWatching(CmpiCpp::CmpiContext const& context) override { _thread.start(context); }
+    void stopWatching() override { _thread.stop(); }
 
 private:
     /// Calls with a collection of the fans as they are now.
