@@ -1,4 +1,4 @@
-"""Measures the support library: rows a1, a4, b1, b2, b3, c1, e1, e2, f1 and f2."""
+"""Measures the support library: rows a1 to a4, b1, b2, b3, c1, e1, e2, f1 and f2, and stacked decorators."""
 
 import json
 import subprocess
@@ -92,6 +92,16 @@ def line_row(pair):
                     pair.time_ratio <= 1.3)
 
 
+def time_row(pair, most):
+    return pair.row(f"{pair.time_ratio:.2f} time, {pair.count_ratio:.2f} instr", f"{most:.2f} time",
+                    pair.time_ratio <= most)
+
+
+def stack_row(pair):
+    return pair.row(f"{pair.time - pair.anchor_time:+.0f} ns, {pair.count - pair.anchor_count:+.0f} instr, "
+                    f"{pair.more_allocations:+d} alloc", "0 alloc", pair.more_allocations == 0)
+
+
 def store_row(pair, most):
     return pair.row(f"{pair.time_ratio:.2f} time", f"{most:.2f} time", pair.time_ratio <= most)
 
@@ -124,6 +134,15 @@ RATIOS = [
     ("f2/last of 49", 1.00, 1.00, 0),
 ]
 
+# Decorators: the most that they may take of the anchor's time.
+DECORATOR_RATIOS = [
+    ("a2/started", 1.30),
+    ("a3/timing, log off", 1.15),
+    ("a3/timing with its line", 1.15),
+]
+
+STACKS = ["stack/of 1: logged", "stack/of 2: logged, timed", "stack/of 3: autostarted, logged, timed"]
+
 # The text store: the most that it may take of the anchor's time.
 STORE_RATIOS = [
     ("e1/get of 10", 1.00),
@@ -142,6 +161,8 @@ def measure(build):
         return Pair(what, times, counts)
 
     rows = [entry_row(pair("a1/entry")), off_row(pair("a4/off")), line_row(pair("a4/on"))]
+    rows += [time_row(pair(what), most) for what, most in DECORATOR_RATIOS]
+    rows += [stack_row(pair(what)) for what in STACKS]
     rows += [pair(what).ratio_row(*most) for what, *most in RATIOS]
     rows += [store_row(pair(what), most) for what, most in STORE_RATIOS]
     rows.append(linear_row(times))

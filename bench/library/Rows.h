@@ -74,6 +74,7 @@ void addScopedRow(const std::string& name, Work work) {
 
 /// Each adds the rows of one subject.
 void addEntryRows();
+void addDecoratorRows();
 void addLogRows();
 void addEnumerationRows();
 void addLookupRows();

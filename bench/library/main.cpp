@@ -9,6 +9,7 @@
 
 int main(int argc, char** argv) {
     addEntryRows();
+    addDecoratorRows();
     addLogRows();
     addEnumerationRows();
     addLookupRows();

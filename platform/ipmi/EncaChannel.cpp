@@ -30,6 +30,10 @@ void append(Bytes& bytes, std::uint32_t number, int size) {
     for (int i = 0; i < size; ++i) bytes.push_back(static_cast<std::uint8_t>(number >> (8 * i)));
 }
 
+void append(Bytes& bytes, std::string_view text) {
+    for (char const c : text) bytes.push_back(static_cast<std::uint8_t>(c));
+}
+
 std::uint32_t numberAt(Bytes const& bytes, std::size_t at, int size) {
     std::uint32_t number = 0;
     for (int i = 0; i < size; ++i)
@@ -77,7 +81,8 @@ int Session::ask(ChannelCommand command, Bytes const& data, Bytes& answer, std::
 }
 
 int Session::begin(std::string_view command) {
-    Bytes data(command.begin(), command.end());
+    Bytes data;
+    append(data, command);
     Bytes answer;
     int const status = ask(channelBegin, data, answer, 1);
     if (status == 0) _number = answer[0];
@@ -89,8 +94,7 @@ int Session::giveArgument(std::string_view text) {
     for (std::size_t at = 0; at < text.size() && status == 0; at += chunk) {
         Bytes data{_number};
         append(data, static_cast<std::uint32_t>(at), 2);
-        auto const part = text.substr(at, chunk);
-        data.insert(data.end(), part.begin(), part.end());
+        append(data, text.substr(at, chunk));
         Bytes answer;
         status = ask(channelArgument, data, answer, 0);
     }
