@@ -40,7 +40,7 @@ class Answer:
 class Host:
     """Use with `with`: leaving it stops the server and checks that it ended well."""
 
-    def __init__(self, *options, arguments=BASE_SERVER, files=None):
+    def __init__(self, *options, arguments=BASE_SERVER, files=None, seconds=170):
         """`files`: a folder that stands before the library's own paths, /etc/cim and /tmp/PYL..."""
         self._ended_log = None
         self._scratch = tempfile.TemporaryDirectory()
@@ -48,7 +48,7 @@ class Host:
         for folder in ("etc/cim", "tmp"):
             (self._files / folder).mkdir(parents=True, exist_ok=True)
         self.log_file = pathlib.Path(self._scratch.name) / "log"
-        command = [BUILD / "cimhost/cimhost", "serve", "--port", "0", "--max-seconds", "170",
+        command = [BUILD / "cimhost/cimhost", "serve", "--port", "0", "--max-seconds", str(seconds),
                    *arguments, *options]
         with open(self.log_file, "wb") as log:
             self.process = subprocess.Popen([str(word) for word in command], stderr=log,
