@@ -87,8 +87,8 @@ std::vector<Fan> readFans(std::string const& root) {
     }
     std::ranges::stable_sort(fans, {}, &Fan::id);
     // Monitors without a device may share a name; one of them keeps it.
-    auto const more = std::ranges::unique(fans, {}, &Fan::id);
-    fans.erase(more.begin(), more.end());
+    auto const isSame = [](Fan const& left, Fan const& right) { return left.id == right.id; };
+    fans.erase(std::unique(fans.begin(), fans.end(), isSame), fans.end());
     return fans;
 }
 
