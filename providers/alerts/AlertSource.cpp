@@ -36,7 +36,8 @@ void fillFrom(KTAlertIndication& alert, IndDBRec const& record, std::string cons
 
 }  // namespace
 
-AlertSource::AlertSource(CmpiCpp::CmpiBroker const& broker, Logger& log, std::string indicationName)
+AlertSource::AlertSource(CmpiCpp::CmpiBroker const& broker, Logger& log,
+                         std::string const& indicationName)
     : _broker(broker), _log(log), _definitions(log, indicationName) {}
 
 void AlertSource::raise(CmpiCpp::CmpiContext const& context, int event, std::string const& detail,

@@ -19,7 +19,7 @@ public:
     using Fill = std::function<void(PYL::KTAlertIndication&)>;
 
     /// `indicationName` chooses the definitions, such as "PYL_FanIndication".
-    AlertSource(CmpiCpp::CmpiBroker const& broker, Logger& log, std::string indicationName);
+    AlertSource(CmpiCpp::CmpiBroker const& broker, Logger& log, std::string const& indicationName);
 
     /// Raises the event. `detail` follows the definition's summary, which may end in "Id:" for it.
     /// An event without a definition, and an object manager that does not take it, are lines in the
