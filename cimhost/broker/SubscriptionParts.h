@@ -52,7 +52,10 @@ public:
             throw CimError(CimCode::failed,
                            "subscriptions cannot be changed while a provider is asked about one");
         }
-        _holds = subscriptions._changing.try_lock_for(patience);
+        std::unique_lock lock(subscriptions._changing);
+        _holds = subscriptions._changeEnded.wait_for(
+            lock, patience, [&subscriptions] { return !subscriptions._isChanging; });
+        if (_holds) subscriptions._isChanging = true;
         if (_holds) subscriptions._changer = std::this_thread::get_id();
     }
 
@@ -73,7 +76,11 @@ private:
     void _release() noexcept {
         if (!std::exchange(_holds, false)) return;
         _subscriptions._changer = std::thread::id();
-        _subscriptions._changing.unlock();
+        {
+            const std::lock_guard lock(_subscriptions._changing);
+            _subscriptions._isChanging = false;
+        }
+        _subscriptions._changeEnded.notify_one();
     }
 
     Subscriptions& _subscriptions;

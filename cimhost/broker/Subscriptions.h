@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <filesystem>
 #include <functional>
 #include <list>
@@ -106,7 +107,11 @@ private:
     FilterActivation _activation;
     std::optional<std::filesystem::path> _file;
 
-    std::timed_mutex _changing;  ///< held for the whole of a change
+    // Held for the whole of a change, by whoever has set _isChanging. Not a timed mutex: its timed
+    // lock is one that GCC 12's thread sanitizer does not see.
+    std::mutex _changing;
+    std::condition_variable _changeEnded;
+    bool _isChanging = false;
     std::atomic<std::thread::id> _changer{};
     bool _isStopped = false;
     bool _isRestoring = false;
