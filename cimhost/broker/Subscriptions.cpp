@@ -42,6 +42,13 @@ std::string describeSubscription(const Instance& subscription) {
            describe(*referenceOf(subscription, "Filter"));
 }
 
+/// What the subscription refers to. A reference without a namespace stays in the subscription's.
+ObjectPath endOf(const Instance& subscription, std::string_view property) {
+    ObjectPath path = *referenceOf(subscription, property);
+    if (path.nameSpace.empty()) path.nameSpace = subscription.path.nameSpace;
+    return path;
+}
+
 }  // namespace
 
 Subscriptions::Subscriptions(Broker& broker, ModuleHost& modules, IndicationRoutes& routes,
@@ -212,8 +219,8 @@ void Subscriptions::_addDestination(Instance instance, bool isStatic) {
 void Subscriptions::_addSubscription(const RequestContext& request, Instance instance,
                                      bool isStatic) {
     judgeSubscription(instance);
-    const ObjectPath filterPath = completePath(repository(), *referenceOf(instance, "Filter"));
-    const ObjectPath handlerPath = completePath(repository(), *referenceOf(instance, "Handler"));
+    const ObjectPath filterPath = completePath(repository(), endOf(instance, "Filter"));
+    const ObjectPath handlerPath = completePath(repository(), endOf(instance, "Handler"));
     Subscription subscription;
     subscription.filter = _find(_filters, filterPath);
     if (!subscription.filter) refuseMissing(filterPath);

@@ -247,6 +247,33 @@ TEST_F(SubscriptionsTest, TakeReferencesWithoutThoseKeys) {
     EXPECT_TRUE(subscriptions->find(create(subscriptionOf(filter, handler))));
 }
 
+TEST_F(SubscriptionsTest, AreActiveFromTheStartWhenTheMofHasThem) {
+    MofReader(repository, "interop")
+        .readText(R"(
+instance of CIM_IndicationFilter as $Filter {
+    SystemCreationClassName = "s"; SystemName = "n"; CreationClassName = "CIM_IndicationFilter";
+    Name = "all"; Query = "SELECT * FROM TST_Other"; QueryLanguage = "WQL";
+    SourceNamespaces = {"root/test"};
+};
+instance of CIM_ListenerDestinationCIMXML as $Listener {
+    SystemCreationClassName = "s"; SystemName = "n";
+    CreationClassName = "CIM_ListenerDestinationCIMXML"; Name = "listener";
+    Destination = "http://x/";
+};
+instance of CIM_IndicationSubscription { Filter = $Filter; Handler = $Listener; };
+)",
+                  "s");
+    start();
+    EXPECT_TRUE(log.lines().empty());
+    EXPECT_EQ(others.take(), (Texts{"authorize TST_Other for ",
+                                    "activate TST_Other in root/test first", "enable"}));
+    routes.deliver({}, "root/test", indicationOf("TST_Other", 1));
+    EXPECT_EQ(outlet.take(), (Texts{"listener<all:TST_Other.1"}));
+    const auto all = subscriptions->all(repository.get("interop"), "CIM_IndicationSubscription");
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_EQ(codeOf([&] { remove(all.front().path); }), 1) << "the MOF would bring it back";
+}
+
 TEST_F(SubscriptionsTest, AskProvidersInOrderAndOnceForEachFilter) {
     const ObjectPath first = subscribe();
     EXPECT_EQ(alarms.take(), (Texts{"authorize TST_Alarm for fred",
