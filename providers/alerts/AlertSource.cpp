@@ -1,15 +1,12 @@
 #include "providers/alerts/AlertSource.h"
 
-#include <exception>
-
 #include "cmpicpp/CmpiMBService.h"
-#include "cmpicpp/CmpiStatus.h"
 #include "common/PYLConstants.h"
 #include "common/PYLUtil.h"
+#include "providers/alerts/FailureText.h"
 
 namespace alerts {
 
-using CmpiCpp::CmpiStatus;
 using PYL::IndDBRec;
 using PYL::KTAlertIndication;
 
@@ -49,10 +46,8 @@ void AlertSource::raise(CmpiCpp::CmpiContext const& context, int event, std::str
             return;
         }
         deliver(context, record, detail, fill);
-    } catch (CmpiStatus const& status) {
-        _log.error("event %d could not be raised: %s", event, status.str());
-    } catch (std::exception const& failure) {
-        _log.error("event %d could not be raised: %s", event, failure.what());
+    } catch (...) {
+        _log.error("event %d could not be raised: %s", event, failureText());
     }
 }
 

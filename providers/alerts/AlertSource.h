@@ -22,8 +22,8 @@ public:
     AlertSource(CmpiCpp::CmpiBroker const& broker, Logger& log, std::string const& indicationName);
 
     /// Raises the event. `detail` follows the definition's summary, which may end in "Id:" for it.
-    /// An event without a definition, and an object manager that does not take it, are lines in the
-    /// log: whoever watches hardware goes on.
+    /// An event without a definition, a `fill` that throws, and an object manager that does not
+    /// take it, are lines in the log: whoever watches hardware goes on.
     void raise(CmpiCpp::CmpiContext const& context, int event, std::string const& detail = {},
                Fill const& fill = {}) noexcept;
 

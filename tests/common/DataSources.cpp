@@ -59,6 +59,26 @@ DataSources::~DataSources() {
     current = nullptr;
 }
 
+void DataSources::everythingIsKnown() {
+    hasComputerSystem = hasBlade = true;
+    auto& server = computerSystem.emplace();
+    server.productName = "Wave 1";
+    server.productId = "P1-B21";
+    server.serialNumber = "S1";
+    server.uuid = "uuid";
+    server.virtualSerialNumber = "V1";
+    server.virtualUuid = "virtual-uuid";
+    server.solutionName = "solution";
+    server.biosVersion = "B1";
+    server.osType = OSlinux;
+    server.osVersion = "12";
+    auto& enclosure = blade.emplace();
+    enclosure.isBlade = true;
+    enclosure.enclosureName = "enc";
+    enclosure.rackName = "rack";
+    enclosure.rackUUID = "rack-uuid";
+}
+
 // These two take the place of the library's.
 ComputerSystemMRA* computerSystemMRAFactory(Logger& log) noexcept try {
     if (!current) return new HostComputerSystemMRA(log);

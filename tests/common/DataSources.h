@@ -22,6 +22,9 @@ public:
     std::optional<ComputerSystemFacts> computerSystem;
     std::optional<BladeFacts> blade;
 
+    /// Both are there and read: a blade that tells all of itself and of its enclosure.
+    void everythingIsKnown();
+
     /// Sources that were made and not yet deleted, and all that were made.
     int alive = 0;
     int made = 0;

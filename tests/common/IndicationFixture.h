@@ -22,25 +22,7 @@ struct IndicationFixture : testing::Test {
 
     IndicationFixture() { log.journal->take(); }
 
-    /// A blade that tells all of itself and of its enclosure.
-    void everythingIsKnown() {
-        auto& server = sources.computerSystem.emplace();
-        server.productName = "Wave 1";
-        server.productId = "P1-B21";
-        server.serialNumber = "S1";
-        server.uuid = "uuid";
-        server.virtualSerialNumber = "V1";
-        server.virtualUuid = "virtual-uuid";
-        server.solutionName = "solution";
-        server.biosVersion = "B1";
-        server.osType = OSlinux;
-        server.osVersion = "12";
-        auto& enclosure = sources.blade.emplace();
-        enclosure.isBlade = true;
-        enclosure.enclosureName = "enc";
-        enclosure.rackName = "rack";
-        enclosure.rackUUID = "rack-uuid";
-    }
+    void everythingIsKnown() { sources.everythingIsKnown(); }
 
     /// "Name type value" of each property in order, with "now" for the present time.
     static Lines propertiesOf(CmpiCpp::CmpiInstance const& instance) {

@@ -1,0 +1,46 @@
+#include "providers/alerts/FailureText.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "tests/common/Allocations.h"
+#include "tests/common/Failures.h"
+
+namespace {
+
+std::string textOf(Failure const& failure, bool isMemoryGone) {
+    std::optional<FailingAllocation> failing;
+    try {
+        failure.raise();
+    } catch (...) {
+        if (isMemoryGone) failing.emplace(1, true);
+        return alerts::failureText();
+    }
+    return "nothing was thrown";
+}
+
+TEST(FailureText, SaysWhatIsInFlight) {
+    struct {
+        Failure failure;
+        char const* text;
+    } const rows[] = {
+        {{"", [] { throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, "blind"); }},
+         "CMPI_RC_ERR_FAILED (1): blind"},
+        {{"", [] { throw DetailedStatus(CMPI_RC_ERR_FAILED, "broken", 42); }},
+         "CMPI_RC_ERR_FAILED (1): broken"},
+        {{"", [] { throw std::runtime_error("odd"); }}, "odd"},
+        {{"", [] { throw 7; }}, "unknown exception"},
+        {{"", [] { throw std::bad_alloc(); }}, "std::bad_alloc"},
+    };
+    for (auto const& row : rows) EXPECT_EQ(textOf(row.failure, false), row.text);
+}
+
+TEST(FailureText, ThrowsNothingWhenMemoryIsGone) {
+    Failure const wordy{
+        "", [] { throw std::runtime_error("something that takes more than a few letters"); }};
+    EXPECT_EQ(textOf(wordy, true), "out of memory");
+    for (auto const& failure : allFailures()) EXPECT_NE(textOf(failure, true), "") << failure.name;
+}
+
+}  // namespace
