@@ -1,9 +1,7 @@
 #include "providers/alerts/AlertThread.h"
 
-#include <exception>
-
 #include "cmpicpp/CmpiMBService.h"
-#include "cmpicpp/CmpiStatus.h"
+#include "providers/alerts/FailureText.h"
 
 namespace alerts {
 
@@ -29,23 +27,38 @@ public:
 private:
     void run() noexcept {
         try {
-            CmpiThreadContext::Attachment const attachment(_prepared);
-            do look(attachment.context());
-            while (!isStoppedWithin(_owner._period));
-        } catch (CmpiCpp::CmpiStatus const& status) {
-            _owner._log.error("nothing is watched: %s", status.str());
-        } catch (std::exception const& failure) {
-            _owner._log.error("nothing is watched: %s", failure.what());
+            while (lookOnce()) {
+            }
+        } catch (...) {
+            _owner._log.error("nothing is watched: %s", failureText());
         }
+    }
+
+    /// Attached for one look alone: what is made of the object manager lives until the thread is
+    /// detached, and this one may run for years. False at the end.
+    bool lookOnce() {
+        CmpiThreadContext::Attachment const attachment(_prepared);
+        look(attachment.context());
+        while (!isStoppedWithin(_owner._period))
+            if (prepareNext(attachment.context())) return true;
+        return false;
     }
 
     void look(CmpiContext const& context) const {
         try {
             _owner._look(context);
-        } catch (CmpiCpp::CmpiStatus const& status) {
-            _owner._log.error("a look failed: %s", status.str());
-        } catch (std::exception const& failure) {
-            _owner._log.error("a look failed: %s", failure.what());
+        } catch (...) {
+            _owner._log.error("a look failed: %s", failureText());
+        }
+    }
+
+    bool prepareNext(CmpiContext const& context) {
+        try {
+            _prepared = CmpiThreadContext(_owner._broker.toCMPI(), context);
+            return true;
+        } catch (...) {
+            _owner._log.error("a look is left out: %s", failureText());
+            return false;
         }
     }
 

@@ -108,6 +108,50 @@ TEST_F(AlertThreadTest, GoesOnAfterALookThatFails) {
                                           "error: a look failed: deaf"}));
 }
 
+TEST_F(AlertThreadTest, GoesOnWhateverALookThrows) {
+    auto const& failures = allFailures();
+    onLook = [&] {
+        auto const number = static_cast<std::size_t>(looks);
+        if (number <= failures.size()) failures[number - 1].raise();
+    };
+    AlertThread thread(host.broker(), log.logger, milliseconds(1), look());
+    thread.start(host.context());
+    waitFor(static_cast<int>(failures.size()) + 1);
+    thread.stop();
+    auto const lines = log.journal->take();
+    EXPECT_EQ(lines.size(), failures.size());
+    for (auto const& line : lines) EXPECT_TRUE(line.starts_with("error: a look failed: ")) << line;
+}
+
+TEST_F(AlertThreadTest, KeepsNothingThatALookHasMadeUntilTheNext) {
+    testsupport::FaultyBroker faulty(host.real());
+    host.use(faulty.handle());
+    AlertThread thread(host.broker(), log.logger, milliseconds(1), look());
+    thread.start(host.context());
+    waitFor(5);
+    thread.stop();
+    // Objects of the broker end when the thread is detached.
+    EXPECT_EQ(faulty.calls("CMPIBrokerFT.prepareAttachThread"), static_cast<unsigned>(looks));
+    EXPECT_EQ(faulty.calls("CMPIBrokerFT.attachThread"), static_cast<unsigned>(looks));
+    EXPECT_EQ(faulty.calls("CMPIBrokerFT.detachThread"), static_cast<unsigned>(looks));
+    EXPECT_EQ(log.journal->take(), Lines{});
+}
+
+TEST_F(AlertThreadTest, LeavesOutALookForWhichTheObjectManagerPreparesNothing) {
+    testsupport::FaultyBroker faulty(host.real());
+    host.use(faulty.handle());
+    faulty.failCall("CMPIBrokerFT.prepareAttachThread", 2,
+                    testsupport::FaultyBroker::Fault::status);
+    AlertThread thread(host.broker(), log.logger, milliseconds(1), look());
+    thread.start(host.context());
+    waitFor(3);
+    thread.stop();
+    auto const lines = log.journal->take();
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_TRUE(lines[0].starts_with("error: a look is left out: ")) << lines[0];
+    EXPECT_EQ(faulty.calls("CMPIBrokerFT.attachThread"), static_cast<unsigned>(looks));
+}
+
 TEST_F(AlertThreadTest, SaysWhatTheObjectManagerRefuses) {
     testsupport::FaultyBroker faulty(host.real());
     host.use(faulty.handle());
