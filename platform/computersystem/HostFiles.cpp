@@ -7,11 +7,16 @@ HostFiles::HostFiles(std::string root) : _root(std::move(root)) {}
 
 std::optional<std::string> HostFiles::text(std::string_view path) const {
     constexpr std::size_t sizeLimit = 65536;
+    constexpr std::size_t pieceSize = 1024;  // most of the files that are asked for have a line
     std::ifstream file(_root + std::string(path), std::ios::binary);
-    std::string content(sizeLimit, '\0');
-    file.read(content.data(), static_cast<std::streamsize>(content.size()));
+    std::string content;
+    while (file && content.size() < sizeLimit) {
+        std::size_t const done = content.size();
+        content.resize(done + pieceSize);
+        file.read(content.data() + done, pieceSize);
+        content.resize(done + static_cast<std::size_t>(file.gcount()));
+    }
     if (!file.is_open() || file.bad()) return std::nullopt;
-    content.resize(static_cast<std::size_t>(file.gcount()));
     return content;
 }
 
