@@ -1,4 +1,4 @@
-"""Measures the support library: rows a1 to a4, b1, b2, b3, c1, e1, e2, f1 and f2, and stacked decorators."""
+"""Measures the support library: rows a1 to a4, b1, b2, b3, c1, e1, e2, f1, f2 and h1, and stacked decorators."""
 
 import json
 import subprocess
@@ -106,6 +106,11 @@ def store_row(pair, most):
     return pair.row(f"{pair.time_ratio:.2f} time", f"{most:.2f} time", pair.time_ratio <= most)
 
 
+def alert_row(pair):
+    return pair.row(f"{pair.count_ratio:.2f} instr, {pair.time_ratio:.2f} time, {1e9 / pair.time:,.0f}/s", "",
+                    None)
+
+
 def linear_row(times):
     each = {size: times[f"b1/instances {size}/library"][0] / size for size in (100, 1000)}
     growth = each[1000] / each[100]
@@ -150,6 +155,8 @@ STORE_RATIOS = [
     ("e2/put of 10", 2.00),
 ]
 
+ALERTS = ["h1/standard alert", "h1/alert that tells of the server"]
+
 
 def measure(build):
     """All rows of the library in this build folder."""
@@ -165,5 +172,6 @@ def measure(build):
     rows += [stack_row(pair(what)) for what in STACKS]
     rows += [pair(what).ratio_row(*most) for what, *most in RATIOS]
     rows += [store_row(pair(what), most) for what, most in STORE_RATIOS]
+    rows += [alert_row(pair(what)) for what in ALERTS]
     rows.append(linear_row(times))
     return sorted(rows, key=lambda row: row.name)

@@ -24,18 +24,18 @@ READY = re.compile(r"ready at http://[^ ]*:(\d+)/")
 
 # What is asked.
 
-def call(method, parameters):
-    """The bytes of a request of an intrinsic method in root/bench."""
+def call(method, parameters, name_space="root/bench"):
+    """The bytes of a request of an intrinsic method."""
+    names = "".join(f'<NAMESPACE NAME="{name}"/>' for name in name_space.split("/"))
     body = (
         '<?xml version="1.0" encoding="utf-8"?>'
         '<CIM CIMVERSION="2.0" DTDVERSION="2.0"><MESSAGE ID="1" PROTOCOLVERSION="1.0"><SIMPLEREQ>'
-        f'<IMETHODCALL NAME="{method}"><LOCALNAMESPACEPATH><NAMESPACE NAME="root"/>'
-        f'<NAMESPACE NAME="bench"/></LOCALNAMESPACEPATH>{parameters}'
+        f'<IMETHODCALL NAME="{method}"><LOCALNAMESPACEPATH>{names}</LOCALNAMESPACEPATH>{parameters}'
         "</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>").encode()
     head = (
         "POST /cimom HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/xml; charset=utf-8\r\n"
         f"Content-Length: {len(body)}\r\nCIMOperation: MethodCall\r\nCIMMethod: {method}\r\n"
-        "CIMObject: root/bench\r\n\r\n").encode()
+        f"CIMObject: {name_space}\r\n\r\n").encode()
     return head + body
 
 
@@ -63,15 +63,12 @@ MANY = [("objects left to the broker", enumerate_call(10000)),
 # Who is asked.
 
 class Host:
-    """A cimhost that serves the provider of the bench."""
+    """A cimhost that serves a provider of the bench."""
 
-    def __init__(self, build, source):
+    def __init__(self, build, arguments):
         self.begin = time.perf_counter()
         self.process = subprocess.Popen(
-            [build / "cimhost/cimhost", "serve", "--namespace", "root/bench",
-             "--schema", source / "schema/base/qualifiers.mof",
-             "--schema", source / "bench/server/bench.mof",
-             "--registration", source / "bench/server/bench.registration",
+            [build / "cimhost/cimhost", "serve", *arguments,
              "--provider-dir", build / "bench/server", "--port", "0", "--max-seconds", "600"],
             stdout=subprocess.PIPE, text=True)
         self.port = self._read_port()
@@ -93,6 +90,13 @@ class Host:
         self.process.send_signal(signal.SIGTERM)
         self.process.wait()
         self.process.stdout.close()
+
+
+def device_host(build, source):
+    return Host(build, ["--namespace", "root/bench",
+                        "--schema", source / "schema/base/qualifiers.mof",
+                        "--schema", source / "bench/server/bench.mof",
+                        "--registration", source / "bench/server/bench.registration"])
 
 
 @contextlib.contextmanager
@@ -201,7 +205,7 @@ def delay_row(client, host):
 
 def memory_rows(client, build, source):
     for objects, request in MANY:
-        with running(Host(build, source)) as host:
+        with running(device_host(build, source)) as host:
             client.load(host.port, GET, 1, 1)
             idle = host.memory("VmRSS")
             client.load(host.port, request, 8, 1)
@@ -243,7 +247,7 @@ def ask_once(port):
 def start_rows(build, source):
     times, sizes = [], []
     for _ in range(5):
-        with running(Host(build, source)) as host:
+        with running(device_host(build, source)) as host:
             ask_once(host.port)
             times.append((time.perf_counter() - host.begin) * 1e6)
             sizes.append(host.memory("VmRSS"))
@@ -256,7 +260,7 @@ def measure(build, source):
     """All rows of the server in this build folder of the source folder."""
     with tempfile.TemporaryDirectory() as folder:
         client = Client(build, pathlib.Path(folder))
-        with running(Host(build, source)) as host:
+        with running(device_host(build, source)) as host:
             rows = [*get_rows(client, host), *hundred_rows(client, host),
                     *large_rows(client, host), delay_row(client, host),
                     system_call_row(client, host)]

@@ -5,7 +5,7 @@ import dataclasses
 
 @dataclasses.dataclass
 class Row:
-    """One goal: what was measured beside what, and whether that is good enough."""
+    """What was measured beside what, and whether that is good enough; None where there is no goal."""
 
     name: str
     what: str
@@ -13,11 +13,11 @@ class Row:
     anchor: str
     ratio: str
     goal: str
-    met: bool
+    met: bool | None
 
     def cells(self):
         return [self.name, self.what, self.measured, self.anchor, self.ratio, self.goal,
-                "met" if self.met else "MISSED"]
+                {True: "met", False: "MISSED", None: ""}[self.met]]
 
 
 TITLES = ["row", "what", "measured", "anchor", "ratio", "goal", ""]

@@ -82,3 +82,4 @@ void addAssociationRows();
 void addPathRows();
 void addProfileRows();
 void addStoreRows();
+void addIndicationRows();

@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
     addPathRows();
     addProfileRows();
     addStoreRows();
+    addIndicationRows();
     if (argc == 2 && std::string_view(argv[1]) == "--instructions") {
         countInstructions();
         return 0;
