@@ -1,6 +1,7 @@
 #include "cimhost/server/BasicAuth.h"
 #include "cimhost/server/Command.h"
 #include "cimhost/server/ConsoleLog.h"
+#include "cimhost/server/EndDeadline.h"
 #include "cimhost/server/EndSignals.h"
 #include "cimhost/server/HttpServer.h"
 #include "cimhost/server/ObjectManager.h"
@@ -12,12 +13,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <optional>
 
 namespace cimhost {
 namespace {
 
 constexpr std::chrono::seconds requestGrace{5};
 constexpr std::chrono::seconds moduleGrace{1};
+constexpr std::chrono::seconds cleanUpGrace{4};
 
 constexpr const char* example =
     "Example:\n"
@@ -61,6 +64,7 @@ int serve(const ServeOptions& options) {
     options.checkExposure();
     const EndSignals signals;
     ConsoleLog log(options.logLevel);
+    std::optional<EndDeadline> deadline;  // outlives all that calls modules
     Repository repository;
     options.schema.loadInto(repository);
     Registrations registrations;
@@ -79,6 +83,7 @@ int serve(const ServeOptions& options) {
     std::optional<std::chrono::seconds> time;
     if (options.maximumSeconds) time = std::chrono::seconds(*options.maximumSeconds);
     signals.wait(time);
+    deadline.emplace(log, requestGrace + moduleGrace + cleanUpGrace);
     if (!server.stop(requestGrace) || !manager.shutDown(moduleGrace)) leaveAtOnce(log);
     return 0;
 }

@@ -10,7 +10,7 @@ import threading
 import time
 import unittest
 
-from host import BASE_SERVER, BUILD, Host
+from host import BASE_SERVER, BUILD, SOURCE, Host
 
 REQUEST = (
     '<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSION="2.0">'
@@ -80,6 +80,16 @@ class Stop(unittest.TestCase):
             for thread in threads:
                 thread.join()
             self.assertEqual([], broken)
+
+    def test_a_module_whose_clean_up_never_returns_does_not_keep_the_server(self):
+        folder = SOURCE / "tests/system/stuck"
+        host = Host(arguments=(
+            "--namespace", "root/test", "--schema", SOURCE / "schema/base/qualifiers.mof",
+            "--schema", folder / "Stuck.mof", "--registration", folder / "stuck.registration",
+            "--provider-dir", BUILD / "tests/system/stuck"))
+        host.ask("cm", ":TST_Stuck", "Load", namespace="root/test")
+        self.assertEqual(1, host.stop(), host.log())
+        self.assertIn("clean-up does not return", host.log())
 
     @staticmethod
     def _ask_until_closed(port, broken):
