@@ -82,7 +82,7 @@ private:
     }
 
     // All of these are views: on the catalogue's constants, or on the record's own copies.
-    int _Id = 0;
+    int _Id = 0;  // NOLINT(bugprone-reserved-identifier): as those who know the records know it
     int _registeredOrganization = 0;
     std::string_view _otherRegisteredOrganization;
     std::string_view _registeredName;

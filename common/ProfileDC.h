@@ -67,6 +67,7 @@ private:
 
     explicit PRPDCRec(CollectionRow const& row) noexcept;
 
+    // NOLINTBEGIN(bugprone-reserved-identifier): as those who know the table know them
     // The first six are views: on the table's constants, or on the row's own copies.
     int _Id = 0;
     std::string_view _registeredName;
@@ -77,6 +78,7 @@ private:
     std::vector<std::string> _ImplementClassNames;
     std::vector<std::string> _ImplementClassTypes;
     std::vector<int> _ImplementClassLevels;
+    // NOLINTEND(bugprone-reserved-identifier)
     std::shared_ptr<void const> _copies;  // none for a row of the table
 };
 

@@ -67,7 +67,7 @@ void Conformance::_add(CmpiContext const& context, CmpiName const& linkNameSpace
             auto const className = record.getImpClassName(i);
             Implementation const implementation{record, nameSpace, className};
             if (!wanted(implementation)) continue;
-            auto const profile = pathOf(*_profiles, record);
+            auto profile = pathOf(*_profiles, record);
             for (auto const& element : _elementsOf(context, implementation))
                 addTo(links, std::make_unique<ProfileLink>(
                                  elementConformsToProfile, linkNameSpace.str(),

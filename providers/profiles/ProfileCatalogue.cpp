@@ -53,7 +53,7 @@ void forEachRecord(ProfileDB const& profiles, std::function<void(PRPDBRec const&
 void addTo(CmpiManagedInstanceCollection& collection,
            std::unique_ptr<PYL::CmpiManagedInstance> instance) {
     collection.createInstance(instance.get());
-    instance.release();
+    static_cast<void>(instance.release());  // the collection's from here on
 }
 
 void addCatalogue(Profiles const& profiles, CmpiManagedInstanceCollection& collection) {
