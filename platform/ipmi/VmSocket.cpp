@@ -19,11 +19,15 @@ namespace {
 
 constexpr std::size_t longestRequest = 240;
 constexpr std::chrono::seconds connectTime{5};
+constexpr std::chrono::milliseconds leaveTime{500};
 
 class VmSocket final : public BmcTransport {
 public:
     explicit VmSocket(int descriptor) noexcept : _descriptor(descriptor) {}
-    ~VmSocket() override { ::close(_descriptor); }
+    ~VmSocket() override {
+        leave();
+        ::close(_descriptor);
+    }
 
     int exchange(IpmiRequest const& request, IpmiResponse& response,
                  std::chrono::steady_clock::time_point deadline) noexcept override;
@@ -31,6 +35,7 @@ public:
              std::chrono::steady_clock::time_point deadline) noexcept;
 
 private:
+    void leave() noexcept;
     int receive(std::chrono::steady_clock::time_point deadline) noexcept;
 
     int _descriptor;
@@ -55,6 +60,16 @@ int VmSocket::send(std::vector<std::uint8_t> const& bytes,
         }
     }
     return 0;
+}
+
+/// The simulator serves one client at a time, and turns away the next one that comes before it has
+/// noticed that this one has left: so this one waits for it to hang up, too.
+void VmSocket::leave() noexcept {
+    using std::chrono::steady_clock;
+    ::shutdown(_descriptor, SHUT_WR);
+    auto const deadline = steady_clock::now() + leaveTime;
+    while (steady_clock::now() < deadline && receive(deadline) == 0) {
+    }
 }
 
 /// Fills the empty buffer.

@@ -6,9 +6,11 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <functional>
+#include <future>
 #include <string>
 #include <thread>
 
@@ -113,6 +115,29 @@ TEST(VmSocket, SaysThatTheControllerHungUp) {
     Listener const listener([](int) {});
     int const status = exchange(listener);
     EXPECT_TRUE(status == ECONNRESET || status == EPIPE) << status;
+}
+
+TEST(VmSocket, LeavesOnceTheControllerHasNoticedIt) {
+    std::atomic<bool> noticed{false};
+    Listener const listener([&](int client) {
+        waitForEnd(client);
+        send(client, reply(1, 1));  // a last word that nobody waits for
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        noticed = true;
+    });
+    std::unique_ptr<BmcTransport> transport;
+    ASSERT_EQ(openVmSocket("127.0.0.1", listener.port, transport), 0);
+    transport.reset();
+    EXPECT_TRUE(noticed);
+}
+
+TEST(VmSocket, LeavesAControllerThatDoesNotCare) {
+    std::promise<void> left;
+    Listener const listener([&](int) { left.get_future().wait(); });
+    std::unique_ptr<BmcTransport> transport;
+    ASSERT_EQ(openVmSocket("127.0.0.1", listener.port, transport), 0);
+    transport.reset();
+    left.set_value();
 }
 
 TEST(VmSocket, GivesUpAtTheDeadline) {
