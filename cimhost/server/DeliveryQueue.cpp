@@ -48,7 +48,6 @@ void DeliveryQueue::put(const OutgoingIndication& indication) {
     const std::int64_t number = _nextNumber++;
     {
         const std::lock_guard lock(_mutex);
-        ++_counts.raised;
         if (_isEnding) return _drop("the server is shutting down");
         if (!_hasRoom(1)) return _drop("too many indications wait");
     }
@@ -62,7 +61,12 @@ void DeliveryQueue::put(const OutgoingIndication& indication) {
     }
     const std::lock_guard lock(_mutex);
     if (!_hasRoom(message.size())) return _drop("too many indications wait");
-    _push(std::string(message.view()));
+    try {
+        _push(std::string(message.view()));
+    } catch (...) {
+        _drop("an indication cannot be kept");
+        throw;
+    }
 }
 
 void DeliveryQueue::_push(std::string message) {
@@ -70,8 +74,9 @@ void DeliveryQueue::_push(std::string message) {
         _thread = std::thread([this] { _work(); });
         _isDone = false;
     }
-    _bytes += message.size();
+    const std::size_t size = message.size();
     _items.push_back({std::move(message), Clock::now()});
+    _bytes += size;
     _changed.notify_all();
 }
 
@@ -94,6 +99,7 @@ DeliveryCounts DeliveryQueue::counts() const {
     const std::lock_guard lock(_mutex);
     DeliveryCounts counts = _counts;
     counts.waiting = _items.size();
+    counts.raised = counts.sent + counts.dropped + counts.waiting;
     return counts;
 }
 

@@ -81,7 +81,7 @@ private:
     std::condition_variable _changed;
     std::deque<Item> _items;
     std::size_t _bytes = 0;
-    DeliveryCounts _counts;
+    DeliveryCounts _counts;  ///< without those that follow from the others: raised, waiting
     std::optional<Clock::time_point> _failingSince;
     Clock::time_point _nextLog{};
     bool _isEnding = false;

@@ -98,6 +98,27 @@ struct DeliveryQueueTest : testing::Test {
         }
     }
 
+    static constexpr int million = 1'000'000;
+
+    /// A million at once, behind those before, and a look at the queue every now and then.
+    void flood(DeliveryQueue& queue, std::uint64_t before = 0) {
+        constexpr int step = 1'000;
+        for (int count = step; count <= million; count += step) {
+            put(queue, step);
+            const DeliveryCounts counts = queue.counts();
+            ASSERT_LE(counts.waiting, settings.queueItems);
+            ASSERT_EQ(counts.raised, before + static_cast<std::uint64_t>(count));
+            ASSERT_EQ(counts.raised, counts.sent + counts.dropped + counts.waiting);
+        }
+    }
+
+    /// One in ten seconds, and a loaded machine may need many.
+    void expectAHandfulOfLines() {
+        const auto lines = log.lines();
+        EXPECT_GE(lines.size(), 1U);
+        EXPECT_LE(lines.size(), 10U);
+    }
+
     /// A port that nobody listens at.
     static ListenerUrl nobody() {
         const ListenSocket taken("127.0.0.1", 0);
@@ -170,6 +191,75 @@ TEST_F(DeliveryQueueTest, IsBoundedInBytes) {
     DeliveryQueue queue("d", listener.url(), settings, log);
     put(queue);
     EXPECT_EQ(queue.counts().dropped, 1U);
+}
+
+TEST_F(DeliveryQueueTest, HoldsNoMoreOfAMillionThanMayWaitForAListenerThatNeverAnswers) {
+    settings.queueItems = 50;
+    settings.attemptTime = std::chrono::hours(1);
+    const ListenSocket silent("127.0.0.1", 0);
+    auto queue = std::make_unique<DeliveryQueue>(
+        "silent", ListenerUrl{"127.0.0.1", silent.port(), "/"}, settings, log);
+    ASSERT_NO_FATAL_FAILURE(flood(*queue));
+    const DeliveryCounts counts = queue->counts();
+    EXPECT_EQ(counts.sent, 0U);
+    EXPECT_EQ(counts.waiting, settings.queueItems);
+    expectAHandfulOfLines();
+    queue.reset();
+    EXPECT_NE(log.lines().back().find("1000000 indications raised, 0 sent, 1000000 dropped"),
+              std::string::npos);
+}
+
+TEST_F(DeliveryQueueTest, HoldsNoMoreOfAMillionThanMayWaitForADeadListener) {
+    settings.queueItems = 50;
+    settings.manner = {3, std::chrono::hours(1)};
+    DeliveryQueue queue("dead", nobody(), settings, log);
+    ASSERT_NO_FATAL_FAILURE(flood(queue));
+    const DeliveryCounts counts = queue.counts();
+    EXPECT_EQ(counts.sent, 0U);
+    EXPECT_EQ(counts.waiting, settings.queueItems);
+    expectAHandfulOfLines();
+}
+
+TEST_F(DeliveryQueueTest, DropsAMillionForADeadListenerThatIsGivenUpEachTime) {
+    settings.queueItems = 50;
+    DeliveryQueue queue("dead", nobody(), settings, log);
+    ASSERT_NO_FATAL_FAILURE(flood(queue));
+    EXPECT_EQ(waitFor(queue, million).dropped, static_cast<std::uint64_t>(million));
+    EXPECT_EQ(queue.counts().waiting, 0U);
+    expectAHandfulOfLines();
+}
+
+TEST_F(DeliveryQueueTest, GoesOnBehindAMillionOfWhichMostFoundNoRoom) {
+    std::mutex gate;
+    std::unique_lock closed(gate);
+    settings.queueItems = 50;
+    LiveListener listener;
+    listener.judge = [&](std::size_t) { const std::lock_guard lock(gate); };
+    DeliveryQueue queue("d", listener.url(), settings, log);
+    put(queue);
+    listener.waitFor(1);
+    EXPECT_NO_FATAL_FAILURE(flood(queue, 1));
+    closed.unlock();
+    EXPECT_EQ(waitFor(queue, million + 1).sent, 50U);
+    put(queue);
+    EXPECT_EQ(listener.waitFor(51).back(), million + 1) << "what was lost is a gap";
+    waitFor(queue, million + 2);
+}
+
+TEST_F(DeliveryQueueTest, HasCountsThatAddUpAtAnyMoment) {
+    constexpr int count = 2'000;
+    LiveListener listener;
+    DeliveryQueue queue("d", listener.url(), settings, log);
+    std::thread provider([&] { put(queue, count); });
+    DeliveryCounts counts;
+    int wrong = 0;
+    while (counts.raised < count) {
+        counts = queue.counts();
+        if (counts.raised != counts.sent + counts.dropped + counts.waiting) ++wrong;
+    }
+    provider.join();
+    EXPECT_EQ(wrong, 0);
+    listener.waitFor(count);
 }
 
 TEST_F(DeliveryQueueTest, EndsWithoutWaitingForAListenerThatNeverAnswers) {
