@@ -1,5 +1,6 @@
 /* Preloaded into a process, it moves the fixed files of the library, below /etc/cim/ and /tmp/PYL, into the
-   directory $PYL_TEST_FILES: tests run side by side, and leave the host's own alone. */
+   directory $PYL_TEST_FILES: tests run side by side, and leave the host's own alone. The firmware's tables
+   move too, once that directory has a sys/firmware/dmi. */
 
 #define _GNU_SOURCE
 #include <fcntl.h>
@@ -12,10 +13,22 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+static int isBelow(const char* path, const char* start) {
+    return strncmp(path, start, strlen(start)) == 0;
+}
+
+static int hasFirmware(const char* root) {
+    char tables[PATH_MAX];
+    const int length = snprintf(tables, PATH_MAX, "%s/sys/firmware/dmi", root);
+    return length < PATH_MAX && faccessat(AT_FDCWD, tables, F_OK, 0) == 0;
+}
+
 static const char* real(const char* path, char* moved) {
     const char* const root = getenv("PYL_TEST_FILES");
-    const int isOurs = strncmp(path, "/etc/cim/", 9) == 0 || strncmp(path, "/tmp/PYL", 8) == 0;
-    if (root == NULL || !isOurs) return path;
+    if (root == NULL) return path;
+    const int isOurs = isBelow(path, "/etc/cim/") || isBelow(path, "/tmp/PYL") ||
+                       (isBelow(path, "/sys/firmware/dmi/") && hasFirmware(root));
+    if (!isOurs) return path;
     const int length = snprintf(moved, PATH_MAX, "%s%s", root, path);
     return length < PATH_MAX ? moved : path;
 }
