@@ -55,6 +55,11 @@ function(pyl_add_layer name)
     add_library(${name} OBJECT ${ARGN})
     pyl_prepare(${name})
     target_compile_definitions(${name} PRIVATE pylcommon_EXPORTS)
+    # Nobody replaces a function of ours at load time, so that calls of exported ones may be inlined.
+    # Clang takes it so already.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_compile_options(${name} PRIVATE -fno-semantic-interposition)
+    endif()
     set_property(GLOBAL APPEND PROPERTY PYL_LAYERS ${name})
 endfunction()
 
