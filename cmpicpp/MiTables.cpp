@@ -4,6 +4,8 @@
 #include "cmpicpp/CmpiHandle.h"
 #include "cmpicpp/ResultSinks.h"
 
+#include <utility>
+
 namespace CmpiCpp {
 
 namespace {
@@ -31,16 +33,32 @@ CMPIStatus produce(const typename Kind::Mi* mi, const CMPIResult* result, Body&&
     });
 }
 
-CmpiObjectPath borrow(const CMPIBroker* broker, const CMPIObjectPath* path) noexcept {
-    return CmpiObjectPath(CmpiHandle<CMPIObjectPath>::borrowed(broker, path));
+/// What a provider sees by reference during one call. It owns nothing, so its end is left out: that
+/// of a sink would be a call into the exported class that it derives from.
+template <typename T>
+union Lent {
+    template <typename... Arguments>
+    explicit Lent(Arguments&&... arguments) noexcept
+        : value(std::forward<Arguments>(arguments)...) {}
+    Lent(const Lent&) = delete;
+    Lent& operator=(const Lent&) = delete;
+    ~Lent() {}
+
+    operator T&() noexcept { return value; }
+
+    T value;
+};
+
+Lent<const CmpiObjectPath> borrow(const CMPIBroker* broker, const CMPIObjectPath* path) noexcept {
+    return Lent<const CmpiObjectPath>(CmpiHandle<CMPIObjectPath>::borrowed(broker, path));
 }
 
-CmpiInstance borrow(const CMPIBroker* broker, const CMPIInstance* instance) noexcept {
-    return CmpiInstance(CmpiHandle<CMPIInstance>::borrowed(broker, instance));
+Lent<const CmpiInstance> borrow(const CMPIBroker* broker, const CMPIInstance* instance) noexcept {
+    return Lent<const CmpiInstance>(CmpiHandle<CMPIInstance>::borrowed(broker, instance));
 }
 
-CmpiArgs borrow(const CMPIBroker* broker, const CMPIArgs* args) noexcept {
-    return CmpiArgs(CmpiHandle<CMPIArgs>::borrowed(broker, args));
+Lent<const CmpiArgs> borrow(const CMPIBroker* broker, const CMPIArgs* args) noexcept {
+    return Lent<const CmpiArgs>(CmpiHandle<CMPIArgs>::borrowed(broker, args));
 }
 
 // Instances.
@@ -48,7 +66,7 @@ CmpiArgs borrow(const CMPIBroker* broker, const CMPIArgs* args) noexcept {
 CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context,
                              const CMPIResult* result, const CMPIObjectPath* path) noexcept {
     return produce<InstanceKind>(mi, result, [&](auto& provider, auto* broker) {
-        PathSink sink(result);
+        Lent<PathSink> sink(result);
         provider.enumInstanceNames(CmpiContext(context), borrow(broker, path), sink);
     });
 }
@@ -56,7 +74,7 @@ CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context,
 CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                          const CMPIObjectPath* path, const char** properties) noexcept {
     return produce<InstanceKind>(mi, result, [&](auto& provider, auto* broker) {
-        InstanceSink sink(result);
+        Lent<InstanceSink> sink(result);
         provider.enumInstances(CmpiContext(context), borrow(broker, path), properties, sink);
     });
 }
@@ -64,7 +82,7 @@ CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const C
 CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                        const CMPIObjectPath* path, const char** properties) noexcept {
     return produce<InstanceKind>(mi, result, [&](auto& provider, auto* broker) {
-        InstanceSink sink(result);
+        Lent<InstanceSink> sink(result);
         provider.getInstance(CmpiContext(context), borrow(broker, path), properties, sink);
     });
 }
@@ -72,7 +90,7 @@ CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMP
 CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* path, const CMPIInstance* instance) noexcept {
     return produce<InstanceKind>(mi, result, [&](auto& provider, auto* broker) {
-        PathSink sink(result);
+        Lent<PathSink> sink(result);
         provider.createInstance(CmpiContext(context), borrow(broker, path),
                                 borrow(broker, instance), sink);
     });
@@ -113,7 +131,7 @@ CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIR
         PathList found;
         provider.execQuery(wrapped, borrow(broker, path), toString(query), toString(language),
                            found);
-        InstanceSink sink(result);
+        Lent<InstanceSink> sink(result);
         for (const CmpiObjectPath& match : found.paths())
             deliverFound(provider, wrapped, match, sink);
     });
@@ -126,7 +144,7 @@ CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const 
                        const char* resultClass, const char* role, const char* resultRole,
                        const char** properties) noexcept {
     return produce<AssociationKind>(mi, result, [&](auto& provider, auto* broker) {
-        InstanceSink sink(result);
+        Lent<InstanceSink> sink(result);
         provider.associators(CmpiContext(context), borrow(broker, path), associationClass,
                              resultClass, role, resultRole, properties, sink);
     });
@@ -137,7 +155,7 @@ CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context,
                            const char* associationClass, const char* resultClass, const char* role,
                            const char* resultRole) noexcept {
     return produce<AssociationKind>(mi, result, [&](auto& provider, auto* broker) {
-        PathSink sink(result);
+        Lent<PathSink> sink(result);
         provider.associatorNames(CmpiContext(context), borrow(broker, path), associationClass,
                                  resultClass, role, resultRole, sink);
     });
@@ -147,7 +165,7 @@ CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const C
                       const CMPIObjectPath* path, const char* resultClass, const char* role,
                       const char** properties) noexcept {
     return produce<AssociationKind>(mi, result, [&](auto& provider, auto* broker) {
-        InstanceSink sink(result);
+        Lent<InstanceSink> sink(result);
         provider.references(CmpiContext(context), borrow(broker, path), resultClass, role,
                             properties, sink);
     });
@@ -157,7 +175,7 @@ CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context,
                           const CMPIResult* result, const CMPIObjectPath* path,
                           const char* resultClass, const char* role) noexcept {
     return produce<AssociationKind>(mi, result, [&](auto& provider, auto* broker) {
-        PathSink sink(result);
+        Lent<PathSink> sink(result);
         provider.referenceNames(CmpiContext(context), borrow(broker, path), resultClass, role,
                                 sink);
     });
@@ -169,7 +187,7 @@ CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPI
                         const CMPIObjectPath* path, const char* method, const CMPIArgs* in,
                         CMPIArgs* out) noexcept {
     return produce<MethodKind>(mi, result, [&](auto& provider, auto* broker) {
-        MethodSink sink(broker, result, out);
+        Lent<MethodSink> sink(broker, result, out);
         provider.invokeMethod(CmpiContext(context), borrow(broker, path), method,
                               borrow(broker, in), sink);
     });
