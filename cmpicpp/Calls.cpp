@@ -11,6 +11,10 @@ void throwNoBroker() {
     throw CmpiStatus(CMPI_RC_ERR_INVALID_HANDLE, "There is no broker to ask");
 }
 
+void throwBadValue() {
+    throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "The value to pass on is bad");
+}
+
 void throwAbsent(const char* name) {
     throw CmpiStatus(CMPI_RC_ERR_NO_SUCH_PROPERTY, std::string("There is no ") + name);
 }

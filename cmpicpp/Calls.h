@@ -21,6 +21,7 @@ Result ask(Result (*slot)(Parameters...), Arguments... arguments) {
 
 [[noreturn]] void throwNothingMade(const char* what);
 [[noreturn]] void throwNoBroker();
+[[noreturn]] void throwBadValue();
 [[noreturn]] void throwAbsent(const char* name);
 [[noreturn]] void throwAbsent(unsigned int index);
 

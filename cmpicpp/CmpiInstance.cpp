@@ -54,7 +54,8 @@ std::pair<CmpiName, CmpiData> CmpiInstance::getPropertyAt(unsigned int index) co
 
 void CmpiInstance::setProperty(const char* name, CmpiValue value) {
     CMPIInstance* const instance = _handle.writable();
-    check(instance->ft->setProperty(instance, name, value.toCMPI(broker()), value.type()));
+    const CMPIValue* const property = value.toCMPI(broker());
+    check(instance->ft->setProperty(instance, name, property, value.type()));
 }
 
 void CmpiInstance::setPropertyFilter(const char** properties) {

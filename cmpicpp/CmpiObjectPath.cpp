@@ -65,7 +65,8 @@ std::pair<CmpiName, CmpiData> CmpiObjectPath::getKeyAt(unsigned int index) const
 
 void CmpiObjectPath::addKey(const char* name, CmpiValue value) {
     CMPIObjectPath* const path = _handle.writable();
-    check(path->ft->addKey(path, name, value.toCMPI(broker()), value.type()));
+    const CMPIValue* const key = value.toCMPI(broker());
+    check(path->ft->addKey(path, name, key, value.type()));
 }
 
 bool CmpiObjectPath::classPathIsA(const CmpiBroker& broker, const std::string& className) const {

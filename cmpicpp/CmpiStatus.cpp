@@ -59,6 +59,10 @@ std::string CmpiStatus::str() const {
     return text;
 }
 
+void throwStatus(CMPIStatus status) {
+    throw CmpiStatus(status);
+}
+
 const char* rcName(CMPIrc rc) noexcept {
     const auto* const row =
         std::ranges::find(codeRows, static_cast<int>(rc), [](const CodeRow& r) { return r.code; });

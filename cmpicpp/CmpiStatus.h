@@ -34,11 +34,14 @@ private:
 /// The standard's name of a return code, or nullptr for a number outside its list.
 PYL_EXPORT const char* rcName(CMPIrc rc) noexcept;
 
+/// Throws the status as CmpiStatus. By value: a status that a call returned stays in its registers.
+[[noreturn]] PYL_EXPORT void throwStatus(CMPIStatus status);
+
 /// Throws CmpiStatus unless the code is CMPI_RC_OK. The message is read at once, since it dies with
 /// the call.
 inline void check(const CMPIStatus& status) {
     if (status.rc != CMPI_RC_OK) [[unlikely]]
-        throw CmpiStatus(status);
+        throwStatus(status);
 }
 
 }  // namespace CmpiCpp

@@ -58,7 +58,8 @@ CmpiValue CmpiValue::null(CMPIType type) noexcept {
 }
 
 const CMPIValue* CmpiValue::toCMPI(const CMPIBroker* broker) {
-    if (_bad) throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "The value to pass on is bad");
+    if (_bad) [[unlikely]]
+        throwBadValue();
     if (_null) return nullptr;
     if (_text != nullptr) {
         _value.string = made(ask(required(broker)->eft->newString, broker, _text), "string");
