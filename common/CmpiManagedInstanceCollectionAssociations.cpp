@@ -1,6 +1,7 @@
 // The association operations of the collection.
 
 #include <string>
+#include <typeinfo>
 
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiMBService.h"
@@ -56,30 +57,60 @@ bool inNameSpaceOf(CmpiManagedInstance& association, LocalRequest& request) {
     return request.path().getNameSpace() == association.getPath().getNameSpace();
 }
 
-/// Visits the far ends of an association as seen from the request. A two-ended association counts only
-/// in the request's own namespace. An instance that is no association has none.
-template <typename Visit>
-void forEachFarEnd(CmpiManagedInstance& instance, LocalRequest& request, Visit visit) {
-    if (auto* association = dynamic_cast<CmpiManagedInstanceAssociation*>(&instance)) {
-        auto const farEnd = association->getAssociatedPath(request.path());
-        if (!farEnd.empty() && inNameSpaceOf(*association, request)) visit(farEnd);
-    } else if (auto* multi = dynamic_cast<CmpiManagedInstanceMultiAssociation*>(&instance)) {
-        for (auto const& farEnd : multi->getAssociatedPaths(request.path()))
-            if (!farEnd.empty()) visit(farEnd);
+/// Tells the associations of a walk from other instances. Most of those stand next to one of their
+/// own class, and a cast that fails searches all bases of the class: so it is asked once in a row.
+class AssociationKinds {
+public:
+    /// Calls `two` with an association of two ends and `many` with one of many; neither with
+    /// another instance.
+    template <typename Two, typename Many>
+    void apply(CmpiManagedInstance& instance, Two two, Many many) {
+        auto const& type = typeid(instance);
+        if (&type == _other) return;
+        if (auto* association = dynamic_cast<CmpiManagedInstanceAssociation*>(&instance))
+            two(*association);
+        else if (auto* multi = dynamic_cast<CmpiManagedInstanceMultiAssociation*>(&instance))
+            many(*multi);
+        else
+            _other = &type;
     }
+
+private:
+    std::type_info const* _other = nullptr;
+};
+
+/// Visits the far ends of an association as seen from the request. A two-ended association counts
+/// only in the request's own namespace. An instance that is no association has none.
+template <typename Visit>
+void forEachFarEnd(CmpiManagedInstance& instance, AssociationKinds& kinds, LocalRequest& request,
+                   Visit visit) {
+    kinds.apply(
+        instance,
+        [&](CmpiManagedInstanceAssociation& association) {
+            auto const farEnd = association.getAssociatedPath(request.path());
+            if (!farEnd.empty() && inNameSpaceOf(association, request)) visit(farEnd);
+        },
+        [&](CmpiManagedInstanceMultiAssociation& multi) {
+            for (auto const& farEnd : multi.getAssociatedPaths(request.path()))
+                if (!farEnd.empty()) visit(farEnd);
+        });
 }
 
-/// True when the association involves the request. Of several far ends the first one tells, since an
-/// association is reported once.
-bool involves(CmpiManagedInstance& instance, LocalRequest& request) {
-    if (auto* association = dynamic_cast<CmpiManagedInstanceAssociation*>(&instance))
-        return inNameSpaceOf(*association, request) &&
-               !association->getAssociatedPath(request.path()).empty();
-    if (auto* multi = dynamic_cast<CmpiManagedInstanceMultiAssociation*>(&instance)) {
-        auto const farEnds = multi->getAssociatedPaths(request.path());
-        return !farEnds.empty() && !farEnds.front().empty();
-    }
-    return false;
+/// True when the association involves the request. Of several far ends the first one tells, since
+/// an association is reported once.
+bool involves(CmpiManagedInstance& instance, AssociationKinds& kinds, LocalRequest& request) {
+    bool found = false;
+    kinds.apply(
+        instance,
+        [&](CmpiManagedInstanceAssociation& association) {
+            found = inNameSpaceOf(association, request) &&
+                    !association.getAssociatedPath(request.path()).empty();
+        },
+        [&](CmpiManagedInstanceMultiAssociation& multi) {
+            auto const farEnds = multi.getAssociatedPaths(request.path());
+            found = !farEnds.empty() && !farEnds.front().empty();
+        });
+    return found;
 }
 
 bool usable(CmpiManagedInstance const* instance) { return instance && instance->visible(); }
@@ -155,10 +186,11 @@ int CmpiManagedInstanceCollection::associators(CmpiInstanceResult& result, CmpiC
         auto const associationFilter = assocClass.str();
         auto const resultFilter = resultClass.str();
         LocalRequest request(path);
+        AssociationKinds kinds;
         int count = 0;
         for (auto* instance : _collection) {
             if (!usable(instance)) continue;
-            forEachFarEnd(*instance, request, [&](CmpiObjectPath const& farEnd) {
+            forEachFarEnd(*instance, kinds, request, [&](CmpiObjectPath const& farEnd) {
                 if (isOfClass(*instance, associationFilter))
                     count += _deliverFarEnd(result, ctx, *instance, farEnd, resultFilter, properties);
             });
@@ -178,6 +210,7 @@ int CmpiManagedInstanceCollection::associatorNames(CmpiObjectPathResult& result,
         auto const associationFilter = assocClass.str();
         auto const resultFilter = resultClass.str();
         LocalRequest request(path);
+        AssociationKinds kinds;
         int count = 0;
         auto const deliver = [&](CmpiManagedInstance& association, CmpiObjectPath const& farEnd) {
             if (!isOfClass(association, associationFilter)) return;
@@ -191,7 +224,7 @@ int CmpiManagedInstanceCollection::associatorNames(CmpiObjectPathResult& result,
         };
         for (auto* instance : _collection)
             if (usable(instance))
-                forEachFarEnd(*instance, request,
+                forEachFarEnd(*instance, kinds, request,
                               [&](CmpiObjectPath const& farEnd) { deliver(*instance, farEnd); });
         return count;
     });
@@ -202,9 +235,10 @@ int CmpiManagedInstanceCollection::_refer(CmpiObjectPath const& path, CmpiName c
                                           Deliver deliver) {
     auto const filter = resultClass.str();
     LocalRequest request(path);
+    AssociationKinds kinds;
     int count = 0;
     for (auto* instance : _collection) {
-        if (!usable(instance) || !involves(*instance, request)) continue;
+        if (!usable(instance) || !involves(*instance, kinds, request)) continue;
         if (!filter.empty()) {
             auto const associationPath = instance->getPath();
             if (!passes(associationPath, filter)) {

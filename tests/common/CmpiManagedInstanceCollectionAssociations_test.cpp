@@ -65,6 +65,25 @@ TEST_F(AssociationsTest, DeliversTheAssociationItselfWithoutALineForIt) {
                               }));
 }
 
+TEST_F(AssociationsTest, FindsEveryAssociationHoweverTheKindsStand) {
+    link("m", "a", "b");
+    multiLink(linkPath("n"), thing("a"), {thing("b")});
+    multiLink(linkPath("o"), thing("a"), {thing("b")});
+    add("c");
+    add("d");
+    link("p", "a", "c");
+    add("e");
+    multiLink(linkPath("q"), thing("a"), {thing("d")});
+    EXPECT_EQ(askAll(thing("a")), 4 * 6);
+    journal.take();
+    referenceNames(thing("a"));
+    Lines expected;
+    for (auto const* key : {"l", "m", "n", "o", "p", "q"})
+        expected.push_back("locked delivered " + linkText(key));
+    expected.push_back("information: referenceNames() delivered: 6");
+    EXPECT_EQ(journal.take(), expected);
+}
+
 TEST_F(AssociationsTest, SaysThatThereIsNothingToDeliver) {
     EXPECT_EQ(askAll(thing("c")), 0);
     EXPECT_EQ(journal.take(), nothingFourTimes());
