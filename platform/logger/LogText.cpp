@@ -9,6 +9,14 @@ bool isSpecial(char character) noexcept {
     return value < 0x20 || value == 0x7f || character == '\\';
 }
 
+/// Most texts have none. Looks at every byte and branches on none, so that the compiler takes many
+/// at a time.
+bool hasSpecial(std::string_view text) noexcept {
+    unsigned char found = 0;
+    for (char const character : text) found |= static_cast<unsigned char>(isSpecial(character));
+    return found != 0;
+}
+
 void appendEscaped(std::string& result, char character) {
     constexpr std::string_view digits = "0123456789abcdef";
     auto const value = static_cast<unsigned char>(character);
@@ -40,6 +48,10 @@ std::string escapeLogText(std::string_view text) {
 }
 
 void appendLogText(std::string& line, std::string_view text) {
+    if (!hasSpecial(text)) {
+        line.append(text);
+        return;
+    }
     for (auto from = text.begin(); from != text.end();) {
         auto const special = std::find_if(from, text.end(), isSpecial);
         line.append(from, special);
