@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -13,12 +14,18 @@ namespace {
 
 constexpr std::size_t widthLimit = 1024;
 
+/// Room for most lines, so that their making allocates once.
+constexpr std::size_t usualLine = 240;
+
 /// One conversion of a format, taken apart.
 struct Conversion {
     /// From the per cent sign to the letter.
     std::string_view text;
-    std::string flags;
     bool left = false;
+    bool plus = false;
+    bool blank = false;
+    bool alternative = false;
+    bool zeros = false;
     std::size_t width = 0;
     std::optional<std::size_t> precision;
     /// What h (16) and hh (8) leave of an integer.
@@ -27,11 +34,15 @@ struct Conversion {
 };
 
 constexpr bool isOneOf(char character, std::string_view set) noexcept {
-    return set.find(character) != std::string_view::npos;
+    return std::any_of(set.begin(), set.end(), [&](char member) { return member == character; });
 }
 
 constexpr bool isDigit(char character) noexcept {
     return character >= '0' && character <= '9';
+}
+
+constexpr char upperDigit(char digit) noexcept {
+    return isDigit(digit) ? digit : static_cast<char>(digit - 'a' + 'A');
 }
 
 std::int64_t signExtended(std::uint64_t value, unsigned bits) noexcept {
@@ -51,16 +62,44 @@ public:
         : _rest(format), _arguments(arguments) {}
 
     std::string run() {
+        _result.reserve(usualLine);
         while (!_rest.empty()) {
             std::size_t const plain = std::min(_rest.find('%'), _rest.size());
             _result.append(_rest.substr(0, plain));
             _rest.remove_prefix(plain);
-            if (!_rest.empty()) _convert();
+            if (!_rest.empty() && !_convertPlain()) _convert();
         }
         return std::move(_result);
     }
 
 private:
+    /// At a per cent sign: prints %s or %d as most lines have them, without flags and the like and
+    /// with an argument of their type. False for anything else.
+    bool _convertPlain() {
+        using Kind = LogArgument::Kind;
+        if (_next == _arguments.size()) return false;
+        LogArgument const& argument = _arguments[_next];
+        char const letter = _at(1);
+        if (letter == 's' && argument.kind() == Kind::text)
+            _result.append(argument.text());
+        else if (letter == 's' && argument.kind() == Kind::zeroTerminatedText &&
+                 argument.characters())
+            _result.append(argument.characters());
+        else if (letter == 'd' && argument.kind() == Kind::integer)
+            _appendDecimal(signExtended(argument.integer(), argument.bits()));
+        else
+            return false;
+        ++_next;
+        _rest.remove_prefix(2);
+        return true;
+    }
+
+    void _appendDecimal(std::int64_t value) {
+        std::array<char, 20> text;  // a sign and 19 digits
+        char const* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+        _result.append(text.data(), static_cast<std::size_t>(end - text.data()));
+    }
+
     /// At a per cent sign: prints the conversion that starts there.
     void _convert() {
         std::size_t const argumentsBefore = _next;
@@ -91,21 +130,33 @@ private:
     std::optional<Conversion> _parse() {
         Conversion conversion;
         std::size_t at = 1;
-        for (; isOneOf(_at(at), "-+ #0"); ++at) {
-            conversion.left |= _at(at) == '-';
-            if (conversion.flags.find(_at(at)) == std::string::npos) conversion.flags += _at(at);
-        }
+        while (_parseFlag(conversion, _at(at))) ++at;
         if (!_parseWidth(conversion, at) || !_parsePrecision(conversion, at)) return std::nullopt;
         if (_at(at) == 'h') conversion.bits = _at(at + 1) == 'h' ? 8 : 16;
         while (isOneOf(_at(at), "hlLqjzt")) ++at;
         conversion.letter = _at(at);
         bool const known =
-            conversion.letter == '%' ? at == 1 : isOneOf(conversion.letter, "diouxXcspneEfFgGaA");
+            conversion.letter == '%' ? at == 1 : isOneOf(conversion.letter, "sdiuxXocpfFeEgGaAn");
         if (!known) return std::nullopt;
-        // The alternative form of a decimal number is undefined in C.
-        if (isOneOf(conversion.letter, "diu")) std::erase(conversion.flags, '#');
         conversion.text = _rest.substr(0, at + 1);
         return conversion;
+    }
+
+    static bool _parseFlag(Conversion& conversion, char flag) noexcept {
+        switch (flag) {
+            case '-':
+                return conversion.left = true;
+            case '+':
+                return conversion.plus = true;
+            case ' ':
+                return conversion.blank = true;
+            case '#':
+                return conversion.alternative = true;
+            case '0':
+                return conversion.zeros = true;
+            default:
+                return false;
+        }
     }
 
     bool _parseWidth(Conversion& conversion, std::size_t& at) noexcept {
@@ -165,23 +216,96 @@ private:
 
     bool _printInteger(Conversion const& conversion, LogArgument const& argument) {
         unsigned const bits = std::min(conversion.bits, argument.bits());
-        if (conversion.letter == 'c') {
-            _pad(conversion, std::string(1, static_cast<char>(argument.integer())));
-            return true;
+        switch (conversion.letter) {
+            case 'c': {
+                char const character = static_cast<char>(argument.integer());
+                _pad(conversion, {&character, 1});
+                return true;
+            }
+            case 'd':
+            case 'i':
+                _printSigned(conversion, signExtended(argument.integer(), bits));
+                return true;
+            case 'u':
+                _printDigits(conversion, "", zeroExtended(argument.integer(), bits), 10);
+                return true;
+            case 'o':
+                _printDigits(conversion, "", zeroExtended(argument.integer(), bits), 8);
+                return true;
+            case 'x':
+            case 'X':
+                _printHexadecimal(conversion, zeroExtended(argument.integer(), bits));
+                return true;
+            default:
+                return false;
         }
-        if (isOneOf(conversion.letter, "di")) {
-            return _printNumber(conversion, "j",
-                                std::intmax_t{signExtended(argument.integer(), bits)});
-        }
-        if (isOneOf(conversion.letter, "ouxX")) {
-            return _printNumber(conversion, "j",
-                                std::uintmax_t{zeroExtended(argument.integer(), bits)});
-        }
-        return false;
     }
 
+    void _printSigned(Conversion const& conversion, std::int64_t value) {
+        auto const magnitude = static_cast<std::uint64_t>(value);
+        _printDigits(conversion, _signOf(conversion, value), value < 0 ? 0 - magnitude : magnitude,
+                     10);
+    }
+
+    static std::string_view _signOf(Conversion const& conversion, std::int64_t value) noexcept {
+        if (value < 0) return "-";
+        if (conversion.plus) return "+";
+        return conversion.blank ? " " : "";
+    }
+
+    void _printHexadecimal(Conversion const& conversion, std::uint64_t value) {
+        bool const upper = conversion.letter == 'X';
+        bool const prefixed = conversion.alternative && value != 0;
+        _printDigits(conversion, !prefixed ? "" : upper ? "0X" : "0x", value, 16);
+    }
+
+    /// A number with its sign or prefix; zeros of a precision or of the flag stand between them.
+    void _printDigits(Conversion const& conversion, std::string_view prefix, std::uint64_t value,
+                      int base) {
+        std::array<char, 24> text;  // 22 octal digits and the zero of their alternative form
+        char* first = text.data() + 1;
+        char* last = std::to_chars(first, text.data() + text.size(), value, base).ptr;
+        if (value == 0 && conversion.precision == 0U) last = first;
+        if (base == 8 && conversion.alternative && (first == last || *first != '0')) *--first = '0';
+        if (conversion.letter == 'X') std::transform(first, last, first, upperDigit);
+        std::string_view const digits(first, static_cast<std::size_t>(last - first));
+
+        std::size_t const least = _leastDigits(conversion, prefix.size());
+        std::size_t const zeros = least - std::min(least, digits.size());
+        std::size_t const size = prefix.size() + zeros + digits.size();
+        std::size_t const blanks = conversion.width - std::min(conversion.width, size);
+        if (!conversion.left) _result.append(blanks, ' ');
+        _result.append(prefix).append(zeros, '0').append(digits);
+        if (conversion.left) _result.append(blanks, ' ');
+    }
+
+    /// How many digits a number has at least. A precision turns the flag off, as in C.
+    static std::size_t _leastDigits(Conversion const& conversion, std::size_t prefix) noexcept {
+        if (conversion.precision) return std::min(*conversion.precision, widthLimit);
+        bool const filled = conversion.zeros && !conversion.left;
+        return filled ? conversion.width - std::min(conversion.width, prefix) : 0;
+    }
+
+    /// Has the C library print a number, from a conversion put together here of checked pieces.
     bool _printFloating(Conversion const& conversion, double value) {
-        return isOneOf(conversion.letter, "eEfFgGaA") && _printNumber(conversion, "", value);
+        if (!isOneOf(conversion.letter, "eEfFgGaA")) return false;
+        std::string own = "%";
+        if (conversion.plus) own += '+';
+        if (conversion.blank) own += ' ';
+        if (conversion.alternative) own += '#';
+        if (conversion.zeros) own += '0';
+        own.append("*.*").append(1, conversion.letter);
+        int const width = static_cast<int>(conversion.width) * (conversion.left ? -1 : 1);
+        int const precision = conversion.precision
+                                  ? static_cast<int>(std::min(*conversion.precision, widthLimit))
+                                  : -1;
+        // Room for the longest double, 309 digits, its point and its sign beside the precision.
+        std::array<char, widthLimit + 512> text;
+        int const size =
+            std::snprintf(text.data(), text.size(), own.c_str(), width, precision, value);
+        if (size < 0 || static_cast<std::size_t>(size) >= text.size()) return false;
+        _result.append(text.data(), static_cast<std::size_t>(size));
+        return true;
     }
 
     bool _printZeroTerminated(Conversion const& conversion, char const* text) {
@@ -203,23 +327,6 @@ private:
         std::array<char, 32> text{};
         std::snprintf(text.data(), text.size(), "%p", address);
         _pad(conversion, text.data());
-        return true;
-    }
-
-    /// Has the C library print a number, from a conversion put together here of checked pieces.
-    template <typename Number>
-    bool _printNumber(Conversion const& conversion, char const* modifier, Number number) {
-        std::string const own = "%" + conversion.flags + "*.*" + modifier + conversion.letter;
-        int const width = static_cast<int>(conversion.width) * (conversion.left ? -1 : 1);
-        int const precision = conversion.precision
-                                  ? static_cast<int>(std::min(*conversion.precision, widthLimit))
-                                  : -1;
-        // Room for the longest double, 309 digits, its point and its sign beside the precision.
-        std::array<char, widthLimit + 512> text;
-        int const size =
-            std::snprintf(text.data(), text.size(), own.c_str(), width, precision, number);
-        if (size < 0 || static_cast<std::size_t>(size) >= text.size()) return false;
-        _result.append(text.data(), static_cast<std::size_t>(size));
         return true;
     }
 

@@ -63,13 +63,15 @@ TEST(LogFormat, PrintsSignedIntegersAsCDoes) {
 
 TEST(LogFormat, PrintsUnsignedIntegersAsCDoes) {
     for (unsigned const value : {0U, 1U, 255U, UINT32_MAX}) {
-        compareWithC("u", "-0", value);
-        for (char const* const conversion : {"o", "x", "X"}) compareWithC(conversion, "-#0", value);
+        compareWithC("u", "-+ 0", value);
+        for (char const* const conversion : {"o", "x", "X"})
+            compareWithC(conversion, "-+ #0", value);
     }
     for (unsigned long const value : {0UL, UINT64_MAX}) {
         compareWithC("lu", "-0", value);
         compareWithC("zu", "-0", value);
-        compareWithC("lx", "-#0", value);
+        for (char const* const conversion : {"lo", "lx", "lX"})
+            compareWithC(conversion, "-#0", value);
     }
     for (int const value : {-1, -128, 0x12345}) {
         for (char const* const conversion : {"u", "x", "hx", "hhx", "hu", "hhu"}) {
@@ -126,6 +128,7 @@ TEST(LogFormat, PrintsTheFullWidthOfAnInteger) {
     EXPECT_EQ(formatted("%li", INT64_MIN), "-9223372036854775808");
     EXPECT_EQ(formatted("%lu", 7), "7");
     EXPECT_EQ(formatted("%llx", -1), "ffffffff");
+    EXPECT_EQ(formatted("%d %i %5d", UINT32_MAX, UINT32_MAX, UINT32_MAX), "-1 -1    -1");
 }
 
 TEST(LogFormat, TakesBooleansCharactersAndEnumerationsAsIntegers) {
