@@ -1,7 +1,7 @@
 #include "common/PerfmonDecorator.h"
 
 #include <cstdint>
-#include <exception>
+#include <string_view>
 
 #include "common/DecoratorUtils.h"
 
@@ -17,6 +17,25 @@ using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
 using CmpiCpp::CmpiObjectPathResult;
 
+namespace {
+
+void logTimeTaken(Logger const& log, std::string_view operation, timeval const& start,
+                  timeval const& end) {
+    constexpr std::int64_t second = 1'000'000;
+    constexpr std::int32_t hundredth = 10'000;
+    std::int64_t const secs = end.tv_sec - start.tv_sec;
+    std::int64_t difference = end.tv_usec - start.tv_usec;
+    if (secs != 0) {
+        difference += second;
+        if (difference >= second) difference -= second;
+    }
+    auto const usecs = static_cast<std::int32_t>(difference);
+    log.info("%s completed in %d.%02ds", operation, static_cast<std::int32_t>(secs),
+             usecs / hundredth);
+}
+
+}  // namespace
+
 /// Reads the clock when it is made and when it ends, and writes the line of the operation then:
 /// after the call, whether it returned or threw.
 class PerfmonDecorator::Timing {
@@ -28,12 +47,7 @@ public:
     ~Timing() {
         timeval end{};
         gettimeofday(&end, nullptr);
-        if (!_decorator._log.infoEnabled()) return;
-        try {
-            _decorator._logTimeTaken(_operation, &_start, &end);
-        } catch (std::exception const&) {
-            return;  // no memory for the line: it is lost, as every line is that cannot be built
-        }
+        if (_decorator._log.infoEnabled()) logTimeTaken(_decorator._log, _operation, _start, end);
     }
     Timing(Timing const&) = delete;
     Timing& operator=(Timing const&) = delete;
@@ -45,16 +59,7 @@ private:
 };
 
 void PerfmonDecorator::_logTimeTaken(std::string const& name, timeval* start, timeval* end) {
-    constexpr std::int64_t second = 1'000'000;
-    constexpr std::int32_t hundredth = 10'000;
-    std::int64_t const secs = end->tv_sec - start->tv_sec;
-    std::int64_t difference = end->tv_usec - start->tv_usec;
-    if (secs != 0) {
-        difference += second;
-        if (difference >= second) difference -= second;
-    }
-    auto const usecs = static_cast<std::int32_t>(difference);
-    _log.info("%s completed in %d.%02ds", name, static_cast<std::int32_t>(secs), usecs / hundredth);
+    logTimeTaken(_log, name, *start, *end);
 }
 
 PerfmonDecorator::PerfmonDecorator(CmpiBroker const& broker, Logger& logger, Factory factory)
