@@ -39,44 +39,53 @@ PropertyMarkup propertyMarkup(CimType type, bool isArray) noexcept {
     return {"<PROPERTY NAME=\"", "</PROPERTY>"};
 }
 
-/// What stands between the name and the text of a property that is a plain scalar; empty for the
-/// other types.
-constexpr std::string_view scalarMarkup(CimType type) noexcept {
+/// Whether a value of the type is written as plain text.
+constexpr bool isPlainScalar(CimType type) noexcept {
+    return type != CimType::none && type != CimType::reference && type != CimType::instance;
+}
+
+/// Whether the text of a value is made of digits and letters alone.
+bool needsNoEscape(CimType type) noexcept {
+    return isInteger(type) || isReal(type) || type == CimType::boolean;
+}
+
+/// What stands between the name and the text of a property that is a plain scalar. Each is written
+/// as the constant that it is, which takes a few moves; a text of any length takes a call.
+void writeScalarMarkup(XmlBuffer& out, CimType type) {
     switch (type) {
         case CimType::boolean:
-            return "\" TYPE=\"boolean\"><VALUE>";
+            return out.markup("\" TYPE=\"boolean\"><VALUE>");
         case CimType::char16:
-            return "\" TYPE=\"char16\"><VALUE>";
+            return out.markup("\" TYPE=\"char16\"><VALUE>");
         case CimType::uint8:
-            return "\" TYPE=\"uint8\"><VALUE>";
+            return out.markup("\" TYPE=\"uint8\"><VALUE>");
         case CimType::uint16:
-            return "\" TYPE=\"uint16\"><VALUE>";
+            return out.markup("\" TYPE=\"uint16\"><VALUE>");
         case CimType::uint32:
-            return "\" TYPE=\"uint32\"><VALUE>";
+            return out.markup("\" TYPE=\"uint32\"><VALUE>");
         case CimType::uint64:
-            return "\" TYPE=\"uint64\"><VALUE>";
+            return out.markup("\" TYPE=\"uint64\"><VALUE>");
         case CimType::sint8:
-            return "\" TYPE=\"sint8\"><VALUE>";
+            return out.markup("\" TYPE=\"sint8\"><VALUE>");
         case CimType::sint16:
-            return "\" TYPE=\"sint16\"><VALUE>";
+            return out.markup("\" TYPE=\"sint16\"><VALUE>");
         case CimType::sint32:
-            return "\" TYPE=\"sint32\"><VALUE>";
+            return out.markup("\" TYPE=\"sint32\"><VALUE>");
         case CimType::sint64:
-            return "\" TYPE=\"sint64\"><VALUE>";
+            return out.markup("\" TYPE=\"sint64\"><VALUE>");
         case CimType::real32:
-            return "\" TYPE=\"real32\"><VALUE>";
+            return out.markup("\" TYPE=\"real32\"><VALUE>");
         case CimType::real64:
-            return "\" TYPE=\"real64\"><VALUE>";
+            return out.markup("\" TYPE=\"real64\"><VALUE>");
         case CimType::string:
-            return "\" TYPE=\"string\"><VALUE>";
+            return out.markup("\" TYPE=\"string\"><VALUE>");
         case CimType::dateTime:
-            return "\" TYPE=\"datetime\"><VALUE>";
+            return out.markup("\" TYPE=\"datetime\"><VALUE>");
         case CimType::none:
         case CimType::reference:
         case CimType::instance:
             break;
     }
-    return {};
 }
 
 /// A provider may set NULL without a type; the class then knows it.
@@ -117,9 +126,8 @@ void ObjectWriter::_key(const KeyBinding& key, const ObjectPath& owner) {
         _reference(*path);
         _out.markup("</KEYBINDING>");
     } else {
-        ScalarScratch scratch;
         _out.markup(keyValueOf(key.value.type()));
-        _out.text(scalarText(key.value, scratch));
+        _scalar(key.value);
         _out.markup("</KEYVALUE></KEYBINDING>");
     }
 }
@@ -174,22 +182,19 @@ void ObjectWriter::instance(const Instance& instance, const Class* definition,
 }
 
 // Nearly all properties are plain scalars: written in five pieces they take half the instructions.
-void ObjectWriter::_scalarProperty(const PropertyValue& property, std::string_view markup) {
-    ScalarScratch scratch;
+void ObjectWriter::_scalarProperty(const PropertyValue& property) {
     _out.markup("<PROPERTY NAME=\"");
     _out.text(property.name);
-    _out.markup(markup);
-    _out.text(scalarText(property.value, scratch));
+    writeScalarMarkup(_out, property.value.type());
+    _scalar(property.value);
     _out.markup("</VALUE></PROPERTY>");
 }
 
 void ObjectWriter::_property(const PropertyValue& property, const Class* owner,
                              bool includeClassOrigin) {
     const Value& given = property.value;
-    if (!includeClassOrigin && !given.isNull() && !given.isArray()) {
-        const std::string_view markup = scalarMarkup(given.type());
-        if (!markup.empty()) return _scalarProperty(property, markup);
-    }
+    if (!includeClassOrigin && !given.isNull() && !given.isArray() && isPlainScalar(given.type()))
+        return _scalarProperty(property);
     const PropertyDefinition* const definition =
         owner != nullptr ? owner->findProperty(property.name) : nullptr;
     const CimType type = typeOf(property.value, definition);
@@ -263,10 +268,18 @@ void ObjectWriter::_element(const Value& value) {
     if (const Instance* const embedded = instanceOf(value)) {
         _embedded(*embedded);
     } else {
-        ScalarScratch scratch;
-        _out.text(scalarText(value, scratch));
+        _scalar(value);
     }
     _out.markup("</VALUE>");
+}
+
+void ObjectWriter::_scalar(const Value& value) {
+    ScalarScratch scratch;
+    const std::string_view text = scalarText(value, scratch);
+    if (needsNoEscape(value.type()))
+        _out.markup(text);
+    else
+        _out.text(text);
 }
 
 void ObjectWriter::_embedded(const Instance& embedded) {

@@ -43,11 +43,12 @@ private:
     void _key(const KeyBinding& key, const ObjectPath& owner);
     void _reference(const ObjectPath& path);
     void _property(const PropertyValue& property, const Class* owner, bool includeClassOrigin);
-    void _scalarProperty(const PropertyValue& property, std::string_view markup);
+    void _scalarProperty(const PropertyValue& property);
     void _propertyAttributes(const PropertyValue& property, CimType type,
                              const PropertyDefinition* definition, bool includeClassOrigin);
     void _array(const Value::Array& elements, CimType type);
     void _element(const Value& value);
+    void _scalar(const Value& value);
     void _embedded(const Instance& instance);
 
     XmlBuffer& _out;

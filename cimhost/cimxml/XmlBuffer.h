@@ -44,7 +44,10 @@ private:
     std::size_t _size = 0;
     std::size_t _capacity = firstCapacity;
 
-    static constexpr std::size_t firstCapacity = 1024;
+    // An answer about one instance fits; what is longer is mostly a stream, whose pieces all fit
+    // into the second.
+    static constexpr std::size_t firstCapacity = 4 * 1024;
+    static constexpr std::size_t secondCapacity = 24 * 1024;
 };
 
 }  // namespace cimhost

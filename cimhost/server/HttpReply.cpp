@@ -73,9 +73,8 @@ void HttpReply::write(std::string_view text) {
     assert(!_finished);
     while (text.size() > bufferBytes - _body.size()) {
         const std::size_t fits = bufferBytes - _body.size();
-        _body.append(text.substr(0, fits));
+        _sendChunk(text.substr(0, fits), {});
         text.remove_prefix(fits);
-        _sendChunk({});
     }
     _body.append(text);
 }
@@ -97,14 +96,15 @@ void HttpReply::refuse(int status, std::initializer_list<HttpHeader> headers) {
 void HttpReply::finish() {
     assert(!_finished);
     _finished = true;
-    if (_committed) return _sendChunk("0\r\n");
+    if (_committed) return _sendChunk({}, "0\r\n");
     _beginHead(_status);
     _head.append("Content-Length: ").append(std::to_string(_body.size())).append("\r\n\r\n");
     _send({_head, _body});
 }
 
-/// Sends the buffer as the next piece of a streamed reply; `end` closes the last one.
-void HttpReply::_sendChunk(std::string_view end) {
+/// Sends the buffer, and more behind it, as the next piece of a streamed reply; `end` closes the
+/// last one.
+void HttpReply::_sendChunk(std::string_view more, std::string_view end) {
     const bool isFirst = !_committed;
     _committed = true;
     if (isFirst) {
@@ -115,14 +115,15 @@ void HttpReply::_sendChunk(std::string_view end) {
         _head.append("\r\n");
     }
     std::array<char, 24> line;
+    const std::size_t size = _body.size() + more.size();
     if (!_manner.isHttp11)
-        _send({_head, _body});
+        _send({_head, _body, more});
     else if (end.empty())
-        _send({_head, writeChunkLine(line, _body.size(), isFirst), _body});
-    else if (_body.empty())
+        _send({_head, writeChunkLine(line, size, isFirst), _body, more});
+    else if (size == 0)
         _send({"\r\n", end, _trailers, "\r\n"});
     else
-        _send({writeChunkLine(line, _body.size(), isFirst), _body, "\r\n", end, _trailers, "\r\n"});
+        _send({writeChunkLine(line, size, isFirst), _body, "\r\n", end, _trailers, "\r\n"});
     _head.clear();
     _body.clear();
 }

@@ -77,7 +77,7 @@ public:
 private:
     void _beginHead(int status);
     void _appendLine(std::string& lines, HttpHeader header);
-    void _sendChunk(std::string_view end);
+    void _sendChunk(std::string_view more, std::string_view end);
     void _send(std::initializer_list<std::string_view> pieces);
 
     Stream& _stream;

@@ -62,15 +62,29 @@ TEST(XmlBuffer, WritesWhateverItIsGivenAsXmlThatReadsBack) {
     }
 }
 
-TEST(XmlBuffer, EscapesOneCharacterWhereverItStands) {
-    for (std::size_t size = 1; size <= 33; ++size) {
-        for (std::size_t place = 0; place < size; ++place) {
-            std::string text(size, 'x');
-            text[place] = '<';
-            const std::string after(size - place - 1, 'x');
-            EXPECT_EQ(escaped(text), std::string(place, 'x') + "&lt;" + after);
+TEST(XmlBuffer, TreatsEachByteAlikeWhereverItStands) {
+    for (int byte = 0; byte < 256; ++byte) {
+        const std::string one(1, static_cast<char>(byte));
+        const std::string expected = escaped(one);
+        for (std::size_t size = 1; size <= 40; ++size) {
+            for (std::size_t place = 0; place < size; ++place) {
+                const std::string before(place, 'x');
+                const std::string after(size - place - 1, 'x');
+                ASSERT_EQ(escaped(before + one + after), before + expected + after)
+                    << byte << " at " << place << " of " << size;
+            }
         }
     }
+}
+
+TEST(XmlBuffer, KeepsWhatItHasWhenItGrows) {
+    XmlBuffer buffer;
+    std::string expected;
+    while (expected.size() < 300'000) {
+        buffer.text("seventeen letters");
+        expected += "seventeen letters";
+    }
+    EXPECT_EQ(buffer.view(), expected);
 }
 
 TEST(XmlBuffer, PutsAttributesInQuotes) {
