@@ -32,7 +32,7 @@ private:
     };
     friend class ChunkCache;
 
-    static constexpr std::size_t granularity = 32;
+    static constexpr std::size_t granularity = 16;
 
     void _addChunk();
 

@@ -10,17 +10,14 @@ namespace cimhost {
 template <typename Model>
 class CopyOnWrite {
 public:
-    explicit CopyOnWrite(Model model) noexcept : _own(std::move(model)) {}
+    explicit CopyOnWrite(Model&& model) noexcept : _own(std::move(model)) {}
     explicit CopyOnWrite(std::shared_ptr<const Model> shared) noexcept
         : _shared(std::move(shared)) {}
 
     const Model& read() const noexcept { return _shared ? *_shared : _own; }
 
     Model& write() {
-        if (_shared) {
-            _own = *_shared;
-            _shared.reset();
-        }
+        if (_shared) _copyShared();
         return _own;
     }
 
@@ -31,6 +28,11 @@ public:
     }
 
 private:
+    void _copyShared() {
+        _own = *_shared;
+        _shared.reset();
+    }
+
     Model _own;
     std::shared_ptr<const Model> _shared;
 };

@@ -45,10 +45,9 @@ CMPIInstance* newInstance(const CMPIBroker* handle, const CMPIObjectPath* path,
 CMPIObjectPath* newObjectPath(const CMPIBroker* handle, const char* nameSpace,
                               const char* className, CMPIStatus* status) noexcept {
     return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIObjectPath* {
-        ObjectPath path;
-        path.nameSpace = required(nameSpace);
-        path.className = required(className);
-        return &make<ObjectPathObject>(factory(broker), std::move(path));
+        return &make<ObjectPathObject>(
+            factory(broker),
+            ObjectPath{{}, std::string(required(nameSpace)), std::string(required(className)), {}});
     });
 }
 

@@ -69,7 +69,7 @@ CMPIStatus setProperty(const CMPIInstance* instance, const char* name, const CMP
 CMPIObjectPath* getObjectPath(const CMPIInstance* instance, CMPIStatus* status) noexcept {
     return enter<InstanceObject>(
         instance, status, [](InstanceObject& object, CMPIrc&) -> CMPIObjectPath* {
-            return &make<ObjectPathObject>(partOf(object), object.complete().path);
+            return &make<ObjectPathObject>(partOf(object), ObjectPath(object.complete().path));
         });
 }
 

@@ -16,7 +16,7 @@ namespace cimhost {
 struct InstanceObject : ObjectBase<CMPIInstance, ObjectKind::instance> {
     static const CMPIInstanceFT table;
 
-    explicit InstanceObject(Instance instance) : _model(std::move(instance)) {}
+    explicit InstanceObject(Instance&& instance) : _model(std::move(instance)) {}
     explicit InstanceObject(std::shared_ptr<const Instance> instance)
         : _model(std::move(instance)) {}
 

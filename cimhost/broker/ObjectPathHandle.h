@@ -9,7 +9,7 @@ namespace cimhost {
 struct ObjectPathObject : ObjectBase<CMPIObjectPath, ObjectKind::objectPath> {
     static const CMPIObjectPathFT table;
 
-    explicit ObjectPathObject(ObjectPath path) : model(std::move(path)) {}
+    explicit ObjectPathObject(ObjectPath&& path) : model(std::move(path)) {}
     explicit ObjectPathObject(std::shared_ptr<const ObjectPath> path) : model(std::move(path)) {}
 
     CopyOnWrite<ObjectPath> model;

@@ -38,12 +38,15 @@ const CMPIStringFT StringObject::table = {
     CMPICurrentVersion, releaseObject<StringObject>, clone, getCharPtr, newCharsCP,
 };
 
-StringObject::StringObject(std::string_view content, std::size_t room)
-    : length(content.size()), outside(room ? nullptr : new char[content.size() + 1]) {
-    char* const target = room ? reinterpret_cast<char*>(this + 1) : outside.get();
+StringObject::StringObject(std::string_view content, std::size_t room) : length(content.size()) {
+    char* const target = room ? reinterpret_cast<char*>(this + 1) : new char[content.size() + 1];
     if (length != 0) std::memcpy(target, content.data(), length);
     target[length] = '\0';
     text = target;
+}
+
+StringObject::~StringObject() {
+    if (!_isBehind()) delete[] text;
 }
 
 StringObject& makeText(const Home& home, std::string_view content) {

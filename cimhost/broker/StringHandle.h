@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <string_view>
 
 #include "cimhost/broker/Entry.h"
@@ -14,13 +13,16 @@ struct StringObject : ObjectBase<CMPIString, ObjectKind::string> {
 
     /// For makeString and its like only: `room` bytes follow the object.
     StringObject(std::string_view content, std::size_t room);
+    ~StringObject();
     StringObject(const StringObject&) = delete;
 
     std::string_view view() const noexcept { return {text, length}; }
 
-    const char* text;
+    const char* text;  ///< right behind, or in memory of its own where there is no room
     std::size_t length;
-    std::unique_ptr<char[]> outside;  ///< the text when there is no room behind
+
+private:
+    bool _isBehind() const noexcept { return text == reinterpret_cast<const char*>(this + 1); }
 };
 
 StringObject& makeText(const Home& home, std::string_view content);

@@ -40,10 +40,53 @@ constexpr auto typeRows = std::to_array<TypeRow>({
     {CimType::instance, CMPI_instance},
 });
 
+// The way back from a code that is no array's. Not a search of the rows: it is asked for every
+// value that a provider sets.
+constexpr CimType modelTypeOf(int code) noexcept {
+    switch (code) {
+        case CMPI_boolean:
+            return CimType::boolean;
+        case CMPI_char16:
+            return CimType::char16;
+        case CMPI_uint8:
+            return CimType::uint8;
+        case CMPI_uint16:
+            return CimType::uint16;
+        case CMPI_uint32:
+            return CimType::uint32;
+        case CMPI_uint64:
+            return CimType::uint64;
+        case CMPI_sint8:
+            return CimType::sint8;
+        case CMPI_sint16:
+            return CimType::sint16;
+        case CMPI_sint32:
+            return CimType::sint32;
+        case CMPI_sint64:
+            return CimType::sint64;
+        case CMPI_real32:
+            return CimType::real32;
+        case CMPI_real64:
+            return CimType::real64;
+        case CMPI_string:
+        case CMPI_chars:
+            return CimType::string;
+        case CMPI_dateTime:
+            return CimType::dateTime;
+        case CMPI_ref:
+            return CimType::reference;
+        case CMPI_instance:
+            return CimType::instance;
+        default:
+            return CimType::none;
+    }
+}
+
 // The row of a type is found by its place.
 static_assert([] {
     for (std::size_t i = 0; i < typeRows.size(); ++i) {
         if (static_cast<std::size_t>(typeRows[i].model) != i) return false;
+        if (modelTypeOf(typeRows[i].code) != typeRows[i].model) return false;
     }
     return true;
 }());
@@ -180,12 +223,7 @@ CMPIType cmpiType(CimType type, bool isArray) noexcept {
 }
 
 CimType cimType(CMPIType type) noexcept {
-    const auto code = static_cast<CMPIType>(type & ~CMPI_ARRAY);
-    if (code == CMPI_chars) return CimType::string;
-    for (const TypeRow& row : typeRows) {
-        if (row.code == code) return row.model;
-    }
-    return CimType::none;
+    return modelTypeOf(type & ~CMPI_ARRAY);
 }
 
 CMPIData toCmpi(const Home& home, const Value& value) {
