@@ -61,9 +61,9 @@ const CMPIArrayFT ArrayObject::table = {
 };
 
 CMPIArray* makeArray(const Broker& broker, Value array) {
-    Value::Array* const elements = array.get<Value::Array>();
+    const Value::Array* const elements = array.get<Value::Array>();
     if (!elements) throw CimError(CimCode::typeMismatch, "an array object needs an array value");
-    return &make<ArrayObject>(Home{broker}, array.type(), std::move(*elements));
+    return &make<ArrayObject>(Home{broker}, array.type(), *elements);
 }
 
 }  // namespace cimhost

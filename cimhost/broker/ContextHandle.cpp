@@ -111,8 +111,8 @@ CMPICount getEntryCount(const CMPIContext* context, CMPIStatus* status) noexcept
 void setText(std::string& text, const CMPIValue* value, CMPIType type) {
     const Value given = valueOf(value, type);
     if (type != CMPI_string && type != CMPI_chars) throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};
-    const std::string* const content = given.get<std::string>();
-    text = content ? *content : std::string();
+    const Text* const content = given.get<Text>();
+    text = content ? content->str() : std::string();
 }
 
 ContextObject::Entry entryFrom(std::string_view name, const CMPIValue* value, CMPIType type) {

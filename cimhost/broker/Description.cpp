@@ -91,14 +91,16 @@ struct ValueText {
     std::string operator()(std::uint64_t value) const { return std::to_string(value); }
     std::string operator()(std::int64_t value) const { return std::to_string(value); }
     std::string operator()(double value) const { return realText(value); }
-    std::string operator()(const std::string& value) const { return quoted(value); }
+    std::string operator()(const Text& value) const { return quoted(value); }
     std::string operator()(const std::shared_ptr<const ObjectPath>& value) const {
         return quoted(describe(*value));
     }
     std::string operator()(const std::shared_ptr<const Instance>& value) const {
         return describe(*value);
     }
-    std::string operator()(const Value::Array& value) const { return describeElements(value); }
+    std::string operator()(const std::shared_ptr<const Value::Array>& value) const {
+        return describeElements(*value);
+    }
 };
 
 std::string describe(const Arguments& arguments) {
@@ -154,7 +156,7 @@ std::string describe(const ObjectPath& path) {
     result += path.className;
     char separator = '.';
     for (const KeyBinding& key : path.keys) {
-        result += separator + key.name + "=" + describe(key.value);
+        (result += separator).append(key.name).append("=") += describe(key.value);
         separator = ',';
     }
     return result;

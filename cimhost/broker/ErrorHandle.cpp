@@ -8,10 +8,10 @@ namespace cimhost {
 
 namespace {
 
-using Text = ErrorObject::Text;
+using ErrorText = ErrorObject::Text;
 using List = ErrorObject::List;
 
-constexpr std::size_t place(Text text) noexcept {
+constexpr std::size_t place(ErrorText text) noexcept {
     return static_cast<std::size_t>(text);
 }
 constexpr std::size_t place(List list) noexcept {
@@ -32,7 +32,7 @@ auto getNumber(const CMPIError* error, CMPIStatus* status) noexcept {
                               [](ErrorObject& object, CMPIrc&) { return object.*member; });
 }
 
-template <Text text>
+template <ErrorText text>
 CMPIString* getText(const CMPIError* error, CMPIStatus* status) noexcept {
     return enter<ErrorObject>(error, status, [](ErrorObject& object, CMPIrc&) -> CMPIString* {
         const auto& content = object.texts[place(text)];
@@ -40,7 +40,7 @@ CMPIString* getText(const CMPIError* error, CMPIStatus* status) noexcept {
     });
 }
 
-template <Text text>
+template <ErrorText text>
 CMPIStatus setText(const CMPIError* error, const char* content) noexcept {
     return enter<ErrorObject>(error, [&](ErrorObject& object, CMPIrc&) {
         auto& kept = object.texts[place(text)];
@@ -88,21 +88,21 @@ Value number(CimType type, int value) {
 }
 
 struct TextProperty {
-    Text text;
+    ErrorText text;
     std::string_view name;
 };
 
 constexpr auto textProperties = std::to_array<TextProperty>({
-    {Text::otherErrorType, "OtherErrorType"},
-    {Text::owningEntity, "OwningEntity"},
-    {Text::messageId, "MessageID"},
-    {Text::message, "Message"},
-    {Text::probableCauseDescription, "ProbableCauseDescription"},
-    {Text::errorSource, "ErrorSource"},
-    {Text::otherErrorSourceFormat, "OtherErrorSourceFormat"},
-    {Text::cimStatusCodeDescription, "CIMStatusCodeDescription"},
+    {ErrorText::otherErrorType, "OtherErrorType"},
+    {ErrorText::owningEntity, "OwningEntity"},
+    {ErrorText::messageId, "MessageID"},
+    {ErrorText::message, "Message"},
+    {ErrorText::probableCauseDescription, "ProbableCauseDescription"},
+    {ErrorText::errorSource, "ErrorSource"},
+    {ErrorText::otherErrorSourceFormat, "OtherErrorSourceFormat"},
+    {ErrorText::cimStatusCodeDescription, "CIMStatusCodeDescription"},
 });
-static_assert(textProperties.size() == place(Text::count));
+static_assert(textProperties.size() == place(ErrorText::count));
 
 }  // namespace
 
@@ -111,28 +111,28 @@ const CMPIErrorFT ErrorObject::table = {
     releaseObject<ErrorObject>,
     cloneObject<ErrorObject>,
     getNumber<&ErrorObject::errorType>,
-    getText<Text::otherErrorType>,
-    getText<Text::owningEntity>,
-    getText<Text::messageId>,
-    getText<Text::message>,
+    getText<ErrorText::otherErrorType>,
+    getText<ErrorText::owningEntity>,
+    getText<ErrorText::messageId>,
+    getText<ErrorText::message>,
     getNumber<&ErrorObject::severity>,
     getNumber<&ErrorObject::probableCause>,
-    getText<Text::probableCauseDescription>,
+    getText<ErrorText::probableCauseDescription>,
     getList<List::recommendedActions>,
-    getText<Text::errorSource>,
+    getText<ErrorText::errorSource>,
     getNumber<&ErrorObject::sourceFormat>,
-    getText<Text::otherErrorSourceFormat>,
+    getText<ErrorText::otherErrorSourceFormat>,
     getNumber<&ErrorObject::cimStatus>,
-    getText<Text::cimStatusCodeDescription>,
+    getText<ErrorText::cimStatusCodeDescription>,
     getList<List::messageArguments>,
     setErrorType,
-    setText<Text::otherErrorType>,
-    setText<Text::probableCauseDescription>,
+    setText<ErrorText::otherErrorType>,
+    setText<ErrorText::probableCauseDescription>,
     setList<List::recommendedActions>,
-    setText<Text::errorSource>,
+    setText<ErrorText::errorSource>,
     setErrorSourceFormat,
-    setText<Text::otherErrorSourceFormat>,
-    setText<Text::cimStatusCodeDescription>,
+    setText<ErrorText::otherErrorSourceFormat>,
+    setText<ErrorText::cimStatusCodeDescription>,
     setList<List::messageArguments>,
 };
 
@@ -162,9 +162,9 @@ ErrorObject& makeError(const Home& home, const CoreError& core) {
     const auto severity = inRange(core.severity, ErrorSevFatal, 1);
     const auto probableCause = inRange(core.probableCause, Unexpected_Information);
     ErrorObject& error = make<ErrorObject>(home);
-    error.texts[place(Text::owningEntity)] = owningEntity;
-    error.texts[place(Text::messageId)] = messageId;
-    error.texts[place(Text::message)] = message;
+    error.texts[place(ErrorText::owningEntity)] = owningEntity;
+    error.texts[place(ErrorText::messageId)] = messageId;
+    error.texts[place(ErrorText::message)] = message;
     error.severity = severity;
     error.probableCause = probableCause;
     error.cimStatus = core.cimStatus;

@@ -64,7 +64,7 @@ std::string watchedClass(const WqlCondition& condition) {
         !equalNames(property->parts.front(), "SourceInstance")) {
         return {};
     }
-    return *std::get<Value>(predicate.right).get<std::string>();
+    return std::get<Value>(predicate.right).get<Text>()->str();
 }
 
 /// One call of an indication MI about a filter.

@@ -10,16 +10,16 @@ namespace cimhost {
 
 namespace {
 
-using Text = std::string ObjectPath::*;
+using TextMember = std::string ObjectPath::*;
 
-template <Text member>
+template <TextMember member>
 CMPIStatus setText(const CMPIObjectPath* path, const char* text) noexcept {
     return enter<ObjectPathObject>(path, [&](ObjectPathObject& object, CMPIrc&) {
         object.model.write().*member = required(text);
     });
 }
 
-template <Text member>
+template <TextMember member>
 CMPIString* getText(const CMPIObjectPath* path, CMPIStatus* status) noexcept {
     return enter<ObjectPathObject>(
         path, status, [](ObjectPathObject& object, CMPIrc&) -> CMPIString* {

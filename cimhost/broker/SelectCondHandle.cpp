@@ -62,8 +62,8 @@ CMPIType typeOf(const WqlPredicate& predicate) noexcept {
 std::string textOf(const WqlOperand& operand) {
     if (const auto* const property = std::get_if<WqlProperty>(&operand)) return property->text();
     const Value& constant = std::get<Value>(operand);
-    const auto* const text = constant.get<std::string>();
-    return text ? *text : describe(constant);
+    const auto* const text = constant.get<Text>();
+    return text ? text->str() : describe(constant);
 }
 
 template <typename Elements>

@@ -44,11 +44,11 @@ std::optional<std::uint64_t> numberOf(const Instance& instance, std::string_view
     return number ? std::optional(*number) : std::nullopt;
 }
 
-const std::string& requiredText(const Instance& instance, std::string_view property) {
+std::string requiredText(const Instance& instance, std::string_view property) {
     const Value* const value = valueOf(instance, property);
-    const auto* const text = value ? value->get<std::string>() : nullptr;
+    const auto* const text = value ? value->get<Text>() : nullptr;
     if (!text) invalid("property " + std::string(property) + " has no value");
-    return *text;
+    return text->str();
 }
 
 /// What every client would give for this key, or nothing.
@@ -64,10 +64,10 @@ std::vector<std::string> namedSources(const Instance& filter) {
     const Value* const several = valueOf(filter, "SourceNamespaces");
     if (const auto* const elements = several ? several->get<Value::Array>() : nullptr) {
         for (const Value& element : *elements) {
-            if (const auto* const name = element.get<std::string>()) names.push_back(*name);
+            if (const auto* const name = element.get<Text>()) names.push_back(name->str());
         }
     } else if (const Value* const one = valueOf(filter, "SourceNamespace")) {
-        names.push_back(*one->get<std::string>());
+        names.push_back(one->get<Text>()->str());
     }
     if (names.empty()) names.push_back(filter.path.nameSpace);
     return names;
@@ -154,7 +154,7 @@ Instance completeInstance(const NameSpace& nameSpace, Instance instance) {
         instance.path.setKey(property->name, *valueOf(instance, property->name));
     }
     const Value* const creationClass = valueOf(instance, "CreationClassName");
-    if (creationClass && !equalNames(*creationClass->get<std::string>(), definition.name)) {
+    if (creationClass && !equalNames(*creationClass->get<Text>(), definition.name)) {
         invalid("CreationClassName is not " + definition.name + ", the class of the instance");
     }
     return instance;

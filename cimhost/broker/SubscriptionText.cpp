@@ -38,7 +38,7 @@ std::string formatValue(const Value& value) {
         }
         return result + "}";
     }
-    if (const auto* const text = value.get<std::string>()) return quoted(*text);
+    if (const auto* const text = value.get<Text>()) return quoted(*text);
     if (const auto* const path = value.get<std::shared_ptr<const ObjectPath>>()) {
         return quoted(describe(**path));
     }

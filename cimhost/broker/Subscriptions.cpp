@@ -33,8 +33,8 @@ void showDisabled(const NameSpace& nameSpace, const ObjectPath& path,
 
 std::string nameOf(const Instance& instance) {
     const PropertyValue* const name = instance.find("Name");
-    const auto* const text = name ? name->value.get<std::string>() : nullptr;
-    return text ? *text : std::string();
+    const auto* const text = name ? name->value.get<Text>() : nullptr;
+    return text ? text->str() : std::string();
 }
 
 std::string describeSubscription(const Instance& subscription) {

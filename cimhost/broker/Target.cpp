@@ -14,10 +14,10 @@ namespace {
     throw CimError(CimCode::invalidParameter, message);
 }
 
-const PropertyDefinition& requireKey(const Class& definition, const std::string& name) {
+const PropertyDefinition& requireKey(const Class& definition, std::string_view name) {
     const PropertyDefinition* const key = definition.findProperty(name);
     if (!key || !key->isKey) {
-        invalid("class " + definition.name + " has no key '" + name + "'");
+        invalid("class " + definition.name + " has no key '" + std::string(name) + "'");
     }
     return *key;
 }
@@ -49,10 +49,13 @@ Value withDeclaredReferences(const Repository& repository, const Target& target,
     if (const auto* const path = value.get<std::shared_ptr<const ObjectPath>>()) {
         return Value::reference(declaredReference(repository, target, **path));
     }
-    if (auto* const elements = value.get<Value::Array>()) {
-        for (Value& element : *elements) {
-            element = withDeclaredReferences(repository, target, std::move(element));
+    if (const auto* const elements = value.get<Value::Array>()) {
+        Value::Array declared;
+        declared.reserve(elements->size());
+        for (const Value& element : *elements) {
+            declared.push_back(withDeclaredReferences(repository, target, element));
         }
+        return Value::array(value.type(), std::move(declared));
     }
     return value;
 }

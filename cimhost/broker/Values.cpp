@@ -136,10 +136,10 @@ CMPIValue scalarToCmpi(const Home& home, const Value& value) {
             result.real64 = numberIn<CMPIReal64, double>(value);
             break;
         case CimType::string:
-            result.string = &makeText(home, *value.get<std::string>());
+            result.string = &makeText(home, *value.get<Text>());
             break;
         case CimType::dateTime:
-            result.dateTime = &makeDateTimeObject(home, *value.get<std::string>());
+            result.dateTime = &makeDateTimeObject(home, *value.get<Text>());
             break;
         case CimType::reference:
             result.ref =
@@ -154,7 +154,7 @@ CMPIValue scalarToCmpi(const Home& home, const Value& value) {
 }
 
 Value textValue(CimType type, std::string_view text) {
-    return Value(type, std::string(text));
+    return Value(type, Value::Data(std::in_place_type<Text>, text));
 }
 
 Value arrayValue(CimType type, const CMPIValue& value) {

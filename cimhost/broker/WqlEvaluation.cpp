@@ -81,7 +81,7 @@ Order compareNumbers(const Value& left, const Value& right) noexcept {
     return hasReal ? compareReals(left, right) : compareIntegers(left, right);
 }
 
-Order compareTimes(const std::string& left, const std::string& right) {
+Order compareTimes(std::string_view left, std::string_view right) {
     if (left == right) return Order::equivalent;
     const bool areTimes = isDateTime(left) && isDateTime(right);
     if (!areTimes || isInterval(left) != isInterval(right)) return Order::unordered;
@@ -92,8 +92,8 @@ Order compareTimes(const std::string& left, const std::string& right) {
 }
 
 Order compareTexts(const Value& left, const Value& right) {
-    const std::string& leftText = *left.get<std::string>();
-    const std::string& rightText = *right.get<std::string>();
+    const std::string_view leftText = *left.get<Text>();
+    const std::string_view rightText = *right.get<Text>();
     if (left.type() == CimType::dateTime || right.type() == CimType::dateTime) {
         return compareTimes(leftText, rightText);
     }
@@ -119,7 +119,7 @@ Order compare(const Value& left, const Value& right) {
     if (isNumber(left) && isNumber(right)) return compareNumbers(left, right);
     if (const auto text = characterText(left)) return compare(*text, right);
     if (const auto text = characterText(right)) return compare(left, *text);
-    if (left.get<std::string>() && right.get<std::string>()) return compareTexts(left, right);
+    if (left.get<Text>() && right.get<Text>()) return compareTexts(left, right);
     return Order::unordered;
 }
 
@@ -156,22 +156,22 @@ Truth judge(WqlOperator operation, Order order) noexcept {
 }
 
 Truth isOfClass(const Value& value, const Value& wanted, const NameSpace* nameSpace) {
-    const std::string* name = nullptr;
+    std::optional<std::string_view> name;
     if (const auto* const embedded = value.get<std::shared_ptr<const Instance>>()) {
-        name = &(*embedded)->className();
+        name = (*embedded)->className();
     } else if (const auto* const path = value.get<std::shared_ptr<const ObjectPath>>()) {
-        name = &(*path)->className;
-    } else {
-        name = value.get<std::string>();  // __CLASS, or the name of a class
+        name = (*path)->className;
+    } else if (const auto* const text = value.get<Text>()) {
+        name = *text;  // __CLASS, or the name of a class
     }
-    const std::string* const ancestor = wanted.get<std::string>();
+    const Text* const ancestor = wanted.get<Text>();
     if (!name || !ancestor) return Truth::unknown;
     return truthOf(equalNames(*name, *ancestor) || (nameSpace && nameSpace->isA(*name, *ancestor)));
 }
 
 Truth isLikeValue(const Value& value, const Value& pattern) {
-    const std::string* const text = value.get<std::string>();
-    const std::string* const wanted = pattern.get<std::string>();
+    const Text* const text = value.get<Text>();
+    const Text* const wanted = pattern.get<Text>();
     return text && wanted ? truthOf(isLike(*text, *wanted)) : Truth::unknown;
 }
 

@@ -190,7 +190,7 @@ std::optional<Value> readScalar(CimType type, std::string_view text) {
 }
 
 std::string_view scalarText(const Value& value, ScalarScratch& scratch) {
-    if (const auto* text = value.get<std::string>()) return *text;
+    if (const auto* text = value.get<Text>()) return *text;
     if (const auto* boolean = value.get<bool>()) return *boolean ? "true" : "false";
     if (const auto* number = value.get<std::int64_t>()) return integerText(*number, scratch);
     if (const auto* number = value.get<double>())

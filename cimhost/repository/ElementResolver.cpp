@@ -28,7 +28,7 @@ void checkOverride(const Qualifiers& qualifiers, std::string_view name, bool has
                    const std::string& element) {
     const Qualifier* const qualifier = findQualifier(qualifiers, "Override");
     if (!qualifier) return;
-    const std::string* const target = qualifier->value.get<std::string>();
+    const Text* const target = qualifier->value.get<Text>();
     if (target && !equalNames(*target, name)) {
         refuse(element, "overrides '" + *target + "', which has another name");
     }
@@ -44,8 +44,8 @@ struct Embedding {
 
 Embedding embeddingOf(const Qualifiers& qualifiers) {
     const Qualifier* const instance = findQualifier(qualifiers, "EmbeddedInstance");
-    if (const auto* className = instance ? instance->value.get<std::string>() : nullptr) {
-        return {CimType::instance, *className, false};
+    if (const auto* className = instance ? instance->value.get<Text>() : nullptr) {
+        return {CimType::instance, className->str(), false};
     }
     if (hasQualifier(qualifiers, "EmbeddedObject")) return {CimType::instance, {}, true};
     return {};

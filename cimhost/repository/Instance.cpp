@@ -44,7 +44,7 @@ bool sameKeyValue(const Value& left, const Value& right) {
 
 std::size_t keyValueHash(const Value& value) {
     if (const auto number = wholeNumber(value)) return std::hash<std::uint64_t>{}(number->bits);
-    if (const auto* text = value.get<std::string>()) return std::hash<std::string>{}(*text);
+    if (const auto* text = value.get<Text>()) return std::hash<std::string_view>{}(*text);
     if (const auto* real = value.get<double>()) return std::hash<double>{}(*real);
     if (const auto* path = value.get<std::shared_ptr<const ObjectPath>>())
         return modelPathHash(**path);
@@ -82,7 +82,7 @@ void ObjectPath::setKey(std::string_view name, Value value) {
         return equalNames(key.name, name);
     });
     if (found == keys.end()) {
-        keys.push_back({std::string(name), std::move(value)});
+        keys.push_back({Text(name), std::move(value)});
     } else {
         found->value = std::move(value);
     }
@@ -119,7 +119,7 @@ void Instance::set(std::string_view name, Value value) {
     if (PropertyValue* const property = find(name)) {
         property->value = std::move(value);
     } else {
-        properties.push_back({std::string(name), std::move(value), {}});
+        properties.push_back({Text(name), std::move(value), {}});
     }
 }
 

@@ -10,7 +10,7 @@
 namespace cimhost {
 
 struct KeyBinding {
-    std::string name;
+    Text name;
     Value value;
 };
 
@@ -35,9 +35,9 @@ bool sameModelPath(const ObjectPath& left, const ObjectPath& right);
 std::size_t modelPathHash(const ObjectPath& path);
 
 struct PropertyValue {
-    std::string name;
+    Text name;
     Value value;
-    std::string classOrigin;  ///< empty when not known
+    Text classOrigin;  ///< empty when not known
 };
 
 /// An instance as a provider or a client gives it: only the properties that were set. A plain

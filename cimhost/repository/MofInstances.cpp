@@ -104,7 +104,7 @@ Value MofInstances::_reference(const MofInstance& declared, const MofElement& el
 
 Value MofInstances::_embedded(const MofInstance& declared, const MofElement& element,
                               const PropertyDefinition& property, std::size_t depth) {
-    const auto* const text = element.literal.get<std::string>();
+    const auto* const text = element.literal.get<Text>();
     if (!text) failAt(element.position, "expected an embedded instance as a string of MOF");
     static const std::string name = "embedded instance";
     try {

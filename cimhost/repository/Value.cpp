@@ -92,7 +92,7 @@ Value Value::nullOf(CimType type, bool isArray) {
 }
 
 Value Value::array(CimType type, Array elements) {
-    return Value(type, Data(std::move(elements)));
+    return Value(type, std::move(elements));
 }
 
 Value Value::reference(ObjectPath path) {
@@ -114,6 +114,8 @@ bool operator==(const Value& left, const Value& right) {
                 return held == other || (held && other && equalPaths(*held, *other));
             } else if constexpr (std::is_same_v<Held, std::shared_ptr<const Instance>>) {
                 return held == other || (held && other && equalInstances(*held, *other));
+            } else if constexpr (std::is_same_v<Held, std::shared_ptr<const Value::Array>>) {
+                return held == other || *held == *other;
             } else {
                 return held == other;
             }

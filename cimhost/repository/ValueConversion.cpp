@@ -102,16 +102,18 @@ Value toReal(const Value& value, CimType type) {
 }
 
 Value toDateTime(const Value& value) {
-    const std::string* const text = value.get<std::string>();
+    const Text* const text = value.get<Text>();
     if (!text) refuse(value, CimType::dateTime);
-    if (!isDateTimeText(*text)) mismatch("'" + text->substr(0, 40) + "' is not a datetime");
+    if (!isDateTimeText(*text)) {
+        mismatch("'" + std::string(text->view().substr(0, 40)) + "' is not a datetime");
+    }
     return Value(CimType::dateTime, *text);
 }
 
 Value toReference(const Value& value) {
     if (value.type() == CimType::reference) return value;
     if (value.type() != CimType::string) refuse(value, CimType::reference);
-    return Value::reference(parseModelPath(*value.get<std::string>()));
+    return Value::reference(parseModelPath(*value.get<Text>()));
 }
 
 constexpr std::size_t dateTimeLength = 25;
@@ -171,7 +173,7 @@ Value convertScalar(const Value& value, CimType type) {
     if (type == CimType::dateTime) return toDateTime(value);
     if (type == CimType::reference) return toReference(value);
     if (type == CimType::string && value.type() == CimType::dateTime) {
-        return Value::string(*value.get<std::string>());
+        return Value::string(*value.get<Text>());
     }
     if (value.type() != type) refuse(value, type);
     return value;
@@ -195,7 +197,7 @@ Value convertValue(const Value& value, CimType type, bool isArray,
 
 std::size_t valueBytes(const Value& value) noexcept {
     std::size_t bytes = sizeof(Value);
-    if (const auto* text = value.get<std::string>()) bytes += text->size();
+    if (const auto* text = value.get<Text>()) bytes += text->size();
     if (const auto* elements = value.get<Value::Array>()) {
         for (const Value& element : *elements) bytes += valueBytes(element);
     }

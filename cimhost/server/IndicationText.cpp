@@ -21,9 +21,9 @@ constexpr auto timeNames = std::to_array<std::string_view>({"IndicationTime", "E
 constexpr auto headlineNames =
     std::to_array<std::string_view>({"Summary", "Message", "Description"});
 
-const std::string* textOf(const Instance& indication, std::string_view property) noexcept {
+const Text* textOf(const Instance& indication, std::string_view property) noexcept {
     const PropertyValue* const found = indication.find(property);
-    const auto* const text = found != nullptr ? found->value.get<std::string>() : nullptr;
+    const auto* const text = found != nullptr ? found->value.get<Text>() : nullptr;
     return text != nullptr && !text->empty() ? text : nullptr;
 }
 
@@ -37,7 +37,7 @@ std::string formatTime(std::time_t seconds) {
 
 std::string timeOf(const Instance& indication, std::chrono::system_clock::time_point arrival) {
     for (const std::string_view name : timeNames) {
-        const std::string* const text = textOf(indication, name);
+        const Text* const text = textOf(indication, name);
         const auto time = text != nullptr ? microsecondsOf(*text) : std::nullopt;
         if (time && !isInterval(*text))
             return formatTime(static_cast<std::time_t>(*time / 1'000'000));
@@ -50,14 +50,14 @@ std::string severityOf(const Instance& indication) {
     const auto* const number = found != nullptr ? found->value.get<std::uint64_t>() : nullptr;
     if (number == nullptr) return "-";
     if (*number == 1)
-        if (const std::string* const other = textOf(indication, "OtherSeverity")) return *other;
+        if (const Text* const other = textOf(indication, "OtherSeverity")) return other->str();
     if (*number < severities.size()) return std::string(severities[*number]);
     return "severity " + std::to_string(*number);
 }
 
-const std::string* headlineOf(const Instance& indication) noexcept {
+const Text* headlineOf(const Instance& indication) noexcept {
     for (const std::string_view name : headlineNames)
-        if (const std::string* const text = textOf(indication, name)) return text;
+        if (const Text* const text = textOf(indication, name)) return text;
     return nullptr;
 }
 
@@ -87,11 +87,11 @@ std::string describeIndication(const Instance& indication,
     appendLine(text, "",
                timeOf(indication, arrival) + "  " + indication.className() + "  " +
                    severityOf(indication));
-    if (const std::string* const headline = headlineOf(indication))
+    if (const Text* const headline = headlineOf(indication))
         appendLine(text, indent, *headline);
     for (const PropertyValue& property : indication.properties)
         if (!property.value.isNull())
-            appendLine(text, indent, property.name + " = " + describe(property.value));
+            appendLine(text, indent, property.name.str() + " = " + describe(property.value));
     return text;
 }
 

@@ -148,7 +148,7 @@ TEST_F(HostInstances, NamespacesAreBuiltInWhereTheClassIs) {
     operations().enumerateInstances(request(), classPath("CIM_Namespace", "interop"), {}, found);
     std::vector<std::string> names;
     for (const FoundInstance& each : found.all) {
-        names.push_back(*each.instance.find("Name")->value.get<std::string>());
+        names.push_back(each.instance.find("Name")->value.get<Text>()->str());
         EXPECT_EQ(each.instance.path.keys.size(), 6U);
         EXPECT_EQ(each.instance.find("ElementName"), nullptr) << "the class does not declare it";
     }
@@ -178,7 +178,7 @@ TEST_F(HostInstances, ThereIsOneObjectManagerWithTypedProperties) {
     ASSERT_EQ(found.all.size(), 1U);
     const Instance& manager = found.all[0].instance;
     EXPECT_EQ(manager.find("Name")->value, Value::string("cimhost"));
-    EXPECT_FALSE(manager.find("Version")->value.get<std::string>()->empty());
+    EXPECT_FALSE(manager.find("Version")->value.get<Text>()->empty());
     EXPECT_EQ(manager.find("OperationalStatus")->value,
               Value::array(CimType::uint16, {uint16Value(2)}));
     EXPECT_EQ(manager.find("Started"), nullptr) << "this schema means something else by it";

@@ -91,7 +91,7 @@ void FoundInstances::deliver(const Instance& instance, const Class* definition,
                              const PropertySelection& selection) {
     FoundInstance found{instance, definition, {}};
     for (const PropertyValue& property : instance.properties) {
-        if (selection.selects(property.name)) found.shown.push_back(property.name);
+        if (selection.selects(property.name)) found.shown.push_back(property.name.str());
     }
     all.push_back(std::move(found));
 }
@@ -119,7 +119,7 @@ ObjectPath named(const std::string& className, const std::string& name,
 std::string textOf(const ObjectPath& path) {
     std::string text = path.className;
     if (path.keys.empty()) return text;
-    const auto* const name = path.keys[0].value.get<std::string>();
+    const auto* const name = path.keys[0].value.get<Text>();
     return text + "." + (name ? *name : "?");
 }
 

@@ -54,13 +54,13 @@ TEST(SubscriptionText, IsReadAsItWasWritten) {
     EXPECT_EQ(read[0].line, 2U);
     EXPECT_EQ(filter.className(), "CIM_IndicationFilter");
     EXPECT_EQ(filter.path.nameSpace, "interop");
-    EXPECT_EQ(*filter.find("Name")->value.get<std::string>(), "a \"b\" \\ \n\x01 \xC3\xA9");
+    EXPECT_EQ(*filter.find("Name")->value.get<Text>(), "a \"b\" \\ \n\x01 \xC3\xA9");
     EXPECT_EQ(filter.find("SourceNamespaces")->value.get<Value::Array>()->size(), 2U);
     EXPECT_TRUE(filter.find("Empty")->value.get<Value::Array>()->empty());
     EXPECT_FALSE(*filter.find("Supported")->value.get<bool>());
     EXPECT_EQ(filter.find("Nothing"), nullptr);
     const Instance& subscription = read[1].instance;
-    EXPECT_EQ(*subscription.find("Filter")->value.get<std::string>(),
+    EXPECT_EQ(*subscription.find("Filter")->value.get<Text>(),
               "interop:CIM_IndicationFilter.Name=\"a \\\"b\\\"\"");
     EXPECT_EQ(*subscription.find("State")->value.get<std::uint64_t>(), 2U);
     EXPECT_EQ(*subscription.find("Low")->value.get<std::int64_t>(), -2);

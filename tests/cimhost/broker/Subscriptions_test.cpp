@@ -223,9 +223,9 @@ protected:
 
 TEST_F(SubscriptionsTest, FillInTheKeysThatAllClientsWouldGiveAlike) {
     const ObjectPath path = create(filterOf("SELECT * FROM TST_Alarm"));
-    EXPECT_EQ(*path.findKey("SystemCreationClassName")->get<std::string>(), "CIM_ComputerSystem");
-    EXPECT_FALSE(path.findKey("SystemName")->get<std::string>()->empty());
-    EXPECT_EQ(*path.findKey("CreationClassName")->get<std::string>(), "CIM_IndicationFilter");
+    EXPECT_EQ(*path.findKey("SystemCreationClassName")->get<Text>(), "CIM_ComputerSystem");
+    EXPECT_FALSE(path.findKey("SystemName")->get<Text>()->empty());
+    EXPECT_EQ(*path.findKey("CreationClassName")->get<Text>(), "CIM_IndicationFilter");
     const auto found = subscriptions->find(path);
     ASSERT_TRUE(found);
     EXPECT_TRUE(*found->find("IndividualSubscriptionSupported")->value.get<bool>());

@@ -58,8 +58,8 @@ TEST(WqlParser, ReadsEveryKindOfConstant) {
     EXPECT_EQ(*constant(1).get<std::int64_t>(), INT64_MIN);
     EXPECT_EQ(*constant(2).get<double>(), -1500.0);
     EXPECT_TRUE(*constant(3).get<bool>());
-    EXPECT_EQ(*constant(4).get<std::string>(), "it's '\\ \"");
-    EXPECT_EQ(*constant(5).get<std::string>(), "C:\\dir");
+    EXPECT_EQ(*constant(4).get<Text>(), "it's '\\ \"");
+    EXPECT_EQ(*constant(5).get<Text>(), "C:\\dir");
     EXPECT_EQ(*constant(6).get<std::uint64_t>(), 7U);
 }
 

@@ -137,7 +137,7 @@ TEST_F(ExportHandlerTest, TakesWhatWasSent) {
     EXPECT_THAT(reply.body, HasSubstr("<MESSAGE ID=\"42\""));
     ASSERT_EQ(taken.size(), 1U);
     EXPECT_EQ(taken[0].className(), "TST_Alarm");
-    EXPECT_EQ(*taken[0].find("Text")->value.get<std::string>(), "<&\">");
+    EXPECT_EQ(*taken[0].find("Text")->value.get<Text>(), "<&\">");
     EXPECT_EQ(*taken[0].find("Number")->value.get<std::uint64_t>(), 7U);
     EXPECT_EQ(*taken[0].find("SequenceNumber")->value.get<std::int64_t>(), 42);
 }

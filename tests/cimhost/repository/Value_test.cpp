@@ -64,7 +64,7 @@ TEST(Value, IsReadOnlyByTheAlternativeItHolds) {
     ASSERT_NE(value.get<std::uint64_t>(), nullptr);
     EXPECT_EQ(*value.get<std::uint64_t>(), 7U);
     EXPECT_EQ(value.get<std::int64_t>(), nullptr);
-    EXPECT_EQ(value.get<std::string>(), nullptr);
+    EXPECT_EQ(value.get<Text>(), nullptr);
 }
 
 TEST(Value, EqualityWantsTypeShapeAndContent) {

@@ -37,7 +37,7 @@ std::string const callingPrefix = "information: calling ENCA_CLI_Exec with arg "
 std::string const notRaised = "error: event 3 could not be raised: ";
 
 std::string textOf(cimhost::Value const& value) {
-    if (auto const* const text = value.get<std::string>()) return *text;
+    if (auto const* const text = value.get<cimhost::Text>()) return text->str();
     if (auto const* const number = value.get<std::uint64_t>()) return std::to_string(*number);
     std::string all;
     if (auto const* const elements = value.get<cimhost::Value::Array>())
@@ -50,7 +50,7 @@ Lines propertiesOf(cimhost::Instance const& indication) {
     Lines lines;
     for (auto const& [name, value, origin] : indication.properties)
         if (name != "IndicationIdentifier" && name != "IndicationTime" && name != "EventTime")
-            lines.push_back(name + " " + textOf(value));
+            lines.push_back(name.str() + " " + textOf(value));
     return lines;
 }
 

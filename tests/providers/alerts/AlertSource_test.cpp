@@ -32,8 +32,8 @@ struct AlertSourceTest : testing::Test {
 
     std::string text(char const* property) const {
         auto const* const found = raised ? raised->find(property) : nullptr;
-        auto const* const value = found ? found->value.get<std::string>() : nullptr;
-        return value ? *value : "absent";
+        auto const* const value = found ? found->value.get<cimhost::Text>() : nullptr;
+        return value ? value->str() : "absent";
     }
     std::uint64_t number(char const* property) const {
         auto const* const found = raised->find(property);

@@ -162,7 +162,7 @@ TEST_F(BaseServerProviderTest, WatchesTheServerWhileIndicationsAreEnabled) {
     std::atomic<bool> isFirst{true};
     host.onIndication = [&](cimhost::Instance const& indication) {
         if (isFirst.exchange(false))
-            first.set_value(*indication.find("Summary")->value.get<std::string>());
+            first.set_value(indication.find("Summary")->value.get<cimhost::Text>()->str());
     };
     provider.enableIndications(host.context());
     EXPECT_EQ(first.get_future().get(), "WBEM Providers started ");

@@ -34,7 +34,7 @@ struct ServerWatchTest : BaseServerFixture {
         SmBios::setSource(std::make_shared<SmbiosMemory>(std::vector<std::uint8_t>()));
         controller.openStatus = ENOENT;
         host.onIndication = [this](cimhost::Instance const& indication) {
-            raised.push_back(*indication.find("Summary")->value.get<std::string>());
+            raised.push_back(indication.find("Summary")->value.get<cimhost::Text>()->str());
         };
     }
     ~ServerWatchTest() override { SmBios::setSource(nullptr); }

@@ -36,8 +36,9 @@ struct FanProviderTest : testing::Test {
         SmBios::setSource(std::make_shared<SmbiosMemory>(std::vector<std::uint8_t>()));
         controller.openStatus = ENOENT;
         host.onIndication = [this](cimhost::Instance const& indication) {
-            raised.push_back(*indication.find("Summary")->value.get<std::string>() + " at " +
-                             *indication.find("HWPhysicalLocation")->value.get<std::string>());
+            raised.push_back(indication.find("Summary")->value.get<cimhost::Text>()->str() +
+                             " at " +
+                             *indication.find("HWPhysicalLocation")->value.get<cimhost::Text>());
         };
         host.onInvokeMethod = [this](auto const&, auto const&, CmpiCpp::CmpiArgs const& in) {
             posted.push_back(in.getArg("ClassName").str() + " " + in.getArg("Status").str());
