@@ -12,6 +12,11 @@ namespace cimhost {
 
 namespace {
 
+// What room a new instance gets: providers mostly make many of one class in a row, so it is as many
+// properties as the thread's last complete one had. Growing one by one would move each repeatedly.
+constinit thread_local std::size_t expectedProperties = 16;
+constexpr std::size_t mostExpected = 64;
+
 template <typename Named>
 Named* findNamed(std::vector<Named>& all, std::string_view name) noexcept {
     for (Named& each : all) {
@@ -118,6 +123,7 @@ const CMPIInstanceFT InstanceObject::table = {
 
 const Instance& InstanceObject::complete() {
     const Instance& instance = read();
+    expectedProperties = std::min(instance.properties.size(), mostExpected);
     if (!instance.path.keys.empty() || instance.properties.empty()) return instance;
     const NameSpace* const nameSpace = broker->repository().find(instance.path.nameSpace);
     const Class* const definition =
@@ -140,7 +146,7 @@ void InstanceObject::set(std::string_view name, Value value, std::string_view cl
     if (_isFiltered(name)) return;
     PropertyValue* property = findNamed(instance.properties, name);
     if (!property) {
-        std::string ownName(name);
+        Text ownName(name);
         property = &instance.properties.emplace_back();
         property->name = std::move(ownName);
     }
@@ -162,10 +168,9 @@ void InstanceObject::setFilter(std::optional<std::vector<std::string>> names) {
                   [this](const PropertyValue& property) { return _isFiltered(property.name); });
 }
 
-bool InstanceObject::_isFiltered(std::string_view name) const noexcept {
-    if (!_filter) return false;
-    return std::none_of(_filter->begin(), _filter->end(),
-                        [name](const std::string& listed) { return equalNames(listed, name); });
+bool InstanceObject::_isListed(std::string_view name) const noexcept {
+    return std::any_of(_filter->begin(), _filter->end(),
+                       [name](const std::string& listed) { return equalNames(listed, name); });
 }
 
 void InstanceObject::_setKeyProperties(Instance& instance) {
@@ -176,9 +181,7 @@ void InstanceObject::_setKeyProperties(Instance& instance) {
 
 Instance instanceFor(const ObjectPath& path) {
     Instance instance{path, {}};
-    // A table row has about this many properties; growing one by one would move each repeatedly.
-    constexpr std::size_t usualCount = 16;
-    instance.properties.reserve(std::max(usualCount, path.keys.size()));
+    instance.properties.reserve(std::max(expectedProperties, path.keys.size()));
     for (const KeyBinding& key : path.keys) {
         instance.properties.push_back({key.name, key.value, {}});
     }

@@ -33,7 +33,8 @@ struct InstanceObject : ObjectBase<CMPIInstance, ObjectKind::instance> {
     void setFilter(std::optional<std::vector<std::string>> names);
 
 private:
-    bool _isFiltered(std::string_view name) const noexcept;
+    bool _isFiltered(std::string_view name) const noexcept { return _filter && !_isListed(name); }
+    bool _isListed(std::string_view name) const noexcept;
     void _setKeyProperties(Instance& instance);
 
     CopyOnWrite<Instance> _model;

@@ -21,7 +21,11 @@ struct PropertySelection {
     /// Set for DeepInheritance=false: only properties that this class knows.
     const Class* limit = nullptr;
 
-    bool selects(std::string_view property) const noexcept;
+    // In line: most askers want all.
+    bool selects(std::string_view property) const noexcept {
+        return (!names && !limit) || lists(property);
+    }
+    bool lists(std::string_view property) const noexcept;  ///< the same, where some are left out
 };
 
 struct InstanceOptions {

@@ -5,7 +5,7 @@
 
 namespace cimhost {
 
-bool PropertySelection::selects(std::string_view property) const noexcept {
+bool PropertySelection::lists(std::string_view property) const noexcept {
     if (limit && !limit->findProperty(property)) return false;
     if (!names) return true;
     return std::any_of(names->begin(), names->end(),

@@ -44,13 +44,20 @@ void WalkSink::complete(ObjectPath& path) const {
     if (path.className.empty()) path.className = _asked.definition.name;
 }
 
-const Class* WalkSink::classOf(const ObjectPath& path, bool& isAccepted) const {
+// Nearly all results of a walk are of the same class as the one before.
+const WalkSink::Verdict& WalkSink::judge(const ObjectPath& path) {
+    if (!_last || _last->className != path.className || _last->nameSpace != path.nameSpace) {
+        _last = _judgeAnew(path);
+    }
+    return *_last;
+}
+
+WalkSink::Verdict WalkSink::_judgeAnew(const ObjectPath& path) const {
     const NameSpace* const nameSpace = equalNames(path.nameSpace, _asked.nameSpace.name())
                                            ? &_asked.nameSpace
                                            : _repository.find(path.nameSpace);
     const Class* const definition = nameSpace ? nameSpace->findClass(path.className) : nullptr;
-    isAccepted = _filter.accepts(nameSpace, definition);
-    return definition;
+    return {path.nameSpace, path.className, definition, _filter.accepts(nameSpace, definition)};
 }
 
 void InstanceWalk::instance(const Instance& instance) {
@@ -59,9 +66,8 @@ void InstanceWalk::instance(const Instance& instance) {
         complete(completed.path);
         return this->instance(completed);
     }
-    bool isAccepted = false;
-    const Class* const definition = classOf(instance.path, isAccepted);
-    if (isAccepted) _sink.deliver(instance, definition, _selection);
+    const Verdict& verdict = judge(instance.path);
+    if (verdict.isAccepted) _sink.deliver(instance, verdict.definition, _selection);
 }
 
 void PathWalk::path(const ObjectPath& path) {
@@ -70,9 +76,7 @@ void PathWalk::path(const ObjectPath& path) {
         complete(completed);
         return this->path(completed);
     }
-    bool isAccepted = false;
-    classOf(path, isAccepted);
-    if (isAccepted) _sink.deliver(path);
+    if (judge(path).isAccepted) _sink.deliver(path);
 }
 
 void SingleInstance::instance(const Instance& instance) {

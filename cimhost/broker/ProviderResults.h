@@ -77,13 +77,23 @@ protected:
     bool isComplete(const ObjectPath& path) const noexcept;
     void complete(ObjectPath& path) const;
 
-    /// The class, when the filter accepts the result; `isAccepted` says whether.
-    const Class* classOf(const ObjectPath& path, bool& isAccepted) const;
+    /// The class, null where the repository does not know it, and whether the filter accepts it.
+    struct Verdict {
+        std::string nameSpace;
+        std::string className;
+        const Class* definition = nullptr;
+        bool isAccepted = false;
+    };
+    /// Good until the next is asked for.
+    const Verdict& judge(const ObjectPath& path);
 
 private:
+    Verdict _judgeAnew(const ObjectPath& path) const;
+
     const Repository& _repository;
     const Target& _asked;
     const ResultFilter& _filter;
+    std::optional<Verdict> _last;
 };
 
 class InstanceWalk final : public WalkSink {
