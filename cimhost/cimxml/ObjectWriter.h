@@ -43,7 +43,7 @@ private:
     void _key(const KeyBinding& key, const ObjectPath& owner);
     void _reference(const ObjectPath& path);
     void _property(const PropertyValue& property, const Class* owner, bool includeClassOrigin);
-    void _scalarProperty(const PropertyValue& property);
+    void _richProperty(const PropertyValue& property, const Class* owner, bool includeClassOrigin);
     void _propertyAttributes(const PropertyValue& property, CimType type,
                              const PropertyDefinition* definition, bool includeClassOrigin);
     void _array(const Value::Array& elements, CimType type);

@@ -30,12 +30,13 @@ constexpr auto plain = [] {
 /// into looking at one byte after the other.
 bool arePlain(std::uint64_t first, std::uint64_t last) noexcept {
     using Bytes [[gnu::vector_size(16)]] = signed char;
-    const auto bytes = std::bit_cast<Bytes>(std::array{first, last});
+    using Words [[gnu::vector_size(16)]] = std::uint64_t;
+    const auto bytes = std::bit_cast<Bytes>(Words{first, last});
     // As signed numbers, the bytes of characters beyond ASCII are less than a blank too. '&' and
     // '\'' differ in their last bit only, '<' and '>' in the one before.
     const auto others =
         (bytes < ' ') | ((bytes & ~1) == '&') | ((bytes & ~2) == '<') | (bytes == '"');
-    const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(others);
+    const auto halves = std::bit_cast<Words>(others);
     return (halves[0] | halves[1]) == 0;
 }
 static_assert((('\'' & ~1) == '&') && (('>' & ~2) == '<'));
@@ -47,7 +48,8 @@ std::uint64_t wordAt(const char* text) noexcept {
 }
 
 /// Copies the bytes at the front that stand for themselves; their number. There is room for all.
-std::size_t copyPlain(std::string_view text, char* to) noexcept {
+/// In line, since most texts are short and all plain.
+[[gnu::always_inline]] inline std::size_t copyPlain(std::string_view text, char* to) noexcept {
     const char* const from = text.data();
     std::size_t length = 0;
     for (; text.size() - length >= 16; length += 16) {
@@ -111,13 +113,20 @@ void XmlBuffer::_grow(std::size_t more) {
 }
 
 void XmlBuffer::text(std::string_view text) {
-    while (true) {
+    if (_capacity - _size < text.size()) _grow(text.size());
+    const std::size_t length = copyPlain(text, _data.get() + _size);
+    _size += length;
+    if (length != text.size()) _appendMixed(text.substr(length));
+}
+
+/// Appends what begins with a character that is not plain.
+void XmlBuffer::_appendMixed(std::string_view text) {
+    while (!text.empty()) {
+        text.remove_prefix(_appendOther(text));
         if (_capacity - _size < text.size()) _grow(text.size());
         const std::size_t length = copyPlain(text, _data.get() + _size);
         _size += length;
         text.remove_prefix(length);
-        if (text.empty()) return;
-        text.remove_prefix(_appendOther(text));
     }
 }
 

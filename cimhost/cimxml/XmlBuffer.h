@@ -38,6 +38,7 @@ public:
 
 private:
     void _grow(std::size_t more);
+    void _appendMixed(std::string_view text);
     std::size_t _appendOther(std::string_view text);
 
     std::unique_ptr<char[]> _data = std::make_unique_for_overwrite<char[]>(firstCapacity);
