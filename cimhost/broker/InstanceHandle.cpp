@@ -144,11 +144,10 @@ void InstanceObject::set(std::string_view name, Value value, std::string_view cl
     KeyBinding* const key = findNamed(instance.path.keys, name);
     if (key && !value.isNull()) key->value = value;
     if (_isFiltered(name)) return;
-    PropertyValue* property = findNamed(instance.properties, name);
+    PropertyValue* const property = findNamed(instance.properties, name);
     if (!property) {
-        Text ownName(name);
-        property = &instance.properties.emplace_back();
-        property->name = std::move(ownName);
+        instance.properties.emplace_back(name, std::move(value), classOrigin);
+        return;
     }
     property->value = std::move(value);
     if (!classOrigin.empty()) property->classOrigin = classOrigin;
@@ -183,7 +182,7 @@ Instance instanceFor(const ObjectPath& path) {
     Instance instance{path, {}};
     instance.properties.reserve(std::max(expectedProperties, path.keys.size()));
     for (const KeyBinding& key : path.keys) {
-        instance.properties.push_back({key.name, key.value, {}});
+        instance.properties.emplace_back(key.name, Value(key.value), std::string_view{});
     }
     return instance;
 }

@@ -178,41 +178,40 @@ Value objectValue(CimType type, const CMPIValue& value) {
     }
 }
 
-Value scalarValue(CimType type, const CMPIValue& value) {
+Value scalarValue(CMPIType type, const CMPIValue& value) {
     switch (type) {
-        case CimType::none:
-            break;
-        case CimType::boolean:
+        case CMPI_boolean:
             return Value::boolean(value.boolean != 0);
-        case CimType::char16:
-            return Value::unsignedInteger(type, value.char16);
-        case CimType::uint8:
-            return Value::unsignedInteger(type, value.uint8);
-        case CimType::uint16:
-            return Value::unsignedInteger(type, value.uint16);
-        case CimType::uint32:
-            return Value::unsignedInteger(type, value.uint32);
-        case CimType::uint64:
-            return Value::unsignedInteger(type, value.uint64);
-        case CimType::sint8:
-            return Value::signedInteger(type, value.sint8);
-        case CimType::sint16:
-            return Value::signedInteger(type, value.sint16);
-        case CimType::sint32:
-            return Value::signedInteger(type, value.sint32);
-        case CimType::sint64:
-            return Value::signedInteger(type, value.sint64);
-        case CimType::real32:
-            return Value(type, static_cast<double>(value.real32));
-        case CimType::real64:
-            return Value(type, value.real64);
-        case CimType::string:
-        case CimType::dateTime:
-        case CimType::reference:
-        case CimType::instance:
-            return objectValue(type, value);
+        case CMPI_char16:
+            return Value::unsignedInteger(CimType::char16, value.char16);
+        case CMPI_uint8:
+            return Value::unsignedInteger(CimType::uint8, value.uint8);
+        case CMPI_uint16:
+            return Value::unsignedInteger(CimType::uint16, value.uint16);
+        case CMPI_uint32:
+            return Value::unsignedInteger(CimType::uint32, value.uint32);
+        case CMPI_uint64:
+            return Value::unsignedInteger(CimType::uint64, value.uint64);
+        case CMPI_sint8:
+            return Value::signedInteger(CimType::sint8, value.sint8);
+        case CMPI_sint16:
+            return Value::signedInteger(CimType::sint16, value.sint16);
+        case CMPI_sint32:
+            return Value::signedInteger(CimType::sint32, value.sint32);
+        case CMPI_sint64:
+            return Value::signedInteger(CimType::sint64, value.sint64);
+        case CMPI_real32:
+            return Value(CimType::real32, static_cast<double>(value.real32));
+        case CMPI_real64:
+            return Value(CimType::real64, value.real64);
+        case CMPI_string:
+        case CMPI_dateTime:
+        case CMPI_ref:
+        case CMPI_instance:
+            return objectValue(modelTypeOf(type), value);
+        default:
+            throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
     }
-    throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
 }
 
 }  // namespace
@@ -243,11 +242,14 @@ CMPIData toCmpi(const Broker& broker, const Value& value) {
 }
 
 Value valueOf(const CMPIValue* value, CMPIType type) {
+    // Not a CMPIValue at all, so it is not looked at as one.
+    if (value && type == CMPI_chars) {
+        return textValue(CimType::string, reinterpret_cast<const char*>(value));
+    }
+    if (value && !isArrayCode(type)) return scalarValue(type, *value);
     const CimType model = cimType(type);
     if (model == CimType::none) throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
-    if (!value) return Value::nullOf(model, isArrayCode(type));
-    if (type == CMPI_chars) return textValue(model, reinterpret_cast<const char*>(value));
-    return isArrayCode(type) ? arrayValue(model, *value) : scalarValue(model, *value);
+    return value ? arrayValue(model, *value) : Value::nullOf(model, isArrayCode(type));
 }
 
 Value fromCmpi(const CMPIValue* value, CMPIType type) {

@@ -119,7 +119,7 @@ void Instance::set(std::string_view name, Value value) {
     if (PropertyValue* const property = find(name)) {
         property->value = std::move(value);
     } else {
-        properties.push_back({Text(name), std::move(value), {}});
+        properties.emplace_back(name, std::move(value), std::string_view{});
     }
 }
 

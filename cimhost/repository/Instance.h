@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "cimhost/repository/Value.h"
@@ -35,6 +36,11 @@ bool sameModelPath(const ObjectPath& left, const ObjectPath& right);
 std::size_t modelPathHash(const ObjectPath& path);
 
 struct PropertyValue {
+    PropertyValue() = default;
+    // A constructor rather than an aggregate, so that lists make their elements in place.
+    PropertyValue(std::string_view itsName, Value&& itsValue, std::string_view itsOrigin)
+        : name(itsName), value(std::move(itsValue)), classOrigin(itsOrigin) {}
+
     Text name;
     Value value;
     Text classOrigin;  ///< empty when not known

@@ -35,7 +35,7 @@ protected:
             flags = called.request().flags;
             Instance instance;
             instance.path = called.path;
-            instance.properties = {{"Name", called.path.keys[0].value, {}},
+            instance.properties = {{"Name", Value(called.path.keys[0].value), {}},
                                    {"Speed", uint16Value(7), {}}};
             provider.deliver(called.result, instance);
             return provider.succeed();

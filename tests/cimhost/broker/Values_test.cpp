@@ -84,6 +84,13 @@ TEST_F(Values, TakeCharsForStrings) {
     EXPECT_EQ(fromCmpi(nullptr, CMPI_chars), Value::null(CimType::string));
 }
 
+TEST_F(Values, TakeCharsFromAnyAddress) {
+    const char text[] = "a text";
+    for (std::size_t i = 0; i < sizeof text; ++i) {
+        EXPECT_EQ(fromCmpi(charsValue(text + i), CMPI_chars), Value::string(text + i));
+    }
+}
+
 TEST_F(Values, OfTypesThatCimHasNotAreRefused) {
     CMPIValue value{};
     for (const int type : {CMPI_null, CMPI_args, CMPI_class, CMPI_filter, CMPI_enumeration,
