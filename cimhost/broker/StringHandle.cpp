@@ -46,7 +46,7 @@ StringObject::StringObject(std::string_view content, std::size_t room) : length(
 }
 
 StringObject::~StringObject() {
-    if (!_isBehind()) delete[] text;
+    if (roomFor(view()) == 0) delete[] text;
 }
 
 StringObject& makeText(const Home& home, std::string_view content) {

@@ -11,7 +11,8 @@ namespace cimhost {
 struct StringObject : ObjectBase<CMPIString, ObjectKind::string> {
     static const CMPIStringFT table;
 
-    /// For makeString and its like only: `room` bytes follow the object.
+    /// For makeString and its like only: `room` bytes follow the object, as many as the content
+    /// needs or, for a long one, none.
     StringObject(std::string_view content, std::size_t room);
     ~StringObject();
     StringObject(const StringObject&) = delete;
@@ -20,9 +21,6 @@ struct StringObject : ObjectBase<CMPIString, ObjectKind::string> {
 
     const char* text;  ///< right behind, or in memory of its own where there is no room
     std::size_t length;
-
-private:
-    bool _isBehind() const noexcept { return text == reinterpret_cast<const char*>(this + 1); }
 };
 
 StringObject& makeText(const Home& home, std::string_view content);
