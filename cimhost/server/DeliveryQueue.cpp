@@ -48,23 +48,23 @@ void DeliveryQueue::put(const OutgoingIndication& indication) {
     const std::int64_t number = _nextNumber++;
     {
         const std::lock_guard lock(_mutex);
-        if (_isEnding) return _drop("the server is shutting down");
-        if (!_hasRoom(1)) return _drop("too many indications wait");
+        if (_isEnding) return _refuse("the server is shutting down");
+        if (!_hasRoom(1)) return _refuse("too many indications wait");
     }
     XmlBuffer message;
     try {
         writeExportMessage(message, indication, {_context, number, _authority});
     } catch (...) {
         const std::lock_guard lock(_mutex);
-        _drop("an indication cannot be written");
+        _refuse("an indication cannot be written");
         throw;
     }
     const std::lock_guard lock(_mutex);
-    if (!_hasRoom(message.size())) return _drop("too many indications wait");
+    if (!_hasRoom(message.size())) return _refuse("too many indications wait");
     try {
         _push(std::string(message.view()));
     } catch (...) {
-        _drop("an indication cannot be kept");
+        _refuse("an indication cannot be kept");
         throw;
     }
 }
@@ -77,7 +77,14 @@ void DeliveryQueue::_push(std::string message) {
     const std::size_t size = message.size();
     _items.push_back({std::move(message), Clock::now()});
     _bytes += size;
+    ++_counts.raised;
     _changed.notify_all();
+}
+
+/// Counted with what becomes of it, so that the counts add up at any moment.
+void DeliveryQueue::_refuse(std::string_view reason) {
+    ++_counts.raised;
+    _drop(reason);
 }
 
 void DeliveryQueue::_drop(std::string_view reason) {
@@ -99,7 +106,6 @@ DeliveryCounts DeliveryQueue::counts() const {
     const std::lock_guard lock(_mutex);
     DeliveryCounts counts = _counts;
     counts.waiting = _items.size();
-    counts.raised = counts.sent + counts.dropped + counts.waiting;
     return counts;
 }
 

@@ -56,6 +56,7 @@ private:
     };
 
     bool _hasRoom(std::size_t bytes) const noexcept;
+    void _refuse(std::string_view reason);
     void _drop(std::string_view reason);
     void _push(std::string message);
     void _work() noexcept;
@@ -81,7 +82,7 @@ private:
     std::condition_variable _changed;
     std::deque<Item> _items;
     std::size_t _bytes = 0;
-    DeliveryCounts _counts;  ///< without those that follow from the others: raised, waiting
+    DeliveryCounts _counts;  ///< but for `waiting`
     std::optional<Clock::time_point> _failingSince;
     Clock::time_point _nextLog{};
     bool _isEnding = false;
