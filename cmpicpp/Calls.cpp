@@ -24,9 +24,9 @@ void throwAbsent(unsigned int index) {
 }
 
 const char* textOrEmpty(const CMPIString* string) noexcept {
-    if (string == nullptr) return "";
+    if (!string) return "";
     const char* const text = string->ft->getCharPtr(string, nullptr);
-    return text == nullptr ? "" : text;
+    return !text ? "" : text;
 }
 
 }  // namespace CmpiCpp

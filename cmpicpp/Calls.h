@@ -28,22 +28,24 @@ Result ask(Result (*slot)(Parameters...), Arguments... arguments) {
 /// The object that the broker made. Success without an object is CMPI_RC_ERR_FAILED.
 template <typename T>
 T* made(T* object, const char* what) {
-    if (object == nullptr) [[unlikely]]
+    if (!object) [[unlikely]] {
         throwNothingMade(what);
+    }
     return object;
 }
 
 /// The broker; none is CMPI_RC_ERR_INVALID_HANDLE.
 inline const CMPIBroker* required(const CMPIBroker* broker) {
-    if (broker == nullptr) [[unlikely]]
+    if (!broker) [[unlikely]] {
         throwNoBroker();
+    }
     return broker;
 }
 
 /// The characters of a string of the broker, borrowed from it and ended by a zero; "" for nullptr.
 inline const char* charsOf(const CMPIString* string) {
-    const char* const text = string == nullptr ? nullptr : ask(string->ft->getCharPtr, string);
-    return text == nullptr ? "" : text;
+    const char* const text = !string ? nullptr : ask(string->ft->getCharPtr, string);
+    return !text ? "" : text;
 }
 
 /// The same with their number.
@@ -56,15 +58,16 @@ const char* textOrEmpty(const CMPIString* string) noexcept;
 
 /// Text that came through the C interface as an argument; empty for nullptr.
 inline std::string toString(const char* text) {
-    return text == nullptr ? std::string() : std::string(text);
+    return !text ? std::string() : std::string(text);
 }
 
 /// An item that was read by name or index. Brokers before 2.1 may mark a missing one by its state
 /// and return CMPI_RC_OK.
 template <typename Key>
 const CMPIData& present(const CMPIData& data, Key key) {
-    if ((data.state & CMPI_notFound) != 0) [[unlikely]]
+    if ((data.state & CMPI_notFound) != 0) [[unlikely]] {
         throwAbsent(key);
+    }
     return data;
 }
 

@@ -6,12 +6,12 @@ namespace CmpiCpp {
 
 unsigned int CmpiArgs::getArgCount() const {
     const CMPIArgs* const args = _handle.get();
-    return args == nullptr ? 0 : ask(args->ft->getArgCount, args);
+    return !args ? 0 : ask(args->ft->getArgCount, args);
 }
 
 std::pair<CmpiName, CmpiData> CmpiArgs::getArgAt(unsigned int index) const {
     const CMPIArgs* const args = _handle.get();
-    if (args == nullptr) throwAbsent(index);
+    if (!args) throwAbsent(index);
     CMPIString* name = nullptr;
     const CMPIData data = ask(args->ft->getArgAt, args, index, &name);
     return {CmpiName(textOf(name)), CmpiData(broker(), present(data, index))};
@@ -19,7 +19,7 @@ std::pair<CmpiName, CmpiData> CmpiArgs::getArgAt(unsigned int index) const {
 
 CmpiData CmpiArgs::getArg(const char* name) const {
     const CMPIArgs* const args = _handle.get();
-    if (args == nullptr) throwAbsent(name);
+    if (!args) throwAbsent(name);
     return {broker(), present(ask(args->ft->getArg, args, name), name)};
 }
 

@@ -7,7 +7,7 @@ namespace CmpiCpp {
 
 unsigned int CmpiArray::getSize() const {
     const CMPIArray* const array = _handle.get();
-    return array == nullptr ? 0 : ask(array->ft->getSize, array);
+    return !array ? 0 : ask(array->ft->getSize, array);
 }
 
 CMPIType CmpiArray::getType() const {
@@ -17,7 +17,7 @@ CMPIType CmpiArray::getType() const {
 
 CmpiData CmpiArray::getElementAt(unsigned int index) const {
     const CMPIArray* const array = _handle.get();
-    if (array == nullptr) throwAbsent(index);
+    if (!array) throwAbsent(index);
     return {broker(), present(ask(array->ft->getElementAt, array, index), index)};
 }
 

@@ -10,7 +10,7 @@ namespace {
 // Contexts of clean-up and indication calls may lack any entry, or be missing altogether.
 CMPIData entry(const CMPIContext* context, const char* name) noexcept {
     CMPIData data{CMPI_null, CMPI_nullValue, {}};
-    if (context == nullptr) return data;
+    if (!context) return data;
     CMPIStatus status{CMPI_RC_OK, nullptr};
     data = context->ft->getEntry(context, name, &status);
     if (status.rc != CMPI_RC_OK) data = {CMPI_null, CMPI_nullValue, {}};

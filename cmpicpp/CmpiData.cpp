@@ -105,11 +105,13 @@ double CmpiData::asReal64() const {
 
 std::string CmpiData::asString() const {
     const DataKind kind = kindOf(_data);
-    if (kind == DataKind::text || kind == DataKind::dateTime)
+    if (kind == DataKind::text || kind == DataKind::dateTime) {
         return std::string(charactersOf(_data));
+    }
     std::string text;
-    if (kind != DataKind::char16 || !appendUtf8(text, _data.value.char16))
+    if (kind != DataKind::char16 || !appendUtf8(text, _data.value.char16)) {
         throwMismatch(_data, CMPI_string);
+    }
     return text;
 }
 
@@ -124,8 +126,9 @@ CmpiInstance CmpiData::asInstance() const {
 }
 
 CmpiArray CmpiData::asArray() const {
-    if (kindOf(_data) != DataKind::array)
+    if (kindOf(_data) != DataKind::array) {
         throw CmpiStatus(CMPI_RC_ERR_TYPE_MISMATCH, "Expected an array, got " + describe(_data));
+    }
     return CmpiArray(CmpiHandle<CMPIArray>::borrowed(_broker, _data.value.array));
 }
 

@@ -43,7 +43,7 @@ std::chrono::microseconds CmpiDateTime::microseconds() const {
 
 std::string CmpiDateTime::str() const {
     const CMPIDateTime* const dateTime = _handle.get();
-    if (dateTime == nullptr) return {};
+    if (!dateTime) return {};
     return std::string(textOf(ask(dateTime->ft->getStringFormat, dateTime)));
 }
 
@@ -54,9 +54,10 @@ CmpiDateTime makeCmpiDateTime(const CmpiBroker& broker) {
 
 CmpiDateTime makeCmpiDateTime(const CmpiBroker& broker, std::chrono::microseconds value,
                               bool interval) {
-    if (value.count() < 0)
+    if (value.count() < 0) {
         throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER,
                          "A datetime of " + std::to_string(value.count()) + " microseconds");
+    }
     const CMPIBroker* const asked = required(broker.toCMPI());
     return wrap(
         asked, ask(asked->eft->newDateTimeFromBinary, asked, static_cast<CMPIUint64>(value.count()),
@@ -64,8 +65,9 @@ CmpiDateTime makeCmpiDateTime(const CmpiBroker& broker, std::chrono::microsecond
 }
 
 CmpiDateTime makeCmpiDateTime(const CmpiBroker& broker, const std::string& text) {
-    if (!looksLikeDateTime(text))
+    if (!looksLikeDateTime(text)) {
         throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "No datetime: " + text);
+    }
     const CMPIBroker* const asked = required(broker.toCMPI());
     return wrap(asked, ask(asked->eft->newDateTimeFromChars, asked, text.c_str()));
 }

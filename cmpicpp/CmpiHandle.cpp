@@ -19,7 +19,7 @@ void releaseClone(void* object) {
 
 template <typename T>
 CmpiHandle<T> CmpiHandle<T>::clone() const {
-    if (_object == nullptr) return {};
+    if (!_object) return {};
     // The control block comes first, so that nothing can fail once there is a clone to release.
     auto owner = std::make_unique<CmpiOwner>();
     T* const object = made(ask(_object->ft->clone, _object), "clone");
@@ -31,7 +31,7 @@ CmpiHandle<T> CmpiHandle<T>::clone() const {
 }
 
 template <typename T>
-void CmpiHandle<T>::makeWritable() {
+void CmpiHandle<T>::_makeWritable() {
     required();
     const bool onlyOwner = _owner != nullptr && _owner->object == _object &&
                            _owner->count.load(std::memory_order_acquire) == 1;
@@ -44,7 +44,7 @@ void CmpiHandle<T>::throwEmpty() {
 }
 
 template <typename T>
-void CmpiHandle<T>::drop(CmpiOwner* owner) noexcept {
+void CmpiHandle<T>::_drop(CmpiOwner* owner) noexcept {
     if (owner->count.fetch_sub(1, std::memory_order_acq_rel) != 1) return;
     owner->release(owner->object);
     delete owner;

@@ -46,17 +46,17 @@ public:
           _fresh(std::exchange(other._fresh, false)) {}
 
     CmpiHandle& operator=(const CmpiHandle& other) noexcept {
-        CmpiHandle(other).swap(*this);
+        CmpiHandle(other)._swap(*this);
         return *this;
     }
 
     CmpiHandle& operator=(CmpiHandle&& other) noexcept {
-        CmpiHandle(std::move(other)).swap(*this);
+        CmpiHandle(std::move(other))._swap(*this);
         return *this;
     }
 
     ~CmpiHandle() {
-        if (_owner != nullptr) drop(_owner);
+        if (_owner != nullptr) _drop(_owner);
     }
 
     /// A null object makes an empty handle.
@@ -107,14 +107,15 @@ public:
 
     /// The object; an empty value is CmpiStatus CMPI_RC_ERR_INVALID_HANDLE.
     T* required() const {
-        if (_object == nullptr) [[unlikely]]
+        if (!_object) [[unlikely]] {
             throwEmpty();
+        }
         return _object;
     }
 
     /// The object for a change that no other copy may see. Throws as required() and clone() do.
     T* writable() {
-        if (!_fresh) makeWritable();
+        if (!_fresh) _makeWritable();
         return _object;
     }
 
@@ -122,7 +123,7 @@ private:
     template <typename U>
     friend class CmpiHandle;
 
-    void swap(CmpiHandle& other) noexcept {
+    void _swap(CmpiHandle& other) noexcept {
         std::swap(_object, other._object);
         std::swap(_broker, other._broker);
         std::swap(_owner, other._owner);
@@ -130,8 +131,8 @@ private:
     }
 
     [[noreturn]] static void throwEmpty();
-    static void drop(CmpiOwner* owner) noexcept;
-    void makeWritable();
+    static void _drop(CmpiOwner* owner) noexcept;
+    void _makeWritable();
 
     T* _object = nullptr;
     const CMPIBroker* _broker = nullptr;

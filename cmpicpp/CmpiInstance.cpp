@@ -16,7 +16,7 @@ namespace {
 
 CmpiObjectPath CmpiInstance::getPath() const {
     const CMPIInstance* const instance = _handle.get();
-    if (instance == nullptr) return {};
+    if (!instance) return {};
     const CMPIObjectPath* const path =
         made(ask(instance->ft->getObjectPath, instance), "object path");
     return CmpiObjectPath(_handle.part(path));
@@ -30,12 +30,12 @@ void CmpiInstance::setPath(const CmpiObjectPath& path) {
 
 unsigned int CmpiInstance::getPropertyCount() const {
     const CMPIInstance* const instance = _handle.get();
-    return instance == nullptr ? 0 : ask(instance->ft->getPropertyCount, instance);
+    return !instance ? 0 : ask(instance->ft->getPropertyCount, instance);
 }
 
 CmpiData CmpiInstance::getProperty(const char* name) const {
     const CMPIInstance* const instance = _handle.get();
-    if (instance == nullptr) throwNoProperty(name);
+    if (!instance) throwNoProperty(name);
     CMPIStatus status{CMPI_RC_OK, nullptr};
     const CMPIData data = instance->ft->getProperty(instance, name, &status);
     if (status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY) throwNoProperty(name);
@@ -46,7 +46,7 @@ CmpiData CmpiInstance::getProperty(const char* name) const {
 
 std::pair<CmpiName, CmpiData> CmpiInstance::getPropertyAt(unsigned int index) const {
     const CMPIInstance* const instance = _handle.get();
-    if (instance == nullptr) throwAbsent(index);
+    if (!instance) throwAbsent(index);
     CMPIString* name = nullptr;
     const CMPIData data = ask(instance->ft->getPropertyAt, instance, index, &name);
     return {CmpiName(textOf(name)), CmpiData(broker(), present(data, index))};

@@ -31,8 +31,9 @@ template <typename Item>
 std::vector<Item> readAll(const CMPIBroker* broker, const CMPIEnumeration* enumeration) {
     std::vector<Item> all;
     made(enumeration, "enumeration");
-    while (ask(enumeration->ft->hasNext, enumeration) != 0)
+    while (ask(enumeration->ft->hasNext, enumeration) != 0) {
         append(all, CmpiData(broker, ask(enumeration->ft->getNext, enumeration)));
+    }
     return all;
 }
 

@@ -3,7 +3,7 @@
 namespace CmpiCpp {
 
 CmpiMemoryMark::CmpiMemoryMark(const CmpiBroker& broker) noexcept : _broker(broker.toCMPI()) {
-    if (_broker == nullptr || _broker->mft == nullptr) return;
+    if (!_broker || !_broker->mft) return;
     CMPIStatus status{CMPI_RC_OK, nullptr};
     const CMPIGcStat* const mark = _broker->mft->mark(_broker, &status);
     if (status.rc == CMPI_RC_OK) _mark = mark;

@@ -10,7 +10,7 @@ namespace CmpiCpp {
 /// (CMPIBrokerMemFT of CMPI 2.0). Without marks everything lives until the provider's function
 /// returns, or until its thread is detached; so a loop over many objects has one in its body:
 ///
-///     for (auto const& disk : disks) {
+///     for (const auto& disk : disks) {
 ///         CmpiMemoryMark const mark(broker);
 ///         result.deliver(instanceOf(disk));
 ///     }

@@ -44,12 +44,12 @@ private:
     friend struct ServedMi;
 
     template <typename Kind>
-    typename Kind::Mi* create(const CMPIBroker*, const CMPIContext*, CMPIStatus*) noexcept;
+    typename Kind::Mi* _create(const CMPIBroker*, const CMPIContext*, CMPIStatus*) noexcept;
     template <typename Kind>
-    typename Kind::Mi* createLocked(const CMPIBroker*, const CMPIContext*);
+    typename Kind::Mi* _createLocked(const CMPIBroker*, const CMPIContext*);
 
-    CMPIStatus leave(const CMPIBroker*, const CMPIContext*, bool terminating) noexcept;
-    void dispose(const CMPIContext*, bool terminating);
+    CMPIStatus _leave(const CMPIBroker*, const CMPIContext*, bool terminating) noexcept;
+    void _dispose(const CMPIContext*, bool terminating);
 
     const char* _name;
     Factory _factory;

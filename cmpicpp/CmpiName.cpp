@@ -20,19 +20,19 @@ constexpr bool sameLetter(char left, char right) noexcept {
 }  // namespace
 
 CmpiName::CmpiName(const char* text) {
-    if (text != nullptr) assign(text);
+    if (text != nullptr) _assign(text);
 }
 
 CmpiName::CmpiName(std::string_view text) {
-    assign(text);
+    _assign(text);
 }
 
 CmpiName::CmpiName(const std::string& text) {
-    assign(text);
+    _assign(text);
 }
 
 CmpiName::CmpiName(const CmpiName& other) {
-    assign(other.view());
+    _assign(other.view());
 }
 
 CmpiName::CmpiName(CmpiName&& other) noexcept
@@ -51,7 +51,7 @@ CmpiName& CmpiName::operator=(CmpiName&& other) noexcept {
     return *this;
 }
 
-void CmpiName::assign(std::string_view text) {
+void CmpiName::_assign(std::string_view text) {
     char* target = _short.data();
     if (text.size() > shortSize) {
         _long = std::make_unique_for_overwrite<char[]>(text.size() + 1);
@@ -62,7 +62,7 @@ void CmpiName::assign(std::string_view text) {
     _size = text.size();
 }
 
-bool CmpiName::equal(const char* left, const char* right, std::size_t size) noexcept {
+bool CmpiName::_equal(const char* left, const char* right, std::size_t size) noexcept {
     return equalNames({left, size}, {right, size});
 }
 

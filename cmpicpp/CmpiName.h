@@ -35,7 +35,7 @@ public:
     std::string str() const { return std::string(view()); }
 
     friend bool operator==(const CmpiName& left, const CmpiName& right) noexcept {
-        return left._size == right._size && equal(left.c_str(), right.c_str(), left._size);
+        return left._size == right._size && _equal(left.c_str(), right.c_str(), left._size);
     }
     /// Orders as == compares: by lower-case text.
     PYL_EXPORT friend bool operator<(const CmpiName& left, const CmpiName& right) noexcept;
@@ -43,8 +43,8 @@ public:
 private:
     static constexpr std::size_t shortSize = 46;
 
-    static bool equal(const char* left, const char* right, std::size_t size) noexcept;
-    void assign(std::string_view text);
+    static bool _equal(const char* left, const char* right, std::size_t size) noexcept;
+    void _assign(std::string_view text);
 
     std::unique_ptr<char[]> _long;  // set for names that do not fit inside
     std::size_t _size = 0;

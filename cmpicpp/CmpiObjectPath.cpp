@@ -12,7 +12,7 @@ namespace {
 
 template <typename Getter>
 CmpiName nameFrom(const CMPIObjectPath* path, Getter getter) {
-    return path == nullptr ? CmpiName() : CmpiName(textOf(ask(path->ft->*getter, path)));
+    return !path ? CmpiName() : CmpiName(textOf(ask(path->ft->*getter, path)));
 }
 
 }  // namespace
@@ -46,18 +46,18 @@ void CmpiObjectPath::setClassName(const CmpiName& className) {
 
 unsigned int CmpiObjectPath::getKeyCount() const {
     const CMPIObjectPath* const path = _handle.get();
-    return path == nullptr ? 0 : ask(path->ft->getKeyCount, path);
+    return !path ? 0 : ask(path->ft->getKeyCount, path);
 }
 
 CmpiData CmpiObjectPath::getKey(const char* name) const {
     const CMPIObjectPath* const path = _handle.get();
-    if (path == nullptr) throwAbsent(name);
+    if (!path) throwAbsent(name);
     return {broker(), present(ask(path->ft->getKey, path, name), name)};
 }
 
 std::pair<CmpiName, CmpiData> CmpiObjectPath::getKeyAt(unsigned int index) const {
     const CMPIObjectPath* const path = _handle.get();
-    if (path == nullptr) throwAbsent(index);
+    if (!path) throwAbsent(index);
     CMPIString* name = nullptr;
     const CMPIData data = ask(path->ft->getKeyAt, path, index, &name);
     return {CmpiName(textOf(name)), CmpiData(broker(), present(data, index))};

@@ -1,12 +1,12 @@
 #include "cmpicpp/CmpiProvider.h"
 
-#include <string>
-
 #include "cmpicpp/CmpiAssociationProvider.h"
 #include "cmpicpp/CmpiIndicationProvider.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "cmpicpp/CmpiMethodProvider.h"
 #include "cmpicpp/CmpiStatus.h"
+
+#include <string>
 
 namespace CmpiCpp {
 

@@ -33,7 +33,7 @@ public:
 };
 
 /// Takes a method's return value, once, and its output arguments by name, in any order.
-/// A null `char const*` is delivered as a NULL string.
+/// A null `const char*` is delivered as a NULL string.
 class PYL_EXPORT CmpiMethodResult : public CmpiResult {
 public:
     virtual void deliver(const CmpiData& value) = 0;

@@ -53,7 +53,7 @@ CmpiStatus::CmpiStatus(const CMPIStatus& status)
 
 std::string CmpiStatus::str() const {
     const char* const name = rcName(_rc);
-    std::string text = name == nullptr ? "CMPI_RC" : name;
+    std::string text = !name ? "CMPI_RC" : name;
     text.append(" (").append(std::to_string(static_cast<int>(_rc))).append(1, ')');
     if (*what() != '\0') text.append(": ").append(what());
     return text;

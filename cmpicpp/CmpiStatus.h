@@ -32,7 +32,7 @@ private:
 };
 
 /// The standard's name of a return code, or nullptr for a number outside its list.
-PYL_EXPORT const char* rcName(CMPIrc rc) noexcept;
+const PYL_EXPORT char* rcName(CMPIrc rc) noexcept;
 
 /// Throws the status as CmpiStatus. By value: a status that a call returned stays in its registers.
 [[noreturn]] PYL_EXPORT void throwStatus(CMPIStatus status);
@@ -40,8 +40,9 @@ PYL_EXPORT const char* rcName(CMPIrc rc) noexcept;
 /// Throws CmpiStatus unless the code is CMPI_RC_OK. The message is read at once, since it dies with
 /// the call.
 inline void check(const CMPIStatus& status) {
-    if (status.rc != CMPI_RC_OK) [[unlikely]]
+    if (status.rc != CMPI_RC_OK) [[unlikely]] {
         throwStatus(status);
+    }
 }
 
 }  // namespace CmpiCpp

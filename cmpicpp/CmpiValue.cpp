@@ -58,8 +58,9 @@ CmpiValue CmpiValue::null(CMPIType type) noexcept {
 }
 
 const CMPIValue* CmpiValue::toCMPI(const CMPIBroker* broker) {
-    if (_bad) [[unlikely]]
+    if (_bad) [[unlikely]] {
         throwBadValue();
+    }
     if (_null) return nullptr;
     if (_text != nullptr) {
         _value.string = made(ask(required(broker)->eft->newString, broker, _text), "string");

@@ -17,8 +17,8 @@ class CmpiObjectPath;
 /// A value on its way into the object manager: the argument type of addKey, setProperty, addArg and
 /// the like. Made from the C++ value in place and never kept: it borrows texts and objects.
 ///
-/// The C++ type decides the CIM type: bool is boolean, unsigned short uint16, char const* and
-/// std::string string, and so on. A null `char const*` and an empty object are NULL.
+/// The C++ type decides the CIM type: bool is boolean, unsigned short uint16, const char* and
+/// std::string string, and so on. A null `const char*` and an empty object are NULL.
 /// A text becomes a CMPIString of the broker, since CMPI_chars arguments mean different things to
 /// different object managers.
 class PYL_EXPORT CmpiValue {
@@ -37,8 +37,7 @@ public:
     CmpiValue(long long value) noexcept : _type(CMPI_sint64) { _value.sint64 = value; }
     CmpiValue(float value) noexcept : _type(CMPI_real32) { _value.real32 = value; }
     CmpiValue(double value) noexcept : _type(CMPI_real64) { _value.real64 = value; }
-    CmpiValue(const char* text) noexcept
-        : _text(text), _null(text == nullptr), _type(CMPI_string) {}
+    CmpiValue(const char* text) noexcept : _text(text), _null(!text), _type(CMPI_string) {}
     CmpiValue(const std::string& text) noexcept : _text(text.c_str()), _type(CMPI_string) {}
     CmpiValue(const CmpiObjectPath& path) noexcept;
     CmpiValue(const CmpiInstance& instance) noexcept;

@@ -5,7 +5,7 @@ namespace CmpiCpp {
 namespace {
 
 DataKind ifPresent(const void* object, DataKind kind) noexcept {
-    return object == nullptr ? DataKind::null : kind;
+    return !object ? DataKind::null : kind;
 }
 
 Integer fromSigned(long long value) noexcept {

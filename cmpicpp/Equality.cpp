@@ -24,10 +24,11 @@ template <typename Container, typename Getter>
 CMPIData find(const Container* container, Getter getter, const char* name) {
     CMPIStatus status{CMPI_RC_OK, nullptr};
     CMPIData data = getter(container, name, &status);
-    if (status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY || status.rc == CMPI_RC_ERR_NOT_FOUND)
+    if (status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY || status.rc == CMPI_RC_ERR_NOT_FOUND) {
         data = {CMPI_null, CMPI_badValue, {}};
-    else
+    } else {
         check(status);
+    }
     return data;
 }
 
@@ -50,8 +51,9 @@ bool equalArrays(const CMPIArray* left, const CMPIArray* right) {
     if (size != ask(right->ft->getSize, right)) return false;
     for (CMPICount index = 0; index < size; ++index) {
         if (!equalData(ask(left->ft->getElementAt, left, index),
-                       ask(right->ft->getElementAt, right, index)))
+                       ask(right->ft->getElementAt, right, index))) {
             return false;
+        }
     }
     return true;
 }
@@ -123,8 +125,9 @@ namespace {
 }  // namespace
 
 bool equalData(const CMPIData& left, const CMPIData& right) {
-    if (areStrings(left, right))
+    if (areStrings(left, right)) {
         return std::strcmp(charsOf(left.value.string), charsOf(right.value.string)) == 0;
+    }
     return equalOthers(left, right);
 }
 

@@ -132,8 +132,9 @@ CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIR
         provider.execQuery(wrapped, borrow(broker, path), toString(query), toString(language),
                            found);
         Lent<InstanceSink> sink(result);
-        for (const CmpiObjectPath& match : found.paths())
+        for (const CmpiObjectPath& match : found.paths()) {
             deliverFound(provider, wrapped, match, sink);
+        }
     });
 }
 
@@ -248,8 +249,9 @@ Table emptyTable() noexcept {
 
 template <typename Table>
 void fillNewerInstanceSlots(Table& table) noexcept {
-    if constexpr (requires { table.enumerateInstancesFiltered; })
+    if constexpr (requires { table.enumerateInstancesFiltered; }) {
         table.enumerateInstancesFiltered = notSupported;
+    }
 }
 
 template <typename Table>

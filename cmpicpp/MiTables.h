@@ -55,7 +55,7 @@ struct ServedMi {
     ServedMi(CmpiModule& owner, typename Kind::Provider& served, const CMPIBroker* from) noexcept
         : table(Kind::table()), module(owner), provider(served), broker(from) {
         table.miName = owner._name;
-        table.cleanup = cleanup;
+        table.cleanup = _cleanup;
         mi.hdl = this;
         mi.ft = &table;
     }
@@ -67,10 +67,10 @@ struct ServedMi {
     }
 
 private:
-    static CMPIStatus cleanup(typename Kind::Mi* mi, const CMPIContext* context,
-                              CMPIBoolean terminating) noexcept {
+    static CMPIStatus _cleanup(typename Kind::Mi* mi, const CMPIContext* context,
+                               CMPIBoolean terminating) noexcept {
         ServedMi& served = of(mi);
-        const CMPIStatus status = served.module.leave(served.broker, context, terminating != 0);
+        const CMPIStatus status = served.module._leave(served.broker, context, terminating != 0);
         if (status.rc != CMPI_RC_DO_NOT_UNLOAD && status.rc != CMPI_RC_NEVER_UNLOAD) delete &served;
         return status;
     }

@@ -47,43 +47,43 @@ public:
     MethodSink(const CMPIBroker* broker, const CMPIResult* result, CMPIArgs* out) noexcept
         : _broker(broker), _result(result), _out(out) {}
 
-    void deliver(const CmpiData& value) override { returned(value); }
-    void deliver(unsigned char value) override { returned(value); }
-    void deliver(signed char value) override { returned(value); }
-    void deliver(unsigned short value) override { returned(value); }
-    void deliver(short value) override { returned(value); }
-    void deliver(unsigned int value) override { returned(value); }
-    void deliver(int value) override { returned(value); }
-    void deliver(unsigned long long value) override { returned(value); }
-    void deliver(long long value) override { returned(value); }
-    void deliver(float value) override { returned(value); }
-    void deliver(double value) override { returned(value); }
-    void deliver(bool value) override { returned(value); }
-    void deliver(const char* value) override { returned(value); }
-    void deliver(const std::string& value) override { returned(value); }
-    void deliver(const CmpiObjectPath& value) override { returned(value); }
+    void deliver(const CmpiData& value) override { _returned(value); }
+    void deliver(unsigned char value) override { _returned(value); }
+    void deliver(signed char value) override { _returned(value); }
+    void deliver(unsigned short value) override { _returned(value); }
+    void deliver(short value) override { _returned(value); }
+    void deliver(unsigned int value) override { _returned(value); }
+    void deliver(int value) override { _returned(value); }
+    void deliver(unsigned long long value) override { _returned(value); }
+    void deliver(long long value) override { _returned(value); }
+    void deliver(float value) override { _returned(value); }
+    void deliver(double value) override { _returned(value); }
+    void deliver(bool value) override { _returned(value); }
+    void deliver(const char* value) override { _returned(value); }
+    void deliver(const std::string& value) override { _returned(value); }
+    void deliver(const CmpiObjectPath& value) override { _returned(value); }
 
-    void deliver(const CmpiName& name, const CmpiData& value) override { output(name, value); }
-    void deliver(const CmpiName& name, unsigned char value) override { output(name, value); }
-    void deliver(const CmpiName& name, signed char value) override { output(name, value); }
-    void deliver(const CmpiName& name, unsigned short value) override { output(name, value); }
-    void deliver(const CmpiName& name, short value) override { output(name, value); }
-    void deliver(const CmpiName& name, unsigned int value) override { output(name, value); }
-    void deliver(const CmpiName& name, int value) override { output(name, value); }
-    void deliver(const CmpiName& name, unsigned long long value) override { output(name, value); }
-    void deliver(const CmpiName& name, long long value) override { output(name, value); }
-    void deliver(const CmpiName& name, float value) override { output(name, value); }
-    void deliver(const CmpiName& name, double value) override { output(name, value); }
-    void deliver(const CmpiName& name, bool value) override { output(name, value); }
-    void deliver(const CmpiName& name, const char* value) override { output(name, value); }
-    void deliver(const CmpiName& name, const std::string& value) override { output(name, value); }
+    void deliver(const CmpiName& name, const CmpiData& value) override { _output(name, value); }
+    void deliver(const CmpiName& name, unsigned char value) override { _output(name, value); }
+    void deliver(const CmpiName& name, signed char value) override { _output(name, value); }
+    void deliver(const CmpiName& name, unsigned short value) override { _output(name, value); }
+    void deliver(const CmpiName& name, short value) override { _output(name, value); }
+    void deliver(const CmpiName& name, unsigned int value) override { _output(name, value); }
+    void deliver(const CmpiName& name, int value) override { _output(name, value); }
+    void deliver(const CmpiName& name, unsigned long long value) override { _output(name, value); }
+    void deliver(const CmpiName& name, long long value) override { _output(name, value); }
+    void deliver(const CmpiName& name, float value) override { _output(name, value); }
+    void deliver(const CmpiName& name, double value) override { _output(name, value); }
+    void deliver(const CmpiName& name, bool value) override { _output(name, value); }
+    void deliver(const CmpiName& name, const char* value) override { _output(name, value); }
+    void deliver(const CmpiName& name, const std::string& value) override { _output(name, value); }
     void deliver(const CmpiName& name, const CmpiObjectPath& value) override {
-        output(name, value);
+        _output(name, value);
     }
 
 private:
-    void returned(CmpiValue value);
-    void output(const CmpiName& name, CmpiValue value);
+    void _returned(CmpiValue value);
+    void _output(const CmpiName& name, CmpiValue value);
 
     const CMPIBroker* _broker;
     const CMPIResult* _result;

@@ -63,10 +63,11 @@ void appendEscaped(std::string& out, std::string_view text, char quote) {
         return isControl(character) || character == quote || character == '\\';
     };
     appendSpelled(out, text, isSpecial, [&](char special) {
-        if (isControl(special))
+        if (isControl(special)) {
             appendControl(out, special);
-        else
+        } else {
             out.append({'\\', special});
+        }
     });
 }
 
@@ -89,10 +90,11 @@ void appendNumber(std::string& out, Number number) {
 }
 
 void appendInteger(std::string& out, Integer integer) {
-    if (integer.negative)
+    if (integer.negative) {
         appendNumber(out, static_cast<long long>(integer.bits));
-    else
+    } else {
         appendNumber(out, integer.bits);
+    }
 }
 
 // The shortest digits that read back as the same number. MOF wants a point in every real.
@@ -101,19 +103,21 @@ void appendReal(std::string& out, Real real) {
     const std::size_t begin = out.size();
     appendNumber(out, real);
     const std::size_t end = out.find_first_of(".ein", begin);
-    if (end == std::string::npos)
+    if (end == std::string::npos) {
         out += ".0";
-    else if (out[end] == 'e')
+    } else if (out[end] == 'e') {
         out.insert(end, ".0");
+    }
 }
 
 void appendChar16(std::string& out, CMPIChar16 unit) {
     std::string text;
     out += '\'';
-    if (appendUtf8(text, unit))
+    if (appendUtf8(text, unit)) {
         appendEscaped(out, text, '\'');
-    else
+    } else {
         appendCode(out, unit);
+    }
     out += '\'';
 }
 
@@ -138,10 +142,11 @@ void appendGoodData(std::string& out, const CMPIData& data) {
             appendInteger(out, integerOf(data));
             break;
         case DataKind::real:
-            if (data.type == CMPI_real32)
+            if (data.type == CMPI_real32) {
                 appendReal(out, data.value.real32);
-            else
+            } else {
                 appendReal(out, data.value.real64);
+            }
             break;
         case DataKind::text:
         case DataKind::dateTime:

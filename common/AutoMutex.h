@@ -1,8 +1,8 @@
 #pragma once
 
-#include <pthread.h>
-
 #include "pylcommon_export.h"
+
+#include <pthread.h>
 
 namespace PYL {
 
@@ -12,8 +12,8 @@ public:
     /// Locks, waiting as long as it takes.
     explicit AutoMutex(pthread_mutex_t& mutex) noexcept;
     ~AutoMutex();
-    AutoMutex(AutoMutex const&) = delete;
-    AutoMutex& operator=(AutoMutex const&) = delete;
+    AutoMutex(const AutoMutex&) = delete;
+    AutoMutex& operator=(const AutoMutex&) = delete;
 
 private:
     pthread_mutex_t& _mutex;

@@ -17,7 +17,7 @@ using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
 using CmpiCpp::CmpiObjectPathResult;
 
-AutostartDecorator::AutostartDecorator(CmpiBroker const& broker, Logger& logger,
+AutostartDecorator::AutostartDecorator(const CmpiBroker& broker, Logger& logger,
                                        CmpiManagedInstance* instance, Factory factory)
     : _broker(broker), _log(logger), _autostartInstance(instance), _fn(factory) {
     PYLUtil::setBroker(_broker);
@@ -33,7 +33,7 @@ AutostartDecorator::~AutostartDecorator() {
 void AutostartDecorator::_startProvider() {
     // Acquire: who sees the inner provider here without the lock must see it whole.
     if (_p.load(std::memory_order_acquire)) return;
-    AutoMutex const lock(_initMutex);
+    const AutoMutex lock(_initMutex);
     if (_p.load(std::memory_order_relaxed)) return;
     auto* const started = _fn(_broker, _log);
     if (!started) {
@@ -63,7 +63,7 @@ CmpiCpp::CmpiIndicationProvider* AutostartDecorator::_asIndicationProvider() {
     return asIndicationProvider(_p.load(std::memory_order_relaxed));
 }
 
-void AutostartDecorator::enumInstanceNames(CmpiContext const& ctx, CmpiObjectPath const& path,
+void AutostartDecorator::enumInstanceNames(const CmpiContext& ctx, const CmpiObjectPath& path,
                                            CmpiObjectPathResult& result) {
     if (path.getClassName() == _autostartInstance->getClassName()) {
         result.deliver(_autostartInstance->getPath());
@@ -72,8 +72,8 @@ void AutostartDecorator::enumInstanceNames(CmpiContext const& ctx, CmpiObjectPat
     _asInstanceProvider()->enumInstanceNames(ctx, path, result);
 }
 
-void AutostartDecorator::enumInstances(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                       char const** properties, CmpiInstanceResult& result) {
+void AutostartDecorator::enumInstances(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                       const char** properties, CmpiInstanceResult& result) {
     if (path.getClassName() == _autostartInstance->getClassName()) {
         result.deliver(_autostartInstance->getInstance());
         return;
@@ -81,8 +81,8 @@ void AutostartDecorator::enumInstances(CmpiContext const& ctx, CmpiObjectPath co
     _asInstanceProvider()->enumInstances(ctx, path, properties, result);
 }
 
-void AutostartDecorator::getInstance(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                     char const** properties, CmpiInstanceResult& result) {
+void AutostartDecorator::getInstance(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                     const char** properties, CmpiInstanceResult& result) {
     auto local = path;
     local.setHost(CmpiName(PYLUtil::getHostName()));
     if (local == _autostartInstance->getPath()) {
@@ -92,23 +92,23 @@ void AutostartDecorator::getInstance(CmpiContext const& ctx, CmpiObjectPath cons
     _asInstanceProvider()->getInstance(ctx, path, properties, result);
 }
 
-void AutostartDecorator::createInstance(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                        CmpiInstance const& instance,
+void AutostartDecorator::createInstance(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                        const CmpiInstance& instance,
                                         CmpiObjectPathResult& result) {
     _asInstanceProvider()->createInstance(ctx, path, instance, result);
 }
 
-void AutostartDecorator::modifyInstance(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                        CmpiInstance const& instance, char const** properties) {
+void AutostartDecorator::modifyInstance(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                        const CmpiInstance& instance, const char** properties) {
     _asInstanceProvider()->modifyInstance(ctx, path, instance, properties);
 }
 
-void AutostartDecorator::deleteInstance(CmpiContext const& ctx, CmpiObjectPath const& path) {
+void AutostartDecorator::deleteInstance(const CmpiContext& ctx, const CmpiObjectPath& path) {
     _asInstanceProvider()->deleteInstance(ctx, path);
 }
 
-void AutostartDecorator::execQuery(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                   std::string const& query, std::string const& language,
+void AutostartDecorator::execQuery(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                   const std::string& query, const std::string& language,
                                    CmpiObjectPathResult& result) {
     _asInstanceProvider()->execQuery(ctx, path, query, language, result);
 }
@@ -117,79 +117,80 @@ CMPIBroker* AutostartDecorator::getBroker() {
     return CmpiBroker(PYLUtil::getBroker()).toRawCMPI();
 }
 
-int AutostartDecorator::unloadOK(CmpiContext const& ctx) {
+int AutostartDecorator::unloadOK(const CmpiContext& ctx) {
     constexpr int doNotUnloadNow = 1;
     auto* const started = _p.load(std::memory_order_acquire);
     return started ? started->unloadOK(ctx) : doNotUnloadNow;
 }
 
-void AutostartDecorator::cleanup(CmpiContext const& ctx, bool terminating) {
-    if (auto* const started = _p.load(std::memory_order_acquire))
+void AutostartDecorator::cleanup(const CmpiContext& ctx, bool terminating) {
+    if (auto* const started = _p.load(std::memory_order_acquire)) {
         started->cleanup(ctx, terminating);
+    }
 }
 
-void AutostartDecorator::invokeMethod(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                      CmpiName const& methodName, CmpiArgs const& in,
+void AutostartDecorator::invokeMethod(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                      const CmpiName& methodName, const CmpiArgs& in,
                                       CmpiMethodResult& result) {
     _asMethodProvider()->invokeMethod(ctx, path, methodName, in, result);
 }
 
-void AutostartDecorator::associators(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                     CmpiName const& assocClass, CmpiName const& resultClass,
-                                     CmpiName const& role, CmpiName const& resultRole,
-                                     char const** properties, CmpiInstanceResult& result) {
+void AutostartDecorator::associators(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                     const CmpiName& assocClass, const CmpiName& resultClass,
+                                     const CmpiName& role, const CmpiName& resultRole,
+                                     const char** properties, CmpiInstanceResult& result) {
     _asAssociationProvider()->associators(ctx, path, assocClass, resultClass, role, resultRole,
                                           properties, result);
 }
 
-void AutostartDecorator::associatorNames(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                         CmpiName const& assocClass, CmpiName const& resultClass,
-                                         CmpiName const& role, CmpiName const& resultRole,
+void AutostartDecorator::associatorNames(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                         const CmpiName& assocClass, const CmpiName& resultClass,
+                                         const CmpiName& role, const CmpiName& resultRole,
                                          CmpiObjectPathResult& result) {
     _asAssociationProvider()->associatorNames(ctx, path, assocClass, resultClass, role, resultRole,
                                               result);
 }
 
-void AutostartDecorator::references(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                    CmpiName const& resultClass, CmpiName const& role,
-                                    char const** properties, CmpiInstanceResult& result) {
+void AutostartDecorator::references(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                    const CmpiName& resultClass, const CmpiName& role,
+                                    const char** properties, CmpiInstanceResult& result) {
     _asAssociationProvider()->references(ctx, path, resultClass, role, properties, result);
 }
 
-void AutostartDecorator::referenceNames(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                        CmpiName const& resultClass, CmpiName const& role,
+void AutostartDecorator::referenceNames(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                        const CmpiName& resultClass, const CmpiName& role,
                                         CmpiObjectPathResult& result) {
     _asAssociationProvider()->referenceNames(ctx, path, resultClass, role, result);
 }
 
-void AutostartDecorator::authorizeFilter(CmpiContext const& ctx, CMPISelectExp const* filter,
-                                         std::string const& className, CmpiObjectPath const& path,
-                                         std::string const& owner) {
+void AutostartDecorator::authorizeFilter(const CmpiContext& ctx, const CMPISelectExp* filter,
+                                         const std::string& className, const CmpiObjectPath& path,
+                                         const std::string& owner) {
     _asIndicationProvider()->authorizeFilter(ctx, filter, className, path, owner);
 }
 
-void AutostartDecorator::mustPoll(CmpiContext const& ctx, CMPISelectExp const* filter,
-                                  std::string const& className, CmpiObjectPath const& path) {
+void AutostartDecorator::mustPoll(const CmpiContext& ctx, const CMPISelectExp* filter,
+                                  const std::string& className, const CmpiObjectPath& path) {
     _asIndicationProvider()->mustPoll(ctx, filter, className, path);
 }
 
-void AutostartDecorator::activateFilter(CmpiContext const& ctx, CMPISelectExp const* filter,
-                                        std::string const& className, CmpiObjectPath const& path,
+void AutostartDecorator::activateFilter(const CmpiContext& ctx, const CMPISelectExp* filter,
+                                        const std::string& className, const CmpiObjectPath& path,
                                         bool last) {
     _asIndicationProvider()->activateFilter(ctx, filter, className, path, last);
 }
 
-void AutostartDecorator::deactivateFilter(CmpiContext const& ctx, CMPISelectExp const* filter,
-                                          std::string const& className, CmpiObjectPath const& path,
+void AutostartDecorator::deactivateFilter(const CmpiContext& ctx, const CMPISelectExp* filter,
+                                          const std::string& className, const CmpiObjectPath& path,
                                           bool last) {
     _asIndicationProvider()->deactivateFilter(ctx, filter, className, path, last);
 }
 
-void AutostartDecorator::enableIndications(CmpiContext const& ctx) {
+void AutostartDecorator::enableIndications(const CmpiContext& ctx) {
     _asIndicationProvider()->enableIndications(ctx);
 }
 
-void AutostartDecorator::disableIndications(CmpiContext const& ctx) {
+void AutostartDecorator::disableIndications(const CmpiContext& ctx) {
     _asIndicationProvider()->disableIndications(ctx);
 }
 

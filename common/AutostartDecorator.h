@@ -1,10 +1,5 @@
 #pragma once
 
-#include <pthread.h>
-
-#include <atomic>
-#include <string>
-
 #include "cmpi/cmpidt.h"
 #include "cmpicpp/CmpiAssociationProvider.h"
 #include "cmpicpp/CmpiBroker.h"
@@ -14,6 +9,11 @@
 #include "common/CmpiManagedInstance.h"
 #include "platform/logger/Logger.h"
 #include "pylcommon_export.h"
+
+#include <pthread.h>
+
+#include <atomic>
+#include <string>
 
 namespace PYL {
 
@@ -37,67 +37,67 @@ class PYL_EXPORT AutostartDecorator : public CmpiCpp::CmpiInstanceProvider,
                                       public CmpiCpp::CmpiAssociationProvider,
                                       public CmpiCpp::CmpiIndicationProvider {
 public:
-    using Factory = CmpiCpp::CmpiProvider* (*)(CmpiCpp::CmpiBroker const&, Logger&);
+    using Factory = CmpiCpp::CmpiProvider* (*)(const CmpiCpp::CmpiBroker&, Logger&);
 
     /// Owns the worker instance, which must not be null, and records the broker with
     /// PYLUtil::setBroker(). Does not call the factory.
-    AutostartDecorator(CmpiCpp::CmpiBroker const& broker, Logger& logger,
+    AutostartDecorator(const CmpiCpp::CmpiBroker& broker, Logger& logger,
                        CmpiManagedInstance* instance, Factory factory);
     ~AutostartDecorator() override;
 
-    void enumInstanceNames(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
+    void enumInstanceNames(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
                            CmpiCpp::CmpiObjectPathResult& result) override;
-    void enumInstances(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
-                       char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void getInstance(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
-                     char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void createInstance(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
-                        CmpiCpp::CmpiInstance const& instance,
+    void enumInstances(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
+                       const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void getInstance(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
+                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void createInstance(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
+                        const CmpiCpp::CmpiInstance& instance,
                         CmpiCpp::CmpiObjectPathResult& result) override;
-    void modifyInstance(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
-                        CmpiCpp::CmpiInstance const& instance, char const** properties) override;
-    void deleteInstance(CmpiCpp::CmpiContext const& ctx,
-                        CmpiCpp::CmpiObjectPath const& path) override;
-    void execQuery(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
-                   std::string const& query, std::string const& language,
+    void modifyInstance(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
+                        const CmpiCpp::CmpiInstance& instance, const char** properties) override;
+    void deleteInstance(const CmpiCpp::CmpiContext& ctx,
+                        const CmpiCpp::CmpiObjectPath& path) override;
+    void execQuery(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
+                   const std::string& query, const std::string& language,
                    CmpiCpp::CmpiObjectPathResult& result) override;
 
     CMPIBroker* getBroker() override;
-    int unloadOK(CmpiCpp::CmpiContext const& ctx) override;
-    void cleanup(CmpiCpp::CmpiContext const& ctx, bool terminating) override;
+    int unloadOK(const CmpiCpp::CmpiContext& ctx) override;
+    void cleanup(const CmpiCpp::CmpiContext& ctx, bool terminating) override;
 
-    void invokeMethod(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
-                      CmpiCpp::CmpiName const& methodName, CmpiCpp::CmpiArgs const& in,
+    void invokeMethod(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
+                      const CmpiCpp::CmpiName& methodName, const CmpiCpp::CmpiArgs& in,
                       CmpiCpp::CmpiMethodResult& result) override;
 
-    void associators(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
-                     CmpiCpp::CmpiName const& assocClass, CmpiCpp::CmpiName const& resultClass,
-                     CmpiCpp::CmpiName const& role, CmpiCpp::CmpiName const& resultRole,
-                     char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void associatorNames(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
-                         CmpiCpp::CmpiName const& assocClass, CmpiCpp::CmpiName const& resultClass,
-                         CmpiCpp::CmpiName const& role, CmpiCpp::CmpiName const& resultRole,
+    void associators(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
+                     const CmpiCpp::CmpiName& assocClass, const CmpiCpp::CmpiName& resultClass,
+                     const CmpiCpp::CmpiName& role, const CmpiCpp::CmpiName& resultRole,
+                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void associatorNames(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
+                         const CmpiCpp::CmpiName& assocClass, const CmpiCpp::CmpiName& resultClass,
+                         const CmpiCpp::CmpiName& role, const CmpiCpp::CmpiName& resultRole,
                          CmpiCpp::CmpiObjectPathResult& result) override;
-    void references(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
-                    CmpiCpp::CmpiName const& resultClass, CmpiCpp::CmpiName const& role,
-                    char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void referenceNames(CmpiCpp::CmpiContext const& ctx, CmpiCpp::CmpiObjectPath const& path,
-                        CmpiCpp::CmpiName const& resultClass, CmpiCpp::CmpiName const& role,
+    void references(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
+                    const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
+                    const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void referenceNames(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
+                        const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
                         CmpiCpp::CmpiObjectPathResult& result) override;
 
-    void authorizeFilter(CmpiCpp::CmpiContext const& ctx, CMPISelectExp const* filter,
-                         std::string const& className, CmpiCpp::CmpiObjectPath const& path,
-                         std::string const& owner) override;
-    void mustPoll(CmpiCpp::CmpiContext const& ctx, CMPISelectExp const* filter,
-                  std::string const& className, CmpiCpp::CmpiObjectPath const& path) override;
-    void activateFilter(CmpiCpp::CmpiContext const& ctx, CMPISelectExp const* filter,
-                        std::string const& className, CmpiCpp::CmpiObjectPath const& path,
+    void authorizeFilter(const CmpiCpp::CmpiContext& ctx, const CMPISelectExp* filter,
+                         const std::string& className, const CmpiCpp::CmpiObjectPath& path,
+                         const std::string& owner) override;
+    void mustPoll(const CmpiCpp::CmpiContext& ctx, const CMPISelectExp* filter,
+                  const std::string& className, const CmpiCpp::CmpiObjectPath& path) override;
+    void activateFilter(const CmpiCpp::CmpiContext& ctx, const CMPISelectExp* filter,
+                        const std::string& className, const CmpiCpp::CmpiObjectPath& path,
                         bool last) override;
-    void deactivateFilter(CmpiCpp::CmpiContext const& ctx, CMPISelectExp const* filter,
-                          std::string const& className, CmpiCpp::CmpiObjectPath const& path,
+    void deactivateFilter(const CmpiCpp::CmpiContext& ctx, const CMPISelectExp* filter,
+                          const std::string& className, const CmpiCpp::CmpiObjectPath& path,
                           bool last) override;
-    void enableIndications(CmpiCpp::CmpiContext const& ctx) override;
-    void disableIndications(CmpiCpp::CmpiContext const& ctx) override;
+    void enableIndications(const CmpiCpp::CmpiContext& ctx) override;
+    void disableIndications(const CmpiCpp::CmpiContext& ctx) override;
 
 protected:
     /// Makes sure that there is an inner provider.

@@ -7,8 +7,8 @@ namespace PYL {
 
 using CmpiCpp::CmpiInstance;
 
-CIMAlertIndication::CIMAlertIndication(Logger& log, std::string const& name,
-                                       std::string const& nameSpace, int severity)
+CIMAlertIndication::CIMAlertIndication(Logger& log, const std::string& name,
+                                       const std::string& nameSpace, int severity)
     : CIMIndication(log, name, nameSpace, severity) {
     _log.info("CIMAlertIndication cxtor()");
 }
@@ -38,7 +38,7 @@ void CIMAlertIndication::addProperties(CmpiInstance& instance) {
     instance.setProperty("AlertingElementFormat", static_cast<unsigned short>(_format));
 }
 
-void CIMAlertIndication::setAlertingManagedElement(std::string const& element) {
+void CIMAlertIndication::setAlertingManagedElement(const std::string& element) {
     _element = element;
 }
 
@@ -46,11 +46,11 @@ void CIMAlertIndication::setAlertingElementFormat(int format) {
     _format = format;
 }
 
-void CIMAlertIndication::setDescription(std::string const& description) {
+void CIMAlertIndication::setDescription(const std::string& description) {
     _description = description;
 }
 
-void CIMAlertIndication::setEventID(std::string const& eventID) {
+void CIMAlertIndication::setEventID(const std::string& eventID) {
     _eventID = eventID;
 }
 
@@ -58,15 +58,15 @@ void CIMAlertIndication::setAlertType(int alertType) {
     _alertType = alertType;
 }
 
-void CIMAlertIndication::setProviderName(std::string const& providerName) {
+void CIMAlertIndication::setProviderName(const std::string& providerName) {
     _providerName = providerName;
 }
 
-void CIMAlertIndication::setRecommendedActions(std::string const& recommendedAction) {
+void CIMAlertIndication::setRecommendedActions(const std::string& recommendedAction) {
     _recommendedAction = recommendedAction;
 }
 
-void CIMAlertIndication::setSystemCreationClassName(std::string const& className) {
+void CIMAlertIndication::setSystemCreationClassName(const std::string& className) {
     _systemCreationClassName = className;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "common/CIMIndication.h"
 #include "common/IndicationTypes.h"
+
+#include <string>
 
 namespace PYL {
 
@@ -12,7 +12,7 @@ namespace PYL {
 /// Each setter replaces what its property is to say; the fields below hold what it says otherwise.
 class PYL_EXPORT CIMAlertIndication : public CIMIndication {
 public:
-    CIMAlertIndication(Logger& log, std::string const& name, std::string const& nameSpace,
+    CIMAlertIndication(Logger& log, const std::string& name, const std::string& nameSpace,
                        int severity);
     ~CIMAlertIndication() override;
 
@@ -22,14 +22,14 @@ public:
     void addProperties(CmpiCpp::CmpiInstance& instance) override;
 
     /// The object path, as text, of the element that the alert is about.
-    void setAlertingManagedElement(std::string const& element);
+    void setAlertingManagedElement(const std::string& element);
     void setAlertingElementFormat(int format);
-    void setDescription(std::string const& description);
-    void setEventID(std::string const& eventID);
+    void setDescription(const std::string& description);
+    void setEventID(const std::string& eventID);
     void setAlertType(int alertType);
-    void setProviderName(std::string const& providerName);
-    void setRecommendedActions(std::string const& recommendedAction);
-    void setSystemCreationClassName(std::string const& className);
+    void setProviderName(const std::string& providerName);
+    void setRecommendedActions(const std::string& recommendedAction);
+    void setSystemCreationClassName(const std::string& className);
 
 protected:
     std::string _description = "unknown";

@@ -1,9 +1,9 @@
 #include "common/CIMIndication.h"
 
-#include <atomic>
-
 #include "common/IndicationValues.h"
 #include "common/PYLUtil.h"
+
+#include <atomic>
 
 namespace PYL {
 
@@ -17,7 +17,7 @@ constinit std::atomic<std::uint64_t> indicationGuid{0};
 
 }  // namespace
 
-CIMIndication::CIMIndication(Logger& log, std::string const& name, std::string const& nameSpace,
+CIMIndication::CIMIndication(Logger& log, const std::string& name, const std::string& nameSpace,
                              int severity)
     : _name(name),
       _nameSpace(nameSpace),

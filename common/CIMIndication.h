@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiObjectPath.h"
 #include "platform/logger/Logger.h"
 #include "pylcommon_export.h"
+
+#include <cstdint>
+#include <string>
 
 namespace PYL {
 
@@ -19,9 +19,9 @@ class PYL_EXPORT CIMIndication {
 public:
     /// An indication of this class with the next number of the process. `severity` is an
     /// indicationSeverity. Keeps a copy of the logger.
-    CIMIndication(Logger& log, std::string const& name, std::string const& nameSpace, int severity);
-    CIMIndication(CIMIndication const&) = delete;
-    CIMIndication& operator=(CIMIndication const&) = delete;
+    CIMIndication(Logger& log, const std::string& name, const std::string& nameSpace, int severity);
+    CIMIndication(const CIMIndication&) = delete;
+    CIMIndication& operator=(const CIMIndication&) = delete;
     virtual ~CIMIndication();
 
     /// The path of the indication: host, namespace and class, without keys.

@@ -6,7 +6,7 @@ namespace PYL {
 
 CmpiManagedInstance::~CmpiManagedInstance() = default;
 
-void CmpiManagedInstance::invokeMethod(CmpiCpp::CmpiName const&, CmpiCpp::CmpiArgs const&,
+void CmpiManagedInstance::invokeMethod(const CmpiCpp::CmpiName&, const CmpiCpp::CmpiArgs&,
                                        CmpiCpp::CmpiMethodResult&) {
     throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_METHOD_NOT_FOUND);
 }

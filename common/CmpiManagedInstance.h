@@ -1,8 +1,5 @@
 #pragma once
 
-#include <atomic>
-#include <vector>
-
 #include "cmpicpp/CmpiArgs.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiName.h"
@@ -10,17 +7,21 @@
 #include "cmpicpp/CmpiResult.h"
 #include "pylcommon_export.h"
 
+#include <atomic>
+#include <vector>
+
 namespace PYL {
 
 /// One managed thing that a provider reports: a fan, a disk, a link between two of them.
 ///
-/// A CmpiManagedInstanceCollection owns it and calls it under its lock, so no operation may call back
-/// into that collection. A hidden instance is reported by nothing and goes at the next clean-up.
+/// A CmpiManagedInstanceCollection owns it and calls it under its lock, so no operation may call
+/// back into that collection. A hidden instance is reported by nothing and goes at the next
+/// clean-up.
 class PYL_EXPORT CmpiManagedInstance {
 public:
     CmpiManagedInstance() = default;
-    CmpiManagedInstance(CmpiManagedInstance const&) = delete;
-    CmpiManagedInstance& operator=(CmpiManagedInstance const&) = delete;
+    CmpiManagedInstance(const CmpiManagedInstance&) = delete;
+    CmpiManagedInstance& operator=(const CmpiManagedInstance&) = delete;
     virtual ~CmpiManagedInstance();
 
     /// The full path: namespace, class, keys, and the local host name as PYLUtil gives it.
@@ -30,14 +31,15 @@ public:
     virtual CmpiCpp::CmpiInstance getInstance() = 0;
 
     /// Runs an extrinsic method. Unless overridden, throws CMPI_RC_ERR_METHOD_NOT_FOUND.
-    virtual void invokeMethod(CmpiCpp::CmpiName const& method, CmpiCpp::CmpiArgs const& in,
+    virtual void invokeMethod(const CmpiCpp::CmpiName& method, const CmpiCpp::CmpiArgs& in,
                               CmpiCpp::CmpiMethodResult& out);
 
     /// The CIM class of the instance.
     virtual CmpiCpp::CmpiName getClassName() = 0;
 
-    // Neither is locked: a refresh may hide instances while another thread walks the collection. The
-    // clean-up that finds an instance hidden deletes it, so what was done to it before must be over.
+    // Neither is locked: a refresh may hide instances while another thread walks the collection.
+    // The clean-up that finds an instance hidden deletes it, so what was done to it before must be
+    // over.
     bool visible() const { return _visible.load(std::memory_order_acquire); }
     void setVisible(bool visible) { _visible.store(visible, std::memory_order_release); }
 
@@ -49,16 +51,16 @@ protected:
 class PYL_EXPORT CmpiManagedInstanceAssociation : public CmpiManagedInstance {
 public:
     /// When `path` names one end, the path of the other; otherwise the empty path.
-    virtual CmpiCpp::CmpiObjectPath getAssociatedPath(CmpiCpp::CmpiObjectPath const& path) = 0;
+    virtual CmpiCpp::CmpiObjectPath getAssociatedPath(const CmpiCpp::CmpiObjectPath& path) = 0;
 };
 
 /// A link from an object to any number of others.
 class PYL_EXPORT CmpiManagedInstanceMultiAssociation : public CmpiManagedInstance {
 public:
-    /// Everything associated with `path` through this instance, in the order in which it is reported;
-    /// empty when `path` is not an end of it.
+    /// Everything associated with `path` through this instance, in the order in which it is
+    /// reported; empty when `path` is not an end of it.
     virtual std::vector<CmpiCpp::CmpiObjectPath> getAssociatedPaths(
-        CmpiCpp::CmpiObjectPath const& path) = 0;
+        const CmpiCpp::CmpiObjectPath& path) = 0;
 };
 
 }  // namespace PYL

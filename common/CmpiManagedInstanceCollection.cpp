@@ -1,11 +1,11 @@
 #include "common/CmpiManagedInstanceCollection.h"
 
-#include <algorithm>
-#include <cstdint>
-
 #include "common/AutoMutex.h"
 #include "common/LocalRequest.h"
 #include "common/LockedWalk.h"
+
+#include <algorithm>
+#include <cstdint>
 
 namespace PYL {
 
@@ -29,16 +29,16 @@ CmpiManagedInstanceCollection::~CmpiManagedInstanceCollection() {
 }
 
 bool CmpiManagedInstanceCollection::createInstance(CmpiManagedInstance* inst) {
-    AutoMutex const lock(_mutex);
+    const AutoMutex lock(_mutex);
     _collection.push_back(inst);
     return true;
 }
 
-bool CmpiManagedInstanceCollection::deleteInstance(CmpiObjectPath const& path) {
-    AutoMutex const lock(_mutex);
-    int const index = _findIndex(path);
+bool CmpiManagedInstanceCollection::deleteInstance(const CmpiObjectPath& path) {
+    const AutoMutex lock(_mutex);
+    const int index = _findIndex(path);
     if (index < 0) return false;
-    auto const slot = _collection.begin() + index;
+    const auto slot = _collection.begin() + index;
     delete *slot;
     _collection.erase(slot);
     return true;
@@ -46,13 +46,13 @@ bool CmpiManagedInstanceCollection::deleteInstance(CmpiObjectPath const& path) {
 
 /// The walk that both enumerations share. The caller holds the lock.
 template <typename Deliver>
-int CmpiManagedInstanceCollection::_enumerate(CmpiObjectPath const& path, Deliver deliver) {
-    auto const className = path.getClassName();
-    auto const nameSpace = path.getNameSpace();
+int CmpiManagedInstanceCollection::_enumerate(const CmpiObjectPath& path, Deliver deliver) {
+    const auto className = path.getClassName();
+    const auto nameSpace = path.getNameSpace();
     int count = 0;
     for (auto* instance : _collection) {
         if (!instance || !instance->visible() || !(className == instance->getClassName())) continue;
-        auto const instancePath = instance->getPath();
+        const auto instancePath = instance->getPath();
         if (!(nameSpace == instancePath.getNameSpace())) continue;
         if (_log.infoEnabled()) _log.info("deliver: %s", instancePath.str());
         deliver(*instance);
@@ -61,17 +61,20 @@ int CmpiManagedInstanceCollection::_enumerate(CmpiObjectPath const& path, Delive
     return count;
 }
 
-int CmpiManagedInstanceCollection::enumInstanceNames(CmpiObjectPathResult& result, CmpiContext const&,
-                                                     CmpiObjectPath const& path) {
-    if (_log.infoEnabled())
+int CmpiManagedInstanceCollection::enumInstanceNames(CmpiObjectPathResult& result,
+                                                     const CmpiContext&,
+                                                     const CmpiObjectPath& path) {
+    if (_log.infoEnabled()) {
         _log.info("enumInstanceNames() for class: %s", path.getClassName().c_str());
+    }
     return lockedWalk(_mutex, _log, "enumInstanceNames", "enumInstanceNames() exception", [&] {
         return _enumerate(path, [&](auto& instance) { result.deliver(instance.getPath()); });
     });
 }
 
-int CmpiManagedInstanceCollection::enumInstances(CmpiInstanceResult& result, CmpiContext const&,
-                                                 CmpiObjectPath const& path, char const** properties) {
+int CmpiManagedInstanceCollection::enumInstances(CmpiInstanceResult& result, const CmpiContext&,
+                                                 const CmpiObjectPath& path,
+                                                 const char** properties) {
     if (_log.infoEnabled()) _log.info("enumInstances() for class:%s", path.getClassName().c_str());
     if (properties) _log.warn("property filters not supported! No exception.");
     return lockedWalk(_mutex, _log, "enumInstances", "enumInstances() exception:", [&] {
@@ -79,17 +82,18 @@ int CmpiManagedInstanceCollection::enumInstances(CmpiInstanceResult& result, Cmp
     });
 }
 
-bool CmpiManagedInstanceCollection::getInstance(CmpiInstanceResult& result, CmpiContext const&,
-                                                CmpiObjectPath const& path, char const** properties) {
+bool CmpiManagedInstanceCollection::getInstance(CmpiInstanceResult& result, const CmpiContext&,
+                                                const CmpiObjectPath& path,
+                                                const char** properties) {
     if (_log.infoEnabled()) _log.info("getInstance() for path: %s", path.str());
     if (properties) _log.warn("property filters not supported! No exception.");
 
-    AutoMutex const lock(_mutex);
+    const AutoMutex lock(_mutex);
     try {
         LocalRequest request(path);
         for (auto* instance : _collection) {
             if (!instance || !instance->visible()) continue;
-            auto const instancePath = instance->getPath();
+            const auto instancePath = instance->getPath();
             if (!(request.path() == instancePath)) continue;
             if (_log.infoEnabled()) _log.info("deliver: %s", instancePath.str());
             result.deliver(instance->getInstance());
@@ -108,16 +112,16 @@ unsigned int CmpiManagedInstanceCollection::size() const {
 }
 
 CmpiManagedInstance* CmpiManagedInstanceCollection::getManagedInstance(unsigned int index) {
-    // The sum wraps for the largest index, which so passes the test: the slot is looked at all the same
-    // before it is read.
+    // The sum wraps for the largest index, which so passes the test: the slot is looked at all the
+    // same before it is read.
     if (index + std::uint32_t{1} > size()) return nullptr;
     return index < _collection.size() ? _collection[index] : nullptr;
 }
 
-CmpiManagedInstance* CmpiManagedInstanceCollection::getManagedInstance(CmpiObjectPath const& path) {
-    AutoMutex const lock(_mutex);
+CmpiManagedInstance* CmpiManagedInstanceCollection::getManagedInstance(const CmpiObjectPath& path) {
+    const AutoMutex lock(_mutex);
     try {
-        int const index = _findIndex(path);
+        const int index = _findIndex(path);
         return index < 0 ? nullptr : _collection[static_cast<std::size_t>(index)];
     } catch (...) {
         _log.error("getManagedInstance() exception");
@@ -126,26 +130,27 @@ CmpiManagedInstance* CmpiManagedInstanceCollection::getManagedInstance(CmpiObjec
 }
 
 void CmpiManagedInstanceCollection::clear() {
-    AutoMutex const lock(_mutex);
+    const AutoMutex lock(_mutex);
     for (auto* instance : _collection) delete instance;
     _collection.clear();
 }
 
 void CmpiManagedInstanceCollection::cleanup() {
-    AutoMutex const lock(_mutex);
+    const AutoMutex lock(_mutex);
     std::vector<CmpiManagedInstance*> visible;
     visible.reserve(_collection.size());
     for (auto* instance : _collection) {
-        if (instance && instance->visible())
+        if (instance && instance->visible()) {
             visible.push_back(instance);
-        else
+        } else {
             delete instance;
+        }
     }
     _collection.swap(visible);
 }
 
-int CmpiManagedInstanceCollection::_findIndex(CmpiObjectPath const& path) {
-    auto const found = std::find_if(_collection.begin(), _collection.end(), [&](auto* instance) {
+int CmpiManagedInstanceCollection::_findIndex(const CmpiObjectPath& path) {
+    const auto found = std::find_if(_collection.begin(), _collection.end(), [&](auto* instance) {
         return instance && instance->getPath() == path;
     });
     return found == _collection.end() ? -1 : static_cast<int>(found - _collection.begin());

@@ -1,8 +1,5 @@
 // The association operations of the collection.
 
-#include <string>
-#include <typeinfo>
-
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiMBService.h"
 #include "cmpicpp/CmpiStatus.h"
@@ -10,6 +7,9 @@
 #include "common/LocalRequest.h"
 #include "common/LockedWalk.h"
 #include "common/PYLUtil.h"
+
+#include <string>
+#include <typeinfo>
 
 namespace PYL {
 
@@ -24,32 +24,34 @@ using CmpiCpp::CmpiStatus;
 
 namespace {
 
-void refuse(Logger const& log, char const* line, char const* message) {
+void refuse(const Logger& log, const char* line, const char* message) {
     log.warn(line);
     throw CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED, message);
 }
 
-void refuseRole(Logger const& log, CmpiName const& role) {
+void refuseRole(const Logger& log, const CmpiName& role) {
     if (!role.empty()) refuse(log, "role filter not supported", "role filters not supported");
 }
 
-void refuseResultRole(Logger const& log, CmpiName const& resultRole) {
-    if (!resultRole.empty())
+void refuseResultRole(const Logger& log, const CmpiName& resultRole) {
+    if (!resultRole.empty()) {
         refuse(log, "resultRole filter not supported", "resultRole filters not supported");
+    }
 }
 
-void refuseProperties(Logger const& log, char const** properties) {
-    if (properties)
+void refuseProperties(const Logger& log, const char** properties) {
+    if (properties) {
         refuse(log, "property filters not supported!", "property filters not supported");
+    }
 }
 
 /// True when the path's class is of the filter's class or a subclass, or there is no filter.
-bool passes(CmpiObjectPath const& path, std::string const& filter) {
+bool passes(const CmpiObjectPath& path, const std::string& filter) {
     return filter.empty() || path.classPathIsA(CmpiBroker(PYLUtil::getBroker()), filter);
 }
 
 /// The same for an association, whose path is not asked for when there is no filter.
-bool isOfClass(CmpiManagedInstance& association, std::string const& filter) {
+bool isOfClass(CmpiManagedInstance& association, const std::string& filter) {
     return filter.empty() || passes(association.getPath(), filter);
 }
 
@@ -65,18 +67,19 @@ public:
     /// another instance.
     template <typename Two, typename Many>
     void apply(CmpiManagedInstance& instance, Two two, Many many) {
-        auto const& type = typeid(instance);
+        const auto& type = typeid(instance);
         if (&type == _other) return;
-        if (auto* association = dynamic_cast<CmpiManagedInstanceAssociation*>(&instance))
+        if (auto* association = dynamic_cast<CmpiManagedInstanceAssociation*>(&instance)) {
             two(*association);
-        else if (auto* multi = dynamic_cast<CmpiManagedInstanceMultiAssociation*>(&instance))
+        } else if (auto* multi = dynamic_cast<CmpiManagedInstanceMultiAssociation*>(&instance)) {
             many(*multi);
-        else
+        } else {
             _other = &type;
+        }
     }
 
 private:
-    std::type_info const* _other = nullptr;
+    const std::type_info* _other = nullptr;
 };
 
 /// Visits the far ends of an association as seen from the request. A two-ended association counts
@@ -87,12 +90,13 @@ void forEachFarEnd(CmpiManagedInstance& instance, AssociationKinds& kinds, Local
     kinds.apply(
         instance,
         [&](CmpiManagedInstanceAssociation& association) {
-            auto const farEnd = association.getAssociatedPath(request.path());
+            const auto farEnd = association.getAssociatedPath(request.path());
             if (!farEnd.empty() && inNameSpaceOf(association, request)) visit(farEnd);
         },
         [&](CmpiManagedInstanceMultiAssociation& multi) {
-            for (auto const& farEnd : multi.getAssociatedPaths(request.path()))
+            for (const auto& farEnd : multi.getAssociatedPaths(request.path())) {
                 if (!farEnd.empty()) visit(farEnd);
+            }
         });
 }
 
@@ -107,26 +111,28 @@ bool involves(CmpiManagedInstance& instance, AssociationKinds& kinds, LocalReque
                     !association.getAssociatedPath(request.path()).empty();
         },
         [&](CmpiManagedInstanceMultiAssociation& multi) {
-            auto const farEnds = multi.getAssociatedPaths(request.path());
+            const auto farEnds = multi.getAssociatedPaths(request.path());
             found = !farEnds.empty() && !farEnds.front().empty();
         });
     return found;
 }
 
-bool usable(CmpiManagedInstance const* instance) { return instance && instance->visible(); }
+bool usable(const CmpiManagedInstance* instance) {
+    return instance && instance->visible();
+}
 
-void logFilterFailure(Logger const& log, char const* format, CmpiObjectPath const& path) {
+void logFilterFailure(const Logger& log, const char* format, const CmpiObjectPath& path) {
     if (log.infoEnabled()) log.info(format, path.getClassName().c_str());
 }
 
-constexpr char const* filterFailed = "%s result class filter failed";
+constexpr const char* filterFailed = "%s result class filter failed";
 
 }  // namespace
 
 int CmpiManagedInstanceCollection::_deliverOwned(CmpiInstanceResult& result,
                                                  CmpiManagedInstance& association,
                                                  CmpiManagedInstance& target,
-                                                 std::string const& resultClass) {
+                                                 const std::string& resultClass) {
     if (!resultClass.empty() && !passes(target.getPath(), resultClass)) {
         // The line names the association's class, which tells whose far end was left out.
         logFilterFailure(_log, filterFailed, association.getPath());
@@ -137,19 +143,18 @@ int CmpiManagedInstanceCollection::_deliverOwned(CmpiInstanceResult& result,
     return 1;
 }
 
-int CmpiManagedInstanceCollection::_deliverUpCall(CmpiInstanceResult& result, CmpiContext const& ctx,
-                                                  CmpiManagedInstance& association,
-                                                  CmpiObjectPath const& farEnd,
-                                                  std::string const& resultClass,
-                                                  char const** properties) {
-    if (_log.infoEnabled())
+int CmpiManagedInstanceCollection::_deliverUpCall(
+    CmpiInstanceResult& result, const CmpiContext& ctx, CmpiManagedInstance& association,
+    const CmpiObjectPath& farEnd, const std::string& resultClass, const char** properties) {
+    if (_log.infoEnabled()) {
         _log.info("%s references path %s, not owned by this provider. Performing Upcall",
                   association.getPath().getClassName().c_str(), farEnd.str());
-    CmpiMBService const service(PYLUtil::getBroker(), _log);
+    }
+    const CmpiMBService service(PYLUtil::getBroker(), _log);
     try {
-        auto const instance = service.getInstance(ctx, farEnd, properties);
+        const auto instance = service.getInstance(ctx, farEnd, properties);
         _log.info("got instance via upcall");
-        auto const path = instance.getPath();
+        const auto path = instance.getPath();
         if (!passes(path, resultClass)) {
             logFilterFailure(_log, "%s result class filter failed on upcall instance", path);
             return 0;
@@ -164,55 +169,58 @@ int CmpiManagedInstanceCollection::_deliverUpCall(CmpiInstanceResult& result, Cm
     }
 }
 
-int CmpiManagedInstanceCollection::_deliverFarEnd(CmpiInstanceResult& result, CmpiContext const& ctx,
-                                                  CmpiManagedInstance& association,
-                                                  CmpiObjectPath const& farEnd,
-                                                  std::string const& resultClass,
-                                                  char const** properties) {
-    int const index = _findIndex(farEnd);
+int CmpiManagedInstanceCollection::_deliverFarEnd(
+    CmpiInstanceResult& result, const CmpiContext& ctx, CmpiManagedInstance& association,
+    const CmpiObjectPath& farEnd, const std::string& resultClass, const char** properties) {
+    const int index = _findIndex(farEnd);
     if (index < 0) return _deliverUpCall(result, ctx, association, farEnd, resultClass, properties);
     return _deliverOwned(result, association, *_collection[static_cast<std::size_t>(index)],
                          resultClass);
 }
 
-int CmpiManagedInstanceCollection::associators(CmpiInstanceResult& result, CmpiContext const& ctx,
-                                               CmpiObjectPath const& path, CmpiName const& assocClass,
-                                               CmpiName const& resultClass, CmpiName const& role,
-                                               CmpiName const& resultRole, char const** properties) {
+int CmpiManagedInstanceCollection::associators(CmpiInstanceResult& result, const CmpiContext& ctx,
+                                               const CmpiObjectPath& path,
+                                               const CmpiName& assocClass,
+                                               const CmpiName& resultClass, const CmpiName& role,
+                                               const CmpiName& resultRole,
+                                               const char** properties) {
     refuseRole(_log, role);
     refuseResultRole(_log, resultRole);
     refuseProperties(_log, properties);
     return lockedWalk(_mutex, _log, "associators", "associators() exception:", [&] {
-        auto const associationFilter = assocClass.str();
-        auto const resultFilter = resultClass.str();
+        const auto associationFilter = assocClass.str();
+        const auto resultFilter = resultClass.str();
         LocalRequest request(path);
         AssociationKinds kinds;
         int count = 0;
         for (auto* instance : _collection) {
             if (!usable(instance)) continue;
-            forEachFarEnd(*instance, kinds, request, [&](CmpiObjectPath const& farEnd) {
-                if (isOfClass(*instance, associationFilter))
-                    count += _deliverFarEnd(result, ctx, *instance, farEnd, resultFilter, properties);
+            forEachFarEnd(*instance, kinds, request, [&](const CmpiObjectPath& farEnd) {
+                if (isOfClass(*instance, associationFilter)) {
+                    count +=
+                        _deliverFarEnd(result, ctx, *instance, farEnd, resultFilter, properties);
+                }
             });
         }
         return count;
     });
 }
 
-int CmpiManagedInstanceCollection::associatorNames(CmpiObjectPathResult& result, CmpiContext const&,
-                                                   CmpiObjectPath const& path,
-                                                   CmpiName const& assocClass,
-                                                   CmpiName const& resultClass, CmpiName const& role,
-                                                   CmpiName const& resultRole) {
+int CmpiManagedInstanceCollection::associatorNames(CmpiObjectPathResult& result, const CmpiContext&,
+                                                   const CmpiObjectPath& path,
+                                                   const CmpiName& assocClass,
+                                                   const CmpiName& resultClass,
+                                                   const CmpiName& role,
+                                                   const CmpiName& resultRole) {
     refuseRole(_log, role);
     refuseResultRole(_log, resultRole);
     return lockedWalk(_mutex, _log, "associatorNames", "associatorNames() exception:", [&] {
-        auto const associationFilter = assocClass.str();
-        auto const resultFilter = resultClass.str();
+        const auto associationFilter = assocClass.str();
+        const auto resultFilter = resultClass.str();
         LocalRequest request(path);
         AssociationKinds kinds;
         int count = 0;
-        auto const deliver = [&](CmpiManagedInstance& association, CmpiObjectPath const& farEnd) {
+        const auto deliver = [&](CmpiManagedInstance& association, const CmpiObjectPath& farEnd) {
             if (!isOfClass(association, associationFilter)) return;
             if (!passes(farEnd, resultFilter)) {
                 logFilterFailure(_log, filterFailed, farEnd);
@@ -222,25 +230,27 @@ int CmpiManagedInstanceCollection::associatorNames(CmpiObjectPathResult& result,
             result.deliver(farEnd);
             ++count;
         };
-        for (auto* instance : _collection)
-            if (usable(instance))
+        for (auto* instance : _collection) {
+            if (usable(instance)) {
                 forEachFarEnd(*instance, kinds, request,
-                              [&](CmpiObjectPath const& farEnd) { deliver(*instance, farEnd); });
+                              [&](const CmpiObjectPath& farEnd) { deliver(*instance, farEnd); });
+            }
+        }
         return count;
     });
 }
 
 template <typename Deliver>
-int CmpiManagedInstanceCollection::_refer(CmpiObjectPath const& path, CmpiName const& resultClass,
+int CmpiManagedInstanceCollection::_refer(const CmpiObjectPath& path, const CmpiName& resultClass,
                                           Deliver deliver) {
-    auto const filter = resultClass.str();
+    const auto filter = resultClass.str();
     LocalRequest request(path);
     AssociationKinds kinds;
     int count = 0;
     for (auto* instance : _collection) {
         if (!usable(instance) || !involves(*instance, kinds, request)) continue;
         if (!filter.empty()) {
-            auto const associationPath = instance->getPath();
+            const auto associationPath = instance->getPath();
             if (!passes(associationPath, filter)) {
                 logFilterFailure(_log, filterFailed, associationPath);
                 continue;
@@ -252,20 +262,23 @@ int CmpiManagedInstanceCollection::_refer(CmpiObjectPath const& path, CmpiName c
     return count;
 }
 
-int CmpiManagedInstanceCollection::references(CmpiInstanceResult& result, CmpiContext const&,
-                                              CmpiObjectPath const& path, CmpiName const& resultClass,
-                                              CmpiName const& role, char const** properties) {
+int CmpiManagedInstanceCollection::references(CmpiInstanceResult& result, const CmpiContext&,
+                                              const CmpiObjectPath& path,
+                                              const CmpiName& resultClass, const CmpiName& role,
+                                              const char** properties) {
     refuseRole(_log, role);
     refuseProperties(_log, properties);
     return lockedWalk(_mutex, _log, "references", "references exception:", [&] {
-        return _refer(path, resultClass,
-                      [&](CmpiManagedInstance& instance) { result.deliver(instance.getInstance()); });
+        return _refer(path, resultClass, [&](CmpiManagedInstance& instance) {
+            result.deliver(instance.getInstance());
+        });
     });
 }
 
-int CmpiManagedInstanceCollection::referenceNames(CmpiObjectPathResult& result, CmpiContext const&,
-                                                  CmpiObjectPath const& path,
-                                                  CmpiName const& resultClass, CmpiName const& role) {
+int CmpiManagedInstanceCollection::referenceNames(CmpiObjectPathResult& result, const CmpiContext&,
+                                                  const CmpiObjectPath& path,
+                                                  const CmpiName& resultClass,
+                                                  const CmpiName& role) {
     refuseRole(_log, role);
     return lockedWalk(_mutex, _log, "referenceNames", "referenceNames exception:", [&] {
         return _refer(path, resultClass,

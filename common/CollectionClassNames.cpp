@@ -5,11 +5,11 @@
 // clang-format off
 
 #define PYL_TABLES(family)                                                                            \
-    constinit char const* const family##ClassNames[] = {PYL_##family##Classes(PYL_CLASS_NAME) nullptr}; \
-    constinit char const* const family##ClassTypes[] = {PYL_##family##Classes(PYL_CLASS_TYPE) nullptr};
+    constinit const char* const family##ClassNames[] = {PYL_##family##Classes(PYL_CLASS_NAME) nullptr}; \
+    constinit const char* const family##ClassTypes[] = {PYL_##family##Classes(PYL_CLASS_TYPE) nullptr};
 
 #define PYL_LEVELS(family)                                                                            \
-    constinit int const family##ClassLevels[] = {PYL_##family##Classes(PYL_CLASS_LEVEL) -1};
+    constinit const int family##ClassLevels[] = {PYL_##family##Classes(PYL_CLASS_LEVEL) -1};
 
 namespace PYL {
 

@@ -10,53 +10,53 @@
 /// library is loaded.
 namespace PYL {
 
-extern PYL_EXPORT char const* const BaseServerClassNames[];
-extern PYL_EXPORT char const* const BaseServerClassTypes[];
-extern PYL_EXPORT char const* const BaseServerPhysicalAssetClassNames[];
-extern PYL_EXPORT char const* const BaseServerPhysicalAssetClassTypes[];
-extern PYL_EXPORT char const* const CarrowLiteClassNames[];
-extern PYL_EXPORT char const* const CarrowLiteClassTypes[];
-extern PYL_EXPORT char const* const CPUClassNames[];
-extern PYL_EXPORT char const* const CPUClassTypes[];
-extern PYL_EXPORT char const* const CPUPhysicalAssetClassNames[];
-extern PYL_EXPORT char const* const CPUPhysicalAssetClassTypes[];
-extern PYL_EXPORT char const* const ConfigurationDataClassNames[];
-extern PYL_EXPORT char const* const ConfigurationDataClassTypes[];
-extern PYL_EXPORT char const* const ConsolidatedStatusClassNames[];
-extern PYL_EXPORT char const* const ConsolidatedStatusClassTypes[];
-extern PYL_EXPORT char const* const EthernetTeamingClassNames[];
-extern PYL_EXPORT char const* const EthernetTeamingClassTypes[];
-extern PYL_EXPORT char const* const FCHBAClassNames[];
-extern PYL_EXPORT char const* const FCHBAClassTypes[];
-extern PYL_EXPORT char const* const LocalFileClassNames[];
-extern PYL_EXPORT char const* const LocalFileClassTypes[];
-extern PYL_EXPORT char const* const LocationClassNames[];
-extern PYL_EXPORT char const* const LocationClassTypes[];
-extern PYL_EXPORT char const* const MPLiteClassNames[];
-extern PYL_EXPORT char const* const MPLiteClassTypes[];
-extern PYL_EXPORT char const* const MemoryClassNames[];
-extern PYL_EXPORT char const* const MemoryClassTypes[];
-extern PYL_EXPORT char const* const MemoryPhysicalClassNames[];
-extern PYL_EXPORT char const* const MemoryPhysicalClassTypes[];
-extern PYL_EXPORT char const* const PCIClassNames[];
-extern PYL_EXPORT char const* const PCIClassTypes[];
-extern PYL_EXPORT char const* const ProfileRegistrationClassNames[];
-extern PYL_EXPORT char const* const ProfileRegistrationClassTypes[];
-extern PYL_EXPORT char const* const RecordLogClassNames[];
-extern PYL_EXPORT char const* const RecordLogClassTypes[];
-extern PYL_EXPORT char const* const SASHBAClassNames[];
-extern PYL_EXPORT char const* const SASHBAClassTypes[];
-extern PYL_EXPORT char const* const SCSIHBAClassNames[];
-extern PYL_EXPORT char const* const SCSIHBAClassTypes[];
-extern PYL_EXPORT char const* const VelaArrayClassNames[];
-extern PYL_EXPORT char const* const VelaArrayClassTypes[];
-extern PYL_EXPORT char const* const SoftwareInventoryClassNames[];
-extern PYL_EXPORT char const* const SoftwareInventoryClassTypes[];
+extern PYL_EXPORT const char* const BaseServerClassNames[];
+extern PYL_EXPORT const char* const BaseServerClassTypes[];
+extern PYL_EXPORT const char* const BaseServerPhysicalAssetClassNames[];
+extern PYL_EXPORT const char* const BaseServerPhysicalAssetClassTypes[];
+extern PYL_EXPORT const char* const CarrowLiteClassNames[];
+extern PYL_EXPORT const char* const CarrowLiteClassTypes[];
+extern PYL_EXPORT const char* const CPUClassNames[];
+extern PYL_EXPORT const char* const CPUClassTypes[];
+extern PYL_EXPORT const char* const CPUPhysicalAssetClassNames[];
+extern PYL_EXPORT const char* const CPUPhysicalAssetClassTypes[];
+extern PYL_EXPORT const char* const ConfigurationDataClassNames[];
+extern PYL_EXPORT const char* const ConfigurationDataClassTypes[];
+extern PYL_EXPORT const char* const ConsolidatedStatusClassNames[];
+extern PYL_EXPORT const char* const ConsolidatedStatusClassTypes[];
+extern PYL_EXPORT const char* const EthernetTeamingClassNames[];
+extern PYL_EXPORT const char* const EthernetTeamingClassTypes[];
+extern PYL_EXPORT const char* const FCHBAClassNames[];
+extern PYL_EXPORT const char* const FCHBAClassTypes[];
+extern PYL_EXPORT const char* const LocalFileClassNames[];
+extern PYL_EXPORT const char* const LocalFileClassTypes[];
+extern PYL_EXPORT const char* const LocationClassNames[];
+extern PYL_EXPORT const char* const LocationClassTypes[];
+extern PYL_EXPORT const char* const MPLiteClassNames[];
+extern PYL_EXPORT const char* const MPLiteClassTypes[];
+extern PYL_EXPORT const char* const MemoryClassNames[];
+extern PYL_EXPORT const char* const MemoryClassTypes[];
+extern PYL_EXPORT const char* const MemoryPhysicalClassNames[];
+extern PYL_EXPORT const char* const MemoryPhysicalClassTypes[];
+extern PYL_EXPORT const char* const PCIClassNames[];
+extern PYL_EXPORT const char* const PCIClassTypes[];
+extern PYL_EXPORT const char* const ProfileRegistrationClassNames[];
+extern PYL_EXPORT const char* const ProfileRegistrationClassTypes[];
+extern PYL_EXPORT const char* const RecordLogClassNames[];
+extern PYL_EXPORT const char* const RecordLogClassTypes[];
+extern PYL_EXPORT const char* const SASHBAClassNames[];
+extern PYL_EXPORT const char* const SASHBAClassTypes[];
+extern PYL_EXPORT const char* const SCSIHBAClassNames[];
+extern PYL_EXPORT const char* const SCSIHBAClassTypes[];
+extern PYL_EXPORT const char* const VelaArrayClassNames[];
+extern PYL_EXPORT const char* const VelaArrayClassTypes[];
+extern PYL_EXPORT const char* const SoftwareInventoryClassNames[];
+extern PYL_EXPORT const char* const SoftwareInventoryClassTypes[];
 
 // At which level each class of a family is collected, ended by -1, for the families that the data
 // collection itself does not gather. Those of the others are its own.
-extern PYL_EXPORT int const ConfigurationDataClassLevels[];
-extern PYL_EXPORT int const LocalFileClassLevels[];
-extern PYL_EXPORT int const SCSIHBAClassLevels[];
+extern PYL_EXPORT const int ConfigurationDataClassLevels[];
+extern PYL_EXPORT const int LocalFileClassLevels[];
+extern PYL_EXPORT const int SCSIHBAClassLevels[];
 
 }  // namespace PYL

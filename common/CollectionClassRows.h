@@ -3,7 +3,8 @@
 /// The classes of the data collection: each row is a class, its kind and its level. The tables of a
 /// family are all made from its rows, so that entry i of each speaks of the same class:
 ///
-///     constinit char const* const MemoryClassNames[] = {PYL_MemoryClasses(PYL_CLASS_NAME) nullptr};
+///     constinit const char* const MemoryClassNames[] = {PYL_MemoryClasses(PYL_CLASS_NAME)
+/// nullptr};
 ///
 /// For the sources of those tables alone.
 // clang-format off
@@ -14,8 +15,8 @@
 
 namespace PYL {
 
-constexpr char const* instance = "Instance";
-constexpr char const* association = "Association";
+constexpr const char* instance = "Instance";
+constexpr const char* association = "Association";
 
 }  // namespace PYL
 

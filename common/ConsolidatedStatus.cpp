@@ -1,10 +1,10 @@
 // How PYLUtil hands a group's rolled-up status to the consolidated-status provider.
 
-#include <optional>
-
 #include "cmpi/cmpift.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/PYLUtil.h"
+
+#include <optional>
 
 namespace PYL {
 
@@ -17,16 +17,16 @@ using CmpiCpp::CmpiStatus;
 
 namespace {
 
-constexpr char const* statusProperty = "GroupOperationalStatus";
+constexpr const char* statusProperty = "GroupOperationalStatus";
 
 /// The status to post; none, with a line in the log, when the property is not what it must be.
-std::optional<operationalStatus> readStatus(CmpiInstance const& instance, Logger& log) {
-    auto const property = instance.getProperty(statusProperty);
+std::optional<operationalStatus> readStatus(const CmpiInstance& instance, Logger& log) {
+    const auto property = instance.getProperty(statusProperty);
     if (property.getType() != CMPI_uint16 || !property.isArray()) {
         log.error("Bad type for GroupOperationalStatus in PYLUtil::postStatus()");
         return std::nullopt;
     }
-    auto const statuses = property.asArray();
+    const auto statuses = property.asArray();
     if (statuses.getSize() == 0) {
         log.error("No elements in GroupOperationalStatus in PYLUtil::postStatus()");
         return std::nullopt;
@@ -34,25 +34,25 @@ std::optional<operationalStatus> readStatus(CmpiInstance const& instance, Logger
     return opstatusFromUint16(static_cast<unsigned short>(statuses.getElementAt(0).asUint64()));
 }
 
-std::optional<operationalStatus> readStatusIfPresent(CmpiInstance const& instance, Logger& log) {
+std::optional<operationalStatus> readStatusIfPresent(const CmpiInstance& instance, Logger& log) {
     try {
         return readStatus(instance, log);
-    } catch (CmpiStatus const& status) {
+    } catch (const CmpiStatus& status) {
         if (status.rc() != CMPI_RC_ERR_NOT_FOUND) throw;
         log.error("GroupOperationalStatus not found in collection in PYLUtil::postStatus()");
         return std::nullopt;
     }
 }
 
-CmpiArgs makeArguments(CMPIBroker const* broker) {
+CmpiArgs makeArguments(const CMPIBroker* broker) {
     return CmpiArgs(CmpiHandle<CMPIArgs>::fresh(broker, broker->eft->newArgs(broker, nullptr)));
 }
 
 /// Throws the CmpiStatus of the broker and of the method.
-void invokePostStatus(CmpiContext const& ctx, CmpiInstance const& instance,
+void invokePostStatus(const CmpiContext& ctx, const CmpiInstance& instance,
                       operationalStatus status) {
-    auto const* const broker = PYLUtil::getBroker();
-    auto const path = CmpiCpp::makeCmpiObjectPath(CmpiBroker(broker), BaseServerNameSpace,
+    const auto* const broker = PYLUtil::getBroker();
+    const auto path = CmpiCpp::makeCmpiObjectPath(CmpiBroker(broker), BaseServerNameSpace,
                                                   ScopedCentralClassName);
     auto in = makeArguments(broker);
     auto* const out = broker->eft->newArgs(broker, nullptr);
@@ -66,16 +66,16 @@ void invokePostStatus(CmpiContext const& ctx, CmpiInstance const& instance,
 
 }  // namespace
 
-void PYLUtil::postStatus(Logger& log, CmpiContext const& ctx, CmpiInstance const& instance) {
+void PYLUtil::postStatus(Logger& log, const CmpiContext& ctx, const CmpiInstance& instance) {
     if (isAgentlessOnlyServer(log)) {
         log.info("skipping post as server is agentless in PYLUtil::postStatus()");
         return;
     }
-    auto const status = readStatusIfPresent(instance, log);
+    const auto status = readStatusIfPresent(instance, log);
     if (!status) return;
     try {
         invokePostStatus(ctx, instance, *status);
-    } catch (CmpiStatus const& failure) {
+    } catch (const CmpiStatus& failure) {
         // Nobody waits for the post: the group's own provider must not fail for it.
         log.info("ignoring exception thrown in invokeMethod() upcall in PYLUtil::postStatus(): %s",
                  failure.str());

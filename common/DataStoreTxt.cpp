@@ -1,5 +1,10 @@
 #include "common/DataStoreTxt.h"
 
+#include "common/AutoMutex.h"
+#include "common/PYLConstants.h"
+#include "common/StoreRewrite.h"
+#include "common/WordReader.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,11 +14,6 @@
 #include <locale>
 #include <sstream>
 #include <string_view>
-
-#include "common/AutoMutex.h"
-#include "common/PYLConstants.h"
-#include "common/StoreRewrite.h"
-#include "common/WordReader.h"
 
 using PYL::AutoMutex;
 using PYL::DataStoreError;
@@ -37,7 +37,7 @@ std::string_view cText(std::string_view word) noexcept {
 
 /// Whether C sees this text, which has no zero byte, in the word.
 bool isText(std::string_view word, std::string_view text) noexcept {
-    auto const size = text.size();
+    const auto size = text.size();
     // Keys of one store begin alike more often than they end alike.
     if (word.size() < size || (size > 0 && word[size - 1] != text[size - 1])) return false;
     return word.starts_with(text) && (word.size() == size || word[size] == '\0');
@@ -50,12 +50,12 @@ std::string record(std::string_view key, std::string_view value) {
 }
 
 /// As fopen(3), but for the owner alone and not passed on to children.
-FILE* openStream(std::string const& path, int flags, char const* mode) noexcept {
-    int const descriptor = PYL::openFile(path, flags);
+FILE* openStream(const std::string& path, int flags, const char* mode) noexcept {
+    const int descriptor = PYL::openFile(path, flags);
     if (descriptor < 0) return nullptr;
     FILE* const file = fdopen(descriptor, mode);
     if (file) return file;
-    int const error = errno;
+    const int error = errno;
     ::close(descriptor);
     errno = error;
     return nullptr;
@@ -70,7 +70,7 @@ std::string decimal(Value value) {
 }
 
 template <typename Value>
-Value parsed(std::string const& stored) {
+Value parsed(const std::string& stored) {
     std::istringstream stream(stored);
     stream.imbue(std::locale::classic());
     Value value{};
@@ -84,17 +84,17 @@ namespace PYL {
 
 DataStore::~DataStore() = default;
 
-DataStore* makeDataStore(std::string const& name) {
+DataStore* makeDataStore(const std::string& name) {
     return new DataStoreTxt(name);
 }
 
-void setDataStoreLogger(Logger const& log) {
+void setDataStoreLogger(const Logger& log) {
     storeLogger() = log;
 }
 
 }  // namespace PYL
 
-DataStoreTxt::DataStoreTxt(std::string const& name)
+DataStoreTxt::DataStoreTxt(const std::string& name)
     : _filename(PYL::PersistentDataDir + name + ".txt"), _log(storeLogger()) {
     pthread_mutex_init(&_mutex, nullptr);
     _log.info("cxtor()");
@@ -117,23 +117,24 @@ DataStoreTxt::~DataStoreTxt() {
 
 void DataStoreTxt::_finishRewrite() {
     PYL::StoreRewrite copy(_filename);
-    if (copy.restore())
+    if (copy.restore()) {
         _log.warn("%s was restored after an interrupted removal", _filename);
-    else if (errno != ENOENT)
+    } else if (errno != ENOENT) {
         _log.error("%s cannot be restored after an interrupted removal: %s", _filename,
                    std::strerror(errno));
+    }
 }
 
 void DataStoreTxt::_open() {
     struct stat facts {};
-    bool const there = stat(_filename.c_str(), &facts) == 0;
+    const bool there = stat(_filename.c_str(), &facts) == 0;
     // Not cut short: a file that is there after all (another process was faster, or stat(2) failed
     // for a reason of its own) holds what must not be lost.
     FILE* const file =
         there ? openStream(_filename, O_RDWR, "r+") : openStream(_filename, O_RDWR | O_CREAT, "w+");
-    int const openError = errno;
+    const int openError = errno;
     if (!there && chmod(_filename.c_str(), storeMode) != 0) {
-        int const chmodError = errno;
+        const int chmodError = errno;
         _log.error("file chmod failed!");
         _log.error("%s", std::strerror(chmodError));
     }
@@ -148,11 +149,11 @@ void DataStoreTxt::_open() {
 /// exists() that runs meanwhile reads the old file or the new one and never a foreign one.
 bool DataStoreTxt::_use(FILE* file) {
     if (!file) return false;
-    bool const first = _descriptor < 0;
-    int const used = first ? fcntl(fileno(file), F_DUPFD_CLOEXEC, 0)
+    const bool first = _descriptor < 0;
+    const int used = first ? fcntl(fileno(file), F_DUPFD_CLOEXEC, 0)
                            : dup3(fileno(file), _descriptor, O_CLOEXEC);
     if (used < 0) {
-        int const error = errno;
+        const int error = errno;
         std::fclose(file);
         errno = error;
         return false;
@@ -163,17 +164,17 @@ bool DataStoreTxt::_use(FILE* file) {
     return true;
 }
 
-DataStoreTxt::LookUp DataStoreTxt::_lookUp(std::string const& key, std::string* value,
+DataStoreTxt::LookUp DataStoreTxt::_lookUp(const std::string& key, std::string* value,
                                            long* position) {
     _log.info("private exists():");
-    auto const wanted = cText(key);
+    const auto wanted = cText(key);
     WordReader words(_descriptor);
     for (long at = 0;; at = words.skipSpace()) {
         if (position) *position = at;
-        auto const word = words.next();
+        const auto word = words.next();
         if (word.empty()) break;
-        bool const found = isText(word, wanted);
-        auto const second = words.next();
+        const bool found = isText(word, wanted);
+        const auto second = words.next();
         if (words.failed()) break;
         if (!found) continue;
         if (value) *value = cText(second);
@@ -184,31 +185,31 @@ DataStoreTxt::LookUp DataStoreTxt::_lookUp(std::string const& key, std::string* 
     return LookUp::unreadable;
 }
 
-bool DataStoreTxt::exists(std::string const& key, std::string* value, long* position) {
+bool DataStoreTxt::exists(const std::string& key, std::string* value, long* position) {
     return _lookUp(key, value, position) == LookUp::found;
 }
 
-bool DataStoreTxt::exists(std::string const& key) {
+bool DataStoreTxt::exists(const std::string& key) {
     _log.info("public exists():");
     return _fileCreated && exists(key, nullptr, nullptr);
 }
 
-std::string DataStoreTxt::fetchString(std::string const& key) {
+std::string DataStoreTxt::fetchString(const std::string& key) {
     _log.info("fetchString():");
-    AutoMutex const lock(_mutex);
+    const AutoMutex lock(_mutex);
     std::string value;
     if (!_fileCreated) return value;
-    bool const found = exists(key, &value, nullptr);
+    const bool found = exists(key, &value, nullptr);
     _log.info(found ? "fetchString() found key in db!" : "fetchString() did not find key in db!");
     return value;
 }
 
-bool DataStoreTxt::storeString(std::string const& key, std::string const& value) {
+bool DataStoreTxt::storeString(const std::string& key, const std::string& value) {
     _log.info("storeString():");
-    AutoMutex const lock(_mutex);
+    const AutoMutex lock(_mutex);
     if (!_fileCreated) return false;
     long position = 0;
-    auto const lookUp = _lookUp(key, nullptr, &position);
+    const auto lookUp = _lookUp(key, nullptr, &position);
     // Appending to a file that could not be read might add a second record with the key.
     if (lookUp == LookUp::unreadable) return false;
     if (lookUp == LookUp::absent) {
@@ -217,18 +218,19 @@ bool DataStoreTxt::storeString(std::string const& key, std::string const& value)
     } else {
         _log.info("storeString() replacing updated key in db!");
     }
-    if (position < 0 || !PYL::writeAt(_descriptor, record(key, value), position))
+    if (position < 0 || !PYL::writeAt(_descriptor, record(key, value), position)) {
         _log.error("%s cannot be written: %s", _filename, std::strerror(errno));
+    }
     return true;
 }
 
-std::optional<std::string> DataStoreTxt::_contentWithout(std::string const& key) {
-    auto const dropped = cText(key);
+std::optional<std::string> DataStoreTxt::_contentWithout(const std::string& key) {
+    const auto dropped = cText(key);
     std::string content;
     WordReader words(_descriptor);
     for (auto word = words.next(); !word.empty(); word = words.next()) {
-        std::string const kept(cText(word));
-        auto const value = words.next();
+        const std::string kept(cText(word));
+        const auto value = words.next();
         if (kept != dropped) content += record(kept, std::string(value));
     }
     if (!words.failed()) return content;
@@ -236,63 +238,64 @@ std::optional<std::string> DataStoreTxt::_contentWithout(std::string const& key)
     return std::nullopt;
 }
 
-bool DataStoreTxt::remove(std::string const& key) {
+bool DataStoreTxt::remove(const std::string& key) {
     _log.info("remove():");
-    AutoMutex const lock(_mutex);
+    const AutoMutex lock(_mutex);
     if (!_fileCreated) return true;
     // What could not be read whole must not be written again: the rest would be gone.
-    if (auto const content = _contentWithout(key); content && _rewrite(*content)) _reopen();
+    if (const auto content = _contentWithout(key); content && _rewrite(*content)) _reopen();
     return false;
 }
 
 /// False when the file could not be opened for it; the store is not usable any more then.
-bool DataStoreTxt::_rewrite(std::string const& content) {
+bool DataStoreTxt::_rewrite(const std::string& content) {
     PYL::StoreRewrite copy(_filename);
-    bool const kept = copy.keep(content, _descriptor);
+    const bool kept = copy.keep(content, _descriptor);
     if (!kept) _log.warn("%s is rewritten without a copy: %s", _filename, std::strerror(errno));
 
     _fileCreated = false;
     std::fclose(std::exchange(_textf, nullptr));
-    int const file = PYL::openFile(_filename, O_WRONLY | O_CREAT | O_TRUNC);
-    bool const opened = file >= 0;
-    bool const written = opened && PYL::writeAndClose(file, content);
+    const int file = PYL::openFile(_filename, O_WRONLY | O_CREAT | O_TRUNC);
+    const bool opened = file >= 0;
+    const bool written = opened && PYL::writeAndClose(file, content);
     if (!written) _log.error("%s cannot be rewritten: %s", _filename, std::strerror(errno));
     // A file that could not be opened is what it was. One that could not be written is not: where
     // even the copy cannot take its place, the copy stays, and the next store that is made takes
     // it.
-    if (kept && !(opened && !written ? copy.restore() : copy.drop()))
+    if (kept && !(opened && !written ? copy.restore() : copy.drop())) {
         _log.error("%s.rewrite is left: %s", _filename, std::strerror(errno));
+    }
     return opened;
 }
 
 void DataStoreTxt::_reopen() {
     FILE* const file = openStream(_filename, O_RDWR, "r+");
     if (_use(file)) return;
-    int const error = errno;
+    const int error = errno;
     _log.error("_textdb reopen after remove() failed!");
     throw DataStoreError(std::strerror(error));
 }
 
-bool DataStoreTxt::storeUint64(std::string const& key, unsigned long value) {
+bool DataStoreTxt::storeUint64(const std::string& key, unsigned long value) {
     return storeString(key, decimal(value));
 }
 
-unsigned long DataStoreTxt::fetchUint64(std::string const& key) {
+unsigned long DataStoreTxt::fetchUint64(const std::string& key) {
     return parsed<unsigned long>(fetchString(key));
 }
 
-bool DataStoreTxt::storeTimeT(std::string const& key, long value) {
+bool DataStoreTxt::storeTimeT(const std::string& key, long value) {
     return storeString(key, decimal(value));
 }
 
-long DataStoreTxt::fetchTimeT(std::string const& key) {
+long DataStoreTxt::fetchTimeT(const std::string& key) {
     return parsed<long>(fetchString(key));
 }
 
-bool DataStoreTxt::storeBool(std::string const& key, bool value) {
+bool DataStoreTxt::storeBool(const std::string& key, bool value) {
     return storeString(key, decimal(value));
 }
 
-bool DataStoreTxt::fetchBool(std::string const& key) {
+bool DataStoreTxt::fetchBool(const std::string& key) {
     return parsed<bool>(fetchString(key));
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/logger/Logger.h"
+#include "pylcommon_export.h"
+
 #include <pthread.h>
 
 #include <atomic>
@@ -8,9 +11,6 @@
 #include <string>
 #include <utility>
 
-#include "platform/logger/Logger.h"
-#include "pylcommon_export.h"
-
 namespace PYL {
 
 /// Why a store could not be opened, or reopened after a removal.
@@ -18,8 +18,8 @@ class PYL_EXPORT DataStoreError {
 public:
     explicit DataStoreError(std::string message) : _message(std::move(message)) {}
 
-    std::string const& message() const noexcept { return _message; }
-    char const* what() const noexcept { return _message.c_str(); }
+    const std::string& message() const noexcept { return _message; }
+    const char* what() const noexcept { return _message.c_str(); }
 
 private:
     std::string _message;
@@ -33,37 +33,37 @@ private:
 class PYL_EXPORT DataStore {
 public:
     DataStore() = default;
-    DataStore(DataStore const&) = delete;
-    DataStore& operator=(DataStore const&) = delete;
+    DataStore(const DataStore&) = delete;
+    DataStore& operator=(const DataStore&) = delete;
     virtual ~DataStore();
 
     /// Sets the value of a key. False when the store is not usable or could not be read.
-    virtual bool storeString(std::string const& key, std::string const& value) = 0;
+    virtual bool storeString(const std::string& key, const std::string& value) = 0;
     /// The value of a key; empty when there is none or the store is not usable.
-    virtual std::string fetchString(std::string const& key) = 0;
+    virtual std::string fetchString(const std::string& key) = 0;
     /// Drops all records with this key. Does not say whether there were any: the result is false
     /// after a removal, and true only of a store that is not usable.
-    virtual bool remove(std::string const& key) = 0;
+    virtual bool remove(const std::string& key) = 0;
     /// Whether there is a record with this key; false when the store is not usable.
-    virtual bool exists(std::string const& key) = 0;
+    virtual bool exists(const std::string& key) = 0;
 
     // The same for numbers, times in seconds since 1970, and flags, as decimal text. A missing key
     // and a text that is no number read 0 or false.
-    virtual bool storeUint64(std::string const& key, unsigned long value) = 0;
-    virtual unsigned long fetchUint64(std::string const& key) = 0;
-    virtual bool storeTimeT(std::string const& key, long value) = 0;
-    virtual long fetchTimeT(std::string const& key) = 0;
-    virtual bool storeBool(std::string const& key, bool value) = 0;
-    virtual bool fetchBool(std::string const& key) = 0;
+    virtual bool storeUint64(const std::string& key, unsigned long value) = 0;
+    virtual unsigned long fetchUint64(const std::string& key) = 0;
+    virtual bool storeTimeT(const std::string& key, long value) = 0;
+    virtual long fetchTimeT(const std::string& key) = 0;
+    virtual bool storeBool(const std::string& key, bool value) = 0;
+    virtual bool fetchBool(const std::string& key) = 0;
 };
 
 /// The store "/etc/cim/<name>.txt". The caller owns and deletes it. Throws DataStoreError when the
 /// file can neither be opened nor created.
-PYL_EXPORT DataStore* makeDataStore(std::string const& name);
+PYL_EXPORT DataStore* makeDataStore(const std::string& name);
 
 /// Where stores that are made from now on write their lines; until then, where hostedLogger() does.
 /// Not to be called while another thread makes a store.
-PYL_EXPORT void setDataStoreLogger(Logger const& log);
+PYL_EXPORT void setDataStoreLogger(const Logger& log);
 
 }  // namespace PYL
 
@@ -78,24 +78,24 @@ PYL_EXPORT void setDataStoreLogger(Logger const& log);
 /// the others. A failing write is a line in the log and otherwise reported as success.
 class PYL_EXPORT DataStoreTxt : public PYL::DataStore {
 public:
-    explicit DataStoreTxt(std::string const& name);
+    explicit DataStoreTxt(const std::string& name);
     ~DataStoreTxt() override;
 
-    bool storeString(std::string const& key, std::string const& value) override;
-    std::string fetchString(std::string const& key) override;
-    bool remove(std::string const& key) override;
-    bool exists(std::string const& key) override;
-    bool storeUint64(std::string const& key, unsigned long value) override;
-    unsigned long fetchUint64(std::string const& key) override;
-    bool storeTimeT(std::string const& key, long value) override;
-    long fetchTimeT(std::string const& key) override;
-    bool storeBool(std::string const& key, bool value) override;
-    bool fetchBool(std::string const& key) override;
+    bool storeString(const std::string& key, const std::string& value) override;
+    std::string fetchString(const std::string& key) override;
+    bool remove(const std::string& key) override;
+    bool exists(const std::string& key) override;
+    bool storeUint64(const std::string& key, unsigned long value) override;
+    unsigned long fetchUint64(const std::string& key) override;
+    bool storeTimeT(const std::string& key, long value) override;
+    long fetchTimeT(const std::string& key) override;
+    bool storeBool(const std::string& key, bool value) override;
+    bool fetchBool(const std::string& key) override;
 
 protected:
     /// The first record with this key: its value, and the offset of its line. Both may be null. For
     /// callers that hold the lock.
-    bool exists(std::string const& key, std::string* value, long* position);
+    bool exists(const std::string& key, std::string* value, long* position);
 
     pthread_mutex_t _mutex;
     std::string _filename;
@@ -105,12 +105,12 @@ protected:
 private:
     enum class LookUp { found, absent, unreadable };
 
-    LookUp _lookUp(std::string const& key, std::string* value, long* position);
+    LookUp _lookUp(const std::string& key, std::string* value, long* position);
     void _finishRewrite();
     void _open();
     bool _use(FILE* file);
-    std::optional<std::string> _contentWithout(std::string const& key);
-    bool _rewrite(std::string const& content);
+    std::optional<std::string> _contentWithout(const std::string& key);
+    bool _rewrite(const std::string& content);
     void _reopen();
 
     Logger _log;

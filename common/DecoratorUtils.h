@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string>
-
 #include "cmpicpp/CmpiAssociationProvider.h"
 #include "cmpicpp/CmpiIndicationProvider.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
@@ -11,10 +9,13 @@
 #include "platform/logger/Logger.h"
 #include "pylcommon_export.h"
 
+#include <string>
+
 namespace PYL {
 
-/// The provider as one of the four kinds. A provider that is not of the kind, or null, is CmpiStatus
-/// CMPI_RC_ERROR_SYSTEM with a text that says so ("Not an instance provider" and the like).
+/// The provider as one of the four kinds. A provider that is not of the kind, or null, is
+/// CmpiStatus CMPI_RC_ERROR_SYSTEM with a text that says so ("Not an instance provider" and the
+/// like).
 PYL_EXPORT CmpiCpp::CmpiInstanceProvider* asInstanceProvider(CmpiCpp::CmpiProvider* provider);
 PYL_EXPORT CmpiCpp::CmpiAssociationProvider* asAssociationProvider(CmpiCpp::CmpiProvider* provider);
 PYL_EXPORT CmpiCpp::CmpiMethodProvider* asMethodProvider(CmpiCpp::CmpiProvider* provider);
@@ -22,14 +23,14 @@ PYL_EXPORT CmpiCpp::CmpiIndicationProvider* asIndicationProvider(CmpiCpp::CmpiPr
 
 }  // namespace PYL
 
-/// Stands between a provider and the caller's sink: logs each item, passes it on, and counts those that
-/// the sink took. Lives for one operation; the caller's sink must outlive it.
+/// Stands between a provider and the caller's sink: logs each item, passes it on, and counts those
+/// that the sink took. Lives for one operation; the caller's sink must outlive it.
 class PYL_EXPORT LoggedObjectPathResult : public CmpiCpp::CmpiObjectPathResult {
 public:
-    LoggedObjectPathResult(Logger const& log, CmpiCpp::CmpiObjectPathResult& result)
+    LoggedObjectPathResult(const Logger& log, CmpiCpp::CmpiObjectPathResult& result)
         : _log(log), _result(result) {}
 
-    void deliver(CmpiCpp::CmpiObjectPath const& path) override;
+    void deliver(const CmpiCpp::CmpiObjectPath& path) override;
 
     /// How many items were delivered.
     int size() const { return _size; }
@@ -43,10 +44,10 @@ private:
 /// The same for instances, which are logged by their paths.
 class PYL_EXPORT LoggedInstanceResult : public CmpiCpp::CmpiInstanceResult {
 public:
-    LoggedInstanceResult(Logger const& log, CmpiCpp::CmpiInstanceResult& result)
+    LoggedInstanceResult(const Logger& log, CmpiCpp::CmpiInstanceResult& result)
         : _log(log), _result(result) {}
 
-    void deliver(CmpiCpp::CmpiInstance const& instance) override;
+    void deliver(const CmpiCpp::CmpiInstance& instance) override;
 
     int size() const { return _size; }
 
@@ -59,10 +60,10 @@ private:
 /// The same for a method's return value and output arguments, which count alike.
 class PYL_EXPORT LoggedMethodResult : public CmpiCpp::CmpiMethodResult {
 public:
-    LoggedMethodResult(Logger const& log, CmpiCpp::CmpiMethodResult& result)
+    LoggedMethodResult(const Logger& log, CmpiCpp::CmpiMethodResult& result)
         : _log(log), _result(result) {}
 
-    void deliver(CmpiCpp::CmpiData const& value) override;
+    void deliver(const CmpiCpp::CmpiData& value) override;
     void deliver(unsigned char value) override;
     void deliver(signed char value) override;
     void deliver(unsigned short value) override;
@@ -74,34 +75,34 @@ public:
     void deliver(float value) override;
     void deliver(double value) override;
     void deliver(bool value) override;
-    void deliver(char const* value) override;
-    void deliver(std::string const& value) override;
-    void deliver(CmpiCpp::CmpiObjectPath const& value) override;
+    void deliver(const char* value) override;
+    void deliver(const std::string& value) override;
+    void deliver(const CmpiCpp::CmpiObjectPath& value) override;
 
-    void deliver(CmpiCpp::CmpiName const& name, CmpiCpp::CmpiData const& value) override;
-    void deliver(CmpiCpp::CmpiName const& name, unsigned char value) override;
-    void deliver(CmpiCpp::CmpiName const& name, signed char value) override;
-    void deliver(CmpiCpp::CmpiName const& name, unsigned short value) override;
-    void deliver(CmpiCpp::CmpiName const& name, short value) override;
-    void deliver(CmpiCpp::CmpiName const& name, unsigned int value) override;
-    void deliver(CmpiCpp::CmpiName const& name, int value) override;
-    void deliver(CmpiCpp::CmpiName const& name, unsigned long long value) override;
-    void deliver(CmpiCpp::CmpiName const& name, long long value) override;
-    void deliver(CmpiCpp::CmpiName const& name, float value) override;
-    void deliver(CmpiCpp::CmpiName const& name, double value) override;
-    void deliver(CmpiCpp::CmpiName const& name, bool value) override;
-    void deliver(CmpiCpp::CmpiName const& name, char const* value) override;
-    void deliver(CmpiCpp::CmpiName const& name, std::string const& value) override;
-    void deliver(CmpiCpp::CmpiName const& name, CmpiCpp::CmpiObjectPath const& value) override;
+    void deliver(const CmpiCpp::CmpiName& name, const CmpiCpp::CmpiData& value) override;
+    void deliver(const CmpiCpp::CmpiName& name, unsigned char value) override;
+    void deliver(const CmpiCpp::CmpiName& name, signed char value) override;
+    void deliver(const CmpiCpp::CmpiName& name, unsigned short value) override;
+    void deliver(const CmpiCpp::CmpiName& name, short value) override;
+    void deliver(const CmpiCpp::CmpiName& name, unsigned int value) override;
+    void deliver(const CmpiCpp::CmpiName& name, int value) override;
+    void deliver(const CmpiCpp::CmpiName& name, unsigned long long value) override;
+    void deliver(const CmpiCpp::CmpiName& name, long long value) override;
+    void deliver(const CmpiCpp::CmpiName& name, float value) override;
+    void deliver(const CmpiCpp::CmpiName& name, double value) override;
+    void deliver(const CmpiCpp::CmpiName& name, bool value) override;
+    void deliver(const CmpiCpp::CmpiName& name, const char* value) override;
+    void deliver(const CmpiCpp::CmpiName& name, const std::string& value) override;
+    void deliver(const CmpiCpp::CmpiName& name, const CmpiCpp::CmpiObjectPath& value) override;
 
     int size() const { return _size; }
 
 private:
     template <typename Value, typename Printed>
-    void _pass(char const* format, Value const& value, Printed const& printed);
+    void _pass(const char* format, const Value& value, const Printed& printed);
     template <typename Value, typename Printed>
-    void _pass(char const* format, CmpiCpp::CmpiName const& name, Value const& value,
-               Printed const& printed);
+    void _pass(const char* format, const CmpiCpp::CmpiName& name, const Value& value,
+               const Printed& printed);
 
     Logger _log;
     CmpiCpp::CmpiMethodResult& _result;

@@ -1,5 +1,8 @@
 // How an alert reaches the log of the blade enclosure's management module.
 
+#include "common/KTAlertIndication.h"
+#include "platform/ipmi/Bmc.h"
+
 #include <sys/utsname.h>
 #include <unistd.h>
 
@@ -14,34 +17,31 @@
 #include <memory>
 #include <string_view>
 
-#include "common/KTAlertIndication.h"
-#include "platform/ipmi/Bmc.h"
-
 namespace PYL {
 
 namespace {
 
 constexpr std::uint16_t tarsusProductId = 4098;
-constexpr char const* fibreChannelProvider = "KT FCHBA";
+constexpr const char* fibreChannelProvider = "KT FCHBA";
 
 /// The leading digits of an event identifier.
-int eventNumber(std::string const& eventID) noexcept {
-    int const saved = errno;
-    long const number = std::strtol(eventID.c_str(), nullptr, 10);
+int eventNumber(const std::string& eventID) noexcept {
+    const int saved = errno;
+    const long number = std::strtol(eventID.c_str(), nullptr, 10);
     errno = saved;
     return static_cast<int>(std::clamp<long>(number, INT_MIN, INT_MAX));
 }
 
 /// Everything worse than information goes to the enclosure; of the rest, what tells that a provider
 /// lives.
-bool isForwarded(int severity, std::string const& provider, int event) noexcept {
+bool isForwarded(int severity, const std::string& provider, int event) noexcept {
     constexpr int information = 2;
     return severity > information || (provider == "KT WBEM" && (event == 1 || event == 4)) ||
            (provider == fibreChannelProvider && event == 1) ||
            (provider == "KT Test" && event == 1);
 }
 
-bool isTarsus(BmcDeviceId const& identity) noexcept {
+bool isTarsus(const BmcDeviceId& identity) noexcept {
     return identity.manufacturerId == bmcManufacturerId && identity.productId == tarsusProductId;
 }
 
@@ -59,7 +59,7 @@ struct OpenBmc {
     }
 };
 
-char const* completionText(std::uint8_t code) noexcept {
+const char* completionText(std::uint8_t code) noexcept {
     switch (code) {
         case 1:
             return "Provided command input data is not complete.";
@@ -85,7 +85,7 @@ char const* completionText(std::uint8_t code) noexcept {
     }
 }
 
-void logInterfaceStatus(Logger const& log, int status) {
+void logInterfaceStatus(const Logger& log, int status) {
     switch (status) {
         case encaCommandTimeout:
             return log.info("Command time out.");
@@ -100,14 +100,14 @@ void logInterfaceStatus(Logger const& log, int status) {
 
 std::string providerOption(std::string provider) {
     if (provider == fibreChannelProvider) return "KT_Fibre_Channel";
-    auto const isBlank = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
+    const auto isBlank = [](char c) { return std::isspace(static_cast<unsigned char>(c)) != 0; };
     std::replace_if(provider.begin(), provider.end(), isBlank, '_');
     return provider;
 }
 
-std::string joined(std::vector<std::string> const& texts, char const* between) {
+std::string joined(const std::vector<std::string>& texts, const char* between) {
     std::string all;
-    for (auto const& text : texts) {
+    for (const auto& text : texts) {
         if (&text != &texts.front()) all += between;
         all += text;
     }
@@ -119,33 +119,34 @@ std::string operatingSystemOption() {
     return uname(&system) == 0 ? std::string(" --OSVER ") + system.release : std::string();
 }
 
-std::string hostNameOption(Logger const& log) {
+std::string hostNameOption(const Logger& log) {
     // gethostname need not terminate a name that it cuts: the last byte is ours.
     constexpr std::size_t nameSize = 255;
     std::array<char, nameSize + 1> name{};
     if (gethostname(name.data(), nameSize) == 0) return std::string(" --SNAM ") + name.data();
-    int const error = errno;
+    const int error = errno;
     log.info("gethostname Error=%s ", std::string(std::strerror(error)));
     return {};
 }
 
 /// What the enclosure is told of an alert. Borrows from the alert.
 struct Event {
-    std::string const& providerName;
-    std::string const& eventID;
-    std::string const& partNumber;
-    std::string const& physicalLocation;
-    std::string const& systemFirmwareVersion;
-    std::vector<std::string> const& addresses;
+    const std::string& providerName;
+    const std::string& eventID;
+    const std::string& partNumber;
+    const std::string& physicalLocation;
+    const std::string& systemFirmwareVersion;
+    const std::vector<std::string>& addresses;
 };
 
 /// The options of the command. The module takes them in any order; its log shows them in this one.
-std::string argumentLine(Event const& event, BmcHandle const& bmc, Logger const& log) {
-    bool const isCommunication =
+std::string argumentLine(const Event& event, const BmcHandle& bmc, const Logger& log) {
+    const bool isCommunication =
         event.providerName == fibreChannelProvider || event.providerName == "KT Ethernet";
     std::string line = "--PNAM " + providerOption(event.providerName);
-    if (!event.partNumber.empty() && !event.partNumber.starts_with("NULL"))
+    if (!event.partNumber.empty() && !event.partNumber.starts_with("NULL")) {
         line += " --HPART " + event.partNumber;
+    }
     line += " --EID " + event.eventID;
     line += " --PVER 03.02.00 --OSTYP 39";
     line += operatingSystemOption();
@@ -162,19 +163,19 @@ std::string argumentLine(Event const& event, BmcHandle const& bmc, Logger const&
     return line + hostNameOption(log);
 }
 
-void runCommand(Event const& event, BmcHandle& bmc, Logger const& log) {
+void runCommand(const Event& event, BmcHandle& bmc, const Logger& log) {
     constexpr std::size_t outputSize = 200'000;
     constexpr std::size_t errorSize = 15'000;
-    Buffer const output(static_cast<char*>(std::malloc(outputSize)));
+    const Buffer output(static_cast<char*>(std::malloc(outputSize)));
     if (!output) return log.info("Unable to malloc enough memory for stdout.");
-    Buffer const errors(static_cast<char*>(std::malloc(errorSize)));
+    const Buffer errors(static_cast<char*>(std::malloc(errorSize)));
     if (!errors) return log.info("Unable to malloc enough memory for stderr.");
 
-    auto const line = argumentLine(event, bmc, log);
+    const auto line = argumentLine(event, bmc, log);
     std::array<char, encaArgumentSize> argument{};
     line.copy(argument.data(), argument.size() - 1);
     EncaRequest request;
-    std::string_view const command = "MPEventGen";
+    const std::string_view command = "MPEventGen";
     command.copy(request.command.data(), request.command.size() - 1);
     request.argument = argument.data();
     EncaOutput standardOutput{output.get(), outputSize};
@@ -182,25 +183,26 @@ void runCommand(Event const& event, BmcHandle& bmc, Logger const& log) {
     std::uint8_t completionCode = 0;
 
     log.info("calling ENCA_CLI_Exec with arg %s", line);
-    int const status = ENCA_CLI_Exec(bmc, request, standardOutput, standardError, completionCode);
+    const int status = ENCA_CLI_Exec(bmc, request, standardOutput, standardError, completionCode);
     if (status != 0) return logInterfaceStatus(log, status);
     if (completionCode != 0) log.info("%s", completionText(completionCode));
 }
 
-void forward(Event const& event, Logger const& log) {
+void forward(const Event& event, const Logger& log) {
     OpenBmc bmc;
-    int const status = BMC_open(bmc.handle, 0, 1);
+    const int status = BMC_open(bmc.handle, 0, 1);
     if (status != 0) return log.info("BMC_open() failed: %s", BMC_strerror(status));
     bmc.isOpen = true;
-    if (!isTarsus(bmc.handle.deviceId))
+    if (!isTarsus(bmc.handle.deviceId)) {
         return log.info("not forwarded to ENCA since not a Tarsus server");
+    }
     runCommand(event, bmc.handle, log);
 }
 
 }  // namespace
 
 int KTAlertIndication::mp_event_gen() {
-    int const event = eventNumber(_eventID);
+    const int event = eventNumber(_eventID);
     if (!isForwarded(_severity, _providerName, event)) {
         _log.info(
             "Not forwarded to ENCA since unsupported eventID %d Providername %s to forward to ENCA",
@@ -211,7 +213,7 @@ int KTAlertIndication::mp_event_gen() {
         forward({_providerName, _eventID, _partNumber, _physicalLocation, _systemFirmwareVersion,
                  _IPAddresses},
                 _log);
-    } catch (std::exception const& failure) {
+    } catch (const std::exception& failure) {
         _log.info("not forwarded to ENCA: %s", failure.what());
     }
     return 0;

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "common/NamedEntities.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-
-#include "common/NamedEntities.h"
 
 /// The named references by a number made of their names, found with one multiplication and one
 /// comparison where a binary search takes eight calls of strncmp.
@@ -25,14 +25,14 @@ public:
             _rows[i] = _makeRow(NAMED_ENTITIES[i]);
             _slots[_slotOf(_rows[i].name)] = static_cast<std::uint8_t>(i);
         }
-        for (Row const& row : _rows) {
+        for (const Row& row : _rows) {
             if (find(row.name) != &row) throw "two names in one slot: another multiplier is needed";
         }
     }
 
     /// The row with this name, or nullptr.
-    constexpr Row const* find(std::uint64_t name) const noexcept {
-        Row const& row = _rows[_slots[_slotOf(name)]];
+    constexpr const Row* find(std::uint64_t name) const noexcept {
+        const Row& row = _rows[_slots[_slotOf(name)]];
         return row.name == name ? &row : nullptr;
     }
 
@@ -54,10 +54,10 @@ private:
         return static_cast<std::size_t>((name * multiplier) >> (64 - slotBits));
     }
 
-    static consteval Row _makeRow(NamedEntity const& entity) {
+    static consteval Row _makeRow(const NamedEntity& entity) {
         std::string_view name = entity.name;
         name.remove_suffix(1);
-        std::string_view const utf8 = entity.replacement;
+        const std::string_view utf8 = entity.replacement;
         if (name.size() > longestName) throw "a name that does not fit into a number";
         Row row{.name = wordOf(name), .size = static_cast<std::uint8_t>(utf8.size())};
         utf8.copy(row.utf8.data(), row.utf8.size());

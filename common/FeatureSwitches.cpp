@@ -1,24 +1,24 @@
 // The switches of PYLUtil that root sets by marker files.
 
+#include "common/PYLUtil.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include "common/PYLUtil.h"
 
 namespace PYL {
 
 namespace {
 
 /// A trigger for one time: the marker goes, whoever put it there, and however the check came out.
-bool takeMarker(char const* path) noexcept {
-    bool const set = PYLUtil::FileExistsAsRootPerms(path);
+bool takeMarker(const char* path) noexcept {
+    const bool set = PYLUtil::FileExistsAsRootPerms(path);
     ::unlink(path);
     return set;
 }
 
 }  // namespace
 
-bool PYLUtil::FileExistsAsRootPerms(char const* path) noexcept {
+bool PYLUtil::FileExistsAsRootPerms(const char* path) noexcept {
     struct stat facts {};
     return path && ::stat(path, &facts) == 0 && facts.st_uid == 0;
 }

@@ -8,13 +8,13 @@
 #define PYL_CLASS(className, nameSpace) className,
 #define PYL_NAMESPACE(className, nameSpace) nameSpace,
 #define PYL_TABLES(profile)                                                                  \
-    constinit char const* const profile##ClassNames[] = {PYL_##profile(PYL_CLASS) nullptr};  \
-    constinit char const* const profile##NameSpaces[] = {PYL_##profile(PYL_NAMESPACE) nullptr};
+    constinit const char* const profile##ClassNames[] = {PYL_##profile(PYL_CLASS) nullptr};  \
+    constinit const char* const profile##NameSpaces[] = {PYL_##profile(PYL_NAMESPACE) nullptr};
 
 namespace PYL {
 
-constinit char const* const emptyString[] = {nullptr};
-constinit char const* const ktCollectionProfile[] = {"KT Configuration Data Collection", nullptr};
+constinit const char* const emptyString[] = {nullptr};
+constinit const char* const ktCollectionProfile[] = {"KT Configuration Data Collection", nullptr};
 
 #define PYL_dmtfEthPort(row) \
     row("PYL_EthernetPort", BaseServerNameSpace) \

@@ -11,77 +11,77 @@
 namespace PYL {
 
 /// No entries at all: for a profile that names no class, namespace or profile.
-extern PYL_EXPORT char const* const emptyString[];
+extern PYL_EXPORT const char* const emptyString[];
 
 /// The one profile under which the data collection is implemented too: itself.
-extern PYL_EXPORT char const* const ktCollectionProfile[];
+extern PYL_EXPORT const char* const ktCollectionProfile[];
 
 // Profiles of the DMTF.
-extern PYL_EXPORT char const* const dmtfEthPortClassNames[];
-extern PYL_EXPORT char const* const dmtfEthPortNameSpaces[];
-extern PYL_EXPORT char const* const dmtfIPInterfaceClassNames[];
-extern PYL_EXPORT char const* const dmtfIPInterfaceNameSpaces[];
-extern PYL_EXPORT char const* const dmtfOSClassNames[];
-extern PYL_EXPORT char const* const dmtfOSNameSpaces[];
-extern PYL_EXPORT char const* const dmtfPCIDeviceClassNames[];
-extern PYL_EXPORT char const* const dmtfPCIDeviceNameSpaces[];
-extern PYL_EXPORT char const* const dmtfSWInvClassNames[];
-extern PYL_EXPORT char const* const dmtfSWInvNameSpaces[];
+extern PYL_EXPORT const char* const dmtfEthPortClassNames[];
+extern PYL_EXPORT const char* const dmtfEthPortNameSpaces[];
+extern PYL_EXPORT const char* const dmtfIPInterfaceClassNames[];
+extern PYL_EXPORT const char* const dmtfIPInterfaceNameSpaces[];
+extern PYL_EXPORT const char* const dmtfOSClassNames[];
+extern PYL_EXPORT const char* const dmtfOSNameSpaces[];
+extern PYL_EXPORT const char* const dmtfPCIDeviceClassNames[];
+extern PYL_EXPORT const char* const dmtfPCIDeviceNameSpaces[];
+extern PYL_EXPORT const char* const dmtfSWInvClassNames[];
+extern PYL_EXPORT const char* const dmtfSWInvNameSpaces[];
 
 // Profiles of SNIA. The catalogue itself has no use for them.
-extern PYL_EXPORT char const* const sniaArrayClassNames[];
-extern PYL_EXPORT char const* const sniaArrayNameSpaces[];
-extern PYL_EXPORT char const* const sniaHHRCClassNames[];
-extern PYL_EXPORT char const* const sniaHHRCNameSpaces[];
+extern PYL_EXPORT const char* const sniaArrayClassNames[];
+extern PYL_EXPORT const char* const sniaArrayNameSpaces[];
+extern PYL_EXPORT const char* const sniaHHRCClassNames[];
+extern PYL_EXPORT const char* const sniaHHRCNameSpaces[];
 
 // The maker's own profiles.
-extern PYL_EXPORT char const* const ktCarrowLiteClassNames[];
-extern PYL_EXPORT char const* const ktCarrowLiteNameSpaces[];
-extern PYL_EXPORT char const* const ktCPUClassNames[];
-extern PYL_EXPORT char const* const ktCPUNameSpaces[];
-extern PYL_EXPORT char const* const ktCPUConStatClassNames[];
-extern PYL_EXPORT char const* const ktCPUConStatNameSpaces[];
-extern PYL_EXPORT char const* const ktCSClassNames[];
-extern PYL_EXPORT char const* const ktCSNameSpaces[];
-extern PYL_EXPORT char const* const ktCollectionClassNames[];
-extern PYL_EXPORT char const* const ktCollectionNameSpaces[];
-extern PYL_EXPORT char const* const ktEthernetTeamingClassNames[];
-extern PYL_EXPORT char const* const ktEthernetTeamingNameSpaces[];
-extern PYL_EXPORT char const* const ktFCHBAClassNames[];
-extern PYL_EXPORT char const* const ktFCHBANameSpaces[];
-extern PYL_EXPORT char const* const ktFanClassNames[];
-extern PYL_EXPORT char const* const ktFanNameSpaces[];
-extern PYL_EXPORT char const* const ktMPLiteClassNames[];
-extern PYL_EXPORT char const* const ktMPLiteNameSpaces[];
-extern PYL_EXPORT char const* const ktMemoryClassNames[];
-extern PYL_EXPORT char const* const ktMemoryNameSpaces[];
-extern PYL_EXPORT char const* const ktPhysCPUClassNames[];
-extern PYL_EXPORT char const* const ktPhysCPUNameSpaces[];
-extern PYL_EXPORT char const* const ktPhysCSClassNames[];
-extern PYL_EXPORT char const* const ktPhysCSNameSpaces[];
-extern PYL_EXPORT char const* const ktPhysFanClassNames[];
-extern PYL_EXPORT char const* const ktPhysFanNameSpaces[];
-extern PYL_EXPORT char const* const ktPhysMemoryClassNames[];
-extern PYL_EXPORT char const* const ktPhysMemoryNameSpaces[];
-extern PYL_EXPORT char const* const ktPhysPowerSupplyClassNames[];
-extern PYL_EXPORT char const* const ktPhysPowerSupplyNameSpaces[];
-extern PYL_EXPORT char const* const ktPowerSupplyClassNames[];
-extern PYL_EXPORT char const* const ktPowerSupplyNameSpaces[];
-extern PYL_EXPORT char const* const ktRecordLogClassNames[];
-extern PYL_EXPORT char const* const ktRecordLogNameSpaces[];
-extern PYL_EXPORT char const* const ktVAClassNames[];
-extern PYL_EXPORT char const* const ktVANameSpaces[];
-extern PYL_EXPORT char const* const ktSASClassNames[];
-extern PYL_EXPORT char const* const ktSASNameSpaces[];
-extern PYL_EXPORT char const* const ktSCSIClassNames[];
-extern PYL_EXPORT char const* const ktSCSINameSpaces[];
-extern PYL_EXPORT char const* const ktSWInvClassNames[];
-extern PYL_EXPORT char const* const ktSWInvNameSpaces[];
-extern PYL_EXPORT char const* const ktSensorClassNames[];
-extern PYL_EXPORT char const* const ktSensorNameSpaces[];
-extern PYL_EXPORT char const* const ktServerProductClassNames[];
-extern PYL_EXPORT char const* const ktServerProductNameSpaces[];
-extern PYL_EXPORT char const* const ktStorageEncClassNames[];
-extern PYL_EXPORT char const* const ktStorageEncNameSpaces[];
+extern PYL_EXPORT const char* const ktCarrowLiteClassNames[];
+extern PYL_EXPORT const char* const ktCarrowLiteNameSpaces[];
+extern PYL_EXPORT const char* const ktCPUClassNames[];
+extern PYL_EXPORT const char* const ktCPUNameSpaces[];
+extern PYL_EXPORT const char* const ktCPUConStatClassNames[];
+extern PYL_EXPORT const char* const ktCPUConStatNameSpaces[];
+extern PYL_EXPORT const char* const ktCSClassNames[];
+extern PYL_EXPORT const char* const ktCSNameSpaces[];
+extern PYL_EXPORT const char* const ktCollectionClassNames[];
+extern PYL_EXPORT const char* const ktCollectionNameSpaces[];
+extern PYL_EXPORT const char* const ktEthernetTeamingClassNames[];
+extern PYL_EXPORT const char* const ktEthernetTeamingNameSpaces[];
+extern PYL_EXPORT const char* const ktFCHBAClassNames[];
+extern PYL_EXPORT const char* const ktFCHBANameSpaces[];
+extern PYL_EXPORT const char* const ktFanClassNames[];
+extern PYL_EXPORT const char* const ktFanNameSpaces[];
+extern PYL_EXPORT const char* const ktMPLiteClassNames[];
+extern PYL_EXPORT const char* const ktMPLiteNameSpaces[];
+extern PYL_EXPORT const char* const ktMemoryClassNames[];
+extern PYL_EXPORT const char* const ktMemoryNameSpaces[];
+extern PYL_EXPORT const char* const ktPhysCPUClassNames[];
+extern PYL_EXPORT const char* const ktPhysCPUNameSpaces[];
+extern PYL_EXPORT const char* const ktPhysCSClassNames[];
+extern PYL_EXPORT const char* const ktPhysCSNameSpaces[];
+extern PYL_EXPORT const char* const ktPhysFanClassNames[];
+extern PYL_EXPORT const char* const ktPhysFanNameSpaces[];
+extern PYL_EXPORT const char* const ktPhysMemoryClassNames[];
+extern PYL_EXPORT const char* const ktPhysMemoryNameSpaces[];
+extern PYL_EXPORT const char* const ktPhysPowerSupplyClassNames[];
+extern PYL_EXPORT const char* const ktPhysPowerSupplyNameSpaces[];
+extern PYL_EXPORT const char* const ktPowerSupplyClassNames[];
+extern PYL_EXPORT const char* const ktPowerSupplyNameSpaces[];
+extern PYL_EXPORT const char* const ktRecordLogClassNames[];
+extern PYL_EXPORT const char* const ktRecordLogNameSpaces[];
+extern PYL_EXPORT const char* const ktVAClassNames[];
+extern PYL_EXPORT const char* const ktVANameSpaces[];
+extern PYL_EXPORT const char* const ktSASClassNames[];
+extern PYL_EXPORT const char* const ktSASNameSpaces[];
+extern PYL_EXPORT const char* const ktSCSIClassNames[];
+extern PYL_EXPORT const char* const ktSCSINameSpaces[];
+extern PYL_EXPORT const char* const ktSWInvClassNames[];
+extern PYL_EXPORT const char* const ktSWInvNameSpaces[];
+extern PYL_EXPORT const char* const ktSensorClassNames[];
+extern PYL_EXPORT const char* const ktSensorNameSpaces[];
+extern PYL_EXPORT const char* const ktServerProductClassNames[];
+extern PYL_EXPORT const char* const ktServerProductNameSpaces[];
+extern PYL_EXPORT const char* const ktStorageEncClassNames[];
+extern PYL_EXPORT const char* const ktStorageEncNameSpaces[];
 
 }  // namespace PYL

@@ -1,15 +1,15 @@
 #include "common/IndicationCatalogue.h"
 
-#include <algorithm>
-#include <array>
-#include <cstddef>
-
 #include "common/IndicationCatalogueArrays.h"
 #include "common/IndicationCatalogueEnvironment.h"
 #include "common/IndicationCatalogueLogs.h"
 #include "common/IndicationCatalogueNetwork.h"
 #include "common/IndicationCatalogueSas.h"
 #include "common/IndicationCatalogueServer.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
 
 namespace PYL {
 
@@ -44,15 +44,16 @@ constexpr auto groups = std::to_array<IndicationGroup>({
 
 consteval std::ptrdiff_t countOf(RecordSet set) {
     std::ptrdiff_t count = 0;
-    for (IndicationGroup const& group : groups)
+    for (const IndicationGroup& group : groups) {
         count += std::ranges::count_if(group.rows, [set](auto& row) { return row.isIn(set); });
+    }
     return count;
 }
 
 /// Only the first of two records with one number could ever be found.
-consteval bool hasUniqueKeys(IndicationGroup const& group) {
-    for (IndicationRow const& row : group.rows) {
-        auto const isSame = [&row](IndicationRow const& other) {
+consteval bool hasUniqueKeys(const IndicationGroup& group) {
+    for (const IndicationRow& row : group.rows) {
+        const auto isSame = [&row](const IndicationRow& other) {
             return other.eventID == row.eventID && other.isIn(row.sets);
         };
         if (std::ranges::count_if(group.rows, isSame) != 1) return false;
@@ -61,8 +62,8 @@ consteval bool hasUniqueKeys(IndicationGroup const& group) {
 }
 
 consteval bool haveUniqueKeys() {
-    for (IndicationGroup const& group : groups) {
-        auto const isSame = [&group](IndicationGroup const& other) {
+    for (const IndicationGroup& group : groups) {
+        const auto isSame = [&group](const IndicationGroup& other) {
             return other.providerName == group.providerName;
         };
         if (std::ranges::count_if(groups, isSame) != 1 || !hasUniqueKeys(group)) return false;
@@ -76,13 +77,13 @@ static_assert(haveUniqueKeys());
 
 }  // namespace
 
-std::span<IndicationGroup const> indicationGroups() noexcept {
+std::span<const IndicationGroup> indicationGroups() noexcept {
     return groups;
 }
 
-std::span<IndicationRow const> findIndicationRows(std::string_view providerName) noexcept {
-    auto const group = std::ranges::find(groups, providerName, &IndicationGroup::providerName);
-    return group == groups.end() ? std::span<IndicationRow const>() : group->rows;
+std::span<const IndicationRow> findIndicationRows(std::string_view providerName) noexcept {
+    const auto group = std::ranges::find(groups, providerName, &IndicationGroup::providerName);
+    return group == groups.end() ? std::span<const IndicationRow>() : group->rows;
 }
 
 }  // namespace PYL

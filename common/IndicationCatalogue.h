@@ -1,11 +1,11 @@
 #pragma once
 
+#include "common/IndicationTypes.h"
+#include "common/OpstatusUtils.h"
+
 #include <cstdint>
 #include <span>
 #include <string_view>
-
-#include "common/IndicationTypes.h"
-#include "common/OpstatusUtils.h"
 
 /// The built-in definitions of all alert indications, as constant rows.
 ///
@@ -59,13 +59,13 @@ inline constexpr std::string_view policyActions =
 /// The rows of one indication provider, those of both record sets in the order of either.
 struct IndicationGroup {
     std::string_view providerName;
-    std::span<IndicationRow const> rows;
+    std::span<const IndicationRow> rows;
 };
 
 /// All groups.
-std::span<IndicationGroup const> indicationGroups() noexcept;
+std::span<const IndicationGroup> indicationGroups() noexcept;
 
 /// The rows of the provider with exactly this name; none when there is no such provider.
-std::span<IndicationRow const> findIndicationRows(std::string_view providerName) noexcept;
+std::span<const IndicationRow> findIndicationRows(std::string_view providerName) noexcept;
 
 }  // namespace PYL

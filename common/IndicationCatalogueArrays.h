@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
-
 #include "common/IndicationCatalogue.h"
+
+#include <array>
 
 /// Rows of the catalogue: the array controllers and what is behind them.
 namespace PYL {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
-
 #include "common/IndicationCatalogue.h"
+
+#include <array>
 
 /// Rows of the catalogue: what keeps a server running, its fans, power supplies and temperatures.
 namespace PYL {

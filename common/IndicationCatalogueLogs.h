@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
-
 #include "common/IndicationCatalogue.h"
+
+#include <array>
 
 /// Rows of the catalogue: the record logs and the software installer.
 namespace PYL {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
-
 #include "common/IndicationCatalogue.h"
+
+#include <array>
 
 /// Rows of the catalogue: the server as a whole, its processors, memory and management processor.
 namespace PYL {

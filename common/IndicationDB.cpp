@@ -1,12 +1,12 @@
 #include "common/IndicationDB.h"
 
+#include "common/IndicationCatalogue.h"
+
 #include <sys/utsname.h>
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
-
-#include "common/IndicationCatalogue.h"
 
 namespace PYL {
 
@@ -47,7 +47,7 @@ IndDBRec::IndDBRec(std::string providerName, int eventID, std::string WBEMProvid
       _probableCauseDescription(std::move(probableCauseDescription)),
       _recommendedActions(std::move(recommendedActions)) {}
 
-IndicationDB::IndicationDB(Logger& log, std::string const& providerName) : _log(log) {
+IndicationDB::IndicationDB(Logger& log, const std::string& providerName) : _log(log) {
     _log.appendLogSource(":");
     _log.appendLogSource("IndicationDB");
     _log.info("cxtor()");
@@ -57,7 +57,7 @@ IndicationDB::IndicationDB(Logger& log, std::string const& providerName) : _log(
         make(placeholder());
         return;
     }
-    bool const isValmor = std::string_view(system.machine) == "ia64";
+    const bool isValmor = std::string_view(system.machine) == "ia64";
     _log.info(isValmor ? "making DB for valmor" : "making DB for non-valmor");
     _makeGroup(providerName, isValmor ? RecordSet::valmor : RecordSet::nonValmor);
 }
@@ -66,22 +66,22 @@ IndicationDB::~IndicationDB() {
     _log.info("dxtor()");
 }
 
-void IndicationDB::_makeGroup(std::string const& providerName, RecordSet set) {
-    auto const rows = findIndicationRows(providerName);
-    auto const isInSet = [set](IndicationRow const& row) { return row.isIn(set); };
-    auto const count = std::ranges::count_if(rows, isInSet);
+void IndicationDB::_makeGroup(const std::string& providerName, RecordSet set) {
+    const auto rows = findIndicationRows(providerName);
+    const auto isInSet = [set](const IndicationRow& row) { return row.isIn(set); };
+    const auto count = std::ranges::count_if(rows, isInSet);
     if (count == 0) {
         _log.info("making empty DB for unrecognized provider name %s", providerName);
         make(placeholder());
         return;
     }
     _records.reserve(static_cast<std::size_t>(count));
-    for (IndicationRow const& row : rows) {
+    for (const IndicationRow& row : rows) {
         if (isInSet(row)) _makeRow(providerName, row);
     }
 }
 
-void IndicationDB::_makeRow(std::string const& providerName, IndicationRow const& row) {
+void IndicationDB::_makeRow(const std::string& providerName, const IndicationRow& row) {
     // Made in place: a record has many texts to copy.
     _records.emplace_back(
         providerName, row.eventID, std::string(row.WBEMProviderName), std::string(row.WBEMEventID),
@@ -93,7 +93,7 @@ void IndicationDB::_makeRow(std::string const& providerName, IndicationRow const
 
 int IndicationDB::getRecord(int eventID, IndDBRec& out) const {
     _log.info("getRecord for event %d", eventID);
-    auto const record = std::ranges::find(_records, eventID, &IndDBRec::_eventID);
+    const auto record = std::ranges::find(_records, eventID, &IndDBRec::_eventID);
     if (record == _records.end()) {
         _log.info("No record found.");
         return recordNotFound;
@@ -103,7 +103,7 @@ int IndicationDB::getRecord(int eventID, IndDBRec& out) const {
     return recordFound;
 }
 
-void IndicationDB::make(IndDBRec const& rec) {
+void IndicationDB::make(const IndDBRec& rec) {
     _records.push_back(rec);
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "platform/logger/Logger.h"
+#include "pylcommon_export.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "platform/logger/Logger.h"
-#include "pylcommon_export.h"
 
 namespace PYL {
 
@@ -63,9 +63,9 @@ public:
     /// name that the machine's record set does not know, and a machine that does not tell what it
     /// is, give a single placeholder record with event number 0 and "NONE" for a name, and a line
     /// in the log. Keeps a copy of the logger, with ":IndicationDB" added to its source.
-    IndicationDB(Logger& log, std::string const& providerName);
-    IndicationDB(IndicationDB const&) = delete;
-    IndicationDB& operator=(IndicationDB const&) = delete;
+    IndicationDB(Logger& log, const std::string& providerName);
+    IndicationDB(const IndicationDB&) = delete;
+    IndicationDB& operator=(const IndicationDB&) = delete;
     ~IndicationDB();
 
     /// Copies the first record with this event number and answers 0. Without one the answer is 4
@@ -73,11 +73,11 @@ public:
     int getRecord(int eventID, IndDBRec& out) const;
 
     /// Appends a copy of the record. For construction only.
-    void make(IndDBRec const& rec);
+    void make(const IndDBRec& rec);
 
 private:
-    void _makeGroup(std::string const& providerName, RecordSet set);
-    void _makeRow(std::string const& providerName, IndicationRow const& row);
+    void _makeGroup(const std::string& providerName, RecordSet set);
+    void _makeRow(const std::string& providerName, const IndicationRow& row);
 
     std::vector<IndDBRec> _records;
     Logger _log;

@@ -1,13 +1,13 @@
 // What KTAlertIndication tells of the server and of its enclosure, read when an instance is made.
 
-#include <array>
-#include <memory>
-#include <string>
-
 #include "common/IndicationValues.h"
 #include "common/KTAlertIndication.h"
 #include "platform/blade/BladeMRA.h"
 #include "platform/computersystem/ComputerSystemMRA.h"
+
+#include <array>
+#include <memory>
+#include <string>
 
 namespace PYL {
 
@@ -20,7 +20,7 @@ enum class Form { text, array, nonEmptyText, nonEmptyArray };
 
 template <typename Data>
 struct TextRow {
-    char const* property;
+    const char* property;
     MRAStatusEnum (Data::*getter)(std::string&) const;
     Form form;
 };
@@ -46,15 +46,16 @@ constexpr auto enclosureTexts = std::to_array<TextRow<Blade>>({
 });
 
 template <typename Data>
-void addText(CmpiInstance& instance, Data const& data, TextRow<Data> const& row) {
+void addText(CmpiInstance& instance, const Data& data, const TextRow<Data>& row) {
     std::string text;
     if ((data.*row.getter)(text) != MRA_STATUS_SUCCESS) return;
-    bool const isOptional = row.form == Form::nonEmptyText || row.form == Form::nonEmptyArray;
+    const bool isOptional = row.form == Form::nonEmptyText || row.form == Form::nonEmptyArray;
     if (isOptional && text.empty()) return;
-    if (row.form == Form::array || row.form == Form::nonEmptyArray)
+    if (row.form == Form::array || row.form == Form::nonEmptyArray) {
         instance.setProperty(row.property, stringArray({&text, 1}));
-    else
+    } else {
         instance.setProperty(row.property, text);
+    }
 }
 
 CIMOSType osTypeOf(operatingSystemEnum type) noexcept {
@@ -67,35 +68,38 @@ CIMOSType osTypeOf(operatingSystemEnum type) noexcept {
 
 void KTAlertIndication::_addComputerSystem(CmpiInstance& instance) {
     ComputerSystemMRADataObject data(_log);
-    std::unique_ptr<ComputerSystemMRA> const source(computerSystemMRAFactory(_log));
-    if (source && source->getFirstData(ComputerSystemMRA::systemData, data) == MRA_STATUS_SUCCESS)
+    const std::unique_ptr<ComputerSystemMRA> source(computerSystemMRAFactory(_log));
+    if (source && source->getFirstData(ComputerSystemMRA::systemData, data) == MRA_STATUS_SUCCESS) {
         _addComputerSystem(instance, data);
-    else
+    } else {
         _log.error("failed to _computerSystemMRA::getFirstData()");
+    }
 }
 
 void KTAlertIndication::_addComputerSystem(CmpiInstance& instance,
-                                           ComputerSystemMRADataObject const& data) {
+                                           const ComputerSystemMRADataObject& data) {
     operatingSystemEnum type = OSunkown;
-    if (data.getOSType(type) == MRA_STATUS_SUCCESS)
+    if (data.getOSType(type) == MRA_STATUS_SUCCESS) {
         instance.setProperty("OSType", static_cast<unsigned short>(osTypeOf(type)));
-    for (auto const& row : serverTexts) addText(instance, data, row);
+    }
+    for (const auto& row : serverTexts) addText(instance, data, row);
     static_cast<void>(data.getBiosVersion(_systemFirmwareVersion));
 }
 
 void KTAlertIndication::_addEnclosure(CmpiInstance& instance) {
     BladeMRADataObject data(_log);
-    std::unique_ptr<BladeMRA> const source(BladeMRAFactory(_log));
-    if (source && source->getEnclosureData(data) == MRA_STATUS_SUCCESS)
+    const std::unique_ptr<BladeMRA> source(BladeMRAFactory(_log));
+    if (source && source->getEnclosureData(data) == MRA_STATUS_SUCCESS) {
         _addEnclosure(instance, data);
-    else
+    } else {
         _log.error("failed to _BladeMRA::getFirstData()");
+    }
 }
 
-void KTAlertIndication::_addEnclosure(CmpiInstance& instance, BladeMRADataObject const& data) {
+void KTAlertIndication::_addEnclosure(CmpiInstance& instance, const BladeMRADataObject& data) {
     if (!data.isBlade()) return;
     if (!data.isSLServer()) _impactedDomain = ImpactedDomainEnclosure;
-    for (auto const& row : enclosureTexts) addText(instance, data, row);
+    for (const auto& row : enclosureTexts) addText(instance, data, row);
 }
 
 }  // namespace PYL

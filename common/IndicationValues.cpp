@@ -1,8 +1,8 @@
 #include "common/IndicationValues.h"
 
-#include <chrono>
-
 #include "common/PYLUtil.h"
+
+#include <chrono>
 
 namespace PYL {
 
@@ -11,8 +11,8 @@ using CmpiCpp::CmpiArray;
 namespace {
 
 template <typename Element>
-CmpiArray makeArray(std::span<Element const> elements, CMPIType type) {
-    auto const size = static_cast<unsigned int>(elements.size());
+CmpiArray makeArray(std::span<const Element> elements, CMPIType type) {
+    const auto size = static_cast<unsigned int>(elements.size());
     auto array = CmpiCpp::makeCmpiArray(indicationBroker(), size, type);
     for (unsigned int index = 0; index < size; ++index) array.setElementAt(index, elements[index]);
     return array;
@@ -26,15 +26,15 @@ CmpiCpp::CmpiBroker indicationBroker() noexcept {
 
 CmpiCpp::CmpiDateTime presentSecond() {
     using std::chrono::system_clock;
-    auto const second = std::chrono::floor<std::chrono::seconds>(system_clock::now());
+    const auto second = std::chrono::floor<std::chrono::seconds>(system_clock::now());
     return CmpiCpp::makeCmpiDateTime(indicationBroker(), second.time_since_epoch(), false);
 }
 
-CmpiArray stringArray(std::span<std::string const> texts) {
+CmpiArray stringArray(std::span<const std::string> texts) {
     return makeArray(texts, CMPI_string);
 }
 
-CmpiArray uint16Array(std::span<unsigned short const> numbers) {
+CmpiArray uint16Array(std::span<const unsigned short> numbers) {
     return makeArray(numbers, CMPI_uint16);
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <span>
-#include <string>
-
 #include "cmpicpp/CmpiArray.h"
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiDateTime.h"
+
+#include <span>
+#include <string>
 
 /// Values for the properties of indications, made by the broker that PYLUtil::setBroker() recorded.
 /// All but indicationBroker() throw its CmpiStatus.
@@ -16,7 +16,7 @@ CmpiCpp::CmpiBroker indicationBroker() noexcept;
 /// The present time, without fractions of a second: consoles compare times as texts.
 CmpiCpp::CmpiDateTime presentSecond();
 
-CmpiCpp::CmpiArray stringArray(std::span<std::string const> texts);
-CmpiCpp::CmpiArray uint16Array(std::span<unsigned short const> numbers);
+CmpiCpp::CmpiArray stringArray(std::span<const std::string> texts);
+CmpiCpp::CmpiArray uint16Array(std::span<const unsigned short> numbers);
 
 }  // namespace PYL

@@ -1,12 +1,12 @@
 #include "common/KTAlertIndication.h"
 
-#include <array>
-#include <charconv>
-#include <utility>
-
 #include "cmpicpp/CmpiMBService.h"
 #include "common/IndicationValues.h"
 #include "common/PYLUtil.h"
+
+#include <array>
+#include <charconv>
+#include <utility>
 
 namespace PYL {
 
@@ -16,31 +16,31 @@ using CmpiCpp::CmpiInstance;
 namespace {
 
 /// What all providers of the family send, whatever version one of them has.
-constexpr char const* familyVersion = "03.02.00";
+constexpr const char* familyVersion = "03.02.00";
 
 /// As a stream writes it by default, in whatever locale: 65, 72.5, 1e+06.
 std::string textOf(float value) {
     constexpr int streamPrecision = 6;
     std::array<char, 32> text;
-    auto const end = std::to_chars(text.data(), text.data() + text.size(), value,
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
                                    std::chars_format::general, streamPrecision);
     return {text.data(), end.ptr};
 }
 
 /// The address of an IP endpoint, appended where the endpoint has one of a known kind.
-void appendAddress(std::vector<std::string>& addresses, CmpiInstance const& endpoint) {
+void appendAddress(std::vector<std::string>& addresses, const CmpiInstance& endpoint) {
     // The value map of CIM_IPProtocolEndpoint.ProtocolIFType (CIM schema 2.x).
     constexpr unsigned ipv4 = 4096;
     constexpr unsigned ipv6 = 4097;
-    auto const kind = endpoint.getProperty("ProtocolIFType").asUint64();
+    const auto kind = endpoint.getProperty("ProtocolIFType").asUint64();
     if (kind == ipv4) addresses.push_back(endpoint.getProperty("IPv4Address").asString());
     if (kind == ipv6) addresses.push_back(endpoint.getProperty("IPv6Address").asString());
 }
 
 }  // namespace
 
-KTAlertIndication::KTAlertIndication(Logger& log, std::string const& name,
-                                     std::string const& nameSpace, int severity)
+KTAlertIndication::KTAlertIndication(Logger& log, const std::string& name,
+                                     const std::string& nameSpace, int severity)
     : CIMAlertIndication(log, name, nameSpace, severity) {
     _log.info("KTAlertIndication cxtor()");
 }
@@ -74,8 +74,9 @@ void KTAlertIndication::_addEvent(CmpiInstance& instance) const {
     instance.setProperty("ProbableCause", static_cast<unsigned short>(_probableCause));
     instance.setProperty("ProbableCauseDescription", _probableCauseDescription);
     instance.setProperty("ProviderVersion", familyVersion);
-    if (_subcategory != 0)
+    if (_subcategory != 0) {
         instance.setProperty("EventSubCategory", static_cast<unsigned int>(_subcategory));
+    }
     if (!_IPAddresses.empty()) instance.setProperty("NetworkAddresses", stringArray(_IPAddresses));
 }
 
@@ -83,23 +84,23 @@ void KTAlertIndication::_addTemperatures(CmpiInstance& instance) const {
     // The value map of CIM's VariableTypes: real32.
     constexpr unsigned short real = 9;
     if (!_setTemperatureVarNames) return;
-    std::array<std::string, 2> const names{"UpperThresholdCritical", "UpperThresholdFatal"};
-    std::array<unsigned short, 2> const types{real, real};
-    std::array<std::string, 2> const values{textOf(_caution), textOf(_fatal)};
+    const std::array<std::string, 2> names{"UpperThresholdCritical", "UpperThresholdFatal"};
+    const std::array<unsigned short, 2> types{real, real};
+    const std::array<std::string, 2> values{textOf(_caution), textOf(_fatal)};
     instance.setProperty("VariableNames", stringArray(names));
     instance.setProperty("VariableTypes", uint16Array(types));
     instance.setProperty("VariableValues", stringArray(values));
 }
 
 void KTAlertIndication::_addDevice(CmpiInstance& instance) const {
-    auto const add = [&instance](char const* name, std::string const& text) {
+    const auto add = [&instance](const char* name, const std::string& text) {
         if (!text.empty()) instance.setProperty(name, text);
     };
-    auto const addArray = [&instance](char const* name, std::string const& text) {
+    const auto addArray = [&instance](const char* name, const std::string& text) {
         if (!text.empty()) instance.setProperty(name, stringArray({&text, 1}));
     };
     // The second element belongs to a partner device, of which there is none.
-    auto const addPair = [&instance](char const* name, std::string const& text) {
+    const auto addPair = [&instance](const char* name, const std::string& text) {
         if (!text.empty()) instance.setProperty(name, stringArray(std::array{text, std::string()}));
     };
     addArray("HWLogicalLocation", _logicalLocation);
@@ -112,13 +113,14 @@ void KTAlertIndication::_addDevice(CmpiInstance& instance) const {
     addArray("DeviceControllerLogicalLocation", _controllerLogicalLocation);
 }
 
-void KTAlertIndication::setNetworkIPAddress(CmpiContext const& ctx) {
-    CmpiCpp::CmpiMBService const service(PYLUtil::getBroker(), _log);
-    auto const path = CmpiCpp::makeCmpiObjectPath(indicationBroker(), BaseServerNameSpace,
+void KTAlertIndication::setNetworkIPAddress(const CmpiContext& ctx) {
+    const CmpiCpp::CmpiMBService service(PYLUtil::getBroker(), _log);
+    const auto path = CmpiCpp::makeCmpiObjectPath(indicationBroker(), BaseServerNameSpace,
                                                   "KT_IPProtocolEndpoint");
     auto addresses = _IPAddresses;
-    for (auto const& endpoint : service.enumInstances(ctx, path, nullptr))
+    for (const auto& endpoint : service.enumInstances(ctx, path, nullptr)) {
         appendAddress(addresses, endpoint);
+    }
     _IPAddresses = std::move(addresses);
 }
 
@@ -128,7 +130,7 @@ void KTAlertIndication::setTemperatureVariables(float caution, float fatal) {
     _setTemperatureVarNames = true;
 }
 
-void KTAlertIndication::setSummary(std::string const& summary) {
+void KTAlertIndication::setSummary(const std::string& summary) {
     _summary = summary;
 }
 
@@ -140,7 +142,7 @@ void KTAlertIndication::setEventSubCategory(int subcategory) {
     _subcategory = subcategory;
 }
 
-void KTAlertIndication::setOtherEventCategory(std::string const& category) {
+void KTAlertIndication::setOtherEventCategory(const std::string& category) {
     _othercategory = category;
 }
 
@@ -148,43 +150,43 @@ void KTAlertIndication::setProbableCause(int cause) {
     _probableCause = cause;
 }
 
-void KTAlertIndication::setProbableCauseDescription(std::string const& description) {
+void KTAlertIndication::setProbableCauseDescription(const std::string& description) {
     _probableCauseDescription = description;
 }
 
-void KTAlertIndication::setProviderVersion(std::string const& version) {
+void KTAlertIndication::setProviderVersion(const std::string& version) {
     _providerVersion = version;
 }
 
-void KTAlertIndication::setHWLogicalLocation(std::string const& location) {
+void KTAlertIndication::setHWLogicalLocation(const std::string& location) {
     _logicalLocation = location;
 }
 
-void KTAlertIndication::setHWFirmwareVersion(std::string const& version) {
+void KTAlertIndication::setHWFirmwareVersion(const std::string& version) {
     _firmwareVersion = version;
 }
 
-void KTAlertIndication::setHWManufacturer(std::string const& manufacturer) {
+void KTAlertIndication::setHWManufacturer(const std::string& manufacturer) {
     _manufacturer = manufacturer;
 }
 
-void KTAlertIndication::setHWSerialNumber(std::string const& serialNumber) {
+void KTAlertIndication::setHWSerialNumber(const std::string& serialNumber) {
     _serialNumber = serialNumber;
 }
 
-void KTAlertIndication::setHWPartNumber(std::string const& partNumber) {
+void KTAlertIndication::setHWPartNumber(const std::string& partNumber) {
     _partNumber = partNumber;
 }
 
-void KTAlertIndication::setDeviceModel(std::string const& model) {
+void KTAlertIndication::setDeviceModel(const std::string& model) {
     _deviceModel = model;
 }
 
-void KTAlertIndication::setHWPhysicalLocation(std::string const& location) {
+void KTAlertIndication::setHWPhysicalLocation(const std::string& location) {
     _physicalLocation = location;
 }
 
-void KTAlertIndication::setDeviceControllerLogicalLocation(std::string const& location) {
+void KTAlertIndication::setDeviceControllerLogicalLocation(const std::string& location) {
     _controllerLogicalLocation = location;
 }
 

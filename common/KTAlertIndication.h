@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "cmpicpp/CmpiContext.h"
 #include "common/CIMAlertIndication.h"
+
+#include <string>
+#include <vector>
 
 class BladeMRADataObject;
 class ComputerSystemMRADataObject;
@@ -19,7 +19,7 @@ namespace PYL {
 /// and an instance is made all the same.
 class PYL_EXPORT KTAlertIndication : public CIMAlertIndication {
 public:
-    KTAlertIndication(Logger& log, std::string const& name, std::string const& nameSpace,
+    KTAlertIndication(Logger& log, const std::string& name, const std::string& nameSpace,
                       int severity);
     ~KTAlertIndication() override;
 
@@ -27,24 +27,24 @@ public:
 
     void addProperties(CmpiCpp::CmpiInstance& instance) override;
 
-    void setSummary(std::string const& summary);
+    void setSummary(const std::string& summary);
     void setEventCategory(int category);
     /// 0, as at first, leaves the property out.
     void setEventSubCategory(int subcategory);
     /// Kept, but not sent: the class has no property for it.
-    void setOtherEventCategory(std::string const& category);
+    void setOtherEventCategory(const std::string& category);
     void setProbableCause(int cause);
-    void setProbableCauseDescription(std::string const& description);
+    void setProbableCauseDescription(const std::string& description);
     /// Kept, but not sent: consoles want the version that the whole family of providers goes by.
-    void setProviderVersion(std::string const& version);
-    void setHWLogicalLocation(std::string const& location);
-    void setHWFirmwareVersion(std::string const& version);
-    void setHWManufacturer(std::string const& manufacturer);
-    void setHWSerialNumber(std::string const& serialNumber);
-    void setHWPartNumber(std::string const& partNumber);
-    void setDeviceModel(std::string const& model);
-    void setHWPhysicalLocation(std::string const& location);
-    void setDeviceControllerLogicalLocation(std::string const& location);
+    void setProviderVersion(const std::string& version);
+    void setHWLogicalLocation(const std::string& location);
+    void setHWFirmwareVersion(const std::string& version);
+    void setHWManufacturer(const std::string& manufacturer);
+    void setHWSerialNumber(const std::string& serialNumber);
+    void setHWPartNumber(const std::string& partNumber);
+    void setDeviceModel(const std::string& model);
+    void setHWPhysicalLocation(const std::string& location);
+    void setDeviceControllerLogicalLocation(const std::string& location);
 
     /// The thresholds of a temperature sensor, in degrees Celsius.
     void setTemperatureVariables(float caution, float fatal);
@@ -52,7 +52,7 @@ public:
     /// Appends the addresses of all IP endpoints that the object manager knows, in its order, by an
     /// up-call. Throws the CmpiStatus of the up-call, or of an endpoint that does not tell its kind
     /// or its address; nothing is appended then.
-    void setNetworkIPAddress(CmpiCpp::CmpiContext const& ctx);
+    void setNetworkIPAddress(const CmpiCpp::CmpiContext& ctx);
 
     /// Forwards the event, if it is one of those that the enclosure's management module wants, by
     /// the IPMI channel of the server. Always 0: what became of it is in the log.
@@ -88,9 +88,9 @@ private:
     void _addDevice(CmpiCpp::CmpiInstance& instance) const;
     void _addComputerSystem(CmpiCpp::CmpiInstance& instance);
     void _addComputerSystem(CmpiCpp::CmpiInstance& instance,
-                            ComputerSystemMRADataObject const& data);
+                            const ComputerSystemMRADataObject& data);
     void _addEnclosure(CmpiCpp::CmpiInstance& instance);
-    void _addEnclosure(CmpiCpp::CmpiInstance& instance, BladeMRADataObject const& data);
+    void _addEnclosure(CmpiCpp::CmpiInstance& instance, const BladeMRADataObject& data);
 };
 
 }  // namespace PYL

@@ -5,7 +5,7 @@
 
 namespace PYL {
 
-CmpiCpp::CmpiObjectPath const& LocalRequest::path() {
+const CmpiCpp::CmpiObjectPath& LocalRequest::path() {
     if (!_local) {
         auto local = _request;
         local.setHost(CmpiCpp::CmpiName(PYLUtil::getHostName()));

@@ -1,21 +1,21 @@
 #pragma once
 
-#include <pthread.h>
-
 #include "common/AutoMutex.h"
 #include "platform/logger/Logger.h"
 
+#include <pthread.h>
+
 namespace PYL {
 
-/// The frame of every delivering operation of the instance collection: runs `walk`, which answers how
-/// many objects it delivered, under the lock, and logs the outcome after the unlock.
+/// The frame of every delivering operation of the instance collection: runs `walk`, which answers
+/// how many objects it delivered, under the lock, and logs the outcome after the unlock.
 /// What the walk throws is logged with `exceptionLine` under the lock and goes on unchanged.
 template <typename Walk>
-int lockedWalk(pthread_mutex_t& mutex, Logger const& log, char const* operation,
-               char const* exceptionLine, Walk walk) {
+int lockedWalk(pthread_mutex_t& mutex, const Logger& log, const char* operation,
+               const char* exceptionLine, Walk walk) {
     int count = 0;
     {
-        AutoMutex const lock(mutex);
+        const AutoMutex lock(mutex);
         try {
             count = walk();
         } catch (...) {
@@ -23,10 +23,11 @@ int lockedWalk(pthread_mutex_t& mutex, Logger const& log, char const* operation,
             throw;
         }
     }
-    if (count == 0)
+    if (count == 0) {
         log.info("%s() nothing to deliver", operation);
-    else
+    } else {
         log.info("%s() delivered: %d", operation, count);
+    }
     return count;
 }
 

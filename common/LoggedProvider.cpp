@@ -1,9 +1,9 @@
 #include "common/LoggedProvider.h"
 
-#include <sstream>
-
 #include "cmpicpp/CmpiStatus.h"
 #include "common/DecoratorUtils.h"
+
+#include <sstream>
 
 namespace PYL {
 
@@ -20,28 +20,28 @@ using CmpiCpp::CmpiStatus;
 
 /// Runs the call; a CmpiStatus is logged with the line and goes on as it came.
 template <typename Call>
-auto LoggedProvider::_forward(char const* exceptionLine, Call call) {
+auto LoggedProvider::_forward(const char* exceptionLine, Call call) {
     try {
         return call();
-    } catch (CmpiStatus const& status) {
+    } catch (const CmpiStatus& status) {
         if (_log.infoEnabled()) _log.info(exceptionLine, status.str());
         throw;
     }
 }
 
-void LoggedProvider::_logReturned(int count, char const* operation) {
+void LoggedProvider::_logReturned(int count, const char* operation) {
     _log.info("returned %d object%s from %s()", count, count == 1 ? "" : "s", operation);
 }
 
-LoggedProvider::LoggedProvider(CmpiBroker const& broker, Logger& logger, Factory factory)
+LoggedProvider::LoggedProvider(const CmpiBroker& broker, Logger& logger, Factory factory)
     : _log(logger) {
     _log.info("provider cxtor()");
     _p = _forward("provider cxtor exception: %s", [&] { return factory(broker, logger); });
     _log.info("returned from provider cxtor()");
 }
 
-LoggedProvider::LoggedProvider(CmpiBroker const& broker, Logger& logger, ContextFactory factory,
-                               CMPIContext const* context)
+LoggedProvider::LoggedProvider(const CmpiBroker& broker, Logger& logger, ContextFactory factory,
+                               const CMPIContext* context)
     : _log(logger) {
     _log.info("provider cxtor()");
     _p = _forward("provider cxtor exception: %s", [&] { return factory(broker, logger, context); });
@@ -54,7 +54,7 @@ LoggedProvider::~LoggedProvider() {
     _log.info("returned from provider dxtor()");
 }
 
-void LoggedProvider::enumInstanceNames(CmpiContext const& ctx, CmpiObjectPath const& path,
+void LoggedProvider::enumInstanceNames(const CmpiContext& ctx, const CmpiObjectPath& path,
                                        CmpiObjectPathResult& result) {
     if (_log.infoEnabled()) _log.info("enumInstanceNames(%s)", path.str());
     LoggedObjectPathResult logged(_log, result);
@@ -63,8 +63,8 @@ void LoggedProvider::enumInstanceNames(CmpiContext const& ctx, CmpiObjectPath co
     _logReturned(logged.size(), "enumInstanceNames");
 }
 
-void LoggedProvider::enumInstances(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                   char const** properties, CmpiInstanceResult& result) {
+void LoggedProvider::enumInstances(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                   const char** properties, CmpiInstanceResult& result) {
     if (_log.infoEnabled()) _log.info("enumInstances(%s)", path.str());
     LoggedInstanceResult logged(_log, result);
     // Without the final s of the operation's name: tools that read these logs know the line so.
@@ -73,8 +73,8 @@ void LoggedProvider::enumInstances(CmpiContext const& ctx, CmpiObjectPath const&
     _logReturned(logged.size(), "enumInstances");
 }
 
-void LoggedProvider::getInstance(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                 char const** properties, CmpiInstanceResult& result) {
+void LoggedProvider::getInstance(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                 const char** properties, CmpiInstanceResult& result) {
     if (_log.infoEnabled()) _log.info("getInstance(%s)", path.str());
     LoggedInstanceResult logged(_log, result);
     _forward("getInstance() exception: %s",
@@ -82,8 +82,8 @@ void LoggedProvider::getInstance(CmpiContext const& ctx, CmpiObjectPath const& p
     _logReturned(logged.size(), "getInstance");
 }
 
-void LoggedProvider::createInstance(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                    CmpiInstance const& instance, CmpiObjectPathResult& result) {
+void LoggedProvider::createInstance(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                    const CmpiInstance& instance, CmpiObjectPathResult& result) {
     if (_log.infoEnabled()) _log.info("createInstance(%s)", path.str());
     LoggedObjectPathResult logged(_log, result);
     _forward("createInstance() exception: %s",
@@ -91,23 +91,23 @@ void LoggedProvider::createInstance(CmpiContext const& ctx, CmpiObjectPath const
     _logReturned(logged.size(), "createInstance");
 }
 
-void LoggedProvider::modifyInstance(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                    CmpiInstance const& instance, char const** properties) {
+void LoggedProvider::modifyInstance(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                    const CmpiInstance& instance, const char** properties) {
     if (_log.infoEnabled()) _log.info("modifyInstance(%s)", path.str());
     _forward("modifyInstance() exception: %s",
              [&] { asInstanceProvider(_p)->modifyInstance(ctx, path, instance, properties); });
     _log.info("returned from modifyInstance()");
 }
 
-void LoggedProvider::deleteInstance(CmpiContext const& ctx, CmpiObjectPath const& path) {
+void LoggedProvider::deleteInstance(const CmpiContext& ctx, const CmpiObjectPath& path) {
     if (_log.infoEnabled()) _log.info("deleteInstance(%s)", path.str());
     _forward("deleteInstance() exception: %s",
              [&] { asInstanceProvider(_p)->deleteInstance(ctx, path); });
     _log.info("returned from deleteInstance()");
 }
 
-void LoggedProvider::execQuery(CmpiContext const& ctx, CmpiObjectPath const& path,
-                               std::string const& query, std::string const& language,
+void LoggedProvider::execQuery(const CmpiContext& ctx, const CmpiObjectPath& path,
+                               const std::string& query, const std::string& language,
                                CmpiObjectPathResult& result) {
     if (_log.infoEnabled()) _log.info("execQuery(%s)", path.str());
     LoggedObjectPathResult logged(_log, result);
@@ -116,17 +116,20 @@ void LoggedProvider::execQuery(CmpiContext const& ctx, CmpiObjectPath const& pat
     _logReturned(logged.size(), "execQuery");
 }
 
-CMPIBroker* LoggedProvider::getBroker() { return _p ? _p->getBroker() : nullptr; }
+CMPIBroker* LoggedProvider::getBroker() {
+    return _p ? _p->getBroker() : nullptr;
+}
 
-int LoggedProvider::unloadOK(CmpiContext const& ctx) {
-    constexpr char const* words[] = {"okToUnload", "doNotUnloadNow", "neverUnload"};
+int LoggedProvider::unloadOK(const CmpiContext& ctx) {
+    constexpr const char* words[] = {"okToUnload", "doNotUnloadNow", "neverUnload"};
     _log.info("unloadOK()");
-    int const answer = _forward("unloadOK() exception: %s", [&] { return _p ? _p->unloadOK(ctx) : 0; });
+    const int answer =
+        _forward("unloadOK() exception: %s", [&] { return _p ? _p->unloadOK(ctx) : 0; });
     _log.info("returned from unloadOK, %s", answer >= 0 && answer <= 2 ? words[answer] : "");
     return answer;
 }
 
-void LoggedProvider::cleanup(CmpiContext const& ctx, bool terminating) {
+void LoggedProvider::cleanup(const CmpiContext& ctx, bool terminating) {
     _log.info("cleanup(terminating=%d)", terminating ? 1 : 0);
     _forward("cleanup() exception: %s", [&] {
         if (_p) _p->cleanup(ctx, terminating);
@@ -136,12 +139,13 @@ void LoggedProvider::cleanup(CmpiContext const& ctx, bool terminating) {
 
 namespace {
 
-std::string invocationText(CmpiObjectPath const& path, CmpiName const& methodName, CmpiArgs const& in) {
+std::string invocationText(const CmpiObjectPath& path, const CmpiName& methodName,
+                           const CmpiArgs& in) {
     std::ostringstream text;
     text << "invokeMethod(path=" << path.str() << ", "
          << "methodName=" << '"' << methodName.c_str() << '"';
     for (unsigned int i = 0; i < in.getArgCount(); ++i) {
-        auto const [name, value] = in.getArgAt(i);
+        const auto [name, value] = in.getArgAt(i);
         text << ", " << name.c_str() << "=" << value.str();
     }
     text << ")";
@@ -150,11 +154,11 @@ std::string invocationText(CmpiObjectPath const& path, CmpiName const& methodNam
 
 }  // namespace
 
-void LoggedProvider::invokeMethod(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                  CmpiName const& methodName, CmpiArgs const& in,
+void LoggedProvider::invokeMethod(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                  const CmpiName& methodName, const CmpiArgs& in,
                                   CmpiMethodResult& result) {
-    // The text is itself the format, so a per cent sign in a value is read as a conversion. The logger
-    // takes that: a conversion without an argument touches nothing.
+    // The text is itself the format, so a per cent sign in a value is read as a conversion. The
+    // logger takes that: a conversion without an argument touches nothing.
     if (_log.infoEnabled()) _log.info(invocationText(path, methodName, in).c_str());
     LoggedMethodResult logged(_log, result);
     _forward("invokeMethod() exception: %s",
@@ -162,14 +166,15 @@ void LoggedProvider::invokeMethod(CmpiContext const& ctx, CmpiObjectPath const& 
     _log.info("returned from invokeMethod()");
 }
 
-void LoggedProvider::associators(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                 CmpiName const& assocClass, CmpiName const& resultClass,
-                                 CmpiName const& role, CmpiName const& resultRole,
-                                 char const** properties, CmpiInstanceResult& result) {
-    if (_log.infoEnabled())
+void LoggedProvider::associators(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                 const CmpiName& assocClass, const CmpiName& resultClass,
+                                 const CmpiName& role, const CmpiName& resultRole,
+                                 const char** properties, CmpiInstanceResult& result) {
+    if (_log.infoEnabled()) {
         _log.info("associators(path=%s, assocClass=%s, resultClass=%s, role=%s, resultRole=%s)",
                   path.str(), assocClass.c_str(), resultClass.c_str(), role.c_str(),
                   resultRole.c_str());
+    }
     LoggedInstanceResult logged(_log, result);
     _forward("associators() exception: %s", [&] {
         asAssociationProvider(_p)->associators(ctx, path, assocClass, resultClass, role, resultRole,
@@ -178,28 +183,30 @@ void LoggedProvider::associators(CmpiContext const& ctx, CmpiObjectPath const& p
     _logReturned(logged.size(), "associators");
 }
 
-void LoggedProvider::associatorNames(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                     CmpiName const& assocClass, CmpiName const& resultClass,
-                                     CmpiName const& role, CmpiName const& resultRole,
+void LoggedProvider::associatorNames(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                     const CmpiName& assocClass, const CmpiName& resultClass,
+                                     const CmpiName& role, const CmpiName& resultRole,
                                      CmpiObjectPathResult& result) {
-    if (_log.infoEnabled())
+    if (_log.infoEnabled()) {
         _log.info("associatorNames(path=%s, assocClass=%s, resultClass=%s, role=%s, resultRole=%s)",
                   path.str(), assocClass.c_str(), resultClass.c_str(), role.c_str(),
                   resultRole.c_str());
+    }
     LoggedObjectPathResult logged(_log, result);
     _forward("associatorNames() exception: %s", [&] {
-        asAssociationProvider(_p)->associatorNames(ctx, path, assocClass, resultClass, role, resultRole,
-                                                   logged);
+        asAssociationProvider(_p)->associatorNames(ctx, path, assocClass, resultClass, role,
+                                                   resultRole, logged);
     });
     _logReturned(logged.size(), "associatorNames");
 }
 
-void LoggedProvider::references(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                CmpiName const& resultClass, CmpiName const& role,
-                                char const** properties, CmpiInstanceResult& result) {
-    if (_log.infoEnabled())
+void LoggedProvider::references(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                const CmpiName& resultClass, const CmpiName& role,
+                                const char** properties, CmpiInstanceResult& result) {
+    if (_log.infoEnabled()) {
         _log.info("references(path=%s, resultClass=%s, role=%s)", path.str(), resultClass.c_str(),
                   role.c_str());
+    }
     LoggedInstanceResult logged(_log, result);
     _forward("references() exception: %s", [&] {
         asAssociationProvider(_p)->references(ctx, path, resultClass, role, properties, logged);
@@ -207,12 +214,13 @@ void LoggedProvider::references(CmpiContext const& ctx, CmpiObjectPath const& pa
     _logReturned(logged.size(), "references");
 }
 
-void LoggedProvider::referenceNames(CmpiContext const& ctx, CmpiObjectPath const& path,
-                                    CmpiName const& resultClass, CmpiName const& role,
+void LoggedProvider::referenceNames(const CmpiContext& ctx, const CmpiObjectPath& path,
+                                    const CmpiName& resultClass, const CmpiName& role,
                                     CmpiObjectPathResult& result) {
-    if (_log.infoEnabled())
-        _log.info("referenceNames(path=%s, resultClass=%s, role=%s)", path.str(), resultClass.c_str(),
-                  role.c_str());
+    if (_log.infoEnabled()) {
+        _log.info("referenceNames(path=%s, resultClass=%s, role=%s)", path.str(),
+                  resultClass.c_str(), role.c_str());
+    }
     LoggedObjectPathResult logged(_log, result);
     _forward("referenceNames() exception: %s", [&] {
         asAssociationProvider(_p)->referenceNames(ctx, path, resultClass, role, logged);
@@ -220,55 +228,60 @@ void LoggedProvider::referenceNames(CmpiContext const& ctx, CmpiObjectPath const
     _logReturned(logged.size(), "referenceNames");
 }
 
-void LoggedProvider::authorizeFilter(CmpiContext const& ctx, CMPISelectExp const* filter,
-                                     std::string const& className, CmpiObjectPath const& path,
-                                     std::string const& owner) {
-    if (_log.infoEnabled())
-        _log.info("authorizeFilter(classname=\"%s\", path=%s, user=%s)", className, path.str(), owner);
+void LoggedProvider::authorizeFilter(const CmpiContext& ctx, const CMPISelectExp* filter,
+                                     const std::string& className, const CmpiObjectPath& path,
+                                     const std::string& owner) {
+    if (_log.infoEnabled()) {
+        _log.info("authorizeFilter(classname=\"%s\", path=%s, user=%s)", className, path.str(),
+                  owner);
+    }
     _forward("authorizeFilter() exception: %s", [&] {
         asIndicationProvider(_p)->authorizeFilter(ctx, filter, className, path, owner);
     });
     _log.info("returned from authorizeFilter()");
 }
 
-void LoggedProvider::mustPoll(CmpiContext const& ctx, CMPISelectExp const* filter,
-                              std::string const& className, CmpiObjectPath const& path) {
+void LoggedProvider::mustPoll(const CmpiContext& ctx, const CMPISelectExp* filter,
+                              const std::string& className, const CmpiObjectPath& path) {
     if (_log.infoEnabled()) _log.info("mustPoll(classname=\"%s\", path=%s)", className, path.str());
     _forward("mustPoll() exception: %s",
              [&] { asIndicationProvider(_p)->mustPoll(ctx, filter, className, path); });
     _log.info("returned from mustPoll()");
 }
 
-void LoggedProvider::activateFilter(CmpiContext const& ctx, CMPISelectExp const* filter,
-                                    std::string const& className, CmpiObjectPath const& path,
+void LoggedProvider::activateFilter(const CmpiContext& ctx, const CMPISelectExp* filter,
+                                    const std::string& className, const CmpiObjectPath& path,
                                     bool last) {
-    if (_log.infoEnabled())
+    if (_log.infoEnabled()) {
         _log.info("activateFilter(classname=\"%s\", path=%s, last=%d)", className, path.str(),
                   last ? 1 : 0);
+    }
     _forward("activateFilter() exception: %s",
              [&] { asIndicationProvider(_p)->activateFilter(ctx, filter, className, path, last); });
     _log.info("returned from activateFilter()");
 }
 
-void LoggedProvider::deactivateFilter(CmpiContext const& ctx, CMPISelectExp const* filter,
-                                      std::string const& className, CmpiObjectPath const& path,
+void LoggedProvider::deactivateFilter(const CmpiContext& ctx, const CMPISelectExp* filter,
+                                      const std::string& className, const CmpiObjectPath& path,
                                       bool last) {
-    if (_log.infoEnabled())
+    if (_log.infoEnabled()) {
         _log.info("deactivateFilter(classname=\"%s\", path=%s, last=%d)", className, path.str(),
                   last ? 1 : 0);
-    _forward("deactivateFilter() exception: %s",
-             [&] { asIndicationProvider(_p)->deactivateFilter(ctx, filter, className, path, last); });
+    }
+    _forward("deactivateFilter() exception: %s", [&] {
+        asIndicationProvider(_p)->deactivateFilter(ctx, filter, className, path, last);
+    });
     _log.info("returned from deactivateFilter()");
 }
 
-void LoggedProvider::enableIndications(CmpiContext const& ctx) {
+void LoggedProvider::enableIndications(const CmpiContext& ctx) {
     _log.info("enableIndications()");
     _forward("enableIndications() exception: %s",
              [&] { asIndicationProvider(_p)->enableIndications(ctx); });
     _log.info("returned from enableIndications()");
 }
 
-void LoggedProvider::disableIndications(CmpiContext const& ctx) {
+void LoggedProvider::disableIndications(const CmpiContext& ctx) {
     _log.info("disableIndications()");
     _forward("disableIndications() exception: %s",
              [&] { asIndicationProvider(_p)->disableIndications(ctx); });

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "common/entities.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
-
-#include "common/entities.h"
 
 /// The character entity references of HTML 4.01 (clauses 24.2 to 24.4) and `apos` of XML, in the
 /// byte order of their names, where the semicolon counts: "sup1;" stands before "sup;".
@@ -268,6 +268,6 @@ inline constexpr auto NAMED_ENTITIES = std::to_array<NamedEntity>({
 
 static_assert(NAMED_ENTITIES.size() == 252 + 1);
 static_assert(std::ranges::is_sorted(NAMED_ENTITIES, std::ranges::less(),
-                                     [](NamedEntity const& row) {
+                                     [](const NamedEntity& row) {
                                          return std::string_view(row.name);
                                      }));

@@ -1,10 +1,10 @@
 #include "common/OpstatusUtils.h"
 
+#include "common/PYLUtil.h"
+
 #include <algorithm>
 #include <array>
 #include <sstream>
-
-#include "common/PYLUtil.h"
 
 namespace PYL {
 
@@ -12,7 +12,7 @@ namespace {
 
 struct StatusRow {
     operationalStatus status;
-    char const* text;
+    const char* text;
     operationalStatus severityClass;  ///< what it counts as when statuses are folded
     healthState health;
 };
@@ -51,13 +51,13 @@ constexpr std::array severityOrder{statusOther,
                                    statusError,
                                    statusNonRecoverableError};
 
-constexpr StatusRow const* findRow(operationalStatus status) noexcept {
-    auto const* const row = std::ranges::find(statusRows, status, &StatusRow::status);
+constexpr const StatusRow* findRow(operationalStatus status) noexcept {
+    const auto* const row = std::ranges::find(statusRows, status, &StatusRow::status);
     return row == statusRows.end() ? nullptr : row;
 }
 
 constexpr operationalStatus severityClassOf(operationalStatus status) noexcept {
-    auto const* const row = findRow(status);
+    const auto* const row = findRow(status);
     return row ? row->severityClass : statusOK;
 }
 
@@ -80,7 +80,7 @@ constexpr auto severityRows = std::to_array<SeverityRow>({
 }  // namespace
 
 std::string opstatusToString(operationalStatus status) {
-    if (auto const* const row = findRow(status)) return row->text;
+    if (const auto* const row = findRow(status)) return row->text;
     std::ostringstream text;
     text << "Unknown operationalStatus value " << static_cast<int>(status);
     return text.str();
@@ -91,19 +91,19 @@ operationalStatus opstatusFromUint16(unsigned short value) noexcept {
 }
 
 operationalStatus updateWorst(operationalStatus worstSoFar, operationalStatus status) noexcept {
-    auto const counted = severityClassOf(status);
-    auto const* const worstRank = std::ranges::find(severityOrder, worstSoFar);
-    auto const* const rank = std::ranges::find(severityOrder, counted);
+    const auto counted = severityClassOf(status);
+    const auto* const worstRank = std::ranges::find(severityOrder, worstSoFar);
+    const auto* const rank = std::ranges::find(severityOrder, counted);
     return worstRank == severityOrder.end() || rank >= worstRank ? counted : worstSoFar;
 }
 
 healthState PYLUtil::opstatusToHealthState(operationalStatus status) noexcept {
-    auto const* const row = findRow(status);
+    const auto* const row = findRow(status);
     return row ? row->health : healthStateUnknown;
 }
 
 indicationSeverity PYLUtil::ktLogToCIMSeverity(ktlogAlertLevel level) noexcept {
-    auto const* const row = std::ranges::find(severityRows, level, &SeverityRow::level);
+    const auto* const row = std::ranges::find(severityRows, level, &SeverityRow::level);
     return row == severityRows.end() ? severityUnknown : row->severity;
 }
 

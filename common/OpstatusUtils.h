@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "pylcommon_export.h"
+
+#include <string>
 
 /// Operational status, health and severity: the values, and the arithmetic over them. Pure
 /// functions; nothing throws but opstatusToString(), for lack of memory. Values outside an
@@ -81,7 +81,7 @@ PYL_EXPORT operationalStatus opstatusFromUint16(unsigned short value) noexcept;
 /// is replaced. Start with statusUnknown or statusOK:
 ///
 ///     auto worst = statusUnknown;
-///     for (auto const& fan : fans) worst = updateWorst(worst, fan.status);
+///     for (const auto& fan : fans) worst = updateWorst(worst, fan.status);
 PYL_EXPORT operationalStatus updateWorst(operationalStatus worstSoFar,
                                          operationalStatus status) noexcept;
 

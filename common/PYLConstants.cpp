@@ -2,6 +2,6 @@
 
 namespace PYL {
 
-constinit char const* const PRPNameSpace = "interop";
+constinit const char* const PRPNameSpace = "interop";
 
 }  // namespace PYL

@@ -6,30 +6,30 @@
 namespace PYL {
 
 /// The class of the host computer system, the central and scoping class of most profiles.
-constexpr char const* ScopedCentralClassName = "PYL_ComputerSystem";
+constexpr const char* ScopedCentralClassName = "PYL_ComputerSystem";
 /// The class of the Fibre Channel HBA computer system.
-constexpr char const* ScopedFCHBACentralClassName = "PYL_FCHBAComputerSystem";
-constexpr char const* PCIDeviceClassName = "PYL_PCIDevice";
-constexpr char const* ChassisClassName = "PYL_ComputerSystemChassis";
+constexpr const char* ScopedFCHBACentralClassName = "PYL_FCHBAComputerSystem";
+constexpr const char* PCIDeviceClassName = "PYL_PCIDevice";
+constexpr const char* ChassisClassName = "PYL_ComputerSystemChassis";
 
 /// The method by which providers are asked to do their periodic work.
-constexpr char const* WorkerMethodName = "PerformWork";
+constexpr const char* WorkerMethodName = "PerformWork";
 
 /// Where providers keep what must survive a restart. Ends with a slash.
-constexpr char const* PersistentDataDir = "/etc/cim/";
+constexpr const char* PersistentDataDir = "/etc/cim/";
 
 /// The text that goes with RegisteredOrganization "Other" in the maker's own profiles.
-constexpr char const* OrgNameKT = "KT WBEM TC";
+constexpr const char* OrgNameKT = "KT WBEM TC";
 /// The same for the profiles of a standards body, which need none.
-constexpr char const* OrgNameNA = "";
+constexpr const char* OrgNameNA = "";
 
 /// The namespace of all the maker's classes.
-constexpr char const* BaseServerNameSpace = "root/ktq";
+constexpr const char* BaseServerNameSpace = "root/ktq";
 
-constexpr char const* PRPRegisteredClassName = "PYL_RegisteredProfile";
+constexpr const char* PRPRegisteredClassName = "PYL_RegisteredProfile";
 
-/// The namespace of registered profiles (DSP1033). One object for the whole process, constant-initialised,
-/// so that static objects of other modules may use it.
-extern PYL_EXPORT char const* const PRPNameSpace;
+/// The namespace of registered profiles (DSP1033). One object for the whole process,
+/// constant-initialised, so that static objects of other modules may use it.
+extern PYL_EXPORT const char* const PRPNameSpace;
 
 }  // namespace PYL

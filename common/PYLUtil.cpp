@@ -1,12 +1,12 @@
 #include "common/PYLUtil.h"
 
+#include "platform/computersystem/ComputerSystemMRA.h"
+
 #include <unistd.h>
 
 #include <array>
 #include <cstdio>
 #include <memory>
-
-#include "platform/computersystem/ComputerSystemMRA.h"
 
 namespace PYL {
 
@@ -18,7 +18,7 @@ namespace {
 
 constexpr int hostNameLength = 255;
 
-CmpiObjectPath localPath(char const* className) {
+CmpiObjectPath localPath(const char* className) {
     auto path = CmpiCpp::makeCmpiObjectPath(CmpiBroker(PYLUtil::getBroker()), BaseServerNameSpace,
                                             className);
     path.setHost(CmpiName(PYLUtil::getHostName()));
@@ -27,18 +27,18 @@ CmpiObjectPath localPath(char const* className) {
 }
 
 std::string pciLocation(int domain, int bus, int device, int function) {
-    constexpr char const* format = "%04x:%02x:%02d.%d";
-    auto const [ubus, udomain] =
+    constexpr const char* format = "%04x:%02x:%02d.%d";
+    const auto [ubus, udomain] =
         std::pair{static_cast<unsigned>(bus), static_cast<unsigned>(domain)};
     // A bus, device or function outside the ranges of PCI needs more than the usual 12 characters.
-    auto const length = std::snprintf(nullptr, 0, format, udomain, ubus, device, function);
+    const auto length = std::snprintf(nullptr, 0, format, udomain, ubus, device, function);
     std::string text(static_cast<std::size_t>(length) + 1, '\0');
     std::snprintf(text.data(), text.size(), format, udomain, ubus, device, function);
     text.pop_back();
     return text;
 }
 
-CmpiObjectPath chassisPath(std::string const& tag) {
+CmpiObjectPath chassisPath(const std::string& tag) {
     auto path = localPath(ChassisClassName);
     path.addKey("Tag", tag);
     return path;
@@ -46,7 +46,7 @@ CmpiObjectPath chassisPath(std::string const& tag) {
 
 }  // namespace
 
-constinit std::atomic<CMPIBroker const*> PYLUtil::_broker{nullptr};
+constinit std::atomic<const CMPIBroker*> PYLUtil::_broker{nullptr};
 
 std::string PYLUtil::getHostName() {
     // gethostname need not terminate a name that it cuts: the last byte is ours.
@@ -59,20 +59,21 @@ std::string PYLUtil::getScopedConformingProfileName() {
     return "Base Server";
 }
 
-void PYLUtil::setBroker(CmpiBroker const& broker) {
+void PYLUtil::setBroker(const CmpiBroker& broker) {
     _broker.store(broker.toCMPI(), std::memory_order_relaxed);
 }
 
-CMPIBroker const* PYLUtil::getBroker() {
+const CMPIBroker* PYLUtil::getBroker() {
     return _broker.load(std::memory_order_relaxed);
 }
 
 std::string PYLUtil::getSystemUUID(Logger& log) {
     ComputerSystemMRADataObject data(log);
     std::string uuid;
-    std::unique_ptr<ComputerSystemMRA> const source(computerSystemMRAFactory(log));
-    if (source && source->getFirstData(ComputerSystemMRA::systemData, data) == MRA_STATUS_SUCCESS)
+    const std::unique_ptr<ComputerSystemMRA> source(computerSystemMRAFactory(log));
+    if (source && source->getFirstData(ComputerSystemMRA::systemData, data) == MRA_STATUS_SUCCESS) {
         data.getSystemUUID(uuid);
+    }
     return uuid;
 }
 

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <atomic>
-#include <cstdint>
-#include <string>
-
 #include "cmpi/cmpidt.h"
 #include "cmpicpp/CmpiArgs.h"
 #include "cmpicpp/CmpiArray.h"
@@ -17,6 +13,10 @@
 #include "common/PYLConstants.h"
 #include "platform/logger/Logger.h"
 #include "pylcommon_export.h"
+
+#include <atomic>
+#include <cstdint>
+#include <string>
 
 namespace PYL {
 
@@ -40,10 +40,10 @@ public:
 
     /// Keeps the broker's handle for all path builders, up-calls and indications of the process.
     /// Called when a provider is loaded, before any of those.
-    static void setBroker(CmpiCpp::CmpiBroker const& broker);
+    static void setBroker(const CmpiCpp::CmpiBroker& broker);
 
     /// The handle that setBroker() kept, or null.
-    static CMPIBroker const* getBroker();
+    static const CMPIBroker* getBroker();
 
     /// The system's UUID, or the empty text. Read anew at each call.
     static std::string getSystemUUID(Logger& log);
@@ -88,12 +88,12 @@ public:
     ///
     /// Nothing comes back, and a post that fails is a line in the log. Throws only what reading the
     /// property throws, other than that there is none (CMPI_RC_ERR_NOT_FOUND).
-    static void postStatus(Logger& log, CmpiCpp::CmpiContext const& ctx,
-                           CmpiCpp::CmpiInstance const& instance);
+    static void postStatus(Logger& log, const CmpiCpp::CmpiContext& ctx,
+                           const CmpiCpp::CmpiInstance& instance);
 
     /// Whether there is a file, of whatever kind, that root owns. Links are followed. Neither its
     /// mode nor its content counts.
-    static bool FileExistsAsRootPerms(char const* path) noexcept;
+    static bool FileExistsAsRootPerms(const char* path) noexcept;
 
     /// Standing switches: root's files "/tmp/PYL.heartbeats" and "/tmp/PYLPerfmon".
     static bool HeartBeatIndicationsEnabled() noexcept;
@@ -107,36 +107,36 @@ public:
 
     /// Whether a version string has none but the characters it may have: digits, ".", "T", "F",
     /// "b", "v". Says nothing about their order; the empty text has none but those.
-    static bool validateVersion(std::string const& version) noexcept;
+    static bool validateVersion(const std::string& version) noexcept;
 
     /// A part of a version string such as "2.10.0.34" or "T.2.10", counted from 0 and cut to 16
     /// bits. Parts are what stands between dots; empty ones do not count, nor does a first one that
     /// is "T", "F" or "v" alone. Digits up to the first other character make the number: "b5" reads
     /// 0. False, and 65535 in `part`, when there is no such part. A number that no long holds
     /// leaves 65535.
-    static bool stringVersionGetPart(std::string const& version, unsigned short& part, int index);
-    static bool stringVersionToMajor(std::string const& version, unsigned short& part);
-    static bool stringVersionToMinor(std::string const& version, unsigned short& part);
-    static bool stringVersionToRevision(std::string const& version, unsigned short& part);
-    static bool stringVersionToBuild(std::string const& version, unsigned short& part);
+    static bool stringVersionGetPart(const std::string& version, unsigned short& part, int index);
+    static bool stringVersionToMajor(const std::string& version, unsigned short& part);
+    static bool stringVersionToMinor(const std::string& version, unsigned short& part);
+    static bool stringVersionToRevision(const std::string& version, unsigned short& part);
+    static bool stringVersionToBuild(const std::string& version, unsigned short& part);
 
     /// The bytes of the text as a CIM uint8 array, without a terminating zero; of the recorded
     /// broker.
-    static CmpiCpp::CmpiArray stringToUint8Array(std::string const& text);
+    static CmpiCpp::CmpiArray stringToUint8Array(const std::string& text);
 
     /// The key "InstanceID" of a path that has this one key, a string. Otherwise false, and
     /// `instanceID` stays as it is. Throws what the broker answers for the key, unless it misses
     /// it.
-    static bool getInstanceID(CmpiCpp::CmpiObjectPath const& path, std::string& instanceID);
+    static bool getInstanceID(const CmpiCpp::CmpiObjectPath& path, std::string& instanceID);
 
     /// An argument of a method. Throws CMPI_RC_ERR_INVALID_PARAMETER, with a text for the client,
     /// when it is not there or has another type; of an array the elements' type counts.
-    static CmpiCpp::CmpiData getArg(CmpiCpp::CmpiArgs const& args, CmpiCpp::CmpiName const& name,
+    static CmpiCpp::CmpiData getArg(const CmpiCpp::CmpiArgs& args, const CmpiCpp::CmpiName& name,
                                     unsigned short expectedType);
 
 private:
-    static std::atomic<CMPIBroker const*> _broker;
-    static std::atomic<std::string const*> _serverSystemId;  // never deleted once set
+    static std::atomic<const CMPIBroker*> _broker;
+    static std::atomic<const std::string*> _serverSystemId;  // never deleted once set
     static std::atomic<std::uint8_t> smBios_scanned;
     static std::atomic<std::uint8_t> isWaveKorNewer;
 };

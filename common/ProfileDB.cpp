@@ -1,21 +1,21 @@
 #include "common/ProfileDB.h"
 
-#include <algorithm>
-
 #include "cmpicpp/CmpiBroker.h"
 #include "common/PYLUtil.h"
 #include "common/TableViews.h"
+
+#include <algorithm>
 
 namespace PYL {
 
 using CmpiCpp::CmpiObjectPath;
 
-PRPDBRec::PRPDBRec(int id, int regOrgId, std::string const& otherRegOrg, std::string const& regName,
-                   std::string const& regVersion, char const* const* impClassNames,
-                   char const* const* impNameSpaces, char const* const* impProfiles,
-                   int const* refs, int const* extends)
+PRPDBRec::PRPDBRec(int id, int regOrgId, const std::string& otherRegOrg, const std::string& regName,
+                   const std::string& regVersion, const char* const* impClassNames,
+                   const char* const* impNameSpaces, const char* const* impProfiles,
+                   const int* refs, const int* extends)
     : _Id(id), _registeredOrganization(regOrgId) {
-    auto const copies = std::make_shared<TableCopies>();
+    const auto copies = std::make_shared<TableCopies>();
     _otherRegisteredOrganization = copies->text(otherRegOrg);
     _registeredName = copies->text(regName);
     _registeredVersion = copies->text(regVersion);
@@ -44,7 +44,7 @@ ProfileDB::~ProfileDB() {
     _log.info("dxtor()");
 }
 
-void ProfileDB::make(PRPDBRec const& record) {
+void ProfileDB::make(const PRPDBRec& record) {
     _records.push_back(record);
 }
 
@@ -54,10 +54,10 @@ int ProfileDB::getRecord(unsigned int recordNumber, PRPDBRec& record) const {
     return CMPI_RC_OK;
 }
 
-CmpiObjectPath ProfileDB::getECTPpath(int regOrgId, std::string const& otherRegOrg,
-                                      std::string const& regName,
-                                      std::string const& regVersion) const {
-    auto const found = std::ranges::find_if(_records, [&](PRPDBRec const& record) {
+CmpiObjectPath ProfileDB::getECTPpath(int regOrgId, const std::string& otherRegOrg,
+                                      const std::string& regName,
+                                      const std::string& regVersion) const {
+    const auto found = std::ranges::find_if(_records, [&](const PRPDBRec& record) {
         return record._is(regOrgId, otherRegOrg, regName, regVersion);
     });
     if (found == _records.end()) return {};

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "cmpicpp/CmpiObjectPath.h"
+#include "platform/logger/Logger.h"
+#include "pylcommon_export.h"
+
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cmpicpp/CmpiObjectPath.h"
-#include "platform/logger/Logger.h"
-#include "pylcommon_export.h"
 
 namespace PYL {
 
@@ -25,14 +25,14 @@ public:
 
     /// A record of its own copies of all of this. No table may be null; those of names end with a
     /// null pointer, those of ids with 0, which therefore is no profile's id.
-    PRPDBRec(int id, int regOrgId, std::string const& otherRegOrg, std::string const& regName,
-             std::string const& regVersion, char const* const* impClassNames,
-             char const* const* impNameSpaces, char const* const* impProfiles, int const* refs,
-             int const* extends);
+    PRPDBRec(int id, int regOrgId, const std::string& otherRegOrg, const std::string& regName,
+             const std::string& regVersion, const char* const* impClassNames,
+             const char* const* impNameSpaces, const char* const* impProfiles, const int* refs,
+             const int* extends);
 
     // Moving copies: a record that was moved from still is what it was.
-    PRPDBRec(PRPDBRec const&) noexcept = default;
-    PRPDBRec& operator=(PRPDBRec const&) noexcept = default;
+    PRPDBRec(const PRPDBRec&) noexcept = default;
+    PRPDBRec& operator=(const PRPDBRec&) noexcept = default;
     ~PRPDBRec() = default;
 
     /// Unique within a database and never 0; also the end of the registered profile's InstanceID.
@@ -70,14 +70,14 @@ public:
 private:
     friend class ProfileDB;
 
-    explicit PRPDBRec(ProfileRow const& row) noexcept;
+    explicit PRPDBRec(const ProfileRow& row) noexcept;
 
     /// Whether it is the profile of that name, in that version if one is given.
     bool _is(int regOrgId, std::string_view otherRegOrg, std::string_view regName,
              std::string_view regVersion) const noexcept;
 
     template <typename Entry>
-    static unsigned int _sizeOf(std::span<Entry const> list) {
+    static unsigned int _sizeOf(std::span<const Entry> list) {
         return static_cast<unsigned int>(list.size());
     }
 
@@ -87,12 +87,12 @@ private:
     std::string_view _otherRegisteredOrganization;
     std::string_view _registeredName;
     std::string_view _registeredVersion;
-    std::span<int const> _referencedProfiles;
-    std::span<int const> _extendsProfiles;
-    std::span<char const* const> _implementationCentralClassNames;
-    std::span<char const* const> _implementationNameSpaces;
-    std::span<char const* const> _implementationProfiles;
-    std::shared_ptr<void const> _copies;  // none for a record of the catalogue
+    std::span<const int> _referencedProfiles;
+    std::span<const int> _extendsProfiles;
+    std::span<const char* const> _implementationCentralClassNames;
+    std::span<const char* const> _implementationNameSpaces;
+    std::span<const char* const> _implementationProfiles;
+    std::shared_ptr<const void> _copies;  // none for a record of the catalogue
 };
 
 /// The registered profiles, in the order in which they were added, and the object paths that links
@@ -103,15 +103,15 @@ class PYL_EXPORT ProfileDB {
 public:
     /// An empty database. Keeps a copy of the logger, with ":ProfileDB" added to its source.
     explicit ProfileDB(Logger& log);
-    ProfileDB(ProfileDB const&) = delete;
-    ProfileDB& operator=(ProfileDB const&) = delete;
+    ProfileDB(const ProfileDB&) = delete;
+    ProfileDB& operator=(const ProfileDB&) = delete;
     ~ProfileDB();
 
     /// Adds the profiles of the catalogue; all of them once more when called again.
     void initialize();
 
     /// Adds a copy of the record.
-    void make(PRPDBRec const& record);
+    void make(const PRPDBRec& record);
 
     unsigned int getNumRecords() const { return static_cast<unsigned int>(_records.size()); }
 
@@ -122,9 +122,9 @@ public:
     /// The path of the registered profile, or the empty path when there is none. Names compare
     /// exactly. An empty version matches all: the first that was added counts. Throws what the
     /// broker answers when it cannot make the path.
-    CmpiCpp::CmpiObjectPath getECTPpath(int regOrgId, std::string const& otherRegOrg,
-                                        std::string const& regName,
-                                        std::string const& regVersion) const;
+    CmpiCpp::CmpiObjectPath getECTPpath(int regOrgId, const std::string& otherRegOrg,
+                                        const std::string& regName,
+                                        const std::string& regVersion) const;
 
     /// The scoping systems: the host, and its Fibre Channel HBA system, whose name is the system
     /// UUID and empty when that cannot be read.

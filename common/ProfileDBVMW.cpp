@@ -1,12 +1,12 @@
 // The catalogue: what the family of providers conforms to.
 
-#include <algorithm>
-#include <iterator>
-
 #include "common/ImplementationClassNames.h"
 #include "common/PYLConstants.h"
 #include "common/ProfileDB.h"
 #include "common/TableViews.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace PYL {
 
@@ -17,11 +17,11 @@ struct ProfileRow {
     std::string_view otherOrganization;
     std::string_view name;
     std::string_view version;
-    char const* const* classNames;
-    char const* const* nameSpaces;
-    char const* const* profiles;
-    int const* references;
-    int const* extends;
+    const char* const* classNames;
+    const char* const* nameSpaces;
+    const char* const* profiles;
+    const int* references;
+    const int* extends;
 };
 
 namespace {
@@ -62,7 +62,8 @@ constexpr int ktCollectionRefs[] = {48, 0};
 // only.
 // clang-format off
 constexpr ProfileRow catalogue[] = {
-    // id, organisation and its name, profile and its version, classes and their namespaces, profiles, references, extends
+    // id, organisation and its name, profile and its version, classes and their namespaces,
+    // profiles, references, extends
     { 1, dmtf, OrgNameNA, "Software Inventory", "1.0.0", dmtfSWInvClassNames, dmtfSWInvNameSpaces, emptyString, none, none},
     { 2, dmtf, OrgNameNA, "Physical Asset", "1.0.0", emptyString, emptyString, emptyString, none, none},
     { 3, dmtf, OrgNameNA, "Fan", "1.0.0", emptyString, emptyString, emptyString, none, none},
@@ -101,8 +102,8 @@ constexpr ProfileRow catalogue[] = {
     {36, other, OrgNameKT, "KT Sensors", "1.2.0", ktSensorClassNames, ktSensorNameSpaces, emptyString, none, eleven},
     {37, other, OrgNameKT, "KT Record Log", "1.1.0", ktRecordLogClassNames, ktRecordLogNameSpaces, emptyString, none, eight},
     {38, other, OrgNameKT, "KT Software Inventory", "2.0.0", ktSWInvClassNames, ktSWInvNameSpaces, emptyString, none, one},
-    // Registered in two versions, here and below. By name alone this one is found; the data collection
-    // references the other.
+    // Registered in two versions, here and below. By name alone this one is found; the data
+    // collection references the other.
     {39, other, OrgNameKT, "KT Profile Registration", "2.0.0", emptyString, emptyString, emptyString, none, seven},
     {40, other, OrgNameKT, "KT Carrow Lite", "3.3.0", ktCarrowLiteClassNames, ktCarrowLiteNameSpaces, emptyString, carrowLiteRefs, none},
     {41, other, OrgNameKT, "KT Management Processor Lite", "2.3.0", ktMPLiteClassNames, ktMPLiteNameSpaces, emptyString, mpLiteRefs, none},
@@ -120,26 +121,27 @@ constexpr ProfileRow catalogue[] = {
 /// Whether the ids count up from 1: the record at position n has the id n + 1.
 consteval bool idsCountUp() {
     int expected = 1;
-    return std::ranges::all_of(catalogue, [&](auto const& row) { return row.id == expected++; });
+    return std::ranges::all_of(catalogue, [&](const auto& row) { return row.id == expected++; });
 }
 static_assert(idsCountUp());
 
-constexpr bool areIds(int const* table) {
+constexpr bool areIds(const int* table) {
     return std::ranges::all_of(entriesOf(table, 0), [](int wanted) {
-        return std::ranges::any_of(catalogue, [=](auto const& row) { return row.id == wanted; });
+        return std::ranges::any_of(catalogue, [=](const auto& row) { return row.id == wanted; });
     });
 }
 
 consteval bool relationsAreClosed() {
-    for (auto const& row : catalogue)
+    for (const auto& row : catalogue) {
         if (!areIds(row.references) || !areIds(row.extends)) return false;
+    }
     return true;
 }
 static_assert(relationsAreClosed());
 
 }  // namespace
 
-inline PRPDBRec::PRPDBRec(ProfileRow const& row) noexcept
+inline PRPDBRec::PRPDBRec(const ProfileRow& row) noexcept
     : _Id(row.id),
       _registeredOrganization(row.organization),
       _otherRegisteredOrganization(row.otherOrganization),
@@ -153,7 +155,7 @@ inline PRPDBRec::PRPDBRec(ProfileRow const& row) noexcept
 
 void ProfileDB::initialize() {
     _records.reserve(_records.size() + std::size(catalogue));
-    for (auto const& row : catalogue) make(PRPDBRec(row));
+    for (const auto& row : catalogue) make(PRPDBRec(row));
 }
 
 }  // namespace PYL

@@ -1,17 +1,17 @@
 #include "common/ProfileDC.h"
 
-#include <utility>
-
 #include "cmpi/cmpidt.h"
 #include "common/TableViews.h"
 
+#include <utility>
+
 namespace PYL {
 
-PRPDCRec::PRPDCRec(int id, std::string const& regName, std::string const& NameSpaces,
-                   char const* const* ClassNames, char const* const* ClassTypes,
-                   int const* ClassLevels)
+PRPDCRec::PRPDCRec(int id, const std::string& regName, const std::string& NameSpaces,
+                   const char* const* ClassNames, const char* const* ClassTypes,
+                   const int* ClassLevels)
     : _Id(id) {
-    auto const copies = std::make_shared<TableCopies>();
+    const auto copies = std::make_shared<TableCopies>();
     _registeredName = copies->text(regName);
     _CollectionNameSpaces = copies->text(NameSpaces);
     _CollectionClassNames = copies->names(namesOf(ClassNames));
@@ -42,7 +42,7 @@ ProfileDC::~ProfileDC() {
     _log.info("dxtor()");
 }
 
-void ProfileDC::make(PRPDCRec const& record) {
+void ProfileDC::make(const PRPDCRec& record) {
     _records.push_back(record);
 }
 

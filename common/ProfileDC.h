@@ -1,13 +1,13 @@
 #pragma once
 
+#include "platform/logger/Logger.h"
+#include "pylcommon_export.h"
+
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "platform/logger/Logger.h"
-#include "pylcommon_export.h"
 
 namespace PYL {
 
@@ -24,12 +24,12 @@ public:
 
     /// A row of its own copies of all of this. No table may be null; those of texts end with a null
     /// pointer, that of levels with -1. Each is read to its own end: they may differ in length.
-    PRPDCRec(int id, std::string const& regName, std::string const& NameSpaces,
-             char const* const* ClassNames, char const* const* ClassTypes, int const* ClassLevels);
+    PRPDCRec(int id, const std::string& regName, const std::string& NameSpaces,
+             const char* const* ClassNames, const char* const* ClassTypes, const int* ClassLevels);
 
     // Moving copies: a row that was moved from still is what it was.
-    PRPDCRec(PRPDCRec const&) = default;
-    PRPDCRec& operator=(PRPDCRec const&) = default;
+    PRPDCRec(const PRPDCRec&) = default;
+    PRPDCRec& operator=(const PRPDCRec&) = default;
     ~PRPDCRec() = default;
 
     /// The number of the row; not the id of a registered profile.
@@ -65,21 +65,21 @@ public:
 private:
     friend class ProfileDC;
 
-    explicit PRPDCRec(CollectionRow const& row) noexcept;
+    explicit PRPDCRec(const CollectionRow& row) noexcept;
 
     // NOLINTBEGIN(bugprone-reserved-identifier): as those who know the table know them
     // The first six are views: on the table's constants, or on the row's own copies.
     int _Id = 0;
     std::string_view _registeredName;
     std::string_view _CollectionNameSpaces;
-    std::span<char const* const> _CollectionClassNames;
-    std::span<char const* const> _CollectionClassTypes;
-    std::span<int const> _CollectionClassLevels;
+    std::span<const char* const> _CollectionClassNames;
+    std::span<const char* const> _CollectionClassTypes;
+    std::span<const int> _CollectionClassLevels;
     std::vector<std::string> _ImplementClassNames;
     std::vector<std::string> _ImplementClassTypes;
     std::vector<int> _ImplementClassLevels;
     // NOLINTEND(bugprone-reserved-identifier)
-    std::shared_ptr<void const> _copies;  // none for a row of the table
+    std::shared_ptr<const void> _copies;  // none for a row of the table
 };
 
 /// What the data collection gathers, a row a profile, in the order in which they were added. A
@@ -90,15 +90,15 @@ class PYL_EXPORT ProfileDC {
 public:
     /// An empty table. Keeps a copy of the logger, with ":ProfileDC" added to its source.
     explicit ProfileDC(Logger& log);
-    ProfileDC(ProfileDC const&) = delete;
-    ProfileDC& operator=(ProfileDC const&) = delete;
+    ProfileDC(const ProfileDC&) = delete;
+    ProfileDC& operator=(const ProfileDC&) = delete;
     ~ProfileDC();
 
     /// Adds the rows of the table; all of them once more when called again.
     void initialize();
 
     /// Adds a copy of the row.
-    void make(PRPDCRec const& record);
+    void make(const PRPDCRec& record);
 
     unsigned int getNumRecords() const { return static_cast<unsigned int>(_records.size()); }
 

@@ -1,12 +1,12 @@
 // What the data collection gathers: a row a profile, and the levels of its classes.
 
-#include <iterator>
-
 #include "common/CollectionClassNames.h"
 #include "common/CollectionClassRows.h"
 #include "common/PYLConstants.h"
 #include "common/ProfileDC.h"
 #include "common/TableViews.h"
+
+#include <iterator>
 
 namespace PYL {
 
@@ -15,9 +15,9 @@ struct CollectionRow {
     int id;
     std::string_view name;
     std::string_view nameSpace;
-    char const* const* classNames;
-    char const* const* classTypes;
-    int const* classLevels;
+    const char* const* classNames;
+    const char* const* classTypes;
+    const int* classLevels;
 };
 
 namespace {
@@ -74,7 +74,7 @@ constexpr CollectionRow table[] = {
 
 }  // namespace
 
-inline PRPDCRec::PRPDCRec(CollectionRow const& row) noexcept
+inline PRPDCRec::PRPDCRec(const CollectionRow& row) noexcept
     : _Id(row.id),
       _registeredName(row.name),
       _CollectionNameSpaces(row.nameSpace),
@@ -84,7 +84,7 @@ inline PRPDCRec::PRPDCRec(CollectionRow const& row) noexcept
 
 void ProfileDC::initialize() {
     _records.reserve(_records.size() + std::size(table));
-    for (auto const& row : table) make(PRPDCRec(row));
+    for (const auto& row : table) make(PRPDCRec(row));
 }
 
 }  // namespace PYL

@@ -20,9 +20,9 @@ auto uninterrupted(Call call) noexcept {
 
 /// Closes; true when everything before it and the closing went well. Keeps the first errno.
 bool closed(int descriptor, bool good) noexcept {
-    int const error = errno;
+    const int error = errno;
     // An interrupted close(2) has closed all the same.
-    bool const closedWell = ::close(descriptor) == 0 || errno == EINTR;
+    const bool closedWell = ::close(descriptor) == 0 || errno == EINTR;
     if (!good) errno = error;
     return good && closedWell;
 }
@@ -35,21 +35,21 @@ bool takeOver(int descriptor, int from) noexcept {
     struct stat wanted {};
     struct stat given {};
     if (fstat(from, &wanted) != 0 || fstat(descriptor, &given) != 0) return false;
-    bool const sameOwner = wanted.st_uid == given.st_uid && wanted.st_gid == given.st_gid;
+    const bool sameOwner = wanted.st_uid == given.st_uid && wanted.st_gid == given.st_gid;
     if (!sameOwner && fchown(descriptor, wanted.st_uid, wanted.st_gid) != 0) return false;
     return fchmod(descriptor, wanted.st_mode & 07777U) == 0;
 }
 
 }  // namespace
 
-int openFile(std::string const& path, int flags) noexcept {
+int openFile(const std::string& path, int flags) noexcept {
     constexpr mode_t ownerOnly = 0600;
     return uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, ownerOnly); });
 }
 
-bool writeAt(int descriptor, std::string const& text, long offset) noexcept {
+bool writeAt(int descriptor, const std::string& text, long offset) noexcept {
     for (std::size_t done = 0; done < text.size();) {
-        auto const count = uninterrupted([&] {
+        const auto count = uninterrupted([&] {
             return pwrite(descriptor, text.data() + done, text.size() - done,
                           offset + static_cast<long>(done));
         });
@@ -60,28 +60,29 @@ bool writeAt(int descriptor, std::string const& text, long offset) noexcept {
     return true;
 }
 
-bool writeAndClose(int descriptor, std::string const& text) noexcept {
+bool writeAndClose(int descriptor, const std::string& text) noexcept {
     return closed(descriptor, writeAt(descriptor, text, 0) && synced(descriptor));
 }
 
-bool StoreRewrite::_writeUnfinished(std::string const& content, int openFile) noexcept {
+bool StoreRewrite::_writeUnfinished(const std::string& content, int openFile) noexcept {
     ::unlink(_unfinished.c_str());
-    int const descriptor = PYL::openFile(_unfinished, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
+    const int descriptor = PYL::openFile(_unfinished, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
     if (descriptor < 0) return false;
     if (!takeOver(descriptor, openFile)) return closed(descriptor, false);
     return writeAndClose(descriptor, content);
 }
 
 bool StoreRewrite::_syncDirectory() noexcept {
-    int const descriptor = openFile(_directory, O_RDONLY | O_DIRECTORY);
+    const int descriptor = openFile(_directory, O_RDONLY | O_DIRECTORY);
     return descriptor >= 0 && closed(descriptor, synced(descriptor));
 }
 
-bool StoreRewrite::keep(std::string const& content, int openFile) noexcept {
+bool StoreRewrite::keep(const std::string& content, int openFile) noexcept {
     if (_writeUnfinished(content, openFile) &&
-        std::rename(_unfinished.c_str(), _copy.c_str()) == 0 && _syncDirectory())
+        std::rename(_unfinished.c_str(), _copy.c_str()) == 0 && _syncDirectory()) {
         return true;
-    int const error = errno;
+    }
+    const int error = errno;
     ::unlink(_unfinished.c_str());
     drop();
     errno = error;

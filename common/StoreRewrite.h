@@ -10,7 +10,7 @@ namespace PYL {
 /// the constructor; a failure is errno.
 class StoreRewrite {
 public:
-    explicit StoreRewrite(std::string const& file)
+    explicit StoreRewrite(const std::string& file)
         : _file(file),
           _directory(file.substr(0, file.rfind('/') + 1)),
           _copy(file + ".rewrite"),
@@ -18,7 +18,7 @@ public:
 
     /// Keeps the content, with the mode and the owner of the open file. False when it could not be
     /// kept.
-    bool keep(std::string const& content, int openFile) noexcept;
+    bool keep(const std::string& content, int openFile) noexcept;
 
     /// Puts the kept content in the place of the file. False when it could not; errno is ENOENT
     /// when none was kept.
@@ -29,7 +29,7 @@ public:
     bool drop() noexcept;
 
 private:
-    bool _writeUnfinished(std::string const& content, int openFile) noexcept;
+    bool _writeUnfinished(const std::string& content, int openFile) noexcept;
     bool _syncDirectory() noexcept;
 
     std::string _file;
@@ -39,14 +39,14 @@ private:
 };
 
 /// As open(2), but for the owner alone, not passed on to children, and again when interrupted.
-int openFile(std::string const& path, int flags) noexcept;
+int openFile(const std::string& path, int flags) noexcept;
 
 /// Writes the whole text at the offset. False when it could not; errno says why, and some of it may
 /// stand in the file.
-bool writeAt(int descriptor, std::string const& text, long offset) noexcept;
+bool writeAt(int descriptor, const std::string& text, long offset) noexcept;
 
 /// Writes the whole text from the start, has it on the disk, and closes. False when one of these
 /// could not be done; errno says why.
-bool writeAndClose(int descriptor, std::string const& text) noexcept;
+bool writeAndClose(int descriptor, const std::string& text) noexcept;
 
 }  // namespace PYL

@@ -20,18 +20,18 @@ constexpr bool isSpace(char c) noexcept {
 
 /// How many of these eight bytes come before the first that is a blank or below it, where all white
 /// space is. Counts on from the lowest byte, so not for big-endian machines.
-std::size_t plainBytes(char const* bytes) noexcept {
+std::size_t plainBytes(const char* bytes) noexcept {
     constexpr std::uint64_t each = 0x0101010101010101;
     std::uint64_t word = 0;
     std::memcpy(&word, bytes, sizeof word);
-    auto const low = (word - each * (' ' + 1)) & ~word & (each * 0x80);
+    const auto low = (word - each * (' ' + 1)) & ~word & (each * 0x80);
     return static_cast<std::size_t>(std::countr_zero(low)) / 8;
 }
 
 /// The first place from this one on that is white space, or the end.
-std::size_t wordEnd(char const* text, std::size_t at, std::size_t end) noexcept {
+std::size_t wordEnd(const char* text, std::size_t at, std::size_t end) noexcept {
     while (std::endian::native == std::endian::little && end - at >= 8) {
-        auto const plain = plainBytes(text + at);
+        const auto plain = plainBytes(text + at);
         at += plain;
         if (plain == 8) continue;
         if (isSpace(text[at])) return at;
@@ -73,12 +73,12 @@ std::string_view WordReader::next() noexcept {
     if (_at == _size || isSpace(_buffer[_at])) skipSpace();
     std::size_t length = 0;
     do {
-        auto const* const start = _buffer.data() + _at;
-        auto const available = std::min(_size - _at, longestWord);
+        const auto* const start = _buffer.data() + _at;
+        const auto available = std::min(_size - _at, longestWord);
         length = wordEnd(start, length, available);
         // Words are shorter than the buffer, so there is always room to read on.
     } while (length < longestWord && _at + length == _size && _refill());
-    std::string_view const word(_buffer.data() + _at, length);
+    const std::string_view word(_buffer.data() + _at, length);
     _at += length;
     return word;
 }

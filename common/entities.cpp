@@ -1,14 +1,14 @@
 #include "common/entities.h"
 
+#include "common/EntityIndex.h"
+#include "common/NamedEntities.h"
+
 #include <bit>
 #include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>  // strchrnul too, which is GNU's
 #include <optional>
-
-#include "common/EntityIndex.h"
-#include "common/NamedEntities.h"
 
 // A program may well have a function `cmp` of its own, and the loader would prefer it: so the
 // exported functions are never called here, but what stands behind them.
@@ -21,7 +21,7 @@ constexpr std::uint64_t lastCodePoint = 0x10FFFF;
 
 /// putc_utf8() of any number.
 inline std::size_t putUtf8(std::uint64_t codePoint, char* to) noexcept {
-    auto const tail = [codePoint](int shift) {
+    const auto tail = [codePoint](int shift) {
         return static_cast<char>(0x80 | ((codePoint >> shift) & 0x3F));
     };
     if (codePoint < 0x80) {
@@ -47,23 +47,23 @@ inline std::size_t putUtf8(std::uint64_t codePoint, char* to) noexcept {
     return 4;
 }
 
-int compareWithName(void const* key, void const* entry) noexcept {
-    char const* const name = static_cast<NamedEntity const*>(entry)->name;
-    return std::strncmp(static_cast<char const*>(key), name, std::strlen(name));
+int compareWithName(const void* key, const void* entry) noexcept {
+    const char* const name = static_cast<const NamedEntity*>(entry)->name;
+    return std::strncmp(static_cast<const char*>(key), name, std::strlen(name));
 }
 
-char const* findReplacement(char const* text) noexcept {
-    void const* const row = std::bsearch(text, NAMED_ENTITIES.data(), NAMED_ENTITIES.size(),
+const char* findReplacement(const char* text) noexcept {
+    const void* const row = std::bsearch(text, NAMED_ENTITIES.data(), NAMED_ENTITIES.size(),
                                          sizeof(NamedEntity), compareWithName);
-    return row ? static_cast<NamedEntity const*>(row)->replacement : nullptr;
+    return row ? static_cast<const NamedEntity*>(row)->replacement : nullptr;
 }
 
 /// The value of a digit, or at least `base` for what is none.
 template <unsigned base>
 inline unsigned digitOf(char character) noexcept {
-    unsigned const digit = static_cast<unsigned char>(character) - unsigned{'0'};
+    const unsigned digit = static_cast<unsigned char>(character) - unsigned{'0'};
     if constexpr (base > 10) {
-        unsigned const letter = (static_cast<unsigned char>(character) | 0x20U) - unsigned{'a'};
+        const unsigned letter = (static_cast<unsigned char>(character) | 0x20U) - unsigned{'a'};
         if (digit > 9) return letter < base - 10 ? letter + 10 : base;
     }
     return digit;
@@ -72,22 +72,22 @@ inline unsigned digitOf(char character) noexcept {
 /// The code point of the reference `&#...;` at `at`, by the grammar of strtoul(3); nothing unless
 /// its number ends at `semicolon`.
 [[gnu::cold, gnu::noinline]] std::optional<std::uint64_t> convertNumber(
-    char const* at, char const* semicolon) noexcept {
-    bool const isHexadecimal = at[2] == 'x' || at[2] == 'X';
-    int const callersError = errno;
+    const char* at, const char* semicolon) noexcept {
+    const bool isHexadecimal = at[2] == 'x' || at[2] == 'X';
+    const int callersError = errno;
     errno = 0;
     char* end = nullptr;
-    std::uint64_t const number =
+    const std::uint64_t number =
         std::strtoul(at + (isHexadecimal ? 3 : 2), &end, isHexadecimal ? 16 : 10);
-    bool const isValid = errno == 0 && end == semicolon && number <= lastCodePoint;
+    const bool isValid = errno == 0 && end == semicolon && number <= lastCodePoint;
     errno = callersError;
     return isValid ? std::optional(number) : std::nullopt;
 }
 
 /// Moves text to where something was left out before it. Most pieces between references are shorter
 /// than what a call of memmove takes.
-inline char* moveText(char* to, char const* from, std::size_t size) noexcept {
-    auto const moveEnds = [=]<typename Word>(Word first, Word last) {
+inline char* moveText(char* to, const char* from, std::size_t size) noexcept {
+    const auto moveEnds = [=]<typename Word>(Word first, Word last) {
         std::memcpy(&first, from, sizeof first);
         std::memcpy(&last, from + size - sizeof last, sizeof last);
         std::memcpy(to, &first, sizeof first);
@@ -113,7 +113,7 @@ inline char* moveText(char* to, char const* from, std::size_t size) noexcept {
 /// them.
 class ReferenceDecoder {
 public:
-    ReferenceDecoder(char const* firstReference, char* to) noexcept
+    ReferenceDecoder(const char* firstReference, char* to) noexcept
         : _from(firstReference), _to(to), _end(firstReference + std::strlen(firstReference)) {}
 
     /// The end of the result, where its closing zero belongs.
@@ -132,17 +132,17 @@ private:
     std::size_t _rest() const noexcept { return static_cast<std::size_t>(_end - _from); }
 
     void _moveUpToReference() noexcept {
-        void const* const found = std::memchr(_from, '&', _rest());
-        char const* const next = found ? static_cast<char const*>(found) : _end;
+        const void* const found = std::memchr(_from, '&', _rest());
+        const char* const next = found ? static_cast<const char*>(found) : _end;
         _to = moveText(_to, _from, static_cast<std::size_t>(next - _from));
         _from = next;
     }
 
     /// The first semicolon after the '&' that was come to, or the end. Each is looked for once.
-    char const* _nextSemicolon() noexcept {
+    const char* _nextSemicolon() noexcept {
         if (!_semicolon || _semicolon < _from) {
-            void const* const found = std::memchr(_from, ';', _rest());
-            _semicolon = found ? static_cast<char const*>(found) : _end;
+            const void* const found = std::memchr(_from, ';', _rest());
+            _semicolon = found ? static_cast<const char*>(found) : _end;
         }
         return _semicolon;
     }
@@ -157,8 +157,8 @@ private:
     bool _decodeName() noexcept {
         constexpr std::uint64_t lows = 0x0101010101010101;
         std::uint64_t word = _loadName();
-        std::uint64_t const different = word ^ (lows * ';');
-        std::uint64_t const marks = (different - lows) & ~different & (lows << 7);
+        const std::uint64_t different = word ^ (lows * ';');
+        const std::uint64_t marks = (different - lows) & ~different & (lows << 7);
         std::size_t size = EntityIndex::longestName;
         if (marks != 0) {
             size = static_cast<std::size_t>(std::countr_zero(marks)) / 8;
@@ -166,7 +166,7 @@ private:
         } else if (_rest() <= size + 1 || _from[size + 1] != ';') {
             return false;
         }
-        EntityIndex::Row const* const row = entityIndex.find(word);
+        const EntityIndex::Row* const row = entityIndex.find(word);
         if (!row) return false;
         // One to three bytes, without a branch for each size and no byte beyond them.
         _to[0] = row->utf8[0];
@@ -188,10 +188,10 @@ private:
     }
 
     template <unsigned base>
-    bool _decodeNumber(char const* const digits) noexcept {
+    bool _decodeNumber(const char* const digits) noexcept {
         constexpr int mostDigits = 10;  // with more the number may have wrapped round
         std::uint64_t number = 0;
-        char const* at = digits;
+        const char* at = digits;
         for (unsigned digit; (digit = digitOf<base>(*at)) < base; ++at) {
             number = number * base + digit;
         }
@@ -199,8 +199,8 @@ private:
         return _mayBeOddNumber(digits, at) && _decodeOddNumber();
     }
 
-    bool _putNumber(std::uint64_t number, char const* semicolon) noexcept {
-        std::size_t const size = putUtf8(number, _to);
+    bool _putNumber(std::uint64_t number, const char* semicolon) noexcept {
+        const std::size_t size = putUtf8(number, _to);
         if (size == 0) return false;
         _to += size;
         _from = semicolon + 1;
@@ -209,23 +209,23 @@ private:
 
     /// Whether strtoul may take what is no short row of digits up to a semicolon: blanks and signs
     /// before the digits, a second "0x", or very many digits.
-    static bool _mayBeOddNumber(char const* digits, char const* stop) noexcept {
-        auto const next = static_cast<unsigned char>(*stop);
+    static bool _mayBeOddNumber(const char* digits, const char* stop) noexcept {
+        const auto next = static_cast<unsigned char>(*stop);
         if (stop == digits) return next == '+' || next == '-' || std::isspace(next) != 0;
         return next == 'x' || next == 'X' || next == ';';
     }
 
     bool _decodeOddNumber() noexcept {
-        char const* const semicolon = _nextSemicolon();
+        const char* const semicolon = _nextSemicolon();
         if (semicolon == _end) return false;
-        std::optional<std::uint64_t> const number = convertNumber(_from, semicolon);
+        const std::optional<std::uint64_t> number = convertNumber(_from, semicolon);
         return number && _putNumber(*number, semicolon);
     }
 
-    char const* _from;
+    const char* _from;
     char* _to;
-    char const* _end;
-    char const* _semicolon = nullptr;
+    const char* _end;
+    const char* _semicolon = nullptr;
 };
 
 }  // namespace
@@ -233,23 +233,23 @@ private:
 std::size_t remove_xml_reference_chars(char* source, char* destination) {
     char* const begin = destination ? destination : source;
     // Text without references costs this one pass.
-    char const* const reference = strchrnul(source, '&');
+    const char* const reference = strchrnul(source, '&');
     char* end = moveText(begin, source, static_cast<std::size_t>(reference - source));
     if (*reference != '\0') end = ReferenceDecoder(reference, end).decode();
     *end = '\0';
     return static_cast<std::size_t>(end - begin);
 }
 
-int parse_entity(char const* at, char** to, char const** from) {
-    char const* const semicolon = std::strchr(at, ';');
+int parse_entity(const char* at, char** to, const char** from) {
+    const char* const semicolon = std::strchr(at, ';');
     if (!semicolon) return 0;
     std::size_t size = 0;
     if (at[1] == '#') {
-        std::optional<std::uint64_t> const number = convertNumber(at, semicolon);
+        const std::optional<std::uint64_t> number = convertNumber(at, semicolon);
         if (!number) return 0;
         size = putUtf8(*number, *to);
     } else {
-        char const* const replacement = findReplacement(at + 1);
+        const char* const replacement = findReplacement(at + 1);
         if (!replacement) return 0;
         size = std::strlen(replacement);
         std::memcpy(*to, replacement, size);
@@ -259,7 +259,7 @@ int parse_entity(char const* at, char** to, char const** from) {
     return 1;
 }
 
-char const* get_named_entity(char const* text) {
+const char* get_named_entity(const char* text) {
     return findReplacement(text);
 }
 
@@ -267,6 +267,6 @@ std::size_t putc_utf8(std::uint64_t codePoint, char* buffer) {
     return putUtf8(codePoint, buffer);
 }
 
-int cmp(void const* key, void const* entry) {
+int cmp(const void* key, const void* entry) {
     return compareWithName(key, entry);
 }

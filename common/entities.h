@@ -1,9 +1,9 @@
 #pragma once
 
+#include "pylcommon_export.h"
+
 #include <cstddef>
 #include <cstdint>
-
-#include "pylcommon_export.h"
 
 // XML and HTML character references in zero-terminated text, decoded to UTF-8. Everything here is
 // safe from several threads on different buffers, allocates nothing, never throws and leaves errno
@@ -11,8 +11,8 @@
 
 /// A named reference: its name with the semicolon ("amp;") and the character in UTF-8.
 struct NamedEntity {
-    char const* name;
-    char const* replacement;
+    const char* name;
+    const char* replacement;
 };
 
 /// Replaces every reference in `source` by the character it stands for and returns the length of
@@ -36,11 +36,11 @@ PYL_EXPORT std::size_t remove_xml_reference_chars(char* source, char* destinatio
 /// `*to`, moves `*to` behind it and `*from` behind the reference's semicolon, and returns 1.
 /// Returns 0 and changes nothing when there is no reference. Searches the text from `at` for a
 /// semicolon, to its end.
-PYL_EXPORT int parse_entity(char const* at, char** to, char const** from);
+PYL_EXPORT int parse_entity(const char* at, char** to, const char** from);
 
 /// The character in UTF-8, zero-terminated and good for ever, whose name with its semicolon begins
 /// `text`; nullptr when no name does. `text` is what follows the '&' and may go on after the name.
-PYL_EXPORT char const* get_named_entity(char const* text);
+PYL_EXPORT const char* get_named_entity(const char* text);
 
 /// Writes the UTF-8 form of a code point, without a closing zero, and returns its size: 1 to 4.
 /// Returns 0 and writes nothing above 0x10FFFF. Surrogates are three bytes like their neighbours.
@@ -48,4 +48,4 @@ PYL_EXPORT std::size_t putc_utf8(std::uint64_t codePoint, char* buffer);
 
 /// Compares a text with the name of a NamedEntity over the length of the name, as strncmp(3) does:
 /// for bsearch(3), where a text that goes on after the name is equal to it.
-PYL_EXPORT int cmp(void const* key, void const* entry);
+PYL_EXPORT int cmp(const void* key, const void* entry);

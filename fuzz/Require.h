@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 /// Ends the program with a finding when what must hold does not.
-inline void require(bool holds, char const* what) {
+inline void require(bool holds, const char* what) {
     if (holds) return;
     std::fprintf(stderr, "Does not hold: %s\n", what);
     std::abort();

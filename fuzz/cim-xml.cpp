@@ -1,10 +1,5 @@
 // CIM-XML requests: each is refused or gets a reply that follows DSP0203, and what our parser takes
 // for well-formed XML another parser does too.
-#include <cstddef>
-#include <cstdint>
-#include <string>
-#include <string_view>
-
 #include "cimhost/broker/Broker.h"
 #include "cimhost/broker/ModuleHost.h"
 #include "cimhost/broker/Operations.h"
@@ -14,6 +9,11 @@
 #include "tests/cimhost/cimxml/ReplyChecker.h"
 #include "tests/cimhost/cimxml/Requests.h"
 #include "tests/cimhost/cimxml/TestSchema.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
 
 namespace {
 
@@ -50,7 +50,7 @@ struct Manager {
 
 /// The value of the attribute NAME behind this tag, as the header that must go with it says.
 std::string nameBehind(std::string_view text, std::string_view tag) {
-    std::size_t const at = text.find(tag);
+    const std::size_t at = text.find(tag);
     if (at == std::string_view::npos) return {};
     std::string_view name = text.substr(at + tag.size());
     return std::string(name.substr(0, name.find('"')));
@@ -65,8 +65,8 @@ TestRequest requestWith(std::string_view body) {
 
 void compareParsers(std::string_view text) {
     try {
-        XmlDocument const document(text, {Tag::cim});
-    } catch (XmlError const&) {
+        const XmlDocument document(text, {Tag::cim});
+    } catch (const XmlError&) {
         return;
     }
     require(isWellFormedXml(text), "the other parser takes it too");
@@ -74,11 +74,11 @@ void compareParsers(std::string_view text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    static Manager const manager;
-    std::string_view const body(reinterpret_cast<char const*>(data), size);
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const Manager manager;
+    const std::string_view body(reinterpret_cast<const char*>(data), size);
     compareParsers(body);
-    TestRequest const request = requestWith(body);
+    const TestRequest request = requestWith(body);
     RecordingReply reply;
     manager.handler.handle(request.view(), reply);
     require(reply.status.has_value() || problemOfReply(reply.body).empty(), "the reply is valid");

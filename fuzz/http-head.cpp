@@ -1,13 +1,13 @@
 // HTTP requests: read alike however their bytes arrive.
+#include "cimhost/server/HttpParser.h"
+#include "fuzz/Require.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/server/HttpParser.h"
-#include "fuzz/Require.h"
 
 namespace {
 
@@ -17,13 +17,13 @@ struct Outcome {
     HttpParser::State state;
     int refusal;
     std::string text;  ///< all that the request says
-    bool operator==(Outcome const&) const = default;
+    bool operator==(const Outcome&) const = default;
 };
 
-std::string textOf(cimhost::HttpRequest const& request) {
+std::string textOf(const cimhost::HttpRequest& request) {
     std::string text(request.method);
     text.append("\n").append(request.target).append("\n").append(request.serverName());
-    for (cimhost::HttpField const& field : request.fields) {
+    for (const cimhost::HttpField& field : request.fields) {
         text.append("\n").append(field.name).append(":").append(field.value);
         require(request.header(field.name).has_value(), "a field that is there is found");
     }
@@ -35,7 +35,7 @@ std::string textOf(cimhost::HttpRequest const& request) {
 Outcome readRequest(std::string_view bytes, std::size_t step) {
     using State = HttpParser::State;
     // Limits that short inputs come to.
-    static cimhost::HttpLimits const limits{.lineBytes = 64,
+    static const cimhost::HttpLimits limits{.lineBytes = 64,
                                             .headBytes = 512,
                                             .fieldCount = 4,
                                             .bodyBytes = 64,
@@ -47,8 +47,8 @@ Outcome readRequest(std::string_view bytes, std::size_t step) {
     for (std::size_t place = 0; place < bytes.size(); place += step) {
         kept += bytes.substr(place, step);
         for (bool goesOn = true; goesOn;) {
-            State const before = parser.state();
-            std::size_t const used = parser.feed(kept);
+            const State before = parser.state();
+            const std::size_t used = parser.feed(kept);
             require(used <= kept.size(), "no more is used than there is");
             kept.erase(0, used);
             headIsRead = headIsRead || parser.state() == State::headComplete;
@@ -64,9 +64,9 @@ Outcome readRequest(std::string_view bytes, std::size_t step) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    std::string_view const bytes(reinterpret_cast<char const*>(data), size);
-    Outcome const whole = readRequest(bytes, std::max<std::size_t>(size, 1));
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    const Outcome whole = readRequest(bytes, std::max<std::size_t>(size, 1));
     require(readRequest(bytes, 1) == whole, "byte by byte it is the same");
     require(readRequest(bytes, 7) == whole, "in pieces it is the same");
     return 0;

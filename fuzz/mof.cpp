@@ -1,11 +1,11 @@
 // MOF: a text is read, or refused with a place in it.
-#include <cstddef>
-#include <cstdint>
-#include <string_view>
-
 #include "cimhost/repository/MofReader.h"
 #include "cimhost/repository/Names.h"
 #include "fuzz/Require.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 namespace {
 
@@ -39,15 +39,15 @@ bool mayInclude(std::string_view text) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    std::string_view const text(reinterpret_cast<char const*>(data), size);
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
     if (mayInclude(text)) return 0;
     cimhost::Repository repository;
     cimhost::MofReader reader(repository, "root/test");
     reader.readText(schema, "schema");
     try {
         reader.readText(text, "text");
-    } catch (cimhost::MofError const& error) {
+    } catch (const cimhost::MofError& error) {
         require(error.line() >= 1 && error.column() >= 1, "a refusal names a place");
     }
     return 0;

@@ -1,17 +1,17 @@
 // Queries: a text is refused for what is wrong with it, or it is a query whose normal forms hold
 // of an instance exactly when the query itself does.
+#include "cimhost/broker/WqlEvaluation.h"
+#include "cimhost/broker/WqlNormalForm.h"
+#include "cimhost/broker/WqlParser.h"
+#include "cimhost/repository/CimError.h"
+#include "fuzz/Require.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/broker/WqlEvaluation.h"
-#include "cimhost/broker/WqlNormalForm.h"
-#include "cimhost/broker/WqlParser.h"
-#include "cimhost/repository/CimError.h"
-#include "fuzz/Require.h"
 
 namespace {
 
@@ -67,10 +67,12 @@ void requireEqualForms(const cimhost::WqlQuery& query, const Instance& instance)
         query.condition ? cimhost::evaluate(*query.condition, values, nullptr) : Truth::yes;
     require(cimhost::meetsCondition(query, values, nullptr) == (plain == Truth::yes),
             "a query selects what its condition is true of");
-    if (const auto terms = cimhost::normalForm(query.condition, NormalForm::disjunctive))
+    if (const auto terms = cimhost::normalForm(query.condition, NormalForm::disjunctive)) {
         require(ofTerms(*terms, true, instance) == plain, "the OR of ANDs means the same");
-    if (const auto terms = cimhost::normalForm(query.condition, NormalForm::conjunctive))
+    }
+    if (const auto terms = cimhost::normalForm(query.condition, NormalForm::conjunctive)) {
         require(ofTerms(*terms, false, instance) == plain, "the AND of ORs means the same");
+    }
 }
 
 bool isRefusal(CimCode code) {
@@ -79,8 +81,8 @@ bool isRefusal(CimCode code) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    std::string_view const text(reinterpret_cast<char const*>(data), size);
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
     static const Instance instances[] = {instanceOf(0, ""), instanceOf(7, "abc"),
                                          instanceOf(18, "20261121120000.000000+000"), Instance()};
     for (const char* const language : {"WQL", "DMTF:CQL"}) {

@@ -1,28 +1,30 @@
 // Version strings: what is valid and what each part is agree with the rules written out plainly.
+#include "common/PYLUtil.h"
+#include "fuzz/Require.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "common/PYLUtil.h"
-#include "fuzz/Require.h"
-
 namespace {
 
 /// The parts between the dots: empty ones do not count, nor does a first one that is T, F or v. The
 /// text ends at a zero byte, as in C.
-std::vector<std::string> partsOf(std::string const& version) {
+std::vector<std::string> partsOf(const std::string& version) {
     std::vector<std::string> parts = {""};
-    for (char const c : version.substr(0, version.find('\0'))) {
-        if (c == '.')
+    for (const char c : version.substr(0, version.find('\0'))) {
+        if (c == '.') {
             parts.emplace_back();
-        else
+        } else {
             parts.back() += c;
+        }
     }
     std::erase(parts, "");
-    if (!parts.empty() && (parts[0] == "T" || parts[0] == "F" || parts[0] == "v"))
+    if (!parts.empty() && (parts[0] == "T" || parts[0] == "F" || parts[0] == "v")) {
         parts.erase(parts.begin());
+    }
     return parts;
 }
 
@@ -31,10 +33,10 @@ bool isSpace(char c) {
 }
 
 /// The number that the text begins with, its last 16 bits; 65535 when it does not fit 64 bits.
-unsigned short numberOf(std::string const& text) {
+unsigned short numberOf(const std::string& text) {
     std::size_t at = 0;
     while (at < text.size() && isSpace(text[at])) ++at;
-    bool const negative = at < text.size() && text[at] == '-';
+    const bool negative = at < text.size() && text[at] == '-';
     if (at < text.size() && (text[at] == '-' || text[at] == '+')) ++at;
     while (at < text.size() && text[at] == '0') ++at;
     std::string digits;
@@ -43,15 +45,15 @@ unsigned short numberOf(std::string const& text) {
         digits += text[at];
         number = (number * 10 + static_cast<unsigned>(text[at] - '0')) % 65536;
     }
-    std::string const largest = negative ? "9223372036854775808" : "9223372036854775807";
-    bool const shorter = digits.size() < largest.size();
+    const std::string largest = negative ? "9223372036854775808" : "9223372036854775807";
+    const bool shorter = digits.size() < largest.size();
     if (!shorter && (digits.size() > largest.size() || digits > largest)) return 65535;
     return static_cast<unsigned short>(negative ? 65536 - number : number);
 }
 
-bool isValid(std::string const& version) {
-    for (char const c : version) {
-        bool const digit = c >= '0' && c <= '9';
+bool isValid(const std::string& version) {
+    for (const char c : version) {
+        const bool digit = c >= '0' && c <= '9';
         if (!digit && c != '.' && c != 'T' && c != 'F' && c != 'b' && c != 'v') return false;
     }
     return true;
@@ -59,18 +61,18 @@ bool isValid(std::string const& version) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using PYL::PYLUtil;
-    std::string const version(reinterpret_cast<char const*>(data), size);
+    const std::string version(reinterpret_cast<const char*>(data), size);
     require(PYLUtil::validateVersion(version) == isValid(version), "valid characters are valid");
 
-    auto const parts = partsOf(version);
-    auto const count = static_cast<int>(parts.size());
+    const auto parts = partsOf(version);
+    const auto count = static_cast<int>(parts.size());
     for (int index = -1; index <= count + 1; ++index) {
         unsigned short part = 7;
-        bool const found = PYLUtil::stringVersionGetPart(version, part, index);
+        const bool found = PYLUtil::stringVersionGetPart(version, part, index);
         require(found == (index >= 0 && index < count), "a part is found where there is one");
-        unsigned short const expected =
+        const unsigned short expected =
             found ? numberOf(parts[static_cast<std::size_t>(index)]) : 65535;
         require(part == expected, "the part is the number it begins with");
     }

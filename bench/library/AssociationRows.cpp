@@ -1,9 +1,9 @@
 // b3: the devices of the system through k links, each looked up among N devices.
-#include <memory>
-#include <string>
-
 #include "bench/library/Rows.h"
 #include "bench/library/Sides.h"
+
+#include <memory>
+#include <string>
 
 namespace {
 

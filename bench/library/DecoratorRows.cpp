@@ -1,14 +1,6 @@
 // a2, a3: the start on first use once it has happened, against an atomic pointer; the timing,
 // against two readings of the clock. And decorators stacked, against the provider alone. All with
 // the log off but where the row says so.
-#include <fcntl.h>
-#include <sys/time.h>
-#include <unistd.h>
-
-#include <atomic>
-#include <cstdio>
-#include <memory>
-
 #include "bench/library/Rows.h"
 #include "bench/library/Stage.h"
 #include "common/AutostartDecorator.h"
@@ -16,6 +8,14 @@
 #include "common/LoggedProvider.h"
 #include "common/PerfmonDecorator.h"
 #include "platform/logger/StandardErrorSink.h"
+
+#include <fcntl.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -27,30 +27,30 @@ using CmpiCpp::CmpiProvider;
 class Nothing : public CmpiCpp::CmpiIndicationProvider {
 public:
     CMPIBroker* getBroker() override { return nullptr; }
-    void authorizeFilter(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                         CmpiCpp::CmpiObjectPath const&, std::string const&) override {}
-    void mustPoll(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                  CmpiCpp::CmpiObjectPath const&) override {}
-    void activateFilter(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                        CmpiCpp::CmpiObjectPath const&, bool) override {}
-    void deactivateFilter(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                          CmpiCpp::CmpiObjectPath const&, bool) override {}
-    void enableIndications(CmpiContext const&) override {}
-    void disableIndications(CmpiContext const&) override {}
+    void authorizeFilter(const CmpiContext&, const CMPISelectExp*, const std::string&,
+                         const CmpiCpp::CmpiObjectPath&, const std::string&) override {}
+    void mustPoll(const CmpiContext&, const CMPISelectExp*, const std::string&,
+                  const CmpiCpp::CmpiObjectPath&) override {}
+    void activateFilter(const CmpiContext&, const CMPISelectExp*, const std::string&,
+                        const CmpiCpp::CmpiObjectPath&, bool) override {}
+    void deactivateFilter(const CmpiContext&, const CMPISelectExp*, const std::string&,
+                          const CmpiCpp::CmpiObjectPath&, bool) override {}
+    void enableIndications(const CmpiContext&) override {}
+    void disableIndications(const CmpiContext&) override {}
 };
 
-CmpiProvider* makeNothing(CmpiBroker const&, Logger&) {
+CmpiProvider* makeNothing(const CmpiBroker&, Logger&) {
     return new Nothing;
 }
-CmpiProvider* makeTimed(CmpiBroker const& broker, Logger& log) {
+CmpiProvider* makeTimed(const CmpiBroker& broker, Logger& log) {
     return new PYL::PerfmonDecorator(broker, log, makeNothing);
 }
-CmpiProvider* makeLogged(CmpiBroker const& broker, Logger& log) {
+CmpiProvider* makeLogged(const CmpiBroker& broker, Logger& log) {
     return new PYL::LoggedProvider(broker, log, makeTimed);
 }
 
 int nullDevice() {
-    static int const descriptor = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
+    static const int descriptor = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     return descriptor;
 }
 
@@ -62,7 +62,7 @@ CmpiBroker broker() {
     return CmpiBroker(stageBroker().handle());
 }
 
-void addRequests(char const* name, std::shared_ptr<CmpiCpp::CmpiIndicationProvider> provider) {
+void addRequests(const char* name, std::shared_ptr<CmpiCpp::CmpiIndicationProvider> provider) {
     addRow(name,
            [provider = std::move(provider)] { provider->enableIndications(CmpiContext(nullptr)); });
 }
@@ -79,18 +79,18 @@ std::shared_ptr<PYL::AutostartDecorator> started(PYL::AutostartDecorator::Factor
     return std::make_shared<PYL::AutostartDecorator>(broker(), log, nullptr, factory);
 }
 
-void forwardThroughAtomic(std::atomic<CmpiProvider*> const& provider) {
+void forwardThroughAtomic(const std::atomic<CmpiProvider*>& provider) {
     PYL::asIndicationProvider(provider.load(std::memory_order_acquire))
         ->enableIndications(CmpiContext(nullptr));
 }
 
-void writeTime(timeval const& start, timeval const& end) {
+void writeTime(const timeval& start, const timeval& end) {
     char line[128];
-    int const size = std::snprintf(line, sizeof line, "%s: %s: %s completed in %d.%02ds\n",
+    const int size = std::snprintf(line, sizeof line, "%s: %s: %s completed in %d.%02ds\n",
                                    "bench:perfmon", "information", "enableIndications",
                                    static_cast<int>(end.tv_sec - start.tv_sec),
                                    static_cast<int>((end.tv_usec - start.tv_usec) / 10000));
-    auto const written = ::write(nullDevice(), line, static_cast<std::size_t>(size));
+    const auto written = ::write(nullDevice(), line, static_cast<std::size_t>(size));
     benchmark::DoNotOptimize(written);
 }
 
@@ -107,8 +107,8 @@ void timeByHand(CmpiProvider* provider, bool writes) {
 }  // namespace
 
 void addDecoratorRows() {
-    auto const inner = std::make_shared<Nothing>();
-    auto const pointer = std::make_shared<std::atomic<CmpiProvider*>>(inner.get());
+    const auto inner = std::make_shared<Nothing>();
+    const auto pointer = std::make_shared<std::atomic<CmpiProvider*>>(inner.get());
 
     addRequests("a2/started/library", started(makeNothing));
     addRow("a2/started/anchor", [inner, pointer] { forwardThroughAtomic(*pointer); });
@@ -126,7 +126,8 @@ void addDecoratorRows() {
     addRequests("stack/of 2: logged, timed/library",
                 wrapped<PYL::LoggedProvider>(LogLevel::error, makeTimed));
     addRequests("stack/of 3: autostarted, logged, timed/library", started(makeLogged));
-    for (auto const* name : {"stack/of 1: logged/anchor", "stack/of 2: logged, timed/anchor",
-                             "stack/of 3: autostarted, logged, timed/anchor"})
+    for (const auto* name : {"stack/of 1: logged/anchor", "stack/of 2: logged, timed/anchor",
+                             "stack/of 3: autostarted, logged, timed/anchor"}) {
         addRequests(name, inner);
+    }
 }

@@ -1,9 +1,9 @@
 // b1: all devices of a class, or their paths.
-#include <memory>
-#include <string>
-
 #include "bench/library/Rows.h"
 #include "bench/library/Sides.h"
+
+#include <memory>
+#include <string>
 
 namespace {
 

@@ -1,5 +1,12 @@
 // h1: an alert becomes an instance, the log off. Its anchor makes the same calls of the broker's
 // tables with values that it knows beforehand, but for the time.
+#include "bench/library/PlainPath.h"
+#include "bench/library/Rows.h"
+#include "bench/library/Stage.h"
+#include "common/KTAlertIndication.h"
+#include "common/PYLConstants.h"
+#include "common/PYLUtil.h"
+
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
@@ -8,13 +15,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "bench/library/PlainPath.h"
-#include "bench/library/Rows.h"
-#include "bench/library/Stage.h"
-#include "common/KTAlertIndication.h"
-#include "common/PYLConstants.h"
-#include "common/PYLUtil.h"
 
 namespace {
 
@@ -55,19 +55,22 @@ std::vector<PlainProperty> propertiesOf(const CMPIInstance* instance) {
         require(status);
         if ((data.state & CMPI_nullValue) != 0) continue;
         PlainProperty property{plainChars(name, &status), data.type, {}, 0};
-        if (data.type == CMPI_string)
+        if (data.type == CMPI_string) {
             property.texts.emplace_back(plainChars(data.value.string, &status));
-        else if (data.type == CMPI_stringA)
-            for (unsigned k = 0; k < data.value.array->ft->getSize(data.value.array, &status); ++k)
+        } else if (data.type == CMPI_stringA) {
+            for (unsigned k = 0; k < data.value.array->ft->getSize(data.value.array, &status);
+                 ++k) {
                 property.texts.emplace_back(plainChars(
                     data.value.array->ft->getElementAt(data.value.array, k, &status).value.string,
                     &status));
-        else if (data.type == CMPI_uint16)
+            }
+        } else if (data.type == CMPI_uint16) {
             property.number = data.value.uint16;
-        else if (data.type == CMPI_uint32)
+        } else if (data.type == CMPI_uint32) {
             property.number = data.value.uint32;
-        else if (data.type != CMPI_dateTime)
+        } else if (data.type != CMPI_dateTime) {
             std::abort();  // no alert has others
+        }
         require(status);
         properties.push_back(property);
     }
@@ -89,24 +92,24 @@ public:
         require(path->ft->setHostname(path, _host.c_str()));
         CMPIInstance* const instance = broker->eft->newInstance(broker, path, &status);
         require(status);
-        for (const auto& property : _properties) set(broker, instance, property);
+        for (const auto& property : _properties) _set(broker, instance, property);
         return instance;
     }
 
 private:
-    static void set(const CMPIBroker* broker, CMPIInstance* instance,
-                    const PlainProperty& property) {
+    static void _set(const CMPIBroker* broker, CMPIInstance* instance,
+                     const PlainProperty& property) {
         CMPIStatus status{CMPI_RC_OK, nullptr};
         CMPIValue value{};
         switch (property.type) {
             case CMPI_string:
-                value.string = newString(broker, property.texts.front());
+                value.string = _newString(broker, property.texts.front());
                 break;
             case CMPI_stringA:
-                value.array = newArray(broker, property.texts);
+                value.array = _newArray(broker, property.texts);
                 break;
             case CMPI_dateTime:
-                value.dateTime = newDateTime(broker);
+                value.dateTime = _newDateTime(broker);
                 break;
             case CMPI_uint16:
                 value.uint16 = static_cast<CMPIUint16>(property.number);
@@ -118,27 +121,27 @@ private:
         require(status);
     }
 
-    static CMPIString* newString(const CMPIBroker* broker, const std::string& text) {
+    static CMPIString* _newString(const CMPIBroker* broker, const std::string& text) {
         CMPIStatus status{CMPI_RC_OK, nullptr};
         CMPIString* const made = broker->eft->newString(broker, text.c_str(), &status);
         require(status);
         return made;
     }
 
-    static CMPIArray* newArray(const CMPIBroker* broker, const std::vector<std::string>& texts) {
+    static CMPIArray* _newArray(const CMPIBroker* broker, const std::vector<std::string>& texts) {
         CMPIStatus status{CMPI_RC_OK, nullptr};
         CMPIArray* const array = broker->eft->newArray(broker, static_cast<CMPICount>(texts.size()),
                                                        CMPI_string, &status);
         require(status);
         for (CMPICount i = 0; i < texts.size(); ++i) {
             CMPIValue value{};
-            value.string = newString(broker, texts[i]);
+            value.string = _newString(broker, texts[i]);
             require(array->ft->setElementAt(array, i, &value, CMPI_string));
         }
         return array;
     }
 
-    static CMPIDateTime* newDateTime(const CMPIBroker* broker) {
+    static CMPIDateTime* _newDateTime(const CMPIBroker* broker) {
         using std::chrono::microseconds;
         using std::chrono::seconds;
         const auto now = std::chrono::floor<seconds>(std::chrono::system_clock::now());

@@ -1,5 +1,9 @@
 // a4: a line that the level drops, against the bare test; a line that is written, against
 // hand-written code.
+#include "bench/library/Rows.h"
+#include "platform/logger/Logger.h"
+#include "platform/logger/StandardErrorSink.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -7,10 +11,6 @@
 #include <cstdio>
 #include <memory>
 #include <string>
-
-#include "bench/library/Rows.h"
-#include "platform/logger/Logger.h"
-#include "platform/logger/StandardErrorSink.h"
 
 namespace {
 

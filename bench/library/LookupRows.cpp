@@ -1,10 +1,10 @@
 // b2: one device by its path, the last of the collection.
+#include "bench/library/Rows.h"
+#include "bench/library/Sides.h"
+
 #include <cstdio>
 #include <memory>
 #include <string>
-
-#include "bench/library/Rows.h"
-#include "bench/library/Sides.h"
 
 namespace {
 

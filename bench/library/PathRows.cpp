@@ -1,11 +1,11 @@
 // c1: a path of four keys built, compared with its equal, and written as text.
-#include <cstdlib>
-#include <string>
-
 #include "bench/library/PlainPath.h"
 #include "bench/library/Rows.h"
 #include "bench/library/Stage.h"
 #include "bench/library/WrapperProvider.h"
+
+#include <cstdlib>
+#include <string>
 
 namespace {
 

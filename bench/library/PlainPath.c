@@ -3,9 +3,9 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <strings.h>
+#const include < strings.h>
 
-const char* plainChars(const CMPIString* string, CMPIStatus* status) {
+char* plainChars(const CMPIString* string, CMPIStatus* status) {
     const char* const text = string != NULL ? string->ft->getCharPtr(string, status) : NULL;
     return text != NULL ? text : "";
 }
@@ -23,8 +23,9 @@ void plainSetText(const CMPIBroker* broker, CMPIInstance* instance, const char* 
     CMPIValue value;
     if (status->rc != CMPI_RC_OK) return;
     value.string = broker->eft->newString(broker, text, status);
-    if (status->rc == CMPI_RC_OK)
+    if (status->rc == CMPI_RC_OK) {
         *status = instance->ft->setProperty(instance, name, &value, CMPI_string);
+    }
 }
 
 static void setValue(CMPIInstance* instance, const char* name, CMPIValue value, CMPIType type,
@@ -75,8 +76,9 @@ static int sameKeys(const CMPIObjectPath* left, const CMPIObjectPath* right, CMP
         }
         if (ours.type != CMPI_string || theirs.type != CMPI_string) return 0;
         if (strcmp(plainChars(ours.value.string, status),
-                   plainChars(theirs.value.string, status)) != 0)
+                   plainChars(theirs.value.string, status)) != 0) {
             return 0;
+        }
     }
     return status->rc == CMPI_RC_OK;
 }

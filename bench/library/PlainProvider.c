@@ -39,8 +39,10 @@ static CMPIStatus enumerate(struct PlainProvider* provider, const CMPIResult* re
         if (strcasecmp(className, device->className) != 0) continue;
         path = plainDevicePath(provider->broker, device, &status);
         if (status.rc != CMPI_RC_OK) break;
-        if (strcasecmp(nameSpace, plainChars(path->ft->getNameSpace(path, &status), &status)) != 0)
+        if (strcasecmp(nameSpace, plainChars(path->ft->getNameSpace(path, &status), &status)) !=
+            0) {
             continue;
+        }
         if (namesOnly) {
             CMPIObjectPath* const name = plainDevicePath(provider->broker, device, &status);
             if (status.rc == CMPI_RC_OK) status = result->ft->returnObjectPath(result, name);
@@ -81,8 +83,9 @@ static const struct PlainDevice* find(struct PlainProvider* provider, const CMPI
     for (i = 0; i < provider->count && status->rc == CMPI_RC_OK; ++i) {
         CMPIObjectPath* const path =
             plainDevicePath(provider->broker, &provider->devices[i], status);
-        if (status->rc == CMPI_RC_OK && plainSamePath(wanted, path, status))
+        if (status->rc == CMPI_RC_OK && plainSamePath(wanted, path, status)) {
             return &provider->devices[i];
+        }
     }
     return NULL;
 }
@@ -134,8 +137,9 @@ static CMPIObjectPath* linkPath(const struct PlainProvider* provider,
     if (status->rc != CMPI_RC_OK) return NULL;
     *status = path->ft->setHostname(path, device->host);
     if (status->rc == CMPI_RC_OK) end.ref = systemPath(provider, status);
-    if (status->rc == CMPI_RC_OK)
+    if (status->rc == CMPI_RC_OK) {
         *status = path->ft->addKey(path, "GroupComponent", &end, CMPI_ref);
+    }
     if (status->rc == CMPI_RC_OK) end.ref = plainDevicePath(broker, device, status);
     if (status->rc == CMPI_RC_OK) *status = path->ft->addKey(path, "PartComponent", &end, CMPI_ref);
     return status->rc == CMPI_RC_OK ? path : NULL;
@@ -155,8 +159,9 @@ static void followLink(struct PlainProvider* provider, const CMPIResult* result,
     link = linkPath(provider, target, status);
     if (status->rc != CMPI_RC_OK) return;
     if (strcasecmp(plainChars(request->ft->getNameSpace(request, status), status),
-                   plainChars(link->ft->getNameSpace(link, status), status)) != 0)
+                   plainChars(link->ft->getNameSpace(link, status), status)) != 0) {
         return;
+    }
     device = find(provider, farEnd, status);
     if (device != NULL) deliver(provider, result, device, status);
 }
@@ -177,8 +182,10 @@ static CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context,
     (void)properties;
     pthread_mutex_lock(&provider->mutex);
     local = localRequest(provider, path, &status);
-    for (i = provider->count - provider->links; i < provider->count && status.rc == CMPI_RC_OK; ++i)
+    for (i = provider->count - provider->links; i < provider->count && status.rc == CMPI_RC_OK;
+         ++i) {
         followLink(provider, result, local, &provider->devices[i], &status);
+    }
     if (local != NULL) local->ft->release(local);
     pthread_mutex_unlock(&provider->mutex);
     return status.rc == CMPI_RC_OK ? result->ft->returnDone(result) : status;

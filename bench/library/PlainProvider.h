@@ -1,9 +1,9 @@
 #pragma once
 
-#include <stddef.h>
-
 #include "bench/library/PlainPath.h"
 #include "cmpi/cmpift.h"
+
+#include <stddef.h>
 
 /* A provider of devices and of links to them, in plain C: what a request costs that is answered
    without the support library. The walks make the calls that the managed instance collection

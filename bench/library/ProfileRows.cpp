@@ -1,12 +1,12 @@
 // f1 and f2: a catalogue of profiles is made, and its last profile is looked for.
+#include "bench/library/Rows.h"
+#include "common/ProfileDB.h"
+
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "bench/library/Rows.h"
-#include "common/ProfileDB.h"
 
 namespace {
 
@@ -27,7 +27,7 @@ struct PlainRecord {
     std::vector<std::string> profiles;
 };
 
-PlainRecord plain(PRPDBRec const& record) {
+PlainRecord plain(const PRPDBRec& record) {
     PlainRecord made{record.getId(),
                      record.getRegOrgId(),
                      record.getOtherRegOrg(),
@@ -38,16 +38,21 @@ PlainRecord plain(PRPDBRec const& record) {
                      {},
                      {},
                      {}};
-    for (unsigned int i = 0; i < record.getSizeofRefedProfiles(); ++i)
+    for (unsigned int i = 0; i < record.getSizeofRefedProfiles(); ++i) {
         made.references.push_back(record.getRefedProfile(i));
-    for (unsigned int i = 0; i < record.getSizeofExtendsProfiles(); ++i)
+    }
+    for (unsigned int i = 0; i < record.getSizeofExtendsProfiles(); ++i) {
         made.extends.push_back(record.getExtendsProfile(i));
-    for (unsigned int i = 0; i < record.getSizeofImpClassNames(); ++i)
+    }
+    for (unsigned int i = 0; i < record.getSizeofImpClassNames(); ++i) {
         made.classNames.push_back(record.getImpClassName(i));
-    for (unsigned int i = 0; i < record.getSizeofImpNameSpaces(); ++i)
+    }
+    for (unsigned int i = 0; i < record.getSizeofImpNameSpaces(); ++i) {
         made.nameSpaces.push_back(record.getImpNameSpace(i));
-    for (unsigned int i = 0; i < record.getSizeofImpProfiles(); ++i)
+    }
+    for (unsigned int i = 0; i < record.getSizeofImpProfiles(); ++i) {
         made.profiles.push_back(record.getImpProfile(i));
+    }
     return made;
 }
 
@@ -65,30 +70,33 @@ std::vector<PlainRecord> plainCatalogue() {
     profiles.initialize();
     std::vector<PlainRecord> records;
     PRPDBRec record;
-    for (unsigned int i = 0; profiles.getRecord(i, record) == 0; ++i)
+    for (unsigned int i = 0; profiles.getRecord(i, record) == 0; ++i) {
         records.push_back(plain(record));
+    }
     return records;
 }
 
 /// What the plain loop looks at.
 struct PlainKey {
     int organization;
-    char const* otherOrganization;
-    char const* name;
-    char const* version;
+    const char* otherOrganization;
+    const char* name;
+    const char* version;
 };
 
-int find(std::vector<PlainKey> const& keys, PlainKey const& wanted) {
-    for (std::size_t i = 0; i < keys.size(); ++i)
+int find(const std::vector<PlainKey>& keys, const PlainKey& wanted) {
+    for (std::size_t i = 0; i < keys.size(); ++i) {
         if (keys[i].organization == wanted.organization &&
             std::strcmp(keys[i].otherOrganization, wanted.otherOrganization) == 0 &&
             std::strcmp(keys[i].name, wanted.name) == 0 &&
-            (*wanted.version == '\0' || std::strcmp(keys[i].version, wanted.version) == 0))
+            (*wanted.version == '\0' || std::strcmp(keys[i].version, wanted.version) == 0)) {
             return static_cast<int>(i);
+        }
+    }
     return -1;
 }
 
-void addConstruction(std::shared_ptr<std::vector<PlainRecord> const> const& records) {
+void addConstruction(const std::shared_ptr<const std::vector<PlainRecord>>& records) {
     addRow("f1/catalogue of 49/library", [] {
         ProfileDB profiles(quiet());
         profiles.initialize();
@@ -96,29 +104,30 @@ void addConstruction(std::shared_ptr<std::vector<PlainRecord> const> const& reco
     });
     addRow("f1/catalogue of 49/anchor", [records] {
         std::vector<PlainRecord> made;
-        for (auto const& record : *records) made.push_back(record);
+        for (const auto& record : *records) made.push_back(record);
         benchmark::DoNotOptimize(made);
     });
 }
 
 /// Of the last profile in a version that it has not, so that the whole catalogue is looked at and
 /// no path is made.
-void addLookUp(std::shared_ptr<std::vector<PlainRecord> const> const& records) {
-    auto const profiles = std::make_shared<ProfileDB>(quiet());
+void addLookUp(const std::shared_ptr<const std::vector<PlainRecord>>& records) {
+    const auto profiles = std::make_shared<ProfileDB>(quiet());
     profiles->initialize();
-    auto const& last = records->back();
+    const auto& last = records->back();
     addRow("f2/last of 49/library", [profiles, last, version = std::string("0")] {
-        bool const found =
+        const bool found =
             !profiles->getECTPpath(last.organization, last.otherOrganization, last.name, version)
                  .empty();
         if (found) std::abort();
     });
     std::vector<PlainKey> keys;
-    for (auto const& record : *records)
+    for (const auto& record : *records) {
         keys.push_back({record.organization, record.otherOrganization.c_str(), record.name.c_str(),
                         record.version.c_str()});
+    }
     addRow("f2/last of 49/anchor", [records, keys, last] {
-        PlainKey const wanted{last.organization, last.otherOrganization.c_str(), last.name.c_str(),
+        const PlainKey wanted{last.organization, last.otherOrganization.c_str(), last.name.c_str(),
                               "0"};
         if (find(keys, wanted) >= 0) std::abort();
     });
@@ -127,7 +136,7 @@ void addLookUp(std::shared_ptr<std::vector<PlainRecord> const> const& records) {
 }  // namespace
 
 void addProfileRows() {
-    auto const records = std::make_shared<std::vector<PlainRecord> const>(plainCatalogue());
+    const auto records = std::make_shared<const std::vector<PlainRecord>>(plainCatalogue());
     addConstruction(records);
     addLookUp(records);
 }

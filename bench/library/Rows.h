@@ -1,13 +1,13 @@
 #pragma once
 
+#include "bench/library/AllocationCount.h"
+#include "bench/library/Stage.h"
+
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
 #include <functional>
 #include <string>
-
-#include "bench/library/AllocationCount.h"
-#include "bench/library/Stage.h"
 
 /// One thing to measure. Names read "row/variant/side", where the side is `library` for ours and
 /// `anchor` for what it is measured by.

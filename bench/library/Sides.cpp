@@ -4,8 +4,9 @@
 #include <iostream>
 
 void requireDelivered(CMPIStatus status, std::size_t delivered, std::size_t expected) {
-    if (status.rc == CMPI_RC_OK && delivered == expected) [[likely]]
+    if (status.rc == CMPI_RC_OK && delivered == expected) [[likely]] {
         return;
+    }
     std::cerr << "expected " << expected << " objects, got " << delivered << " and status "
               << status.rc << '\n';
     std::exit(1);

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cstddef>
-#include <memory>
-#include <string>
-
 #include "bench/library/PlainProvider.h"
 #include "bench/library/Stage.h"
 #include "bench/library/WrapperProvider.h"
 #include "common/PYLUtil.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
 
 /// The same provider twice: on the library and in plain C.
 class Sides {

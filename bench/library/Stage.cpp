@@ -1,10 +1,10 @@
 #include "bench/library/Stage.h"
 
-#include <string>
-
 #include "bench/library/PlainPath.h"
 #include "cmpicpp/CmpiBroker.h"
 #include "common/PYLUtil.h"
+
+#include <string>
 
 namespace {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <optional>
-#include <string_view>
-
 #include "cimhost/broker/Broker.h"
 #include "cmpi/cmpift.h"
+
+#include <optional>
+#include <string_view>
 
 /// The broker that all rows work with: cimhost's own, in this process. Nobody reads its log.
 const cimhost::Broker& stageBroker();

@@ -1,4 +1,9 @@
 // e1, e2: values of a text store fetched and replaced, beside stdio and one system call.
+#include "bench/library/Rows.h"
+#include "common/DataStoreTxt.h"
+#include "platform/logger/LogSink.h"
+#include "tests/common/RedirectedFiles.h"
+
 #include <unistd.h>
 
 #include <cstddef>
@@ -9,11 +14,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-
-#include "bench/library/Rows.h"
-#include "common/DataStoreTxt.h"
-#include "platform/logger/LogSink.h"
-#include "tests/common/RedirectedFiles.h"
 
 namespace {
 
@@ -39,13 +39,13 @@ void require(bool holds) {
 }
 
 /// A file of this name with so many records; where it really is.
-std::string writeFile(std::string const& name, std::size_t keys) {
-    auto const path = RedirectedFiles::real("/etc/cim/" + name + ".txt");
+std::string writeFile(const std::string& name, std::size_t keys) {
+    const auto path = RedirectedFiles::real("/etc/cim/" + name + ".txt");
     std::ofstream(path, std::ios::binary) << records(keys);
     return path;
 }
 
-bool scan(std::FILE* file, std::string const& wanted, std::string& found) {
+bool scan(std::FILE* file, const std::string& wanted, std::string& found) {
     char key[1024];
     char value[1024];
     std::rewind(file);
@@ -58,11 +58,11 @@ bool scan(std::FILE* file, std::string const& wanted, std::string& found) {
 }
 
 void addGets(std::size_t keys) {
-    auto const name = std::to_string(keys);
-    auto const path = writeFile("get" + name, keys);
-    auto const last = keyNumber(keys - 1);
-    std::shared_ptr<PYL::DataStore> const store(PYL::makeDataStore("get" + name));
-    std::shared_ptr<std::FILE> const file(std::fopen(path.c_str(), "r+"), std::fclose);
+    const auto name = std::to_string(keys);
+    const auto path = writeFile("get" + name, keys);
+    const auto last = keyNumber(keys - 1);
+    const std::shared_ptr<PYL::DataStore> store(PYL::makeDataStore("get" + name));
+    const std::shared_ptr<std::FILE> file(std::fopen(path.c_str(), "r+"), std::fclose);
     addRow(
         "e1/get of " + name + "/library",
         [store, last] { require(store->fetchString(last) == "00000042"); }, fewStoreRounds);
@@ -76,11 +76,11 @@ void addGets(std::size_t keys) {
 }
 
 void addPuts(std::size_t keys) {
-    auto const name = std::to_string(keys);
-    auto const path = writeFile("put" + name, keys);
-    auto const last = keyNumber(keys - 1);
-    std::shared_ptr<PYL::DataStore> const store(PYL::makeDataStore("put" + name));
-    std::shared_ptr<std::FILE> const file(std::fopen((path + ".anchor").c_str(), "w+"),
+    const auto name = std::to_string(keys);
+    const auto path = writeFile("put" + name, keys);
+    const auto last = keyNumber(keys - 1);
+    const std::shared_ptr<PYL::DataStore> store(PYL::makeDataStore("put" + name));
+    const std::shared_ptr<std::FILE> file(std::fopen((path + ".anchor").c_str(), "w+"),
                                           std::fclose);
     addRow(
         "e2/put of " + name + "/library",
@@ -97,7 +97,7 @@ void addPuts(std::size_t keys) {
 }  // namespace
 
 void addStoreRows() {
-    static RedirectedFiles const files(std::filesystem::temp_directory_path());
+    static const RedirectedFiles files(std::filesystem::temp_directory_path());
     PYL::setDataStoreLogger(Logger("store", std::make_shared<NoSink>(), LogLevel::error));
     addGets(10);
     addGets(1000);

@@ -1,9 +1,5 @@
 #include "bench/library/WrapperProvider.h"
 
-#include <cstdio>
-#include <memory>
-#include <stdexcept>
-
 #include "bench/library/PlainPath.h"
 #include "bench/library/Stage.h"
 #include "cmpicpp/CmpiAssociationProvider.h"
@@ -11,6 +7,10 @@
 #include "common/CmpiManagedInstanceCollection.h"
 #include "common/PYLUtil.h"
 #include "platform/logger/StandardErrorSink.h"
+
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
 
 namespace {
 
@@ -85,10 +85,12 @@ class CollectionProvider : public CmpiCpp::CmpiInstanceProvider,
 public:
     explicit CollectionProvider(Shape shape)
         : _log("bench", std::make_shared<StandardErrorSink>(), LogLevel::error), _things(_log) {
-        for (std::size_t i = 0; i < shape.devices; ++i)
+        for (std::size_t i = 0; i < shape.devices; ++i) {
             _things.createInstance(new Device(deviceAt(i)));
-        for (std::size_t i = shape.devices - shape.links; i < shape.devices; ++i)
+        }
+        for (std::size_t i = shape.devices - shape.links; i < shape.devices; ++i) {
             _things.createInstance(new Link(deviceAt(i)));
+        }
     }
 
     CMPIBroker* getBroker() override { return broker().toRawCMPI(); }
@@ -103,8 +105,9 @@ public:
     }
     void getInstance(const CmpiContext& context, const CmpiObjectPath& path,
                      const char** properties, CmpiInstanceResult& result) override {
-        if (!_things.getInstance(result, context, path, properties))
+        if (!_things.getInstance(result, context, path, properties)) {
             throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND);
+        }
     }
 
     void associators(const CmpiContext& context, const CmpiObjectPath& path,

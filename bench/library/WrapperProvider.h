@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstddef>
-#include <string>
-
 #include "cmpi/cmpift.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiModule.h"
 #include "cmpicpp/CmpiObjectPath.h"
+
+#include <cstddef>
+#include <string>
 
 /// What the rows need of a device and how the wrapper makes it.
 struct WrapperDevice {

@@ -1,11 +1,11 @@
 // Measures the support library against plain C over the same broker tables.
 //   library_bench [options of Google Benchmark]   times and allocations
 //   library_bench --instructions                  a few rounds of each row, for callgrind
+#include "bench/library/Rows.h"
+
 #include <benchmark/benchmark.h>
 
 #include <string_view>
-
-#include "bench/library/Rows.h"
 
 int main(int argc, char** argv) {
     addEntryRows();

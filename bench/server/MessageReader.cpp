@@ -20,8 +20,9 @@ std::string_view valueOf(std::string_view head, std::string_view field) {
 std::size_t numberIn(std::string_view text, int base) {
     std::size_t number = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-    if (error != std::errc() || end == text.data())
+    if (error != std::errc() || end == text.data()) {
         throw std::runtime_error("a length is no number");
+    }
     return number;
 }
 

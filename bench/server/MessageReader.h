@@ -1,11 +1,11 @@
 #pragma once
 
+#include "bench/server/Socket.h"
+
 #include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
-
-#include "bench/server/Socket.h"
 
 /// Reads HTTP/1.1 messages one after the other and looks at no more of them than where they end, so
 /// that the client's own work hardly shows. A message without length and chunks has no body.

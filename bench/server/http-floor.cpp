@@ -2,13 +2,13 @@
 // bytes.
 //   http_floor REPLY-FILE
 // Prints its port and runs until it is ended.
+#include "bench/server/MessageReader.h"
+#include "bench/server/Socket.h"
+
 #include <exception>
 #include <iostream>
 #include <string>
 #include <thread>
-
-#include "bench/server/MessageReader.h"
-#include "bench/server/Socket.h"
 
 namespace {
 

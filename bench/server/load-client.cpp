@@ -3,6 +3,9 @@
 // Each connection sends REQUESTS requests one after the other; a tenth as many before are not
 // counted. Prints "p50 p99 rate bytes": microseconds, requests a second, bytes of a reply. The last
 // reply goes to REPLY-FILE.
+#include "bench/server/MessageReader.h"
+#include "bench/server/Socket.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -16,9 +19,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include "bench/server/MessageReader.h"
-#include "bench/server/Socket.h"
 
 namespace {
 
@@ -80,8 +80,9 @@ double percentile(const std::vector<double>& sorted, double share) {
 
 void report(const Load& load) {
     std::vector<std::unique_ptr<Connection>> connections;
-    for (std::size_t i = 0; i < load.connections; ++i)
+    for (std::size_t i = 0; i < load.connections; ++i) {
         connections.push_back(std::make_unique<Connection>(load));
+    }
     std::latch warm(static_cast<std::ptrdiff_t>(load.connections + 1));
     std::vector<std::jthread> threads;
     for (const auto& connection : connections) {
@@ -101,9 +102,10 @@ void report(const Load& load) {
     const std::chrono::duration<double> elapsed = Clock::now() - begin;
 
     std::vector<double> latencies;
-    for (const auto& connection : connections)
+    for (const auto& connection : connections) {
         latencies.insert(latencies.end(), connection->latencies.begin(),
                          connection->latencies.end());
+    }
     std::sort(latencies.begin(), latencies.end());
     std::cout << percentile(latencies, 0.5) << ' ' << percentile(latencies, 0.99) << ' '
               << static_cast<double>(latencies.size()) / elapsed.count() << ' '

@@ -1,20 +1,20 @@
 #include "bench/text/Decoders.h"
 
+#include "common/entities.h"
+
 #include <gumbo.h>
 #include <myhtml/api.h>
-
-#include <cstring>
-#include <memory>
 #include <pugixml.hpp>
 #include <rapidxml/rapidxml.hpp>
 
-#include "common/entities.h"
+#include <cstring>
+#include <memory>
 
 namespace {
 
 /// The text as the one element of a document. Parsers that work in place spoil what they are given,
 /// so each run begins with this copy: a fortieth of the time of the fastest of them.
-std::size_t putElement(std::string const& text, char* room) {
+std::size_t putElement(const std::string& text, char* room) {
     std::memcpy(room, "<a>", 3);
     std::memcpy(room + 3, text.data(), text.size());
     std::memcpy(room + 3 + text.size(), "</a>", 5);
@@ -23,12 +23,12 @@ std::size_t putElement(std::string const& text, char* room) {
 
 }  // namespace
 
-std::size_t decodeWithLibrary(std::string const& text, char* room) {
+std::size_t decodeWithLibrary(const std::string& text, char* room) {
     // The source is only written to when it is the destination too.
     return remove_xml_reference_chars(const_cast<char*>(text.data()), room);
 }
 
-std::size_t decodeWithRapidxml(std::string const& text, char* room) {
+std::size_t decodeWithRapidxml(const std::string& text, char* room) {
     putElement(text, room);
     static rapidxml::xml_document<> document;
     document.clear();
@@ -36,26 +36,26 @@ std::size_t decodeWithRapidxml(std::string const& text, char* room) {
     return document.first_node()->value_size();
 }
 
-std::size_t decodeWithPugixml(std::string const& text, char* room) {
-    std::size_t const size = putElement(text, room);
+std::size_t decodeWithPugixml(const std::string& text, char* room) {
+    const std::size_t size = putElement(text, room);
     static pugi::xml_document document;
     document.load_buffer_inplace(room, size, pugi::parse_escapes | pugi::parse_ws_pcdata_single,
                                  pugi::encoding_utf8);
     return std::strlen(document.first_child().child_value());
 }
 
-std::size_t decodeWithGumbo(std::string const& text, char*) {
-    GumboOptions const& options = kGumboDefaultOptions;
+std::size_t decodeWithGumbo(const std::string& text, char*) {
+    const GumboOptions& options = kGumboDefaultOptions;
     GumboOutput* const output = gumbo_parse_with_options(&options, text.data(), text.size());
-    auto const* const body =
-        static_cast<GumboNode const*>(output->root->v.element.children.data[1]);
-    auto const* const content = static_cast<GumboNode const*>(body->v.element.children.data[0]);
-    std::size_t const size = std::strlen(content->v.text.text);
+    const auto* const body =
+        static_cast<const GumboNode*>(output->root->v.element.children.data[1]);
+    const auto* const content = static_cast<const GumboNode*>(body->v.element.children.data[0]);
+    const std::size_t size = std::strlen(content->v.text.text);
     gumbo_destroy_output(&options, output);
     return size;
 }
 
-std::size_t decodeWithMyhtml(std::string const& text, char*) {
+std::size_t decodeWithMyhtml(const std::string& text, char*) {
     static myhtml_t* const parser = [] {
         myhtml_t* const made = myhtml_create();
         myhtml_init(made, MyHTML_OPTIONS_PARSE_MODE_SINGLE, 1, 0);

@@ -26,9 +26,9 @@ std::string_view randomName(Random& random, Names names) {
 }
 
 std::string randomReference(Random& random, Names names) {
-    unsigned const kind = random.below(3);
+    const unsigned kind = random.below(3);
     if (kind == 0) return std::string(randomName(random, names));
-    unsigned const codePoint =
+    const unsigned codePoint =
         random.below(2) ? 0x20 + random.below(0x5F) : random.below(0x2800) + 0xA0;
     std::array<char, 16> text{};
     std::snprintf(text.data(), text.size(), kind == 1 ? "&#%u;" : "&#x%X;", codePoint);
@@ -53,18 +53,18 @@ std::string textWithReferences(std::size_t size, unsigned percent, Names names) 
     std::string text;
     std::size_t inReferences = 0;
     while (text.size() < size) {
-        std::string const reference = randomReference(random, names);
+        const std::string reference = randomReference(random, names);
         text += reference;
         inReferences += reference.size();
         // Letters up to the share, a few more or less so that no place can be foretold.
-        std::size_t const wanted = inReferences * 100 / percent;
+        const std::size_t wanted = inReferences * 100 / percent;
         if (percent == 100 || wanted <= text.size()) continue;
-        auto const gap = static_cast<unsigned>(wanted - text.size());
+        const auto gap = static_cast<unsigned>(wanted - text.size());
         appendLetters(text, random, gap / 2 + random.below(gap + 1));
     }
     return text;
 }
 
-std::size_t countReferences(std::string const& text) {
+std::size_t countReferences(const std::string& text) {
     return static_cast<std::size_t>(std::count(text.begin(), text.end(), '&'));
 }

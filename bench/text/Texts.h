@@ -15,4 +15,4 @@ enum class Names { xml, html };  ///< the five of XML, or any of HTML too
 std::string textWithReferences(std::size_t size, unsigned percent, Names names);
 
 /// How many references a text has whose every '&' begins one.
-std::size_t countReferences(std::string const& text);
+std::size_t countReferences(const std::string& text);

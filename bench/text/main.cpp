@@ -1,6 +1,10 @@
 // Measures the decoder of character references beside memchr, memmove and other decoders.
 //   text_bench [options of Google Benchmark]   times; rows are named "row/variant/side"
 //   text_bench --instructions                  a few rounds of our rows, for callgrind
+#include "bench/text/Decoders.h"
+#include "bench/text/Texts.h"
+#include "common/entities.h"
+
 #include <benchmark/benchmark.h>
 #include <valgrind/callgrind.h>
 
@@ -11,10 +15,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-
-#include "bench/text/Decoders.h"
-#include "bench/text/Texts.h"
-#include "common/entities.h"
 
 namespace {
 
@@ -32,26 +32,26 @@ struct Row {
 // A deque: the benchmark library's closures point at its elements.
 std::deque<Row> rows;
 
-void addRow(std::string name, std::string const& text, std::function<void()> work) {
+void addRow(std::string name, const std::string& text, std::function<void()> work) {
     rows.push_back({std::move(name), std::move(work), text.size(), countReferences(text)});
 }
 
-void measure(benchmark::State& state, Row const& row) {
+void measure(benchmark::State& state, const Row& row) {
     for ([[maybe_unused]] auto iteration : state) row.work();
     state.counters["bytes"] = static_cast<double>(row.bytes);
     state.counters["references"] = static_cast<double>(row.references);
 }
 
-void addCopyRow(std::string const& variant, std::string const& text) {
+void addCopyRow(const std::string& variant, const std::string& text) {
     addRow(variant + "/memmove", text, [text, room = std::string(text.size(), ' ')]() mutable {
         benchmark::DoNotOptimize(std::memmove(room.data(), text.data(), text.size()));
         benchmark::ClobberMemory();
     });
 }
 
-void addDecoderRow(std::string const& variant, Decoder const& decoder, std::string const& text) {
+void addDecoderRow(const std::string& variant, const Decoder& decoder, const std::string& text) {
     std::string room(text.size() + extraRoom, ' ');
-    std::size_t const wanted = decodeWithLibrary(text, room.data());
+    const std::size_t wanted = decodeWithLibrary(text, room.data());
     if (decoder.decode(text, room.data()) != wanted) {
         std::fprintf(stderr, "%s decodes '%s' otherwise\n", decoder.name.data(), variant.c_str());
         std::exit(1);
@@ -72,14 +72,14 @@ void addPlainRows() {
 }
 
 template <typename Others>
-void addReferenceRows(std::string const& variant, std::string const& text, Others const& others) {
+void addReferenceRows(const std::string& variant, const std::string& text, const Others& others) {
     addCopyRow(variant, text);
     addDecoderRow(variant, library, text);
-    for (Decoder const& other : others) addDecoderRow(variant, other, text);
+    for (const Decoder& other : others) addDecoderRow(variant, other, text);
 }
 
 void addHostileRow(std::size_t size) {
-    std::string const text(size, '&');
+    const std::string text(size, '&');
     addDecoderRow("d5/" + std::to_string(size) + " times '&'", library, text);
 }
 
@@ -94,9 +94,9 @@ void addRows() {
     addHostileRow(256 * 1024);
 }
 
-void countInstructions(Row const& row) {
+void countInstructions(const Row& row) {
     constexpr int rounds = 4;
-    std::string const label = row.name + "*" + std::to_string(rounds);
+    const std::string label = row.name + "*" + std::to_string(rounds);
     row.work();  // what is done for the first time only
     CALLGRIND_START_INSTRUMENTATION;
     for (int round = 0; round < rounds; ++round) row.work();
@@ -109,12 +109,12 @@ void countInstructions(Row const& row) {
 int main(int argc, char** argv) {
     addRows();
     if (argc == 2 && std::string_view(argv[1]) == "--instructions") {
-        for (Row const& row : rows) {
+        for (const Row& row : rows) {
             if (row.name.ends_with("/library")) countInstructions(row);
         }
         return 0;
     }
-    for (Row const& row : rows) {
+    for (const Row& row : rows) {
         benchmark::RegisterBenchmark(row.name.c_str(),
                                      [&row](benchmark::State& state) { measure(state, row); });
     }

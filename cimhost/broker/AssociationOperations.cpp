@@ -1,10 +1,10 @@
-#include <algorithm>
-#include <utility>
-
 #include "cimhost/broker/Dispatch.h"
 #include "cimhost/broker/HostAssociations.h"
 #include "cimhost/broker/Operations.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
+#include <utility>
 
 // Each provider is asked once, with the filters as the client gave them, however many association
 // classes it is registered for: it knows by the filters which of its classes are meant, so that no

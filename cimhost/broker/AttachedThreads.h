@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cmpi/cmpift.h"
+
 #include <mutex>
 #include <unordered_map>
-
-#include "cmpi/cmpift.h"
 
 namespace cimhost {
 

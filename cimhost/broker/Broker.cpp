@@ -1,14 +1,14 @@
 #include "cimhost/broker/Broker.h"
 
-#include <array>
-#include <atomic>
-#include <cassert>
-#include <stdexcept>
-
 #include "cimhost/broker/AttachedThreads.h"
 #include "cimhost/broker/BrokerTables.h"
 #include "cimhost/broker/MemoryBlocks.h"
 #include "cimhost/broker/UpCalls.h"
+
+#include <array>
+#include <atomic>
+#include <cassert>
+#include <stdexcept>
 
 namespace cimhost {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
-#include <string_view>
-
 #include "cimhost/broker/Objects.h"
 #include "cimhost/repository/Repository.h"
+
+#include <memory>
+#include <string_view>
 
 namespace cimhost {
 

@@ -1,12 +1,12 @@
 #include "cimhost/broker/BuiltInInstances.h"
 
-#include <string>
-#include <utility>
-
 #include "cimhost/broker/HostName.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/ValueConversion.h"
+
+#include <string>
+#include <utility>
 
 namespace cimhost {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string_view>
-#include <vector>
-
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Repository.h"
+
+#include <string_view>
+#include <vector>
 
 namespace cimhost {
 

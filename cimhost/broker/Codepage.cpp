@@ -1,10 +1,10 @@
 #include "cimhost/broker/Codepage.h"
 
-#include <algorithm>
-#include <cstring>
-
 #include "cimhost/broker/Entry.h"
 #include "cimhost/repository/Utf8.h"
+
+#include <algorithm>
+#include <cstring>
 
 namespace cimhost {
 
@@ -50,9 +50,7 @@ std::u16string unitsOf(const char* text) {
         if (unit == 0) break;
     }
     if (!units.empty() && units.front() == swappedMark) {
-        for (char16_t& unit : units) {
-            unit = static_cast<char16_t>((unit << 8U) | (unit >> 8U));
-        }
+        for (char16_t& unit : units) unit = static_cast<char16_t>((unit << 8U) | (unit >> 8U));
     }
     if (!units.empty() && units.front() == 0xfeff) units.erase(0, 1);
     return units;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cmpi/cmpidt.h"
+
 #include <string>
 #include <string_view>
-
-#include "cmpi/cmpidt.h"
 
 /// Text between UTF-8, which strings hold, and the character sets of CMPI. The system's own is
 /// UTF-8. Pure functions, safe from several threads.

@@ -1,13 +1,13 @@
 #include "cimhost/broker/ContextHandle.h"
 
-#include <algorithm>
-#include <array>
-
 #include "cimhost/broker/Entry.h"
 #include "cimhost/broker/StringHandle.h"
 #include "cimhost/broker/Values.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
+#include <array>
 
 namespace cimhost {
 
@@ -19,15 +19,21 @@ struct TextRow {
     bool mayBeEmpty;
 };
 
-// clang-format off
 constexpr auto textRows = std::to_array<TextRow>({
-    {CMPIInitNameSpace, [](ContextObject& object) noexcept -> std::string& { return object.request.nameSpace; }, false},
-    {CMPIPrincipal, [](ContextObject& object) noexcept -> std::string& { return object.request.principal; }, false},
+    {CMPIInitNameSpace,
+     [](ContextObject& object) noexcept -> std::string& { return object.request.nameSpace; },
+     false},
+    {CMPIPrincipal,
+     [](ContextObject& object) noexcept -> std::string& { return object.request.principal; },
+     false},
     {CMPIRole, [](ContextObject& object) noexcept -> std::string& { return object.role; }, true},
-    {CMPIAcceptLanguage, [](ContextObject& object) noexcept -> std::string& { return object.request.acceptLanguage; }, true},
-    {CMPIContentLanguage, [](ContextObject& object) noexcept -> std::string& { return object.request.contentLanguage; }, true},
+    {CMPIAcceptLanguage,
+     [](ContextObject& object) noexcept -> std::string& { return object.request.acceptLanguage; },
+     true},
+    {CMPIContentLanguage,
+     [](ContextObject& object) noexcept -> std::string& { return object.request.contentLanguage; },
+     true},
 });
-// clang-format on
 
 CMPIData textData(ContextObject& object, const std::string& text) {
     CMPIData data{CMPI_string, CMPI_goodValue, {}};

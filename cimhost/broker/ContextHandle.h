@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhost/broker/Object.h"
+#include "cimhost/broker/Objects.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "cimhost/broker/Object.h"
-#include "cimhost/broker/Objects.h"
 
 namespace cimhost {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <array>
-#include <string_view>
-
 #include "cimhost/broker/DateTime.h"
 #include "cimhost/broker/Object.h"
+
+#include <array>
+#include <string_view>
 
 namespace cimhost {
 

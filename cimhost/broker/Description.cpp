@@ -1,10 +1,5 @@
 #include "cimhost/broker/Description.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
-#include <cmath>
-
 #include "cimhost/broker/ArgsHandle.h"
 #include "cimhost/broker/ArrayHandle.h"
 #include "cimhost/broker/DateTimeHandle.h"
@@ -15,6 +10,11 @@
 #include "cimhost/broker/SelectExpHandle.h"
 #include "cimhost/broker/StringHandle.h"
 #include "cimhost/repository/Utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
 
 namespace cimhost {
 

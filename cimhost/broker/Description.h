@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-#include <string_view>
-
 #include "cimhost/broker/Object.h"
 #include "cimhost/repository/Instance.h"
+
+#include <string>
+#include <string_view>
 
 /// Data objects as text for a reader. The forms are ours alone: nobody is to parse them.
 namespace cimhost {

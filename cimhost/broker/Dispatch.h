@@ -1,12 +1,12 @@
 #pragma once
 
-#include <string_view>
-
 #include "cimhost/broker/ModuleHost.h"
 #include "cimhost/broker/Operations.h"
 #include "cimhost/broker/ProviderCall.h"
 #include "cimhost/broker/ProviderResults.h"
 #include "cimhost/broker/Target.h"
+
+#include <string_view>
 
 /// What the operations share: who is asked, and how walks take a provider's answer.
 namespace cimhost {

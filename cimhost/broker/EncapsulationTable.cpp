@@ -1,9 +1,3 @@
-#include <chrono>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "cimhost/broker/ArgsHandle.h"
 #include "cimhost/broker/ArrayHandle.h"
 #include "cimhost/broker/BrokerTables.h"
@@ -21,6 +15,12 @@
 #include "cimhost/broker/StringHandle.h"
 #include "cimhost/broker/WqlParser.h"
 #include "cimhost/repository/CimError.h"
+
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace cimhost {
 
@@ -287,9 +287,7 @@ CMPIString* newStringCP(const CMPIBroker* handle, const char* text, CMPICodepage
 CMPIEnumerationFilter* newEnumerationFilter(const CMPIBroker* handle, const char* filterLanguage,
                                             const char* filter, CMPIStatus* status) noexcept {
     return enter(handle, status, [&](const Broker& broker, CMPIrc& code) -> CMPIEnumerationFilter* {
-        if (!filterLanguage || !filter) {
-            return &make<EnumerationFilterObject>(factory(broker));
-        }
+        if (!filterLanguage || !filter) return &make<EnumerationFilterObject>(factory(broker));
         code = CMPI_RC_ERR_NOT_SUPPORTED;
         return nullptr;
     });

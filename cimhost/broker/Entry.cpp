@@ -1,11 +1,11 @@
 #include "cimhost/broker/Entry.h"
 
+#include "cimhost/broker/Description.h"
+#include "cimhost/repository/CimError.h"
+
 #include <exception>
 #include <new>
 #include <string>
-
-#include "cimhost/broker/Description.h"
-#include "cimhost/repository/CimError.h"
 
 namespace cimhost {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhost/broker/Broker.h"
+#include "cimhost/broker/Object.h"
+
 #include <string_view>
 #include <type_traits>
 #include <utility>
-
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/Object.h"
 
 /// The one body that every table function has: it finds what the handle stands for, runs the work
 /// and turns whatever is thrown into a status. Nothing leaves it but by return.

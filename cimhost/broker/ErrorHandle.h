@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhost/broker/Object.h"
+#include "cimhost/repository/Instance.h"
+
 #include <array>
 #include <optional>
 #include <string>
-
-#include "cimhost/broker/Object.h"
-#include "cimhost/repository/Instance.h"
 
 namespace cimhost {
 

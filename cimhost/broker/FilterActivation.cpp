@@ -1,13 +1,13 @@
 #include "cimhost/broker/FilterActivation.h"
 
-#include <algorithm>
-#include <optional>
-#include <utility>
-
 #include "cimhost/broker/ProviderCall.h"
 #include "cimhost/broker/SelectExpHandle.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace cimhost {
 

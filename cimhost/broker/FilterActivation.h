@@ -1,15 +1,15 @@
 #pragma once
 
+#include "cimhost/broker/Broker.h"
+#include "cimhost/broker/ModuleHost.h"
+#include "cimhost/broker/Objects.h"
+#include "cimhost/broker/WqlQuery.h"
+
 #include <list>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/ModuleHost.h"
-#include "cimhost/broker/Objects.h"
-#include "cimhost/broker/WqlQuery.h"
 
 namespace cimhost {
 

@@ -1,9 +1,9 @@
 #include "cimhost/broker/HostAssociations.h"
 
+#include "cimhost/repository/Names.h"
+
 #include <algorithm>
 #include <memory>
-
-#include "cimhost/repository/Names.h"
 
 namespace cimhost {
 

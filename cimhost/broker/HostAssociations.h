@@ -1,12 +1,12 @@
 #pragma once
 
-#include <functional>
-#include <string_view>
-#include <vector>
-
 #include "cimhost/broker/Operations.h"
 #include "cimhost/broker/Target.h"
 #include "cimhost/repository/Repository.h"
+
+#include <functional>
+#include <string_view>
+#include <vector>
 
 /// Walks over instances of association classes. Pure functions, safe from several threads.
 namespace cimhost {

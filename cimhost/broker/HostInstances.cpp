@@ -1,9 +1,9 @@
 #include "cimhost/broker/HostInstances.h"
 
-#include <algorithm>
-
 #include "cimhost/broker/BuiltInInstances.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
 
 namespace cimhost {
 

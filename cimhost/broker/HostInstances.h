@@ -1,10 +1,10 @@
 #pragma once
 
-#include <functional>
-#include <optional>
-
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Repository.h"
+
+#include <functional>
+#include <optional>
 
 /// The instances that need no provider: static ones, which came with the MOF, and built-in ones, of
 /// classes that have no static ones. They can be read only. Pure functions, safe from several

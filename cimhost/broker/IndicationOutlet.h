@@ -1,16 +1,16 @@
 #pragma once
 
+#include "cimhost/broker/ListenerUrl.h"
+#include "cimhost/broker/Operations.h"
+#include "cimhost/repository/Instance.h"
+#include "cimhost/repository/Schema.h"
+
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/broker/ListenerUrl.h"
-#include "cimhost/broker/Operations.h"
-#include "cimhost/repository/Instance.h"
-#include "cimhost/repository/Schema.h"
 
 namespace cimhost {
 

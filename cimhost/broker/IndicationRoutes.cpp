@@ -1,11 +1,11 @@
 #include "cimhost/broker/IndicationRoutes.h"
 
+#include "cimhost/broker/WqlEvaluation.h"
+#include "cimhost/repository/Names.h"
+
 #include <algorithm>
 #include <array>
 #include <utility>
-
-#include "cimhost/broker/WqlEvaluation.h"
-#include "cimhost/repository/Names.h"
 
 namespace cimhost {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "cimhost/broker/Broker.h"
+#include "cimhost/broker/IndicationOutlet.h"
+#include "cimhost/broker/WqlQuery.h"
+
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/IndicationOutlet.h"
-#include "cimhost/broker/WqlQuery.h"
 
 namespace cimhost {
 

@@ -1,12 +1,12 @@
 #include "cimhost/broker/InstanceHandle.h"
 
-#include <algorithm>
-
 #include "cimhost/broker/Entry.h"
 #include "cimhost/broker/ObjectPathHandle.h"
 #include "cimhost/broker/StringHandle.h"
 #include "cimhost/broker/Values.h"
 #include "cimhost/repository/CimError.h"
+
+#include <algorithm>
 
 namespace cimhost {
 

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "cimhost/broker/CopyOnWrite.h"
+#include "cimhost/broker/Object.h"
+#include "cimhost/repository/Instance.h"
+
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/broker/CopyOnWrite.h"
-#include "cimhost/broker/Object.h"
-#include "cimhost/repository/Instance.h"
 
 namespace cimhost {
 

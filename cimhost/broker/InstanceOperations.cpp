@@ -1,10 +1,10 @@
-#include <algorithm>
-#include <utility>
-
 #include "cimhost/broker/Dispatch.h"
 #include "cimhost/broker/HostInstances.h"
 #include "cimhost/broker/Operations.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace cimhost {
 
@@ -19,8 +19,9 @@ namespace {
 // is registered for just that class.
 const Registration& requireWriter(const Repository& repository, const ModuleHost& modules,
                                   const Target& target, const ObjectPath& path) {
-    if (const auto* const own = registrationOf(modules, ProviderType::instance, target))
+    if (const auto* const own = registrationOf(modules, ProviderType::instance, target)) {
         return *own;
+    }
     if (findHostInstance(repository, target.nameSpace, path)) refuseReadOnly(path);
     const auto* const nearest = nearestRegistration(modules, ProviderType::instance, target);
     if (nearest) return *nearest;

@@ -1,10 +1,10 @@
 #include "cimhost/broker/ListenerUrl.h"
 
-#include <algorithm>
-#include <charconv>
-
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
+#include <charconv>
 
 namespace cimhost {
 

@@ -1,5 +1,3 @@
-#include <cstring>
-
 #include "cimhost/broker/ArgsHandle.h"
 #include "cimhost/broker/ArrayHandle.h"
 #include "cimhost/broker/BrokerTables.h"
@@ -10,6 +8,8 @@
 #include "cimhost/broker/ObjectPathHandle.h"
 #include "cimhost/broker/SelectExpHandle.h"
 #include "cimhost/broker/StringHandle.h"
+
+#include <cstring>
 
 namespace cimhost {
 

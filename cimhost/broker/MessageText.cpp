@@ -1,10 +1,10 @@
 #include "cimhost/broker/MessageText.h"
 
-#include <array>
-#include <charconv>
-
 #include "cimhost/broker/Entry.h"
 #include "cimhost/broker/StringHandle.h"
+
+#include <array>
+#include <charconv>
 
 namespace cimhost {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cmpi/cmpift.h"
+
 #include <cstdarg>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cmpi/cmpift.h"
 
 /// Message templates of getMessage: `$0` to `$9` stand for the inserts, in order.
 namespace cimhost {

@@ -1,10 +1,10 @@
-#include <algorithm>
-#include <utility>
-
 #include "cimhost/broker/Dispatch.h"
 #include "cimhost/broker/Operations.h"
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/ValueConversion.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace cimhost {
 

@@ -1,10 +1,10 @@
 #include "cimhost/broker/Module.h"
 
+#include "cimhost/repository/CimError.h"
+
 #include <dlfcn.h>
 
 #include <system_error>
-
-#include "cimhost/repository/CimError.h"
 
 namespace cimhost {
 

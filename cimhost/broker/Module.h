@@ -1,5 +1,8 @@
 #pragma once
 
+#include "cimhost/broker/Registration.h"
+#include "cmpi/cmpift.h"
+
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -7,9 +10,6 @@
 #include <string_view>
 #include <tuple>
 #include <vector>
-
-#include "cimhost/broker/Registration.h"
-#include "cmpi/cmpift.h"
 
 namespace cimhost {
 

@@ -1,12 +1,12 @@
 #include "cimhost/broker/ModuleHost.h"
 
-#include <algorithm>
-#include <optional>
-#include <tuple>
-
 #include "cimhost/broker/Broker.h"
 #include "cimhost/broker/ProviderStatus.h"
 #include "cimhost/repository/CimError.h"
+
+#include <algorithm>
+#include <optional>
+#include <tuple>
 
 namespace cimhost {
 

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "cimhost/broker/CallGate.h"
+#include "cimhost/broker/Module.h"
+#include "cimhost/broker/Registration.h"
+
 #include <atomic>
 #include <chrono>
 #include <filesystem>
@@ -10,10 +14,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "cimhost/broker/CallGate.h"
-#include "cimhost/broker/Module.h"
-#include "cimhost/broker/Registration.h"
 
 namespace cimhost {
 

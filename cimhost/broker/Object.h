@@ -1,13 +1,13 @@
 #pragma once
 
+#include "cimhost/broker/ObjectScope.h"
+#include "cmpi/cmpift.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <new>
 #include <utility>
-
-#include "cimhost/broker/ObjectScope.h"
-#include "cmpi/cmpift.h"
 
 /// How the objects behind handles are made, found again and ended.
 ///

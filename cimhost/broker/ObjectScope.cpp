@@ -1,10 +1,10 @@
 #include "cimhost/broker/ObjectScope.h"
 
-#include <cassert>
-#include <new>
-
 #include "cimhost/broker/Broker.h"
 #include "cimhost/broker/Object.h"
+
+#include <cassert>
+#include <new>
 
 namespace cimhost {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cimhost/repository/Instance.h"
+#include "cmpi/cmpift.h"
+
 #include <exception>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/repository/Instance.h"
-#include "cmpi/cmpift.h"
 
 /// The data objects behind the CMPI tables: handles made of our data model, and the way back.
 ///

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "cimhost/broker/Objects.h"
+#include "cimhost/repository/Instance.h"
+#include "cimhost/repository/Repository.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/broker/Objects.h"
-#include "cimhost/repository/Instance.h"
-#include "cimhost/repository/Repository.h"
 
 namespace cimhost {
 

@@ -1,9 +1,9 @@
 #include "cimhost/broker/PropertyListHandle.h"
 
-#include <algorithm>
-
 #include "cimhost/broker/Entry.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
 
 namespace cimhost {
 

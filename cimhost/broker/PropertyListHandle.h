@@ -1,10 +1,10 @@
 #pragma once
 
+#include "cimhost/broker/Object.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "cimhost/broker/Object.h"
 
 namespace cimhost {
 

@@ -1,9 +1,9 @@
-#include <utility>
-
 #include "cimhost/broker/Broker.h"
 #include "cimhost/broker/Operations.h"
 #include "cimhost/broker/Target.h"
 #include "cimhost/repository/CimError.h"
+
+#include <utility>
 
 // Single properties are read and written as parts of their instances: MIs for single properties are
 // deprecated by CMPI 2.1 and not asked.

@@ -1,7 +1,7 @@
-#include <algorithm>
-
 #include "cimhost/broker/Operations.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
 
 namespace cimhost {
 

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "cimhost/broker/Broker.h"
+#include "cimhost/broker/ModuleHost.h"
+#include "cimhost/broker/Objects.h"
+#include "cimhost/broker/ProviderStatus.h"
+
 #include <exception>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/ModuleHost.h"
-#include "cimhost/broker/Objects.h"
-#include "cimhost/broker/ProviderStatus.h"
 
 namespace cimhost {
 

@@ -1,9 +1,9 @@
 #include "cimhost/broker/ProviderResults.h"
 
-#include <utility>
-
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <utility>
 
 namespace cimhost {
 

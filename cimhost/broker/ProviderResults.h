@@ -1,14 +1,14 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "cimhost/broker/Broker.h"
 #include "cimhost/broker/Operations.h"
 #include "cimhost/broker/Registration.h"
 #include "cimhost/broker/Target.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 /// Where MI functions deliver: each result is completed, held against the request and passed on at
 /// once. For one MI call, on its thread. What does not belong into a result of the operation is

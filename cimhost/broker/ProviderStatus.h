@@ -1,13 +1,13 @@
 #pragma once
 
+#include "cimhost/repository/CimError.h"
+#include "cmpi/cmpift.h"
+
 #include <cxxabi.h>
 
 #include <exception>
 #include <string>
 #include <string_view>
-
-#include "cimhost/repository/CimError.h"
-#include "cmpi/cmpift.h"
 
 /// What a provider answers or throws, as CIM errors.
 namespace cimhost {

@@ -1,10 +1,10 @@
 #include "cimhost/broker/QueryText.h"
 
-#include <algorithm>
-
 #include "cimhost/broker/WqlParser.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
 
 namespace cimhost {
 

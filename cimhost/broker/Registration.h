@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cimhost/repository/Names.h"
+
 #include <array>
 #include <bitset>
 #include <cstddef>
@@ -12,8 +14,6 @@
 #include <string_view>
 #include <unordered_map>
 #include <vector>
-
-#include "cimhost/repository/Names.h"
 
 namespace cimhost {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhost/broker/Object.h"
+#include "cimhost/broker/Objects.h"
+
 #include <exception>
 #include <memory>
 #include <mutex>
-
-#include "cimhost/broker/Object.h"
-#include "cimhost/broker/Objects.h"
 
 namespace cimhost {
 

@@ -1,15 +1,15 @@
 #include "cimhost/broker/SelectCondHandle.h"
 
-#include <array>
-#include <string>
-#include <utility>
-
 #include "cimhost/broker/Description.h"
 #include "cimhost/broker/Entry.h"
 #include "cimhost/broker/SelectExpHandle.h"
 #include "cimhost/broker/StringHandle.h"
 #include "cimhost/broker/WqlEvaluation.h"
 #include "cimhost/repository/Names.h"
+
+#include <array>
+#include <string>
+#include <utility>
 
 namespace cimhost {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
-#include <vector>
-
 #include "cimhost/broker/Object.h"
 #include "cimhost/broker/WqlNormalForm.h"
+
+#include <memory>
+#include <vector>
 
 /// A query's condition in a normal form, its terms, and the comparisons in them.
 namespace cimhost {

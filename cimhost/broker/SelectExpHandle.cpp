@@ -1,13 +1,13 @@
 #include "cimhost/broker/SelectExpHandle.h"
 
-#include <utility>
-
 #include "cimhost/broker/Entry.h"
 #include "cimhost/broker/InstanceHandle.h"
 #include "cimhost/broker/SelectCondHandle.h"
 #include "cimhost/broker/StringHandle.h"
 #include "cimhost/broker/Values.h"
 #include "cimhost/repository/Names.h"
+
+#include <utility>
 
 namespace cimhost {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
-
 #include "cimhost/broker/Object.h"
 #include "cimhost/broker/WqlEvaluation.h"
 #include "cimhost/broker/WqlQuery.h"
+
+#include <memory>
 
 namespace cimhost {
 

@@ -1,9 +1,9 @@
 #include "cimhost/broker/StringHandle.h"
 
-#include <cstring>
-
 #include "cimhost/broker/Codepage.h"
 #include "cimhost/broker/MemoryBlocks.h"
+
+#include <cstring>
 
 namespace cimhost {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string_view>
-
 #include "cimhost/broker/Entry.h"
 #include "cimhost/broker/Object.h"
+
+#include <string_view>
 
 namespace cimhost {
 

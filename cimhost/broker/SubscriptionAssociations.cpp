@@ -1,12 +1,12 @@
-#include <functional>
-#include <string_view>
-#include <utility>
-
 #include "cimhost/broker/Entry.h"
 #include "cimhost/broker/HostAssociations.h"
 #include "cimhost/broker/SubscriptionModule.h"
 #include "cimhost/broker/Subscriptions.h"
 #include "cimhost/broker/Target.h"
+
+#include <functional>
+#include <string_view>
+#include <utility>
 
 // Walks from filters to destinations and back, over the subscriptions in the namespace of the
 // source.

@@ -1,10 +1,10 @@
+#include "cimhost/broker/SubscriptionParts.h"
+
 #include <algorithm>
 #include <initializer_list>
 #include <iterator>
 #include <type_traits>
 #include <utility>
-
-#include "cimhost/broker/SubscriptionParts.h"
 
 // How filters, destinations and subscriptions are modified and deleted.
 
@@ -166,8 +166,9 @@ void Subscriptions::remove(const RequestContext& request, const ObjectPath& path
         --subscription.destination->subscribers;
     };
     if (take(
-            _subscriptions, [](auto&) {}, end))
+            _subscriptions, [](auto&) {}, end)) {
         return;
+    }
     if (find(path)) {
         throw CimError(CimCode::notSupported,
                        "instances of class " + path.className + " can only be read");

@@ -50,8 +50,9 @@ public:
 
     void writeAll(std::string_view text) const {
         // The mode of a file that was there already is its own.
-        if (fchmod(_descriptor, S_IRUSR | S_IWUSR) != 0)
+        if (fchmod(_descriptor, S_IRUSR | S_IWUSR) != 0) {
             fail(_file, "cannot be kept private", errno);
+        }
         while (!text.empty()) {
             const ssize_t count = ::write(_descriptor, text.data(), text.size());
             if (count < 0 && errno == EINTR) continue;

@@ -1,13 +1,13 @@
 #include "cimhost/broker/SubscriptionModule.h"
 
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "cimhost/broker/Entry.h"
 #include "cimhost/broker/SubscriptionRules.h"
 #include "cimhost/broker/Subscriptions.h"
 #include "cimhost/repository/CimError.h"
+
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace cimhost {
 

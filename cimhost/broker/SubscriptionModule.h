@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string_view>
-
 #include "cimhost/broker/Module.h"
 #include "cimhost/broker/Registration.h"
 #include "cimhost/repository/Repository.h"
+
+#include <string_view>
 
 namespace cimhost {
 

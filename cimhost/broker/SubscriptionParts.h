@@ -1,5 +1,11 @@
 #pragma once
 
+#include "cimhost/broker/DateTime.h"
+#include "cimhost/broker/Description.h"
+#include "cimhost/broker/Subscriptions.h"
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
+
 #include <algorithm>
 #include <chrono>
 #include <list>
@@ -7,12 +13,6 @@
 #include <string>
 #include <thread>
 #include <utility>
-
-#include "cimhost/broker/DateTime.h"
-#include "cimhost/broker/Description.h"
-#include "cimhost/broker/Subscriptions.h"
-#include "cimhost/repository/CimError.h"
-#include "cimhost/repository/Names.h"
 
 /// What the sources of Subscriptions share.
 namespace cimhost {

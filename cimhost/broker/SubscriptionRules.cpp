@@ -1,15 +1,15 @@
 #include "cimhost/broker/SubscriptionRules.h"
 
-#include <algorithm>
-#include <array>
-#include <memory>
-#include <utility>
-
 #include "cimhost/broker/HostName.h"
 #include "cimhost/broker/WqlParser.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/ValueConversion.h"
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <utility>
 
 namespace cimhost {
 

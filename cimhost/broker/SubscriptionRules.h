@@ -1,13 +1,13 @@
 #pragma once
 
-#include <string_view>
-#include <vector>
-
 #include "cimhost/broker/FilterActivation.h"
 #include "cimhost/broker/IndicationOutlet.h"
 #include "cimhost/broker/ListenerUrl.h"
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Repository.h"
+
+#include <string_view>
+#include <vector>
 
 /// What filters, destinations and subscriptions must be like. Pure functions, safe from several
 /// threads.

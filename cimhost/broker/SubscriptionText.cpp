@@ -1,11 +1,11 @@
 #include "cimhost/broker/SubscriptionText.h"
 
-#include <charconv>
-#include <utility>
-
 #include "cimhost/broker/Description.h"
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/Utf8.h"
+
+#include <charconv>
+#include <utility>
 
 namespace cimhost {
 

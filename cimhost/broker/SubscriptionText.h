@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cimhost/repository/Instance.h"
+
 #include <cstddef>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/repository/Instance.h"
 
 /// Instances as the lines of a state file:
 ///

@@ -1,13 +1,13 @@
 #include "cimhost/broker/Subscriptions.h"
 
-#include <utility>
-
 #include "cimhost/broker/SubscriptionFile.h"
 #include "cimhost/broker/SubscriptionParts.h"
 #include "cimhost/broker/SubscriptionText.h"
 #include "cimhost/broker/Target.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <utility>
 
 namespace cimhost {
 
@@ -125,8 +125,9 @@ void Subscriptions::_save() {
 void Subscriptions::_activate(const RequestContext& request, Subscription& subscription) {
     Filter& filter = *subscription.filter;
     Destination& destination = *subscription.destination;
-    if (filter.activeSubscribers == 0)
+    if (filter.activeSubscribers == 0) {
         filter.active = _activation.activate(request, filter.meaning);
+    }
     if (!destination.queue) {
         destination.queue = _outlet.open(nameOf(destination.instance), destination.url);
     }

@@ -1,5 +1,10 @@
 #pragma once
 
+#include "cimhost/broker/FilterActivation.h"
+#include "cimhost/broker/IndicationOutlet.h"
+#include "cimhost/broker/IndicationRoutes.h"
+#include "cimhost/broker/SubscriptionRules.h"
+
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
@@ -12,11 +17,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include "cimhost/broker/FilterActivation.h"
-#include "cimhost/broker/IndicationOutlet.h"
-#include "cimhost/broker/IndicationRoutes.h"
-#include "cimhost/broker/SubscriptionRules.h"
 
 namespace cimhost {
 

@@ -1,3 +1,5 @@
+#include "cimhost/broker/BrokerTables.h"
+
 #include <pthread.h>
 
 #include <bit>
@@ -9,8 +11,6 @@
 #include <new>
 #include <string>
 #include <unordered_map>
-
-#include "cimhost/broker/BrokerTables.h"
 
 // None of these functions is noexcept and none catches what it did not throw: a thread that exits
 // or is cancelled unwinds through them.

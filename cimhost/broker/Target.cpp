@@ -1,10 +1,10 @@
 #include "cimhost/broker/Target.h"
 
-#include <memory>
-#include <utility>
-
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/ValueConversion.h"
+
+#include <memory>
+#include <utility>
 
 namespace cimhost {
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "cimhost/broker/Objects.h"
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Repository.h"
+
+#include <optional>
+#include <string>
+#include <vector>
 
 /// What a request is about, held against the repository before any provider sees it.
 /// Pure functions, safe from several threads.

@@ -1,12 +1,12 @@
 #include "cimhost/broker/UpCalls.h"
 
-#include <algorithm>
-#include <utility>
-
 #include "cimhost/broker/Broker.h"
 #include "cimhost/broker/Entry.h"
 #include "cimhost/broker/Operations.h"
 #include "cimhost/repository/CimError.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace cimhost {
 

@@ -1,8 +1,5 @@
 #include "cimhost/broker/Values.h"
 
-#include <array>
-#include <cstdint>
-
 #include "cimhost/broker/ArrayHandle.h"
 #include "cimhost/broker/DateTimeHandle.h"
 #include "cimhost/broker/Entry.h"
@@ -10,6 +7,9 @@
 #include "cimhost/broker/ObjectPathHandle.h"
 #include "cimhost/broker/StringHandle.h"
 #include "cimhost/repository/CimError.h"
+
+#include <array>
+#include <cstdint>
 
 namespace cimhost {
 

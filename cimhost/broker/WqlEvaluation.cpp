@@ -1,15 +1,15 @@
 #include "cimhost/broker/WqlEvaluation.h"
 
+#include "cimhost/broker/DateTime.h"
+#include "cimhost/broker/WqlPattern.h"
+#include "cimhost/repository/Names.h"
+#include "cimhost/repository/Utf8.h"
+
 #include <algorithm>
 #include <cmath>
 #include <compare>
 #include <memory>
 #include <optional>
-
-#include "cimhost/broker/DateTime.h"
-#include "cimhost/broker/WqlPattern.h"
-#include "cimhost/repository/Names.h"
-#include "cimhost/repository/Utf8.h"
 
 namespace cimhost {
 

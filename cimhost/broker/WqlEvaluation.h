@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-
 #include "cimhost/broker/WqlQuery.h"
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/NameSpace.h"
+
+#include <string>
 
 /// Whether queries hold. Conditions have three values: what compares with NULL, or compares things
 /// that cannot be compared, is neither true nor false, and neither are conditions that depend on

@@ -1,9 +1,9 @@
 #include "cimhost/broker/WqlLexer.h"
 
-#include <algorithm>
-
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
 
 namespace cimhost {
 
@@ -44,8 +44,9 @@ std::size_t numberEnd(std::string_view text) noexcept {
     while (i < text.size()) {
         const bool isSign =
             (text[i] == '+' || text[i] == '-') && (text[i - 1] == 'e' || text[i - 1] == 'E');
-        if (!isSign && text[i] != '.' && findNameEnd(text.substr(i, 1)) == 0 && !isDigit(text[i]))
+        if (!isSign && text[i] != '.' && findNameEnd(text.substr(i, 1)) == 0 && !isDigit(text[i])) {
             break;
+        }
         ++i;
     }
     return i;
@@ -91,8 +92,9 @@ WqlToken WqlLexer::next() {
         }
         return _take(WqlToken::Kind::string, end);
     }
-    if (const std::size_t end = findNameEnd(rest); end != 0)
+    if (const std::size_t end = findNameEnd(rest); end != 0) {
         return _take(WqlToken::Kind::name, end);
+    }
     if (beginsNumber(rest)) return _take(WqlToken::Kind::number, numberEnd(rest));
     return _take(WqlToken::Kind::symbol, symbolLength(rest));
 }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "cimhost/broker/WqlQuery.h"
+
 #include <cstddef>
 #include <optional>
 #include <vector>
-
-#include "cimhost/broker/WqlQuery.h"
 
 /// Conditions without NOT, in two levels. Pure functions, safe from several threads.
 namespace cimhost {

@@ -1,14 +1,14 @@
 #include "cimhost/broker/WqlParser.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
-#include <utility>
-
 #include "cimhost/broker/WqlLexer.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/Utf8.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <utility>
 
 namespace cimhost {
 
@@ -164,9 +164,7 @@ private:
     }
 
     WqlPredicate _predicate() {
-        if (++_predicates > WqlLimits::predicates) {
-            refuseSize("comparisons", WqlLimits::predicates);
-        }
+        if (++_predicates > WqlLimits::predicates) refuseSize("comparisons", WqlLimits::predicates);
         WqlPredicate predicate;
         predicate.left = _operand();
         if (_readWordOperator(predicate)) return predicate;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cimhost/broker/WqlQuery.h"
+
 #include <cstddef>
 #include <string_view>
-
-#include "cimhost/broker/WqlQuery.h"
 
 /// Queries of WQL, and the part of CQL that is written alike:
 ///

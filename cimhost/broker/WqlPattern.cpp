@@ -1,9 +1,9 @@
 #include "cimhost/broker/WqlPattern.h"
 
+#include "cimhost/repository/Utf8.h"
+
 #include <algorithm>
 #include <cstddef>
-
-#include "cimhost/repository/Utf8.h"
 
 namespace cimhost {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "cimhost/repository/Value.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
-
-#include "cimhost/repository/Value.h"
 
 namespace cimhost {
 

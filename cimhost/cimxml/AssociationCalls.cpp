@@ -1,11 +1,11 @@
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "cimhost/cimxml/Call.h"
 #include "cimhost/cimxml/ClassWriter.h"
 #include "cimhost/cimxml/Results.h"
 #include "cimhost/repository/ClassAssociations.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace cimhost {
 namespace {
@@ -71,10 +71,11 @@ void answerObjects(Call& call, const Parameters& parameters, InstanceOperation o
                    ClassQuery query) {
     const Element target = readObjectName(parameters);
     const AssociationFilter filter = readFilter(parameters);
-    if (const Class* const definition = readTargetClass(call, target))
+    if (const Class* const definition = readTargetClass(call, target)) {
         return writeReturnValue(call, [&] {
             writeClasses(call, parameters, query(call.nameSpace, *definition, filter));
         });
+    }
     const ObjectPath path = call.reader.path(target);
     const InstanceOptions options = readInstanceOptions(parameters);
     InstanceWriter sink(call, InstanceForm::inFull, options.includeClassOrigin);
@@ -86,9 +87,10 @@ void answerNames(Call& call, const Parameters& parameters, NameOperation operati
                  ClassQuery query) {
     const Element target = readObjectName(parameters);
     const AssociationFilter filter = readFilter(parameters);
-    if (const Class* const definition = readTargetClass(call, target))
+    if (const Class* const definition = readTargetClass(call, target)) {
         return writeReturnValue(
             call, [&] { writeClassPaths(call, query(call.nameSpace, *definition, filter)); });
+    }
     const ObjectPath path = call.reader.path(target);
     PathWriter sink(call, PathForm::inFull);
     writeReturnValue(call, [&] { (call.operations.*operation)(call.context, path, filter, sink); });

@@ -1,11 +1,11 @@
 #include "cimhost/cimxml/Call.h"
 
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
+
 #include <algorithm>
 #include <array>
 #include <string>
-
-#include "cimhost/repository/CimError.h"
-#include "cimhost/repository/Names.h"
 
 namespace cimhost {
 namespace {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string_view>
-
 #include "cimhost/broker/Operations.h"
 #include "cimhost/cimxml/Message.h"
 #include "cimhost/cimxml/ModelReader.h"
@@ -10,6 +8,8 @@
 #include "cimhost/cimxml/ReplyStream.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Repository.h"
+
+#include <string_view>
 
 namespace cimhost {
 

@@ -1,9 +1,9 @@
-#include <string>
-
 #include "cimhost/cimxml/Call.h"
 #include "cimhost/cimxml/ClassWriter.h"
 #include "cimhost/cimxml/Results.h"
 #include "cimhost/repository/CimError.h"
+
+#include <string>
 
 namespace cimhost {
 namespace {
@@ -28,8 +28,9 @@ void forEachSubclass(const Call& call, const Parameters& parameters, auto&& each
             each(*child);
             continue;
         }
-        for (const Class* const descendant : call.nameSpace.withDescendants(child->name))
+        for (const Class* const descendant : call.nameSpace.withDescendants(child->name)) {
             each(*descendant);
+        }
     }
 }
 
@@ -73,16 +74,18 @@ void enumerateClassNames(Call& call, const Parameters& parameters) {
 void getQualifier(Call& call, const Parameters& parameters) {
     const std::string name = parameters.requiredText(Parameter::qualifierName);
     const QualifierDeclaration* const declaration = call.nameSpace.findQualifier(name);
-    if (declaration == nullptr)
+    if (!declaration) {
         throw CimError(CimCode::notFound,
                        "there is no qualifier " + name + " in namespace " + call.nameSpace.name());
+    }
     writeReturnValue(call, [&] { writeDeclaration(call, *declaration); });
 }
 
 void enumerateQualifiers(Call& call, const Parameters&) {
     writeReturnValue(call, [&] {
-        for (const QualifierDeclaration* const declaration : call.nameSpace.qualifiers())
+        for (const QualifierDeclaration* const declaration : call.nameSpace.qualifiers()) {
             writeDeclaration(call, *declaration);
+        }
     });
 }
 

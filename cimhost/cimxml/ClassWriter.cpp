@@ -1,9 +1,9 @@
 #include "cimhost/cimxml/ClassWriter.h"
 
+#include "cimhost/repository/Names.h"
+
 #include <algorithm>
 #include <array>
-
-#include "cimhost/repository/Names.h"
 
 namespace cimhost {
 namespace {
@@ -30,8 +30,9 @@ std::string_view propertyElement(const PropertyDefinition& property) noexcept {
 }
 
 std::string_view parameterElement(const ParameterDefinition& parameter) noexcept {
-    if (parameter.type == CimType::reference)
+    if (parameter.type == CimType::reference) {
         return parameter.isArray ? "PARAMETER.REFARRAY" : "PARAMETER.REFERENCE";
+    }
     return parameter.isArray ? "PARAMETER.ARRAY" : "PARAMETER";
 }
 
@@ -67,8 +68,9 @@ void ClassWriter::write(const Class& definition) {
     for (const auto& property : definition.properties) {
         const bool isInherited =
             super != nullptr && super->findProperty(property->name) == property.get();
-        if (_selects(property->name) && !(isInherited && _options.localOnly))
+        if (_selects(property->name) && !(isInherited && _options.localOnly)) {
             _property(*property, isInherited);
+        }
     }
     for (const auto& method : definition.methods) {
         const bool isInherited =
@@ -102,8 +104,9 @@ void ClassWriter::_flavor(const Flavor& flavor) {
 }
 
 void ClassWriter::_origin(std::string_view classOrigin, bool isInherited) {
-    if (_options.includeClassOrigin && !classOrigin.empty())
+    if (_options.includeClassOrigin && !classOrigin.empty()) {
         _out.attribute("CLASSORIGIN", classOrigin);
+    }
     if (isInherited) _out.attribute("PROPAGATED", "true");
 }
 
@@ -114,14 +117,16 @@ void ClassWriter::_arraySize(const std::optional<std::uint32_t>& size) {
 void ClassWriter::_property(const PropertyDefinition& property, bool isInherited) {
     const std::string_view element = propertyElement(property);
     _open(element, property.name);
-    if (property.type != CimType::reference)
+    if (property.type != CimType::reference) {
         _out.attribute("TYPE", typeName(property.type));
-    else if (!property.referenceClass.empty())
+    } else if (!property.referenceClass.empty()) {
         _out.attribute("REFERENCECLASS", property.referenceClass);
+    }
     if (property.isArray) _arraySize(property.arraySize);
     _origin(property.classOrigin, isInherited);
-    if (property.type == CimType::instance)
+    if (property.type == CimType::instance) {
         _out.attribute("EmbeddedObject", property.isEmbeddedObject ? "object" : "instance");
+    }
     _out.markup(">");
     _qualifiers(property.qualifiers, isInherited);
     _objects.value(property.defaultValue);
@@ -134,18 +139,20 @@ void ClassWriter::_method(const MethodDefinition& method, bool isInherited) {
     _origin(method.classOrigin, isInherited);
     _out.markup(">");
     _qualifiers(method.qualifiers, isInherited);
-    for (const ParameterDefinition& parameter : method.parameters)
+    for (const ParameterDefinition& parameter : method.parameters) {
         _parameter(parameter, isInherited);
+    }
     _close("METHOD");
 }
 
 void ClassWriter::_parameter(const ParameterDefinition& parameter, bool isInherited) {
     const std::string_view element = parameterElement(parameter);
     _open(element, parameter.name);
-    if (parameter.type != CimType::reference)
+    if (parameter.type != CimType::reference) {
         _out.attribute("TYPE", typeName(parameter.type));
-    else if (!parameter.referenceClass.empty())
+    } else if (!parameter.referenceClass.empty()) {
         _out.attribute("REFERENCECLASS", parameter.referenceClass);
+    }
     if (parameter.isArray) _arraySize(parameter.arraySize);
     _out.markup(">");
     _qualifiers(parameter.qualifiers, isInherited);
@@ -159,9 +166,11 @@ void ClassWriter::write(const QualifierDeclaration& declaration) {
     _arraySize(declaration.arraySize);
     _flavor(declaration.flavor);
     _out.markup("><SCOPE");
-    for (const ScopeRow& row : scopeRows)
-        if ((declaration.scopes & static_cast<std::uint16_t>(row.scope)) != 0)
+    for (const ScopeRow& row : scopeRows) {
+        if ((declaration.scopes & static_cast<std::uint16_t>(row.scope)) != 0) {
             _out.attribute(row.attribute, "true");
+        }
+    }
     _out.markup("></SCOPE>");
     _objects.value(declaration.defaultValue);
     _close("QUALIFIER.DECLARATION");

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "cimhost/cimxml/ObjectWriter.h"
 #include "cimhost/cimxml/XmlBuffer.h"
 #include "cimhost/repository/Repository.h"
 #include "cimhost/repository/Schema.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace cimhost {
 

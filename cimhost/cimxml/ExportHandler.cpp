@@ -1,14 +1,14 @@
 #include "cimhost/cimxml/ExportHandler.h"
 
-#include <optional>
-#include <string>
-
 #include "cimhost/cimxml/HeaderMatch.h"
 #include "cimhost/cimxml/Message.h"
 #include "cimhost/cimxml/ModelReader.h"
 #include "cimhost/cimxml/XmlBuffer.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <optional>
+#include <string>
 
 namespace cimhost {
 namespace {
@@ -17,11 +17,13 @@ constexpr std::string_view methodName = "ExportIndication";
 
 std::optional<Refusal> checkExportHeaders(const CimXmlRequest& request) {
     const auto exportHeader = request.header("CIMExport");
-    if (exportHeader && !equalNames(*exportHeader, "MethodRequest"))
+    if (exportHeader && !equalNames(*exportHeader, "MethodRequest")) {
         return Refusal{400, "unsupported-operation"};
+    }
     const auto method = request.header("CIMExportMethod");
-    if (method && !equalNames(percentDecode(*method), methodName))
+    if (method && !equalNames(percentDecode(*method), methodName)) {
         return Refusal{400, "header-mismatch"};
+    }
     const auto contentType = request.header("Content-Type");
     if (!contentType || !isReadableXml(*contentType)) return Refusal{406, "header-mismatch"};
     return std::nullopt;
@@ -32,16 +34,18 @@ Instance readIndication(const Element& call) {
     const NameSpace unknown{std::string()};
     for (const Element parameter : call.children()) {
         if (!equalNames(parameter.attributeText(Attribute::name), "NewIndication")) continue;
-        if (const std::optional<Element> instance = parameter.child(Tag::instance))
+        if (const std::optional<Element> instance = parameter.child(Tag::instance)) {
             return ModelReader(nothing, unknown).undeclaredInstance(*instance);
+        }
     }
     throw CimError(CimCode::invalidParameter, "there is no parameter NewIndication");
 }
 
 void take(const Element& call, const ExportHandler::Taker& taker) {
     const std::string_view name = call.attributeText(Attribute::name);
-    if (!equalNames(name, methodName))
+    if (!equalNames(name, methodName)) {
         throw CimError(CimCode::notSupported, "method " + std::string(name) + " is not supported");
+    }
     taker(readIndication(call));
 }
 
@@ -78,8 +82,9 @@ std::optional<CimError> failureOfTaking(const Element& call, const ExportHandler
 }  // namespace
 
 void ExportHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) const {
-    if (const auto refusal = checkExportHeaders(request))
+    if (const auto refusal = checkExportHeaders(request)) {
         return reply.refuse(refusal->status, refusal->cimError);
+    }
     std::optional<XmlDocument> document;
     try {
         document.emplace(request.body, TagSet{Tag::cim});

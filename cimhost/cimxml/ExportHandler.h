@@ -1,9 +1,9 @@
 #pragma once
 
-#include <functional>
-
 #include "cimhost/cimxml/Handler.h"
 #include "cimhost/repository/Instance.h"
+
+#include <functional>
 
 namespace cimhost {
 

@@ -1,12 +1,12 @@
 #include "cimhost/cimxml/ExportMessage.h"
 
+#include "cimhost/cimxml/ObjectWriter.h"
+#include "cimhost/cimxml/XmlParser.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
 #include <vector>
-
-#include "cimhost/cimxml/ObjectWriter.h"
-#include "cimhost/cimxml/XmlParser.h"
 
 namespace cimhost {
 namespace {
@@ -22,7 +22,7 @@ void setWhereDeclared(Instance& instance, const Class& definition, std::string_v
 
 bool isNull(const Instance& instance, std::string_view name) noexcept {
     const PropertyValue* const property = instance.find(name);
-    return property == nullptr || property->value.isNull();
+    return !property || property->value.isNull();
 }
 
 /// The element that stands at each depth of an answer, in which an error may take the place of
@@ -31,8 +31,9 @@ constexpr auto steps = std::to_array<std::string_view>(
     {"CIM", "MESSAGE", "SIMPLEEXPRSP", "EXPMETHODRESPONSE", "ERROR"});
 
 std::string_view attributeOf(const char* const* attributes, std::string_view name) noexcept {
-    for (; *attributes != nullptr; attributes += 2)
+    for (; *attributes != nullptr; attributes += 2) {
         if (name == attributes[0]) return attributes[1];
+    }
     return {};
 }
 
@@ -40,16 +41,18 @@ std::string_view attributeOf(const char* const* attributes, std::string_view nam
 class AnswerReader final : public XmlEvents {
 public:
     void startElement(std::string_view name, const char* const* attributes) override {
-        if (++_depth > maximumDepth)
+        if (++_depth > maximumDepth) {
             throw XmlError(XmlError::Kind::notValid, "elements are nested too deeply");
+        }
         const bool isNext = _depth == _matched + 1 && _matched < steps.size();
         if (!isNext || name != steps[_matched]) return;
         ++_matched;
         if (_matched == 4) _responds = attributeOf(attributes, "NAME") == "ExportIndication";
-        if (_matched == 5)
+        if (_matched == 5) {
             _error =
                 std::string(attributeOf(attributes, "CODE")) + " " +
                 std::string(attributeOf(attributes, "DESCRIPTION").substr(0, maximumTextBytes));
+        }
     }
 
     void endElement() override {
@@ -86,9 +89,10 @@ void writeExportMessage(XmlBuffer& out, const OutgoingIndication& outgoing,
                          Value::string(std::string(sequence.context)));
         setWhereDeclared(indication, definition, "SequenceNumber",
                          Value::signedInteger(CimType::sint64, sequence.number));
-        if (isNull(indication, "IndicationFilterName"))
+        if (isNull(indication, "IndicationFilterName")) {
             setWhereDeclared(indication, definition, "IndicationFilterName",
                              Value::string(std::string(outgoing.filterName)));
+        }
     }
     out.markup(
         "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cimhost/broker/IndicationOutlet.h"
+#include "cimhost/cimxml/XmlBuffer.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "cimhost/broker/IndicationOutlet.h"
-#include "cimhost/cimxml/XmlBuffer.h"
 
 /// Indications as export messages (DSP0200, 6.3; DSP0201, SIMPLEEXPREQ). Pure functions, safe from
 /// several threads.

@@ -88,8 +88,9 @@ static_assert(rules.size() == tagCount && tagCount <= 64);
 // Where each tag's rule stands in the table above.
 constexpr auto placeOfTag = [] {
     std::array<std::uint8_t, tagCount> places{};
-    for (std::size_t i = 0; i < rules.size(); ++i)
+    for (std::size_t i = 0; i < rules.size(); ++i) {
         places[static_cast<std::size_t>(rules[i].tag)] = static_cast<std::uint8_t>(i);
+    }
     return places;
 }();
 

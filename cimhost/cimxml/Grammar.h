@@ -75,14 +75,14 @@ class TagSet {
 public:
     constexpr TagSet() = default;
     constexpr TagSet(std::initializer_list<Tag> tags) {
-        for (const Tag tag : tags) _bits |= bit(tag);
+        for (const Tag tag : tags) _bits |= _bit(tag);
     }
 
-    constexpr bool contains(Tag tag) const noexcept { return (_bits & bit(tag)) != 0; }
+    constexpr bool contains(Tag tag) const noexcept { return (_bits & _bit(tag)) != 0; }
     constexpr bool empty() const noexcept { return _bits == 0; }
 
 private:
-    static constexpr std::uint64_t bit(Tag tag) noexcept {
+    static constexpr std::uint64_t _bit(Tag tag) noexcept {
         return std::uint64_t{1} << static_cast<unsigned>(tag);
     }
 

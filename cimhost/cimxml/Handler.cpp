@@ -1,16 +1,16 @@
 #include "cimhost/cimxml/Handler.h"
 
-#include <exception>
-#include <new>
-#include <optional>
-#include <string>
-
 #include "cimhost/cimxml/Call.h"
 #include "cimhost/cimxml/Message.h"
 #include "cimhost/cimxml/ModelReader.h"
 #include "cimhost/cimxml/ReplyStream.h"
 #include "cimhost/cimxml/XmlDocument.h"
 #include "cimhost/repository/CimError.h"
+
+#include <exception>
+#include <new>
+#include <optional>
+#include <string>
 
 namespace cimhost {
 namespace {
@@ -95,8 +95,9 @@ std::string nameSpaceOf(const Message& message) {
 
 const IntrinsicOperation* requireOperation(const Message& message) {
     if (!message.isIntrinsic) return nullptr;
-    if (const IntrinsicOperation* const operation = findIntrinsicOperation(message.name))
+    if (const IntrinsicOperation* const operation = findIntrinsicOperation(message.name)) {
         return operation;
+    }
     throw CimError(CimCode::notSupported,
                    "operation " + std::string(message.name) + " is not supported");
 }
@@ -115,10 +116,11 @@ void answer(Operations& operations, const Repository& repository, const CimXmlRe
               ObjectWriter(out.buffer(), request.host, nameSpace.name())};
     const Envelope envelope(out.buffer(), message);
     envelope.open();
-    if (operation != nullptr)
+    if (operation != nullptr) {
         operation->handler(call, Parameters(message.call, operation->parameters));
-    else
+    } else {
         invokeMethod(call, message);
+    }
     envelope.close();
     out.flush();
 }
@@ -148,8 +150,9 @@ CimXmlHandler::CimXmlHandler(Operations& operations, const Repository& repositor
 void CimXmlHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) const {
     std::optional<XmlDocument> document;
     std::optional<Message> message;
-    if (const std::optional<Refusal> refusal = read(request, document, message))
+    if (const std::optional<Refusal> refusal = read(request, document, message)) {
         return reply.refuse(refusal->status, refusal->cimError);
+    }
 
     ReplyStream out(reply);
     Failure failure;
@@ -160,10 +163,11 @@ void CimXmlHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) con
         failure = currentFailure();
     }
     reply.noteFailure(failure.code);
-    if (out.restart())
+    if (out.restart()) {
         writeError(out, *message, failure);
-    else
+    } else {
         reply.fail(failure.code, failure.description);
+    }
 }
 
 }  // namespace cimhost

@@ -1,13 +1,13 @@
 #include "cimhost/cimxml/HeaderMatch.h"
 
+#include "cimhost/cimxml/ModelReader.h"
+#include "cimhost/cimxml/ValueText.h"
+#include "cimhost/repository/Names.h"
+
 #include <algorithm>
 #include <charconv>
 #include <optional>
 #include <vector>
-
-#include "cimhost/cimxml/ModelReader.h"
-#include "cimhost/cimxml/ValueText.h"
-#include "cimhost/repository/Names.h"
 
 namespace cimhost {
 namespace {
@@ -40,8 +40,9 @@ bool sameScalar(std::string_view left, std::string_view right) {
 /// The INSTANCENAME or CLASSNAME in a VALUE.REFERENCE, behind whatever path leads there.
 Element targetOf(const Element& valueReference) noexcept {
     Element target = *valueReference.firstChild();
-    while (target.tag() != Tag::instanceName && target.tag() != Tag::className)
+    while (target.tag() != Tag::instanceName && target.tag() != Tag::className) {
         target = *target.firstChild()->next();
+    }
     return target;
 }
 
@@ -67,8 +68,9 @@ public:
         const bool isClass = name.tag() == Tag::className;
         const std::size_t end = std::min(_rest.find_first_of(".,=\""), _rest.size());
         if (!equalNames(_rest.substr(0, end),
-                        name.attributeText(isClass ? Attribute::name : Attribute::className)))
+                        name.attributeText(isClass ? Attribute::name : Attribute::className))) {
             return false;
+        }
         _rest.remove_prefix(end);
         // Some write an instance without keys as "Class.", "Class.@" or "Class=@".
         if (!name.firstChild()) return _skip(".@") || _skip("=@") || _skip(".") || true;
@@ -82,8 +84,9 @@ public:
             _rest.remove_prefix(slash == std::string_view::npos ? _rest.size() : slash + 1);
         }
         const std::size_t separator = _rest.find_first_of(":.,\"");
-        if (separator != std::string_view::npos && _rest[separator] == ':')
+        if (separator != std::string_view::npos && _rest[separator] == ':') {
             _rest.remove_prefix(separator + 1);
+        }
         return matchName(targetOf(valueReference));
     }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cimhost/cimxml/XmlDocument.h"
+
 #include <string>
 #include <string_view>
-
-#include "cimhost/cimxml/XmlDocument.h"
 
 /// The CIMObject header held against the request's body (DSP0200, 6.3.6).
 ///

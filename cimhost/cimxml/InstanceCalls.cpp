@@ -1,10 +1,10 @@
-#include <string>
-#include <utility>
-
 #include "cimhost/cimxml/Call.h"
 #include "cimhost/cimxml/Results.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <string>
+#include <utility>
 
 namespace cimhost {
 namespace {
@@ -62,10 +62,11 @@ void modifyInstance(Call& call, const Parameters& parameters) {
     const Element element = *name.next();
     parameters.boolean(Parameter::includeQualifiers, true);
     ObjectPath path = call.reader.path(name);
-    if (!equalNames(path.className, element.attributeText(Attribute::className)))
+    if (!equalNames(path.className, element.attributeText(Attribute::className))) {
         throw CimError(
             CimCode::invalidParameter,
             "the modified instance is not of the class that its name says, " + path.className);
+    }
     Instance instance = call.reader.instance(element, call.requireClass(path.className));
     instance.path = std::move(path);
     call.operations.modifyInstance(call.context, instance, parameters.propertyList());

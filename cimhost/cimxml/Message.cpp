@@ -1,10 +1,10 @@
 #include "cimhost/cimxml/Message.h"
 
-#include <algorithm>
-
 #include "cimhost/cimxml/HeaderMatch.h"
 #include "cimhost/cimxml/ModelReader.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
 
 namespace cimhost {
 namespace {
@@ -18,12 +18,15 @@ bool isVersion(std::string_view text, std::string_view major) noexcept {
 }
 
 void checkVersions(const Element& cim, const Element& message) {
-    if (!isVersion(cim.attributeText(Attribute::cimVersion), "2"))
+    if (!isVersion(cim.attributeText(Attribute::cimVersion), "2")) {
         throw Refusal{501, "unsupported-cim-version"};
-    if (!isVersion(cim.attributeText(Attribute::dtdVersion), "2"))
+    }
+    if (!isVersion(cim.attributeText(Attribute::dtdVersion), "2")) {
         throw Refusal{501, "unsupported-dtd-version"};
-    if (!isVersion(message.attributeText(Attribute::protocolVersion), "1"))
+    }
+    if (!isVersion(message.attributeText(Attribute::protocolVersion), "1")) {
         throw Refusal{501, "unsupported-protocol-version"};
+    }
 }
 
 std::string_view trimmed(std::string_view text) noexcept {
@@ -45,8 +48,9 @@ bool isReadable(std::string_view parameter) noexcept {
     const std::size_t equals = std::min(parameter.find('='), parameter.size());
     if (!equalNames(trimmed(parameter.substr(0, equals)), "charset")) return true;
     std::string_view charset = trimmed(parameter.substr(std::min(equals + 1, parameter.size())));
-    if (charset.size() > 1 && charset.starts_with('"') && charset.ends_with('"'))
+    if (charset.size() > 1 && charset.starts_with('"') && charset.ends_with('"')) {
         charset = charset.substr(1, charset.size() - 2);
+    }
     return equalNames(charset, "utf-8") || equalNames(charset, "us-ascii");
 }
 
@@ -80,10 +84,12 @@ Element callOf(const Element& simpleRequest) {
 
 bool isReadableXml(std::string_view contentType) noexcept {
     const std::string_view mediaType = takePart(contentType);
-    if (!equalNames(mediaType, "application/xml") && !equalNames(mediaType, "text/xml"))
+    if (!equalNames(mediaType, "application/xml") && !equalNames(mediaType, "text/xml")) {
         return false;
-    while (!contentType.empty())
+    }
+    while (!contentType.empty()) {
         if (!isReadable(takePart(contentType))) return false;
+    }
     return true;
 }
 
@@ -119,8 +125,9 @@ Message readMessage(const CimXmlRequest& request, const XmlDocument& document) {
     const Element call = callOf(content);
     const Message message{envelope.attributeText(Attribute::id), call,
                           call.attributeText(Attribute::name), call.tag() == Tag::intrinsicCall};
-    if (!namesMethod(request, message.name) || !namesObject(request, message))
+    if (!namesMethod(request, message.name) || !namesObject(request, message)) {
         throw Refusal{400, "header-mismatch"};
+    }
     return message;
 }
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <optional>
-#include <string_view>
-
 #include "cimhost/cimxml/Handler.h"
 #include "cimhost/cimxml/XmlDocument.h"
+
+#include <optional>
+#include <string_view>
 
 namespace cimhost {
 

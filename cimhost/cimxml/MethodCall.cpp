@@ -1,8 +1,8 @@
-#include <string>
-
 #include "cimhost/cimxml/Call.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <string>
 
 namespace cimhost {
 namespace {
@@ -14,8 +14,9 @@ const MethodDefinition& requireMethod(const Class& definition, std::string_view 
 }
 
 const ParameterDefinition& requireParameter(const MethodDefinition& method, std::string_view name) {
-    for (const ParameterDefinition& parameter : method.parameters)
+    for (const ParameterDefinition& parameter : method.parameters) {
         if (equalNames(parameter.name, name)) return parameter;
+    }
     throw CimError(CimCode::invalidParameter,
                    "method " + method.name + " has no parameter " + std::string(name));
 }

@@ -1,11 +1,11 @@
 #include "cimhost/cimxml/ModelReader.h"
 
-#include <set>
-#include <utility>
-
 #include "cimhost/cimxml/ValueText.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <set>
+#include <utility>
 
 namespace cimhost {
 namespace {
@@ -41,8 +41,9 @@ std::string refusal(const ValueShape& shape, std::string_view text) {
 class DistinctNames {
 public:
     void add(std::string_view name) {
-        if (!_names.insert(name).second)
+        if (!_names.insert(name).second) {
             invalid("property " + std::string(name) + " is given more than once");
+        }
     }
 
 private:
@@ -53,11 +54,13 @@ CimType declaredType(const Element& property) {
     if (property.tag() == Tag::propertyReference) return CimType::reference;
     const std::string_view name = property.attributeText(Attribute::type);
     const CimType type = typeFromName(name);
-    if (type == CimType::none || type == CimType::reference || type == CimType::instance)
+    if (type == CimType::none || type == CimType::reference || type == CimType::instance) {
         invalid("property " + std::string(property.attributeText(Attribute::name)) +
                 " has the unknown type \"" + std::string(name) + "\"");
-    if (type == CimType::string && property.attribute(Attribute::embeddedObject))
+    }
+    if (type == CimType::string && property.attribute(Attribute::embeddedObject)) {
         return CimType::instance;
+    }
     return type;
 }
 
@@ -78,7 +81,7 @@ void checkShape(const ValueShape& written, const ValueShape& declared) {
 
 const PropertyDefinition* onlyKey(const Class* definition) {
     const PropertyDefinition* key = nullptr;
-    if (definition == nullptr) return nullptr;
+    if (!definition) return nullptr;
     for (const auto& property : definition->properties) {
         if (!property->isKey) continue;
         if (key != nullptr) return nullptr;
@@ -96,8 +99,9 @@ CimType suggestedType(const Element& keyValue) noexcept {
     if (!equalNames(kind, "numeric")) return CimType::string;
     const std::string_view text = keyValue.text();
     const bool isHexadecimal = text.find_first_of("xX") != std::string_view::npos;
-    if (!isHexadecimal && text.find_first_of(".eE") != std::string_view::npos)
+    if (!isHexadecimal && text.find_first_of(".eE") != std::string_view::npos) {
         return CimType::real64;
+    }
     return text.find('-') != std::string_view::npos ? CimType::sint64 : CimType::uint64;
 }
 
@@ -153,14 +157,16 @@ Value ModelReader::_array(const Element& element, const ValueShape& shape) const
 }
 
 Value ModelReader::_embedded(std::string_view text, const ValueShape& shape) const {
-    if (_embeddingDepth == embeddingLimit)
+    if (_embeddingDepth == embeddingLimit) {
         throw CimError(CimCode::serverLimitsExceeded,
                        shape.text() + ": instances are embedded too deeply");
+    }
     try {
         const XmlDocument document(text, {Tag::instance, Tag::classDefinition});
-        if (document.root().tag() == Tag::classDefinition)
+        if (document.root().tag() == Tag::classDefinition) {
             throw CimError(CimCode::notSupported,
                            shape.text() + ": embedded classes are not supported");
+        }
         return Value::instance(_deeper()._embeddedInstance(document.root()));
     } catch (const XmlError& error) {
         throw CimError(CimCode::typeMismatch,
@@ -176,8 +182,9 @@ ModelReader ModelReader::_deeper() const {
 
 Instance ModelReader::_embeddedInstance(const Element& element) const {
     const std::string_view name = element.attributeText(Attribute::className);
-    if (const Class* const definition = _nameSpace.findClass(name))
+    if (const Class* const definition = _nameSpace.findClass(name)) {
         return instance(element, *definition);
+    }
     return undeclaredInstance(element);
 }
 
@@ -208,17 +215,19 @@ Instance ModelReader::_properties(const Element& element, const Class* definitio
 PropertyValue ModelReader::_property(const Element& element, const Class* definition) const {
     const std::string_view name = element.attributeText(Attribute::name);
     std::optional<Element> content;
-    for (const Element child : element.children())
+    for (const Element child : element.children()) {
         if (child.tag() != Tag::qualifier) content = child;
+    }
     const ValueShape written =
         writtenShape(element, definition != nullptr ? std::string_view(definition->name)
                                                     : "an embedded instance");
-    if (definition == nullptr) return {std::string(name), value(content, written), {}};
+    if (!definition) return {std::string(name), value(content, written), {}};
 
     const PropertyDefinition* const property = definition->findProperty(name);
-    if (property == nullptr)
+    if (!property) {
         throw CimError(CimCode::noSuchProperty,
                        "class " + definition->name + " has no property " + std::string(name));
+    }
     ValueShape declared = written;
     declared.type = property->type;
     declared.isArray = property->isArray;
@@ -263,13 +272,15 @@ void ModelReader::_readKeys(const Element& name, const Class* definition, Object
         const bool isNamed = child.tag() == Tag::keyBinding;
         const PropertyDefinition* const only = isNamed ? nullptr : onlyKey(definition);
         // A bare value stands for the only key of its class.
-        if (!isNamed && only == nullptr) invalid("a key of " + path.className + " has no name");
+        if (!isNamed && !only) invalid("a key of " + path.className + " has no name");
         const std::string_view key = isNamed ? child.attributeText(Attribute::name) : only->name;
-        if (path.findKey(key) != nullptr)
+        if (path.findKey(key) != nullptr) {
             invalid("key " + std::string(key) + " of " + path.className +
                     " is given more than once");
-        if (path.keys.size() == keyLimit)
+        }
+        if (path.keys.size() == keyLimit) {
             invalid("a path of " + path.className + " has too many keys");
+        }
         path.keys.push_back(
             {std::string(key), _keyValue(isNamed ? *child.firstChild() : child, definition, key)});
     }
@@ -280,11 +291,13 @@ Value ModelReader::_keyValue(const Element& element, const Class* definition,
     const bool isReference = element.tag() == Tag::valueReference;
     const PropertyDefinition* const property =
         definition != nullptr ? definition->findProperty(name) : nullptr;
-    if (property == nullptr)
+    if (!property) {
         return isReference ? Value::reference(reference(element)) : _untypedKey(element, name);
+    }
     const ValueShape shape{property->type, false, "key", property->name, definition->name};
-    if (isReference != (property->type == CimType::reference))
+    if (isReference != (property->type == CimType::reference)) {
         invalid(shape.text() + " is of type " + std::string(typeName(property->type)));
+    }
     return isReference ? Value::reference(reference(element)) : _typedKey(element, shape);
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <string_view>
-
 #include "cimhost/cimxml/XmlDocument.h"
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Repository.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace cimhost {
 

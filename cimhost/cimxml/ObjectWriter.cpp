@@ -1,12 +1,12 @@
 #include "cimhost/cimxml/ObjectWriter.h"
 
-#include <algorithm>
-#include <memory>
-#include <string>
-
 #include "cimhost/cimxml/ValueText.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
+#include <memory>
+#include <string>
 
 namespace cimhost {
 namespace {
@@ -111,9 +111,10 @@ void ObjectWriter::instanceName(const ObjectPath& path) {
 }
 
 void ObjectWriter::_key(const KeyBinding& key, const ObjectPath& owner) {
-    if (key.value.isArray() || key.value.type() == CimType::instance)
+    if (key.value.isArray() || key.value.type() == CimType::instance) {
         throw CimError(CimCode::failed, "key " + key.name + " of a path of " + owner.className +
                                             " holds what no key can hold");
+    }
     _out.markup("<KEYBINDING NAME=\"");
     _out.text(key.name);
     if (const ObjectPath* const path = pathOf(key.value)) {
@@ -159,10 +160,11 @@ void ObjectWriter::classPath(std::string_view name) {
 
 void ObjectWriter::_reference(const ObjectPath& path) {
     _out.markup("<VALUE.REFERENCE>");
-    if (path.nameSpace.empty() || equalNames(path.nameSpace, _nameSpace))
+    if (path.nameSpace.empty() || equalNames(path.nameSpace, _nameSpace)) {
         instanceName(path);
-    else
+    } else {
         instancePath(path);
+    }
     _out.markup("</VALUE.REFERENCE>");
 }
 
@@ -171,8 +173,9 @@ void ObjectWriter::instance(const Instance& instance, const Class* definition,
     _out.markup("<INSTANCE CLASSNAME=\"");
     _out.text(instance.className());
     _out.markup("\">");
-    for (const PropertyValue& property : instance.properties)
+    for (const PropertyValue& property : instance.properties) {
         if (selection.selects(property.name)) _property(property, definition, includeClassOrigin);
+    }
     _out.markup("</INSTANCE>");
 }
 
@@ -195,9 +198,10 @@ void ObjectWriter::_richProperty(const PropertyValue& property, const Class* own
         owner != nullptr ? owner->findProperty(property.name) : nullptr;
     const CimType type = typeOf(property.value, definition);
     const bool array = isArray(property.value, definition);
-    if (array && type == CimType::reference)
+    if (array && type == CimType::reference) {
         throw CimError(CimCode::failed, "property " + property.name +
                                             " is an array of references, which no property can be");
+    }
     const PropertyMarkup markup = propertyMarkup(type, array);
     _out.markup(markup.open);
     _out.text(property.name);
@@ -219,10 +223,11 @@ void ObjectWriter::_propertyAttributes(const PropertyValue& property, CimType ty
         _out.attribute("REFERENCECLASS", definition->referenceClass);
     }
     if (includeClassOrigin) {
-        if (!property.classOrigin.empty())
+        if (!property.classOrigin.empty()) {
             _out.attribute("CLASSORIGIN", property.classOrigin);
-        else if (definition != nullptr)
+        } else if (definition != nullptr) {
             _out.attribute("CLASSORIGIN", definition->classOrigin);
+        }
     }
     if (type == CimType::instance) {
         const bool isObject = definition != nullptr && definition->isEmbeddedObject;
@@ -237,10 +242,11 @@ void ObjectWriter::typeAttribute(std::string_view attribute, const Value& value)
 
 void ObjectWriter::value(const Value& value) {
     if (value.isNull()) return;
-    if (const auto* const elements = value.get<Value::Array>())
+    if (const auto* const elements = value.get<Value::Array>()) {
         _array(*elements, value.type());
-    else
+    } else {
         _element(value);
+    }
 }
 
 void ObjectWriter::_array(const Value::Array& elements, CimType type) {
@@ -249,10 +255,11 @@ void ObjectWriter::_array(const Value::Array& elements, CimType type) {
     _out.markup("<");
     _out.markup(element);
     for (const Value& each : elements) {
-        if (each.isNull())
+        if (each.isNull()) {
             _out.markup("<VALUE.NULL/>");
-        else
+        } else {
             _element(each);
+        }
     }
     _out.markup("</");
     _out.markup(element);

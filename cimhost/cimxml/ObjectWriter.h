@@ -1,11 +1,11 @@
 #pragma once
 
-#include <string_view>
-
 #include "cimhost/broker/Operations.h"
 #include "cimhost/cimxml/XmlBuffer.h"
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Schema.h"
+
+#include <string_view>
 
 namespace cimhost {
 

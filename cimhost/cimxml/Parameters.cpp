@@ -1,11 +1,11 @@
 #include "cimhost/cimxml/Parameters.h"
 
-#include <algorithm>
-#include <set>
-
 #include "cimhost/cimxml/ValueText.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+
+#include <algorithm>
+#include <set>
 
 namespace cimhost {
 namespace {
@@ -65,8 +65,9 @@ Parameters::Parameters(const Element& intrinsicCall, ParameterSet allowed) {
         const std::string_view name = element.attributeText(Attribute::name);
         const std::string operation(intrinsicCall.attributeText(Attribute::name));
         const ParameterRow* const row = findRow(name);
-        if (row == nullptr || !allowed.contains(row->parameter))
+        if (!row || !allowed.contains(row->parameter)) {
             invalid(operation + " has no parameter " + std::string(name));
+        }
         const auto index = static_cast<std::size_t>(row->parameter);
         if (given[index]) invalid("parameter " + std::string(name) + " is given more than once");
         given[index] = true;
@@ -80,8 +81,9 @@ std::optional<Element> Parameters::find(Parameter parameter) const noexcept {
 
 std::optional<Element> Parameters::_optional(Parameter parameter, TagSet tags) const {
     const std::optional<Element> value = find(parameter);
-    if (value && !tags.contains(value->tag()))
+    if (value && !tags.contains(value->tag())) {
         invalid("parameter " + nameOf(parameter) + " cannot be a " + std::string(value->tagName()));
+    }
     return value;
 }
 

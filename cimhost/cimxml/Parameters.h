@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cimhost/cimxml/XmlDocument.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -8,8 +10,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/cimxml/XmlDocument.h"
 
 namespace cimhost {
 
@@ -42,8 +42,9 @@ class ParameterSet {
 public:
     constexpr ParameterSet() = default;
     constexpr ParameterSet(std::initializer_list<Parameter> parameters) {
-        for (const Parameter parameter : parameters)
+        for (const Parameter parameter : parameters) {
             _bits |= std::uint32_t{1} << static_cast<unsigned>(parameter);
+        }
     }
 
     constexpr bool contains(Parameter parameter) const noexcept {

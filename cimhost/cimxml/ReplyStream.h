@@ -1,10 +1,10 @@
 #pragma once
 
-#include <exception>
-#include <string_view>
-
 #include "cimhost/cimxml/Handler.h"
 #include "cimhost/cimxml/XmlBuffer.h"
+
+#include <exception>
+#include <string_view>
 
 namespace cimhost {
 

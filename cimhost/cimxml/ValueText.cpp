@@ -1,5 +1,9 @@
 #include "cimhost/cimxml/ValueText.h"
 
+#include "cimhost/repository/Names.h"
+#include "cimhost/repository/Utf8.h"
+#include "cimhost/repository/ValueConversion.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -7,10 +11,6 @@
 #include <limits>
 #include <string>
 #include <system_error>
-
-#include "cimhost/repository/Names.h"
-#include "cimhost/repository/Utf8.h"
-#include "cimhost/repository/ValueConversion.h"
 
 namespace cimhost {
 namespace {
@@ -101,8 +101,9 @@ std::optional<double> readNumber(std::string_view text) noexcept {
 
 std::optional<Value> readReal(CimType type, std::string_view text) noexcept {
     std::optional<double> number = readNotANumber(text);
-    if (!number)
+    if (!number) {
         number = type == CimType::real32 ? readNumber<float>(text) : readNumber<double>(text);
+    }
     if (!number) return std::nullopt;
     return Value(type, *number);
 }
@@ -116,8 +117,9 @@ std::optional<Value> readBoolean(std::string_view text) noexcept {
 /// A char16 is one character of the basic plane.
 std::optional<Value> readCharacter(std::string_view text) noexcept {
     const std::optional<CodePoint> character = firstCodePoint(text);
-    if (!character || character->length != text.size() || character->value > 0xFFFF)
+    if (!character || character->length != text.size() || character->value > 0xFFFF) {
         return std::nullopt;
+    }
     return Value::unsignedInteger(CimType::char16, character->value);
 }
 
@@ -193,8 +195,9 @@ std::string_view scalarText(const Value& value, ScalarScratch& scratch) {
     if (const auto* text = value.get<Text>()) return *text;
     if (const auto* boolean = value.get<bool>()) return *boolean ? "true" : "false";
     if (const auto* number = value.get<std::int64_t>()) return integerText(*number, scratch);
-    if (const auto* number = value.get<double>())
+    if (const auto* number = value.get<double>()) {
         return realText(*number, value.type() == CimType::real32, scratch);
+    }
     if (const auto* number = value.get<std::uint64_t>()) {
         if (value.type() != CimType::char16) return integerText(*number, scratch);
         return characterText(*number, scratch);

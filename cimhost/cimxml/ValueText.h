@@ -1,10 +1,10 @@
 #pragma once
 
+#include "cimhost/repository/Value.h"
+
 #include <array>
 #include <optional>
 #include <string_view>
-
-#include "cimhost/repository/Value.h"
 
 /// The text of scalar values in CIM-XML (DSP0201, VALUE element). Pure functions, safe from several
 /// threads.

@@ -1,12 +1,12 @@
 #include "cimhost/cimxml/XmlBuffer.h"
 
+#include "cimhost/repository/Utf8.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
 #include <optional>
-
-#include "cimhost/repository/Utf8.h"
 
 namespace cimhost {
 namespace {
@@ -21,8 +21,9 @@ constexpr bool isPlain(unsigned char byte) noexcept {
 
 constexpr auto plain = [] {
     std::array<bool, 256> table{};
-    for (std::size_t byte = 0; byte < table.size(); ++byte)
+    for (std::size_t byte = 0; byte < table.size(); ++byte) {
         table[byte] = isPlain(static_cast<unsigned char>(byte));
+    }
     return table;
 }();
 

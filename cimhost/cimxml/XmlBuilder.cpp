@@ -1,9 +1,9 @@
 #include "cimhost/cimxml/XmlBuilder.h"
 
+#include "cimhost/repository/Names.h"
+
 #include <algorithm>
 #include <utility>
-
-#include "cimhost/repository/Names.h"
 
 namespace cimhost {
 namespace {
@@ -42,16 +42,18 @@ void XmlBuilder::_checkLimits(std::string_view name, const char* const* attribut
     if (_depth == XmlLimits::depth) refuse("elements are nested too deeply");
     if (name.size() > XmlLimits::nameLength) refuse("the name of an element is too long");
     std::size_t count = 0;
-    for (; attributes[2 * count] != nullptr; ++count)
-        if (std::string_view(attributes[2 * count]).size() > XmlLimits::nameLength)
+    for (; attributes[2 * count] != nullptr; ++count) {
+        if (std::string_view(attributes[2 * count]).size() > XmlLimits::nameLength) {
             refuse("the name of an attribute is too long");
+        }
+    }
     if (count > XmlLimits::attributes) refuse("an element has too many attributes");
     if (_document._nodes.size() == XmlLimits::elements) refuse("there are too many elements");
 }
 
 const ElementRule* XmlBuilder::_allowed(std::string_view name) {
     const ElementRule* const rule = findRule(name);
-    if (rule == nullptr) {
+    if (!rule) {
         _refuse("unknown element " + quoted(name));
     } else if (_open.empty() ? !_roots.contains(rule->tag) : !_takes(_open.back(), rule->tag)) {
         _refuse("element " + quoted(name) + " is out of place");
@@ -77,8 +79,9 @@ bool XmlBuilder::_takes(Open& parent, Tag child) const noexcept {
 bool XmlBuilder::_isComplete(const Open& open) const noexcept {
     const auto& content = ruleOf(_document._nodes[open.node].tag).content;
     std::uint32_t count = open.count;
-    for (std::size_t step = open.step; step < content.size(); ++step, count = 0)
+    for (std::size_t step = open.step; step < content.size(); ++step, count = 0) {
         if (count < content[step].least) return false;
+    }
     return true;
 }
 
@@ -91,10 +94,11 @@ void XmlBuilder::_append(const ElementRule& rule, const char* const* attributes)
     _document._nodes.push_back(node);
     if (!_open.empty()) {
         Open& parent = _open.back();
-        if (parent.lastChild == XmlDocument::none)
+        if (parent.lastChild == XmlDocument::none) {
             _document._nodes[parent.node].firstChild = index;
-        else
+        } else {
             _document._nodes[parent.lastChild].next = index;
+        }
         parent.lastChild = index;
     }
     _open.push_back({index, XmlDocument::none, 0, 0});
@@ -117,17 +121,19 @@ void XmlBuilder::_requireAttributes(const ElementRule& rule, const XmlDocument::
         const auto found = std::find_if(first, _document._attributes.end(), [&](const auto& entry) {
             return entry.attribute == *required;
         });
-        if (found == _document._attributes.end())
+        if (found == _document._attributes.end()) {
             _refuse("element " + quoted(rule.name) + " misses an attribute");
+        }
     }
 }
 
 void XmlBuilder::endElement() {
     --_depth;
     if (_problem) return;
-    if (!_isComplete(_open.back()))
+    if (!_isComplete(_open.back())) {
         _refuse("element " + quoted(ruleOf(_document._nodes[_open.back().node].tag).name) +
                 " is incomplete");
+    }
     _open.pop_back();
 }
 
@@ -146,10 +152,12 @@ void XmlBuilder::declaration(std::string_view version, std::string_view encoding
     // Expat takes any version for granted.
     const std::string_view minor = version.substr(std::min<std::size_t>(version.size(), 2));
     if (!version.starts_with("1.") || minor.empty() ||
-        minor.find_first_not_of("0123456789") != std::string_view::npos)
+        minor.find_first_not_of("0123456789") != std::string_view::npos) {
         throw XmlError(XmlError::Kind::notWellFormed, "the XML version is not 1.x");
-    if (!encoding.empty() && !equalNames(encoding, "UTF-8") && !equalNames(encoding, "US-ASCII"))
+    }
+    if (!encoding.empty() && !equalNames(encoding, "UTF-8") && !equalNames(encoding, "US-ASCII")) {
         _refuse("the encoding " + quoted(encoding) + " is not UTF-8");
+    }
 }
 
 XmlDocument::Slice XmlBuilder::_store(std::string_view text) {

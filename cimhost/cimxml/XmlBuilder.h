@@ -1,13 +1,13 @@
 #pragma once
 
+#include "cimhost/cimxml/XmlDocument.h"
+#include "cimhost/cimxml/XmlParser.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/cimxml/XmlDocument.h"
-#include "cimhost/cimxml/XmlParser.h"
 
 namespace cimhost {
 

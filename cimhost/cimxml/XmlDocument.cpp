@@ -9,14 +9,14 @@ Tag Element::tag() const noexcept {
 }
 
 std::string_view Element::text() const noexcept {
-    return _document->slice(_document->_nodes[_index].text);
+    return _document->_slice(_document->_nodes[_index].text);
 }
 
 std::optional<std::string_view> Element::attribute(Attribute attribute) const noexcept {
     const XmlDocument::Node& node = _document->_nodes[_index];
     for (std::uint32_t i = 0; i < node.attributeCount; ++i) {
         const XmlDocument::AttributeNode& entry = _document->_attributes[node.firstAttribute + i];
-        if (entry.attribute == attribute) return _document->slice(entry.value);
+        if (entry.attribute == attribute) return _document->_slice(entry.value);
     }
     return std::nullopt;
 }
@@ -38,8 +38,9 @@ std::optional<Element> Element::next() const noexcept {
 }
 
 std::optional<Element> Element::child(Tag tag) const noexcept {
-    for (const Element element : children())
+    for (const Element element : children()) {
         if (element.tag() == tag) return element;
+    }
     return std::nullopt;
 }
 

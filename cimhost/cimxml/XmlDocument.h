@@ -1,14 +1,14 @@
 #pragma once
 
+#include "cimhost/cimxml/Grammar.h"
+#include "cimhost/cimxml/XmlError.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/cimxml/Grammar.h"
-#include "cimhost/cimxml/XmlError.h"
 
 namespace cimhost {
 
@@ -114,7 +114,7 @@ private:
         Attribute attribute;
     };
 
-    std::string_view slice(Slice part) const noexcept {
+    std::string_view _slice(Slice part) const noexcept {
         return std::string_view(_text).substr(part.begin, part.size);
     }
 

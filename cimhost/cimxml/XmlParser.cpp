@@ -21,7 +21,7 @@ thread_local std::size_t memoryLeft = 0;
 void* allocate(std::size_t size) noexcept {
     if (size > memoryLeft) return nullptr;
     void* const block = std::malloc(size);
-    if (block == nullptr) return nullptr;
+    if (!block) return nullptr;
     // Rounding up may take more than is left; the next request is then refused.
     const std::size_t taken = malloc_usable_size(block);
     memoryLeft -= taken < memoryLeft ? taken : memoryLeft;
@@ -37,7 +37,7 @@ void* reallocate(void* block, std::size_t size) noexcept {
     const std::size_t before = malloc_usable_size(block);
     if (size > memoryLeft + before) return nullptr;
     void* const moved = std::realloc(block, size);
-    if (moved == nullptr) return nullptr;
+    if (!moved) return nullptr;
     const std::size_t after = malloc_usable_size(moved);
     memoryLeft = memoryLeft + before > after ? memoryLeft + before - after : 0;
     return moved;
@@ -96,8 +96,9 @@ public:
         if (_failure) std::rethrow_exception(_failure);
         if (isComplete) return;
         const XML_Error code = XML_GetErrorCode(_parser);
-        if (code == XML_ERROR_NO_MEMORY)
+        if (code == XML_ERROR_NO_MEMORY) {
             throw XmlError(XmlError::Kind::notValid, "the document takes too much memory");
+        }
         throw XmlError(XmlError::Kind::notWellFormed, XML_ErrorString(code));
     }
 
@@ -159,8 +160,9 @@ private:
 void parseXml(std::string_view text, std::size_t memory, XmlEvents& events) {
     // UTF-16 is the only other encoding that expat would detect by itself; it cannot do without NUL
     // bytes in markup, and no XML may hold U+0000.
-    if (text.find('\0') != std::string_view::npos)
+    if (text.find('\0') != std::string_view::npos) {
         throw XmlError(XmlError::Kind::notWellFormed, "the text holds a NUL byte");
+    }
     const MemoryAllowance allowance(memory);
     const ParserHandle parser = makeParser();
     Reading(parser.get(), events).run(text);

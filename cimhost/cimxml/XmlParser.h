@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cimhost/cimxml/XmlError.h"
+
 #include <cstddef>
 #include <string_view>
-
-#include "cimhost/cimxml/XmlError.h"
 
 namespace cimhost {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cimhost/repository/NameSpace.h"
+
 #include <string_view>
 #include <vector>
-
-#include "cimhost/repository/NameSpace.h"
 
 /// The association operations of DSP0200 on classes: what the schema says may be associated.
 /// Safe from several threads, as the namespace is once it is filled.

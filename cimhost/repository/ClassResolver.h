@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "cimhost/repository/MemoryBudget.h"
 #include "cimhost/repository/Schema.h"
+
+#include <string>
 
 namespace cimhost {
 

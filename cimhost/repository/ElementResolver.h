@@ -1,9 +1,9 @@
 #pragma once
 
-#include <memory>
-
 #include "cimhost/repository/MemoryBudget.h"
 #include "cimhost/repository/Schema.h"
+
+#include <memory>
 
 /// One property or method of a class, resolved against the one it overrides.
 /// `inherited` is the superclass's element of the same name, or nullptr. A redeclared element

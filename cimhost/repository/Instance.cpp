@@ -46,8 +46,9 @@ std::size_t keyValueHash(const Value& value) {
     if (const auto number = wholeNumber(value)) return std::hash<std::uint64_t>{}(number->bits);
     if (const auto* text = value.get<Text>()) return std::hash<std::string_view>{}(*text);
     if (const auto* real = value.get<double>()) return std::hash<double>{}(*real);
-    if (const auto* path = value.get<std::shared_ptr<const ObjectPath>>())
+    if (const auto* path = value.get<std::shared_ptr<const ObjectPath>>()) {
         return modelPathHash(**path);
+    }
     return value.data().index();
 }
 

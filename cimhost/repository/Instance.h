@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cimhost/repository/Value.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "cimhost/repository/Value.h"
 
 namespace cimhost {
 

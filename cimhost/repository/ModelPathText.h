@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string_view>
-
 #include "cimhost/repository/Instance.h"
+
+#include <string_view>
 
 namespace cimhost {
 

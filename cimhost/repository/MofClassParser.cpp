@@ -49,8 +49,9 @@ public:
     void parse() {
         _cursor.expectSymbol('{', "before the body of the class");
         while (!_cursor.acceptSymbol('}')) {
-            if (_cursor.peek().kind == MofToken::Kind::end)
+            if (_cursor.peek().kind == MofToken::Kind::end) {
                 _cursor.unexpected("'}' after the class");
+            }
             _parseMember();
         }
         _cursor.expectSymbol(';', "after the class");
@@ -74,8 +75,9 @@ private:
     }
 
     void _checkNew(Names& names, const TypedName& typed, const std::string& element) {
-        if (!names.insert(typed.name).second)
+        if (!names.insert(typed.name).second) {
             failAt(typed.position, element + " is declared twice");
+        }
     }
 
     void _charge(const MofPosition& position, std::size_t bytes) {

@@ -28,8 +28,9 @@ std::string readRegularFile(const std::filesystem::path& file, const MofPosition
                             std::size_t mostToRead) {
     std::error_code error;
     // A pipe or a terminal could keep us waiting for ever.
-    if (!std::filesystem::is_regular_file(file, error))
+    if (!std::filesystem::is_regular_file(file, error)) {
         refuseFile(file, position, error ? error.message() : "it is not a regular file");
+    }
     std::ifstream stream(file, std::ios::binary | std::ios::ate);
     const std::streamoff size = stream ? static_cast<std::streamoff>(stream.tellg()) : -1;
     if (size < 0) refuseFile(file, position, std::generic_category().message(errno));
@@ -122,8 +123,9 @@ void MofCompilation::_production(MofCursor& cursor, const std::filesystem::path&
 void MofCompilation::_qualified(MofCursor& cursor) {
     const bool hasQualifiers = cursor.peek().isSymbol('[');
     MofQualifiers qualifiers = parseQualifiers(cursor, *_nameSpace);
-    if (cursor.acceptKeyword("class"))
+    if (cursor.acceptKeyword("class")) {
         return parseClass(cursor, *_nameSpace, std::move(qualifiers));
+    }
     if (cursor.acceptKeyword("instance")) return _instances.add(parseInstance(cursor, *_nameSpace));
     cursor.unexpected(hasQualifiers ? "'class' or 'instance' after the qualifiers"
                                     : "a class, an instance, a qualifier declaration or a pragma");

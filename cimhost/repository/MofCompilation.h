@@ -1,15 +1,15 @@
 #pragma once
 
+#include "cimhost/repository/MofCursor.h"
+#include "cimhost/repository/MofInstances.h"
+#include "cimhost/repository/Repository.h"
+
 #include <cstddef>
 #include <deque>
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/repository/MofCursor.h"
-#include "cimhost/repository/MofInstances.h"
-#include "cimhost/repository/Repository.h"
 
 namespace cimhost {
 

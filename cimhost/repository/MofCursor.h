@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/MofLexer.h"
+
 #include <string>
 #include <string_view>
 #include <utility>
-
-#include "cimhost/repository/CimError.h"
-#include "cimhost/repository/MofLexer.h"
 
 namespace cimhost {
 

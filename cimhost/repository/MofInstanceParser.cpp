@@ -69,8 +69,9 @@ MofInstance parseInstance(MofCursor& cursor, NameSpace& nameSpace) {
         instance.alias = cursor.expectKind(MofToken::Kind::alias, "an alias after 'as'").text;
     }
     cursor.expectSymbol('{', "before the properties of the instance");
-    while (!cursor.acceptSymbol('}'))
+    while (!cursor.acceptSymbol('}')) {
         instance.properties.push_back(parseProperty(cursor, nameSpace));
+    }
     cursor.expectSymbol(';', "after the instance");
     checkNames(instance);
     return instance;

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "cimhost/repository/MofCursor.h"
 #include "cimhost/repository/MofValueParser.h"
 #include "cimhost/repository/NameSpace.h"
+
+#include <string>
+#include <vector>
 
 namespace cimhost {
 

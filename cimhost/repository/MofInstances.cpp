@@ -111,8 +111,9 @@ Value MofInstances::_embedded(const MofInstance& declared, const MofElement& ele
         MofCursor cursor(*text, name);
         cursor.expectKeyword("instance", "at the start");
         const MofInstance inner = parseInstance(cursor, *declared.nameSpace);
-        if (cursor.peek().kind != MofToken::Kind::end)
+        if (cursor.peek().kind != MofToken::Kind::end) {
             cursor.unexpected("nothing after the instance");
+        }
         checkClass(*declared.nameSpace, *inner.definition, property, inner.position, "this");
         Instance instance = _convert(inner, depth + 1);
         return atPosition(inner.position, [&] {

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cimhost/repository/MofInstanceParser.h"
+#include "cimhost/repository/Names.h"
+
 #include <cstddef>
 #include <string>
 #include <unordered_map>
 #include <vector>
-
-#include "cimhost/repository/MofInstanceParser.h"
-#include "cimhost/repository/Names.h"
 
 namespace cimhost {
 

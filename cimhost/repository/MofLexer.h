@@ -1,10 +1,10 @@
 #pragma once
 
+#include "cimhost/repository/MofError.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
-
-#include "cimhost/repository/MofError.h"
 
 namespace cimhost {
 

@@ -111,8 +111,9 @@ private:
     void _checkPlain(std::string_view plain) const {
         for (std::size_t i = 0; i < plain.size(); ++i) {
             const auto byte = static_cast<unsigned char>(plain[i]);
-            if (byte < ' ' && byte != '\t')
+            if (byte < ' ' && byte != '\t') {
                 _fail(_place + i, "a control character must be escaped");
+            }
         }
         const std::size_t invalid = findInvalidUtf8(plain);
         if (invalid != std::string_view::npos) _fail(_place + invalid, "the text is not UTF-8");

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "cimhost/repository/MofLexer.h"
 #include "cimhost/repository/Value.h"
+
+#include <string>
 
 /// What the literals of MOF stand for (DSP0004, annex A). Each throws MofError at the very byte.
 namespace cimhost {

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhost/repository/MofCursor.h"
+#include "cimhost/repository/NameSpace.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "cimhost/repository/MofCursor.h"
-#include "cimhost/repository/NameSpace.h"
 
 namespace cimhost {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cimhost/repository/MofError.h"
+#include "cimhost/repository/Repository.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/repository/MofError.h"
-#include "cimhost/repository/Repository.h"
 
 namespace cimhost {
 

@@ -94,8 +94,9 @@ Value convertInitializer(const MofInitializer& initializer, const MofType& type,
         const MofElement& element = initializer.elements.front();
         const bool isNull = element.alias.empty() && element.literal.isNull();
         if (type.isArray && isNull) return Value::nullArray(type.type);
-        if (type.isArray)
+        if (type.isArray) {
             failAt(initializer.position, "expected '{' before the elements of an array");
+        }
         return convert(element, type.type);
     }
     if (!type.isArray) {

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "cimhost/repository/MemoryBudget.h"
+#include "cimhost/repository/MofCursor.h"
+#include "cimhost/repository/Value.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "cimhost/repository/MemoryBudget.h"
-#include "cimhost/repository/MofCursor.h"
-#include "cimhost/repository/Value.h"
 
 namespace cimhost {
 

@@ -1,5 +1,10 @@
 #pragma once
 
+#include "cimhost/repository/Instance.h"
+#include "cimhost/repository/MemoryBudget.h"
+#include "cimhost/repository/Names.h"
+#include "cimhost/repository/Schema.h"
+
 #include <cstddef>
 #include <map>
 #include <memory>
@@ -7,11 +12,6 @@
 #include <string_view>
 #include <unordered_map>
 #include <vector>
-
-#include "cimhost/repository/Instance.h"
-#include "cimhost/repository/MemoryBudget.h"
-#include "cimhost/repository/Names.h"
-#include "cimhost/repository/Schema.h"
 
 namespace cimhost {
 

@@ -56,9 +56,7 @@ bool NameLess::operator()(std::string_view left, std::string_view right) const n
 std::size_t NameHash::operator()(std::string_view name) const noexcept {
     // FNV-1a: names are short, and a schema is read from files that the operator trusts.
     std::uint64_t hash = 0xcbf29ce484222325U;
-    for (const char character : name) {
-        hash = (hash ^ folded(character)) * 0x100000001b3U;
-    }
+    for (const char character : name) hash = (hash ^ folded(character)) * 0x100000001b3U;
     return static_cast<std::size_t>(hash);
 }
 

@@ -26,8 +26,9 @@ constexpr std::uint16_t bits(Scope scope) noexcept {
 void checkType(const QualifierDeclaration& declaration, const Value& value,
                const std::string& element) {
     const bool null = value.isNull();
-    if (value.isArray() == declaration.isArray && (null || value.type() == declaration.type))
+    if (value.isArray() == declaration.isArray && (null || value.type() == declaration.type)) {
         return;
+    }
     refuse(element + ": qualifier '" + declaration.name + "' is declared as " +
            typeText(declaration.type, declaration.isArray, declaration.arraySize));
 }

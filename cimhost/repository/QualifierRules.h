@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-
 #include "cimhost/repository/MemoryBudget.h"
 #include "cimhost/repository/Schema.h"
+
+#include <cstdint>
+#include <string>
 
 /// What qualifiers may stand where, and how they travel to subclasses (DSP0004, 5.6).
 /// Messages begin with `element`, which names the element in words ("property 'Speed' of

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cimhost/repository/NameSpace.h"
+
 #include <map>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cimhost/repository/NameSpace.h"
 
 namespace cimhost {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cimhost/repository/Text.h"
+
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -7,8 +9,6 @@
 #include <utility>
 #include <variant>
 #include <vector>
-
-#include "cimhost/repository/Text.h"
 
 namespace cimhost {
 

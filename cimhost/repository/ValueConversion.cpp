@@ -207,8 +207,9 @@ std::size_t valueBytes(const Value& value) noexcept {
     }
     if (const auto* instance = value.get<std::shared_ptr<const Instance>>()) {
         bytes += sizeof(Instance);
-        for (const auto& each : (*instance)->properties)
+        for (const auto& each : (*instance)->properties) {
             bytes += sizeof(each) + valueBytes(each.value);
+        }
     }
     return bytes;
 }

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cimhost/repository/Value.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "cimhost/repository/Value.h"
 
 /// Values made to fit a declared type. Pure functions, safe from several threads.
 namespace cimhost {

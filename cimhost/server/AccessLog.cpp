@@ -23,10 +23,11 @@ void appendField(std::string& line, std::string_view text) {
     if (text.empty()) line += '-';
     for (const char character : text.substr(0, maximumFieldBytes)) {
         const auto byte = static_cast<unsigned char>(character);
-        if (isPlain(character))
+        if (isPlain(character)) {
             line += character;
-        else
+        } else {
             line.append({'%', digits[byte >> 4U], digits[byte & 15U]});
+        }
     }
     if (text.size() > maximumFieldBytes) line += "...";
 }
@@ -36,9 +37,10 @@ void appendField(std::string& line, std::string_view text) {
 AccessLog::AccessLog(const std::string& file) : _descriptor(STDOUT_FILENO), _owned(file != "-") {
     if (!_owned) return;
     _descriptor = open(file.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
-    if (_descriptor < 0)
+    if (_descriptor < 0) {
         throw std::system_error(errno, std::generic_category(),
                                 "cannot open the access log " + file);
+    }
 }
 
 AccessLog::~AccessLog() {
@@ -56,8 +58,10 @@ void AccessLog::write(const AccessRecord& record) noexcept try {
 
 std::string formatAccess(const AccessRecord& record, std::chrono::system_clock::time_point time) {
     std::string line = formatTimestamp(time);
-    for (const std::string_view text : {record.peer, record.user, record.operation, record.object})
+    for (const std::string_view text :
+         {record.peer, record.user, record.operation, record.object}) {
         appendField(line, text);
+    }
     line.append(" ").append(std::to_string(record.status));
     appendField(line, record.outcome);
     line.append(" ").append(std::to_string(record.bytes)).append("B ");

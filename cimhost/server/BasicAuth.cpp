@@ -45,8 +45,9 @@ bool isControl(char character) noexcept {
 
 std::optional<Credentials> parseBasic(std::string_view authorization) {
     const std::size_t blank = authorization.find(' ');
-    if (blank == authorization.npos || !equalTokens(authorization.substr(0, blank), "Basic"))
+    if (blank == authorization.npos || !equalTokens(authorization.substr(0, blank), "Basic")) {
         return std::nullopt;
+    }
     authorization.remove_prefix(
         std::min(authorization.find_first_not_of(' ', blank), authorization.size()));
     std::optional<std::string> decoded = decodeBase64(authorization);
@@ -59,8 +60,9 @@ std::optional<Credentials> parseBasic(std::string_view authorization) {
 }
 
 BasicAuth::BasicAuth(PasswordFile file) : _file(std::move(file)) {
-    if (RAND_bytes(_key.data(), static_cast<int>(_key.size())) != 1)
+    if (RAND_bytes(_key.data(), static_cast<int>(_key.size())) != 1) {
         throw std::runtime_error("the system gives no random bytes");
+    }
 }
 
 std::string_view BasicAuth::authenticate(std::string_view authorization) {

@@ -27,8 +27,9 @@ int check(const SchemaOptions& options) {
     Registrations registrations;
     options.loadInto(registrations);
     const std::vector<std::string> complaints = unknownClasses(repository, registrations);
-    for (const std::string& complaint : complaints)
+    for (const std::string& complaint : complaints) {
         std::fprintf(stderr, "cimhost: %s\n", complaint.c_str());
+    }
     if (!complaints.empty()) return 1;
     std::printf("%s, %s\n", counted(countClasses(repository), "class", "classes").c_str(),
                 counted(registrations.all().size(), "registration", "registrations").c_str());

@@ -33,10 +33,11 @@ void CimXmlHttpReply::_addHeaders() {
 
 void CimXmlHttpReply::refuse(int status, std::string_view cimError) {
     _reply.notes().outcome = cimError;
-    if (cimError.empty())
+    if (cimError.empty()) {
         _reply.refuse(status);
-    else
+    } else {
         _reply.refuse(status, {{"CIMError", cimError}});
+    }
 }
 
 bool CimXmlHttpReply::restart() {
@@ -60,10 +61,11 @@ std::string escapeForHeader(std::string_view text) {
     std::string escaped;
     for (const char character : text) {
         const auto byte = static_cast<unsigned char>(character);
-        if (travelsPlain(character))
+        if (travelsPlain(character)) {
             escaped += character;
-        else
+        } else {
             escaped.append({'%', digits[byte >> 4U], digits[byte & 15U]});
+        }
     }
     return escaped;
 }

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhost/broker/Broker.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
-
-#include "cimhost/broker/Broker.h"
 
 namespace cimhost {
 

@@ -57,8 +57,9 @@ std::vector<SocketAddress> HostResolver::resolve(Clock::time_point deadline) {
     // What needs no look-up has none.
     if (_host == "localhost") {
         Found found = lookUp("127.0.0.1", _port, AI_NUMERICHOST);
-        for (const SocketAddress& other : lookUp("::1", _port, AI_NUMERICHOST).addresses)
+        for (const SocketAddress& other : lookUp("::1", _port, AI_NUMERICHOST).addresses) {
             found.addresses.push_back(other);
+        }
         return require(_host, std::move(found));
     }
     Found numeric = lookUp(_host, _port, AI_NUMERICHOST);
@@ -84,9 +85,10 @@ std::vector<SocketAddress> HostResolver::resolve(Clock::time_point deadline) {
     std::unique_lock lock(lookup->mutex);
     const bool isWoken = lookup->changed.wait_until(
         lock, deadline, [&] { return lookup->isDone || lookup->isAborted; });
-    if (!isWoken)
+    if (!isWoken) {
         throw StreamError(StreamError::Kind::timeout,
                           "looking up host " + _host + " took too long");
+    }
     if (!lookup->isDone) throw StreamError(StreamError::Kind::lost, "delivery ends");
     const std::lock_guard own(_mutex);
     _lookup.reset();

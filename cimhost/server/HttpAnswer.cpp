@@ -23,8 +23,9 @@ void HttpAnswerReader::_receiveMore(AnyParser& parser, Clock::time_point deadlin
     std::array<char, 4096> block;
     const std::size_t count = _stream.receive(block, deadline);
     if (count == 0) {
-        if (!parser.is_header_done())
+        if (!parser.is_header_done()) {
             throw StreamError(StreamError::Kind::lost, "the listener closed the connection");
+        }
         boost::system::error_code error;
         parser.put_eof(error);
         if (error) throw StreamError(StreamError::Kind::lost, "the answer was cut off");

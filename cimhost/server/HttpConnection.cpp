@@ -127,8 +127,9 @@ void HttpConnection::_judgeHead() {
     }
     if (status == 0) {
         constexpr std::string_view proceed = "HTTP/1.1 100 Continue\r\n\r\n";
-        if (_begin == _end && wantsContinue(request))
+        if (_begin == _end && wantsContinue(request)) {
             _stream.send({&proceed, 1}, Clock::now() + _limits.replyTime);
+        }
         return;
     }
     _refusal = status;
@@ -160,10 +161,11 @@ bool HttpConnection::_answer() {
 }
 
 void HttpConnection::_fill(HttpReply& reply) {
-    if (_refusal != 0)
+    if (_refusal != 0) {
         cimhost::refuse(reply, _refusal);
-    else
+    } else {
         _callHandler(reply);
+    }
     reply.finish();
 }
 
@@ -187,7 +189,7 @@ void HttpConnection::_callHandler(HttpReply& reply) {
 }
 
 void HttpConnection::_log(HttpReply& reply, Clock::time_point start) {
-    if (_services.accessLog == nullptr) return;
+    if (!_services.accessLog) return;
     const HttpRequest& request = _parser.request();
     const RequestNotes& notes = reply.notes();
     AccessRecord record;

@@ -21,8 +21,9 @@ int refusalOfVersion(std::string_view requestLine) noexcept {
     if (requestLine.size() <= form.size()) return 400;
     const std::string_view version = requestLine.substr(requestLine.size() - form.size());
     if (version.substr(0, 6) != form.substr(0, 6) || !isDigit(version[6]) || version[7] != '.' ||
-        !isDigit(version[8]))
+        !isDigit(version[8])) {
         return 400;
+    }
     return version == form || version == " HTTP/1.0" ? 0 : 505;
 }
 
@@ -30,16 +31,18 @@ int refusalOfVersion(std::string_view requestLine) noexcept {
 
 std::size_t HttpHead::feed(std::string_view bytes) {
     std::size_t used = 0;
-    while (used < bytes.size() && !_complete && _refusal == 0)
+    while (used < bytes.size() && !_complete && _refusal == 0) {
         used += _feedLine(bytes.substr(used));
+    }
     return used;
 }
 
 std::size_t HttpHead::_feedLine(std::string_view bytes) {
     const void* end = std::memchr(bytes.data(), '\n', bytes.size());
     std::size_t count = bytes.size();
-    if (end != nullptr)
+    if (end != nullptr) {
         count = static_cast<std::size_t>(static_cast<const char*>(end) - bytes.data()) + 1;
+    }
     // Nothing beyond the limits is kept, however much arrived at once.
     count = std::min(
         count, _limits.headBytes + 1 - std::min(_skippedBytes + _text.size(), _limits.headBytes));
@@ -80,12 +83,13 @@ void HttpHead::_endLine() {
         return;
     }
     _lineBegin = _text.size();
-    if (line.empty())
+    if (line.empty()) {
         _complete = true;
-    else if (_lineCount++ == 0)
+    } else if (_lineCount++ == 0) {
         _refusal = refusalOfVersion(line);
-    else if (_lineCount - 1 > _limits.fieldCount)
+    } else if (_lineCount - 1 > _limits.fieldCount) {
         _refusal = 431;
+    }
 }
 
 void HttpHead::clear() noexcept {

@@ -72,10 +72,11 @@ private:
     }
 
     void _checkCoding(string_view value, error_code& error) {
-        if (_request.header("Transfer-Encoding") || !_request.isHttp11)
+        if (_request.header("Transfer-Encoding") || !_request.isHttp11) {
             fail(400, error);
-        else if (!equalTokens(toStandard(value), "chunked"))
+        } else if (!equalTokens(toStandard(value), "chunked")) {
             fail(501, error);
+        }
     }
 
     void _countTrailer(error_code& error) {
@@ -138,10 +139,11 @@ std::size_t HttpParser::feed(std::string_view bytes) {
 
 std::size_t HttpParser::_feedHead(std::string_view bytes) {
     const std::size_t used = _head.feed(bytes);
-    if (_head.refusal() != 0)
+    if (_head.refusal() != 0) {
         _refuse(_head.refusal());
-    else if (_head.isComplete())
+    } else if (_head.isComplete()) {
         _readHead();
+    }
     return used;
 }
 
@@ -149,10 +151,11 @@ void HttpParser::_readHead() {
     _reader = std::make_unique<Reader>(_request, _limits, _discardsBody);
     error_code error;
     _reader->readHead(_head.text(), error);
-    if (error)
+    if (error) {
         _refuse(_reader->statusOf(error));
-    else
+    } else {
         _state = State::headComplete;
+    }
 }
 
 std::size_t HttpParser::_feedBody(std::string_view bytes) {
@@ -165,14 +168,16 @@ std::size_t HttpParser::_feedBody(std::string_view bytes) {
         const std::string_view piece = bytes.substr(used, window);
         const std::size_t taken = _reader->readBody(piece, error);
         used += taken;
-        if (error == http::error::need_more && taken == 0 && piece.size() == window)
+        if (error == http::error::need_more && taken == 0 && piece.size() == window) {
             _reader->fail(400, error);
+        }
         if (_reader->framingBytes() > _limits.framingBytes) _reader->fail(413, error);
     }
-    if (_reader->is_done())
+    if (_reader->is_done()) {
         _state = State::complete;
-    else if (error && error != http::error::need_more)
+    } else if (error && error != http::error::need_more) {
         _refuse(_reader->statusOf(error));
+    }
     return used;
 }
 

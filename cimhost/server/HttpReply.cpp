@@ -116,14 +116,15 @@ void HttpReply::_sendChunk(std::string_view more, std::string_view end) {
     }
     std::array<char, 24> line;
     const std::size_t size = _body.size() + more.size();
-    if (!_manner.isHttp11)
+    if (!_manner.isHttp11) {
         _send({_head, _body, more});
-    else if (end.empty())
+    } else if (end.empty()) {
         _send({_head, writeChunkLine(line, size, isFirst), _body, more});
-    else if (size == 0)
+    } else if (size == 0) {
         _send({"\r\n", end, _trailers, "\r\n"});
-    else
+    } else {
         _send({writeChunkLine(line, size, isFirst), _body, "\r\n", end, _trailers, "\r\n"});
+    }
     _head.clear();
     _body.clear();
 }
@@ -133,10 +134,11 @@ void HttpReply::_beginHead(int status) {
     _head.append("HTTP/1.1 ").append(std::to_string(status)).append(" ");
     _head.append(reasonPhrase(status)).append("\r\nDate: ").append(httpDate()).append("\r\n");
     _head.append(_headers);
-    if (!_manner.keepAlive)
+    if (!_manner.keepAlive) {
         _head.append("Connection: close\r\n");
-    else if (!_manner.isHttp11)
+    } else if (!_manner.isHttp11) {
         _head.append("Connection: keep-alive\r\n");
+    }
 }
 
 void HttpReply::_send(std::initializer_list<std::string_view> pieces) {

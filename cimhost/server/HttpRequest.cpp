@@ -23,8 +23,9 @@ bool isPlainHost(std::string_view host) noexcept {
 }  // namespace
 
 std::optional<std::string_view> HttpRequest::header(std::string_view name) const noexcept {
-    for (const HttpField& field : fields)
+    for (const HttpField& field : fields) {
         if (equalTokens(field.name, name)) return field.value;
+    }
     return std::nullopt;
 }
 

@@ -38,12 +38,13 @@ bool wantsContinue(const HttpRequest& request) noexcept {
 }
 
 void refuse(HttpReply& reply, int status) {
-    if (status == 405)
+    if (status == 405) {
         reply.refuse(status, {{"Allow", "POST"}});
-    else if (status == 401)
+    } else if (status == 401) {
         reply.refuse(status, {{"WWW-Authenticate", "Basic realm=\"cimhost\", charset=\"UTF-8\""}});
-    else
+    } else {
         reply.refuse(status);
+    }
 }
 
 }  // namespace cimhost

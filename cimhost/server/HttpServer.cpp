@@ -119,7 +119,7 @@ bool HttpServer::_evictLongestWaiting() {
         longest = &connection;
         since = waitingSince;
     }
-    if (longest == nullptr) return false;
+    if (!longest) return false;
     longest->presence.endStatus = 408;
     shutdown(longest->socket.get(), SHUT_RD);
     return true;
@@ -132,10 +132,11 @@ void HttpServer::_serve(Connections::iterator connection) noexcept {
         if (_tls != nullptr) tls.emplace(plain, *_tls);
         Stream& stream = tls ? static_cast<Stream&>(*tls) : plain;
         HttpConnection http(stream, _services, connection->addresses, connection->presence);
-        if (connection->isRefused)
+        if (connection->isRefused) {
             http.refuse(503);
-        else
+        } else {
             http.serve();
+        }
     } catch (const std::exception&) {
         // No memory for this client: its connection closes.
     }
@@ -187,8 +188,9 @@ bool HttpServer::stop(std::chrono::milliseconds grace) {
     if (!allEnded) {
         {
             const std::lock_guard lock(_mutex);
-            for (Connection& connection : _connections)
+            for (Connection& connection : _connections) {
                 shutdown(connection.socket.get(), SHUT_RDWR);
+            }
         }
         allEnded = _waitForEnd(breakTime);
     }

@@ -14,8 +14,9 @@ std::shared_ptr<IndicationQueue> IndicationDelivery::open(const std::string& nam
 std::vector<std::shared_ptr<DeliveryQueue>> IndicationDelivery::_queues() const {
     std::vector<std::shared_ptr<DeliveryQueue>> queues;
     const std::lock_guard lock(_mutex);
-    for (const auto& each : _opened)
+    for (const auto& each : _opened) {
         if (auto queue = each.lock()) queues.push_back(std::move(queue));
+    }
     return queues;
 }
 

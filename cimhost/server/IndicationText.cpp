@@ -39,8 +39,9 @@ std::string timeOf(const Instance& indication, std::chrono::system_clock::time_p
     for (const std::string_view name : timeNames) {
         const Text* const text = textOf(indication, name);
         const auto time = text != nullptr ? microsecondsOf(*text) : std::nullopt;
-        if (time && !isInterval(*text))
+        if (time && !isInterval(*text)) {
             return formatTime(static_cast<std::time_t>(*time / 1'000'000));
+        }
     }
     return formatTime(std::chrono::system_clock::to_time_t(arrival));
 }
@@ -48,16 +49,18 @@ std::string timeOf(const Instance& indication, std::chrono::system_clock::time_p
 std::string severityOf(const Instance& indication) {
     const PropertyValue* const found = indication.find("PerceivedSeverity");
     const auto* const number = found != nullptr ? found->value.get<std::uint64_t>() : nullptr;
-    if (number == nullptr) return "-";
-    if (*number == 1)
+    if (!number) return "-";
+    if (*number == 1) {
         if (const Text* const other = textOf(indication, "OtherSeverity")) return other->str();
+    }
     if (*number < severities.size()) return std::string(severities[*number]);
     return "severity " + std::to_string(*number);
 }
 
 const Text* headlineOf(const Instance& indication) noexcept {
-    for (const std::string_view name : headlineNames)
+    for (const std::string_view name : headlineNames) {
         if (const Text* const text = textOf(indication, name)) return text;
+    }
     return nullptr;
 }
 
@@ -65,10 +68,11 @@ void appendVisible(std::string& line, std::string_view text) {
     constexpr std::string_view digits = "0123456789abcdef";
     for (const char character : text) {
         const auto byte = static_cast<unsigned char>(character);
-        if (byte < 0x20 || byte == 0x7F)
+        if (byte < 0x20 || byte == 0x7F) {
             line.append({'\\', 'x', digits[byte >> 4U], digits[byte & 15U]});
-        else
+        } else {
             line += character;
+        }
     }
 }
 
@@ -87,11 +91,12 @@ std::string describeIndication(const Instance& indication,
     appendLine(text, "",
                timeOf(indication, arrival) + "  " + indication.className() + "  " +
                    severityOf(indication));
-    if (const Text* const headline = headlineOf(indication))
-        appendLine(text, indent, *headline);
-    for (const PropertyValue& property : indication.properties)
-        if (!property.value.isNull())
+    if (const Text* const headline = headlineOf(indication)) appendLine(text, indent, *headline);
+    for (const PropertyValue& property : indication.properties) {
+        if (!property.value.isNull()) {
             appendLine(text, indent, property.name.str() + " = " + describe(property.value));
+        }
+    }
     return text;
 }
 

@@ -7,7 +7,6 @@
 #include "cimhost/server/IndicationText.h"
 
 #include <CLI/CLI.hpp>
-
 #include <unistd.h>
 
 #include <csignal>
@@ -48,8 +47,9 @@ public:
         const std::string text = describeIndication(indication, std::chrono::system_clock::now());
         const std::lock_guard lock(_mutex);
         // One that comes while the program ends was not taken, and will be sent again.
-        if (_limit && _count == *_limit)
+        if (_limit && _count == *_limit) {
             throw CimError(CimCode::failed, "the listener has all that it was to wait for");
+        }
         std::fputs(text.c_str(), stdout);
         std::fflush(stdout);
         if (++_count == _limit) kill(getpid(), SIGTERM);

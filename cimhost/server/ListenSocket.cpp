@@ -56,17 +56,19 @@ bool prepare(int socket, const addrinfo& address) noexcept {
 
 ListenSocket::ListenSocket(const std::string& address, std::uint16_t port) {
     const AddressList resolved = resolve(address, port);
-    if (resolved == nullptr) refuse(address, port, "not a numeric address");
+    if (!resolved) refuse(address, port, "not a numeric address");
     _socket =
         Descriptor(socket(resolved->ai_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (!_socket || !prepare(_socket.get(), *resolved))
+    if (!_socket || !prepare(_socket.get(), *resolved)) {
         refuse(address, port, std::generic_category().message(errno));
+    }
 
     sockaddr_storage bound{};
     socklen_t size = sizeof bound;
     auto* generic = reinterpret_cast<sockaddr*>(&bound);
-    if (getsockname(_socket.get(), generic, &size) != 0)
+    if (getsockname(_socket.get(), generic, &size) != 0) {
         refuse(address, port, std::generic_category().message(errno));
+    }
     _name = formatAddress(*generic);
     _port =
         ntohs(reinterpret_cast<sockaddr_in*>(&bound)->sin_port);  // the same place in sockaddr_in6
@@ -74,9 +76,10 @@ ListenSocket::ListenSocket(const std::string& address, std::uint16_t port) {
 
 bool isLoopback(const std::string& address) noexcept {
     const AddressList resolved = resolve(address, 0);
-    if (resolved == nullptr) return false;
-    if (resolved->ai_family == AF_INET6)
+    if (!resolved) return false;
+    if (resolved->ai_family == AF_INET6) {
         return IN6_IS_ADDR_LOOPBACK(&reinterpret_cast<sockaddr_in6*>(resolved->ai_addr)->sin6_addr);
+    }
     const auto* ipv4 = reinterpret_cast<const sockaddr_in*>(resolved->ai_addr);
     return ntohl(ipv4->sin_addr.s_addr) >> 24U == 127;
 }

@@ -92,8 +92,9 @@ std::optional<std::string> ListenerConnection::_exchange(std::string_view messag
 
 void ListenerConnection::_connect(Clock::time_point deadline) {
     std::string problem;
-    for (const SocketAddress& address : _resolver.resolve(deadline))
+    for (const SocketAddress& address : _resolver.resolve(deadline)) {
         if (_connectTo(address, deadline, problem)) return;
+    }
     throw StreamError(StreamError::Kind::lost, problem);
 }
 

@@ -2,9 +2,9 @@
 #include "cimhost/server/PasswordFile.h"
 #include "cimhost/server/PasswordHash.h"
 
+#include <CLI/CLI.hpp>
 #include <termios.h>
 #include <unistd.h>
-#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <iostream>
@@ -49,8 +49,9 @@ std::string askLine(const SilentTerminal& terminal, const char* prompt) {
 std::string readPassword() {
     const SilentTerminal terminal;
     std::string password = askLine(terminal, "Password: ");
-    if (terminal.isTerminal() && askLine(terminal, "Again: ") != password)
+    if (terminal.isTerminal() && askLine(terminal, "Again: ") != password) {
         throw std::runtime_error("the two passwords differ");
+    }
     return password;
 }
 

@@ -25,11 +25,13 @@ constexpr std::size_t maximumNameBytes = 255;
 void checkAccess(int descriptor, const std::filesystem::path& file) {
     struct stat status {};
     if (fstat(descriptor, &status) != 0) throwSystem("cannot look at the password file", file);
-    if (!S_ISREG(status.st_mode))
+    if (!S_ISREG(status.st_mode)) {
         throw std::runtime_error("the password file " + file.string() + " is not a regular file");
-    if ((status.st_mode & (S_IROTH | S_IWOTH | S_IWGRP)) != 0)
+    }
+    if ((status.st_mode & (S_IROTH | S_IWOTH | S_IWGRP)) != 0) {
         throw std::runtime_error("the password file " + file.string() +
                                  " may be read or changed by others; chmod 600 helps");
+    }
 }
 
 std::string readAll(int descriptor, const std::filesystem::path& file) {
@@ -41,8 +43,9 @@ std::string readAll(int descriptor, const std::filesystem::path& file) {
         if (count < 0 && errno != EINTR) throwSystem("cannot read the password file", file);
         if (count > 0) size += static_cast<std::size_t>(count);
     }
-    if (size > maximumFileBytes)
+    if (size > maximumFileBytes) {
         throw std::runtime_error("the password file " + file.string() + " is larger than 1 MiB");
+    }
     text.resize(size);
     return text;
 }
@@ -104,19 +107,22 @@ void PasswordFile::_readLine(std::string_view line) {
 }
 
 void PasswordFile::set(const std::string& user, const std::string& hash) {
-    if (!isUserName(user))
+    if (!isUserName(user)) {
         throw std::runtime_error(
             "a user name has 1 to 255 bytes, no colon, no control character and no '#' in front");
-    if (!isUsableHash(hash))
+    }
+    if (!isUsableHash(hash)) {
         throw std::runtime_error("the password hash of user " + user +
                                  " is none, or of a method that is not trusted");
+    }
     _entries[user] = hash;
 }
 
 void PasswordFile::save(const std::filesystem::path& file) const {
     std::string text;
-    for (const auto& [user, hash] : _entries)
+    for (const auto& [user, hash] : _entries) {
         text.append(user).append(":").append(hash).append("\n");
+    }
     TemporaryFile temporary(file);
     writeAll(temporary.descriptor.get(), text, temporary.name);
     if (fsync(temporary.descriptor.get()) != 0) throwSystem("cannot write", temporary.name);

@@ -21,7 +21,7 @@ std::string runCrypt(const std::string& password, const std::string& setting) {
     const std::unique_ptr<crypt_data, Wiper> data(new crypt_data{});
     if (password.find('\0') != password.npos) return {};
     const char* hash = crypt_r(password.c_str(), setting.c_str(), data.get());
-    return hash == nullptr || hash[0] == '*' ? std::string{} : std::string(hash);
+    return !hash || hash[0] == '*' ? std::string{} : std::string(hash);
 }
 
 }  // namespace
@@ -29,8 +29,9 @@ std::string runCrypt(const std::string& password, const std::string& setting) {
 std::string hashPassword(const std::string& password) {
     std::array<char, CRYPT_GENSALT_OUTPUT_SIZE> setting{};
     constexpr int size = static_cast<int>(setting.size());
-    if (crypt_gensalt_rn("$y$", 0, nullptr, 0, setting.data(), size) == nullptr)
+    if (!crypt_gensalt_rn("$y$", 0, nullptr, 0, setting.data(), size)) {
         throw std::runtime_error("the system's crypt does not offer yescrypt");
+    }
     std::string hash = runCrypt(password, setting.data());
     if (hash.empty()) throw std::runtime_error("the password is too long or holds a NUL");
     return hash;

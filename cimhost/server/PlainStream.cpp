@@ -30,8 +30,9 @@ std::size_t describe(std::span<const std::string_view> pieces,
                      std::array<iovec, maximumPieces>& parts) {
     assert(pieces.size() <= maximumPieces);
     std::size_t count = 0;
-    for (const std::string_view piece : pieces)
+    for (const std::string_view piece : pieces) {
         if (!piece.empty()) parts[count++] = {const_cast<char*>(piece.data()), piece.size()};
+    }
     return count;
 }
 
@@ -74,12 +75,13 @@ void PlainStream::send(std::span<const std::string_view> pieces, Clock::time_poi
     message.msg_iovlen = describe(pieces, parts);
     while (message.msg_iovlen > 0) {
         const ssize_t count = sendmsg(_socket, &message, MSG_NOSIGNAL);
-        if (count >= 0)
+        if (count >= 0) {
             advance(message, static_cast<std::size_t>(count));
-        else if (errno == EAGAIN)
+        } else if (errno == EAGAIN) {
             _wait(POLLOUT, deadline);
-        else if (errno != EINTR)
+        } else if (errno != EINTR) {
             throwLost(errno);
+        }
     }
 }
 

@@ -71,8 +71,9 @@ std::vector<std::string> unknownClasses(const Repository& repository,
     std::vector<std::string> complaints;
     for (const Registration& registration : registrations.all()) {
         const NameSpace* nameSpace = repository.find(registration.nameSpace);
-        if (nameSpace != nullptr && nameSpace->findClass(registration.className) != nullptr)
+        if (nameSpace != nullptr && nameSpace->findClass(registration.className) != nullptr) {
             continue;
+        }
         complaints.push_back("provider " + registration.provider + " is registered for " +
                              registration.nameSpace + ":" + registration.className +
                              ", which does not exist");

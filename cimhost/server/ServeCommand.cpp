@@ -39,10 +39,12 @@ struct Gate {
     std::unique_ptr<AccessLog> accessLog;
 
     explicit Gate(const ServeOptions& options) {
-        if (options.usesTls())
+        if (options.usesTls()) {
             tls = std::make_unique<TlsContext>(options.tlsCertificate, options.tlsKey);
-        if (!options.passwordFile.empty())
+        }
+        if (!options.passwordFile.empty()) {
             authenticator = std::make_unique<BasicAuth>(PasswordFile(options.passwordFile));
+        }
         if (!options.accessLog.empty()) accessLog = std::make_unique<AccessLog>(options.accessLog);
     }
 };
@@ -69,8 +71,9 @@ int serve(const ServeOptions& options) {
     options.schema.loadInto(repository);
     Registrations registrations;
     options.schema.loadInto(registrations);
-    for (const std::string& complaint : unknownClasses(repository, registrations))
+    for (const std::string& complaint : unknownClasses(repository, registrations)) {
         log.write(BrokerLog::Level::warning, "cimhost", complaint);
+    }
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,
                           options.indications);

@@ -134,8 +134,9 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
     const std::map<std::string, BrokerLog::Level> levels = [] {
         std::map<std::string, BrokerLog::Level> names;
         for (const auto level : {BrokerLog::Level::error, BrokerLog::Level::warning,
-                                 BrokerLog::Level::information, BrokerLog::Level::debug})
+                                 BrokerLog::Level::information, BrokerLog::Level::debug}) {
             names.emplace(levelName(level), level);
+        }
         return names;
     }();
     command

@@ -19,7 +19,7 @@ std::string takeReason() {
     ERR_clear_error();
     if (ERR_SYSTEM_ERROR(code)) return std::generic_category().message(ERR_GET_REASON(code));
     const char* reason = code == 0 ? nullptr : ERR_reason_error_string(code);
-    return reason == nullptr ? "unknown reason" : reason;
+    return !reason ? "unknown reason" : reason;
 }
 
 [[noreturn]] void refuse(const std::string& what) {
@@ -39,18 +39,20 @@ void TlsContext::Deleter::operator()(ssl_ctx_st* handle) const noexcept {
 TlsContext::TlsContext(const std::string& certificateFile, const std::string& keyFile)
     : _handle(SSL_CTX_new(TLS_server_method())) {
     SSL_CTX* handle = _handle.get();
-    if (handle == nullptr) throw std::bad_alloc();
+    if (!handle) throw std::bad_alloc();
     SSL_CTX_set_min_proto_version(handle, TLS1_2_VERSION);
     SSL_CTX_set_options(
         handle, SSL_OP_NO_RENEGOTIATION | SSL_OP_NO_COMPRESSION | SSL_OP_CIPHER_SERVER_PREFERENCE);
     SSL_CTX_set_mode(handle, SSL_MODE_RELEASE_BUFFERS);
     SSL_CTX_set_default_passwd_cb(handle, refusePassphrase);
     ERR_clear_error();
-    if (SSL_CTX_use_certificate_chain_file(handle, certificateFile.c_str()) != 1)
+    if (SSL_CTX_use_certificate_chain_file(handle, certificateFile.c_str()) != 1) {
         refuse("cannot use the TLS certificate " + certificateFile);
+    }
     if (SSL_CTX_use_PrivateKey_file(handle, keyFile.c_str(), SSL_FILETYPE_PEM) != 1 ||
-        SSL_CTX_check_private_key(handle) != 1)
+        SSL_CTX_check_private_key(handle) != 1) {
         refuse("cannot use the TLS key " + keyFile);
+    }
 }
 
 void TlsStream::Deleter::operator()(ssl_st* handle) const noexcept {
@@ -62,7 +64,7 @@ TlsStream::TlsStream(Stream& transport, const TlsContext& context)
     // Memory in between, so that deadlines and broken pipes stay the transport's business.
     BIO* incoming = BIO_new(BIO_s_mem());
     BIO* outgoing = BIO_new(BIO_s_mem());
-    if (_handle == nullptr || incoming == nullptr || outgoing == nullptr) {
+    if (!_handle || !incoming || !outgoing) {
         BIO_free(incoming);
         BIO_free(outgoing);
         throw std::bad_alloc();
@@ -97,22 +99,24 @@ bool TlsStream::_advance(int result, Clock::time_point deadline) {
     const std::string text = reason == SSL_ERROR_SSL ? takeReason() : std::string{};
     _flush(deadline);  // handshake messages, or the alert that says what was wrong
     if (reason == SSL_ERROR_NONE) return false;
-    if (reason == SSL_ERROR_WANT_READ)
+    if (reason == SSL_ERROR_WANT_READ) {
         _fetch(deadline);
-    else if (reason == SSL_ERROR_ZERO_RETURN)
+    } else if (reason == SSL_ERROR_ZERO_RETURN) {
         _ended = true;
-    else
+    } else {
         throw StreamError(StreamError::Kind::lost, "TLS: " + text);
+    }
     return true;
 }
 
 void TlsStream::_fetch(Clock::time_point deadline) {
     std::array<char, transportBytes> bytes;
     const std::size_t count = _transport.receive(bytes, deadline);
-    if (count == 0)
+    if (count == 0) {
         _ended = true;
-    else if (BIO_write(SSL_get_rbio(_handle.get()), bytes.data(), static_cast<int>(count)) <= 0)
+    } else if (BIO_write(SSL_get_rbio(_handle.get()), bytes.data(), static_cast<int>(count)) <= 0) {
         throw std::bad_alloc();
+    }
 }
 
 void TlsStream::_flush(Clock::time_point deadline) {
@@ -131,8 +135,9 @@ void TlsStream::send(std::span<const std::string_view> pieces, Clock::time_point
     if (_joined.empty()) return;
     std::size_t written = 0;
     ERR_clear_error();
-    if (SSL_write_ex(_handle.get(), _joined.data(), _joined.size(), &written) != 1)
+    if (SSL_write_ex(_handle.get(), _joined.data(), _joined.size(), &written) != 1) {
         throw StreamError(StreamError::Kind::lost, "TLS: " + takeReason());
+    }
     _flush(deadline);
 }
 

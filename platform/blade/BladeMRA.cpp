@@ -1,14 +1,14 @@
 #include "platform/blade/BladeMRA.h"
 
-#include <exception>
-
 #include "platform/blade/HostBladeMRA.h"
+
+#include <exception>
 
 BladeMRA::~BladeMRA() = default;
 
 BladeMRA* BladeMRAFactory(Logger& log) noexcept try {
     return new HostBladeMRA(log);
-} catch (std::exception const& error) {
+} catch (const std::exception& error) {
     log.error("Cannot make the enclosure data source: %s", error.what());
     return nullptr;
 }

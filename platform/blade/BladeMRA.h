@@ -9,8 +9,8 @@
 class PYL_EXPORT BladeMRA {
 public:
     BladeMRA() = default;
-    BladeMRA(BladeMRA const&) = delete;
-    BladeMRA& operator=(BladeMRA const&) = delete;
+    BladeMRA(const BladeMRA&) = delete;
+    BladeMRA& operator=(const BladeMRA&) = delete;
     virtual ~BladeMRA();
 
     /// Reads the enclosure data afresh and fills the object with them; a server that is no blade is

@@ -4,7 +4,7 @@
 
 namespace {
 
-MRAStatusEnum give(std::optional<std::string> const& fact, std::string& value) {
+MRAStatusEnum give(const std::optional<std::string>& fact, std::string& value) {
     if (!fact) return MRA_STATUS_DATA_NOT_AVAILABLE;
     value = *fact;
     return MRA_STATUS_SUCCESS;
@@ -12,7 +12,7 @@ MRAStatusEnum give(std::optional<std::string> const& fact, std::string& value) {
 
 }  // namespace
 
-BladeMRADataObject::BladeMRADataObject(Logger const&) {}
+BladeMRADataObject::BladeMRADataObject(const Logger&) {}
 
 MRAStatusEnum BladeMRADataObject::getEnclosureName(std::string& name) const {
     return give(_facts.enclosureName, name);

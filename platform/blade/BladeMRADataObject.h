@@ -1,11 +1,11 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include "platform/computersystem/MRAStatus.h"
 #include "platform/logger/Logger.h"
 #include "pylcommon_export.h"
+
+#include <optional>
+#include <string>
 
 /// What is known of the enclosure that a server stands in; nullopt where the firmware does not
 /// tell.
@@ -26,7 +26,7 @@ struct BladeFacts {
 class PYL_EXPORT BladeMRADataObject {
 public:
     /// Data objects of every kind are made with a logger; this one has nothing to log.
-    explicit BladeMRADataObject(Logger const& log);
+    explicit BladeMRADataObject(const Logger& log);
 
     /// Whether the server is a blade in an enclosure.
     bool isBlade() const noexcept { return _facts.isBlade; }

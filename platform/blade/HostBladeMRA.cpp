@@ -1,13 +1,13 @@
 #include "platform/blade/HostBladeMRA.h"
 
-#include <exception>
-
 #include "platform/smbios/FirmwareText.h"
 #include "platform/smbios/SmBios.h"
 
+#include <exception>
+
 namespace {
 
-BladeFacts factsOf(KTQEnclosure const* enclosure) {
+BladeFacts factsOf(const KTQEnclosure* enclosure) {
     if (!enclosure) return {};
     return {.isBlade = enclosure->isBlade,
             .isSLServer = enclosure->isSLServer,
@@ -18,7 +18,7 @@ BladeFacts factsOf(KTQEnclosure const* enclosure) {
 
 }  // namespace
 
-HostBladeMRA::HostBladeMRA(Logger const& log) : _log(log) {}
+HostBladeMRA::HostBladeMRA(const Logger& log) : _log(log) {}
 
 HostBladeMRA::~HostBladeMRA() = default;
 
@@ -28,7 +28,7 @@ MRAStatusEnum HostBladeMRA::getEnclosureData(BladeMRADataObject& object) noexcep
     if (smbios.scan() != 0) return MRA_STATUS_FAILED;
     object.setFacts(factsOf(smbios.getKTQEnclosure()));
     return MRA_STATUS_SUCCESS;
-} catch (std::exception const& error) {
+} catch (const std::exception& error) {
     _log.error("Cannot read the enclosure data: %s", error.what());
     return MRA_STATUS_FAILED;
 }

@@ -8,7 +8,7 @@ class PYL_EXPORT HostBladeMRA : public BladeMRA {
 public:
     /// Reads SMBIOS from the process's source (SmBios::setSource()). Keeps its own copy of the
     /// logger.
-    explicit HostBladeMRA(Logger const& log);
+    explicit HostBladeMRA(const Logger& log);
     ~HostBladeMRA() override;
 
     MRAStatusEnum getEnclosureData(BladeMRADataObject& object) noexcept override;

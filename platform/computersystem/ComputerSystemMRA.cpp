@@ -1,14 +1,14 @@
 #include "platform/computersystem/ComputerSystemMRA.h"
 
-#include <exception>
-
 #include "platform/computersystem/HostComputerSystemMRA.h"
+
+#include <exception>
 
 ComputerSystemMRA::~ComputerSystemMRA() = default;
 
 ComputerSystemMRA* computerSystemMRAFactory(Logger& log) noexcept try {
     return new HostComputerSystemMRA(log);
-} catch (std::exception const& error) {
+} catch (const std::exception& error) {
     log.error("Cannot make the computer-system data source: %s", error.what());
     return nullptr;
 }

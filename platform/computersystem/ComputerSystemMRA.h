@@ -12,8 +12,8 @@ public:
     static constexpr unsigned systemData = 1;
 
     ComputerSystemMRA() = default;
-    ComputerSystemMRA(ComputerSystemMRA const&) = delete;
-    ComputerSystemMRA& operator=(ComputerSystemMRA const&) = delete;
+    ComputerSystemMRA(const ComputerSystemMRA&) = delete;
+    ComputerSystemMRA& operator=(const ComputerSystemMRA&) = delete;
     virtual ~ComputerSystemMRA();
 
     /// Reads the selected data afresh and fills the object with them. The one selector is

@@ -5,7 +5,7 @@
 namespace {
 
 template <typename Value>
-MRAStatusEnum give(std::optional<Value> const& fact, Value& value) {
+MRAStatusEnum give(const std::optional<Value>& fact, Value& value) {
     if (!fact) return MRA_STATUS_DATA_NOT_AVAILABLE;
     value = *fact;
     return MRA_STATUS_SUCCESS;
@@ -13,7 +13,7 @@ MRAStatusEnum give(std::optional<Value> const& fact, Value& value) {
 
 }  // namespace
 
-ComputerSystemMRADataObject::ComputerSystemMRADataObject(Logger const&) {}
+ComputerSystemMRADataObject::ComputerSystemMRADataObject(const Logger&) {}
 
 MRAStatusEnum ComputerSystemMRADataObject::getSystemManufacturer(std::string& manufacturer) const {
     return give(_facts.manufacturer, manufacturer);

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <optional>
-#include <string>
-
 #include "platform/computersystem/MRAStatus.h"
 #include "platform/logger/Logger.h"
 #include "pylcommon_export.h"
+
+#include <optional>
+#include <string>
 
 /// The kind of operating system that a host runs.
 enum operatingSystemEnum { OSunkown = 0, OSvm = 1, OSlinux = 2, OSopenvms = 3 };
@@ -36,7 +36,7 @@ struct ComputerSystemFacts {
 class PYL_EXPORT ComputerSystemMRADataObject {
 public:
     /// Data objects of every kind are made with a logger; this one has nothing to log.
-    explicit ComputerSystemMRADataObject(Logger const& log);
+    explicit ComputerSystemMRADataObject(const Logger& log);
 
     MRAStatusEnum getSystemManufacturer(std::string& manufacturer) const;
     MRAStatusEnum getSystemProductName(std::string& productName) const;

@@ -1,12 +1,12 @@
 #include "platform/computersystem/HostComputerSystemMRA.h"
 
-#include <exception>
-#include <utility>
-
 #include "platform/computersystem/HostFacts.h"
 #include "platform/smbios/SmBios.h"
 
-HostComputerSystemMRA::HostComputerSystemMRA(Logger const& log, HostFiles files)
+#include <exception>
+#include <utility>
+
+HostComputerSystemMRA::HostComputerSystemMRA(const Logger& log, HostFiles files)
     : _log(log), _files(std::move(files)) {}
 
 HostComputerSystemMRA::~HostComputerSystemMRA() = default;
@@ -19,7 +19,7 @@ MRAStatusEnum HostComputerSystemMRA::getFirstData(unsigned selector,
         return MRA_STATUS_FAILED;
     }
     return _fill(object);
-} catch (std::exception const& error) {
+} catch (const std::exception& error) {
     _log.error("Cannot read the computer-system data: %s", error.what());
     return MRA_STATUS_FAILED;
 }

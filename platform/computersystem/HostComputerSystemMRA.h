@@ -10,7 +10,7 @@ class PYL_EXPORT HostComputerSystemMRA : public ComputerSystemMRA {
 public:
     /// Reads SMBIOS from the process's source (SmBios::setSource()). Keeps its own copy of the
     /// logger.
-    explicit HostComputerSystemMRA(Logger const& log, HostFiles files = HostFiles());
+    explicit HostComputerSystemMRA(const Logger& log, HostFiles files = HostFiles());
     ~HostComputerSystemMRA() override;
 
     MRAStatusEnum getFirstData(unsigned selector,

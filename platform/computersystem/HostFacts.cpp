@@ -1,10 +1,10 @@
 #include "platform/computersystem/HostFacts.h"
 
-#include <array>
-#include <utility>
-
 #include "platform/computersystem/OsRelease.h"
 #include "platform/smbios/FirmwareText.h"
+
+#include <array>
+#include <utility>
 
 namespace {
 
@@ -13,7 +13,7 @@ using Text = std::optional<std::string> ComputerSystemFacts::*;
 /// Where the kernel repeats what it read from the firmware.
 struct KernelFile {
     Text fact;
-    char const* path;
+    const char* path;
 };
 
 constexpr auto kernelFiles = std::to_array<KernelFile>({
@@ -45,9 +45,9 @@ constexpr auto texts = std::to_array<Text>({
 
 }  // namespace
 
-ComputerSystemFacts readHostFacts(HostFiles const& files) {
+ComputerSystemFacts readHostFacts(const HostFiles& files) {
     ComputerSystemFacts facts;
-    for (KernelFile const& file : kernelFiles) facts.*file.fact = files.line(file.path);
+    for (const KernelFile& file : kernelFiles) facts.*file.fact = files.line(file.path);
     if (files.line("/proc/sys/kernel/ostype") == "Linux") facts.osType = OSlinux;
     auto release = files.text("/etc/os-release");
     if (!release) release = files.text("/usr/lib/os-release");
@@ -58,21 +58,21 @@ ComputerSystemFacts readHostFacts(HostFiles const& files) {
     return facts;
 }
 
-ComputerSystemFacts readFirmwareFacts(SmBios const& smbios) {
+ComputerSystemFacts readFirmwareFacts(const SmBios& smbios) {
     ComputerSystemFacts facts;
-    if (DmiSystem const* const system = smbios.getDmiSystem()) {
+    if (const DmiSystem* const system = smbios.getDmiSystem()) {
         facts.manufacturer = nonBlank(system->manufacturer);
         facts.productName = nonBlank(system->productName);
         facts.productId = nonBlank(system->skuNumber);
         facts.serialNumber = nonBlank(system->serialNumber);
         facts.uuid = nonBlank(system->uuid);
     }
-    if (DmiBios const* const bios = smbios.getDmiBios()) {
+    if (const DmiBios* const bios = smbios.getDmiBios()) {
         facts.biosVendor = nonBlank(bios->vendor);
         facts.biosVersion = nonBlank(bios->version);
         facts.biosReleaseDate = nonBlank(bios->releaseDate);
     }
-    if (KTQServerProfile const* const profile = smbios.getKTQServerProfile()) {
+    if (const KTQServerProfile* const profile = smbios.getKTQServerProfile()) {
         facts.virtualSerialNumber = nonBlank(profile->virtualSerialNumber);
         facts.virtualUuid = nonBlank(profile->virtualUuid);
         facts.solutionName = nonBlank(profile->solutionName);
@@ -81,15 +81,15 @@ ComputerSystemFacts readFirmwareFacts(SmBios const& smbios) {
 }
 
 ComputerSystemFacts mergeFacts(ComputerSystemFacts first, ComputerSystemFacts second) {
-    for (Text const text : texts) {
+    for (const Text text : texts) {
         if (!(first.*text)) first.*text = std::move(second.*text);
     }
     if (!first.osType) first.osType = second.osType;
     return first;
 }
 
-bool hasFacts(ComputerSystemFacts const& facts) noexcept {
-    for (Text const text : texts) {
+bool hasFacts(const ComputerSystemFacts& facts) noexcept {
+    for (const Text text : texts) {
         if (facts.*text) return true;
     }
     return facts.osType.has_value();

@@ -6,13 +6,13 @@
 
 /// What the kernel's copies of the firmware's facts (/sys/class/dmi/id), the kernel itself and
 /// os-release tell.
-ComputerSystemFacts readHostFacts(HostFiles const& files);
+ComputerSystemFacts readHostFacts(const HostFiles& files);
 
 /// What a scanned SMBIOS table tells; nothing when its scan failed.
-ComputerSystemFacts readFirmwareFacts(SmBios const& smbios);
+ComputerSystemFacts readFirmwareFacts(const SmBios& smbios);
 
 /// The facts of the first, and where it has none those of the second.
 ComputerSystemFacts mergeFacts(ComputerSystemFacts first, ComputerSystemFacts second);
 
 /// True when there is a fact at all.
-bool hasFacts(ComputerSystemFacts const& facts) noexcept;
+bool hasFacts(const ComputerSystemFacts& facts) noexcept;

@@ -11,7 +11,7 @@ std::optional<std::string> HostFiles::text(std::string_view path) const {
     std::ifstream file(_root + std::string(path), std::ios::binary);
     std::string content;
     while (file && content.size() < sizeLimit) {
-        std::size_t const done = content.size();
+        const std::size_t done = content.size();
         content.resize(done + pieceSize);
         file.read(content.data() + done, pieceSize);
         content.resize(done + static_cast<std::size_t>(file.gcount()));
@@ -22,9 +22,9 @@ std::optional<std::string> HostFiles::text(std::string_view path) const {
 
 std::optional<std::string> HostFiles::line(std::string_view path) const {
     constexpr std::string_view blanks = " \t\r";
-    std::string const content = text(path).value_or("");
+    const std::string content = text(path).value_or("");
     std::string_view first = std::string_view(content).substr(0, content.find('\n'));
-    std::size_t const begin = first.find_first_not_of(blanks);
+    const std::size_t begin = first.find_first_not_of(blanks);
     if (begin == std::string_view::npos) return std::nullopt;
     return std::string(first.substr(begin, first.find_last_not_of(blanks) - begin + 1));
 }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "pylcommon_export.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "pylcommon_export.h"
 
 /// The host's small text files, as the kernel and the distribution provide them.
 ///

@@ -6,7 +6,7 @@ namespace {
 
 /// A value as a shell reads it: 'all as it stands', "with \" escapes" or bare.
 std::string unquoted(std::string_view value) {
-    char const quote = value.empty() || (value[0] != '"' && value[0] != '\'') ? '\0' : value[0];
+    const char quote = value.empty() || (value[0] != '"' && value[0] != '\'') ? '\0' : value[0];
     if (quote) value.remove_prefix(1);
     std::string result;
     for (std::size_t at = 0; at < value.size() && !(quote && value[at] == quote); ++at) {
@@ -25,7 +25,7 @@ std::string_view withoutTrailingBlanks(std::string_view line) {
 std::optional<std::string> osReleaseValue(std::string_view text, std::string_view name) {
     std::optional<std::string> result;
     while (!text.empty()) {
-        std::string_view const line = text.substr(0, text.find('\n'));
+        const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(text.size(), line.size() + 1));
         if (line.starts_with(name) && line.substr(name.size()).starts_with('=')) {
             result = unquoted(withoutTrailingBlanks(line.substr(name.size() + 1)));

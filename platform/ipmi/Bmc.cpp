@@ -1,14 +1,14 @@
 #include "platform/ipmi/Bmc.h"
 
-#include <cerrno>
-#include <cstring>
-
 #include "platform/ipmi/BmcWays.h"
 #include "platform/ipmi/IpmiCodes.h"
 
+#include <cerrno>
+#include <cstring>
+
 BmcTransport::~BmcTransport() = default;
 
-std::uint32_t const bmcManufacturerId = PYL_BMC_MANUFACTURER_ID;
+const std::uint32_t bmcManufacturerId = PYL_BMC_MANUFACTURER_ID;
 
 namespace {
 
@@ -17,9 +17,9 @@ BmcTransportFactory replacedFactory = nullptr;
 constexpr std::chrono::seconds answerTime{5};
 
 int ask(BmcHandle& handle, std::uint8_t command, IpmiResponse& response) noexcept {
-    IpmiRequest const request{ipmi::application, command, {}};
-    auto const deadline = std::chrono::steady_clock::now() + answerTime;
-    int const status = handle.transport->exchange(request, response, deadline);
+    const IpmiRequest request{ipmi::application, command, {}};
+    const auto deadline = std::chrono::steady_clock::now() + answerTime;
+    const int status = handle.transport->exchange(request, response, deadline);
     if (status != 0) return status;
     return response.completionCode == 0 ? 0 : ipmi::completionStatus(response.completionCode);
 }
@@ -28,9 +28,9 @@ int readDeviceId(BmcHandle& handle) noexcept {
     constexpr std::size_t leastSize = 11;
     constexpr std::uint32_t manufacturerBits = 0xFFFFF;
     IpmiResponse response;
-    int const status = ask(handle, ipmi::getDeviceId, response);
+    const int status = ask(handle, ipmi::getDeviceId, response);
     if (status != 0) return status;
-    auto const& data = response.data;
+    const auto& data = response.data;
     if (data.size() < leastSize) return EPROTO;
     auto& identity = handle.deviceId;
     identity.deviceId = data[0];
@@ -46,8 +46,8 @@ int readDeviceId(BmcHandle& handle) noexcept {
 }
 
 /// The controller sends the bytes of a UUID from the last to the first (IPMI 2.0, 20.8).
-std::string guidText(std::vector<std::uint8_t> const& bytes) {
-    constexpr char const* digits = "0123456789abcdef";
+std::string guidText(const std::vector<std::uint8_t>& bytes) {
+    constexpr const char* digits = "0123456789abcdef";
     std::string text;
     for (std::size_t i = bytes.size(); i-- > 0;) {
         text += digits[bytes[i] >> 4U];
@@ -61,7 +61,7 @@ std::string guidText(std::vector<std::uint8_t> const& bytes) {
 int readSystemGuid(BmcHandle& handle) {
     constexpr std::size_t guidSize = 16;
     IpmiResponse response;
-    int const status = ask(handle, ipmi::getSystemGuid, response);
+    const int status = ask(handle, ipmi::getSystemGuid, response);
     if (status != 0) return ipmi::isCompletionStatus(status) ? 0 : status;
     if (response.data.size() != guidSize) return EPROTO;
     handle.systemGuid = guidText(response.data);

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "platform/ipmi/BmcTransport.h"
+#include "pylcommon_export.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
-
-#include "platform/ipmi/BmcTransport.h"
-#include "pylcommon_export.h"
 
 /// The server's management controller (BMC), and through it the enclosure's own module (ENCA).
 ///
@@ -36,7 +36,7 @@ struct BmcHandle {
 /// The maker's IANA enterprise number, which its controllers carry. A constant of the deployment:
 /// -DPYL_BMC_MANUFACTURER_ID=... when the library is built. The default, 32473, is the number that
 /// RFC 5612 sets aside for documentation.
-PYL_EXPORT extern std::uint32_t const bmcManufacturerId;
+PYL_EXPORT extern const std::uint32_t bmcManufacturerId;
 
 /// Opens the controller with this number, 0 the first, and asks who it is and for the system's GUID
 /// when `identify` is not 0. Returns 0, or a status that BMC_strerror() puts into words; the handle
@@ -59,7 +59,7 @@ constexpr std::size_t encaArgumentSize = 8000;  ///< the line of its options, it
 /// One command of the enclosure's module.
 struct EncaRequest {
     std::array<char, encaRequestSize> command{};  ///< zero-terminated
-    char const* argument = nullptr;               ///< zero-terminated
+    const char* argument = nullptr;               ///< zero-terminated
 };
 
 /// Interface statuses of ENCA_CLI_Exec() that have a meaning of their own. Any other but 0 is an
@@ -73,7 +73,7 @@ enum EncaStatus : int {
 /// Runs a command of the enclosure's module and waits for it to end, 30 seconds at most. Returns an
 /// interface status; with 0, `completionCode` is the module's own judgement of the command (0
 /// success).
-PYL_EXPORT int ENCA_CLI_Exec(BmcHandle& handle, EncaRequest const& request,
+PYL_EXPORT int ENCA_CLI_Exec(BmcHandle& handle, const EncaRequest& request,
                              EncaOutput& standardOutput, EncaOutput& standardError,
                              std::uint8_t& completionCode);
 

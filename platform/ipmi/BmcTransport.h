@@ -1,11 +1,11 @@
 #pragma once
 
+#include "pylcommon_export.h"
+
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <vector>
-
-#include "pylcommon_export.h"
 
 /// A request to the management controller (IPMI 2.0, 5.1). LUN 0.
 struct IpmiRequest {
@@ -24,14 +24,14 @@ struct IpmiResponse {
 class PYL_EXPORT BmcTransport {
 public:
     BmcTransport() = default;
-    BmcTransport(BmcTransport const&) = delete;
-    BmcTransport& operator=(BmcTransport const&) = delete;
+    BmcTransport(const BmcTransport&) = delete;
+    BmcTransport& operator=(const BmcTransport&) = delete;
     virtual ~BmcTransport();
 
     /// Sends the request and waits for its own response, until the deadline. 0, or an errno value:
     /// ETIMEDOUT when none came, EPROTO when what came is no response, EMSGSIZE for a request that
     /// is too long, and whatever the system says.
-    virtual int exchange(IpmiRequest const& request, IpmiResponse& response,
+    virtual int exchange(const IpmiRequest& request, IpmiResponse& response,
                          std::chrono::steady_clock::time_point deadline) noexcept = 0;
 };
 

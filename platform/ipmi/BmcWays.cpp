@@ -15,18 +15,18 @@ namespace ipmi {
 
 namespace {
 
-constexpr char const* configurationFile = "/etc/cim/ipmi.conf";
+constexpr const char* configurationFile = "/etc/cim/ipmi.conf";
 
 /// The text of root's configuration, or an errno value; ENOENT when there is none.
 int readConfiguration(std::string& text) {
-    int const descriptor = ::open(configurationFile, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    const int descriptor = ::open(configurationFile, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0) return errno;
     struct stat facts {};
     int status = ::fstat(descriptor, &facts) == 0 ? 0 : errno;
     if (status == 0 && (facts.st_uid != 0 || !S_ISREG(facts.st_mode))) status = EINVAL;
     std::array<char, 256> buffer{};
     if (status == 0) {
-        auto const count = ::read(descriptor, buffer.data(), buffer.size());
+        const auto count = ::read(descriptor, buffer.data(), buffer.size());
         if (count < 0) status = errno;
         text.assign(buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0);
     }
@@ -37,7 +37,7 @@ int readConfiguration(std::string& text) {
 }  // namespace
 
 int millisecondsUntil(std::chrono::steady_clock::time_point deadline) noexcept {
-    auto const left =
+    const auto left =
         std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
     return static_cast<int>(std::clamp<long long>(left.count(), 0, INT_MAX));
 }
@@ -45,31 +45,32 @@ int millisecondsUntil(std::chrono::steady_clock::time_point deadline) noexcept {
 int waitFor(int descriptor, short events, std::chrono::steady_clock::time_point deadline) noexcept {
     for (;;) {
         pollfd waited{descriptor, events, 0};
-        int const count = ::poll(&waited, 1, millisecondsUntil(deadline));
+        const int count = ::poll(&waited, 1, millisecondsUntil(deadline));
         if (count > 0) return 0;
         if (count == 0) return ETIMEDOUT;
         if (errno != EINTR) return errno;
     }
 }
 
-std::optional<VmAddress> parseWay(std::string const& text) {
+std::optional<VmAddress> parseWay(const std::string& text) {
     std::istringstream line(text.substr(0, text.find('\n')));
     std::string way;
     VmAddress address;
     std::string more;
-    if (!(line >> way >> address.host >> address.port) || way != "vm" || line >> more)
+    if (!(line >> way >> address.host >> address.port) || way != "vm" || line >> more) {
         return std::nullopt;
+    }
     return address;
 }
 
 int openUsualWay(int device, std::unique_ptr<BmcTransport>& transport) noexcept try {
     std::string text;
-    int const status = readConfiguration(text);
+    const int status = readConfiguration(text);
     if (status == ENOENT) return openKernelDevice(device, transport);
     if (status != 0) return status;
-    auto const address = parseWay(text);
+    const auto address = parseWay(text);
     return address ? openVmSocket(address->host, address->port, transport) : EINVAL;
-} catch (std::bad_alloc const&) {
+} catch (const std::bad_alloc&) {
     return ENOMEM;
 }
 

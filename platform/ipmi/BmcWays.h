@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/ipmi/BmcTransport.h"
+
 #include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
-
-#include "platform/ipmi/BmcTransport.h"
 
 namespace ipmi {
 
@@ -14,7 +14,7 @@ namespace ipmi {
 int openKernelDevice(int device, std::unique_ptr<BmcTransport>& transport) noexcept;
 
 /// A simulated controller behind a TCP socket that speaks the VM codec of the OpenIPMI simulator.
-int openVmSocket(std::string const& host, std::string const& port,
+int openVmSocket(const std::string& host, const std::string& port,
                  std::unique_ptr<BmcTransport>& transport) noexcept;
 
 /// Where the simulated controller is.
@@ -24,7 +24,7 @@ struct VmAddress {
 };
 
 /// "vm HOST PORT" on the first line; none for any other text.
-std::optional<VmAddress> parseWay(std::string const& text);
+std::optional<VmAddress> parseWay(const std::string& text);
 
 /// The kernel's device, unless root's file "/etc/cim/ipmi.conf" names a simulated controller. A
 /// file of somebody else, or with anything else in it, is EINVAL: who put it there meant something

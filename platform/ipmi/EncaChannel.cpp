@@ -1,12 +1,12 @@
 // The command channel to the enclosure's module. docs/ipmi.md describes its messages.
 
+#include "platform/ipmi/Bmc.h"
+#include "platform/ipmi/IpmiCodes.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string_view>
-
-#include "platform/ipmi/Bmc.h"
-#include "platform/ipmi/IpmiCodes.h"
 
 namespace {
 
@@ -31,13 +31,14 @@ void append(Bytes& bytes, std::uint32_t number, int size) {
 }
 
 void append(Bytes& bytes, std::string_view text) {
-    for (char const c : text) bytes.push_back(static_cast<std::uint8_t>(c));
+    for (const char c : text) bytes.push_back(static_cast<std::uint8_t>(c));
 }
 
-std::uint32_t numberAt(Bytes const& bytes, std::size_t at, int size) {
+std::uint32_t numberAt(const Bytes& bytes, std::size_t at, int size) {
     std::uint32_t number = 0;
-    for (int i = 0; i < size; ++i)
+    for (int i = 0; i < size; ++i) {
         number |= static_cast<std::uint32_t>(bytes[at + static_cast<std::size_t>(i)]) << (8 * i);
+    }
     return number;
 }
 
@@ -53,8 +54,8 @@ public:
     void end();
 
 private:
-    int ask(ChannelCommand command, Bytes const& data, Bytes& answer, std::size_t leastSize);
-    int readOutput(Stream stream, std::size_t total, EncaOutput& output);
+    int _ask(ChannelCommand command, const Bytes& data, Bytes& answer, std::size_t leastSize);
+    int _readOutput(Stream stream, std::size_t total, EncaOutput& output);
 
     BmcHandle& _handle;
     Time _deadline;
@@ -63,19 +64,20 @@ private:
     std::size_t _errorSize = 0;
 };
 
-int Session::ask(ChannelCommand command, Bytes const& data, Bytes& answer, std::size_t leastSize) {
+int Session::_ask(ChannelCommand command, const Bytes& data, Bytes& answer, std::size_t leastSize) {
     constexpr int ianaSize = 3;
     IpmiRequest request{ipmi::oemGroup, command, {}};
     append(request.data, bmcManufacturerId, ianaSize);
     request.data.insert(request.data.end(), data.begin(), data.end());
     IpmiResponse response;
-    int const status = _handle.transport->exchange(request, response, _deadline);
+    const int status = _handle.transport->exchange(request, response, _deadline);
     if (status != 0) return status == ETIMEDOUT ? encaCommandTimeout : status;
     if (response.completionCode == ipmi::timeoutCode) return encaCommandTimeout;
     if (response.completionCode != 0) return ipmi::completionStatus(response.completionCode);
     if (response.data.size() < ianaSize + leastSize ||
-        numberAt(response.data, 0, ianaSize) != bmcManufacturerId)
+        numberAt(response.data, 0, ianaSize) != bmcManufacturerId) {
         return EPROTO;
+    }
     answer.assign(response.data.begin() + ianaSize, response.data.end());
     return 0;
 }
@@ -84,7 +86,7 @@ int Session::begin(std::string_view command) {
     Bytes data;
     append(data, command);
     Bytes answer;
-    int const status = ask(channelBegin, data, answer, 1);
+    const int status = _ask(channelBegin, data, answer, 1);
     if (status == 0) _number = answer[0];
     return status;
 }
@@ -96,7 +98,7 @@ int Session::giveArgument(std::string_view text) {
         append(data, static_cast<std::uint32_t>(at), 2);
         append(data, text.substr(at, chunk));
         Bytes answer;
-        status = ask(channelArgument, data, answer, 0);
+        status = _ask(channelArgument, data, answer, 0);
     }
     return status;
 }
@@ -105,7 +107,7 @@ int Session::execute(std::size_t argumentSize, std::uint8_t& completionCode) {
     Bytes data{_number};
     append(data, static_cast<std::uint32_t>(argumentSize), 2);
     Bytes answer;
-    int const status = ask(channelExecute, data, answer, 9);
+    const int status = _ask(channelExecute, data, answer, 9);
     if (status != 0) return status;
     completionCode = answer[0];
     _outputSize = numberAt(answer, 1, 4);
@@ -113,15 +115,15 @@ int Session::execute(std::size_t argumentSize, std::uint8_t& completionCode) {
     return 0;
 }
 
-int Session::readOutput(Stream stream, std::size_t total, EncaOutput& output) {
-    auto const wanted = std::min(total, output.size);
+int Session::_readOutput(Stream stream, std::size_t total, EncaOutput& output) {
+    const auto wanted = std::min(total, output.size);
     while (output.used < wanted) {
         Bytes data{_number, stream};
         append(data, static_cast<std::uint32_t>(output.used), 4);
         Bytes answer;
-        int const status = ask(channelRead, data, answer, 1);
+        const int status = _ask(channelRead, data, answer, 1);
         if (status != 0) return status;
-        auto const count = std::min(answer.size(), wanted - output.used);
+        const auto count = std::min(answer.size(), wanted - output.used);
         std::memcpy(output.data + output.used, answer.data(), count);
         output.used += count;
     }
@@ -129,37 +131,38 @@ int Session::readOutput(Stream stream, std::size_t total, EncaOutput& output) {
 }
 
 int Session::readOutputs(EncaOutput& standardOutput, EncaOutput& standardError) {
-    int const status = readOutput(standardOutputStream, _outputSize, standardOutput);
-    return status != 0 ? status : readOutput(standardErrorStream, _errorSize, standardError);
+    const int status = _readOutput(standardOutputStream, _outputSize, standardOutput);
+    return status != 0 ? status : _readOutput(standardErrorStream, _errorSize, standardError);
 }
 
 /// The module forgets a command that nobody ends after a while, so that a failure here costs
 /// nothing.
 void Session::end() {
     Bytes answer;
-    ask(channelEnd, {_number}, answer, 0);
+    _ask(channelEnd, {_number}, answer, 0);
 }
 
-std::string_view boundedText(char const* text, std::size_t size) {
+std::string_view boundedText(const char* text, std::size_t size) {
     return {text, ::strnlen(text, size)};
 }
 
 }  // namespace
 
-int ENCA_CLI_Exec(BmcHandle& handle, EncaRequest const& request, EncaOutput& standardOutput,
+int ENCA_CLI_Exec(BmcHandle& handle, const EncaRequest& request, EncaOutput& standardOutput,
                   EncaOutput& standardError, std::uint8_t& completionCode) {
     completionCode = 0;
     standardOutput.used = standardError.used = 0;
     if (!standardOutput.data || !standardError.data) return encaPointerIsNull;
     if (!handle.transport || !request.argument) return EINVAL;
-    auto const line = boundedText(request.argument, encaArgumentSize - 1);
+    const auto line = boundedText(request.argument, encaArgumentSize - 1);
     Session session(handle, std::chrono::steady_clock::now() + commandTime);
     int status = session.begin(boundedText(request.command.data(), request.command.size()));
     if (status != 0) return status;
     status = session.giveArgument(line);
     if (status == 0) status = session.execute(line.size(), completionCode);
-    if (status == 0 && completionCode == 0)
+    if (status == 0 && completionCode == 0) {
         status = session.readOutputs(standardOutput, standardError);
+    }
     session.end();
     return status;
 }

@@ -8,7 +8,7 @@ namespace {
 
 struct CodeRow {
     std::uint8_t code;
-    char const* text;
+    const char* text;
 };
 
 constexpr auto codeRows = std::to_array<CodeRow>({
@@ -41,11 +41,12 @@ constexpr auto codeRows = std::to_array<CodeRow>({
 }  // namespace
 
 std::string completionText(int status) {
-    auto const code = static_cast<std::uint8_t>(status);
+    const auto code = static_cast<std::uint8_t>(status);
     char number[32];
     std::snprintf(number, sizeof number, " (completion code %02Xh)", static_cast<unsigned>(code));
-    for (auto const& row : codeRows)
+    for (const auto& row : codeRows) {
         if (row.code == code) return std::string(row.text) + number;
+    }
     return std::string("the controller refused") + number;
 }
 

@@ -1,3 +1,5 @@
+#include "platform/ipmi/BmcWays.h"
+
 #include <fcntl.h>
 #include <linux/ipmi.h>
 #include <poll.h>
@@ -10,8 +12,6 @@
 #include <new>
 #include <string>
 
-#include "platform/ipmi/BmcWays.h"
-
 namespace ipmi {
 
 namespace {
@@ -21,18 +21,18 @@ public:
     explicit KernelDevice(int descriptor) noexcept : _descriptor(descriptor) {}
     ~KernelDevice() override { ::close(_descriptor); }
 
-    int exchange(IpmiRequest const& request, IpmiResponse& response,
+    int exchange(const IpmiRequest& request, IpmiResponse& response,
                  std::chrono::steady_clock::time_point deadline) noexcept override;
 
 private:
-    int send(IpmiRequest const& request, long number) noexcept;
-    int receive(long number, IpmiResponse& response);
+    int _send(const IpmiRequest& request, long number) noexcept;
+    int _receive(long number, IpmiResponse& response);
 
     int _descriptor;
     long _number = 0;
 };
 
-int KernelDevice::send(IpmiRequest const& request, long number) noexcept {
+int KernelDevice::_send(const IpmiRequest& request, long number) noexcept {
     ipmi_system_interface_addr address{};
     address.addr_type = IPMI_SYSTEM_INTERFACE_ADDR_TYPE;
     address.channel = IPMI_BMC_CHANNEL;
@@ -48,7 +48,7 @@ int KernelDevice::send(IpmiRequest const& request, long number) noexcept {
 }
 
 /// 0, EAGAIN for a message that is not the awaited response, or an errno value.
-int KernelDevice::receive(long number, IpmiResponse& response) {
+int KernelDevice::_receive(long number, IpmiResponse& response) {
     std::array<unsigned char, IPMI_MAX_MSG_LENGTH> data{};
     ipmi_addr address{};
     ipmi_recv message{};
@@ -64,31 +64,31 @@ int KernelDevice::receive(long number, IpmiResponse& response) {
     return 0;
 }
 
-int KernelDevice::exchange(IpmiRequest const& request, IpmiResponse& response,
+int KernelDevice::exchange(const IpmiRequest& request, IpmiResponse& response,
                            std::chrono::steady_clock::time_point deadline) noexcept try {
-    int status = send(request, ++_number);
+    int status = _send(request, ++_number);
     while (status == 0 || status == EAGAIN) {
         status = waitFor(_descriptor, POLLIN, deadline);
         if (status != 0) break;
-        status = receive(_number, response);
+        status = _receive(_number, response);
         if (status == 0) break;
     }
     return status;
-} catch (std::bad_alloc const&) {
+} catch (const std::bad_alloc&) {
     return ENOMEM;
 }
 
 }  // namespace
 
 int openKernelDevice(int device, std::unique_ptr<BmcTransport>& transport) noexcept try {
-    auto const path = "/dev/ipmi" + std::to_string(device);
-    int const descriptor = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
+    const auto path = "/dev/ipmi" + std::to_string(device);
+    const int descriptor = ::open(path.c_str(), O_RDWR | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0) return errno;
     transport.reset(new (std::nothrow) KernelDevice(descriptor));
     if (transport) return 0;
     ::close(descriptor);
     return ENOMEM;
-} catch (std::bad_alloc const&) {
+} catch (const std::bad_alloc&) {
     return ENOMEM;
 }
 

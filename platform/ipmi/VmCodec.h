@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/ipmi/BmcTransport.h"
+
 #include <cstdint>
 #include <optional>
 #include <vector>
-
-#include "platform/ipmi/BmcTransport.h"
 
 /// The VM codec of the OpenIPMI simulator (its manual page ipmi_lan(5)): messages and commands in a
 /// byte stream, each closed by a mark, with marks inside escaped.
@@ -15,11 +15,11 @@ constexpr std::uint8_t commandMark = 0xA1;
 constexpr std::uint8_t escapeMark = 0xAA;
 
 /// A request as it goes over the wire.
-std::vector<std::uint8_t> encodeRequest(IpmiRequest const& request, std::uint8_t sequence);
+std::vector<std::uint8_t> encodeRequest(const IpmiRequest& request, std::uint8_t sequence);
 
 /// What a client says first: its protocol version, and that nobody can be powered off or reset by
 /// it.
-std::vector<std::uint8_t> const& vmGreeting();
+const std::vector<std::uint8_t>& vmGreeting();
 
 /// Finds the frames in what comes in.
 class VmFrames {
@@ -33,7 +33,7 @@ public:
     /// escapes.
     Found take(std::uint8_t byte);
 
-    std::vector<std::uint8_t> const& frame() const noexcept { return _frame; }
+    const std::vector<std::uint8_t>& frame() const noexcept { return _frame; }
 
 private:
     std::vector<std::uint8_t> _frame;
@@ -43,7 +43,7 @@ private:
 
 /// The response in a message frame, when it is the one to this request; none otherwise, also for a
 /// frame that is too short or whose checksum is wrong.
-std::optional<IpmiResponse> decodeResponse(std::vector<std::uint8_t> const& frame,
-                                           IpmiRequest const& request, std::uint8_t sequence);
+std::optional<IpmiResponse> decodeResponse(const std::vector<std::uint8_t>& frame,
+                                           const IpmiRequest& request, std::uint8_t sequence);
 
 }  // namespace ipmi

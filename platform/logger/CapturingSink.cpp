@@ -4,14 +4,14 @@ CapturingSink::~CapturingSink() = default;
 
 void CapturingSink::write(LogLevel level, std::string_view source,
                           std::string_view message) noexcept try {
-    std::lock_guard const lock(_mutex);
+    const std::lock_guard lock(_mutex);
     _lines.push_back({level, std::string(source), std::string(message)});
 } catch (...) {
     // Short of memory: the line is lost, as at any other sink.
 }
 
 std::vector<CapturingSink::Line> CapturingSink::lines() const {
-    std::lock_guard const lock(_mutex);
+    const std::lock_guard lock(_mutex);
     return _lines;
 }
 
@@ -30,6 +30,6 @@ std::vector<std::string> CapturingSink::messages(LogLevel level) const {
 }
 
 void CapturingSink::clear() {
-    std::lock_guard const lock(_mutex);
+    const std::lock_guard lock(_mutex);
     _lines.clear();
 }

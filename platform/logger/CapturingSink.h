@@ -1,11 +1,11 @@
 #pragma once
 
+#include "platform/logger/LogSink.h"
+#include "pylcommon_export.h"
+
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "platform/logger/LogSink.h"
-#include "pylcommon_export.h"
 
 /// Keeps log lines in memory, for tests. Safe from several threads at once.
 class PYL_EXPORT CapturingSink : public LogSink {
@@ -15,7 +15,7 @@ public:
         std::string source;
         std::string message;
 
-        bool operator==(Line const&) const = default;
+        bool operator==(const Line&) const = default;
     };
 
     ~CapturingSink() override;

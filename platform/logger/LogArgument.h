@@ -31,13 +31,13 @@ public:
 
     /// A zero-terminated text; it is read only up to the precision of its conversion. Null is
     /// allowed.
-    LogArgument(char const* text) noexcept : _kind(Kind::zeroTerminatedText), _pointer(text) {}
+    LogArgument(const char* text) noexcept : _kind(Kind::zeroTerminatedText), _pointer(text) {}
     LogArgument(std::string_view text) noexcept
         : _kind(Kind::text), _size(text.size()), _pointer(text.data()) {}
-    LogArgument(std::string const& text) noexcept : LogArgument(std::string_view(text)) {}
+    LogArgument(const std::string& text) noexcept : LogArgument(std::string_view(text)) {}
 
     /// Any other object pointer: an address to print, never followed.
-    LogArgument(void const* address) noexcept : _kind(Kind::pointer), _pointer(address) {}
+    LogArgument(const void* address) noexcept : _kind(Kind::pointer), _pointer(address) {}
     LogArgument(std::nullptr_t) noexcept : _kind(Kind::pointer), _pointer(nullptr) {}
 
     Kind kind() const noexcept { return _kind; }
@@ -50,9 +50,9 @@ public:
     /// Of a text that is not zero-terminated.
     std::string_view text() const noexcept { return {characters(), _size}; }
     /// Of a zero-terminated text; may be null.
-    char const* characters() const noexcept { return static_cast<char const*>(_pointer); }
+    const char* characters() const noexcept { return static_cast<const char*>(_pointer); }
     /// Of a text or a pointer.
-    void const* address() const noexcept { return _pointer; }
+    const void* address() const noexcept { return _pointer; }
 
 private:
     template <std::integral Promoted>
@@ -67,6 +67,6 @@ private:
     union {
         std::uint64_t _integer;
         double _floating;
-        void const* _pointer;
+        const void* _pointer;
     };
 };

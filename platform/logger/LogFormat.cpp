@@ -46,25 +46,25 @@ constexpr char upperDigit(char digit) noexcept {
 }
 
 std::int64_t signExtended(std::uint64_t value, unsigned bits) noexcept {
-    unsigned const unused = 64 - bits;
+    const unsigned unused = 64 - bits;
     return static_cast<std::int64_t>(value << unused) >> unused;
 }
 
 std::uint64_t zeroExtended(std::uint64_t value, unsigned bits) noexcept {
-    unsigned const unused = 64 - bits;
+    const unsigned unused = 64 - bits;
     return value << unused >> unused;
 }
 
 /// Puts arguments into one format. The format is read once, from left to right.
 class Formatter {
 public:
-    Formatter(std::string_view format, std::span<LogArgument const> arguments) noexcept
+    Formatter(std::string_view format, std::span<const LogArgument> arguments) noexcept
         : _rest(format), _arguments(arguments) {}
 
     std::string run() {
         _result.reserve(usualLine);
         while (!_rest.empty()) {
-            std::size_t const plain = std::min(_rest.find('%'), _rest.size());
+            const std::size_t plain = std::min(_rest.find('%'), _rest.size());
             _result.append(_rest.substr(0, plain));
             _rest.remove_prefix(plain);
             if (!_rest.empty() && !_convertPlain()) _convert();
@@ -78,17 +78,18 @@ private:
     bool _convertPlain() {
         using Kind = LogArgument::Kind;
         if (_next == _arguments.size()) return false;
-        LogArgument const& argument = _arguments[_next];
-        char const letter = _at(1);
-        if (letter == 's' && argument.kind() == Kind::text)
+        const LogArgument& argument = _arguments[_next];
+        const char letter = _at(1);
+        if (letter == 's' && argument.kind() == Kind::text) {
             _result.append(argument.text());
-        else if (letter == 's' && argument.kind() == Kind::zeroTerminatedText &&
-                 argument.characters())
+        } else if (letter == 's' && argument.kind() == Kind::zeroTerminatedText &&
+                   argument.characters()) {
             _result.append(argument.characters());
-        else if (letter == 'd' && argument.kind() == Kind::integer)
+        } else if (letter == 'd' && argument.kind() == Kind::integer) {
             _appendDecimal(signExtended(argument.integer(), argument.bits()));
-        else
+        } else {
             return false;
+        }
         ++_next;
         _rest.remove_prefix(2);
         return true;
@@ -96,14 +97,14 @@ private:
 
     void _appendDecimal(std::int64_t value) {
         std::array<char, 20> text;  // a sign and 19 digits
-        char const* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+        const char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
         _result.append(text.data(), static_cast<std::size_t>(end - text.data()));
     }
 
     /// At a per cent sign: prints the conversion that starts there.
     void _convert() {
-        std::size_t const argumentsBefore = _next;
-        std::optional<Conversion> const conversion = _parse();
+        const std::size_t argumentsBefore = _next;
+        const std::optional<Conversion> conversion = _parse();
         if (!conversion) {
             // Unknown: the sign stands for itself, and so does what follows it.
             _next = argumentsBefore;
@@ -115,11 +116,11 @@ private:
         _print(*conversion);
     }
 
-    void _print(Conversion const& conversion) {
+    void _print(const Conversion& conversion) {
         if (conversion.letter == '%') {
             _result += '%';
         } else if (conversion.letter != 'n') {
-            LogArgument const* const argument = _take();
+            const LogArgument* const argument = _take();
             if (!argument || !_printArgument(conversion, *argument)) {
                 _result.append(conversion.text);
             }
@@ -135,7 +136,7 @@ private:
         if (_at(at) == 'h') conversion.bits = _at(at + 1) == 'h' ? 8 : 16;
         while (isOneOf(_at(at), "hlLqjzt")) ++at;
         conversion.letter = _at(at);
-        bool const known =
+        const bool known =
             conversion.letter == '%' ? at == 1 : isOneOf(conversion.letter, "sdiuxXocpfFeEgGaAn");
         if (!known) return std::nullopt;
         conversion.text = _rest.substr(0, at + 1);
@@ -160,7 +161,7 @@ private:
     }
 
     bool _parseWidth(Conversion& conversion, std::size_t& at) noexcept {
-        std::optional<std::int64_t> const width = _parseNumber(at);
+        const std::optional<std::int64_t> width = _parseNumber(at);
         if (!width) return false;
         if (*width < 0) conversion.left = true;
         conversion.width =
@@ -170,7 +171,7 @@ private:
 
     bool _parsePrecision(Conversion& conversion, std::size_t& at) noexcept {
         if (_at(at) != '.') return true;
-        std::optional<std::int64_t> const precision = _parseNumber(++at);
+        const std::optional<std::int64_t> precision = _parseNumber(++at);
         if (!precision) return false;
         // A negative precision counts as none, as in C.
         if (*precision >= 0) conversion.precision = static_cast<std::size_t>(*precision);
@@ -182,7 +183,7 @@ private:
     std::optional<std::int64_t> _parseNumber(std::size_t& at) noexcept {
         if (_at(at) == '*') {
             ++at;
-            LogArgument const* const argument = _take();
+            const LogArgument* const argument = _take();
             if (!argument || argument->kind() != LogArgument::Kind::integer) return std::nullopt;
             return signExtended(argument->integer(), 32);
         }
@@ -193,7 +194,7 @@ private:
     }
 
     /// False when the argument is not of the type that the conversion wants.
-    bool _printArgument(Conversion const& conversion, LogArgument const& argument) {
+    bool _printArgument(const Conversion& conversion, const LogArgument& argument) {
         using Kind = LogArgument::Kind;
         switch (argument.kind()) {
             case Kind::integer:
@@ -214,11 +215,11 @@ private:
         return false;
     }
 
-    bool _printInteger(Conversion const& conversion, LogArgument const& argument) {
-        unsigned const bits = std::min(conversion.bits, argument.bits());
+    bool _printInteger(const Conversion& conversion, const LogArgument& argument) {
+        const unsigned bits = std::min(conversion.bits, argument.bits());
         switch (conversion.letter) {
             case 'c': {
-                char const character = static_cast<char>(argument.integer());
+                const char character = static_cast<char>(argument.integer());
                 _pad(conversion, {&character, 1});
                 return true;
             }
@@ -241,26 +242,26 @@ private:
         }
     }
 
-    void _printSigned(Conversion const& conversion, std::int64_t value) {
-        auto const magnitude = static_cast<std::uint64_t>(value);
+    void _printSigned(const Conversion& conversion, std::int64_t value) {
+        const auto magnitude = static_cast<std::uint64_t>(value);
         _printDigits(conversion, _signOf(conversion, value), value < 0 ? 0 - magnitude : magnitude,
                      10);
     }
 
-    static std::string_view _signOf(Conversion const& conversion, std::int64_t value) noexcept {
+    static std::string_view _signOf(const Conversion& conversion, std::int64_t value) noexcept {
         if (value < 0) return "-";
         if (conversion.plus) return "+";
         return conversion.blank ? " " : "";
     }
 
-    void _printHexadecimal(Conversion const& conversion, std::uint64_t value) {
-        bool const upper = conversion.letter == 'X';
-        bool const prefixed = conversion.alternative && value != 0;
+    void _printHexadecimal(const Conversion& conversion, std::uint64_t value) {
+        const bool upper = conversion.letter == 'X';
+        const bool prefixed = conversion.alternative && value != 0;
         _printDigits(conversion, !prefixed ? "" : upper ? "0X" : "0x", value, 16);
     }
 
     /// A number with its sign or prefix; zeros of a precision or of the flag stand between them.
-    void _printDigits(Conversion const& conversion, std::string_view prefix, std::uint64_t value,
+    void _printDigits(const Conversion& conversion, std::string_view prefix, std::uint64_t value,
                       int base) {
         std::array<char, 24> text;  // 22 octal digits and the zero of their alternative form
         char* first = text.data() + 1;
@@ -268,26 +269,26 @@ private:
         if (value == 0 && conversion.precision == 0U) last = first;
         if (base == 8 && conversion.alternative && (first == last || *first != '0')) *--first = '0';
         if (conversion.letter == 'X') std::transform(first, last, first, upperDigit);
-        std::string_view const digits(first, static_cast<std::size_t>(last - first));
+        const std::string_view digits(first, static_cast<std::size_t>(last - first));
 
-        std::size_t const least = _leastDigits(conversion, prefix.size());
-        std::size_t const zeros = least - std::min(least, digits.size());
-        std::size_t const size = prefix.size() + zeros + digits.size();
-        std::size_t const blanks = conversion.width - std::min(conversion.width, size);
+        const std::size_t least = _leastDigits(conversion, prefix.size());
+        const std::size_t zeros = least - std::min(least, digits.size());
+        const std::size_t size = prefix.size() + zeros + digits.size();
+        const std::size_t blanks = conversion.width - std::min(conversion.width, size);
         if (!conversion.left) _result.append(blanks, ' ');
         _result.append(prefix).append(zeros, '0').append(digits);
         if (conversion.left) _result.append(blanks, ' ');
     }
 
     /// How many digits a number has at least. A precision turns the flag off, as in C.
-    static std::size_t _leastDigits(Conversion const& conversion, std::size_t prefix) noexcept {
+    static std::size_t _leastDigits(const Conversion& conversion, std::size_t prefix) noexcept {
         if (conversion.precision) return std::min(*conversion.precision, widthLimit);
-        bool const filled = conversion.zeros && !conversion.left;
+        const bool filled = conversion.zeros && !conversion.left;
         return filled ? conversion.width - std::min(conversion.width, prefix) : 0;
     }
 
     /// Has the C library print a number, from a conversion put together here of checked pieces.
-    bool _printFloating(Conversion const& conversion, double value) {
+    bool _printFloating(const Conversion& conversion, double value) {
         if (!isOneOf(conversion.letter, "eEfFgGaA")) return false;
         std::string own = "%";
         if (conversion.plus) own += '+';
@@ -295,34 +296,34 @@ private:
         if (conversion.alternative) own += '#';
         if (conversion.zeros) own += '0';
         own.append("*.*").append(1, conversion.letter);
-        int const width = static_cast<int>(conversion.width) * (conversion.left ? -1 : 1);
-        int const precision = conversion.precision
+        const int width = static_cast<int>(conversion.width) * (conversion.left ? -1 : 1);
+        const int precision = conversion.precision
                                   ? static_cast<int>(std::min(*conversion.precision, widthLimit))
                                   : -1;
         // Room for the longest double, 309 digits, its point and its sign beside the precision.
         std::array<char, widthLimit + 512> text;
-        int const size =
+        const int size =
             std::snprintf(text.data(), text.size(), own.c_str(), width, precision, value);
         if (size < 0 || static_cast<std::size_t>(size) >= text.size()) return false;
         _result.append(text.data(), static_cast<std::size_t>(size));
         return true;
     }
 
-    bool _printZeroTerminated(Conversion const& conversion, char const* text) {
+    bool _printZeroTerminated(const Conversion& conversion, const char* text) {
         if (!text) return _printText(conversion, "(null)");
         // The text need not end in a zero where the precision stops short of it.
-        std::size_t const size =
+        const std::size_t size =
             conversion.precision ? ::strnlen(text, *conversion.precision) : std::strlen(text);
         return _printText(conversion, {text, size});
     }
 
-    bool _printText(Conversion const& conversion, std::string_view text) {
+    bool _printText(const Conversion& conversion, std::string_view text) {
         if (conversion.letter != 's') return false;
         _pad(conversion, text.substr(0, conversion.precision.value_or(text.size())));
         return true;
     }
 
-    bool _printAddress(Conversion const& conversion, void const* address) {
+    bool _printAddress(const Conversion& conversion, const void* address) {
         if (conversion.letter != 'p') return false;
         std::array<char, 32> text{};
         std::snprintf(text.data(), text.size(), "%p", address);
@@ -330,14 +331,14 @@ private:
         return true;
     }
 
-    void _pad(Conversion const& conversion, std::string_view text) {
-        std::size_t const blanks = conversion.width - std::min(conversion.width, text.size());
+    void _pad(const Conversion& conversion, std::string_view text) {
+        const std::size_t blanks = conversion.width - std::min(conversion.width, text.size());
         if (!conversion.left) _result.append(blanks, ' ');
         _result.append(text);
         if (conversion.left) _result.append(blanks, ' ');
     }
 
-    LogArgument const* _take() noexcept {
+    const LogArgument* _take() noexcept {
         return _next < _arguments.size() ? &_arguments[_next++] : nullptr;
     }
 
@@ -347,13 +348,13 @@ private:
     }
 
     std::string_view _rest;
-    std::span<LogArgument const> _arguments;
+    std::span<const LogArgument> _arguments;
     std::size_t _next = 0;
     std::string _result;
 };
 
 }  // namespace
 
-std::string formatLogText(char const* format, std::span<LogArgument const> arguments) {
+std::string formatLogText(const char* format, std::span<const LogArgument> arguments) {
     return Formatter(format ? format : "(null)", arguments).run();
 }

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/logger/LogArgument.h"
+
 #include <span>
 #include <string>
 
-#include "platform/logger/LogArgument.h"
-
 /// The text of a log line: the format with its arguments put in, by the rules that Logger states.
 /// A null format reads "(null)". Throws only when memory is short.
-std::string formatLogText(char const* format, std::span<LogArgument const> arguments);
+std::string formatLogText(const char* format, std::span<const LogArgument> arguments);

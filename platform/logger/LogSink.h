@@ -1,9 +1,9 @@
 #pragma once
 
+#include "pylcommon_export.h"
+
 #include <cstdint>
 #include <string_view>
-
-#include "pylcommon_export.h"
 
 /// How much a log line matters. A logger set to a level writes that level and all before it.
 enum class LogLevel : std::uint8_t { error, warning, information };
@@ -18,8 +18,8 @@ PYL_EXPORT std::string_view logLevelName(LogLevel level) noexcept;
 class PYL_EXPORT LogSink {
 public:
     LogSink() = default;
-    LogSink(LogSink const&) = delete;
-    LogSink& operator=(LogSink const&) = delete;
+    LogSink(const LogSink&) = delete;
+    LogSink& operator=(const LogSink&) = delete;
     virtual ~LogSink();
 
     /// Takes one line: the name of its source and its finished text. The views are good during the

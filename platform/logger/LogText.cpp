@@ -5,7 +5,7 @@
 namespace {
 
 bool isSpecial(char character) noexcept {
-    auto const value = static_cast<unsigned char>(character);
+    const auto value = static_cast<unsigned char>(character);
     return value < 0x20 || value == 0x7f || character == '\\';
 }
 
@@ -13,13 +13,13 @@ bool isSpecial(char character) noexcept {
 /// at a time.
 bool hasSpecial(std::string_view text) noexcept {
     unsigned char found = 0;
-    for (char const character : text) found |= static_cast<unsigned char>(isSpecial(character));
+    for (const char character : text) found |= static_cast<unsigned char>(isSpecial(character));
     return found != 0;
 }
 
 void appendEscaped(std::string& result, char character) {
     constexpr std::string_view digits = "0123456789abcdef";
-    auto const value = static_cast<unsigned char>(character);
+    const auto value = static_cast<unsigned char>(character);
     switch (character) {
         case '\n':
             result += "\\n";
@@ -53,7 +53,7 @@ void appendLogText(std::string& line, std::string_view text) {
         return;
     }
     for (auto from = text.begin(); from != text.end();) {
-        auto const special = std::find_if(from, text.end(), isSpecial);
+        const auto special = std::find_if(from, text.end(), isSpecial);
         line.append(from, special);
         if (special == text.end()) return;
         appendEscaped(line, *special);

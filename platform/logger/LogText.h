@@ -1,9 +1,9 @@
 #pragma once
 
+#include "pylcommon_export.h"
+
 #include <string>
 #include <string_view>
-
-#include "pylcommon_export.h"
 
 /// The text with each control byte (0x00 to 0x1f and 0x7f) as \n, \r, \t or \xNN and each backslash
 /// doubled, so that no text can end its line and start another. Other bytes, UTF-8 among them,

@@ -1,5 +1,9 @@
 #include "platform/logger/Logger.h"
 
+#include "platform/logger/LogFormat.h"
+#include "platform/logger/StandardErrorSink.h"
+#include "platform/logger/SystemLogSink.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,28 +11,24 @@
 #include <cerrno>
 #include <utility>
 
-#include "platform/logger/LogFormat.h"
-#include "platform/logger/StandardErrorSink.h"
-#include "platform/logger/SystemLogSink.h"
-
 Logger::Logger(std::string source) : Logger(std::move(source), std::make_shared<SystemLogSink>()) {}
 
 Logger::Logger(std::string source, std::shared_ptr<LogSink> sink, LogLevel level)
     : _family(new Family{std::move(sink), level}),
-      _source(std::make_shared<std::string const>(std::move(source))) {
+      _source(std::make_shared<const std::string>(std::move(source))) {
     assert(_family->sink);
 }
 
 void Logger::appendLogSource(std::string_view suffix) {
     std::string source = *_source;
     source += suffix;
-    _source = std::make_shared<std::string const>(std::move(source));
+    _source = std::make_shared<const std::string>(std::move(source));
 }
 
-void Logger::_write(LogLevel lineLevel, char const* format,
-                    std::span<LogArgument const> arguments) const noexcept {
+void Logger::_write(LogLevel lineLevel, const char* format,
+                    std::span<const LogArgument> arguments) const noexcept {
     // A caller may log between a failing system call and its look at errno.
-    int const savedErrno = errno;
+    const int savedErrno = errno;
     try {
         _family->sink->write(lineLevel, *_source, formatLogText(format, arguments));
     } catch (...) {
@@ -49,7 +49,8 @@ bool isStandardErrorRead() noexcept {
 }  // namespace
 
 Logger hostedLogger(std::string source) {
-    if (isStandardErrorRead() || ::access("/dev/log", F_OK) != 0)
+    if (isStandardErrorRead() || ::access("/dev/log", F_OK) != 0) {
         return Logger(std::move(source), std::make_shared<StandardErrorSink>());
+    }
     return Logger(std::move(source));
 }

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "platform/logger/LogArgument.h"
+#include "platform/logger/LogSink.h"
+#include "pylcommon_export.h"
+
 #include <array>
 #include <atomic>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
-
-#include "platform/logger/LogArgument.h"
-#include "platform/logger/LogSink.h"
-#include "pylcommon_export.h"
 
 /// Writes log lines of one named source.
 ///
@@ -46,15 +46,15 @@ public:
            LogLevel level = LogLevel::information);
 
     // Moving copies, so that a logger that was moved from can still log.
-    Logger(Logger const&) noexcept = default;
-    Logger& operator=(Logger const&) noexcept = default;
+    Logger(const Logger&) noexcept = default;
+    Logger& operator=(const Logger&) noexcept = default;
     ~Logger() = default;
 
     /// Adds a suffix to the source name of this copy; copies made before keep theirs.
     void appendLogSource(std::string_view suffix);
 
     /// The name that stands before each line. Good until the next appendLogSource() or assignment.
-    std::string const& logSource() const noexcept { return *_source; }
+    const std::string& logSource() const noexcept { return *_source; }
 
     /// Sets the level of this logger and of everything it was copied from or to.
     void setLevel(LogLevel level) noexcept {
@@ -67,15 +67,15 @@ public:
     bool errorEnabled() const noexcept { return _isEnabled(LogLevel::error); }
 
     template <typename... Arguments>
-    void info(char const* format, Arguments const&... arguments) const noexcept {
+    void info(const char* format, const Arguments&... arguments) const noexcept {
         _log(LogLevel::information, format, arguments...);
     }
     template <typename... Arguments>
-    void warn(char const* format, Arguments const&... arguments) const noexcept {
+    void warn(const char* format, const Arguments&... arguments) const noexcept {
         _log(LogLevel::warning, format, arguments...);
     }
     template <typename... Arguments>
-    void error(char const* format, Arguments const&... arguments) const noexcept {
+    void error(const char* format, const Arguments&... arguments) const noexcept {
         _log(LogLevel::error, format, arguments...);
     }
 
@@ -88,21 +88,21 @@ private:
     bool _isEnabled(LogLevel wanted) const noexcept { return wanted <= level(); }
 
     template <typename... Arguments>
-    void _log(LogLevel lineLevel, char const* format,
-              Arguments const&... arguments) const noexcept {
+    void _log(LogLevel lineLevel, const char* format,
+              const Arguments&... arguments) const noexcept {
         if (_isEnabled(lineLevel)) {
-            std::array<LogArgument, sizeof...(Arguments)> const captured{LogArgument(arguments)...};
+            const std::array<LogArgument, sizeof...(Arguments)> captured{LogArgument(arguments)...};
             _write(lineLevel, format, captured);
         }
     }
-    void _write(LogLevel lineLevel, char const* format,
-                std::span<LogArgument const> arguments) const noexcept;
+    void _write(LogLevel lineLevel, const char* format,
+                std::span<const LogArgument> arguments) const noexcept;
 
     std::shared_ptr<Family> _family;
-    std::shared_ptr<std::string const> _source;
+    std::shared_ptr<const std::string> _source;
 };
 
-/// A logger for code that an object manager hosts: it writes to the system log. An object manager that
-/// runs in the foreground, with standard error on a terminal, a pipe or a file, gets the lines there; so
-/// does one on a host without a system log (no /dev/log when this is called).
+/// A logger for code that an object manager hosts: it writes to the system log. An object manager
+/// that runs in the foreground, with standard error on a terminal, a pipe or a file, gets the lines
+/// there; so does one on a host without a system log (no /dev/log when this is called).
 PYL_EXPORT Logger hostedLogger(std::string source);

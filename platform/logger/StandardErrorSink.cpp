@@ -1,11 +1,11 @@
 #include "platform/logger/StandardErrorSink.h"
 
+#include "platform/logger/LogText.h"
+
 #include <unistd.h>
 
 #include <cerrno>
 #include <string>
-
-#include "platform/logger/LogText.h"
 
 StandardErrorSink::~StandardErrorSink() = default;
 

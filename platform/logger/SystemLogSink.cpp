@@ -1,10 +1,10 @@
 #include "platform/logger/SystemLogSink.h"
 
+#include "platform/logger/LogText.h"
+
 #include <syslog.h>
 
 #include <string>
-
-#include "platform/logger/LogText.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ SystemLogSink::~SystemLogSink() = default;
 
 void SystemLogSink::write(LogLevel level, std::string_view source,
                           std::string_view message) noexcept try {
-    std::string const line = escapeLogText(source) + ": " + escapeLogText(message);
+    const std::string line = escapeLogText(source) + ": " + escapeLogText(message);
     ::syslog(LOG_DAEMON | priorityOf(level), "%s", line.c_str());
 } catch (...) {
     // Short of memory: the line is lost.

@@ -17,13 +17,13 @@ constexpr std::uint8_t serverProfileType = 0xdb;
 constexpr std::size_t signatureOffset = 0x04;
 constexpr std::string_view signature = "KTQ";
 
-std::string text(SmbiosRecord const& record, std::size_t offset) {
+std::string text(const SmbiosRecord& record, std::size_t offset) {
     return std::string(record.string(offset));
 }
 
 using Uuid = std::array<std::uint8_t, 16>;
 
-std::string uuidText(Uuid const& uuid) {
+std::string uuidText(const Uuid& uuid) {
     constexpr std::string_view digits = "0123456789abcdef";
     std::string result;
     for (std::size_t index = 0; index < uuid.size(); ++index) {
@@ -34,7 +34,7 @@ std::string uuidText(Uuid const& uuid) {
     return result;
 }
 
-std::string decodeUuid(SmbiosTable const& table, SmbiosRecord const& record) {
+std::string decodeUuid(const SmbiosTable& table, const SmbiosRecord& record) {
     constexpr std::size_t offset = 0x08;  // in the system record and in the maker's own
     Uuid uuid{};
     if (record.formatted().size() < offset + uuid.size()) return {};
@@ -53,8 +53,8 @@ std::string decodeUuid(SmbiosTable const& table, SmbiosRecord const& record) {
     return uuidText(uuid);
 }
 
-SmbiosRecord const* findSigned(SmbiosTable const& table, std::uint8_t type) noexcept {
-    auto const found = std::ranges::find_if(table.records(), [type](SmbiosRecord const& record) {
+const SmbiosRecord* findSigned(const SmbiosTable& table, std::uint8_t type) noexcept {
+    const auto found = std::ranges::find_if(table.records(), [type](const SmbiosRecord& record) {
         return record.type() == type && record.string(signatureOffset) == signature;
     });
     return found == table.records().end() ? nullptr : &*found;
@@ -62,12 +62,12 @@ SmbiosRecord const* findSigned(SmbiosTable const& table, std::uint8_t type) noex
 
 }  // namespace
 
-DmiBios decodeBios(SmbiosTable const& table, SmbiosRecord const& record) {
+DmiBios decodeBios(const SmbiosTable& table, const SmbiosRecord& record) {
     DmiBios bios{.vendor = text(record, 0x04),
                  .version = text(record, 0x05),
                  .releaseDate = text(record, 0x08),
                  .characteristics = record.quadWord(0x0a).value_or(0)};
-    if (SmbiosRecord const* const firmware = findSigned(table, firmwareType)) {
+    if (const SmbiosRecord* const firmware = findSigned(table, firmwareType)) {
         // The upper characteristics bits are free for each maker of systems (DSP0134,
         // clause 7.1.1).
         bios.biosMarker = static_cast<std::uint16_t>(bios.characteristics >> 48);
@@ -76,7 +76,7 @@ DmiBios decodeBios(SmbiosTable const& table, SmbiosRecord const& record) {
     return bios;
 }
 
-DmiSystem decodeSystem(SmbiosTable const& table, SmbiosRecord const& record) {
+DmiSystem decodeSystem(const SmbiosTable& table, const SmbiosRecord& record) {
     return {.manufacturer = text(record, 0x04),
             .productName = text(record, 0x05),
             .version = text(record, 0x06),
@@ -87,7 +87,7 @@ DmiSystem decodeSystem(SmbiosTable const& table, SmbiosRecord const& record) {
             .family = text(record, 0x1a)};
 }
 
-DmiBaseboard decodeBaseboard(SmbiosRecord const& record) {
+DmiBaseboard decodeBaseboard(const SmbiosRecord& record) {
     return {.manufacturer = text(record, 0x04),
             .product = text(record, 0x05),
             .version = text(record, 0x06),
@@ -95,7 +95,7 @@ DmiBaseboard decodeBaseboard(SmbiosRecord const& record) {
             .assetTag = text(record, 0x08)};
 }
 
-DmiChassis decodeChassis(SmbiosRecord const& record) {
+DmiChassis decodeChassis(const SmbiosRecord& record) {
     // The topmost bit of the type tells whether the chassis has a lock.
     return {.manufacturer = text(record, 0x04),
             .type = static_cast<std::uint8_t>(record.byte(0x05).value_or(0) & 0x7f),
@@ -104,14 +104,14 @@ DmiChassis decodeChassis(SmbiosRecord const& record) {
             .assetTag = text(record, 0x08)};
 }
 
-KTQServerSystemId decodeServerSystemId(SmbiosRecord const& record) {
+KTQServerSystemId decodeServerSystemId(const SmbiosRecord& record) {
     return {.identifier = text(record, 0x05)};
 }
 
-KTQEnclosure decodeEnclosure(SmbiosTable const& table, SmbiosRecord const& record) {
+KTQEnclosure decodeEnclosure(const SmbiosTable& table, const SmbiosRecord& record) {
     constexpr unsigned bladeFlag = 0x01;
     constexpr unsigned slServerFlag = 0x02;
-    unsigned const flags = record.byte(0x05).value_or(0);
+    const unsigned flags = record.byte(0x05).value_or(0);
     return {.isBlade = (flags & bladeFlag) != 0,
             .isSLServer = (flags & slServerFlag) != 0,
             .enclosureName = text(record, 0x06),
@@ -119,20 +119,20 @@ KTQEnclosure decodeEnclosure(SmbiosTable const& table, SmbiosRecord const& recor
             .rackUuid = decodeUuid(table, record)};
 }
 
-KTQServerProfile decodeServerProfile(SmbiosTable const& table, SmbiosRecord const& record) {
+KTQServerProfile decodeServerProfile(const SmbiosTable& table, const SmbiosRecord& record) {
     return {.virtualSerialNumber = text(record, 0x05),
             .virtualUuid = decodeUuid(table, record),
             .solutionName = text(record, 0x06)};
 }
 
-SmbiosRecord const* findServerSystemIdRecord(SmbiosTable const& table) noexcept {
+const SmbiosRecord* findServerSystemIdRecord(const SmbiosTable& table) noexcept {
     return findSigned(table, serverSystemIdType);
 }
 
-SmbiosRecord const* findEnclosureRecord(SmbiosTable const& table) noexcept {
+const SmbiosRecord* findEnclosureRecord(const SmbiosTable& table) noexcept {
     return findSigned(table, enclosureType);
 }
 
-SmbiosRecord const* findServerProfileRecord(SmbiosTable const& table) noexcept {
+const SmbiosRecord* findServerProfileRecord(const SmbiosTable& table) noexcept {
     return findSigned(table, serverProfileType);
 }

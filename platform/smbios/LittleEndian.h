@@ -8,7 +8,7 @@
 
 /// The little-endian number at this offset, or nothing when the bytes end before it does.
 template <std::unsigned_integral Number>
-constexpr std::optional<Number> readLittleEndian(std::span<std::uint8_t const> bytes,
+constexpr std::optional<Number> readLittleEndian(std::span<const std::uint8_t> bytes,
                                                  std::size_t offset) noexcept {
     if (offset > bytes.size() || bytes.size() - offset < sizeof(Number)) return std::nullopt;
     std::uint64_t number = 0;

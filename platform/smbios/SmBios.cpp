@@ -1,13 +1,13 @@
 #include "platform/smbios/SmBios.h"
 
+#include "platform/smbios/DmiDecoder.h"
+#include "platform/smbios/SmbiosEntryPoint.h"
+
 #include <algorithm>
 #include <exception>
 #include <mutex>
 #include <optional>
 #include <utility>
-
-#include "platform/smbios/DmiDecoder.h"
-#include "platform/smbios/SmbiosEntryPoint.h"
 
 namespace {
 
@@ -17,20 +17,20 @@ constexpr std::size_t tableLimit = 16 * 1024 * 1024;
 /// The source of readers that are given none.
 class ProcessSource {
 public:
-    void set(std::shared_ptr<SmbiosSource const> source) noexcept {
-        std::lock_guard const lock(_mutex);
+    void set(std::shared_ptr<const SmbiosSource> source) noexcept {
+        const std::lock_guard lock(_mutex);
         // The former source dies with the argument, after the lock.
         std::swap(_source, source);
     }
 
-    std::shared_ptr<SmbiosSource const> get() const {
-        std::lock_guard const lock(_mutex);
+    std::shared_ptr<const SmbiosSource> get() const {
+        const std::lock_guard lock(_mutex);
         return _source ? _source : std::make_shared<SmbiosKernelTables>();
     }
 
 private:
     mutable std::mutex _mutex;
-    std::shared_ptr<SmbiosSource const> _source;
+    std::shared_ptr<const SmbiosSource> _source;
 };
 
 ProcessSource& processSource() noexcept {
@@ -39,14 +39,14 @@ ProcessSource& processSource() noexcept {
 }
 
 template <typename Decoder>
-auto decode(SmbiosRecord const* record, Decoder const& decoder)
+auto decode(const SmbiosRecord* record, const Decoder& decoder)
     -> std::optional<decltype(decoder(*record))> {
     if (!record) return std::nullopt;
     return decoder(*record);
 }
 
 template <typename Record>
-Record const* pointerTo(std::optional<Record> const& record) noexcept {
+const Record* pointerTo(const std::optional<Record>& record) noexcept {
     return record ? &*record : nullptr;
 }
 
@@ -63,9 +63,9 @@ struct SmBios::Records {
           serverSystemId(decode(findServerSystemIdRecord(table), decodeServerSystemId)),
           enclosure(decode(findEnclosureRecord(table),
                            [this](auto& bytes) { return decodeEnclosure(table, bytes); })),
-          serverProfile(decode(findServerProfileRecord(table), [this](auto& bytes) {
-              return decodeServerProfile(table, bytes);
-          })) {}
+          serverProfile(decode(findServerProfileRecord(table),
+                               [this](auto& bytes) { return decodeServerProfile(table, bytes); })) {
+    }
 
     SmbiosTable table;
     std::optional<DmiBios> bios;
@@ -77,9 +77,9 @@ struct SmBios::Records {
     std::optional<KTQServerProfile> serverProfile;
 };
 
-SmBios::SmBios(Logger const& log) : SmBios(log, processSource().get()) {}
+SmBios::SmBios(const Logger& log) : SmBios(log, processSource().get()) {}
 
-SmBios::SmBios(Logger const& log, std::shared_ptr<SmbiosSource const> source)
+SmBios::SmBios(const Logger& log, std::shared_ptr<const SmbiosSource> source)
     : _log(log), _source(std::move(source)) {}
 
 SmBios::~SmBios() = default;
@@ -89,57 +89,57 @@ int SmBios::scan() noexcept {
     try {
         _records = _read();
         return 0;
-    } catch (std::exception const& error) {
+    } catch (const std::exception& error) {
         _log.error("No SMBIOS data from %s: %s", _source->name(), error.what());
         return 1;
     }
 }
 
-std::unique_ptr<SmBios::Records const> SmBios::_read() const {
-    SmbiosEntryPoint const entryPoint = SmbiosEntryPoint::parse(_source->entryPoint());
+std::unique_ptr<const SmBios::Records> SmBios::_read() const {
+    const SmbiosEntryPoint entryPoint = SmbiosEntryPoint::parse(_source->entryPoint());
     SmbiosTable table(entryPoint,
                       _source->table(entryPoint.tableAddress,
                                      std::min<std::size_t>(entryPoint.tableLength, tableLimit)));
-    std::size_t const count = table.records().size();
+    const std::size_t count = table.records().size();
     if (entryPoint.structureCount && *entryPoint.structureCount != count) {
         _log.warn("The SMBIOS entry point of %s counts %u structures, its table holds %zu",
                   _source->name(), *entryPoint.structureCount, count);
     }
-    return std::make_unique<Records const>(std::move(table));
+    return std::make_unique<const Records>(std::move(table));
 }
 
-DmiSystem const* SmBios::getDmiSystem() const noexcept {
+const DmiSystem* SmBios::getDmiSystem() const noexcept {
     return _records ? pointerTo(_records->system) : nullptr;
 }
 
-DmiBios const* SmBios::getDmiBios() const noexcept {
+const DmiBios* SmBios::getDmiBios() const noexcept {
     return _records ? pointerTo(_records->bios) : nullptr;
 }
 
-DmiBaseboard const* SmBios::getDmiBaseboard() const noexcept {
+const DmiBaseboard* SmBios::getDmiBaseboard() const noexcept {
     return _records ? pointerTo(_records->baseboard) : nullptr;
 }
 
-DmiChassis const* SmBios::getDmiChassis() const noexcept {
+const DmiChassis* SmBios::getDmiChassis() const noexcept {
     return _records ? pointerTo(_records->chassis) : nullptr;
 }
 
-KTQServerSystemId const* SmBios::getKTQServerSystemId() const noexcept {
+const KTQServerSystemId* SmBios::getKTQServerSystemId() const noexcept {
     return _records ? pointerTo(_records->serverSystemId) : nullptr;
 }
 
-KTQEnclosure const* SmBios::getKTQEnclosure() const noexcept {
+const KTQEnclosure* SmBios::getKTQEnclosure() const noexcept {
     return _records ? pointerTo(_records->enclosure) : nullptr;
 }
 
-KTQServerProfile const* SmBios::getKTQServerProfile() const noexcept {
+const KTQServerProfile* SmBios::getKTQServerProfile() const noexcept {
     return _records ? pointerTo(_records->serverProfile) : nullptr;
 }
 
-SmbiosTable const* SmBios::table() const noexcept {
+const SmbiosTable* SmBios::table() const noexcept {
     return _records ? &_records->table : nullptr;
 }
 
-void SmBios::setSource(std::shared_ptr<SmbiosSource const> source) noexcept {
+void SmBios::setSource(std::shared_ptr<const SmbiosSource> source) noexcept {
     processSource().set(std::move(source));
 }

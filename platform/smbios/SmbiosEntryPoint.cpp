@@ -1,17 +1,17 @@
 #include "platform/smbios/SmbiosEntryPoint.h"
 
+#include "platform/smbios/LittleEndian.h"
+#include "platform/smbios/SmbiosSource.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <numeric>
 #include <string>
 #include <string_view>
 
-#include "platform/smbios/LittleEndian.h"
-#include "platform/smbios/SmbiosSource.h"
-
 namespace {
 
-using Bytes = std::span<std::uint8_t const>;
+using Bytes = std::span<const std::uint8_t>;
 
 // The sizes of both forms (DSP0134, clauses 5.2.1 and 5.2.2). Version 2.1 of the standard gave the
 // first as 0x1E by mistake, so machines that say so are taken at their word for the checksum.
@@ -26,7 +26,7 @@ bool hasAnchor(Bytes bytes, std::size_t offset, std::string_view anchor) {
                       bytes.begin() + static_cast<std::ptrdiff_t>(offset));
 }
 
-void requireSum(Bytes bytes, char const* what) {
+void requireSum(Bytes bytes, const char* what) {
     if (static_cast<std::uint8_t>(std::accumulate(bytes.begin(), bytes.end(), 0U)) != 0) {
         throw SmbiosError(std::string("the checksum of the ") + what + " is wrong");
     }
@@ -35,7 +35,7 @@ void requireSum(Bytes bytes, char const* what) {
 /// The entry point without what follows it, its own length and checksum checked.
 Bytes checked(Bytes bytes, std::size_t lengthOffset, std::size_t least, std::size_t needed) {
     if (bytes.size() < needed) throw SmbiosError("the entry point is cut short");
-    std::size_t const length = bytes[lengthOffset];
+    const std::size_t length = bytes[lengthOffset];
     if (length < least || length > sizeLimit) {
         throw SmbiosError("the entry point gives its length as " + std::to_string(length));
     }
@@ -62,7 +62,7 @@ std::uint16_t versionAt(Bytes bytes, std::size_t offset) {
 }
 
 SmbiosEntryPoint parse32(Bytes bytes) {
-    Bytes const entry = checked(bytes, 0x05, misprintedSize32, size32);
+    const Bytes entry = checked(bytes, 0x05, misprintedSize32, size32);
     if (!hasAnchor(entry, 0x10, "_DMI_")) {
         throw SmbiosError("the entry point lacks its second anchor");
     }
@@ -74,7 +74,7 @@ SmbiosEntryPoint parse32(Bytes bytes) {
 }
 
 SmbiosEntryPoint parse64(Bytes bytes) {
-    Bytes const entry = checked(bytes, 0x06, size64, size64);
+    const Bytes entry = checked(bytes, 0x06, size64, size64);
     return {.version = versionAt(entry, 0x07),
             .tableAddress = *readLittleEndian<std::uint64_t>(entry, 0x10),
             .tableLength = *readLittleEndian<std::uint32_t>(entry, 0x0c),
@@ -83,7 +83,7 @@ SmbiosEntryPoint parse64(Bytes bytes) {
 
 }  // namespace
 
-SmbiosEntryPoint SmbiosEntryPoint::parse(std::span<std::uint8_t const> bytes) {
+SmbiosEntryPoint SmbiosEntryPoint::parse(std::span<const std::uint8_t> bytes) {
     if (hasAnchor(bytes, 0, "_SM3_")) return parse64(bytes);
     if (hasAnchor(bytes, 0, "_SM_")) return parse32(bytes);
     throw SmbiosError("the entry point has no SMBIOS anchor");

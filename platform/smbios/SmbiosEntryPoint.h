@@ -16,5 +16,5 @@ struct SmbiosEntryPoint {
 
     /// Reads the 32-bit form ("_SM_") or the 64-bit form ("_SM3_"). Throws SmbiosError when the
     /// bytes are neither, are cut short or fail a checksum.
-    static SmbiosEntryPoint parse(std::span<std::uint8_t const> bytes);
+    static SmbiosEntryPoint parse(std::span<const std::uint8_t> bytes);
 };

@@ -13,7 +13,7 @@ namespace {
 // Both forms of the entry point fit (DSP0134, clause 5.2).
 constexpr std::size_t entryPointLimit = 32;
 
-SmbiosError fileError(std::string const& verb, std::string const& path, int number) {
+SmbiosError fileError(const std::string& verb, const std::string& path, int number) {
     return SmbiosError("cannot " + verb + " " + path + ": " +
                        std::generic_category().message(number));
 }
@@ -21,12 +21,12 @@ SmbiosError fileError(std::string const& verb, std::string const& path, int numb
 /// An open regular file.
 class File {
 public:
-    explicit File(std::string const& path)
+    explicit File(const std::string& path)
         : _path(path), _descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {
         if (_descriptor < 0) throw fileError("open", path, errno);
     }
-    File(File const&) = delete;
-    File& operator=(File const&) = delete;
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
     ~File() { ::close(_descriptor); }
 
     /// A device or a pipe could feed us for ever.
@@ -39,7 +39,7 @@ public:
     SmbiosSource::Bytes read(std::uint64_t offset, std::size_t limit) const {
         SmbiosSource::Bytes bytes;
         while (bytes.size() < limit) {
-            std::size_t const done = bytes.size();
+            const std::size_t done = bytes.size();
             bytes.resize(std::min(limit, done + chunkSize));
             bytes.resize(done + _readOnce(bytes.data() + done, bytes.size() - done, offset + done));
             if (bytes.size() == done) break;
@@ -59,12 +59,12 @@ private:
         return static_cast<std::size_t>(count);
     }
 
-    std::string const& _path;
+    const std::string& _path;
     int _descriptor;
 };
 
-SmbiosSource::Bytes readFile(std::string const& path, std::uint64_t offset, std::size_t limit) {
-    File const file(path);
+SmbiosSource::Bytes readFile(const std::string& path, std::uint64_t offset, std::size_t limit) {
+    const File file(path);
     if (!file.isRegular()) throw SmbiosError("cannot read " + path + ": not a regular file");
     return file.read(offset, limit);
 }
@@ -103,7 +103,7 @@ SmbiosSource::Bytes SmbiosMemory::entryPoint() const {
 
 SmbiosSource::Bytes SmbiosMemory::table(std::uint64_t address, std::size_t length) const {
     if (address >= _dump.size()) return {};
-    auto const first = _dump.begin() + static_cast<std::ptrdiff_t>(address);
-    auto const size = std::min<std::uint64_t>(length, _dump.size() - address);
+    const auto first = _dump.begin() + static_cast<std::ptrdiff_t>(address);
+    const auto size = std::min<std::uint64_t>(length, _dump.size() - address);
     return {first, first + static_cast<std::ptrdiff_t>(size)};
 }

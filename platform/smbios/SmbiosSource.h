@@ -1,13 +1,13 @@
 #pragma once
 
+#include "pylcommon_export.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "pylcommon_export.h"
 
 /// Says what is wrong with a source or with the bytes it gave, in one line.
 class PYL_EXPORT SmbiosError : public std::runtime_error {
@@ -24,8 +24,8 @@ public:
     using Bytes = std::vector<std::uint8_t>;
 
     SmbiosSource() = default;
-    SmbiosSource(SmbiosSource const&) = delete;
-    SmbiosSource& operator=(SmbiosSource const&) = delete;
+    SmbiosSource(const SmbiosSource&) = delete;
+    SmbiosSource& operator=(const SmbiosSource&) = delete;
     virtual ~SmbiosSource();
 
     /// The first bytes of the entry point, 32 at most; fewer when the source ends earlier.
@@ -37,7 +37,7 @@ public:
     virtual Bytes table(std::uint64_t address, std::size_t length) const = 0;
 
     /// What messages call the source, such as a path.
-    virtual std::string const& name() const noexcept = 0;
+    virtual const std::string& name() const noexcept = 0;
 };
 
 /// The tables that the kernel exports. They are readable by root only.
@@ -48,7 +48,7 @@ public:
     Bytes entryPoint() const override;
     /// The kernel cut the table out of memory already, so the address says nothing.
     Bytes table(std::uint64_t address, std::size_t length) const override;
-    std::string const& name() const noexcept override { return _directory; }
+    const std::string& name() const noexcept override { return _directory; }
 
 private:
     std::string _directory;
@@ -62,7 +62,7 @@ public:
 
     Bytes entryPoint() const override;
     Bytes table(std::uint64_t address, std::size_t length) const override;
-    std::string const& name() const noexcept override { return _path; }
+    const std::string& name() const noexcept override { return _path; }
 
 private:
     std::string _path;
@@ -75,7 +75,7 @@ public:
 
     Bytes entryPoint() const override;
     Bytes table(std::uint64_t address, std::size_t length) const override;
-    std::string const& name() const noexcept override { return _name; }
+    const std::string& name() const noexcept override { return _name; }
 
 private:
     Bytes _dump;

@@ -1,20 +1,20 @@
 #include "platform/smbios/SmbiosTable.h"
 
+#include "platform/smbios/LittleEndian.h"
+#include "platform/smbios/SmbiosSource.h"
+
 #include <algorithm>
 #include <string>
 #include <utility>
 
-#include "platform/smbios/LittleEndian.h"
-#include "platform/smbios/SmbiosSource.h"
-
 namespace {
 
-using Bytes = std::span<std::uint8_t const>;
+using Bytes = std::span<const std::uint8_t>;
 
 /// The place of the two zeros that end a structure's strings.
 std::optional<std::size_t> findEndOfStrings(Bytes bytes) noexcept {
     constexpr std::uint8_t end[] = {0, 0};
-    auto const found = std::search(bytes.begin(), bytes.end(), std::begin(end), std::end(end));
+    const auto found = std::search(bytes.begin(), bytes.end(), std::begin(end), std::end(end));
     if (found == bytes.end()) return std::nullopt;
     return static_cast<std::size_t>(found - bytes.begin());
 }
@@ -28,16 +28,16 @@ struct ParsedRecord {
 
 ParsedRecord parseRecord(Bytes bytes) {
     if (bytes.size() < SmbiosRecord::headerSize) return {.problem = "is cut short in its header"};
-    std::size_t const length = bytes[1];
+    const std::size_t length = bytes[1];
     // The length comes from firmware: a value that does not cover the header would loop for ever.
     if (length < SmbiosRecord::headerSize) {
         return {.problem = "gives its length as " + std::to_string(length)};
     }
     if (length > bytes.size()) return {.problem = "runs past the end of the table"};
-    Bytes const afterFormatted = bytes.subspan(length);
-    std::optional<std::size_t> const textSize = findEndOfStrings(afterFormatted);
+    const Bytes afterFormatted = bytes.subspan(length);
+    const std::optional<std::size_t> textSize = findEndOfStrings(afterFormatted);
     if (!textSize) return {.problem = "has strings that run past the end of the table"};
-    auto const* const text = reinterpret_cast<char const*>(afterFormatted.data());
+    const auto* const text = reinterpret_cast<const char*>(afterFormatted.data());
     return {.record = SmbiosRecord(bytes.first(length), {text, *textSize}),
             .size = length + *textSize + 2};
 }
@@ -64,7 +64,7 @@ std::string_view SmbiosRecord::string(std::size_t offset) const noexcept {
     unsigned number = byte(offset).value_or(0);
     std::string_view rest = number == 0 ? std::string_view() : _strings;
     while (!rest.empty()) {
-        std::string_view const text = rest.substr(0, rest.find('\0'));
+        const std::string_view text = rest.substr(0, rest.find('\0'));
         if (--number == 0) return text;
         rest.remove_prefix(std::min(rest.size(), text.size() + 1));
     }
@@ -80,13 +80,13 @@ std::vector<std::string_view> SmbiosRecord::strings() const {
     return texts;
 }
 
-SmbiosTable::SmbiosTable(SmbiosEntryPoint const& entryPoint, std::vector<std::uint8_t> bytes)
+SmbiosTable::SmbiosTable(const SmbiosEntryPoint& entryPoint, std::vector<std::uint8_t> bytes)
     : _entryPoint(entryPoint), _bytes(std::move(bytes)) {
     _readRecords();
 }
 
-SmbiosRecord const* SmbiosTable::findType(std::uint8_t type) const noexcept {
-    auto const found = std::ranges::find(_records, type, &SmbiosRecord::type);
+const SmbiosRecord* SmbiosTable::findType(std::uint8_t type) const noexcept {
+    const auto found = std::ranges::find(_records, type, &SmbiosRecord::type);
     return found == _records.end() ? nullptr : &*found;
 }
 
@@ -100,9 +100,9 @@ bool SmbiosTable::_hasStatedCount() const noexcept {
 }
 
 void SmbiosTable::_readRecords() {
-    std::span<std::uint8_t const> rest(_bytes);
+    std::span<const std::uint8_t> rest(_bytes);
     while (!_isEnded() && !rest.empty()) {
-        ParsedRecord const parsed = parseRecord(rest);
+        const ParsedRecord parsed = parseRecord(rest);
         if (!parsed.record) {
             // What follows the last structure that the entry point counts may be padding.
             if (_hasStatedCount()) return;

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "platform/smbios/SmbiosEntryPoint.h"
+#include "pylcommon_export.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
-
-#include "platform/smbios/SmbiosEntryPoint.h"
-#include "pylcommon_export.h"
 
 /// One structure of an SMBIOS table: its formatted area and its strings.
 ///
@@ -19,14 +19,14 @@ public:
     static constexpr std::size_t headerSize = 4;
 
     /// `formatted` holds at least the header; `strings` the text set without its last zero.
-    SmbiosRecord(std::span<std::uint8_t const> formatted, std::string_view strings) noexcept
+    SmbiosRecord(std::span<const std::uint8_t> formatted, std::string_view strings) noexcept
         : _formatted(formatted), _strings(strings) {}
 
     std::uint8_t type() const noexcept { return _formatted[0]; }
     /// The size of the formatted area, header included.
     std::uint8_t length() const noexcept { return _formatted[1]; }
     std::uint16_t handle() const noexcept { return *word(2); }
-    std::span<std::uint8_t const> formatted() const noexcept { return _formatted; }
+    std::span<const std::uint8_t> formatted() const noexcept { return _formatted; }
 
     /// The little-endian field at this offset of the formatted area.
     std::optional<std::uint8_t> byte(std::size_t offset) const noexcept;
@@ -42,7 +42,7 @@ public:
     std::vector<std::string_view> strings() const;
 
 private:
-    std::span<std::uint8_t const> _formatted;
+    std::span<const std::uint8_t> _formatted;
     std::string_view _strings;
 };
 
@@ -56,22 +56,22 @@ public:
     /// Takes the table apart, up to its end-of-table structure. Throws SmbiosError when a structure
     /// is malformed or runs past the end, or when there is no end-of-table structure and nothing
     /// else that shows the table to be whole: a 32-bit entry point's count that was reached.
-    SmbiosTable(SmbiosEntryPoint const& entryPoint, std::vector<std::uint8_t> bytes);
+    SmbiosTable(const SmbiosEntryPoint& entryPoint, std::vector<std::uint8_t> bytes);
 
     // The records point into the bytes, which stay where they are when a table is moved.
     SmbiosTable(SmbiosTable&&) noexcept = default;
     SmbiosTable& operator=(SmbiosTable&&) noexcept = default;
-    SmbiosTable(SmbiosTable const&) = delete;
-    SmbiosTable& operator=(SmbiosTable const&) = delete;
+    SmbiosTable(const SmbiosTable&) = delete;
+    SmbiosTable& operator=(const SmbiosTable&) = delete;
     ~SmbiosTable() = default;
 
-    SmbiosEntryPoint const& entryPoint() const noexcept { return _entryPoint; }
+    const SmbiosEntryPoint& entryPoint() const noexcept { return _entryPoint; }
 
     /// Every structure, an end-of-table structure included.
-    std::span<SmbiosRecord const> records() const noexcept { return _records; }
+    std::span<const SmbiosRecord> records() const noexcept { return _records; }
 
     /// The first structure of this type, or nullptr when the table has none.
-    SmbiosRecord const* findType(std::uint8_t type) const noexcept;
+    const SmbiosRecord* findType(std::uint8_t type) const noexcept;
 
 private:
     void _readRecords();

@@ -12,10 +12,10 @@ using PYL::KTAlertIndication;
 
 namespace {
 
-constexpr char const* alertClass = "KT_AlertIndication";
+constexpr const char* alertClass = "KT_AlertIndication";
 constexpr int cimObjectPath = 2;  // CIM_AlertIndication.AlertingElementFormat
 
-void fillFrom(KTAlertIndication& alert, IndDBRec const& record, std::string const& detail) {
+void fillFrom(KTAlertIndication& alert, const IndDBRec& record, const std::string& detail) {
     alert.setDescription(record._description);
     alert.setEventID(record._WBEMEventID);
     alert.setAlertType(record._alertType);
@@ -33,30 +33,30 @@ void fillFrom(KTAlertIndication& alert, IndDBRec const& record, std::string cons
 
 }  // namespace
 
-AlertSource::AlertSource(CmpiCpp::CmpiBroker const& broker, Logger& log,
-                         std::string const& indicationName)
+AlertSource::AlertSource(const CmpiCpp::CmpiBroker& broker, Logger& log,
+                         const std::string& indicationName)
     : _broker(broker), _log(log), _definitions(log, indicationName) {}
 
-void AlertSource::raise(CmpiCpp::CmpiContext const& context, int event, std::string const& detail,
-                        Fill const& fill) noexcept {
+void AlertSource::raise(const CmpiCpp::CmpiContext& context, int event, const std::string& detail,
+                        const Fill& fill) noexcept {
     try {
         IndDBRec record;
         if (_definitions.getRecord(event, record) != 0) {
             _log.error("event %d has no definition and is not raised", event);
             return;
         }
-        deliver(context, record, detail, fill);
+        _deliver(context, record, detail, fill);
     } catch (...) {
         _log.error("event %d could not be raised: %s", event, failureText());
     }
 }
 
-void AlertSource::deliver(CmpiCpp::CmpiContext const& context, IndDBRec const& record,
-                          std::string const& detail, Fill const& fill) {
+void AlertSource::_deliver(const CmpiCpp::CmpiContext& context, const IndDBRec& record,
+                           const std::string& detail, const Fill& fill) {
     KTAlertIndication alert(_log, alertClass, PYL::BaseServerNameSpace, record._severity);
     fillFrom(alert, record, detail);
     if (fill) fill(alert);
-    auto const instance = alert.getInstance();
+    const auto instance = alert.getInstance();
     CmpiCpp::CmpiMBService(_broker.toCMPI(), _log)
         .deliverIndication(context, PYL::BaseServerNameSpace, instance);
     alert.mp_event_gen();

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <functional>
-#include <string>
-
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiContext.h"
 #include "common/IndicationDB.h"
 #include "common/KTAlertIndication.h"
 #include "platform/logger/Logger.h"
+
+#include <functional>
+#include <string>
 
 namespace alerts {
 
@@ -19,17 +19,17 @@ public:
     using Fill = std::function<void(PYL::KTAlertIndication&)>;
 
     /// `indicationName` chooses the definitions, such as "PYL_FanIndication".
-    AlertSource(CmpiCpp::CmpiBroker const& broker, Logger& log, std::string const& indicationName);
+    AlertSource(const CmpiCpp::CmpiBroker& broker, Logger& log, const std::string& indicationName);
 
     /// Raises the event. `detail` follows the definition's summary, which may end in "Id:" for it.
     /// An event without a definition, a `fill` that throws, and an object manager that does not
     /// take it, are lines in the log: whoever watches hardware goes on.
-    void raise(CmpiCpp::CmpiContext const& context, int event, std::string const& detail = {},
-               Fill const& fill = {}) noexcept;
+    void raise(const CmpiCpp::CmpiContext& context, int event, const std::string& detail = {},
+               const Fill& fill = {}) noexcept;
 
 private:
-    void deliver(CmpiCpp::CmpiContext const& context, PYL::IndDBRec const& record,
-                 std::string const& detail, Fill const& fill);
+    void _deliver(const CmpiCpp::CmpiContext& context, const PYL::IndDBRec& record,
+                  const std::string& detail, const Fill& fill);
 
     CmpiCpp::CmpiBroker _broker;
     Logger _log;

@@ -11,23 +11,23 @@ using CmpiCpp::CmpiThreadContext;
 /// One thread, from start to stop.
 class AlertThread::Watcher {
 public:
-    Watcher(AlertThread const& owner, CmpiContext const& context)
-        : _owner(owner), _prepared(owner._broker.toCMPI(), context), _thread([this] { run(); }) {}
+    Watcher(const AlertThread& owner, const CmpiContext& context)
+        : _owner(owner), _prepared(owner._broker.toCMPI(), context), _thread([this] { _run(); }) {}
     ~Watcher() {
         {
-            std::lock_guard const lock(_mutex);
+            const std::lock_guard lock(_mutex);
             _isStopping = true;
         }
         _wake.notify_all();
         _thread.join();
     }
-    Watcher(Watcher const&) = delete;
-    Watcher& operator=(Watcher const&) = delete;
+    Watcher(const Watcher&) = delete;
+    Watcher& operator=(const Watcher&) = delete;
 
 private:
-    void run() noexcept {
+    void _run() noexcept {
         try {
-            while (lookOnce()) {
+            while (_lookOnce()) {
             }
         } catch (...) {
             _owner._log.error("nothing is watched: %s", failureText());
@@ -36,15 +36,16 @@ private:
 
     /// Attached for one look alone: what is made of the object manager lives until the thread is
     /// detached, and this one may run for years. False at the end.
-    bool lookOnce() {
-        CmpiThreadContext::Attachment const attachment(_prepared);
-        look(attachment.context());
-        while (!isStoppedWithin(_owner._period))
-            if (prepareNext(attachment.context())) return true;
+    bool _lookOnce() {
+        const CmpiThreadContext::Attachment attachment(_prepared);
+        _look(attachment.context());
+        while (!_isStoppedWithin(_owner._period)) {
+            if (_prepareNext(attachment.context())) return true;
+        }
         return false;
     }
 
-    void look(CmpiContext const& context) const {
+    void _look(const CmpiContext& context) const {
         try {
             _owner._look(context);
         } catch (...) {
@@ -52,7 +53,7 @@ private:
         }
     }
 
-    bool prepareNext(CmpiContext const& context) {
+    bool _prepareNext(const CmpiContext& context) {
         try {
             _prepared = CmpiThreadContext(_owner._broker.toCMPI(), context);
             return true;
@@ -62,12 +63,12 @@ private:
         }
     }
 
-    bool isStoppedWithin(std::chrono::milliseconds time) {
+    bool _isStoppedWithin(std::chrono::milliseconds time) {
         std::unique_lock lock(_mutex);
         return _wake.wait_for(lock, time, [this] { return _isStopping; });
     }
 
-    AlertThread const& _owner;
+    const AlertThread& _owner;
     CmpiThreadContext _prepared;
     std::mutex _mutex;
     std::condition_variable _wake;
@@ -75,7 +76,7 @@ private:
     std::thread _thread;  // last: it uses the others
 };
 
-AlertThread::AlertThread(CmpiCpp::CmpiBroker const& broker, Logger& log,
+AlertThread::AlertThread(const CmpiCpp::CmpiBroker& broker, Logger& log,
                          std::chrono::milliseconds period, Look look)
     : _broker(broker), _log(log), _period(period), _look(std::move(look)) {}
 
@@ -83,13 +84,13 @@ AlertThread::~AlertThread() {
     stop();
 }
 
-void AlertThread::start(CmpiContext const& context) {
-    std::lock_guard const lock(_mutex);
+void AlertThread::start(const CmpiContext& context) {
+    const std::lock_guard lock(_mutex);
     if (!_watcher) _watcher = std::make_unique<Watcher>(*this, context);
 }
 
 void AlertThread::stop() {
-    std::lock_guard const lock(_mutex);
+    const std::lock_guard lock(_mutex);
     _watcher.reset();
 }
 

@@ -1,15 +1,15 @@
 #pragma once
 
+#include "cmpicpp/CmpiBroker.h"
+#include "cmpicpp/CmpiContext.h"
+#include "platform/logger/Logger.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
-
-#include "cmpicpp/CmpiBroker.h"
-#include "cmpicpp/CmpiContext.h"
-#include "platform/logger/Logger.h"
 
 namespace alerts {
 
@@ -20,19 +20,19 @@ namespace alerts {
 /// same.
 class AlertThread {
 public:
-    using Look = std::function<void(CmpiCpp::CmpiContext const&)>;
+    using Look = std::function<void(const CmpiCpp::CmpiContext&)>;
 
     /// Looks at once when it is started, then once every period.
-    AlertThread(CmpiCpp::CmpiBroker const& broker, Logger& log, std::chrono::milliseconds period,
+    AlertThread(const CmpiCpp::CmpiBroker& broker, Logger& log, std::chrono::milliseconds period,
                 Look look);
     /// Stops.
     ~AlertThread();
-    AlertThread(AlertThread const&) = delete;
-    AlertThread& operator=(AlertThread const&) = delete;
+    AlertThread(const AlertThread&) = delete;
+    AlertThread& operator=(const AlertThread&) = delete;
 
     /// Starts the thread, on one that serves a request with this context. Nothing when it runs
     /// already. Throws CmpiStatus when the object manager prepares no thread.
-    void start(CmpiCpp::CmpiContext const& context);
+    void start(const CmpiCpp::CmpiContext& context);
 
     /// Ends the thread and waits for it. Nothing when none runs. Not from within a look.
     void stop();

@@ -1,9 +1,9 @@
 #include "providers/alerts/FailureText.h"
 
+#include "cmpicpp/CmpiStatus.h"
+
 #include <exception>
 #include <new>
-
-#include "cmpicpp/CmpiStatus.h"
 
 namespace alerts {
 
@@ -12,9 +12,9 @@ namespace {
 std::string wordsOfTheException() {
     try {
         throw;
-    } catch (CmpiCpp::CmpiStatus const& status) {
+    } catch (const CmpiCpp::CmpiStatus& status) {
         return status.str();
-    } catch (std::exception const& failure) {
+    } catch (const std::exception& failure) {
         return failure.what();
     } catch (...) {
         return "unknown exception";
@@ -25,7 +25,7 @@ std::string wordsOfTheException() {
 
 std::string failureText() noexcept try {
     return wordsOfTheException();
-} catch (std::bad_alloc const&) {
+} catch (const std::bad_alloc&) {
     return "out of memory";  // short enough for a string that takes none
 }
 

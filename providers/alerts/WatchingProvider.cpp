@@ -7,29 +7,29 @@ namespace alerts {
 using CmpiCpp::CmpiContext;
 using CmpiCpp::CmpiObjectPath;
 
-void WatchingProvider::authorizeFilter(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                                       CmpiObjectPath const&, std::string const&) {}
+void WatchingProvider::authorizeFilter(const CmpiContext&, const CMPISelectExp*, const std::string&,
+                                       const CmpiObjectPath&, const std::string&) {}
 
-void WatchingProvider::mustPoll(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                                CmpiObjectPath const&) {
+void WatchingProvider::mustPoll(const CmpiContext&, const CMPISelectExp*, const std::string&,
+                                const CmpiObjectPath&) {
     throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED, "nothing has to be polled");
 }
 
-void WatchingProvider::activateFilter(CmpiContext const&, CMPISelectExp const*, std::string const&,
-                                      CmpiObjectPath const&, bool) {}
+void WatchingProvider::activateFilter(const CmpiContext&, const CMPISelectExp*, const std::string&,
+                                      const CmpiObjectPath&, bool) {}
 
-void WatchingProvider::deactivateFilter(CmpiContext const&, CMPISelectExp const*,
-                                        std::string const&, CmpiObjectPath const&, bool) {}
+void WatchingProvider::deactivateFilter(const CmpiContext&, const CMPISelectExp*,
+                                        const std::string&, const CmpiObjectPath&, bool) {}
 
-void WatchingProvider::enableIndications(CmpiContext const& context) {
+void WatchingProvider::enableIndications(const CmpiContext& context) {
     startWatching(context);
 }
 
-void WatchingProvider::disableIndications(CmpiContext const&) {
+void WatchingProvider::disableIndications(const CmpiContext&) {
     stopWatching();
 }
 
-void WatchingProvider::cleanup(CmpiContext const&, bool) {
+void WatchingProvider::cleanup(const CmpiContext&, bool) {
     stopWatching();
 }
 

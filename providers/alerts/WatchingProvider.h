@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "cmpicpp/CmpiIndicationProvider.h"
+
+#include <string>
 
 namespace alerts {
 
@@ -10,24 +10,24 @@ namespace alerts {
 /// Every filter is welcome: the object manager picks what it selects. Nothing has to be polled.
 class WatchingProvider : public CmpiCpp::CmpiIndicationProvider {
 public:
-    void authorizeFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                         std::string const& className, CmpiCpp::CmpiObjectPath const& path,
-                         std::string const& owner) override;
-    void mustPoll(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                  std::string const& className, CmpiCpp::CmpiObjectPath const& path) override;
-    void activateFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                        std::string const& className, CmpiCpp::CmpiObjectPath const& path,
+    void authorizeFilter(const CmpiCpp::CmpiContext& context, const CMPISelectExp* filter,
+                         const std::string& className, const CmpiCpp::CmpiObjectPath& path,
+                         const std::string& owner) override;
+    void mustPoll(const CmpiCpp::CmpiContext& context, const CMPISelectExp* filter,
+                  const std::string& className, const CmpiCpp::CmpiObjectPath& path) override;
+    void activateFilter(const CmpiCpp::CmpiContext& context, const CMPISelectExp* filter,
+                        const std::string& className, const CmpiCpp::CmpiObjectPath& path,
                         bool last) override;
-    void deactivateFilter(CmpiCpp::CmpiContext const& context, CMPISelectExp const* filter,
-                          std::string const& className, CmpiCpp::CmpiObjectPath const& path,
+    void deactivateFilter(const CmpiCpp::CmpiContext& context, const CMPISelectExp* filter,
+                          const std::string& className, const CmpiCpp::CmpiObjectPath& path,
                           bool last) override;
-    void enableIndications(CmpiCpp::CmpiContext const& context) override;
-    void disableIndications(CmpiCpp::CmpiContext const& context) override;
-    void cleanup(CmpiCpp::CmpiContext const& context, bool terminating) override;
+    void enableIndications(const CmpiCpp::CmpiContext& context) override;
+    void disableIndications(const CmpiCpp::CmpiContext& context) override;
+    void cleanup(const CmpiCpp::CmpiContext& context, bool terminating) override;
 
 protected:
     /// Either may come twice in a row.
-    virtual void startWatching(CmpiCpp::CmpiContext const& context) = 0;
+    virtual void startWatching(const CmpiCpp::CmpiContext& context) = 0;
     virtual void stopWatching() = 0;
 };
 

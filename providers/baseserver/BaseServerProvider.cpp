@@ -13,7 +13,7 @@ using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
 using CmpiCpp::CmpiObjectPathResult;
 
-BaseServerProvider::BaseServerProvider(CmpiCpp::CmpiBroker const& broker, Logger& log,
+BaseServerProvider::BaseServerProvider(const CmpiCpp::CmpiBroker& broker, Logger& log,
                                        InventorySources sources)
     : _broker(broker),
       _log(log),
@@ -30,23 +30,24 @@ PYL::CmpiManagedInstanceCollection& BaseServerProvider::current() {
     return _inventory.collection();
 }
 
-void BaseServerProvider::enumInstanceNames(CmpiContext const& context, CmpiObjectPath const& path,
+void BaseServerProvider::enumInstanceNames(const CmpiContext& context, const CmpiObjectPath& path,
                                            CmpiObjectPathResult& result) {
     current().enumInstanceNames(result, context, path);
 }
 
-void BaseServerProvider::enumInstances(CmpiContext const& context, CmpiObjectPath const& path,
-                                       char const** properties, CmpiInstanceResult& result) {
+void BaseServerProvider::enumInstances(const CmpiContext& context, const CmpiObjectPath& path,
+                                       const char** properties, CmpiInstanceResult& result) {
     current().enumInstances(result, context, path, properties);
 }
 
-void BaseServerProvider::getInstance(CmpiContext const& context, CmpiObjectPath const& path,
-                                     char const** properties, CmpiInstanceResult& result) {
-    if (!current().getInstance(result, context, path, properties))
+void BaseServerProvider::getInstance(const CmpiContext& context, const CmpiObjectPath& path,
+                                     const char** properties, CmpiInstanceResult& result) {
+    if (!current().getInstance(result, context, path, properties)) {
         throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no such instance: " + path.str());
+    }
 }
 
-std::uint64_t BaseServerProvider::performWork(CmpiContext const& context) {
+std::uint64_t BaseServerProvider::performWork(const CmpiContext& context) {
     _inventory.refreshNow();
     // The collection's lock is free again here: the post is an up-call that may come back for an
     // instance.
@@ -55,41 +56,42 @@ std::uint64_t BaseServerProvider::performWork(CmpiContext const& context) {
     return _workCounter.increment();
 }
 
-void BaseServerProvider::invokeMethod(CmpiContext const& context, CmpiObjectPath const& path,
-                                      CmpiName const& methodName, CmpiCpp::CmpiArgs const&,
+void BaseServerProvider::invokeMethod(const CmpiContext& context, const CmpiObjectPath& path,
+                                      const CmpiName& methodName, const CmpiCpp::CmpiArgs&,
                                       CmpiCpp::CmpiMethodResult& result) {
-    bool const isWork = path.getClassName() == CmpiName(WorkerInstance::className) &&
+    const bool isWork = path.getClassName() == CmpiName(WorkerInstance::className) &&
                         methodName == CmpiName(PYL::WorkerMethodName);
-    if (!isWork)
+    if (!isWork) {
         throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_METHOD_NOT_FOUND,
                                   "no such method: " + methodName.str());
+    }
     result.deliver("WorkCount", static_cast<unsigned long long>(performWork(context)));
     result.deliver(0U);
 }
 
-void BaseServerProvider::associators(CmpiContext const& context, CmpiObjectPath const& path,
-                                     CmpiName const& assocClass, CmpiName const& resultClass,
-                                     CmpiName const& role, CmpiName const& resultRole,
-                                     char const** properties, CmpiInstanceResult& result) {
+void BaseServerProvider::associators(const CmpiContext& context, const CmpiObjectPath& path,
+                                     const CmpiName& assocClass, const CmpiName& resultClass,
+                                     const CmpiName& role, const CmpiName& resultRole,
+                                     const char** properties, CmpiInstanceResult& result) {
     current().associators(result, context, path, assocClass, resultClass, role, resultRole,
                           properties);
 }
 
-void BaseServerProvider::associatorNames(CmpiContext const& context, CmpiObjectPath const& path,
-                                         CmpiName const& assocClass, CmpiName const& resultClass,
-                                         CmpiName const& role, CmpiName const& resultRole,
+void BaseServerProvider::associatorNames(const CmpiContext& context, const CmpiObjectPath& path,
+                                         const CmpiName& assocClass, const CmpiName& resultClass,
+                                         const CmpiName& role, const CmpiName& resultRole,
                                          CmpiObjectPathResult& result) {
     current().associatorNames(result, context, path, assocClass, resultClass, role, resultRole);
 }
 
-void BaseServerProvider::references(CmpiContext const& context, CmpiObjectPath const& path,
-                                    CmpiName const& resultClass, CmpiName const& role,
-                                    char const** properties, CmpiInstanceResult& result) {
+void BaseServerProvider::references(const CmpiContext& context, const CmpiObjectPath& path,
+                                    const CmpiName& resultClass, const CmpiName& role,
+                                    const char** properties, CmpiInstanceResult& result) {
     current().references(result, context, path, resultClass, role, properties);
 }
 
-void BaseServerProvider::referenceNames(CmpiContext const& context, CmpiObjectPath const& path,
-                                        CmpiName const& resultClass, CmpiName const& role,
+void BaseServerProvider::referenceNames(const CmpiContext& context, const CmpiObjectPath& path,
+                                        const CmpiName& resultClass, const CmpiName& role,
                                         CmpiObjectPathResult& result) {
     current().referenceNames(result, context, path, resultClass, role);
 }

@@ -20,45 +20,45 @@ class BaseServerProvider : public CmpiCpp::CmpiInstanceProvider,
                            public CmpiCpp::CmpiAssociationProvider,
                            public alerts::WatchingProvider {
 public:
-    BaseServerProvider(CmpiCpp::CmpiBroker const& broker, Logger& log,
+    BaseServerProvider(const CmpiCpp::CmpiBroker& broker, Logger& log,
                        InventorySources sources = {});
 
     CMPIBroker* getBroker() override;
 
-    void enumInstanceNames(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
+    void enumInstanceNames(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
                            CmpiCpp::CmpiObjectPathResult& result) override;
-    void enumInstances(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                       char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void getInstance(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                     char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void enumInstances(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                       const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void getInstance(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
 
     /// PerformWork: reads the hardware again, posts the devices' status, and counts.
-    void invokeMethod(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                      CmpiCpp::CmpiName const& methodName, CmpiCpp::CmpiArgs const& in,
+    void invokeMethod(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                      const CmpiCpp::CmpiName& methodName, const CmpiCpp::CmpiArgs& in,
                       CmpiCpp::CmpiMethodResult& result) override;
 
-    void associators(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                     CmpiCpp::CmpiName const& assocClass, CmpiCpp::CmpiName const& resultClass,
-                     CmpiCpp::CmpiName const& role, CmpiCpp::CmpiName const& resultRole,
-                     char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void associatorNames(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                         CmpiCpp::CmpiName const& assocClass, CmpiCpp::CmpiName const& resultClass,
-                         CmpiCpp::CmpiName const& role, CmpiCpp::CmpiName const& resultRole,
+    void associators(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                     const CmpiCpp::CmpiName& assocClass, const CmpiCpp::CmpiName& resultClass,
+                     const CmpiCpp::CmpiName& role, const CmpiCpp::CmpiName& resultRole,
+                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void associatorNames(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                         const CmpiCpp::CmpiName& assocClass, const CmpiCpp::CmpiName& resultClass,
+                         const CmpiCpp::CmpiName& role, const CmpiCpp::CmpiName& resultRole,
                          CmpiCpp::CmpiObjectPathResult& result) override;
-    void references(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                    CmpiCpp::CmpiName const& resultClass, CmpiCpp::CmpiName const& role,
-                    char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void referenceNames(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                        CmpiCpp::CmpiName const& resultClass, CmpiCpp::CmpiName const& role,
+    void references(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                    const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
+                    const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void referenceNames(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                        const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
                         CmpiCpp::CmpiObjectPathResult& result) override;
 
 protected:
-    void startWatching(CmpiCpp::CmpiContext const& context) override { _watch.start(context); }
+    void startWatching(const CmpiCpp::CmpiContext& context) override { _watch.start(context); }
     void stopWatching() override { _watch.stop(); }
 
 private:
     PYL::CmpiManagedInstanceCollection& current();
-    std::uint64_t performWork(CmpiCpp::CmpiContext const& context);
+    std::uint64_t performWork(const CmpiCpp::CmpiContext& context);
 
     CmpiCpp::CmpiBroker _broker;
     Logger _log;

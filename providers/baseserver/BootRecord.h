@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "platform/logger/Logger.h"
+
+#include <string>
 
 namespace baseserver {
 

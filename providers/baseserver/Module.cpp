@@ -12,20 +12,20 @@
 
 namespace {
 
-CmpiCpp::CmpiProvider* makeInner(CmpiCpp::CmpiBroker const& broker, Logger& log) {
+CmpiCpp::CmpiProvider* makeInner(const CmpiCpp::CmpiBroker& broker, Logger& log) {
     return new baseserver::BaseServerProvider(broker, log);
 }
 
-CmpiCpp::CmpiProvider* makeTimed(CmpiCpp::CmpiBroker const& broker, Logger& log) {
+CmpiCpp::CmpiProvider* makeTimed(const CmpiCpp::CmpiBroker& broker, Logger& log) {
     return new PYL::PerfmonDecorator(broker, log, makeInner);
 }
 
-CmpiCpp::CmpiProvider* makeStarted(CmpiCpp::CmpiBroker const& broker, Logger& log) {
-    bool const timed = PYL::PYLUtil::PerfmonEnabled();
+CmpiCpp::CmpiProvider* makeStarted(const CmpiCpp::CmpiBroker& broker, Logger& log) {
+    const bool timed = PYL::PYLUtil::PerfmonEnabled();
     return new PYL::LoggedProvider(broker, log, timed ? makeTimed : makeInner);
 }
 
-CmpiCpp::CmpiProvider* makeProvider(CmpiCpp::CmpiBroker const& broker, CMPIContext const*) {
+CmpiCpp::CmpiProvider* makeProvider(const CmpiCpp::CmpiBroker& broker, const CMPIContext*) {
     Logger log = hostedLogger("PYL_BaseServer");
     return new PYL::AutostartDecorator(broker, log, new baseserver::WorkerInstance, makeStarted);
 }

@@ -1,5 +1,7 @@
 #include "providers/baseserver/PciBus.h"
 
+#include "platform/computersystem/HostFiles.h"
+
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
@@ -8,16 +10,14 @@
 #include <string_view>
 #include <system_error>
 
-#include "platform/computersystem/HostFiles.h"
-
 namespace baseserver {
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr char const* devicesDirectory = "/sys/bus/pci/devices";
-constexpr char const* slotsDirectory = "/sys/bus/pci/slots";
+constexpr const char* devicesDirectory = "/sys/bus/pci/devices";
+constexpr const char* slotsDirectory = "/sys/bus/pci/slots";
 
 struct HexField {
     std::size_t minimumDigits;
@@ -33,11 +33,11 @@ constexpr HexField deviceField{2, 2, 0x1F, "."};
 constexpr HexField functionField{1, 1, 7, ""};
 
 /// The number at the front of the text, which is cut off with the separator behind it.
-std::optional<int> takeField(std::string_view& text, HexField const& field) {
-    auto const digits = std::min(text.find_first_not_of("0123456789abcdef"), text.size());
+std::optional<int> takeField(std::string_view& text, const HexField& field) {
+    const auto digits = std::min(text.find_first_not_of("0123456789abcdef"), text.size());
     if (digits < field.minimumDigits || digits > field.maximumDigits) return std::nullopt;
     int value = 0;
-    auto const error = std::from_chars(text.data(), text.data() + digits, value, 16).ec;
+    const auto error = std::from_chars(text.data(), text.data() + digits, value, 16).ec;
     if (error != std::errc() || value > field.maximum) return std::nullopt;
     text.remove_prefix(digits);
     if (!text.starts_with(field.separator)) return std::nullopt;
@@ -47,13 +47,13 @@ std::optional<int> takeField(std::string_view& text, HexField const& field) {
 
 /// A kernel attribute such as "0x8086"; nullopt when it is missing, malformed or out of range.
 template <typename Number>
-std::optional<Number> hexAttribute(HostFiles const& files, std::string const& path) {
-    auto const line = files.line(path);
+std::optional<Number> hexAttribute(const HostFiles& files, const std::string& path) {
+    const auto line = files.line(path);
     if (!line) return std::nullopt;
     std::string_view digits = *line;
     if (digits.starts_with("0x")) digits.remove_prefix(2);
     std::uint64_t value = 0;
-    auto const [end, error] =
+    const auto [end, error] =
         std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
     if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
     if (value > std::numeric_limits<Number>::max()) return std::nullopt;
@@ -61,77 +61,82 @@ std::optional<Number> hexAttribute(HostFiles const& files, std::string const& pa
 }
 
 /// The names in a directory, in order: the file system's own order is any.
-std::vector<std::string> entriesOf(std::string const& directory) {
+std::vector<std::string> entriesOf(const std::string& directory) {
     std::vector<std::string> names;
     std::error_code error;
     for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error))
+         entry.increment(error)) {
         names.push_back(entry->path().filename().string());
+    }
     std::sort(names.begin(), names.end());
     return names;
 }
 
-std::optional<std::string> driverOf(std::string const& deviceDirectory) {
+std::optional<std::string> driverOf(const std::string& deviceDirectory) {
     std::error_code error;
-    auto const target = fs::read_symlink(deviceDirectory + "/driver", error);
+    const auto target = fs::read_symlink(deviceDirectory + "/driver", error);
     if (error) return std::nullopt;
     return target.filename().string();
 }
 
 /// The number behind "TOTAL_ERR_..." in one of the kernel's tables of errors.
-std::optional<std::uint64_t> totalOf(std::optional<std::string> const& table,
+std::optional<std::uint64_t> totalOf(const std::optional<std::string>& table,
                                      std::string_view name) {
-    auto const at = table ? table->find(name) : std::string::npos;
+    const auto at = table ? table->find(name) : std::string::npos;
     if (at == std::string::npos) return std::nullopt;
-    auto const digits = table->find_first_not_of(' ', at + name.size());
+    const auto digits = table->find_first_not_of(' ', at + name.size());
     if (digits == std::string::npos) return std::nullopt;
     std::uint64_t total = 0;
-    auto const* const from = table->data() + digits;
-    if (std::from_chars(from, table->data() + table->size(), total).ec != std::errc())
+    const auto* const from = table->data() + digits;
+    if (std::from_chars(from, table->data() + table->size(), total).ec != std::errc()) {
         return std::nullopt;
+    }
     return total;
 }
 
-std::optional<PciErrors> errorsOf(HostFiles const& files, std::string const& directory) {
-    auto const fatal = totalOf(files.text(directory + "/aer_dev_fatal"), "TOTAL_ERR_FATAL");
-    auto const nonFatal =
+std::optional<PciErrors> errorsOf(const HostFiles& files, const std::string& directory) {
+    const auto fatal = totalOf(files.text(directory + "/aer_dev_fatal"), "TOTAL_ERR_FATAL");
+    const auto nonFatal =
         totalOf(files.text(directory + "/aer_dev_nonfatal"), "TOTAL_ERR_NONFATAL");
     if (!fatal || !nonFatal) return std::nullopt;
     return PciErrors{*fatal, *nonFatal};
 }
 
 /// Slot names by the "domain:bus:device" that the kernel gives as a slot's address.
-std::map<std::string, std::string> readSlots(std::string const& root, HostFiles const& files) {
+std::map<std::string, std::string> readSlots(const std::string& root, const HostFiles& files) {
     std::map<std::string, std::string> slots;
-    for (auto const& name : entriesOf(root + slotsDirectory))
-        if (auto const address = files.line(std::string(slotsDirectory) + "/" + name + "/address"))
+    for (const auto& name : entriesOf(root + slotsDirectory)) {
+        if (const auto address =
+                files.line(std::string(slotsDirectory) + "/" + name + "/address")) {
             slots.emplace(*address, name);
+        }
+    }
     return slots;
 }
 
 }  // namespace
 
-std::optional<PciAddress> parsePciAddress(std::string const& text) {
+std::optional<PciAddress> parsePciAddress(const std::string& text) {
     std::string_view rest = text;
-    auto const domain = takeField(rest, domainField);
+    const auto domain = takeField(rest, domainField);
     if (!domain) return std::nullopt;
-    auto const bus = takeField(rest, busField);
+    const auto bus = takeField(rest, busField);
     if (!bus) return std::nullopt;
-    auto const device = takeField(rest, deviceField);
+    const auto device = takeField(rest, deviceField);
     if (!device) return std::nullopt;
-    auto const function = takeField(rest, functionField);
+    const auto function = takeField(rest, functionField);
     if (!function || !rest.empty()) return std::nullopt;
     return PciAddress{*domain, *bus, *device, *function};
 }
 
-std::vector<PciFunction> readPciFunctions(std::string const& root) {
-    HostFiles const files(root);
-    auto const slots = readSlots(root, files);
+std::vector<PciFunction> readPciFunctions(const std::string& root) {
+    const HostFiles files(root);
+    const auto slots = readSlots(root, files);
     std::vector<PciFunction> functions;
-    for (auto const& name : entriesOf(root + devicesDirectory)) {
-        auto const address = parsePciAddress(name);
+    for (const auto& name : entriesOf(root + devicesDirectory)) {
+        const auto address = parsePciAddress(name);
         if (!address) continue;
-        auto const directory = std::string(devicesDirectory) + "/" + name;
+        const auto directory = std::string(devicesDirectory) + "/" + name;
         PciFunction function;
         function.address = *address;
         function.classCode = hexAttribute<std::uint32_t>(files, directory + "/class");
@@ -143,12 +148,13 @@ std::vector<PciFunction> readPciFunctions(std::string const& root) {
         function.revision = hexAttribute<std::uint8_t>(files, directory + "/revision");
         function.driver = driverOf(root + directory);
         function.errors = errorsOf(files, directory);
-        if (auto const slot = slots.find(name.substr(0, name.rfind('.'))); slot != slots.end())
+        if (const auto slot = slots.find(name.substr(0, name.rfind('.'))); slot != slots.end()) {
             function.slot = slot->second;
+        }
         functions.push_back(std::move(function));
     }
     std::sort(functions.begin(), functions.end(),
-              [](auto const& left, auto const& right) { return left.address < right.address; });
+              [](const auto& left, const auto& right) { return left.address < right.address; });
     return functions;
 }
 

@@ -15,8 +15,8 @@ struct PciAddress {
     int device = 0;
     int function = 0;
 
-    bool operator==(PciAddress const&) const = default;
-    friend bool operator<(PciAddress const& left, PciAddress const& right) {
+    bool operator==(const PciAddress&) const = default;
+    friend bool operator<(const PciAddress& left, const PciAddress& right) {
         return std::tie(left.domain, left.bus, left.device, left.function) <
                std::tie(right.domain, right.bus, right.device, right.function);
     }
@@ -27,7 +27,7 @@ struct PciErrors {
     std::uint64_t fatal = 0;
     std::uint64_t nonFatal = 0;
 
-    bool operator==(PciErrors const&) const = default;
+    bool operator==(const PciErrors&) const = default;
 };
 
 /// One PCI function as the kernel reports it. What the kernel does not tell is nullopt.
@@ -43,16 +43,16 @@ struct PciFunction {
     std::optional<std::string> driver;
     std::optional<PciErrors> errors;  ///< of functions with Advanced Error Reporting
 
-    bool operator==(PciFunction const&) const = default;
+    bool operator==(const PciFunction&) const = default;
 };
 
 /// The functions below /sys/bus/pci, in order of address (kernel documentation,
 /// ABI/testing/sysfs-bus-pci and sysfs-bus-pci-devices-aer_stats). A directory that is missing
 /// gives none; entries whose names are no PCI address are passed over. `root` stands before every
 /// path, so that a test can set up a host of its own.
-std::vector<PciFunction> readPciFunctions(std::string const& root = {});
+std::vector<PciFunction> readPciFunctions(const std::string& root = {});
 
 /// The address in the kernel's notation, such as "0000:1a:03.1", or nullopt for any other text.
-std::optional<PciAddress> parsePciAddress(std::string const& text);
+std::optional<PciAddress> parsePciAddress(const std::string& text);
 
 }  // namespace baseserver

@@ -8,7 +8,7 @@ namespace {
 
 struct BaseClass {
     std::uint8_t code;
-    char const* name;
+    const char* name;
 };
 
 constexpr auto baseClasses = std::to_array<BaseClass>({
@@ -36,7 +36,7 @@ constexpr auto baseClasses = std::to_array<BaseClass>({
 
 struct SubClass {
     std::uint16_t code;  // base class and sub-class
-    char const* name;
+    const char* name;
 };
 
 constexpr auto subClasses = std::to_array<SubClass>({
@@ -72,11 +72,13 @@ constexpr auto subClasses = std::to_array<SubClass>({
 
 }  // namespace
 
-char const* pciClassName(std::uint32_t classCode) noexcept {
-    for (auto const& row : subClasses)
+const char* pciClassName(std::uint32_t classCode) noexcept {
+    for (const auto& row : subClasses) {
         if (row.code == (classCode >> 8U)) return row.name;
-    for (auto const& row : baseClasses)
+    }
+    for (const auto& row : baseClasses) {
         if (row.code == (classCode >> 16U)) return row.name;
+    }
     return "Unknown device";
 }
 

@@ -27,7 +27,7 @@ CmpiInstance TwoEndedAssociation::getInstance() {
     return instance;
 }
 
-CmpiObjectPath TwoEndedAssociation::getAssociatedPath(CmpiObjectPath const& path) {
+CmpiObjectPath TwoEndedAssociation::getAssociatedPath(const CmpiObjectPath& path) {
     auto first = firstEnd();
     auto second = secondEnd();
     if (path == first) return second;

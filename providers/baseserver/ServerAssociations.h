@@ -12,20 +12,20 @@ public:
     CmpiCpp::CmpiObjectPath getPath() override;
     CmpiCpp::CmpiInstance getInstance() override;
     CmpiCpp::CmpiName getClassName() override { return _className; }
-    CmpiCpp::CmpiObjectPath getAssociatedPath(CmpiCpp::CmpiObjectPath const& path) override;
+    CmpiCpp::CmpiObjectPath getAssociatedPath(const CmpiCpp::CmpiObjectPath& path) override;
 
 protected:
     /// The names must outlive the object: literals.
-    TwoEndedAssociation(char const* className, char const* firstRole, char const* secondRole)
+    TwoEndedAssociation(const char* className, const char* firstRole, const char* secondRole)
         : _className(className), _firstRole(firstRole), _secondRole(secondRole) {}
 
     virtual CmpiCpp::CmpiObjectPath firstEnd() = 0;
     virtual CmpiCpp::CmpiObjectPath secondEnd() = 0;
 
 private:
-    char const* _className;
-    char const* _firstRole;
-    char const* _secondRole;
+    const char* _className;
+    const char* _firstRole;
+    const char* _secondRole;
 };
 
 /// PYL_SystemPCIDevice: the computer system and one of its PCI devices.

@@ -1,10 +1,10 @@
 #include "providers/baseserver/ServerFacts.h"
 
-#include <memory>
-
 #include "common/PYLUtil.h"
 #include "platform/computersystem/ComputerSystemMRA.h"
 #include "platform/smbios/SmBios.h"
+
+#include <memory>
 
 namespace baseserver {
 
@@ -12,21 +12,23 @@ namespace {
 
 using Getter = MRAStatusEnum (ComputerSystemMRADataObject::*)(std::string&) const;
 
-std::optional<std::string> fact(ComputerSystemMRADataObject const& data, Getter getter) {
+std::optional<std::string> fact(const ComputerSystemMRADataObject& data, Getter getter) {
     std::string text;
     if ((data.*getter)(text) != MRA_STATUS_SUCCESS) return std::nullopt;
     return text;
 }
 
-std::optional<std::string> given(std::string const& text) {
+std::optional<std::string> given(const std::string& text) {
     return text.empty() ? std::nullopt : std::optional(text);
 }
 
 void readSystem(ServerFacts& facts, Logger& log) {
     ComputerSystemMRADataObject data(log);
-    std::unique_ptr<ComputerSystemMRA> const source(computerSystemMRAFactory(log));
-    if (!source || source->getFirstData(ComputerSystemMRA::systemData, data) != MRA_STATUS_SUCCESS)
+    const std::unique_ptr<ComputerSystemMRA> source(computerSystemMRAFactory(log));
+    if (!source ||
+        source->getFirstData(ComputerSystemMRA::systemData, data) != MRA_STATUS_SUCCESS) {
         return;
+    }
     facts.manufacturer = fact(data, &ComputerSystemMRADataObject::getSystemManufacturer);
     facts.model = fact(data, &ComputerSystemMRADataObject::getSystemProductName);
     facts.productId = fact(data, &ComputerSystemMRADataObject::getSystemProductID);
@@ -34,15 +36,15 @@ void readSystem(ServerFacts& facts, Logger& log) {
     facts.uuid = fact(data, &ComputerSystemMRADataObject::getSystemUUID);
     facts.biosVendor = fact(data, &ComputerSystemMRADataObject::getBiosVendor);
     facts.biosVersion = fact(data, &ComputerSystemMRADataObject::getBiosVersion);
-    auto const name = fact(data, &ComputerSystemMRADataObject::getHostOSName);
-    auto const version = fact(data, &ComputerSystemMRADataObject::getHostOSVersion);
+    const auto name = fact(data, &ComputerSystemMRADataObject::getHostOSName);
+    const auto version = fact(data, &ComputerSystemMRADataObject::getHostOSVersion);
     if (name) facts.operatingSystem = version ? *name + " " + *version : *name;
 }
 
 void readChassis(ServerFacts& facts, Logger& log) {
     SmBios smbios(log);
     if (smbios.scan() != 0) return;
-    auto const* chassis = smbios.getDmiChassis();
+    const auto* chassis = smbios.getDmiChassis();
     if (!chassis) return;
     facts.chassisManufacturer = given(chassis->manufacturer);
     facts.chassisSerialNumber = given(chassis->serialNumber);

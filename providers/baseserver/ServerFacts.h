@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/logger/Logger.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
-
-#include "platform/logger/Logger.h"
 
 namespace baseserver {
 
@@ -26,7 +26,7 @@ struct ServerFacts {
     std::optional<std::string> chassisAssetTag;
     std::optional<std::uint8_t> chassisType;  ///< DSP0134, "System Enclosure or Chassis Types"
 
-    bool operator==(ServerFacts const&) const = default;
+    bool operator==(const ServerFacts&) const = default;
 };
 
 /// Reads them now. What is missing is told in the log by the readers below.

@@ -1,11 +1,11 @@
 #include "providers/baseserver/ServerInstances.h"
 
-#include <cstdio>
-#include <string>
-
 #include "cmpicpp/CmpiArray.h"
 #include "common/PYLUtil.h"
 #include "providers/baseserver/PciClass.h"
+
+#include <cstdio>
+#include <string>
 
 namespace baseserver {
 
@@ -22,7 +22,7 @@ namespace {
 constexpr unsigned short enabled = 2;         // CIM_EnabledLogicalElement.EnabledState
 constexpr unsigned short notApplicable = 12;  // CIM_EnabledLogicalElement.RequestedState
 constexpr unsigned short notDedicated = 0;    // CIM_ComputerSystem.Dedicated
-constexpr char const* groupClassName = "PYL_PCIDeviceGroup";
+constexpr const char* groupClassName = "PYL_PCIDeviceGroup";
 constexpr unsigned short unknownChassis = 0;  // CIM_Chassis.ChassisPackageType
 
 CmpiBroker broker() {
@@ -30,10 +30,10 @@ CmpiBroker broker() {
 }
 
 /// An instance with this path whose key properties are set from the path.
-CmpiInstance instanceOf(CmpiObjectPath const& path) {
+CmpiInstance instanceOf(const CmpiObjectPath& path) {
     auto instance = CmpiCpp::makeCmpiInstance(broker(), path);
     for (unsigned int i = 0; i < path.getKeyCount(); ++i) {
-        auto const [name, value] = path.getKeyAt(i);
+        const auto [name, value] = path.getKeyAt(i);
         instance.setProperty(name, value);
     }
     return instance;
@@ -41,7 +41,7 @@ CmpiInstance instanceOf(CmpiObjectPath const& path) {
 
 /// Sets the property when the value is known; it stays NULL otherwise.
 template <typename Value>
-void setKnown(CmpiInstance& instance, char const* name, std::optional<Value> const& value) {
+void setKnown(CmpiInstance& instance, const char* name, const std::optional<Value>& value) {
     if (value) instance.setProperty(name, *value);
 }
 
@@ -49,34 +49,35 @@ template <typename Value>
 CmpiArray arrayOf(CMPIType type, std::initializer_list<Value> values) {
     auto array = CmpiCpp::makeCmpiArray(broker(), static_cast<unsigned int>(values.size()), type);
     unsigned int index = 0;
-    for (auto const& value : values) array.setElementAt(index++, value);
+    for (const auto& value : values) array.setElementAt(index++, value);
     return array;
 }
 
 /// An array of the one status, and the health that goes with it.
-void setStatus(CmpiInstance& instance, char const* property, PYL::operationalStatus status) {
+void setStatus(CmpiInstance& instance, const char* property, PYL::operationalStatus status) {
     instance.setProperty(property, arrayOf(CMPI_uint16, {static_cast<unsigned short>(status)}));
     instance.setProperty("HealthState",
                          static_cast<unsigned short>(PYLUtil::opstatusToHealthState(status)));
 }
 
 /// The identifiers other than the name by which the system is known, with what each one is.
-void setIdentifyingInfo(CmpiInstance& instance, ServerFacts const& facts) {
+void setIdentifyingInfo(CmpiInstance& instance, const ServerFacts& facts) {
     struct Identifier {
-        char const* description;
-        std::optional<std::string> const& value;
+        const char* description;
+        const std::optional<std::string>& value;
     };
-    Identifier const identifiers[] = {{"System UUID", facts.uuid},
+    const Identifier identifiers[] = {{"System UUID", facts.uuid},
                                       {"Serial number", facts.serialNumber},
                                       {"Server system identifier", facts.serverSystemId}};
     unsigned int known = 0;
-    for (auto const& identifier : identifiers)
+    for (const auto& identifier : identifiers) {
         if (identifier.value) ++known;
+    }
     if (known == 0) return;
     auto values = CmpiCpp::makeCmpiArray(broker(), known, CMPI_string);
     auto descriptions = CmpiCpp::makeCmpiArray(broker(), known, CMPI_string);
     unsigned int index = 0;
-    for (auto const& identifier : identifiers) {
+    for (const auto& identifier : identifiers) {
         if (!identifier.value) continue;
         values.setElementAt(index, *identifier.value);
         descriptions.setElementAt(index, identifier.description);
@@ -93,10 +94,11 @@ std::string hexText(std::uint16_t number) {
 }
 
 /// "Ethernet controller 8086:1572", from what is known.
-std::string describe(PciFunction const& function) {
+std::string describe(const PciFunction& function) {
     std::string text = pciClassName(function.classCode.value_or(0xFF0000));
-    if (function.vendorId && function.deviceId)
+    if (function.vendorId && function.deviceId) {
         text += " " + hexText(*function.vendorId) + ":" + hexText(*function.deviceId);
+    }
     return text;
 }
 
@@ -149,13 +151,13 @@ CmpiInstance ChassisInstance::getInstance() {
              _facts->chassisSerialNumber ? _facts->chassisSerialNumber : _facts->serialNumber);
     setKnown(instance, "UserTracking", _facts->chassisAssetTag);
     // Both value maps number the kinds of enclosure as DSP0134 does; its top bit tells of a lock.
-    unsigned short const type = _facts->chassisType ? *_facts->chassisType & 0x7FU : unknownChassis;
+    const unsigned short type = _facts->chassisType ? *_facts->chassisType & 0x7FU : unknownChassis;
     instance.setProperty("ChassisPackageType", type);
     return instance;
 }
 
 CmpiObjectPath PciDeviceInstance::getPath() {
-    auto const& at = _function.address;
+    const auto& at = _function.address;
     return PYLUtil::getPCIDevicePath(at.domain, at.bus, at.device, at.function);
 }
 CmpiName PciDeviceInstance::getClassName() {
@@ -164,16 +166,17 @@ CmpiName PciDeviceInstance::getClassName() {
 
 CmpiInstance PciDeviceInstance::getInstance() {
     auto instance = instanceOf(getPath());
-    auto const& at = _function.address;
-    auto const description = describe(_function);
+    const auto& at = _function.address;
+    const auto description = describe(_function);
     instance.setProperty("ElementName", description);
     instance.setProperty("Description", description);
     instance.setProperty("Caption", "PCI device");
     instance.setProperty("BusNumber", static_cast<unsigned char>(at.bus));
     instance.setProperty("DeviceNumber", static_cast<unsigned char>(at.device));
     instance.setProperty("FunctionNumber", static_cast<unsigned char>(at.function));
-    if (_function.classCode)
+    if (_function.classCode) {
         instance.setProperty("ClassCode", static_cast<unsigned char>(*_function.classCode >> 16U));
+    }
     setKnown(instance, "VendorID", _function.vendorId);
     setKnown(instance, "PCIDeviceID", _function.deviceId);
     setKnown(instance, "SubsystemVendorID", _function.subsystemVendorId);
@@ -185,7 +188,7 @@ CmpiInstance PciDeviceInstance::getInstance() {
     return instance;
 }
 
-PYL::operationalStatus statusOf(PciFunction const& function) noexcept {
+PYL::operationalStatus statusOf(const PciFunction& function) noexcept {
     if (!function.errors) return PYL::statusUnknown;
     if (function.errors->fatal > 0) return PYL::statusError;
     return function.errors->nonFatal > 0 ? PYL::statusDegraded : PYL::statusOK;

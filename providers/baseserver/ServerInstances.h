@@ -1,18 +1,18 @@
 #pragma once
 
-#include <memory>
-
 #include "common/CmpiManagedInstance.h"
 #include "common/OpstatusUtils.h"
 #include "providers/baseserver/PciBus.h"
 #include "providers/baseserver/ServerFacts.h"
+
+#include <memory>
 
 namespace baseserver {
 
 /// PYL_ComputerSystem: the host itself.
 class ComputerSystemInstance : public PYL::CmpiManagedInstance {
 public:
-    explicit ComputerSystemInstance(std::shared_ptr<ServerFacts const> facts)
+    explicit ComputerSystemInstance(std::shared_ptr<const ServerFacts> facts)
         : _facts(std::move(facts)) {}
 
     CmpiCpp::CmpiObjectPath getPath() override;
@@ -20,20 +20,20 @@ public:
     CmpiCpp::CmpiName getClassName() override;
 
 private:
-    std::shared_ptr<ServerFacts const> _facts;
+    std::shared_ptr<const ServerFacts> _facts;
 };
 
 /// PYL_ComputerSystemChassis: what the host is built into.
 class ChassisInstance : public PYL::CmpiManagedInstance {
 public:
-    explicit ChassisInstance(std::shared_ptr<ServerFacts const> facts) : _facts(std::move(facts)) {}
+    explicit ChassisInstance(std::shared_ptr<const ServerFacts> facts) : _facts(std::move(facts)) {}
 
     CmpiCpp::CmpiObjectPath getPath() override;
     CmpiCpp::CmpiInstance getInstance() override;
     CmpiCpp::CmpiName getClassName() override;
 
 private:
-    std::shared_ptr<ServerFacts const> _facts;
+    std::shared_ptr<const ServerFacts> _facts;
 };
 
 /// PYL_PCIDevice: one PCI function.
@@ -50,7 +50,7 @@ private:
 };
 
 /// What a function's errors say of its state.
-PYL::operationalStatus statusOf(PciFunction const& function) noexcept;
+PYL::operationalStatus statusOf(const PciFunction& function) noexcept;
 
 /// PYL_PCIDeviceGroup: all PCI devices of the server, with the worst of their states.
 class PciDeviceGroupInstance : public PYL::CmpiManagedInstance {

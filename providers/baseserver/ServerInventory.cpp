@@ -1,9 +1,9 @@
 #include "providers/baseserver/ServerInventory.h"
 
-#include <set>
-
 #include "providers/baseserver/ServerAssociations.h"
 #include "providers/baseserver/ServerInstances.h"
+
+#include <set>
 
 namespace baseserver {
 
@@ -14,46 +14,46 @@ ServerInventory::ServerInventory(Logger& log, InventorySources sources)
 
 namespace {
 
-void setVisible(std::vector<CmpiManagedInstance*> const& instances, bool visible) {
+void setVisible(const std::vector<CmpiManagedInstance*>& instances, bool visible) {
     for (auto* instance : instances) instance->setVisible(visible);
 }
 
 }  // namespace
 
-bool ServerInventory::isDue(std::optional<Time> const& updated, Time now,
-                            std::chrono::seconds freshness) {
+bool ServerInventory::_isDue(const std::optional<Time>& updated, Time now,
+                             std::chrono::seconds freshness) {
     return !updated || now - *updated >= freshness;
 }
 
 void ServerInventory::refresh() {
-    std::lock_guard const lock(_refreshing);
-    auto const now = _sources.now();
-    bool const factsDue = isDue(_factsUpdated, now, factsFreshness);
-    bool const devicesDue = isDue(_devicesUpdated, now, devicesFreshness);
-    update(factsDue, devicesDue, now);
+    const std::lock_guard lock(_refreshing);
+    const auto now = _sources.now();
+    const bool factsDue = _isDue(_factsUpdated, now, factsFreshness);
+    const bool devicesDue = _isDue(_devicesUpdated, now, devicesFreshness);
+    _update(factsDue, devicesDue, now);
 }
 
 void ServerInventory::refreshNow() {
-    std::lock_guard const lock(_refreshing);
-    update(true, true, _sources.now());
+    const std::lock_guard lock(_refreshing);
+    _update(true, true, _sources.now());
 }
 
-void ServerInventory::update(bool factsDue, bool devicesDue, Time now) {
+void ServerInventory::_update(bool factsDue, bool devicesDue, Time now) {
     if (factsDue) {
-        updateServer();
+        _updateServer();
         _factsUpdated = now;
     }
     if (devicesDue) {
-        updatePciFunctions();
-        updatePciGroup();
+        _updatePciFunctions();
+        _updatePciGroup();
         _devicesUpdated = now;
     }
     if (factsDue || devicesDue) _collection.cleanup();
 }
 
 /// Puts instances into the place of those reported so far. When it throws, these stay.
-void ServerInventory::replace(Instances& reported,
-                              std::vector<std::unique_ptr<CmpiManagedInstance>> instances) {
+void ServerInventory::_replace(Instances& reported,
+                               std::vector<std::unique_ptr<CmpiManagedInstance>> instances) {
     Instances added;
     added.reserve(instances.size());
     // Hidden until all are in: what a failure half-way leaves behind is purged unseen.
@@ -67,20 +67,20 @@ void ServerInventory::replace(Instances& reported,
     reported.swap(added);
 }
 
-void ServerInventory::updateServer() {
-    auto facts = std::make_shared<ServerFacts const>(_sources.facts(_log));
+void ServerInventory::_updateServer() {
+    auto facts = std::make_shared<const ServerFacts>(_sources.facts(_log));
     if (_facts && *_facts == *facts) return;
     std::vector<std::unique_ptr<CmpiManagedInstance>> instances;
     instances.push_back(std::make_unique<ComputerSystemInstance>(facts));
     instances.push_back(std::make_unique<ChassisInstance>(facts));
     instances.push_back(std::make_unique<ComputerSystemPackageAssociation>());
-    replace(_server, std::move(instances));
+    _replace(_server, std::move(instances));
     _facts = std::move(facts);
 }
 
-void ServerInventory::updatePciFunctions() {
+void ServerInventory::_updatePciFunctions() {
     std::set<PciAddress> present;
-    for (auto const& function : _sources.pciFunctions()) {
+    for (const auto& function : _sources.pciFunctions()) {
         present.insert(function.address);
         auto& reported = _functions[function.address];
         if (reported.function == function) continue;
@@ -88,10 +88,10 @@ void ServerInventory::updatePciFunctions() {
         instances.push_back(std::make_unique<PciDeviceInstance>(function));
         instances.push_back(std::make_unique<SystemPciDeviceAssociation>(function.address));
         auto known = std::make_optional(function);
-        replace(reported.instances, std::move(instances));
+        _replace(reported.instances, std::move(instances));
         reported.function.swap(known);
     }
-    std::erase_if(_functions, [&](auto const& reported) {
+    std::erase_if(_functions, [&](const auto& reported) {
         if (present.contains(reported.first)) return false;
         setVisible(reported.second.instances, false);
         return true;
@@ -99,18 +99,19 @@ void ServerInventory::updatePciFunctions() {
 }
 
 PYL::operationalStatus ServerInventory::groupStatus() {
-    std::lock_guard const lock(_refreshing);
+    const std::lock_guard lock(_refreshing);
     return _groupStatus.value_or(PYL::statusUnknown);
 }
 
-void ServerInventory::updatePciGroup() {
+void ServerInventory::_updatePciGroup() {
     auto worst = PYL::statusUnknown;
-    for (auto const& [address, reported] : _functions)
+    for (const auto& [address, reported] : _functions) {
         if (reported.function) worst = PYL::updateWorst(worst, statusOf(*reported.function));
+    }
     if (_groupStatus == worst) return;
     std::vector<std::unique_ptr<CmpiManagedInstance>> instances;
     instances.push_back(std::make_unique<PciDeviceGroupInstance>(worst));
-    replace(_group, std::move(instances));
+    _replace(_group, std::move(instances));
     _groupStatus = worst;
 }
 

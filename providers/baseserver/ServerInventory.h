@@ -1,5 +1,11 @@
 #pragma once
 
+#include "common/CmpiManagedInstanceCollection.h"
+#include "common/OpstatusUtils.h"
+#include "platform/logger/Logger.h"
+#include "providers/baseserver/PciBus.h"
+#include "providers/baseserver/ServerFacts.h"
+
 #include <chrono>
 #include <functional>
 #include <map>
@@ -7,12 +13,6 @@
 #include <mutex>
 #include <optional>
 #include <vector>
-
-#include "common/CmpiManagedInstanceCollection.h"
-#include "common/OpstatusUtils.h"
-#include "platform/logger/Logger.h"
-#include "providers/baseserver/PciBus.h"
-#include "providers/baseserver/ServerFacts.h"
 
 namespace baseserver {
 
@@ -58,13 +58,14 @@ private:
 
     using Time = std::chrono::steady_clock::time_point;
 
-    static bool isDue(std::optional<Time> const& updated, Time now, std::chrono::seconds freshness);
-    void update(bool factsDue, bool devicesDue, Time now);
-    void updateServer();
-    void updatePciFunctions();
-    void updatePciGroup();
-    void replace(Instances& reported,
-                 std::vector<std::unique_ptr<PYL::CmpiManagedInstance>> instances);
+    static bool _isDue(const std::optional<Time>& updated, Time now,
+                       std::chrono::seconds freshness);
+    void _update(bool factsDue, bool devicesDue, Time now);
+    void _updateServer();
+    void _updatePciFunctions();
+    void _updatePciGroup();
+    void _replace(Instances& reported,
+                  std::vector<std::unique_ptr<PYL::CmpiManagedInstance>> instances);
 
     Logger _log;
     InventorySources _sources;
@@ -73,7 +74,7 @@ private:
     std::mutex _refreshing;
     std::optional<Time> _factsUpdated;
     std::optional<Time> _devicesUpdated;
-    std::shared_ptr<ServerFacts const> _facts;
+    std::shared_ptr<const ServerFacts> _facts;
     Instances _server;
     std::map<PciAddress, ReportedFunction> _functions;
     std::optional<PYL::operationalStatus> _groupStatus;

@@ -1,8 +1,8 @@
 #include "providers/baseserver/ServerWatch.h"
 
-#include <string>
-
 #include "common/PYLUtil.h"
+
+#include <string>
 
 namespace baseserver {
 
@@ -21,40 +21,40 @@ constexpr int testEvents[] = {101, 102, 103};
 
 }  // namespace
 
-ServerWatch::ServerWatch(CmpiCpp::CmpiBroker const& broker, Logger& log, Clock now)
+ServerWatch::ServerWatch(const CmpiCpp::CmpiBroker& broker, Logger& log, Clock now)
     : _now(std::move(now)),
       _alerts(broker, log, "PYL_BaseServerIndication"),
       _boot("baseserver-boot", log),
-      _thread(broker, log, lookPeriod, [this](CmpiContext const& context) { look(context); }) {}
+      _thread(broker, log, lookPeriod, [this](const CmpiContext& context) { look(context); }) {}
 
-void ServerWatch::look(CmpiContext const& context) {
-    greet(context);
-    beat(context);
-    test(context);
+void ServerWatch::look(const CmpiContext& context) {
+    _greet(context);
+    _beat(context);
+    _test(context);
 }
 
-void ServerWatch::greet(CmpiContext const& context) {
+void ServerWatch::_greet(const CmpiContext& context) {
     if (_hasGreeted) return;
     _hasGreeted = true;
     _alerts.raise(context, providersStarted);
     if (_boot.isNew()) _alerts.raise(context, bootCompleted);
 }
 
-void ServerWatch::beat(CmpiContext const& context) {
+void ServerWatch::_beat(const CmpiContext& context) {
     if (PYLUtil::TimeIntervalConfigured()) _interval = shortInterval;
     if (!PYLUtil::HeartBeatIndicationsEnabled()) {
         _lastBeat.reset();
         return;
     }
-    auto const now = _now();
+    const auto now = _now();
     if (_lastBeat && now - *_lastBeat < _interval) return;
     _lastBeat = now;
     _alerts.raise(context, heartBeat, std::to_string(++_beats));
 }
 
-void ServerWatch::test(CmpiContext const& context) {
+void ServerWatch::_test(const CmpiContext& context) {
     if (!PYLUtil::TestIndicationsEnabled()) return;
-    for (int const event : testEvents) _alerts.raise(context, event, std::to_string(++_tests));
+    for (const int event : testEvents) _alerts.raise(context, event, std::to_string(++_tests));
 }
 
 }  // namespace baseserver

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <chrono>
-#include <functional>
-#include <optional>
-
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiContext.h"
 #include "platform/logger/Logger.h"
 #include "providers/alerts/AlertSource.h"
 #include "providers/alerts/AlertThread.h"
 #include "providers/baseserver/BootRecord.h"
+
+#include <chrono>
+#include <functional>
+#include <optional>
 
 namespace baseserver {
 
@@ -24,21 +24,21 @@ public:
     static constexpr std::chrono::seconds heartBeatInterval{60};
     static constexpr std::chrono::seconds shortInterval{5};
 
-    ServerWatch(CmpiCpp::CmpiBroker const& broker, Logger& log,
+    ServerWatch(const CmpiCpp::CmpiBroker& broker, Logger& log,
                 Clock now = std::chrono::steady_clock::now);
 
-    void start(CmpiCpp::CmpiContext const& context) { _thread.start(context); }
+    void start(const CmpiCpp::CmpiContext& context) { _thread.start(context); }
     void stop() { _thread.stop(); }
 
     /// One look at switches and clock.
-    void look(CmpiCpp::CmpiContext const& context);
+    void look(const CmpiCpp::CmpiContext& context);
 
 private:
     using Time = std::chrono::steady_clock::time_point;
 
-    void greet(CmpiCpp::CmpiContext const& context);
-    void beat(CmpiCpp::CmpiContext const& context);
-    void test(CmpiCpp::CmpiContext const& context);
+    void _greet(const CmpiCpp::CmpiContext& context);
+    void _beat(const CmpiCpp::CmpiContext& context);
+    void _test(const CmpiCpp::CmpiContext& context);
 
     Clock _now;
     alerts::AlertSource _alerts;

@@ -6,7 +6,7 @@ namespace baseserver {
 
 namespace {
 
-constexpr char const* countKey = "WorkCount";
+constexpr const char* countKey = "WorkCount";
 
 /// Twenty digits always: the store replaces values in place, and only one of the same length
 /// cleanly.
@@ -18,21 +18,22 @@ std::string fixedWidth(std::uint64_t count) {
 
 }  // namespace
 
-WorkCounter::WorkCounter(std::string const& storeName, Logger& log) : _log(log) {
+WorkCounter::WorkCounter(const std::string& storeName, Logger& log) : _log(log) {
     try {
         _store.reset(PYL::makeDataStore(storeName));
         _count = _store->fetchUint64(countKey);
-    } catch (PYL::DataStoreError const& error) {
+    } catch (const PYL::DataStoreError& error) {
         _log.warn("the work count does not survive a restart: no store %s: %s", storeName,
                   error.message());
     }
 }
 
 std::uint64_t WorkCounter::increment() {
-    std::lock_guard const lock(_counting);
+    const std::lock_guard lock(_counting);
     ++_count;
-    if (_store && !_store->storeString(countKey, fixedWidth(_count)))
+    if (_store && !_store->storeString(countKey, fixedWidth(_count))) {
         _log.warn("the work count %llu could not be stored", _count);
+    }
     return _count;
 }
 

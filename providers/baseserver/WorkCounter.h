@@ -1,12 +1,12 @@
 #pragma once
 
+#include "common/DataStoreTxt.h"
+#include "platform/logger/Logger.h"
+
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
-
-#include "common/DataStoreTxt.h"
-#include "platform/logger/Logger.h"
 
 namespace baseserver {
 
@@ -16,7 +16,7 @@ namespace baseserver {
 class WorkCounter {
 public:
     /// Opens the store with this name, "/etc/cim/<name>.txt".
-    WorkCounter(std::string const& storeName, Logger& log);
+    WorkCounter(const std::string& storeName, Logger& log);
 
     /// Adds one and gives the new count.
     std::uint64_t increment();

@@ -19,7 +19,7 @@ CmpiObjectPath WorkerInstance::getPath() {
 }
 
 CmpiInstance WorkerInstance::getInstance() {
-    auto const path = getPath();
+    const auto path = getPath();
     auto instance = CmpiCpp::makeCmpiInstance(CmpiBroker(PYLUtil::getBroker()), path);
     instance.setProperty("InstanceID", path.getKey("InstanceID"));
     instance.setProperty("ElementName", "Base server worker");

@@ -8,7 +8,7 @@ namespace baseserver {
 /// Knows nothing of the hardware, so that it can be served before anything else is made.
 class WorkerInstance : public PYL::CmpiManagedInstance {
 public:
-    static constexpr char const* className = "PYL_BaseServerWorker";
+    static constexpr const char* className = "PYL_BaseServerWorker";
 
     CmpiCpp::CmpiObjectPath getPath() override;
     CmpiCpp::CmpiInstance getInstance() override;

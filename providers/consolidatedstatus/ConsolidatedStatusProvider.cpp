@@ -1,11 +1,11 @@
 #include "providers/consolidatedstatus/ConsolidatedStatusProvider.h"
 
-#include <memory>
-#include <string_view>
-
 #include "cmpicpp/CmpiStatus.h"
 #include "common/PYLUtil.h"
 #include "providers/consolidatedstatus/StatusInstance.h"
+
+#include <memory>
+#include <string_view>
 
 namespace consolidatedstatus {
 
@@ -23,14 +23,14 @@ bool isClassName(std::string_view text) noexcept {
     constexpr std::size_t longest = 255;
     constexpr std::string_view characters =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_0123456789";
-    bool const startsWithDigit = !text.empty() && text[0] >= '0' && text[0] <= '9';
+    const bool startsWithDigit = !text.empty() && text[0] >= '0' && text[0] <= '9';
     return !text.empty() && text.size() <= longest && !startsWithDigit &&
            text.find_first_not_of(characters) == std::string_view::npos;
 }
 
 }  // namespace
 
-ConsolidatedStatusProvider::ConsolidatedStatusProvider(CmpiCpp::CmpiBroker const& broker,
+ConsolidatedStatusProvider::ConsolidatedStatusProvider(const CmpiCpp::CmpiBroker& broker,
                                                        Logger& log, Clock now)
     : _broker(broker), _log(log), _now(std::move(now)), _collection(log) {
     add({});
@@ -41,45 +41,48 @@ CMPIBroker* ConsolidatedStatusProvider::getBroker() {
 }
 
 /// The collection owns what it was given; what it refuses is deleted here.
-void ConsolidatedStatusProvider::add(std::string const& reportingClass) {
+void ConsolidatedStatusProvider::add(const std::string& reportingClass) {
     auto instance = std::make_unique<StatusInstance>(_board, reportingClass);
     _collection.createInstance(instance.get());
     static_cast<void>(instance.release());
 }
 
-void ConsolidatedStatusProvider::enumInstanceNames(CmpiContext const& context,
-                                                   CmpiObjectPath const& path,
+void ConsolidatedStatusProvider::enumInstanceNames(const CmpiContext& context,
+                                                   const CmpiObjectPath& path,
                                                    CmpiCpp::CmpiObjectPathResult& result) {
     _collection.enumInstanceNames(result, context, path);
 }
 
-void ConsolidatedStatusProvider::enumInstances(CmpiContext const& context,
-                                               CmpiObjectPath const& path, char const** properties,
+void ConsolidatedStatusProvider::enumInstances(const CmpiContext& context,
+                                               const CmpiObjectPath& path, const char** properties,
                                                CmpiCpp::CmpiInstanceResult& result) {
     _collection.enumInstances(result, context, path, properties);
 }
 
-void ConsolidatedStatusProvider::getInstance(CmpiContext const& context, CmpiObjectPath const& path,
-                                             char const** properties,
+void ConsolidatedStatusProvider::getInstance(const CmpiContext& context, const CmpiObjectPath& path,
+                                             const char** properties,
                                              CmpiCpp::CmpiInstanceResult& result) {
-    if (!_collection.getInstance(result, context, path, properties))
+    if (!_collection.getInstance(result, context, path, properties)) {
         throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no such instance: " + path.str());
+    }
 }
 
-void ConsolidatedStatusProvider::post(CmpiCpp::CmpiArgs const& in) {
-    auto const className = PYLUtil::getArg(in, "ClassName", CMPI_string).asString();
-    if (!isClassName(className))
+void ConsolidatedStatusProvider::post(const CmpiCpp::CmpiArgs& in) {
+    const auto className = PYLUtil::getArg(in, "ClassName", CMPI_string).asString();
+    if (!isClassName(className)) {
         throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "Argument 'ClassName' is not a class name");
-    auto const status =
+    }
+    const auto status =
         static_cast<unsigned short>(PYLUtil::getArg(in, "Status", CMPI_uint16).asUint64());
     bool isNew = false;
-    if (!_board->post(className, PYL::opstatusFromUint16(status), _now(), isNew))
+    if (!_board->post(className, PYL::opstatusFromUint16(status), _now(), isNew)) {
         throw CmpiStatus(CMPI_RC_ERR_FAILED, "too many classes have posted their status");
+    }
     if (isNew) list(className);
 }
 
 /// Shows a class that is new on the board; one that cannot be shown is new again at its next post.
-void ConsolidatedStatusProvider::list(std::string const& reportingClass) {
+void ConsolidatedStatusProvider::list(const std::string& reportingClass) {
     try {
         add(reportingClass);
     } catch (...) {
@@ -88,14 +91,15 @@ void ConsolidatedStatusProvider::list(std::string const& reportingClass) {
     }
 }
 
-void ConsolidatedStatusProvider::invokeMethod(CmpiContext const&, CmpiObjectPath const& path,
-                                              CmpiName const& methodName,
-                                              CmpiCpp::CmpiArgs const& in,
+void ConsolidatedStatusProvider::invokeMethod(const CmpiContext&, const CmpiObjectPath& path,
+                                              const CmpiName& methodName,
+                                              const CmpiCpp::CmpiArgs& in,
                                               CmpiCpp::CmpiMethodResult& result) {
-    bool const isPost = path.getClassName() == CmpiName(PYL::ScopedCentralClassName) &&
+    const bool isPost = path.getClassName() == CmpiName(PYL::ScopedCentralClassName) &&
                         methodName == CmpiName("PostStatus");
-    if (!isPost)
+    if (!isPost) {
         throw CmpiStatus(CMPI_RC_ERR_METHOD_NOT_FOUND, "no such method: " + methodName.str());
+    }
     post(in);
     result.deliver(0U);
 }

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <functional>
-#include <memory>
-
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "cmpicpp/CmpiMethodProvider.h"
 #include "common/CmpiManagedInstanceCollection.h"
 #include "platform/logger/Logger.h"
 #include "providers/consolidatedstatus/StatusBoard.h"
+
+#include <functional>
+#include <memory>
 
 namespace consolidatedstatus {
 
@@ -20,28 +20,28 @@ class ConsolidatedStatusProvider : public CmpiCpp::CmpiInstanceProvider,
 public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;
 
-    ConsolidatedStatusProvider(CmpiCpp::CmpiBroker const& broker, Logger& log,
+    ConsolidatedStatusProvider(const CmpiCpp::CmpiBroker& broker, Logger& log,
                                Clock now = std::chrono::system_clock::now);
 
     CMPIBroker* getBroker() override;
 
-    void enumInstanceNames(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
+    void enumInstanceNames(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
                            CmpiCpp::CmpiObjectPathResult& result) override;
-    void enumInstances(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                       char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void getInstance(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                     char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void enumInstances(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                       const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void getInstance(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
 
     /// PostStatus(ClassName, Status). Throws CMPI_RC_ERR_INVALID_PARAMETER for arguments that are
     /// missing, of another type or no class name, CMPI_RC_ERR_FAILED when the board is full.
-    void invokeMethod(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                      CmpiCpp::CmpiName const& methodName, CmpiCpp::CmpiArgs const& in,
+    void invokeMethod(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                      const CmpiCpp::CmpiName& methodName, const CmpiCpp::CmpiArgs& in,
                       CmpiCpp::CmpiMethodResult& result) override;
 
 private:
-    void add(std::string const& reportingClass);
-    void list(std::string const& reportingClass);
-    void post(CmpiCpp::CmpiArgs const& in);
+    void add(const std::string& reportingClass);
+    void list(const std::string& reportingClass);
+    void post(const CmpiCpp::CmpiArgs& in);
 
     CmpiCpp::CmpiBroker _broker;
     Logger _log;

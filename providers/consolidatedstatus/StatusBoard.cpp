@@ -4,9 +4,9 @@
 
 namespace consolidatedstatus {
 
-bool StatusBoard::post(std::string const& className, PYL::operationalStatus status,
+bool StatusBoard::post(const std::string& className, PYL::operationalStatus status,
                        std::chrono::system_clock::time_point when, bool& isNew) {
-    std::lock_guard const lock(_mutex);
+    const std::lock_guard lock(_mutex);
     isNew = !_posted.contains(className);
     if (isNew && _posted.size() >= mostClasses) return false;
     auto& posted = _posted[className];
@@ -14,22 +14,22 @@ bool StatusBoard::post(std::string const& className, PYL::operationalStatus stat
     return true;
 }
 
-void StatusBoard::forget(std::string const& className) {
-    std::lock_guard const lock(_mutex);
+void StatusBoard::forget(const std::string& className) {
+    const std::lock_guard lock(_mutex);
     _posted.erase(className);
 }
 
-std::optional<PostedStatus> StatusBoard::find(std::string const& className) const {
-    std::lock_guard const lock(_mutex);
-    auto const posted = _posted.find(className);
+std::optional<PostedStatus> StatusBoard::find(const std::string& className) const {
+    const std::lock_guard lock(_mutex);
+    const auto posted = _posted.find(className);
     return posted == _posted.end() ? std::nullopt : std::optional(posted->second);
 }
 
 std::optional<PostedStatus> StatusBoard::overall() const {
-    std::lock_guard const lock(_mutex);
+    const std::lock_guard lock(_mutex);
     if (_posted.empty()) return std::nullopt;
     PostedStatus overall;
-    for (auto const& [className, posted] : _posted) {
+    for (const auto& [className, posted] : _posted) {
         overall.status = PYL::updateWorst(overall.status, posted.status);
         overall.when = std::max(overall.when, posted.when);
         overall.posts += posted.posts;

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "common/OpstatusUtils.h"
+
 #include <chrono>
 #include <cstdint>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <string>
-
-#include "common/OpstatusUtils.h"
 
 namespace consolidatedstatus {
 
@@ -27,13 +27,13 @@ public:
 
     /// Keeps the status. False, and nothing is kept, when the board is full of other classes.
     /// `isNew` tells whether the class posted for the first time.
-    bool post(std::string const& className, PYL::operationalStatus status,
+    bool post(const std::string& className, PYL::operationalStatus status,
               std::chrono::system_clock::time_point when, bool& isNew);
 
     /// As if the class had never posted.
-    void forget(std::string const& className);
+    void forget(const std::string& className);
 
-    std::optional<PostedStatus> find(std::string const& className) const;
+    std::optional<PostedStatus> find(const std::string& className) const;
 
     /// The worst status, the time of the last post and the number of all posts; nullopt before the
     /// first.

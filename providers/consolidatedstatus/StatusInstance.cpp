@@ -14,14 +14,14 @@ using PYL::PYLUtil;
 
 namespace {
 
-constexpr char const* className = "PYL_ConsolidatedStatus";
+constexpr const char* className = "PYL_ConsolidatedStatus";
 
 CmpiBroker broker() {
     return CmpiBroker(PYLUtil::getBroker());
 }
 
 template <typename Value>
-CmpiCpp::CmpiArray arrayOfOne(CMPIType type, Value const& value) {
+CmpiCpp::CmpiArray arrayOfOne(CMPIType type, const Value& value) {
     auto array = CmpiCpp::makeCmpiArray(broker(), 1, type);
     array.setElementAt(0, value);
     return array;
@@ -38,7 +38,7 @@ void setStatus(CmpiInstance& instance, PYL::operationalStatus status) {
 
 CmpiCpp::CmpiDateTime dateTime(std::chrono::system_clock::time_point when) {
     using std::chrono::microseconds;
-    auto const sinceEpoch = std::chrono::duration_cast<microseconds>(when.time_since_epoch());
+    const auto sinceEpoch = std::chrono::duration_cast<microseconds>(when.time_since_epoch());
     return CmpiCpp::makeCmpiDateTime(broker(), sinceEpoch, false);
 }
 
@@ -51,21 +51,21 @@ CmpiName StatusInstance::getClassName() {
 CmpiObjectPath StatusInstance::getPath() {
     auto path = CmpiCpp::makeCmpiObjectPath(broker(), PYL::BaseServerNameSpace, className);
     path.setHost(CmpiName(PYLUtil::getHostName()));
-    auto const suffix = _reportingClass.empty() ? "" : ":" + _reportingClass;
+    const auto suffix = _reportingClass.empty() ? "" : ":" + _reportingClass;
     path.addKey("InstanceID", std::string("KTQ:") + className + suffix);
     return path;
 }
 
 CmpiInstance StatusInstance::getInstance() {
-    auto const path = getPath();
+    const auto path = getPath();
     auto instance = CmpiCpp::makeCmpiInstance(broker(), path);
     instance.setProperty("InstanceID", path.getKey("InstanceID"));
-    bool const isOverall = _reportingClass.empty();
+    const bool isOverall = _reportingClass.empty();
     instance.setProperty("ElementName", isOverall
                                             ? "Consolidated status of " + PYLUtil::getHostName()
                                             : "Status of " + _reportingClass);
     if (!isOverall) instance.setProperty("ReportingClass", _reportingClass);
-    auto const posted = isOverall ? _board->overall() : _board->find(_reportingClass);
+    const auto posted = isOverall ? _board->overall() : _board->find(_reportingClass);
     setStatus(instance, posted ? posted->status : PYL::statusUnknown);
     instance.setProperty("PostCount", static_cast<unsigned long long>(posted ? posted->posts : 0));
     if (posted) instance.setProperty("LastPosted", dateTime(posted->when));

@@ -1,17 +1,17 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "common/CmpiManagedInstance.h"
 #include "providers/consolidatedstatus/StatusBoard.h"
+
+#include <memory>
+#include <string>
 
 namespace consolidatedstatus {
 
 /// PYL_ConsolidatedStatus: what one class posted or, without a class, the worst of everything.
 class StatusInstance : public PYL::CmpiManagedInstance {
 public:
-    explicit StatusInstance(std::shared_ptr<StatusBoard const> board,
+    explicit StatusInstance(std::shared_ptr<const StatusBoard> board,
                             std::string reportingClass = {})
         : _board(std::move(board)), _reportingClass(std::move(reportingClass)) {}
 
@@ -20,7 +20,7 @@ public:
     CmpiCpp::CmpiName getClassName() override;
 
 private:
-    std::shared_ptr<StatusBoard const> _board;
+    std::shared_ptr<const StatusBoard> _board;
     std::string _reportingClass;
 };
 

@@ -23,21 +23,21 @@ std::optional<FanEventNumber> eventOf(PYL::operationalStatus status) {
 
 }  // namespace
 
-std::vector<FanEvent> FanEvents::since(std::vector<Fan> const& fans) {
+std::vector<FanEvent> FanEvents::since(const std::vector<Fan>& fans) {
     std::vector<FanEvent> events;
     std::set<std::string> present;
-    for (auto const& fan : fans) {
+    for (const auto& fan : fans) {
         present.insert(fan.id);
-        auto const [known, isNew] = _known.try_emplace(fan.id, Known{fan, PYL::statusOK});
+        const auto [known, isNew] = _known.try_emplace(fan.id, Known{fan, PYL::statusOK});
         if (isNew && !_isFirst) events.push_back({fanInserted, fan});
         known->second.fan = fan;
-        auto const status = statusOf(fan);
-        auto const event = eventOf(status);
+        const auto status = statusOf(fan);
+        const auto event = eventOf(status);
         if (!event || status == known->second.told) continue;
         events.push_back({*event, fan});
         known->second.told = status;
     }
-    std::erase_if(_known, [&](auto const& known) {
+    std::erase_if(_known, [&](const auto& known) {
         if (present.contains(known.first)) return false;
         events.push_back({fanRemoved, known.second.fan});
         return true;

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "common/OpstatusUtils.h"
+#include "providers/fan/FanSensors.h"
+
 #include <map>
 #include <string>
 #include <vector>
-
-#include "common/OpstatusUtils.h"
-#include "providers/fan/FanSensors.h"
 
 namespace fan {
 
@@ -23,7 +23,7 @@ struct FanEvent {
     FanEventNumber number;
     Fan fan;
 
-    bool operator==(FanEvent const&) const = default;
+    bool operator==(const FanEvent&) const = default;
 };
 
 /// Compares what is with what was. One thread at a time.
@@ -32,7 +32,7 @@ public:
     /// What has happened since the last call. The first one tells of fans that are failed or
     /// degraded already, and calls none inserted. A fan that is unknown for a while, or stops,
     /// comes back without an event: only what was failed or degraded is repaired.
-    std::vector<FanEvent> since(std::vector<Fan> const& fans);
+    std::vector<FanEvent> since(const std::vector<Fan>& fans);
 
 private:
     struct Known {

@@ -13,29 +13,29 @@ using PYL::PYLUtil;
 
 namespace {
 
-constexpr char const* fanClass = "PYL_Fan";
-constexpr char const* groupClass = "PYL_FanGroup";
+constexpr const char* fanClass = "PYL_Fan";
+constexpr const char* groupClass = "PYL_FanGroup";
 
 CmpiBroker broker() {
     return CmpiBroker(PYLUtil::getBroker());
 }
 
-CmpiObjectPath localPath(char const* className) {
+CmpiObjectPath localPath(const char* className) {
     auto path = CmpiCpp::makeCmpiObjectPath(broker(), PYL::BaseServerNameSpace, className);
     path.setHost(CmpiName(PYLUtil::getHostName()));
     return path;
 }
 
-CmpiInstance instanceOf(CmpiObjectPath const& path) {
+CmpiInstance instanceOf(const CmpiObjectPath& path) {
     auto instance = CmpiCpp::makeCmpiInstance(broker(), path);
     for (unsigned int i = 0; i < path.getKeyCount(); ++i) {
-        auto const [name, value] = path.getKeyAt(i);
+        const auto [name, value] = path.getKeyAt(i);
         instance.setProperty(name, value);
     }
     return instance;
 }
 
-void setStatus(CmpiInstance& instance, char const* property, PYL::operationalStatus status) {
+void setStatus(CmpiInstance& instance, const char* property, PYL::operationalStatus status) {
     auto array = CmpiCpp::makeCmpiArray(broker(), 1, CMPI_uint16);
     array.setElementAt(0, static_cast<unsigned short>(status));
     instance.setProperty(property, array);
@@ -43,16 +43,16 @@ void setStatus(CmpiInstance& instance, char const* property, PYL::operationalSta
                          static_cast<unsigned short>(PYLUtil::opstatusToHealthState(status)));
 }
 
-void setKnown(CmpiInstance& instance, char const* property,
-              std::optional<std::uint64_t> const& speed) {
+void setKnown(CmpiInstance& instance, const char* property,
+              const std::optional<std::uint64_t>& speed) {
     if (speed) instance.setProperty(property, static_cast<unsigned long long>(*speed));
 }
 
 }  // namespace
 
-PYL::operationalStatus worstOf(std::vector<Fan> const& fans) noexcept {
+PYL::operationalStatus worstOf(const std::vector<Fan>& fans) noexcept {
     auto worst = PYL::statusUnknown;
-    for (auto const& fan : fans) worst = PYL::updateWorst(worst, statusOf(fan));
+    for (const auto& fan : fans) worst = PYL::updateWorst(worst, statusOf(fan));
     return worst;
 }
 

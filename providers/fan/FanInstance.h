@@ -32,6 +32,6 @@ private:
 };
 
 /// The worst state of the fans; unknown without any.
-PYL::operationalStatus worstOf(std::vector<Fan> const& fans) noexcept;
+PYL::operationalStatus worstOf(const std::vector<Fan>& fans) noexcept;
 
 }  // namespace fan

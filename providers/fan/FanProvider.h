@@ -1,10 +1,5 @@
 #pragma once
 
-#include <functional>
-#include <mutex>
-#include <optional>
-#include <vector>
-
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "common/CmpiManagedInstanceCollection.h"
@@ -14,6 +9,11 @@
 #include "providers/alerts/WatchingProvider.h"
 #include "providers/fan/FanEvents.h"
 #include "providers/fan/FanSensors.h"
+
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <vector>
 
 namespace fan {
 
@@ -25,28 +25,28 @@ public:
     using Source = std::function<std::vector<Fan>()>;
 
     FanProvider(
-        CmpiCpp::CmpiBroker const& broker, Logger& log, Source source = [] { return readFans(); });
+        const CmpiCpp::CmpiBroker& broker, Logger& log, Source source = [] { return readFans(); });
 
     CMPIBroker* getBroker() override;
 
-    void enumInstanceNames(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
+    void enumInstanceNames(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
                            CmpiCpp::CmpiObjectPathResult& result) override;
-    void enumInstances(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                       char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void getInstance(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                     char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void enumInstances(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                       const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void getInstance(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
 
     /// One look at the fans, as the watching thread does it.
-    void look(CmpiCpp::CmpiContext const& context);
+    void look(const CmpiCpp::CmpiContext& context);
 
 protected:
-    void startWatching(CmpiCpp::CmpiContext const& context) override { _thread.start(context); }
+    void startWatching(const CmpiCpp::CmpiContext& context) override { _thread.start(context); }
     void stopWatching() override { _thread.stop(); }
 
 private:
     /// Calls with a collection of the fans as they are now.
     template <typename Call>
-    auto withFans(Call call);
+    auto _withFans(Call call);
 
     CmpiCpp::CmpiBroker _broker;
     Logger _log;

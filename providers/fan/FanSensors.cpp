@@ -1,12 +1,12 @@
 #include "providers/fan/FanSensors.h"
 
+#include "platform/computersystem/HostFiles.h"
+
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
-
-#include "platform/computersystem/HostFiles.h"
 
 namespace fan {
 
@@ -14,28 +14,29 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr char const* monitorsDirectory = "/sys/class/hwmon";
+constexpr const char* monitorsDirectory = "/sys/class/hwmon";
 
-std::optional<std::uint64_t> number(HostFiles const& files, std::string const& path) {
-    auto const line = files.line(path);
+std::optional<std::uint64_t> number(const HostFiles& files, const std::string& path) {
+    const auto line = files.line(path);
     if (!line) return std::nullopt;
     std::uint64_t value = 0;
-    auto const [end, error] = std::from_chars(line->data(), line->data() + line->size(), value);
+    const auto [end, error] = std::from_chars(line->data(), line->data() + line->size(), value);
     if (error != std::errc() || end != line->data() + line->size()) return std::nullopt;
     return value;
 }
 
-std::optional<bool> flag(HostFiles const& files, std::string const& path) {
-    auto const value = number(files, path);
+std::optional<bool> flag(const HostFiles& files, const std::string& path) {
+    const auto value = number(files, path);
     return value ? std::optional(*value != 0) : std::nullopt;
 }
 
-std::vector<std::string> entriesOf(std::string const& directory) {
+std::vector<std::string> entriesOf(const std::string& directory) {
     std::vector<std::string> names;
     std::error_code error;
     for (fs::directory_iterator entry(directory, error), end; !error && entry != end;
-         entry.increment(error))
+         entry.increment(error)) {
         names.push_back(entry->path().filename().string());
+    }
     return names;
 }
 
@@ -45,22 +46,22 @@ std::optional<std::string> channelOf(std::string_view name) {
     constexpr std::string_view suffix = "_input";
     if (!name.starts_with(prefix) || !name.ends_with(suffix)) return std::nullopt;
     if (name.size() <= prefix.size() + suffix.size()) return std::nullopt;
-    auto const digits = name.substr(prefix.size(), name.size() - prefix.size() - suffix.size());
+    const auto digits = name.substr(prefix.size(), name.size() - prefix.size() - suffix.size());
     if (digits.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
     return std::string(name.substr(0, name.size() - suffix.size()));
 }
 
 /// A monitor's number changes from start to start; its device's name does not.
-std::string monitorName(HostFiles const& files, std::string const& root,
-                        std::string const& directory) {
+std::string monitorName(const HostFiles& files, const std::string& root,
+                        const std::string& directory) {
     std::error_code error;
-    auto const device = fs::read_symlink(root + directory + "/device", error);
+    const auto device = fs::read_symlink(root + directory + "/device", error);
     if (!error) return device.filename().string();
     return files.line(directory + "/name").value_or("monitor");
 }
 
-Fan readFan(HostFiles const& files, std::string const& stem, std::string const& monitor,
-            std::string const& channel) {
+Fan readFan(const HostFiles& files, const std::string& stem, const std::string& monitor,
+            const std::string& channel) {
     Fan fan;
     fan.id = monitor + ":" + channel;
     fan.label = files.line(stem + "_label").value_or(channel);
@@ -75,28 +76,30 @@ Fan readFan(HostFiles const& files, std::string const& stem, std::string const& 
 
 }  // namespace
 
-std::vector<Fan> readFans(std::string const& root) {
-    HostFiles const files(root);
+std::vector<Fan> readFans(const std::string& root) {
+    const HostFiles files(root);
     std::vector<Fan> fans;
-    for (auto const& monitor : entriesOf(root + monitorsDirectory)) {
-        auto const directory = std::string(monitorsDirectory) + "/" + monitor;
-        auto const name = monitorName(files, root, directory);
-        for (auto const& entry : entriesOf(root + directory))
-            if (auto const channel = channelOf(entry))
+    for (const auto& monitor : entriesOf(root + monitorsDirectory)) {
+        const auto directory = std::string(monitorsDirectory) + "/" + monitor;
+        const auto name = monitorName(files, root, directory);
+        for (const auto& entry : entriesOf(root + directory)) {
+            if (const auto channel = channelOf(entry)) {
                 fans.push_back(readFan(files, directory + "/" + *channel, name, *channel));
+            }
+        }
     }
     std::ranges::stable_sort(fans, {}, &Fan::id);
     // Monitors without a device may share a name; one of them keeps it.
-    auto const isSame = [](Fan const& left, Fan const& right) { return left.id == right.id; };
+    const auto isSame = [](const Fan& left, const Fan& right) { return left.id == right.id; };
     fans.erase(std::unique(fans.begin(), fans.end(), isSame), fans.end());
     return fans;
 }
 
-PYL::operationalStatus statusOf(Fan const& fan) noexcept {
+PYL::operationalStatus statusOf(const Fan& fan) noexcept {
     if (fan.enabled == false) return PYL::statusStopped;
     if (fan.fault == true) return PYL::statusError;
     if (!fan.speed) return PYL::statusUnknown;
-    bool const isSlow = fan.minimumSpeed && *fan.speed < *fan.minimumSpeed;
+    const bool isSlow = fan.minimumSpeed && *fan.speed < *fan.minimumSpeed;
     if (fan.alarm == true || isSlow) return PYL::statusDegraded;
     return *fan.speed == 0 ? PYL::statusStopped : PYL::statusOK;
 }

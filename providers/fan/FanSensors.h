@@ -1,11 +1,11 @@
 #pragma once
 
+#include "common/OpstatusUtils.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "common/OpstatusUtils.h"
 
 namespace fan {
 
@@ -20,16 +20,16 @@ struct Fan {
     std::optional<bool> alarm;
     std::optional<bool> enabled;
 
-    bool operator==(Fan const&) const = default;
+    bool operator==(const Fan&) const = default;
 };
 
 /// The fans below /sys/class/hwmon, in order of identifier (kernel documentation,
 /// hwmon/sysfs-interface). A directory that is missing gives none. `root` stands before every path,
 /// so that a test can set up a host of its own.
-std::vector<Fan> readFans(std::string const& root = {});
+std::vector<Fan> readFans(const std::string& root = {});
 
 /// What the readings say of the fan: stopped when it is switched off or does not turn, an error by
 /// its fault, degraded by its alarm or when it turns too slowly, unknown without a reading.
-PYL::operationalStatus statusOf(Fan const& fan) noexcept;
+PYL::operationalStatus statusOf(const Fan& fan) noexcept;
 
 }  // namespace fan

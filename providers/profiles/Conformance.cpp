@@ -1,13 +1,13 @@
 #include "providers/profiles/Conformance.h"
 
-#include <vector>
-
 #include "cmpicpp/CmpiMBService.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/PYLUtil.h"
 #include "providers/profiles/ProfileCatalogue.h"
 #include "providers/profiles/ProfileLink.h"
 #include "providers/profiles/RegisteredProfile.h"
+
+#include <vector>
 
 namespace profiles {
 
@@ -20,7 +20,7 @@ using PYL::PYLUtil;
 
 namespace {
 
-bool isProfileNameSpace(CmpiName const& nameSpace) {
+bool isProfileNameSpace(const CmpiName& nameSpace) {
     return nameSpace == CmpiName(PYL::PRPNameSpace);
 }
 
@@ -32,9 +32,9 @@ bool isUnserved(CMPIrc code) {
 
 }  // namespace
 
-std::vector<CmpiObjectPath> Conformance::_elementsOf(CmpiContext const& context,
-                                                     Implementation const& implementation) const {
-    auto const& [profile, nameSpace, className] = implementation;
+std::vector<CmpiObjectPath> Conformance::_elementsOf(const CmpiContext& context,
+                                                     const Implementation& implementation) const {
+    const auto& [profile, nameSpace, className] = implementation;
     Logger log(_log);
     try {
         auto paths =
@@ -47,56 +47,59 @@ std::vector<CmpiObjectPath> Conformance::_elementsOf(CmpiContext const& context,
             path.setNameSpace(CmpiName(nameSpace));
         }
         return paths;
-    } catch (CmpiCpp::CmpiStatus const& status) {
-        auto const* const format = "no %s in %s to conform to \"%s\": %d %s";
-        if (isUnserved(status.rc()))
+    } catch (const CmpiCpp::CmpiStatus& status) {
+        const auto* const format = "no %s in %s to conform to \"%s\": %d %s";
+        if (isUnserved(status.rc())) {
             log.info(format, className, nameSpace, profile.getRegName(), status.rc(),
                      status.message());
-        else
+        } else {
             log.warn(format, className, nameSpace, profile.getRegName(), status.rc(),
                      status.message());
+        }
         return {};
     }
 }
 
-void Conformance::_add(CmpiContext const& context, CmpiName const& linkNameSpace,
-                       Wanted const& wanted, CmpiManagedInstanceCollection& links) const {
-    forEachRecord(*_profiles, [&](PRPDBRec const& record) {
+void Conformance::_add(const CmpiContext& context, const CmpiName& linkNameSpace,
+                       const Wanted& wanted, CmpiManagedInstanceCollection& links) const {
+    forEachRecord(*_profiles, [&](const PRPDBRec& record) {
         for (unsigned int i = 0; i < record.getSizeofImpClassNames(); ++i) {
-            auto const nameSpace = record.getImpNameSpace(i);
-            auto const className = record.getImpClassName(i);
-            Implementation const implementation{record, nameSpace, className};
+            const auto nameSpace = record.getImpNameSpace(i);
+            const auto className = record.getImpClassName(i);
+            const Implementation implementation{record, nameSpace, className};
             if (!wanted(implementation)) continue;
             auto profile = pathOf(*_profiles, record);
-            for (auto const& element : _elementsOf(context, implementation))
+            for (const auto& element : _elementsOf(context, implementation)) {
                 addTo(links, std::make_unique<ProfileLink>(
                                  elementConformsToProfile, linkNameSpace.str(),
                                  [profile] { return profile; }, [element] { return element; }));
+            }
         }
     });
 }
 
-void Conformance::addAll(CmpiContext const& context, std::string const& nameSpace,
+void Conformance::addAll(const CmpiContext& context, const std::string& nameSpace,
                          CmpiManagedInstanceCollection& links) const {
-    CmpiName const wantedIn(nameSpace);
+    const CmpiName wantedIn(nameSpace);
     _add(
         context, wantedIn,
-        [&](Implementation const& implementation) {
+        [&](const Implementation& implementation) {
             return isProfileNameSpace(wantedIn) || CmpiName(implementation.nameSpace) == wantedIn;
         },
         links);
 }
 
-void Conformance::addAround(CmpiContext const& context, CmpiObjectPath const& path,
+void Conformance::addAround(const CmpiContext& context, const CmpiObjectPath& path,
                             CmpiManagedInstanceCollection& links) const {
-    auto const nameSpace = path.getNameSpace();
+    const auto nameSpace = path.getNameSpace();
     auto local = path;
     local.setHost(CmpiName(PYLUtil::getHostName()));
     _add(
         context, nameSpace,
-        [&](Implementation const& implementation) {
-            if (isProfileNameSpace(nameSpace))
+        [&](const Implementation& implementation) {
+            if (isProfileNameSpace(nameSpace)) {
                 return local == pathOf(*_profiles, implementation.profile);
+            }
             return CmpiName(implementation.nameSpace) == nameSpace &&
                    path.classPathIsA(_broker, implementation.className);
         },

@@ -1,15 +1,15 @@
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <string>
-
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiContext.h"
 #include "cmpicpp/CmpiObjectPath.h"
 #include "common/CmpiManagedInstanceCollection.h"
 #include "common/ProfileDB.h"
 #include "platform/logger/Logger.h"
+
+#include <functional>
+#include <memory>
+#include <string>
 
 namespace profiles {
 
@@ -23,36 +23,36 @@ namespace profiles {
 /// profiles those to all elements (DSP1033).
 class Conformance {
 public:
-    Conformance(CmpiCpp::CmpiBroker const& broker, Logger& log,
-                std::shared_ptr<PYL::ProfileDB const> profiles)
+    Conformance(const CmpiCpp::CmpiBroker& broker, Logger& log,
+                std::shared_ptr<const PYL::ProfileDB> profiles)
         : _broker(broker), _log(log), _profiles(std::move(profiles)) {}
 
     /// Adds every link of the namespace.
-    void addAll(CmpiCpp::CmpiContext const& context, std::string const& nameSpace,
+    void addAll(const CmpiCpp::CmpiContext& context, const std::string& nameSpace,
                 PYL::CmpiManagedInstanceCollection& links) const;
 
     /// Adds the links of the path's namespace that may have the path at one end: no classes are
     /// asked for that cannot matter.
-    void addAround(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
+    void addAround(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
                    PYL::CmpiManagedInstanceCollection& links) const;
 
 private:
     /// A profile, and a class that implements it.
     struct Implementation {
-        PYL::PRPDBRec const& profile;
-        std::string const& nameSpace;
-        std::string const& className;
+        const PYL::PRPDBRec& profile;
+        const std::string& nameSpace;
+        const std::string& className;
     };
-    using Wanted = std::function<bool(Implementation const&)>;
+    using Wanted = std::function<bool(const Implementation&)>;
 
-    void _add(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiName const& linkNameSpace,
-              Wanted const& wanted, PYL::CmpiManagedInstanceCollection& links) const;
-    std::vector<CmpiCpp::CmpiObjectPath> _elementsOf(CmpiCpp::CmpiContext const& context,
-                                                     Implementation const& implementation) const;
+    void _add(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiName& linkNameSpace,
+              const Wanted& wanted, PYL::CmpiManagedInstanceCollection& links) const;
+    std::vector<CmpiCpp::CmpiObjectPath> _elementsOf(const CmpiCpp::CmpiContext& context,
+                                                     const Implementation& implementation) const;
 
     CmpiCpp::CmpiBroker _broker;
     Logger _log;
-    std::shared_ptr<PYL::ProfileDB const> _profiles;
+    std::shared_ptr<const PYL::ProfileDB> _profiles;
 };
 
 }  // namespace profiles

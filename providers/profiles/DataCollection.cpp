@@ -1,10 +1,10 @@
 #include "providers/profiles/DataCollection.h"
 
-#include <string>
-
 #include "cmpicpp/CmpiArray.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/PYLUtil.h"
+
+#include <string>
 
 namespace profiles {
 
@@ -21,7 +21,7 @@ using PYL::PYLUtil;
 
 namespace {
 
-constexpr char const* methodName = "GetCollectedClasses";
+constexpr const char* methodName = "GetCollectedClasses";
 
 /// An array of `at(i)` for each index.
 template <typename At>
@@ -31,7 +31,7 @@ CmpiArray arrayOf(unsigned int size, CMPIType type, At at) {
     return array;
 }
 
-void deliverArray(CmpiMethodResult& out, char const* name, CmpiArray const& array) {
+void deliverArray(CmpiMethodResult& out, const char* name, const CmpiArray& array) {
     CMPIData data{};
     data.type = static_cast<CMPIType>(array.getType() | CMPI_ARRAY);
     data.state = CMPI_goodValue;
@@ -39,15 +39,16 @@ void deliverArray(CmpiMethodResult& out, char const* name, CmpiArray const& arra
     out.deliver(CmpiName(name), CmpiData(array.broker(), data));
 }
 
-PRPDCRec rowNamed(PYL::ProfileDC const& table, std::string const& name) {
+PRPDCRec rowNamed(const PYL::ProfileDC& table, const std::string& name) {
     PRPDCRec row;
-    for (unsigned int i = 0; table.getRecord(i, row) == 0; ++i)
+    for (unsigned int i = 0; table.getRecord(i, row) == 0; ++i) {
         if (row.getRegName() == name) return row;
+    }
     throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "nothing is collected of a profile \"" + name + "\"");
 }
 
-void deliverClasses(PRPDCRec const& row, CmpiMethodResult& out) {
-    auto const size = row.getSizeofCollectionClassName();
+void deliverClasses(const PRPDCRec& row, CmpiMethodResult& out) {
+    const auto size = row.getSizeofCollectionClassName();
     out.deliver(CmpiName("NameSpace"), row.getCollectionNameSpace());
     deliverArray(out, "ClassNames", arrayOf(size, CMPI_string, [&](unsigned int i) {
                      return row.getCollectionClassName(i);
@@ -71,7 +72,7 @@ CmpiObjectPath DataCollection::getPath() {
 }
 
 CmpiInstance DataCollection::getInstance() {
-    auto const path = getPath();
+    const auto path = getPath();
     auto instance = CmpiCpp::makeCmpiInstance(CmpiBroker(PYLUtil::getBroker()), path);
     instance.setProperty("InstanceID", path.getKey("InstanceID"));
     instance.setProperty("ElementName", "Configuration data collection");
@@ -84,11 +85,12 @@ CmpiInstance DataCollection::getInstance() {
     return instance;
 }
 
-void DataCollection::invokeMethod(CmpiName const& method, CmpiCpp::CmpiArgs const& in,
+void DataCollection::invokeMethod(const CmpiName& method, const CmpiCpp::CmpiArgs& in,
                                   CmpiMethodResult& out) {
-    if (!(method == CmpiName(methodName)))
+    if (!(method == CmpiName(methodName))) {
         return CmpiManagedInstance::invokeMethod(method, in, out);
-    auto const name = PYLUtil::getArg(in, "RegisteredName", CMPI_string).asString();
+    }
+    const auto name = PYLUtil::getArg(in, "RegisteredName", CMPI_string).asString();
     deliverClasses(rowNamed(*_table, name), out);
     out.deliver(0U);
 }

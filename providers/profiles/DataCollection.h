@@ -1,18 +1,18 @@
 #pragma once
 
-#include <memory>
-
 #include "common/CmpiManagedInstance.h"
 #include "common/ProfileDC.h"
+
+#include <memory>
 
 namespace profiles {
 
 /// PYL_PXDataCollection: tells which classes the data collection gathers of a profile.
 class DataCollection : public PYL::CmpiManagedInstance {
 public:
-    static constexpr char const* className = "PYL_PXDataCollection";
+    static constexpr const char* className = "PYL_PXDataCollection";
 
-    explicit DataCollection(std::shared_ptr<PYL::ProfileDC const> table)
+    explicit DataCollection(std::shared_ptr<const PYL::ProfileDC> table)
         : _table(std::move(table)) {}
 
     CmpiCpp::CmpiObjectPath getPath() override;
@@ -22,11 +22,11 @@ public:
     /// GetCollectedClasses(RegisteredName). Throws CMPI_RC_ERR_INVALID_PARAMETER for an argument
     /// that is missing or no text, CMPI_RC_ERR_NOT_FOUND for a name that is not in the table, and
     /// CMPI_RC_ERR_METHOD_NOT_FOUND for another method.
-    void invokeMethod(CmpiCpp::CmpiName const& method, CmpiCpp::CmpiArgs const& in,
+    void invokeMethod(const CmpiCpp::CmpiName& method, const CmpiCpp::CmpiArgs& in,
                       CmpiCpp::CmpiMethodResult& out) override;
 
 private:
-    std::shared_ptr<PYL::ProfileDC const> _table;
+    std::shared_ptr<const PYL::ProfileDC> _table;
 };
 
 }  // namespace profiles

@@ -8,11 +8,11 @@
 
 namespace {
 
-CmpiCpp::CmpiProvider* makeInner(CmpiCpp::CmpiBroker const& broker, Logger& log) {
+CmpiCpp::CmpiProvider* makeInner(const CmpiCpp::CmpiBroker& broker, Logger& log) {
     return new profiles::ProfilesProvider(broker, log);
 }
 
-CmpiCpp::CmpiProvider* makeProvider(CmpiCpp::CmpiBroker const& broker, CMPIContext const*) {
+CmpiCpp::CmpiProvider* makeProvider(const CmpiCpp::CmpiBroker& broker, const CMPIContext*) {
     PYL::PYLUtil::setBroker(broker);
     Logger log = hostedLogger("PYL_Profiles");
     return new PYL::LoggedProvider(broker, log, makeInner);

@@ -1,10 +1,10 @@
 #include "providers/profiles/ProfileCatalogue.h"
 
-#include <map>
-
 #include "common/PYLConstants.h"
 #include "providers/profiles/ProfileLink.h"
 #include "providers/profiles/RegisteredProfile.h"
+
+#include <map>
 
 namespace profiles {
 
@@ -14,23 +14,23 @@ using PYL::PRPDBRec;
 
 namespace {
 
-using Profiles = std::shared_ptr<ProfileDB const>;
+using Profiles = std::shared_ptr<const ProfileDB>;
 
-ProfileLink::End endAt(Profiles const& profiles, PRPDBRec const& record) {
+ProfileLink::End endAt(const Profiles& profiles, const PRPDBRec& record) {
     return [profiles, record] { return pathOf(*profiles, record); };
 }
 
 class Relations {
 public:
-    Relations(Profiles const& profiles, CmpiManagedInstanceCollection& collection)
+    Relations(const Profiles& profiles, CmpiManagedInstanceCollection& collection)
         : _profiles(profiles), _collection(collection) {
         forEachRecord(*profiles,
-                      [&](PRPDBRec const& record) { _byId.emplace(record.getId(), record); });
+                      [&](const PRPDBRec& record) { _byId.emplace(record.getId(), record); });
     }
 
     /// Links a record to the profile that it relates to; to none when there is no such record.
-    void add(LinkClass const& linkClass, int antecedent, PRPDBRec const& dependent) {
-        auto const found = _byId.find(antecedent);
+    void add(const LinkClass& linkClass, int antecedent, const PRPDBRec& dependent) {
+        const auto found = _byId.find(antecedent);
         if (found == _byId.end()) return;
         addTo(_collection, std::make_unique<ProfileLink>(linkClass, PYL::PRPNameSpace,
                                                          endAt(_profiles, found->second),
@@ -38,14 +38,14 @@ public:
     }
 
 private:
-    Profiles const& _profiles;
+    const Profiles& _profiles;
     CmpiManagedInstanceCollection& _collection;
     std::map<int, PRPDBRec> _byId;
 };
 
 }  // namespace
 
-void forEachRecord(ProfileDB const& profiles, std::function<void(PRPDBRec const&)> const& visit) {
+void forEachRecord(const ProfileDB& profiles, const std::function<void(const PRPDBRec&)>& visit) {
     PRPDBRec record;
     for (unsigned int i = 0; profiles.getRecord(i, record) == 0; ++i) visit(record);
 }
@@ -56,14 +56,16 @@ void addTo(CmpiManagedInstanceCollection& collection,
     static_cast<void>(instance.release());  // the collection's from here on
 }
 
-void addCatalogue(Profiles const& profiles, CmpiManagedInstanceCollection& collection) {
+void addCatalogue(const Profiles& profiles, CmpiManagedInstanceCollection& collection) {
     Relations relations(profiles, collection);
-    forEachRecord(*profiles, [&](PRPDBRec const& record) {
+    forEachRecord(*profiles, [&](const PRPDBRec& record) {
         addTo(collection, std::make_unique<RegisteredProfile>(profiles, record));
-        for (unsigned int i = 0; i < record.getSizeofRefedProfiles(); ++i)
+        for (unsigned int i = 0; i < record.getSizeofRefedProfiles(); ++i) {
             relations.add(referencedProfile, record.getRefedProfile(i), record);
-        for (unsigned int i = 0; i < record.getSizeofExtendsProfiles(); ++i)
+        }
+        for (unsigned int i = 0; i < record.getSizeofExtendsProfiles(); ++i) {
             relations.add(extendsProfile, record.getExtendsProfile(i), record);
+        }
     });
 }
 

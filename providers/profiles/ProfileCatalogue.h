@@ -1,20 +1,20 @@
 #pragma once
 
-#include <functional>
-#include <memory>
-
 #include "common/CmpiManagedInstanceCollection.h"
 #include "common/ProfileDB.h"
 #include "platform/logger/Logger.h"
 
+#include <functional>
+#include <memory>
+
 namespace profiles {
 
 /// Visits every record of the database, in order.
-void forEachRecord(PYL::ProfileDB const& profiles,
-                   std::function<void(PYL::PRPDBRec const&)> const& visit);
+void forEachRecord(const PYL::ProfileDB& profiles,
+                   const std::function<void(const PYL::PRPDBRec&)>& visit);
 
 /// Adds the registered profiles and the links between them to a collection.
-void addCatalogue(std::shared_ptr<PYL::ProfileDB const> const& profiles,
+void addCatalogue(const std::shared_ptr<const PYL::ProfileDB>& profiles,
                   PYL::CmpiManagedInstanceCollection& collection);
 
 /// Adds an instance to a collection, which owns it from then on.

@@ -26,7 +26,7 @@ CmpiCpp::CmpiInstance ProfileLink::getInstance() {
     return instance;
 }
 
-CmpiObjectPath ProfileLink::getAssociatedPath(CmpiObjectPath const& path) {
+CmpiObjectPath ProfileLink::getAssociatedPath(const CmpiObjectPath& path) {
     auto first = _first();
     auto second = _second();
     if (path == first) return second;

@@ -1,18 +1,18 @@
 #pragma once
 
-#include <functional>
-#include <string>
-
 #include "cmpicpp/CmpiObjectPath.h"
 #include "common/CmpiManagedInstance.h"
+
+#include <functional>
+#include <string>
 
 namespace profiles {
 
 /// A class of links, and its two roles.
 struct LinkClass {
-    char const* name;
-    char const* firstRole;
-    char const* secondRole;
+    const char* name;
+    const char* firstRole;
+    const char* secondRole;
 };
 
 /// The profile that is referenced, and the one that references it.
@@ -30,7 +30,7 @@ public:
     using End = std::function<CmpiCpp::CmpiObjectPath()>;
 
     /// The class must outlive the link.
-    ProfileLink(LinkClass const& linkClass, std::string nameSpace, End first, End second)
+    ProfileLink(const LinkClass& linkClass, std::string nameSpace, End first, End second)
         : _class(linkClass),
           _nameSpace(std::move(nameSpace)),
           _first(std::move(first)),
@@ -39,10 +39,10 @@ public:
     CmpiCpp::CmpiObjectPath getPath() override;
     CmpiCpp::CmpiInstance getInstance() override;
     CmpiCpp::CmpiName getClassName() override { return _class.name; }
-    CmpiCpp::CmpiObjectPath getAssociatedPath(CmpiCpp::CmpiObjectPath const& path) override;
+    CmpiCpp::CmpiObjectPath getAssociatedPath(const CmpiCpp::CmpiObjectPath& path) override;
 
 private:
-    LinkClass const& _class;
+    const LinkClass& _class;
     std::string _nameSpace;
     End _first;
     End _second;

@@ -19,15 +19,15 @@ using CmpiCpp::CmpiStatus;
 namespace {
 
 template <typename Table>
-std::shared_ptr<Table const> filled(Logger& log) {
-    auto const table = std::make_shared<Table>(log);
+std::shared_ptr<const Table> filled(Logger& log) {
+    const auto table = std::make_shared<Table>(log);
     table->initialize();
     return table;
 }
 
 }  // namespace
 
-ProfilesProvider::ProfilesProvider(CmpiCpp::CmpiBroker const& broker, Logger& log)
+ProfilesProvider::ProfilesProvider(const CmpiCpp::CmpiBroker& broker, Logger& log)
     : _broker(broker),
       _log(log),
       _profiles(filled<PYL::ProfileDB>(log)),
@@ -42,21 +42,22 @@ CMPIBroker* ProfilesProvider::getBroker() {
 }
 
 template <typename Answer>
-void ProfilesProvider::_answerClass(CmpiContext const& context, CmpiObjectPath const& path,
+void ProfilesProvider::_answerClass(const CmpiContext& context, const CmpiObjectPath& path,
                                     Answer answer) {
-    if (!(path.getClassName() == CmpiName(elementConformsToProfile.name)))
+    if (!(path.getClassName() == CmpiName(elementConformsToProfile.name))) {
         return answer(_unchanging);
+    }
     Collection links(_log);
     _conformance.addAll(context, path.getNameSpace().str(), links);
     answer(links);
 }
 
 template <typename Answer>
-void ProfilesProvider::_answerAround(CmpiContext const& context, CmpiObjectPath const& path,
-                                     CmpiName const& associationClass, Answer answer) {
-    auto const nameSpace = path.getNameSpace();
+void ProfilesProvider::_answerAround(const CmpiContext& context, const CmpiObjectPath& path,
+                                     const CmpiName& associationClass, Answer answer) {
+    const auto nameSpace = path.getNameSpace();
     if (nameSpace == CmpiName(PYL::PRPNameSpace)) answer(_unchanging);
-    auto const links =
+    const auto links =
         CmpiCpp::makeCmpiObjectPath(_broker, nameSpace, CmpiName(elementConformsToProfile.name));
     if (!associationClass.empty() && !links.classPathIsA(_broker, associationClass.str())) return;
     Collection around(_log);
@@ -64,30 +65,31 @@ void ProfilesProvider::_answerAround(CmpiContext const& context, CmpiObjectPath 
     answer(around);
 }
 
-void ProfilesProvider::enumInstanceNames(CmpiContext const& context, CmpiObjectPath const& path,
+void ProfilesProvider::enumInstanceNames(const CmpiContext& context, const CmpiObjectPath& path,
                                          CmpiObjectPathResult& result) {
     _answerClass(context, path, [&](Collection& collection) {
         collection.enumInstanceNames(result, context, path);
     });
 }
 
-void ProfilesProvider::enumInstances(CmpiContext const& context, CmpiObjectPath const& path,
-                                     char const** properties, CmpiInstanceResult& result) {
+void ProfilesProvider::enumInstances(const CmpiContext& context, const CmpiObjectPath& path,
+                                     const char** properties, CmpiInstanceResult& result) {
     _answerClass(context, path, [&](Collection& collection) {
         collection.enumInstances(result, context, path, properties);
     });
 }
 
-void ProfilesProvider::getInstance(CmpiContext const& context, CmpiObjectPath const& path,
-                                   char const** properties, CmpiInstanceResult& result) {
+void ProfilesProvider::getInstance(const CmpiContext& context, const CmpiObjectPath& path,
+                                   const char** properties, CmpiInstanceResult& result) {
     _answerClass(context, path, [&](Collection& collection) {
-        if (!collection.getInstance(result, context, path, properties))
+        if (!collection.getInstance(result, context, path, properties)) {
             throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no such instance: " + path.str());
+        }
     });
 }
 
-void ProfilesProvider::invokeMethod(CmpiContext const&, CmpiObjectPath const& path,
-                                    CmpiName const& methodName, CmpiCpp::CmpiArgs const& in,
+void ProfilesProvider::invokeMethod(const CmpiContext&, const CmpiObjectPath& path,
+                                    const CmpiName& methodName, const CmpiCpp::CmpiArgs& in,
                                     CmpiCpp::CmpiMethodResult& result) {
     auto local = path;
     local.setHost(CmpiName(PYL::PYLUtil::getHostName()));
@@ -96,19 +98,19 @@ void ProfilesProvider::invokeMethod(CmpiContext const&, CmpiObjectPath const& pa
     instance->invokeMethod(methodName, in, result);
 }
 
-void ProfilesProvider::associators(CmpiContext const& context, CmpiObjectPath const& path,
-                                   CmpiName const& assocClass, CmpiName const& resultClass,
-                                   CmpiName const& role, CmpiName const& resultRole,
-                                   char const** properties, CmpiInstanceResult& result) {
+void ProfilesProvider::associators(const CmpiContext& context, const CmpiObjectPath& path,
+                                   const CmpiName& assocClass, const CmpiName& resultClass,
+                                   const CmpiName& role, const CmpiName& resultRole,
+                                   const char** properties, CmpiInstanceResult& result) {
     _answerAround(context, path, assocClass, [&](Collection& collection) {
         collection.associators(result, context, path, assocClass, resultClass, role, resultRole,
                                properties);
     });
 }
 
-void ProfilesProvider::associatorNames(CmpiContext const& context, CmpiObjectPath const& path,
-                                       CmpiName const& assocClass, CmpiName const& resultClass,
-                                       CmpiName const& role, CmpiName const& resultRole,
+void ProfilesProvider::associatorNames(const CmpiContext& context, const CmpiObjectPath& path,
+                                       const CmpiName& assocClass, const CmpiName& resultClass,
+                                       const CmpiName& role, const CmpiName& resultRole,
                                        CmpiObjectPathResult& result) {
     _answerAround(context, path, assocClass, [&](Collection& collection) {
         collection.associatorNames(result, context, path, assocClass, resultClass, role,
@@ -116,16 +118,16 @@ void ProfilesProvider::associatorNames(CmpiContext const& context, CmpiObjectPat
     });
 }
 
-void ProfilesProvider::references(CmpiContext const& context, CmpiObjectPath const& path,
-                                  CmpiName const& resultClass, CmpiName const& role,
-                                  char const** properties, CmpiInstanceResult& result) {
+void ProfilesProvider::references(const CmpiContext& context, const CmpiObjectPath& path,
+                                  const CmpiName& resultClass, const CmpiName& role,
+                                  const char** properties, CmpiInstanceResult& result) {
     _answerAround(context, path, resultClass, [&](Collection& collection) {
         collection.references(result, context, path, resultClass, role, properties);
     });
 }
 
-void ProfilesProvider::referenceNames(CmpiContext const& context, CmpiObjectPath const& path,
-                                      CmpiName const& resultClass, CmpiName const& role,
+void ProfilesProvider::referenceNames(const CmpiContext& context, const CmpiObjectPath& path,
+                                      const CmpiName& resultClass, const CmpiName& role,
                                       CmpiObjectPathResult& result) {
     _answerAround(context, path, resultClass, [&](Collection& collection) {
         collection.referenceNames(result, context, path, resultClass, role);

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <memory>
-
 #include "cmpicpp/CmpiAssociationProvider.h"
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
@@ -10,6 +8,8 @@
 #include "common/ProfileDB.h"
 #include "platform/logger/Logger.h"
 #include "providers/profiles/Conformance.h"
+
+#include <memory>
 
 namespace profiles {
 
@@ -23,35 +23,35 @@ class ProfilesProvider : public CmpiCpp::CmpiInstanceProvider,
                          public CmpiCpp::CmpiMethodProvider,
                          public CmpiCpp::CmpiAssociationProvider {
 public:
-    ProfilesProvider(CmpiCpp::CmpiBroker const& broker, Logger& log);
+    ProfilesProvider(const CmpiCpp::CmpiBroker& broker, Logger& log);
 
     CMPIBroker* getBroker() override;
 
-    void enumInstanceNames(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
+    void enumInstanceNames(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
                            CmpiCpp::CmpiObjectPathResult& result) override;
-    void enumInstances(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                       char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void getInstance(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                     char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void enumInstances(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                       const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void getInstance(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
 
     /// The methods of PYL_PXDataCollection.
-    void invokeMethod(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                      CmpiCpp::CmpiName const& methodName, CmpiCpp::CmpiArgs const& in,
+    void invokeMethod(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                      const CmpiCpp::CmpiName& methodName, const CmpiCpp::CmpiArgs& in,
                       CmpiCpp::CmpiMethodResult& result) override;
 
-    void associators(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                     CmpiCpp::CmpiName const& assocClass, CmpiCpp::CmpiName const& resultClass,
-                     CmpiCpp::CmpiName const& role, CmpiCpp::CmpiName const& resultRole,
-                     char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void associatorNames(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                         CmpiCpp::CmpiName const& assocClass, CmpiCpp::CmpiName const& resultClass,
-                         CmpiCpp::CmpiName const& role, CmpiCpp::CmpiName const& resultRole,
+    void associators(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                     const CmpiCpp::CmpiName& assocClass, const CmpiCpp::CmpiName& resultClass,
+                     const CmpiCpp::CmpiName& role, const CmpiCpp::CmpiName& resultRole,
+                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void associatorNames(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                         const CmpiCpp::CmpiName& assocClass, const CmpiCpp::CmpiName& resultClass,
+                         const CmpiCpp::CmpiName& role, const CmpiCpp::CmpiName& resultRole,
                          CmpiCpp::CmpiObjectPathResult& result) override;
-    void references(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                    CmpiCpp::CmpiName const& resultClass, CmpiCpp::CmpiName const& role,
-                    char const** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void referenceNames(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                        CmpiCpp::CmpiName const& resultClass, CmpiCpp::CmpiName const& role,
+    void references(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                    const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
+                    const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
+    void referenceNames(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                        const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
                         CmpiCpp::CmpiObjectPathResult& result) override;
 
 private:
@@ -59,16 +59,16 @@ private:
 
     /// Calls `answer` with the collection that the class of the path is served from.
     template <typename Answer>
-    void _answerClass(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
+    void _answerClass(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
                       Answer answer);
     /// Calls `answer` with each collection that may have associations of the path.
     template <typename Answer>
-    void _answerAround(CmpiCpp::CmpiContext const& context, CmpiCpp::CmpiObjectPath const& path,
-                       CmpiCpp::CmpiName const& associationClass, Answer answer);
+    void _answerAround(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                       const CmpiCpp::CmpiName& associationClass, Answer answer);
 
     CmpiCpp::CmpiBroker _broker;
     Logger _log;
-    std::shared_ptr<PYL::ProfileDB const> _profiles;
+    std::shared_ptr<const PYL::ProfileDB> _profiles;
     Conformance _conformance;
     Collection _unchanging;
 };

@@ -1,9 +1,9 @@
 #include "providers/profiles/RegisteredProfile.h"
 
-#include <string>
-
 #include "cmpicpp/CmpiArray.h"
 #include "common/PYLUtil.h"
+
+#include <string>
 
 namespace profiles {
 
@@ -22,14 +22,14 @@ constexpr unsigned short notAdvertised = 2;
 
 /// Sets an array of texts, `at(i)` for each index; it stays NULL when there are none.
 template <typename At>
-void setTexts(CmpiInstance& instance, char const* property, unsigned int size, At at) {
+void setTexts(CmpiInstance& instance, const char* property, unsigned int size, At at) {
     if (size == 0) return;
     auto array = CmpiCpp::makeCmpiArray(CmpiBroker(PYLUtil::getBroker()), size, CMPI_string);
     for (unsigned int i = 0; i < size; ++i) array.setElementAt(i, at(i));
     instance.setProperty(property, array);
 }
 
-void setImplementation(CmpiInstance& instance, PRPDBRec const& record) {
+void setImplementation(CmpiInstance& instance, const PRPDBRec& record) {
     setTexts(instance, "ImplementationClassNames", record.getSizeofImpClassNames(),
              [&](unsigned int i) { return record.getImpClassName(i); });
     setTexts(instance, "ImplementationNameSpaces", record.getSizeofImpNameSpaces(),
@@ -40,7 +40,7 @@ void setImplementation(CmpiInstance& instance, PRPDBRec const& record) {
 
 }  // namespace
 
-CmpiObjectPath pathOf(PYL::ProfileDB const& profiles, PRPDBRec const& record) {
+CmpiObjectPath pathOf(const PYL::ProfileDB& profiles, const PRPDBRec& record) {
     return profiles.getECTPpath(record.getRegOrgId(), record.getOtherRegOrg(), record.getRegName(),
                                 record.getRegVersion());
 }
@@ -50,14 +50,14 @@ CmpiName RegisteredProfile::getClassName() {
 }
 
 CmpiInstance RegisteredProfile::getInstance() {
-    auto const path = getPath();
-    CmpiBroker const broker(PYLUtil::getBroker());
+    const auto path = getPath();
+    const CmpiBroker broker(PYLUtil::getBroker());
     auto instance = CmpiCpp::makeCmpiInstance(broker, path);
     instance.setProperty("InstanceID", path.getKey("InstanceID"));
     instance.setProperty("ElementName", _record.getRegName());
     instance.setProperty("RegisteredOrganization",
                          static_cast<unsigned short>(_record.getRegOrgId()));
-    auto const owner = _record.getOtherRegOrg();
+    const auto owner = _record.getOtherRegOrg();
     if (!owner.empty()) instance.setProperty("OtherRegisteredOrganization", owner);
     instance.setProperty("RegisteredName", _record.getRegName());
     instance.setProperty("RegisteredVersion", _record.getRegVersion());

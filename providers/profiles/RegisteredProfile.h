@@ -1,20 +1,20 @@
 #pragma once
 
-#include <memory>
-
 #include "common/CmpiManagedInstance.h"
 #include "common/ProfileDB.h"
+
+#include <memory>
 
 namespace profiles {
 
 /// The path of a record's registered profile.
-CmpiCpp::CmpiObjectPath pathOf(PYL::ProfileDB const& profiles, PYL::PRPDBRec const& record);
+CmpiCpp::CmpiObjectPath pathOf(const PYL::ProfileDB& profiles, const PYL::PRPDBRec& record);
 
 /// PYL_RegisteredProfile: one profile that is implemented here.
 class RegisteredProfile : public PYL::CmpiManagedInstance {
 public:
     /// The record is one of the database.
-    RegisteredProfile(std::shared_ptr<PYL::ProfileDB const> profiles, PYL::PRPDBRec const& record)
+    RegisteredProfile(std::shared_ptr<const PYL::ProfileDB> profiles, const PYL::PRPDBRec& record)
         : _profiles(std::move(profiles)), _record(record) {}
 
     CmpiCpp::CmpiObjectPath getPath() override { return pathOf(*_profiles, _record); }
@@ -22,7 +22,7 @@ public:
     CmpiCpp::CmpiName getClassName() override;
 
 private:
-    std::shared_ptr<PYL::ProfileDB const> _profiles;
+    std::shared_ptr<const PYL::ProfileDB> _profiles;
     PYL::PRPDBRec _record;
 };
 

@@ -16,10 +16,11 @@ static const CMPIBroker* sampleBroker;
 static CMPIStatus SampleCleanup(CMPIInstanceMI* mi, const CMPIContext* context,
                                 CMPIBoolean terminating) {
     (void)mi, (void)context;
-    if (!terminating)
+    if (!terminating) {
         CMReturn(CMPI_RC_DO_NOT_UNLOAD);
-    else
+    } else {
         CMReturn(CMPI_RC_OK);
+    }
 }
 
 static CMPIStatus SampleEnumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context,

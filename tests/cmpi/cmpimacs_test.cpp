@@ -124,34 +124,51 @@ void expectCall(Table& table, Slot slot, const auto& call, auto... arguments) {
             table, &decltype(Fakes::table)::slot, [&] { (void)(call); }, __VA_ARGS__); \
     } while (0)
 
-// One call a line, whatever its length.
-// clang-format off
 TEST_F(CmpiMacros, MakeObjects) {
     CMPIArray* projection = nullptr;
-    PYL_EXPECT_CALL(encTable, newInstance, CMNewInstance(broker, path, status), broker, path, status);
-    PYL_EXPECT_CALL(encTable, newObjectPath, CMNewObjectPath(broker, a, b, status), broker, a, b, status);
+    PYL_EXPECT_CALL(encTable, newInstance, CMNewInstance(broker, path, status), broker, path,
+                    status);
+    PYL_EXPECT_CALL(encTable, newObjectPath, CMNewObjectPath(broker, a, b, status), broker, a, b,
+                    status);
     PYL_EXPECT_CALL(encTable, newArgs, CMNewArgs(broker, status), broker, status);
     PYL_EXPECT_CALL(encTable, newString, CMNewString(broker, a, status), broker, a, status);
-    PYL_EXPECT_CALL(encTable, newStringCP, CMNewStringCP(broker, a, CMPI_CPID_UTF16, status), broker, a, CMPI_CPID_UTF16, status);
-    PYL_EXPECT_CALL(encTable, newArray, CMNewArray(broker, 7, CMPI_uint16, status), broker, 7, CMPI_uint16, status);
+    PYL_EXPECT_CALL(encTable, newStringCP, CMNewStringCP(broker, a, CMPI_CPID_UTF16, status),
+                    broker, a, CMPI_CPID_UTF16, status);
+    PYL_EXPECT_CALL(encTable, newArray, CMNewArray(broker, 7, CMPI_uint16, status), broker, 7,
+                    CMPI_uint16, status);
     PYL_EXPECT_CALL(encTable, newDateTime, CMNewDateTime(broker, status), broker, status);
-    PYL_EXPECT_CALL(encTable, newDateTimeFromBinary, CMNewDateTimeFromBinary(broker, 5, 1, status), broker, 5, 1, status);
-    PYL_EXPECT_CALL(encTable, newDateTimeFromChars, CMNewDateTimeFromChars(broker, a, status), broker, a, status);
-    PYL_EXPECT_CALL(encTable, newSelectExp, CMNewSelectExp(broker, a, b, &projection, status), broker, a, b, &projection, status);
-    PYL_EXPECT_CALL(encTable, newCMPIError, CMNewCMPIError(broker, a, b, c, ErrorSevHigh, Timeout, CMPI_RC_ERR_FAILED, status), broker, a, b, c, ErrorSevHigh, Timeout, CMPI_RC_ERR_FAILED, status);
-    PYL_EXPECT_CALL(encTable, newPropertyList, CMNewPropertyList(broker, properties, status), broker, properties, status);
-    PYL_EXPECT_CALL(encTable, newEnumerationFilter, CMNewEnumerationFilter(broker, a, b, status), broker, a, b, status);
+    PYL_EXPECT_CALL(encTable, newDateTimeFromBinary, CMNewDateTimeFromBinary(broker, 5, 1, status),
+                    broker, 5, 1, status);
+    PYL_EXPECT_CALL(encTable, newDateTimeFromChars, CMNewDateTimeFromChars(broker, a, status),
+                    broker, a, status);
+    PYL_EXPECT_CALL(encTable, newSelectExp, CMNewSelectExp(broker, a, b, &projection, status),
+                    broker, a, b, &projection, status);
+    PYL_EXPECT_CALL(
+        encTable, newCMPIError,
+        CMNewCMPIError(broker, a, b, c, ErrorSevHigh, Timeout, CMPI_RC_ERR_FAILED, status), broker,
+        a, b, c, ErrorSevHigh, Timeout, CMPI_RC_ERR_FAILED, status);
+    PYL_EXPECT_CALL(encTable, newPropertyList, CMNewPropertyList(broker, properties, status),
+                    broker, properties, status);
+    PYL_EXPECT_CALL(encTable, newEnumerationFilter, CMNewEnumerationFilter(broker, a, b, status),
+                    broker, a, b, status);
 }
 
 TEST_F(CmpiMacros, ReachServicesOfTheBroker) {
     CMPIMsgFileHandle file = &statusStruct;
-    PYL_EXPECT_CALL(encTable, classPathIsA, CMClassPathIsA(broker, path, a, status), broker, path, a, status);
-    PYL_EXPECT_CALL(encTable, toString, CDToString(broker, instance, status), broker, instance, status);
-    PYL_EXPECT_CALL(encTable, isOfType, CDIsOfType(broker, instance, a, status), broker, instance, a, status);
-    PYL_EXPECT_CALL(encTable, getType, CDGetType(broker, instance, status), broker, instance, status);
-    PYL_EXPECT_CALL(encTable, logMessage, CMLogMessage(broker, CMPI_SEV_INFO, a, b, string), broker, CMPI_SEV_INFO, a, b, string);
-    PYL_EXPECT_CALL(encTable, trace, CMTraceMessage(broker, CMPI_LEV_VERBOSE, a, b, string), broker, CMPI_LEV_VERBOSE, a, b, string);
-    PYL_EXPECT_CALL(encTable, openMessageFile, CMOpenMessageFile(broker, a, &file), broker, a, &file);
+    PYL_EXPECT_CALL(encTable, classPathIsA, CMClassPathIsA(broker, path, a, status), broker, path,
+                    a, status);
+    PYL_EXPECT_CALL(encTable, toString, CDToString(broker, instance, status), broker, instance,
+                    status);
+    PYL_EXPECT_CALL(encTable, isOfType, CDIsOfType(broker, instance, a, status), broker, instance,
+                    a, status);
+    PYL_EXPECT_CALL(encTable, getType, CDGetType(broker, instance, status), broker, instance,
+                    status);
+    PYL_EXPECT_CALL(encTable, logMessage, CMLogMessage(broker, CMPI_SEV_INFO, a, b, string), broker,
+                    CMPI_SEV_INFO, a, b, string);
+    PYL_EXPECT_CALL(encTable, trace, CMTraceMessage(broker, CMPI_LEV_VERBOSE, a, b, string), broker,
+                    CMPI_LEV_VERBOSE, a, b, string);
+    PYL_EXPECT_CALL(encTable, openMessageFile, CMOpenMessageFile(broker, a, &file), broker, a,
+                    &file);
     PYL_EXPECT_CALL(encTable, closeMessageFile, CMCloseMessageFile(broker, file), broker, file);
 }
 
@@ -163,15 +180,21 @@ TEST_F(CmpiMacros, CloneAndReleaseAnyObject) {
 }
 
 TEST_F(CmpiMacros, ReadAndFillContexts) {
-    PYL_EXPECT_CALL(contextTable, getEntry, CMGetContextEntry(context, a, status), context, a, status);
-    PYL_EXPECT_CALL(contextTable, getEntryAt, CMGetContextEntryAt(context, 3, name, status), context, 3, name, status);
-    PYL_EXPECT_CALL(contextTable, getEntryCount, CMGetContextEntryCount(context, status), context, status);
-    PYL_EXPECT_CALL(contextTable, addEntry, CMAddContextEntry(context, a, value, CMPI_uint32), context, a, value, CMPI_uint32);
+    PYL_EXPECT_CALL(contextTable, getEntry, CMGetContextEntry(context, a, status), context, a,
+                    status);
+    PYL_EXPECT_CALL(contextTable, getEntryAt, CMGetContextEntryAt(context, 3, name, status),
+                    context, 3, name, status);
+    PYL_EXPECT_CALL(contextTable, getEntryCount, CMGetContextEntryCount(context, status), context,
+                    status);
+    PYL_EXPECT_CALL(contextTable, addEntry, CMAddContextEntry(context, a, value, CMPI_uint32),
+                    context, a, value, CMPI_uint32);
 }
 
 TEST_F(CmpiMacros, PutResults) {
-    PYL_EXPECT_CALL(resultTable, returnData, CMReturnData(result, value, CMPI_sint8), result, value, CMPI_sint8);
-    PYL_EXPECT_CALL(resultTable, returnInstance, CMReturnInstance(result, instance), result, instance);
+    PYL_EXPECT_CALL(resultTable, returnData, CMReturnData(result, value, CMPI_sint8), result, value,
+                    CMPI_sint8);
+    PYL_EXPECT_CALL(resultTable, returnInstance, CMReturnInstance(result, instance), result,
+                    instance);
     PYL_EXPECT_CALL(resultTable, returnObjectPath, CMReturnObjectPath(result, path), result, path);
     PYL_EXPECT_CALL(resultTable, returnDone, CMReturnDone(result), result);
     PYL_EXPECT_CALL(resultTable, returnError, CMReturnError(result, error), result, error);
@@ -180,14 +203,17 @@ TEST_F(CmpiMacros, PutResults) {
 TEST_F(CmpiMacros, ReadStrings) {
     PYL_EXPECT_CALL(stringTable, getCharPtr, CMGetCharsPtr(string, status), string, status);
     PYL_EXPECT_CALL(stringTable, getCharPtr, CMGetCharPtr(string), string, nullptr);
-    PYL_EXPECT_CALL(stringTable, newCharsCP, CMNewCharsCP(string, CMPI_CPID_USASCII, status), string, CMPI_CPID_USASCII, status);
+    PYL_EXPECT_CALL(stringTable, newCharsCP, CMNewCharsCP(string, CMPI_CPID_USASCII, status),
+                    string, CMPI_CPID_USASCII, status);
 }
 
 TEST_F(CmpiMacros, ReadAndFillArrays) {
     PYL_EXPECT_CALL(arrayTable, getSize, CMGetArrayCount(array, status), array, status);
     PYL_EXPECT_CALL(arrayTable, getSimpleType, CMGetArrayType(array, status), array, status);
-    PYL_EXPECT_CALL(arrayTable, getElementAt, CMGetArrayElementAt(array, 3, status), array, 3, status);
-    PYL_EXPECT_CALL(arrayTable, setElementAt, CMSetArrayElementAt(array, 3, value, CMPI_real64), array, 3, value, CMPI_real64);
+    PYL_EXPECT_CALL(arrayTable, getElementAt, CMGetArrayElementAt(array, 3, status), array, 3,
+                    status);
+    PYL_EXPECT_CALL(arrayTable, setElementAt, CMSetArrayElementAt(array, 3, value, CMPI_real64),
+                    array, 3, value, CMPI_real64);
 }
 
 TEST_F(CmpiMacros, WalkEnumerations) {
@@ -197,13 +223,21 @@ TEST_F(CmpiMacros, WalkEnumerations) {
 }
 
 TEST_F(CmpiMacros, ReadAndFillInstances) {
-    PYL_EXPECT_CALL(instanceTable, getProperty, CMGetProperty(instance, a, status), instance, a, status);
-    PYL_EXPECT_CALL(instanceTable, getPropertyAt, CMGetPropertyAt(instance, 3, name, status), instance, 3, name, status);
-    PYL_EXPECT_CALL(instanceTable, getPropertyCount, CMGetPropertyCount(instance, status), instance, status);
-    PYL_EXPECT_CALL(instanceTable, setProperty, CMSetProperty(instance, a, value, CMPI_string), instance, a, value, CMPI_string);
-    PYL_EXPECT_CALL(instanceTable, setPropertyWithOrigin, CMSetPropertyWithOrigin(instance, a, value, CMPI_ref, b), instance, a, value, CMPI_ref, b);
-    PYL_EXPECT_CALL(instanceTable, setPropertyFilter, CMSetPropertyFilter(instance, properties, keys), instance, properties, keys);
-    PYL_EXPECT_CALL(instanceTable, getObjectPath, CMGetObjectPath(instance, status), instance, status);
+    PYL_EXPECT_CALL(instanceTable, getProperty, CMGetProperty(instance, a, status), instance, a,
+                    status);
+    PYL_EXPECT_CALL(instanceTable, getPropertyAt, CMGetPropertyAt(instance, 3, name, status),
+                    instance, 3, name, status);
+    PYL_EXPECT_CALL(instanceTable, getPropertyCount, CMGetPropertyCount(instance, status), instance,
+                    status);
+    PYL_EXPECT_CALL(instanceTable, setProperty, CMSetProperty(instance, a, value, CMPI_string),
+                    instance, a, value, CMPI_string);
+    PYL_EXPECT_CALL(instanceTable, setPropertyWithOrigin,
+                    CMSetPropertyWithOrigin(instance, a, value, CMPI_ref, b), instance, a, value,
+                    CMPI_ref, b);
+    PYL_EXPECT_CALL(instanceTable, setPropertyFilter,
+                    CMSetPropertyFilter(instance, properties, keys), instance, properties, keys);
+    PYL_EXPECT_CALL(instanceTable, getObjectPath, CMGetObjectPath(instance, status), instance,
+                    status);
     PYL_EXPECT_CALL(instanceTable, setObjectPath, CMSetObjectPath(instance, path), instance, path);
 }
 
@@ -214,28 +248,38 @@ TEST_F(CmpiMacros, ReadAndFillObjectPaths) {
     PYL_EXPECT_CALL(pathTable, getHostname, CMGetHostname(path, status), path, status);
     PYL_EXPECT_CALL(pathTable, setClassName, CMSetClassName(path, a), path, a);
     PYL_EXPECT_CALL(pathTable, getClassName, CMGetClassName(path, status), path, status);
-    PYL_EXPECT_CALL(pathTable, addKey, CMAddKey(path, a, value, CMPI_string), path, a, value, CMPI_string);
+    PYL_EXPECT_CALL(pathTable, addKey, CMAddKey(path, a, value, CMPI_string), path, a, value,
+                    CMPI_string);
     PYL_EXPECT_CALL(pathTable, getKey, CMGetKey(path, a, status), path, a, status);
     PYL_EXPECT_CALL(pathTable, getKeyAt, CMGetKeyAt(path, 3, name, status), path, 3, name, status);
     PYL_EXPECT_CALL(pathTable, getKeyCount, CMGetKeyCount(path, status), path, status);
-    PYL_EXPECT_CALL(pathTable, setNameSpaceFromObjectPath, CMSetNameSpaceFromObjectPath(path, path), path, path);
-    PYL_EXPECT_CALL(pathTable, setHostAndNameSpaceFromObjectPath, CMSetHostAndNameSpaceFromObjectPath(path, path), path, path);
-    PYL_EXPECT_CALL(pathTable, getClassQualifier, CMGetClassQualifier(path, a, status), path, a, status);
-    PYL_EXPECT_CALL(pathTable, getPropertyQualifier, CMGetPropertyQualifier(path, a, b, status), path, a, b, status);
-    PYL_EXPECT_CALL(pathTable, getMethodQualifier, CMGetMethodQualifier(path, a, b, status), path, a, b, status);
-    PYL_EXPECT_CALL(pathTable, getParameterQualifier, CMGetParameterQualifier(path, a, b, c, status), path, a, b, c, status);
+    PYL_EXPECT_CALL(pathTable, setNameSpaceFromObjectPath, CMSetNameSpaceFromObjectPath(path, path),
+                    path, path);
+    PYL_EXPECT_CALL(pathTable, setHostAndNameSpaceFromObjectPath,
+                    CMSetHostAndNameSpaceFromObjectPath(path, path), path, path);
+    PYL_EXPECT_CALL(pathTable, getClassQualifier, CMGetClassQualifier(path, a, status), path, a,
+                    status);
+    PYL_EXPECT_CALL(pathTable, getPropertyQualifier, CMGetPropertyQualifier(path, a, b, status),
+                    path, a, b, status);
+    PYL_EXPECT_CALL(pathTable, getMethodQualifier, CMGetMethodQualifier(path, a, b, status), path,
+                    a, b, status);
+    PYL_EXPECT_CALL(pathTable, getParameterQualifier,
+                    CMGetParameterQualifier(path, a, b, c, status), path, a, b, c, status);
 }
 
 TEST_F(CmpiMacros, ReadAndFillArguments) {
-    PYL_EXPECT_CALL(argsTable, addArg, CMAddArg(args, a, value, CMPI_uint8), args, a, value, CMPI_uint8);
+    PYL_EXPECT_CALL(argsTable, addArg, CMAddArg(args, a, value, CMPI_uint8), args, a, value,
+                    CMPI_uint8);
     PYL_EXPECT_CALL(argsTable, getArg, CMGetArg(args, a, status), args, a, status);
     PYL_EXPECT_CALL(argsTable, getArgAt, CMGetArgAt(args, 3, name, status), args, 3, name, status);
     PYL_EXPECT_CALL(argsTable, getArgCount, CMGetArgCount(args, status), args, status);
 }
 
 TEST_F(CmpiMacros, ReadDatetimes) {
-    PYL_EXPECT_CALL(dateTimeTable, getBinaryFormat, CMGetBinaryFormat(dateTime, status), dateTime, status);
-    PYL_EXPECT_CALL(dateTimeTable, getStringFormat, CMGetStringFormat(dateTime, status), dateTime, status);
+    PYL_EXPECT_CALL(dateTimeTable, getBinaryFormat, CMGetBinaryFormat(dateTime, status), dateTime,
+                    status);
+    PYL_EXPECT_CALL(dateTimeTable, getStringFormat, CMGetStringFormat(dateTime, status), dateTime,
+                    status);
     PYL_EXPECT_CALL(dateTimeTable, isInterval, CMIsInterval(dateTime, status), dateTime, status);
 }
 
@@ -246,49 +290,95 @@ TEST_F(CmpiMacros, TakeQueriesApart) {
     CMPIType type = CMPI_null;
     CMPIPredOp op = CMPI_PredOp_Equals;
     PYL_EXPECT_CALL(queryTable, getString, CMGetSelExpString(query, status), query, status);
-    PYL_EXPECT_CALL(queryTable, evaluate, CMEvaluateSelExp(query, instance, status), query, instance, status);
-    PYL_EXPECT_CALL(queryTable, evaluateUsingAccessor, CMEvaluateSelExpUsingAccessor(query, accessor, parameter, status), query, accessor, parameter, status);
+    PYL_EXPECT_CALL(queryTable, evaluate, CMEvaluateSelExp(query, instance, status), query,
+                    instance, status);
+    PYL_EXPECT_CALL(queryTable, evaluateUsingAccessor,
+                    CMEvaluateSelExpUsingAccessor(query, accessor, parameter, status), query,
+                    accessor, parameter, status);
     PYL_EXPECT_CALL(queryTable, getDOC, CMGetDoc(query, status), query, status);
     PYL_EXPECT_CALL(queryTable, getCOD, CMGetCod(query, status), query, status);
-    PYL_EXPECT_CALL(conditionTable, getCountAndType, CMGetSubCondCountAndType(condition, &form, status), condition, &form, status);
-    PYL_EXPECT_CALL(conditionTable, getSubCondAt, CMGetSubCondAt(condition, 3, status), condition, 3, status);
-    PYL_EXPECT_CALL(subConditionTable, getCount, CMGetPredicateCount(subCondition, status), subCondition, status);
-    PYL_EXPECT_CALL(subConditionTable, getPredicateAt, CMGetPredicateAt(subCondition, 3, status), subCondition, 3, status);
-    PYL_EXPECT_CALL(subConditionTable, getPredicate, CMGetPredicate(subCondition, a, status), subCondition, a, status);
-    PYL_EXPECT_CALL(predicateTable, getData, CMGetPredicateData(predicate, &type, &op, name, nullptr), predicate, &type, &op, name, nullptr);
-    PYL_EXPECT_CALL(predicateTable, evaluateUsingAccessor, CMEvaluatePredicateUsingAccessor(predicate, accessor, parameter, status), predicate, accessor, parameter, status);
+    PYL_EXPECT_CALL(conditionTable, getCountAndType,
+                    CMGetSubCondCountAndType(condition, &form, status), condition, &form, status);
+    PYL_EXPECT_CALL(conditionTable, getSubCondAt, CMGetSubCondAt(condition, 3, status), condition,
+                    3, status);
+    PYL_EXPECT_CALL(subConditionTable, getCount, CMGetPredicateCount(subCondition, status),
+                    subCondition, status);
+    PYL_EXPECT_CALL(subConditionTable, getPredicateAt, CMGetPredicateAt(subCondition, 3, status),
+                    subCondition, 3, status);
+    PYL_EXPECT_CALL(subConditionTable, getPredicate, CMGetPredicate(subCondition, a, status),
+                    subCondition, a, status);
+    PYL_EXPECT_CALL(predicateTable, getData,
+                    CMGetPredicateData(predicate, &type, &op, name, nullptr), predicate, &type, &op,
+                    name, nullptr);
+    PYL_EXPECT_CALL(predicateTable, evaluateUsingAccessor,
+                    CMEvaluatePredicateUsingAccessor(predicate, accessor, parameter, status),
+                    predicate, accessor, parameter, status);
 }
 
 TEST_F(CmpiMacros, AttachThreadsAndDeliverIndications) {
-    PYL_EXPECT_CALL(brokerTable, prepareAttachThread, CBPrepareAttachThread(broker, context), broker, context);
+    PYL_EXPECT_CALL(brokerTable, prepareAttachThread, CBPrepareAttachThread(broker, context),
+                    broker, context);
     PYL_EXPECT_CALL(brokerTable, attachThread, CBAttachThread(broker, context), broker, context);
     PYL_EXPECT_CALL(brokerTable, detachThread, CBDetachThread(broker, context), broker, context);
-    PYL_EXPECT_CALL(brokerTable, deliverIndication, CBDeliverIndication(broker, context, a, instance), broker, context, a, instance);
+    PYL_EXPECT_CALL(brokerTable, deliverIndication,
+                    CBDeliverIndication(broker, context, a, instance), broker, context, a,
+                    instance);
 }
 
 TEST_F(CmpiMacros, CallTheBrokerForInstances) {
-    PYL_EXPECT_CALL(brokerTable, enumerateInstanceNames, CBEnumInstanceNames(broker, context, path, status), broker, context, path, status);
-    PYL_EXPECT_CALL(brokerTable, enumerateInstances, CBEnumInstances(broker, context, path, properties, status), broker, context, path, properties, status);
-    PYL_EXPECT_CALL(brokerTable, enumerateInstancesFiltered, CBEnumInstancesFiltered(broker, context, path, properties, a, b, status), broker, context, path, properties, a, b, status);
-    PYL_EXPECT_CALL(brokerTable, getInstance, CBGetInstance(broker, context, path, properties, status), broker, context, path, properties, status);
-    PYL_EXPECT_CALL(brokerTable, createInstance, CBCreateInstance(broker, context, path, instance, status), broker, context, path, instance, status);
-    PYL_EXPECT_CALL(brokerTable, modifyInstance, CBModifyInstance(broker, context, path, instance, properties), broker, context, path, instance, properties);
-    PYL_EXPECT_CALL(brokerTable, deleteInstance, CBDeleteInstance(broker, context, path), broker, context, path);
-    PYL_EXPECT_CALL(brokerTable, execQuery, CBExecQuery(broker, context, path, a, b, status), broker, context, path, a, b, status);
-    PYL_EXPECT_CALL(brokerTable, setProperty, CBSetProperty(broker, context, path, a, value, CMPI_char16), broker, context, path, a, value, CMPI_char16);
-    PYL_EXPECT_CALL(brokerTable, getProperty, CBGetProperty(broker, context, path, a, status), broker, context, path, a, status);
-    PYL_EXPECT_CALL(brokerTable, invokeMethod, CBInvokeMethod(broker, context, path, a, args, args, status), broker, context, path, a, args, args, status);
+    PYL_EXPECT_CALL(brokerTable, enumerateInstanceNames,
+                    CBEnumInstanceNames(broker, context, path, status), broker, context, path,
+                    status);
+    PYL_EXPECT_CALL(brokerTable, enumerateInstances,
+                    CBEnumInstances(broker, context, path, properties, status), broker, context,
+                    path, properties, status);
+    PYL_EXPECT_CALL(brokerTable, enumerateInstancesFiltered,
+                    CBEnumInstancesFiltered(broker, context, path, properties, a, b, status),
+                    broker, context, path, properties, a, b, status);
+    PYL_EXPECT_CALL(brokerTable, getInstance,
+                    CBGetInstance(broker, context, path, properties, status), broker, context, path,
+                    properties, status);
+    PYL_EXPECT_CALL(brokerTable, createInstance,
+                    CBCreateInstance(broker, context, path, instance, status), broker, context,
+                    path, instance, status);
+    PYL_EXPECT_CALL(brokerTable, modifyInstance,
+                    CBModifyInstance(broker, context, path, instance, properties), broker, context,
+                    path, instance, properties);
+    PYL_EXPECT_CALL(brokerTable, deleteInstance, CBDeleteInstance(broker, context, path), broker,
+                    context, path);
+    PYL_EXPECT_CALL(brokerTable, execQuery, CBExecQuery(broker, context, path, a, b, status),
+                    broker, context, path, a, b, status);
+    PYL_EXPECT_CALL(brokerTable, setProperty,
+                    CBSetProperty(broker, context, path, a, value, CMPI_char16), broker, context,
+                    path, a, value, CMPI_char16);
+    PYL_EXPECT_CALL(brokerTable, getProperty, CBGetProperty(broker, context, path, a, status),
+                    broker, context, path, a, status);
+    PYL_EXPECT_CALL(brokerTable, invokeMethod,
+                    CBInvokeMethod(broker, context, path, a, args, args, status), broker, context,
+                    path, a, args, args, status);
 }
 
 TEST_F(CmpiMacros, CallTheBrokerForAssociations) {
-    PYL_EXPECT_CALL(brokerTable, associators, CBAssociators(broker, context, path, a, b, c, d, properties, status), broker, context, path, a, b, c, d, properties, status);
-    PYL_EXPECT_CALL(brokerTable, associatorNames, CBAssociatorNames(broker, context, path, a, b, c, d, status), broker, context, path, a, b, c, d, status);
-    PYL_EXPECT_CALL(brokerTable, references, CBReferences(broker, context, path, a, b, properties, status), broker, context, path, a, b, properties, status);
-    PYL_EXPECT_CALL(brokerTable, referenceNames, CBReferenceNames(broker, context, path, a, b, status), broker, context, path, a, b, status);
-    PYL_EXPECT_CALL(brokerTable, associatorsFiltered, CBAssociatorsFiltered(broker, context, path, a, b, c, d, properties, e, f, status), broker, context, path, a, b, c, d, properties, e, f, status);
-    PYL_EXPECT_CALL(brokerTable, referencesFiltered, CBReferencesFiltered(broker, context, path, a, b, properties, c, d, status), broker, context, path, a, b, properties, c, d, status);
+    PYL_EXPECT_CALL(brokerTable, associators,
+                    CBAssociators(broker, context, path, a, b, c, d, properties, status), broker,
+                    context, path, a, b, c, d, properties, status);
+    PYL_EXPECT_CALL(brokerTable, associatorNames,
+                    CBAssociatorNames(broker, context, path, a, b, c, d, status), broker, context,
+                    path, a, b, c, d, status);
+    PYL_EXPECT_CALL(brokerTable, references,
+                    CBReferences(broker, context, path, a, b, properties, status), broker, context,
+                    path, a, b, properties, status);
+    PYL_EXPECT_CALL(brokerTable, referenceNames,
+                    CBReferenceNames(broker, context, path, a, b, status), broker, context, path, a,
+                    b, status);
+    PYL_EXPECT_CALL(
+        brokerTable, associatorsFiltered,
+        CBAssociatorsFiltered(broker, context, path, a, b, c, d, properties, e, f, status), broker,
+        context, path, a, b, c, d, properties, e, f, status);
+    PYL_EXPECT_CALL(brokerTable, referencesFiltered,
+                    CBReferencesFiltered(broker, context, path, a, b, properties, c, d, status),
+                    broker, context, path, a, b, properties, c, d, status);
 }
-// clang-format on
 
 TEST_F(CmpiMacros, DescribeTheBroker) {
     brokerTable.brokerCapabilities = CMPI_MB_BasicWrite;
@@ -398,10 +488,11 @@ TEST_F(CmpiMacros, LeaveANullStatusAlone) {
 
 TEST_F(CmpiMacros, ReturnStatusesFromAnyBranch) {
     const auto choose = [this](bool good) -> CMPIStatus {
-        if (good)
+        if (good) {
             CMReturn(CMPI_RC_OK);
-        else
+        } else {
             CMReturnWithString(CMPI_RC_ERR_FAILED, string);
+        }
     };
     EXPECT_EQ(choose(true).rc, CMPI_RC_OK);
     EXPECT_EQ(choose(true).msg, nullptr);

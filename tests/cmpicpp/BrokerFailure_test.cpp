@@ -52,7 +52,7 @@ protected:
         for (const std::string& slot : FaultyBroker::slots()) {
             for (const auto fault : {FaultyBroker::Fault::status, FaultyBroker::Fault::null,
                                      FaultyBroker::Fault::wrongType}) {
-                for (unsigned nth = 1; runWith(slot, nth, fault, operation); ++nth) {
+                for (unsigned nth = 1; _runWith(slot, nth, fault, operation); ++nth) {
                 }
             }
         }
@@ -61,8 +61,8 @@ protected:
 
 private:
     /// False when the operation makes no nth call of the slot.
-    bool runWith(const std::string& slot, unsigned nth, FaultyBroker::Fault fault,
-                 const std::function<void()>& operation) {
+    bool _runWith(const std::string& slot, unsigned nth, FaultyBroker::Fault fault,
+                  const std::function<void()>& operation) {
         const cimhost::CallScope call;
         _faulty.failCall(slot, nth, fault, faultCode);
         try {

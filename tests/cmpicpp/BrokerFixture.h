@@ -1,12 +1,12 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include "cimhost/broker/Broker.h"
 #include "cimhost/broker/Objects.h"
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiObjectPath.h"
 #include "cmpicpp/CmpiStatus.h"
+
+#include <gtest/gtest.h>
 
 #include <atomic>
 #include <string>

@@ -83,8 +83,9 @@ TEST(CmpiData, NullsKeepTheirType) {
 
 TEST(CmpiData, AMissingObjectIsNull) {
     for (const int type :
-         {CMPI_string, CMPI_chars, CMPI_ref, CMPI_instance, CMPI_dateTime, CMPI_uint8A})
+         {CMPI_string, CMPI_chars, CMPI_ref, CMPI_instance, CMPI_dateTime, CMPI_uint8A}) {
         EXPECT_TRUE(CmpiData(nullptr, raw(static_cast<CMPIType>(type))).isNull()) << type;
+    }
 }
 
 TEST(CmpiData, AKeyIsNoNull) {

@@ -180,8 +180,9 @@ TEST_F(CmpiHandleTest, TheLastThreadWithACopyReleasesTheClone) {
     for (int round = 0; round < 50; ++round) {
         CmpiObjectPath clone = path().clone();
         std::vector<std::thread> threads;
-        for (int thread = 0; thread < 3; ++thread)
+        for (int thread = 0; thread < 3; ++thread) {
             threads.emplace_back([copy = clone]() mutable { copy = CmpiObjectPath(); });
+        }
         clone = CmpiObjectPath();
         for (std::thread& thread : threads) thread.join();
     }

@@ -28,11 +28,11 @@ struct Script {
 Script* script = nullptr;
 
 std::string text(const char* name) {
-    return name == nullptr ? " -" : std::string(" ") + name;
+    return !name ? " -" : std::string(" ") + name;
 }
 
 std::string text(const char** properties) {
-    return properties == nullptr ? " all" : " some";
+    return !properties ? " all" : " some";
 }
 
 template <typename Result>
@@ -108,7 +108,7 @@ CMPIBrokerFT upCalls() {
     table.setProperty = [](Broker, Context, Path, const char* name, const CMPIValue* value,
                            CMPIType type) {
         return answer("setProperty" + text(name) + " " + CmpiData::typeToString(type) +
-                      (value == nullptr ? " NULL" : ""));
+                      (!value ? " NULL" : ""));
     };
     table.deliverIndication = [](Broker, Context, const char* nameSpace, Instance) {
         return answer("deliverIndication" + text(nameSpace));
@@ -292,8 +292,9 @@ TEST_F(CmpiMBServiceTest, ThrowsWhatTheObjectManagerAnswers) {
 
 TEST_F(CmpiMBServiceTest, ThrowsWhenThereIsNoBroker) {
     _service = CmpiMBService(nullptr, _logger);
-    for (const auto& operation : operations())
+    for (const auto& operation : operations()) {
         EXPECT_EQ(codeOf(operation), CMPI_RC_ERR_INVALID_HANDLE);
+    }
 }
 
 TEST_F(CmpiMBServiceTest, ThrowsWhenThereIsNoResultThoughTheCallSucceeded) {
@@ -301,8 +302,9 @@ TEST_F(CmpiMBServiceTest, ThrowsWhenThereIsNoResultThoughTheCallSucceeded) {
     _script.path = nullptr;
     _script.enumeration = nullptr;
     const auto all = operations();
-    for (const std::size_t index : {0U, 1U, 2U, 3U, 6U, 7U, 8U, 9U, 10U})
+    for (const std::size_t index : {0U, 1U, 2U, 3U, 6U, 7U, 8U, 9U, 10U}) {
         EXPECT_EQ(codeOf(all[index]), CMPI_RC_ERR_FAILED) << index;
+    }
     EXPECT_EQ(messageOf(all[0]), "The object manager returned no instance and no error");
 }
 

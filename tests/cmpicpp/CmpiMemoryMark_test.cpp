@@ -58,8 +58,9 @@ TEST_F(CmpiMemoryMarkTest, DoesNothingWithoutMemoryServices) {
     CMPIBroker plain = *handle();
     plain.mft = nullptr;
     for (const CMPIBroker* const none :
-         {static_cast<const CMPIBroker*>(&plain), static_cast<const CMPIBroker*>(nullptr)})
+         {static_cast<const CMPIBroker*>(&plain), static_cast<const CMPIBroker*>(nullptr)}) {
         const CmpiMemoryMark mark{CmpiBroker(none)};
+    }
 }
 
 }  // namespace

@@ -49,8 +49,9 @@ TEST(RcName, KnowsTheStandardsList) {
 }
 
 TEST(RcName, IsNullOutsideTheStandardsList) {
-    for (const int code : {-1, 19, 26, 28, 30, 49, 63, 99, 101, 201})
+    for (const int code : {-1, 19, 26, 28, 30, 49, 63, 99, 101, 201}) {
         EXPECT_EQ(rcName(static_cast<CMPIrc>(code)), nullptr) << code;
+    }
 }
 
 TEST_F(CmpiStatusOf, TheCInterfaceCopiesTheMessage) {

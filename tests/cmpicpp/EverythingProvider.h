@@ -153,7 +153,7 @@ private:
         return text;
     }
     static std::string list(const char** properties) {
-        if (properties == nullptr) return " all";
+        if (!properties) return " all";
         std::string text = " [";
         for (; *properties != nullptr; ++properties) text += *properties;
         return text + "]";

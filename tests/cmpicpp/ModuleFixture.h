@@ -98,7 +98,7 @@ protected:
     /// Cleans an MI up; it is forgotten when the answer says that it is gone.
     template <typename Mi>
     CMPIStatus clean(Mi*& mi, CMPIBoolean terminating) {
-        if (mi == nullptr) return {CMPI_RC_OK, nullptr};
+        if (!mi) return {CMPI_RC_OK, nullptr};
         const CMPIStatus status = mi->ft->cleanup(mi, _context, terminating);
         if (status.rc != CMPI_RC_DO_NOT_UNLOAD && status.rc != CMPI_RC_NEVER_UNLOAD) mi = nullptr;
         return status;
@@ -188,7 +188,7 @@ protected:
     }
 
     static std::string text(const CMPIStatus& status) {
-        return status.msg == nullptr ? "" : status.msg->ft->getCharPtr(status.msg, nullptr);
+        return !status.msg ? "" : status.msg->ft->getCharPtr(status.msg, nullptr);
     }
 
     static void expectStatus(const CMPIStatus& status, CMPIrc rc, const std::string& message,

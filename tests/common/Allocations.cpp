@@ -52,7 +52,7 @@ void* operator new(std::size_t size) {
     if (void* const memory = allocate(size)) return memory;
     throw std::bad_alloc();
 }
-void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     return allocate(size);
 }
 void operator delete(void* memory) noexcept {
@@ -61,6 +61,6 @@ void operator delete(void* memory) noexcept {
 void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
-void operator delete(void* memory, std::nothrow_t const&) noexcept {
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
     std::free(memory);
 }

@@ -11,8 +11,8 @@ class FailingAllocation {
 public:
     FailingAllocation(int nth, bool forever) noexcept;
     ~FailingAllocation();
-    FailingAllocation(FailingAllocation const&) = delete;
-    FailingAllocation& operator=(FailingAllocation const&) = delete;
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
 };
 
 /// Whether the last failing allocation of this thread has happened.

@@ -1,11 +1,11 @@
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "common/PYLUtil.h"
 #include "tests/common/Failures.h"
 #include "tests/common/TestBroker.h"
 #include "tests/support/FaultyBroker.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
 
 namespace {
 
@@ -18,7 +18,7 @@ struct ArgumentHelpers : testing::Test {
     TestBroker host;
     CmpiArgs arguments = CmpiCpp::makeCmpiArgs(host.broker());
 
-    std::string refusal(char const* name, unsigned short type) {
+    std::string refusal(const char* name, unsigned short type) {
         return outcomeOf([&] { PYLUtil::getArg(arguments, name, type); });
     }
     CmpiObjectPath emptyPath() const {
@@ -50,7 +50,7 @@ TEST_F(ArgumentHelpers, TellTheClientBothTypes) {
 
 TEST_F(ArgumentHelpers, CompareTheElementsTypeOfAnArray) {
     arguments.addArg("Speeds", PYLUtil::stringToUint8Array("ab"));
-    auto const value = PYLUtil::getArg(arguments, "Speeds", CMPI_uint8);
+    const auto value = PYLUtil::getArg(arguments, "Speeds", CMPI_uint8);
     EXPECT_TRUE(value.isArray());
     EXPECT_EQ(refusal("Speeds", CMPI_uint16),
               "status 4 Argument 'Speeds' has bad type uint8, expecting uint16");
@@ -71,13 +71,13 @@ TEST_F(ArgumentHelpers, CountEveryFailureOfTheBrokerAsMissing) {
 }
 
 TEST_F(ArgumentHelpers, MakeAnArrayOfTheBytesOfAText) {
-    std::string const text("a\0\x7F\x80\xFF", 5);
-    auto const array = PYLUtil::stringToUint8Array(text);
+    const std::string text("a\0\x7F\x80\xFF", 5);
+    const auto array = PYLUtil::stringToUint8Array(text);
     EXPECT_EQ(array.getType(), CMPI_uint8);
     EXPECT_EQ(array.str(), "{97, 0, 127, 128, 255}");
     EXPECT_EQ(PYLUtil::stringToUint8Array("").getSize(), 0U);
     EXPECT_EQ(PYLUtil::stringToUint8Array("").getType(), CMPI_uint8);
-    std::string const huge(1 << 16, 'x');
+    const std::string huge(1 << 16, 'x');
     EXPECT_EQ(PYLUtil::stringToUint8Array(huge).getSize(), huge.size());
 }
 
@@ -88,7 +88,7 @@ TEST_F(ArgumentHelpers, CannotMakeAnArrayWithoutABroker) {
 
 struct InstanceId : ArgumentHelpers {
     /// The key that was read, or "none".
-    static std::string read(CmpiObjectPath const& path) {
+    static std::string read(const CmpiObjectPath& path) {
         std::string id = "untouched";
         if (PYLUtil::getInstanceID(path, id)) return id;
         EXPECT_EQ(id, "untouched");
@@ -107,7 +107,7 @@ TEST_F(InstanceId, MayBeEmptyOrHoldAnything) {
     path.addKey("InstanceID", "");
     EXPECT_EQ(read(path), "");
     path = emptyPath();
-    std::string const odd(1 << 20, '%');
+    const std::string odd(1 << 20, '%');
     path.addKey("InstanceID", odd + "\n\"\xFF");
     EXPECT_EQ(read(path), odd + "\n\"\xFF");
 }
@@ -152,7 +152,7 @@ TEST_F(InstanceIdFaults, AreThrownOnUnlessTheyMeanThatTheKeyIsMissing) {
                         static_cast<CMPIrc>(code));
         std::string id;
         bool found = true;
-        auto const outcome = outcomeOf([&] { found = PYLUtil::getInstanceID(path, id); });
+        const auto outcome = outcomeOf([&] { found = PYLUtil::getInstanceID(path, id); });
         if (code == CMPI_RC_ERR_NO_SUCH_PROPERTY) {
             EXPECT_EQ(outcome, "none");
             EXPECT_FALSE(found);

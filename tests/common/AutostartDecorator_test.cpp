@@ -1,15 +1,15 @@
 #include "common/AutostartDecorator.h"
 
-#include <atomic>
-#include <memory>
-#include <thread>
-#include <vector>
-
 #include "common/PYLUtil.h"
 #include "tests/common/Failures.h"
 #include "tests/common/NarrowProviders.h"
 #include "tests/common/ProviderOperations.h"
 #include "tests/common/Things.h"
+
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -22,14 +22,14 @@ struct Starts {
     std::vector<CmpiProvider*> products;
     void (*raise)() = nullptr;
     std::atomic<int> count{0};
-    CmpiBroker const* broker = nullptr;
+    const CmpiBroker* broker = nullptr;
     Logger* logger = nullptr;
 } starts;
 
-CmpiProvider* start(CmpiBroker const& broker, Logger& logger) {
+CmpiProvider* start(const CmpiBroker& broker, Logger& logger) {
     starts.broker = &broker;
     starts.logger = &logger;
-    auto const number = static_cast<std::size_t>(starts.count++);
+    const auto number = static_cast<std::size_t>(starts.count++);
     if (starts.raise) starts.raise();
     return number < starts.products.size() ? starts.products[number] : nullptr;
 }
@@ -41,10 +41,10 @@ struct AutostartBase {
     CmpiBroker broker = host.broker();
     Request request{host, journal};
     Calls worker;
-    std::string const workerKey = "worker";
+    const std::string workerKey = "worker";
 
     AutostartBase() {
-        worker.onCall = [this](std::string const& call) { journal.note(call); };
+        worker.onCall = [this](const std::string& call) { journal.note(call); };
         worker.onDelete = [this] { journal.note("worker deleted"); };
     }
     ~AutostartBase() {
@@ -67,18 +67,18 @@ struct AutostartBase {
 
 struct AutostartDecoratorTest : AutostartBase, testing::Test {};
 
-constexpr char const* workerText = "//server-1/root/ktq:PYL_SpecialThing.Id=\"worker\"";
+constexpr const char* workerText = "//server-1/root/ktq:PYL_SpecialThing.Id=\"worker\"";
 
 TEST_F(AutostartDecoratorTest, RecordsTheBrokerAndStartsNothing) {
     PYL::PYLUtil::setBroker(CmpiBroker(nullptr));
-    auto const decorator = make({});
+    const auto decorator = make({});
     EXPECT_EQ(PYL::PYLUtil::getBroker(), broker.toCMPI());
     EXPECT_EQ(starts.count, 0);
     EXPECT_EQ(journal.take(), Lines{});
 }
 
 TEST_F(AutostartDecoratorTest, NamesTheWorkerInstanceWithoutAStart) {
-    auto const decorator = make({});
+    const auto decorator = make({});
     decorator->enumInstanceNames(request.context, workerPath(), request.paths);
     EXPECT_EQ(journal.take(), (Lines{"getClassName worker", "getPath worker",
                                      std::string("delivered ") + workerText}));
@@ -87,15 +87,15 @@ TEST_F(AutostartDecoratorTest, NamesTheWorkerInstanceWithoutAStart) {
 }
 
 TEST_F(AutostartDecoratorTest, ComparesTheClassWithoutRegardToCaseAndNamespace) {
-    auto const decorator = make({});
-    auto const path = host.path("root/other", "pyl_specialTHING", "x", "elsewhere");
+    const auto decorator = make({});
+    const auto path = host.path("root/other", "pyl_specialTHING", "x", "elsewhere");
     decorator->enumInstanceNames(request.context, path, request.paths);
     EXPECT_EQ(journal.take().back(), std::string("delivered ") + workerText);
     EXPECT_EQ(starts.count, 0);
 }
 
 TEST_F(AutostartDecoratorTest, EnumeratesTheWorkerInstanceWhole) {
-    auto const decorator = make({});
+    const auto decorator = make({});
     decorator->enumInstances(request.context, workerPath(), requestProperties(), request.instances);
     EXPECT_EQ(journal.take(),
               (Lines{"getClassName worker", "getInstance worker",
@@ -105,8 +105,8 @@ TEST_F(AutostartDecoratorTest, EnumeratesTheWorkerInstanceWhole) {
 }
 
 TEST_F(AutostartDecoratorTest, GetsTheWorkerInstanceWhateverHostItIsAskedFor) {
-    auto const decorator = make({});
-    for (auto const* name : {"server-1", "elsewhere", ""}) {
+    const auto decorator = make({});
+    for (const auto* name : {"server-1", "elsewhere", ""}) {
         decorator->getInstance(request.context,
                                host.path("root/ktq", "PYL_SpecialThing", workerKey, name), nullptr,
                                request.instances);
@@ -120,8 +120,8 @@ TEST_F(AutostartDecoratorTest, GetsTheWorkerInstanceWhateverHostItIsAskedFor) {
 }
 
 TEST_F(AutostartDecoratorTest, SendsOtherKeysOfTheWorkersClassToTheInnerProviderAsTheyCame) {
-    auto const decorator = make({inner()});
-    auto const path = host.path("root/ktq", "PYL_SpecialThing", "another", "elsewhere");
+    const auto decorator = make({inner()});
+    const auto path = host.path("root/ktq", "PYL_SpecialThing", "another", "elsewhere");
     decorator->getInstance(request.context, path, nullptr, request.instances);
     EXPECT_EQ(journal.take(), (Lines{"getPath worker",
                                      "inner getInstance //elsewhere/root/ktq:PYL_SpecialThing"
@@ -130,7 +130,7 @@ TEST_F(AutostartDecoratorTest, SendsOtherKeysOfTheWorkersClassToTheInnerProvider
 }
 
 TEST_F(AutostartDecoratorTest, SendsMethodsOfTheWorkerInstanceToTheInnerProvider) {
-    auto const decorator = make({inner()});
+    const auto decorator = make({inner()});
     decorator->invokeMethod(request.context, workerPath(), PYL::WorkerMethodName, request.arguments,
                             request.method);
     EXPECT_EQ(journal.take(),
@@ -138,7 +138,7 @@ TEST_F(AutostartDecoratorTest, SendsMethodsOfTheWorkerInstanceToTheInnerProvider
 }
 
 TEST_F(AutostartDecoratorTest, GivesTheFactoryItsOwnCopies) {
-    auto const decorator = make({inner()});
+    const auto decorator = make({inner()});
     decorator->enableIndications(request.context);
     EXPECT_NE(starts.broker, &broker);
     EXPECT_EQ(starts.broker->toCMPI(), broker.toCMPI());
@@ -147,14 +147,14 @@ TEST_F(AutostartDecoratorTest, GivesTheFactoryItsOwnCopies) {
 }
 
 TEST_F(AutostartDecoratorTest, StartsOnce) {
-    auto const decorator = make({inner()});
+    const auto decorator = make({inner()});
     decorator->enableIndications(request.context);
     decorator->disableIndications(request.context);
     EXPECT_EQ(starts.count, 1);
 }
 
 TEST_F(AutostartDecoratorTest, ServesTheWorkerInstanceItselfAfterTheStartToo) {
-    auto const decorator = make({inner()});
+    const auto decorator = make({inner()});
     decorator->enableIndications(request.context);
     journal.take();
     decorator->enumInstanceNames(request.context, workerPath(), request.paths);
@@ -162,7 +162,7 @@ TEST_F(AutostartDecoratorTest, ServesTheWorkerInstanceItselfAfterTheStartToo) {
 }
 
 TEST_F(AutostartDecoratorTest, TriesAgainAfterAStartThatGaveNothing) {
-    auto const decorator = make({nullptr, inner()});
+    const auto decorator = make({nullptr, inner()});
     EXPECT_EQ(outcomeOf([&] { decorator->enableIndications(request.context); }),
               "status 100 Unable to start provider");
     EXPECT_EQ(journal.take(), Lines{"error: Unable to start provider"});
@@ -172,9 +172,9 @@ TEST_F(AutostartDecoratorTest, TriesAgainAfterAStartThatGaveNothing) {
 }
 
 TEST_F(AutostartDecoratorTest, PassesOnWhatTheFactoryThrowsAndTriesAgain) {
-    for (auto const& failure : allFailures()) {
+    for (const auto& failure : allFailures()) {
         starts.count = 0;
-        auto const decorator = make({nullptr, inner()});
+        const auto decorator = make({nullptr, inner()});
         starts.raise = failure.raise;
         EXPECT_EQ(outcomeOf([&] { decorator->enableIndications(request.context); }), failure.name);
         EXPECT_EQ(journal.take(), Lines{});
@@ -186,8 +186,8 @@ TEST_F(AutostartDecoratorTest, PassesOnWhatTheFactoryThrowsAndTriesAgain) {
 }
 
 TEST_F(AutostartDecoratorTest, PassesOnWhatTheWorkerInstanceThrows) {
-    auto const decorator = make({});
-    worker.onCall = [](std::string const&) {
+    const auto decorator = make({});
+    worker.onCall = [](const std::string&) {
         throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, "worn");
     };
     EXPECT_EQ(outcomeOf([&] {
@@ -198,7 +198,7 @@ TEST_F(AutostartDecoratorTest, PassesOnWhatTheWorkerInstanceThrows) {
 }
 
 TEST_F(AutostartDecoratorTest, CleansNothingUpBeforeTheStart) {
-    auto const decorator = make({});
+    const auto decorator = make({});
     decorator->cleanup(request.context, true);
     EXPECT_EQ(starts.count, 0);
     EXPECT_EQ(journal.take(), Lines{});
@@ -206,16 +206,16 @@ TEST_F(AutostartDecoratorTest, CleansNothingUpBeforeTheStart) {
 
 TEST_F(AutostartDecoratorTest, AsksTheInnerProviderWhetherToUnload) {
     auto* const product = inner();
-    auto const decorator = make({product});
+    const auto decorator = make({product});
     decorator->enableIndications(request.context);
-    for (int const answer : {0, 1, 2}) {
+    for (const int answer : {0, 1, 2}) {
         product->unloadAnswer = answer;
         EXPECT_EQ(decorator->unloadOK(request.context), answer);
     }
 }
 
 TEST_F(AutostartDecoratorTest, AnswersWithTheRecordedBroker) {
-    auto const decorator = make({});
+    const auto decorator = make({});
     CMPIBroker other{};
     PYL::PYLUtil::setBroker(CmpiBroker(&other));
     EXPECT_EQ(decorator->getBroker(), &other);
@@ -235,15 +235,16 @@ TEST_F(AutostartDecoratorTest, DeletesTheWorkerInstanceBeforeTheInnerProvider) {
 TEST_F(AutostartDecoratorTest, StartsOnceForConcurrentFirstRequests) {
     for (int round = 0; round < 20; ++round) {
         starts.count = 0;
-        auto const decorator = make({inner(), nullptr});
+        const auto decorator = make({inner(), nullptr});
         std::atomic<bool> go{false};
         std::vector<std::jthread> threads;
-        for (int i = 0; i < 8; ++i)
+        for (int i = 0; i < 8; ++i) {
             threads.emplace_back([&] {
                 while (!go) std::this_thread::yield();
                 decorator->enableIndications(request.context);
                 decorator->unloadOK(request.context);
             });
+        }
         go = true;
         threads.clear();
         EXPECT_EQ(starts.count, 1);
@@ -252,34 +253,32 @@ TEST_F(AutostartDecoratorTest, StartsOnceForConcurrentFirstRequests) {
 }
 
 struct AutostartOperation : AutostartBase, testing::TestWithParam<ProviderOperation> {
-    ProviderOperation const& operation = GetParam();
+    const ProviderOperation& operation = GetParam();
     bool starts_() const { return operation.kind != ProviderOperation::Kind::any; }
     void run(AutostartDecorator& decorator) { operation.run(decorator, request); }
     /// What the inner provider and the sinks note; the worker instance is asked first by some.
     Lines takeInner() {
         auto lines = journal.take();
-        std::erase_if(lines, [](auto const& line) { return line.ends_with(" worker"); });
+        std::erase_if(lines, [](const auto& line) { return line.ends_with(" worker"); });
         return lines;
     }
 };
 
 TEST_P(AutostartOperation, ForwardsToTheInnerProviderThatItStarts) {
     auto* const product = inner();
-    auto const decorator = make({product});
+    const auto decorator = make({product});
     decorator->enableIndications(request.context);
     journal.take();
     run(*decorator);
     EXPECT_EQ(takeInner(), Lines{"inner " + operation.inner});
     EXPECT_EQ(product->context.load(), &request.context);
-    if (product->path.load()) {
-        EXPECT_EQ(product->path.load(), &request.path);
-    }
+    if (product->path.load()) EXPECT_EQ(product->path.load(), &request.path);
     EXPECT_EQ(starts.count, 1);
 }
 
 TEST_P(AutostartOperation, StartsWhatItNeeds) {
     auto* const product = inner();
-    auto const decorator = make({product});
+    const auto decorator = make({product});
     run(*decorator);
     EXPECT_EQ(starts.count, starts_() ? 1 : 0);
     if (!starts_()) delete product;
@@ -287,9 +286,9 @@ TEST_P(AutostartOperation, StartsWhatItNeeds) {
 
 TEST_P(AutostartOperation, PassesOnWhatTheInnerProviderThrowsAndLogsNothing) {
     auto* const product = inner();
-    auto const decorator = make({product});
+    const auto decorator = make({product});
     decorator->enableIndications(request.context);
-    for (auto const& failure : allFailures()) {
+    for (const auto& failure : allFailures()) {
         product->onCall = failure.raise;
         journal.take();
         EXPECT_EQ(outcomeOf([&] { run(*decorator); }), failure.name);
@@ -299,13 +298,13 @@ TEST_P(AutostartOperation, PassesOnWhatTheInnerProviderThrowsAndLogsNothing) {
 
 TEST_P(AutostartOperation, FailsWhenTheInnerProviderIsOfAnotherKind) {
     if (!starts_()) return;
-    auto const decorator = make({providerOfAnotherKind(operation.kind)});
+    const auto decorator = make({providerOfAnotherKind(operation.kind)});
     EXPECT_EQ(outcomeOf([&] { run(*decorator); }),
               std::string("status 100 ") + missingInterface(operation.kind));
     EXPECT_EQ(takeInner(), Lines{});
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, AutostartOperation, testing::ValuesIn(providerOperations()),
-                         [](auto const& row) { return row.param.name; });
+                         [](const auto& row) { return row.param.name; });
 
 }  // namespace

@@ -28,7 +28,7 @@ TEST_F(PlainAlert, TellsWhatItWasTold) {
     indication.setSystemCreationClassName("PYL_ComputerSystem");
     indication.setAlertingManagedElement("root/ktq:PYL_Fan.DeviceID=\"1\"");
     indication.setAlertingElementFormat(2);
-    Lines const expected{"Description string \"a \\\"fan\\\" failed\"",
+    const Lines expected{"Description string \"a \\\"fan\\\" failed\"",
                          "EventID string \"3\"",
                          "EventTime datetime now",
                          "AlertType uint16 5",
@@ -45,13 +45,13 @@ TEST_F(PlainAlert, TellsWhatItWasTold) {
 TEST_F(PlainAlert, SendsEmptyTextsAsTheyAre) {
     indication.setDescription("");
     indication.setRecommendedActions("");
-    auto const instance = indication.getInstance();
+    const auto instance = indication.getInstance();
     EXPECT_EQ(instance.getProperty("Description").str(), "\"\"");
     EXPECT_EQ(instance.getProperty("RecommendedActions").str(), "{\"\"}");
 }
 
 TEST_F(PlainAlert, SaysThatTheHostHasNoName) {
-    HostNameIs const none(std::nullopt);
+    const HostNameIs none(std::nullopt);
     EXPECT_EQ(indication.getInstance().getProperty("SystemName").asString(),
               "Host Name Not Defined!");
 }
@@ -63,7 +63,7 @@ TEST_F(PlainAlert, AddsItsOwnLayerAlone) {
 }
 
 TEST_F(PlainAlert, MakesTheSameIndicationAsOftenAsItIsAsked) {
-    auto const first = propertiesOf(indication.getInstance());
+    const auto first = propertiesOf(indication.getInstance());
     EXPECT_EQ(propertiesOf(indication.getInstance()), first);
 }
 

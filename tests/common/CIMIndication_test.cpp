@@ -1,13 +1,13 @@
 #include "common/CIMIndication.h"
 
+#include "tests/common/IndicationFixture.h"
+#include "tests/common/QuietResults.h"
+
 #include <algorithm>
 #include <set>
 #include <thread>
 #include <utility>
 #include <vector>
-
-#include "tests/common/IndicationFixture.h"
-#include "tests/common/QuietResults.h"
 
 namespace {
 
@@ -24,10 +24,10 @@ struct PlainIndication : IndicationFixture {
 };
 
 TEST_F(PlainIndication, HasAPathWithHostNamespaceAndClass) {
-    auto const path = indication.getPath();
+    const auto path = indication.getPath();
     EXPECT_EQ(path.str(), "//server-1/root/ktq:KT_AlertIndication");
     EXPECT_EQ(path.getKeyCount(), 0U);
-    HostNameIs const name("other");
+    const HostNameIs name("other");
     EXPECT_EQ(indication.getPath().str(), "//other/root/ktq:KT_AlertIndication");
 }
 
@@ -41,7 +41,7 @@ TEST_F(PlainIndication, TellsIdentitySeverityAndTime) {
 }
 
 TEST_F(PlainIndication, SendsTheSeverityInSixteenBits) {
-    for (auto const& [severity, text] : {std::pair{6, "6"}, std::pair{-1, "65535"}}) {
+    for (const auto& [severity, text] : {std::pair{6, "6"}, std::pair{-1, "65535"}}) {
         CIMIndication severe(log.logger, "KT_AlertIndication", "root/ktq", severity);
         auto instance = CmpiCpp::makeCmpiInstance(host.broker(), severe.getPath());
         severe.addProperties(instance);
@@ -50,10 +50,10 @@ TEST_F(PlainIndication, SendsTheSeverityInSixteenBits) {
 }
 
 TEST_F(PlainIndication, CountsTheIndicationsOfEveryClass) {
-    auto const first = indication.getId();
-    CIMIndication const second(log.logger, "A", "root/ktq", 2);
-    PYL::CIMAlertIndication const third(log.logger, "B", "root/ktq", 2);
-    PYL::KTAlertIndication const fourth(log.logger, "C", "root/other", 2);
+    const auto first = indication.getId();
+    const CIMIndication second(log.logger, "A", "root/ktq", 2);
+    const PYL::CIMAlertIndication third(log.logger, "B", "root/ktq", 2);
+    const PYL::KTAlertIndication fourth(log.logger, "C", "root/other", 2);
     EXPECT_EQ(second.getId(), first + 1);
     EXPECT_EQ(third.getId(), first + 2);
     EXPECT_EQ(fourth.getId(), first + 3);
@@ -65,14 +65,16 @@ TEST_F(PlainIndication, GivesEveryThreadNumbersOfItsOwn) {
     auto quiet = silentLogger(LogLevel::error);
     std::vector<std::vector<std::uint64_t>> numbers(threadCount);
     std::vector<std::thread> threads;
-    for (auto& mine : numbers)
+    for (auto& mine : numbers) {
         threads.emplace_back([&mine, &quiet] {
-            for (std::size_t turn = 0; turn < turns; ++turn)
+            for (std::size_t turn = 0; turn < turns; ++turn) {
                 mine.push_back(CIMIndication(quiet, "A", "root/ktq", 2).getId());
+            }
         });
+    }
     for (auto& thread : threads) thread.join();
     std::set<std::uint64_t> all;
-    for (auto const& mine : numbers) {
+    for (const auto& mine : numbers) {
         EXPECT_TRUE(std::is_sorted(mine.begin(), mine.end()));
         all.insert(mine.begin(), mine.end());
     }

@@ -1,19 +1,19 @@
 #pragma once
 
-#include <functional>
-#include <string>
-
 #include "cmpicpp/CmpiData.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiResult.h"
 #include "tests/common/Journal.h"
+
+#include <functional>
+#include <string>
 
 /// Sinks that note what they get as "delivered ...". What `onDeliver` throws refuses the item, of
 /// which then nothing is noted.
 struct CapturedPaths : CmpiCpp::CmpiObjectPathResult {
     explicit CapturedPaths(Journal& events) : journal(events) {}
 
-    void deliver(CmpiCpp::CmpiObjectPath const& path) override {
+    void deliver(const CmpiCpp::CmpiObjectPath& path) override {
         onDeliver();
         journal.note("delivered " + path.str());
     }
@@ -25,7 +25,7 @@ struct CapturedPaths : CmpiCpp::CmpiObjectPathResult {
 struct CapturedInstances : CmpiCpp::CmpiInstanceResult {
     explicit CapturedInstances(Journal& events) : journal(events) {}
 
-    void deliver(CmpiCpp::CmpiInstance const& instance) override {
+    void deliver(const CmpiCpp::CmpiInstance& instance) override {
         onDeliver();
         journal.note("delivered " + instance.str() + " at " + instance.getPath().str());
     }
@@ -39,7 +39,7 @@ class CapturedMethodResult : public CmpiCpp::CmpiMethodResult {
 public:
     explicit CapturedMethodResult(Journal& events) : journal(events) {}
 
-    void deliver(CmpiCpp::CmpiData const& value) override { _note("data", value.str()); }
+    void deliver(const CmpiCpp::CmpiData& value) override { _note("data", value.str()); }
     void deliver(unsigned char value) override { _note("uint8", value); }
     void deliver(signed char value) override { _note("sint8", value); }
     void deliver(unsigned short value) override { _note("uint16", value); }
@@ -51,53 +51,53 @@ public:
     void deliver(float value) override { _note("real32", value); }
     void deliver(double value) override { _note("real64", value); }
     void deliver(bool value) override { _note("boolean", value); }
-    void deliver(char const* value) override { _note("text", value ? value : "NULL"); }
-    void deliver(std::string const& value) override { _note("string", value); }
-    void deliver(CmpiCpp::CmpiObjectPath const& value) override { _note("path", value.str()); }
+    void deliver(const char* value) override { _note("text", value ? value : "NULL"); }
+    void deliver(const std::string& value) override { _note("string", value); }
+    void deliver(const CmpiCpp::CmpiObjectPath& value) override { _note("path", value.str()); }
 
-    void deliver(CmpiCpp::CmpiName const& name, CmpiCpp::CmpiData const& value) override {
+    void deliver(const CmpiCpp::CmpiName& name, const CmpiCpp::CmpiData& value) override {
         _note(name, "data", value.str());
     }
-    void deliver(CmpiCpp::CmpiName const& name, unsigned char value) override {
+    void deliver(const CmpiCpp::CmpiName& name, unsigned char value) override {
         _note(name, "uint8", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, signed char value) override {
+    void deliver(const CmpiCpp::CmpiName& name, signed char value) override {
         _note(name, "sint8", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, unsigned short value) override {
+    void deliver(const CmpiCpp::CmpiName& name, unsigned short value) override {
         _note(name, "uint16", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, short value) override {
+    void deliver(const CmpiCpp::CmpiName& name, short value) override {
         _note(name, "sint16", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, unsigned int value) override {
+    void deliver(const CmpiCpp::CmpiName& name, unsigned int value) override {
         _note(name, "uint32", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, int value) override {
+    void deliver(const CmpiCpp::CmpiName& name, int value) override {
         _note(name, "sint32", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, unsigned long long value) override {
+    void deliver(const CmpiCpp::CmpiName& name, unsigned long long value) override {
         _note(name, "uint64", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, long long value) override {
+    void deliver(const CmpiCpp::CmpiName& name, long long value) override {
         _note(name, "sint64", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, float value) override {
+    void deliver(const CmpiCpp::CmpiName& name, float value) override {
         _note(name, "real32", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, double value) override {
+    void deliver(const CmpiCpp::CmpiName& name, double value) override {
         _note(name, "real64", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, bool value) override {
+    void deliver(const CmpiCpp::CmpiName& name, bool value) override {
         _note(name, "boolean", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, char const* value) override {
+    void deliver(const CmpiCpp::CmpiName& name, const char* value) override {
         _note(name, "text", value ? value : "NULL");
     }
-    void deliver(CmpiCpp::CmpiName const& name, std::string const& value) override {
+    void deliver(const CmpiCpp::CmpiName& name, const std::string& value) override {
         _note(name, "string", value);
     }
-    void deliver(CmpiCpp::CmpiName const& name, CmpiCpp::CmpiObjectPath const& value) override {
+    void deliver(const CmpiCpp::CmpiName& name, const CmpiCpp::CmpiObjectPath& value) override {
         _note(name, "path", value.str());
     }
 
@@ -105,19 +105,19 @@ public:
     std::function<void()> onDeliver = [] {};
 
 private:
-    static std::string _text(std::string const& value) { return value; }
+    static std::string _text(const std::string& value) { return value; }
     template <typename Number>
     requires(std::is_arithmetic_v<Number>) static std::string _text(Number value) {
         return std::to_string(value);
     }
 
     template <typename Value>
-    void _note(std::string const& type, Value const& value) {
+    void _note(const std::string& type, const Value& value) {
         onDeliver();
         journal.note("delivered " + type + " " + _text(value));
     }
     template <typename Value>
-    void _note(CmpiCpp::CmpiName const& name, std::string const& type, Value const& value) {
+    void _note(const CmpiCpp::CmpiName& name, const std::string& type, const Value& value) {
         onDeliver();
         journal.note("delivered " + name.str() + " = " + type + " " + _text(value));
     }

@@ -1,10 +1,10 @@
 // The association operations of CmpiManagedInstanceCollection.
 
-#include <optional>
-
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/common/CollectionFixture.h"
 #include "tests/common/Failures.h"
+
+#include <optional>
 
 namespace {
 
@@ -18,10 +18,10 @@ struct AssociationsTest : CollectionFixture {
         link("l", "a", "b");
     }
 
-    std::string linkText(std::string const& key) { return text(key, "PYL_Link"); }
+    std::string linkText(const std::string& key) { return text(key, "PYL_Link"); }
 
     /// All four operations, one after the other; their results added up.
-    int askAll(CmpiObjectPath const& path) {
+    int askAll(const CmpiObjectPath& path) {
         return associators(path) + associatorNames(path) + references(path) + referenceNames(path);
     }
 
@@ -78,8 +78,9 @@ TEST_F(AssociationsTest, FindsEveryAssociationHoweverTheKindsStand) {
     journal.take();
     referenceNames(thing("a"));
     Lines expected;
-    for (auto const* key : {"l", "m", "n", "o", "p", "q"})
+    for (const auto* key : {"l", "m", "n", "o", "p", "q"}) {
         expected.push_back("locked delivered " + linkText(key));
+    }
     expected.push_back("information: referenceNames() delivered: 6");
     EXPECT_EQ(journal.take(), expected);
 }
@@ -90,14 +91,15 @@ TEST_F(AssociationsTest, SaysThatThereIsNothingToDeliver) {
 }
 
 TEST_F(AssociationsTest, FindsTheSourceWhateverHostTheRequestNames) {
-    for (auto const* name : {"elsewhere", ""})
+    for (const auto* name : {"elsewhere", ""}) {
         EXPECT_EQ(askAll(host.path("root/ktq", "PYL_Thing", "a", name)), 4) << name;
+    }
 }
 
 TEST_F(AssociationsTest, AsksAssociationsWithTheLocalHostName) {
     struct Asked : Link {
         using Link::Link;
-        CmpiObjectPath getAssociatedPath(CmpiObjectPath const& path) override {
+        CmpiObjectPath getAssociatedPath(const CmpiObjectPath& path) override {
             requests.push_back(path.str());
             return {};
         }
@@ -110,9 +112,9 @@ TEST_F(AssociationsTest, AsksAssociationsWithTheLocalHostName) {
 }
 
 TEST_F(AssociationsTest, RefusesRolesBeforeTheLock) {
-    char const* const properties[] = {"Id", nullptr};
-    auto** const list = const_cast<char const**>(properties);
-    std::string const refused = "status 7 role filters not supported";
+    const char* const properties[] = {"Id", nullptr};
+    auto** const list = const_cast<const char**>(properties);
+    const std::string refused = "status 7 role filters not supported";
     // Whatever else is to be refused, the role comes first.
     EXPECT_EQ(outcomeOf([&] { associators(thing("a"), "", "", "r", "rr", list); }), refused);
     EXPECT_EQ(outcomeOf([&] { associatorNames(thing("a"), "", "", "r", "rr"); }), refused);
@@ -122,16 +124,16 @@ TEST_F(AssociationsTest, RefusesRolesBeforeTheLock) {
 }
 
 TEST_F(AssociationsTest, RefusesResultRolesBeforeTheLock) {
-    char const* properties[] = {"Id", nullptr};
-    std::string const refused = "status 7 resultRole filters not supported";
+    const char* properties[] = {"Id", nullptr};
+    const std::string refused = "status 7 resultRole filters not supported";
     EXPECT_EQ(outcomeOf([&] { associators(thing("a"), "", "", "", "rr", properties); }), refused);
     EXPECT_EQ(outcomeOf([&] { associatorNames(thing("a"), "", "", "", "rr"); }), refused);
     EXPECT_EQ(journal.take(), Lines(2, "warning: resultRole filter not supported"));
 }
 
 TEST_F(AssociationsTest, RefusesPropertyListsBeforeTheLock) {
-    char const* nothing[] = {nullptr};
-    std::string const refused = "status 7 property filters not supported";
+    const char* nothing[] = {nullptr};
+    const std::string refused = "status 7 property filters not supported";
     EXPECT_EQ(outcomeOf([&] { associators(thing("a"), "", "", "", "", nothing); }), refused);
     EXPECT_EQ(outcomeOf([&] { references(thing("a"), "", "", nothing); }), refused);
     EXPECT_EQ(journal.take(), Lines(2, "warning: property filters not supported!"));
@@ -149,7 +151,7 @@ TEST_F(AssociationsTest, NeedsNoLockForARefusal) {
                  CmpiCpp::CmpiStatus);
     EXPECT_THROW(held.associatorNames(paths, host.context(), thing("a"), "", "", "", "rr"),
                  CmpiCpp::CmpiStatus);
-    char const* nothing[] = {nullptr};
+    const char* nothing[] = {nullptr};
     EXPECT_THROW(held.references(instances, host.context(), thing("a"), "", "", nothing),
                  CmpiCpp::CmpiStatus);
     pthread_mutex_unlock(&held.mutex());
@@ -193,10 +195,10 @@ TEST_F(AssociationsTest, DeliversAnObjectOnceForEachLinkThatLeadsToIt) {
 TEST_F(AssociationsTest, TakesTheFirstOfTwoTargetsWithOnePath) {
     auto* const second = add("b");
     Lines asked;
-    calls.onCall = [&](std::string const& call) { asked.push_back(call); };
+    calls.onCall = [&](const std::string& call) { asked.push_back(call); };
     EXPECT_EQ(associators(thing("a")), 1);
     EXPECT_EQ(std::count(asked.begin(), asked.end(), "getInstance b"), 1);
-    calls.onCall = [](std::string const&) {};
+    calls.onCall = [](const std::string&) {};
     EXPECT_TRUE(collection.deleteInstance(thing("b")));
     EXPECT_EQ(collection.getManagedInstance(thing("b")), second);
 }
@@ -292,7 +294,7 @@ TEST_F(AssociationsTest, NamesInItsLinesTheClassThatTheResultFilterLeftOut) {
 }
 
 TEST_F(AssociationsTest, LetsSubclassesThroughTheResultClassFilter) {
-    auto const special = host.path("PYL_SpecialThing", "s");
+    const auto special = host.path("PYL_SpecialThing", "s");
     add(special);
     link(linkPath("m"), thing("a"), special);
     EXPECT_EQ(associators(thing("a"), "PYL_Link", "PYL_Thing"), 2);
@@ -311,7 +313,7 @@ TEST_F(AssociationsTest, FailsWithTheBrokersStatusForAClassThatItDoesNotKnow) {
 
 TEST_F(AssociationsTest, AsksTheAssociationBeforeItsNamespaceOrAfter) {
     Lines asked;
-    calls.onCall = [&](std::string const& call) { asked.push_back(call); };
+    calls.onCall = [&](const std::string& call) { asked.push_back(call); };
     associatorNames(thing("a"));
     EXPECT_EQ(asked, (Lines{"getAssociatedPath l", "getPath l"}));
     asked.clear();
@@ -322,7 +324,7 @@ TEST_F(AssociationsTest, AsksTheAssociationBeforeItsNamespaceOrAfter) {
 TEST_F(AssociationsTest, IgnoresInstancesThatAreNoAssociations) {
     collection.deleteInstance(linkPath("l"));
     Lines asked;
-    calls.onCall = [&](std::string const& call) { asked.push_back(call); };
+    calls.onCall = [&](const std::string& call) { asked.push_back(call); };
     EXPECT_EQ(askAll(thing("a")), 0);
     EXPECT_EQ(asked, Lines{});
 }
@@ -336,9 +338,9 @@ struct UpCallTest : AssociationsTest {
         add("near");
     }
 
-    std::string const announced = "locked information: PYL_Link references path " + text("far") +
+    const std::string announced = "locked information: PYL_Link references path " + text("far") +
                                   ", not owned by this provider. Performing Upcall";
-    std::string const deliveredNear = "locked delivered " + instanceText("near");
+    const std::string deliveredNear = "locked delivered " + instanceText("near");
 
     /// What the walk says from the announcement on, and then of the far end that it owns.
     Lines around(Lines middle, int count) {
@@ -349,8 +351,8 @@ struct UpCallTest : AssociationsTest {
         all.push_back("information: associators() delivered: " + std::to_string(count));
         return all;
     }
-    void serve(CmpiObjectPath const& path) {
-        host.onGetInstance = [this, path](CmpiObjectPath const&) {
+    void serve(const CmpiObjectPath& path) {
+        host.onGetInstance = [this, path](const CmpiObjectPath&) {
             journal.note("asked");
             return CmpiCpp::makeCmpiInstance(host.broker(), path);
         };
@@ -368,7 +370,7 @@ TEST_F(UpCallTest, FetchesAFarEndThatTheCollectionDoesNotOwnUnderTheLock) {
 
 TEST_F(UpCallTest, AsksForThePathThatTheAssociationGave) {
     std::optional<std::string> asked;
-    host.onGetInstance = [&](CmpiObjectPath const& path) {
+    host.onGetInstance = [&](const CmpiObjectPath& path) {
         asked = path.str();
         return CmpiCpp::makeCmpiInstance(host.broker(), path);
     };
@@ -382,7 +384,7 @@ TEST_F(UpCallTest, LeavesOutAFarEndThatNobodyServesAndGoesOn) {
 }
 
 TEST_F(UpCallTest, LeavesOutAFarEndThatComesBackAsNothing) {
-    host.onGetInstance = [](CmpiObjectPath const&) { return CmpiInstance(); };
+    host.onGetInstance = [](const CmpiObjectPath&) { return CmpiInstance(); };
     EXPECT_EQ(associators(thing("a")), 1);
     EXPECT_EQ(journal.take(), around({"locked error: upcall failed!"}, 1));
 }
@@ -408,7 +410,7 @@ TEST_F(UpCallTest, GoesOnWhenTheFilterCannotBeApplied) {
 
 TEST_F(UpCallTest, GoesOnWhenTheSinkRefusesWhatItFetched) {
     serve(thing("far"));
-    for (auto const& failure : allFailures()) {
+    for (const auto& failure : allFailures()) {
         int deliveries = 0;
         instances.onDeliver = [&] {
             if (++deliveries == 1) failure.raise();
@@ -424,7 +426,7 @@ TEST_F(UpCallTest, GoesOnWhenTheSinkRefusesWhatItFetched) {
 }
 
 TEST_F(UpCallTest, NeedsNoUpCallForNamesAndReferences) {
-    host.onGetInstance = [](CmpiObjectPath const&) -> CmpiInstance {
+    host.onGetInstance = [](const CmpiObjectPath&) -> CmpiInstance {
         ADD_FAILURE() << "an up-call";
         return {};
     };

@@ -1,10 +1,10 @@
 #include "common/CmpiManagedInstanceCollection.h"
 
-#include <limits>
-
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/common/CollectionFixture.h"
 #include "tests/common/Failures.h"
+
+#include <limits>
 
 namespace {
 
@@ -20,9 +20,9 @@ TEST(CollectionLife, LogsUnderItsOwnSourceName) {
             sources.emplace_back(source);
         }
     };
-    auto const sink = std::make_shared<Sources>();
+    const auto sink = std::make_shared<Sources>();
     Logger logger("provider", sink);
-    { PYL::CmpiManagedInstanceCollection const collection(logger); }
+    { const PYL::CmpiManagedInstanceCollection collection(logger); }
     EXPECT_EQ(sink->sources, Lines(2, "provider:CmpiManagedInstanceCollection"));
     EXPECT_EQ(logger.logSource(), "provider");
 }
@@ -143,7 +143,7 @@ TEST_F(CollectionTest, AsksAnInstanceInTheOrderOfTheTestsAndNoFurtherThanNeeded)
     add(host.path("PYL_SpecialThing", "subclass"));
     add(host.path("root/other", "PYL_Thing", "elsewhere", testHostName));
     add("a");
-    calls.onCall = [&](std::string const& call) { asked.push_back(call); };
+    calls.onCall = [&](const std::string& call) { asked.push_back(call); };
     enumNames(thing(""));
     EXPECT_EQ(asked, (Lines{"getClassName subclass", "getClassName elsewhere", "getPath elsewhere",
                             "getClassName a", "getPath a", "getPath a"}));
@@ -180,7 +180,7 @@ TEST_F(CollectionTest, DeliversThePathOfASecondCall) {
 }
 
 TEST_F(CollectionTest, IgnoresAPropertyListWithAWarning) {
-    char const* properties[] = {"Id", nullptr};
+    const char* properties[] = {"Id", nullptr};
     add("a");
     EXPECT_EQ(enumInstances(thing(""), properties), 1);
     EXPECT_TRUE(get(thing("a"), properties));
@@ -198,7 +198,7 @@ TEST_F(CollectionTest, IgnoresAPropertyListWithAWarning) {
 }
 
 TEST_F(CollectionTest, WarnsOfAnEmptyPropertyListToo) {
-    char const* nothing[] = {nullptr};
+    const char* nothing[] = {nullptr};
     EXPECT_EQ(enumInstances(thing(""), nothing), 0);
     EXPECT_EQ(journal.take().at(1), "warning: property filters not supported! No exception.");
 }
@@ -206,8 +206,8 @@ TEST_F(CollectionTest, WarnsOfAnEmptyPropertyListToo) {
 TEST_F(CollectionTest, GetsAnInstanceWhateverHostTheRequestNames) {
     add("other");
     add("a");
-    for (auto const* name : {"elsewhere", "", "server-1"}) {
-        auto const request = host.path("root/ktq", "PYL_Thing", "a", name);
+    for (const auto* name : {"elsewhere", "", "server-1"}) {
+        const auto request = host.path("root/ktq", "PYL_Thing", "a", name);
         EXPECT_TRUE(get(request));
         EXPECT_EQ(journal.take(), (Lines{
                                       "information: getInstance() for path: " + request.str(),
@@ -235,7 +235,7 @@ TEST_F(CollectionTest, GetsTheFirstOfDuplicatesAndDeletesOneAtATime) {
     auto* const second = add("a");
     EXPECT_EQ(enumNames(thing("")), 2);
     Lines asked;
-    calls.onCall = [&](std::string const& call) { asked.push_back(call); };
+    calls.onCall = [&](const std::string& call) { asked.push_back(call); };
     EXPECT_TRUE(get(thing("a")));
     EXPECT_EQ(asked, (Lines{"getPath a", "getInstance a"}));
     EXPECT_EQ(collection.getManagedInstance(thing("a")), first);
@@ -310,10 +310,10 @@ TEST_F(CollectionTest, CleansUpWhatIsHiddenAndKeepsTheOrderOfTheRest) {
 TEST_F(CollectionTest, HoldsTheLockWhileItCallsInstances) {
     int locked = 0;
     int unlocked = 0;
-    auto const look = [&] { ++(collection.isLocked() ? locked : unlocked); };
-    calls.onCall = [&](std::string const&) { look(); };
+    const auto look = [&] { ++(collection.isLocked() ? locked : unlocked); };
+    calls.onCall = [&](const std::string&) { look(); };
     calls.onDelete = look;
-    for (auto const* key : {"a", "b", "c"}) add(key);
+    for (const auto* key : {"a", "b", "c"}) add(key);
     enumNames(thing(""));
     enumInstances(thing(""));
     get(thing("a"));
@@ -339,8 +339,8 @@ TEST_F(CollectionTest, PrintsAPathWithPercentSignsAsItIs) {
 
 TEST_F(CollectionTest, LogsAFailedLookUpAndUnlocks) {
     add("a");
-    for (auto const& failure : allFailures()) {
-        calls.onCall = [&](std::string const&) { failure.raise(); };
+    for (const auto& failure : allFailures()) {
+        calls.onCall = [&](const std::string&) { failure.raise(); };
         EXPECT_EQ(outcomeOf([&] { collection.getManagedInstance(thing("a")); }), failure.name);
         EXPECT_EQ(journal.take(), Lines{"locked error: getManagedInstance() exception"});
         EXPECT_FALSE(collection.isLocked());
@@ -349,7 +349,7 @@ TEST_F(CollectionTest, LogsAFailedLookUpAndUnlocks) {
 
 TEST_F(CollectionTest, UnlocksWhenADeletionFailsToLookUp) {
     add("a");
-    calls.onCall = [](std::string const&) { throw std::bad_alloc(); };
+    calls.onCall = [](const std::string&) { throw std::bad_alloc(); };
     EXPECT_THROW(collection.deleteInstance(thing("a")), std::bad_alloc);
     EXPECT_EQ(journal.take(), Lines{});
     EXPECT_FALSE(collection.isLocked());

@@ -1,14 +1,14 @@
 #include "common/CmpiManagedInstance.h"
 
-#include <gtest/gtest.h>
-
-#include <type_traits>
-
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/Things.h"
 #include "tests/common/VirtualTable.h"
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
 
 namespace {
 
@@ -35,7 +35,7 @@ struct CmpiManagedInstanceTest : testing::Test {
 };
 
 TEST_F(CmpiManagedInstanceTest, IsVisibleUntilItIsHidden) {
-    CmpiManagedInstance const& constant = thing;
+    const CmpiManagedInstance& constant = thing;
     EXPECT_TRUE(constant.visible());
     thing.setVisible(false);
     EXPECT_FALSE(constant.visible());

@@ -13,16 +13,16 @@ using namespace PYL;
 using Texts = std::vector<std::string>;
 
 struct Family {
-    char const* name;
-    char const* const* classNames;
-    char const* const* classTypes;
+    const char* name;
+    const char* const* classNames;
+    const char* const* classTypes;
     std::size_t size;
 };
 
 #define PYL_FAMILY(family, size) \
     { #family, family##ClassNames, family##ClassTypes, size }
 
-Family const families[] = {
+const Family families[] = {
     PYL_FAMILY(BaseServer, 14),
     PYL_FAMILY(BaseServerPhysicalAsset, 4),
     PYL_FAMILY(CarrowLite, 20),
@@ -46,53 +46,57 @@ Family const families[] = {
     PYL_FAMILY(SoftwareInventory, 11),
 };
 
-Texts entries(char const* const* table) {
+Texts entries(const char* const* table) {
     Texts found;
     while (*table) found.emplace_back(*table++);
     return found;
 }
 
-std::vector<int> levels(int const* table) {
+std::vector<int> levels(const int* table) {
     std::vector<int> found;
     while (*table != -1) found.push_back(*table++);
     return found;
 }
 
 TEST(CollectionClassNames, HaveAsManyTypesAsClasses) {
-    for (auto const& family : families) {
+    for (const auto& family : families) {
         EXPECT_EQ(entries(family.classNames).size(), family.size) << family.name;
         EXPECT_EQ(entries(family.classTypes).size(), family.size) << family.name;
     }
 }
 
 TEST(CollectionClassNames, NameNoClassTwiceInAFamily) {
-    for (auto const& family : families) {
-        auto const names = entries(family.classNames);
+    for (const auto& family : families) {
+        const auto names = entries(family.classNames);
         EXPECT_EQ(std::set<std::string>(names.begin(), names.end()).size(), names.size())
             << family.name;
     }
 }
 
 TEST(CollectionClassNames, AreOfTheFamilysClassesOldAndNew) {
-    for (auto const& family : families)
-        for (auto const& name : entries(family.classNames))
+    for (const auto& family : families) {
+        for (const auto& name : entries(family.classNames)) {
             EXPECT_TRUE(name.starts_with("PYL_") || name.starts_with("KT")) << name;
+        }
+    }
 }
 
 TEST(CollectionClassNames, AreInstancesOrAssociationsButForOne) {
     Texts others;
-    for (auto const& family : families) {
-        auto const types = entries(family.classTypes);
-        for (std::size_t i = 0; i < types.size(); ++i)
-            if (types[i] != "Instance" && types[i] != "Association")
+    for (const auto& family : families) {
+        const auto types = entries(family.classTypes);
+        for (std::size_t i = 0; i < types.size(); ++i) {
+            if (types[i] != "Instance" && types[i] != "Association") {
                 others.push_back(family.classNames[i] + (" " + types[i]));
+            }
+        }
     }
     EXPECT_EQ(others, Texts{"PYL_SCSIHBAComputerSystemDAPort Asociation"});
     EXPECT_STREQ(SCSIHBAClassTypes[5], "Asociation");
 }
 
 TEST(CollectionClassNames, KeepBothSpellingsOfTheFirmwareIdentity) {
-    auto const names = entries(FCHBAClassNames);
+    const auto names = entries(FCHBAClassNames);
     EXPECT_TRUE(std::ranges::count(names, "PYL_FCHBAFirmwareIdentityBIOS"));
     EXPECT_FALSE(std::ranges::count(names, "PYL_FCHBAFirmwareIdentitiBIOS"));
 }
@@ -100,7 +104,7 @@ TEST(CollectionClassNames, KeepBothSpellingsOfTheFirmwareIdentity) {
 TEST(CollectionClassNames, HaveTheLevelsOfWhatIsNotCollected) {
     EXPECT_EQ(levels(ConfigurationDataClassLevels), (std::vector<int>{2, 2}));
     EXPECT_EQ(levels(LocalFileClassLevels), std::vector<int>(5, 0));
-    auto const scsi = levels(SCSIHBAClassLevels);
+    const auto scsi = levels(SCSIHBAClassLevels);
     EXPECT_EQ(scsi.size(), 28U);
     EXPECT_EQ(std::ranges::count(scsi, 2), 3);
     EXPECT_EQ(std::ranges::count(scsi, 0), 25);

@@ -1,16 +1,16 @@
 // What the collection does when an instance or a sink throws, at each point where one can.
 
-#include <algorithm>
-#include <functional>
-
 #include "tests/common/CollectionFixture.h"
 #include "tests/common/Failures.h"
+
+#include <algorithm>
+#include <functional>
 
 namespace {
 
 struct Operation {
-    char const* name;
-    char const* exceptionLine;
+    const char* name;
+    const char* exceptionLine;
     void (*run)(CollectionFixture&);
 };
 
@@ -36,13 +36,13 @@ constexpr Operation operations[] = {
 /// Three things and three links from the first one, and a journal of every call.
 struct CollectionFailures : CollectionFixture, testing::WithParamInterface<Operation> {
     CollectionFailures() {
-        for (auto const* key : {"a", "b", "c"}) add(key);
+        for (const auto* key : {"a", "b", "c"}) add(key);
         link("ab", "a", "b");
         multiLink(linkPath("acb"), thing("a"), {thing("c"), thing("b")});
         link("ca", "c", "a");
     }
 
-    void at(std::string const& point) {
+    void at(const std::string& point) {
         journal.note(point);
         if (--_pointsLeft == 0) _raise();
     }
@@ -51,7 +51,7 @@ struct CollectionFailures : CollectionFixture, testing::WithParamInterface<Opera
     Lines runFailingAt(int n, void (*raise)()) {
         _pointsLeft = n;
         _raise = raise;
-        calls.onCall = [this](std::string const& call) { at(call); };
+        calls.onCall = [this](const std::string& call) { at(call); };
         paths.onDeliver = instances.onDeliver = [this] { at("sink"); };
         outcome = outcomeOf([this] { GetParam().run(*this); });
         return journal.take();
@@ -64,16 +64,16 @@ private:
     void (*_raise)() = nullptr;
 };
 
-bool isPoint(std::string const& event) {
+bool isPoint(const std::string& event) {
     return event == "locked sink" || event.starts_with("locked get");
 }
 
 TEST_P(CollectionFailures, EndTheWalkWhereverTheyHappenWithItsLineAndTheLockFree) {
-    auto const clean = runFailingAt(0, nullptr);
+    const auto clean = runFailingAt(0, nullptr);
     ASSERT_EQ(outcome, "none");
-    auto const points = static_cast<int>(std::count_if(clean.begin(), clean.end(), isPoint));
+    const auto points = static_cast<int>(std::count_if(clean.begin(), clean.end(), isPoint));
     ASSERT_GE(points, 4);
-    for (auto const& failure : allFailures()) {
+    for (const auto& failure : allFailures()) {
         auto end = clean.begin();
         for (int n = 1; n <= points; ++n) {
             end = std::next(std::find_if(end, clean.end(), isPoint));
@@ -90,6 +90,6 @@ TEST_P(CollectionFailures, EndTheWalkWhereverTheyHappenWithItsLineAndTheLockFree
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, CollectionFailures, testing::ValuesIn(operations),
-                         [](auto const& row) { return std::string(row.param.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace

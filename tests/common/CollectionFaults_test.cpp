@@ -18,15 +18,15 @@ struct CollectionFaults : testing::TestWithParam<CollectionRequest> {
     OpenCollection collection{log};
 
     int run() {
-        cimhost::CallScope const scope;
+        const cimhost::CallScope scope;
         return GetParam().run(collection, host);
     }
 
     /// The outcome of a request in which something fails, and of the next one.
     template <typename Request>
-    void expectOrderly(Request const& request, std::string const& what) {
+    void expectOrderly(const Request& request, const std::string& what) {
         int delivered = 0;
-        auto const outcome = outcomeOf([&] { delivered = request(); });
+        const auto outcome = outcomeOf([&] { delivered = request(); });
         EXPECT_TRUE(outcome == "none" || outcome == "bad_alloc" || outcome.starts_with("status "))
             << outcome << " when " << what << " fails";
         // A broker that gives every name as empty makes everything match.
@@ -41,11 +41,11 @@ TEST_P(CollectionFaults, OfTheBrokerAreStatuses) {
     host.use(faulty.handle());
     fillCollection(collection, host, calls);
     int failures = 0;
-    for (auto const& slot : FaultyBroker::slots()) {
+    for (const auto& slot : FaultyBroker::slots()) {
         faulty.heal();
         ASSERT_EQ(run(), GetParam().delivered) << "before " << slot;
-        auto const count = faulty.calls(slot);
-        for (auto const fault : {FaultyBroker::Fault::status, FaultyBroker::Fault::null,
+        const auto count = faulty.calls(slot);
+        for (const auto fault : {FaultyBroker::Fault::status, FaultyBroker::Fault::null,
                                  FaultyBroker::Fault::wrongType}) {
             for (unsigned nth = 1; nth <= count; ++nth) {
                 faulty.failCall(slot, nth, fault);
@@ -64,27 +64,25 @@ TEST_P(CollectionFaults, OfTheBrokerAreStatuses) {
 TEST_P(CollectionFaults, OfMemoryAreExceptionsAndLeaveTheCollectionAsItWas) {
     fillCollection(collection, host, calls);
     ASSERT_EQ(run(), GetParam().delivered);
-    for (bool const forever : {false, true}) {
+    for (const bool forever : {false, true}) {
         int nth = 0;
         do {
             ++nth;
             expectOrderly(
                 [&] {
-                    FailingAllocation const failing(nth, forever);
+                    const FailingAllocation failing(nth, forever);
                     return run();
                 },
                 "allocation " + std::to_string(nth));
             ASSERT_EQ(run(), GetParam().delivered);
             ASSERT_LT(nth, 5000);
         } while (allocationHasFailed() && !HasFailure());
-        if (!forever) {
-            EXPECT_GT(nth, 1);
-        }
+        if (!forever) EXPECT_GT(nth, 1);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, CollectionFaults, testing::ValuesIn(collectionRequests()),
-                         [](auto const& row) { return std::string(row.param.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
 struct CollectionMemory : CollectionFixture {};
 
@@ -95,13 +93,13 @@ TEST_F(CollectionMemory, LeavesAnInstanceToTheCallerThatItCannotTake) {
     int refused = 0;
     for (int i = 0; i < 40; ++i) {
         auto instance = std::make_unique<Thing>(host, calls, thing("new"));
-        auto const before = collection.size();
+        const auto before = collection.size();
         bool taken = false;
         {
-            FailingAllocation const failing(1, true);
+            const FailingAllocation failing(1, true);
             try {
                 taken = collection.createInstance(instance.get());
-            } catch (std::bad_alloc const&) {
+            } catch (const std::bad_alloc&) {
                 ++refused;
             }
         }
@@ -117,7 +115,7 @@ TEST_F(CollectionMemory, KeepsEverythingWhenThereIsNoRoomToCleanUp) {
     add("a");
     add("b")->setVisible(false);
     {
-        FailingAllocation const failing(1, true);
+        const FailingAllocation failing(1, true);
         EXPECT_THROW(collection.cleanup(), std::bad_alloc);
     }
     EXPECT_FALSE(collection.isLocked());

@@ -1,17 +1,17 @@
 #pragma once
 
-#include <gmock/gmock.h>
-
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "common/CmpiManagedInstanceCollection.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/HostName.h"
 #include "tests/common/Journal.h"
 #include "tests/common/TestBroker.h"
 #include "tests/common/Things.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <utility>
+#include <vector>
 
 /// A collection whose lock can be looked at.
 class OpenCollection : public PYL::CmpiManagedInstanceCollection {
@@ -48,68 +48,68 @@ struct CollectionFixture : testing::Test {
         journal.isLocked = [] { return false; };
     }
 
-    CmpiObjectPath thing(std::string const& key) { return host.path("PYL_Thing", key); }
-    CmpiObjectPath linkPath(std::string const& key) { return host.path("PYL_Link", key); }
+    CmpiObjectPath thing(const std::string& key) { return host.path("PYL_Thing", key); }
+    CmpiObjectPath linkPath(const std::string& key) { return host.path("PYL_Link", key); }
 
-    Thing* add(CmpiObjectPath const& path) {
+    Thing* add(const CmpiObjectPath& path) {
         auto* const made = new Thing(host, calls, path);
         collection.createInstance(made);
         return made;
     }
-    Thing* add(std::string const& key) { return add(thing(key)); }
-    Link* link(CmpiObjectPath const& path, CmpiObjectPath const& left,
-               CmpiObjectPath const& right) {
+    Thing* add(const std::string& key) { return add(thing(key)); }
+    Link* link(const CmpiObjectPath& path, const CmpiObjectPath& left,
+               const CmpiObjectPath& right) {
         auto* const made = new Link(host, calls, path, left, right);
         collection.createInstance(made);
         return made;
     }
-    Link* link(std::string const& key, std::string const& left, std::string const& right) {
+    Link* link(const std::string& key, const std::string& left, const std::string& right) {
         return link(linkPath(key), thing(left), thing(right));
     }
-    MultiLink* multiLink(CmpiObjectPath const& path, CmpiObjectPath const& source,
+    MultiLink* multiLink(const CmpiObjectPath& path, const CmpiObjectPath& source,
                          std::vector<CmpiObjectPath> farEnds) {
         auto* const made = new MultiLink(host, calls, path, source, std::move(farEnds));
         collection.createInstance(made);
         return made;
     }
 
-    int enumNames(CmpiObjectPath const& path) {
+    int enumNames(const CmpiObjectPath& path) {
         return collection.enumInstanceNames(paths, host.context(), path);
     }
-    int enumInstances(CmpiObjectPath const& path, char const** properties = nullptr) {
+    int enumInstances(const CmpiObjectPath& path, const char** properties = nullptr) {
         return collection.enumInstances(instances, host.context(), path, properties);
     }
-    bool get(CmpiObjectPath const& path, char const** properties = nullptr) {
+    bool get(const CmpiObjectPath& path, const char** properties = nullptr) {
         return collection.getInstance(instances, host.context(), path, properties);
     }
-    int associators(CmpiObjectPath const& path, CmpiName const& assocClass = {},
-                    CmpiName const& resultClass = {}, CmpiName const& role = {},
-                    CmpiName const& resultRole = {}, char const** properties = nullptr) {
+    int associators(const CmpiObjectPath& path, const CmpiName& assocClass = {},
+                    const CmpiName& resultClass = {}, const CmpiName& role = {},
+                    const CmpiName& resultRole = {}, const char** properties = nullptr) {
         return collection.associators(instances, host.context(), path, assocClass, resultClass,
                                       role, resultRole, properties);
     }
-    int associatorNames(CmpiObjectPath const& path, CmpiName const& assocClass = {},
-                        CmpiName const& resultClass = {}, CmpiName const& role = {},
-                        CmpiName const& resultRole = {}) {
+    int associatorNames(const CmpiObjectPath& path, const CmpiName& assocClass = {},
+                        const CmpiName& resultClass = {}, const CmpiName& role = {},
+                        const CmpiName& resultRole = {}) {
         return collection.associatorNames(paths, host.context(), path, assocClass, resultClass,
                                           role, resultRole);
     }
-    int references(CmpiObjectPath const& path, CmpiName const& resultClass = {},
-                   CmpiName const& role = {}, char const** properties = nullptr) {
+    int references(const CmpiObjectPath& path, const CmpiName& resultClass = {},
+                   const CmpiName& role = {}, const char** properties = nullptr) {
         return collection.references(instances, host.context(), path, resultClass, role,
                                      properties);
     }
-    int referenceNames(CmpiObjectPath const& path, CmpiName const& resultClass = {},
-                       CmpiName const& role = {}) {
+    int referenceNames(const CmpiObjectPath& path, const CmpiName& resultClass = {},
+                       const CmpiName& role = {}) {
         return collection.referenceNames(paths, host.context(), path, resultClass, role);
     }
 
     /// The texts of the paths and instances that the helpers above make.
-    static std::string text(std::string const& key, std::string const& className = "PYL_Thing") {
+    static std::string text(const std::string& key, const std::string& className = "PYL_Thing") {
         return "//server-1/root/ktq:" + className + ".Id=\"" + key + "\"";
     }
-    static std::string instanceText(std::string const& key,
-                                    std::string const& className = "PYL_Thing") {
+    static std::string instanceText(const std::string& key,
+                                    const std::string& className = "PYL_Thing") {
         return "instance of " + className + " {Id = \"" + key + "\";} at " + text(key, className);
     }
 };

@@ -1,40 +1,41 @@
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "common/CmpiManagedInstanceCollection.h"
 #include "tests/common/QuietResults.h"
 #include "tests/common/TestBroker.h"
 #include "tests/common/Things.h"
 
+#include <string>
+#include <vector>
+
 /// The objects that the requests below are about: things "a", "b" and "c", links among them, and a
 /// link from "a" to "far", which is for an up-call.
 inline void fillCollection(PYL::CmpiManagedInstanceCollection& collection, TestBroker& host,
                            Calls& calls) {
-    auto const thing = [&](char const* key) { return host.path("PYL_Thing", key); };
-    auto const link = [&](char const* key) { return host.path("PYL_Link", key); };
-    for (auto const* key : {"a", "b", "c"})
+    const auto thing = [&](const char* key) { return host.path("PYL_Thing", key); };
+    const auto link = [&](const char* key) { return host.path("PYL_Link", key); };
+    for (const auto* key : {"a", "b", "c"}) {
         collection.createInstance(new Thing(host, calls, thing(key)));
+    }
     collection.createInstance(new Link(host, calls, link("ab"), thing("a"), thing("b")));
     collection.createInstance(
         new MultiLink(host, calls, link("acb"), thing("a"), {thing("c"), thing("b")}));
     collection.createInstance(new Link(host, calls, link("far"), thing("a"), thing("far")));
-    host.onGetInstance = [&host](CmpiCpp::CmpiObjectPath const& path) {
+    host.onGetInstance = [&host](const CmpiCpp::CmpiObjectPath& path) {
         return CmpiCpp::makeCmpiInstance(host.broker(), path);
     };
 }
 
 /// A request to such a collection; the result is how many objects were delivered.
 struct CollectionRequest {
-    char const* name;
+    const char* name;
     int delivered;  ///< when nothing fails
     int (*run)(PYL::CmpiManagedInstanceCollection&, TestBroker&);
 };
 
-inline std::vector<CollectionRequest> const& collectionRequests() {
+inline const std::vector<CollectionRequest>& collectionRequests() {
     using Collection = PYL::CmpiManagedInstanceCollection;
-    static std::vector<CollectionRequest> const requests = {
+    static const std::vector<CollectionRequest> requests = {
         {"enumInstanceNames", 3,
          [](Collection& collection, TestBroker& host) {
              CountedPaths sink;
@@ -89,6 +90,6 @@ inline std::vector<CollectionRequest> const& collectionRequests() {
     return requests;
 }
 
-inline void PrintTo(CollectionRequest const& request, std::ostream* out) {
+inline void PrintTo(const CollectionRequest& request, std::ostream* out) {
     *out << request.name;
 }

@@ -1,13 +1,13 @@
 // One collection, asked and changed from many threads at once. For the thread sanitizer above all.
 
+#include "tests/common/CollectionFixture.h"
+#include "tests/common/CollectionRequests.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <thread>
 #include <vector>
-
-#include "tests/common/CollectionFixture.h"
-#include "tests/common/CollectionRequests.h"
 
 namespace {
 
@@ -15,7 +15,7 @@ namespace {
 /// thread.
 class LiveThing : public PYL::CmpiManagedInstance {
 public:
-    LiveThing(TestBroker const& host, std::string key, std::atomic<int>& alive)
+    LiveThing(const TestBroker& host, std::string key, std::atomic<int>& alive)
         : _host(host), _key(std::move(key)), _alive(alive) {
         ++_alive;
     }
@@ -28,14 +28,14 @@ public:
     CmpiCpp::CmpiName getClassName() override { return "PYL_Thing"; }
 
 private:
-    TestBroker const& _host;
+    const TestBroker& _host;
     std::string _key;
     std::atomic<int>& _alive;
 };
 
 class LiveLink : public PYL::CmpiManagedInstanceAssociation {
 public:
-    LiveLink(TestBroker const& host, std::string left, std::string right)
+    LiveLink(const TestBroker& host, std::string left, std::string right)
         : _host(host), _left(std::move(left)), _right(std::move(right)) {}
 
     CmpiCpp::CmpiObjectPath getPath() override { return _host.path("PYL_Link", _left + _right); }
@@ -43,7 +43,7 @@ public:
         return CmpiCpp::makeCmpiInstance(_host.broker(), getPath());
     }
     CmpiCpp::CmpiName getClassName() override { return "PYL_Link"; }
-    CmpiCpp::CmpiObjectPath getAssociatedPath(CmpiCpp::CmpiObjectPath const& path) override {
+    CmpiCpp::CmpiObjectPath getAssociatedPath(const CmpiCpp::CmpiObjectPath& path) override {
         auto left = _host.path("PYL_Thing", _left);
         auto right = _host.path("PYL_Thing", _right);
         if (path == left) return right;
@@ -52,7 +52,7 @@ public:
     }
 
 private:
-    TestBroker const& _host;
+    const TestBroker& _host;
     std::string _left;
     std::string _right;
 };
@@ -64,25 +64,26 @@ TEST(CollectionThreads, AskAddHideRemoveAndCleanUpAtOnce) {
     Logger log = silentLogger();
     std::atomic<int> alive = 0;
     OpenCollection collection(log);
-    for (auto const* key : {"a", "b", "c"})
+    for (const auto* key : {"a", "b", "c"}) {
         collection.createInstance(new LiveThing(host, key, alive));
+    }
     collection.createInstance(new LiveLink(host, "a", "b"));
     collection.createInstance(new LiveLink(host, "a", "c"));
     collection.createInstance(new LiveLink(host, "a", "far"));
-    host.onGetInstance = [&host](CmpiCpp::CmpiObjectPath const& path) {
+    host.onGetInstance = [&host](const CmpiCpp::CmpiObjectPath& path) {
         return CmpiCpp::makeCmpiInstance(host.broker(), path);
     };
 
     std::atomic<int> asked = 0;
-    auto const work = [&](int thread) {
+    const auto work = [&](int thread) {
         for (int turn = 0; turn < turns; ++turn) {
-            cimhost::CallScope const scope;
-            auto const key = std::to_string(thread) + "-" + std::to_string(turn);
+            const cimhost::CallScope scope;
+            const auto key = std::to_string(thread) + "-" + std::to_string(turn);
             auto* const own = new LiveThing(host, key, alive);
             collection.createInstance(own);
             EXPECT_EQ(collection.getManagedInstance(host.path("PYL_Thing", key)), own);
-            auto const& requests = collectionRequests();
-            auto const& request =
+            const auto& requests = collectionRequests();
+            const auto& request =
                 requests[static_cast<std::size_t>(thread + turn) % requests.size()];
             EXPECT_GT(request.run(collection, host), 0) << request.name;
             ++asked;

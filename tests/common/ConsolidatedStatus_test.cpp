@@ -1,10 +1,5 @@
 // PYLUtil::postStatus, from the group's instance to the call that arrives.
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
 #include "tests/common/Allocations.h"
@@ -16,6 +11,11 @@
 #include "tests/platform/smbios/SmbiosImage.h"
 #include "tests/support/FaultyBroker.h"
 
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
 namespace {
 
 using CmpiCpp::CmpiArgs;
@@ -26,7 +26,7 @@ using CmpiCpp::CmpiValue;
 using PYL::PYLUtil;
 using testsupport::FaultyBroker;
 
-constexpr char const* property = "GroupOperationalStatus";
+constexpr const char* property = "GroupOperationalStatus";
 
 struct PostStatus : testing::Test {
     TestBroker host;
@@ -36,11 +36,11 @@ struct PostStatus : testing::Test {
     PostStatus() {
         // A scan that fails: what the first good one says is kept for the rest of the process.
         SmBios::setSource(std::make_shared<SmbiosMemory>(Bytes()));
-        host.onInvokeMethod = [this](CmpiObjectPath const& path, std::string const& method,
-                                     CmpiArgs const& in) {
+        host.onInvokeMethod = [this](const CmpiObjectPath& path, const std::string& method,
+                                     const CmpiArgs& in) {
             log.journal->note("call " + method + " of " + path.str());
             for (unsigned i = 0; i < in.getArgCount(); ++i) {
-                auto const [name, value] = in.getArgAt(i);
+                const auto [name, value] = in.getArgAt(i);
                 log.journal->note(name.str() + " = " +
                                   CmpiCpp::CmpiData::typeToString(value.getType()) + " " +
                                   value.str());
@@ -49,10 +49,10 @@ struct PostStatus : testing::Test {
     }
     ~PostStatus() override { SmBios::setSource(nullptr); }
 
-    static void dumpIs(std::string const& name) {
+    static void dumpIs(const std::string& name) {
         SmBios::setSource(std::make_shared<SmbiosDumpFile>(dumpPath(name)));
     }
-    CmpiArray statuses(std::vector<unsigned short> const& values) const {
+    CmpiArray statuses(const std::vector<unsigned short>& values) const {
         auto array = CmpiCpp::makeCmpiArray(host.broker(), static_cast<unsigned>(values.size()),
                                             CMPI_uint16);
         for (unsigned i = 0; i < values.size(); ++i) array.setElementAt(i, values[i]);
@@ -62,7 +62,7 @@ struct PostStatus : testing::Test {
     /// What was logged and called, without what the look at the server's kind says.
     Lines taken() {
         auto lines = log.journal->take();
-        std::erase_if(lines, [](auto const& line) { return line.find("SMB") != line.npos; });
+        std::erase_if(lines, [](const auto& line) { return line.find("SMB") != line.npos; });
         return lines;
     }
     static Lines callWith(int status) {
@@ -84,7 +84,7 @@ TEST_F(PostStatus, PostsTheFirstOfSeveralStatuses) {
 }
 
 TEST_F(PostStatus, PostsAnUndefinedStatusAsUnknown) {
-    for (int const value : {0, 19, 0x8000, 0xFFFF}) {
+    for (const int value : {0, 19, 0x8000, 0xFFFF}) {
         group.setProperty(property, statuses({static_cast<unsigned short>(value)}));
         post();
         EXPECT_EQ(taken(), callWith(0)) << value;
@@ -98,8 +98,8 @@ TEST_F(PostStatus, SaysThatThereIsNoStatus) {
 }
 
 TEST_F(PostStatus, SaysThatTheStatusHasAnotherType) {
-    auto const numbers = CmpiCpp::makeCmpiArray(host.broker(), 1, CMPI_uint32);
-    for (auto const& value :
+    const auto numbers = CmpiCpp::makeCmpiArray(host.broker(), 1, CMPI_uint32);
+    for (const auto& value :
          {CmpiValue(static_cast<unsigned short>(2)), CmpiValue("OK"), CmpiValue(numbers)}) {
         group.setProperty(property, value);
         post();
@@ -123,7 +123,7 @@ TEST_F(PostStatus, ThrowsOnWhatAnElementWithoutAValueIs) {
 
 TEST_F(PostStatus, IgnoresWhatTheMethodAnswers) {
     group.setProperty(property, statuses({2}));
-    host.onInvokeMethod = [](auto const&, auto const&, auto const&) {
+    host.onInvokeMethod = [](const auto&, const auto&, const auto&) {
         throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_ACCESS_DENIED, "100%s not yours");
     };
     post();
@@ -149,10 +149,10 @@ struct PostStatusFaults : PostStatus {
         host.use(faulty.handle());
         group = CmpiCpp::makeCmpiInstance(host.broker(), host.path("PYL_Thing", "group"));
         group.setProperty(property, statuses({2}));
-        host.onInvokeMethod = [](auto const&, auto const&, auto const&) {};
+        host.onInvokeMethod = [](const auto&, const auto&, const auto&) {};
     }
     std::string run() {
-        cimhost::CallScope const scope;
+        const cimhost::CallScope scope;
         return outcomeOf([&] { post(); });
     }
 };
@@ -161,12 +161,13 @@ TEST_F(PostStatusFaults, OfTheReadingAreThrownOnUnlessThePropertyIsMissing) {
     for (int code = 1; code <= 20; ++code) {
         faulty.failFrom("CMPIInstanceFT.getProperty", 1, FaultyBroker::Fault::status,
                         static_cast<CMPIrc>(code));
-        bool const missing = code == CMPI_RC_ERR_NOT_FOUND || code == CMPI_RC_ERR_NO_SUCH_PROPERTY;
-        auto const outcome = run();
-        if (missing)
+        const bool missing = code == CMPI_RC_ERR_NOT_FOUND || code == CMPI_RC_ERR_NO_SUCH_PROPERTY;
+        const auto outcome = run();
+        if (missing) {
             EXPECT_EQ(outcome, "none");
-        else
+        } else {
             EXPECT_TRUE(outcome.starts_with("status " + std::to_string(code))) << outcome;
+        }
         EXPECT_EQ(taken().size(), missing ? 1U : 0U) << code;
         EXPECT_EQ(faulty.calls("CMPIBrokerFT.invokeMethod"), 0U);
     }
@@ -176,31 +177,32 @@ TEST_F(PostStatusFaults, OfTheReadingAreThrownOnUnlessThePropertyIsMissing) {
 }
 
 TEST_F(PostStatusFaults, OfEverySlotAreThrownOrLogged) {
-    for (auto const& slot : FaultyBroker::slots()) {
+    for (const auto& slot : FaultyBroker::slots()) {
         faulty.heal();
         ASSERT_EQ(run(), "none");
-        auto const count = faulty.calls(slot);
-        for (auto const fault : {FaultyBroker::Fault::status, FaultyBroker::Fault::null,
-                                 FaultyBroker::Fault::wrongType})
+        const auto count = faulty.calls(slot);
+        for (const auto fault : {FaultyBroker::Fault::status, FaultyBroker::Fault::null,
+                                 FaultyBroker::Fault::wrongType}) {
             for (unsigned nth = 1; nth <= count; ++nth) {
                 taken();
                 faulty.failCall(slot, nth, fault);
-                auto const outcome = run();
-                bool const read = faulty.calls("CMPIBrokerEncFT.newArgs") > 0;
-                bool const isReading =
+                const auto outcome = run();
+                const bool read = faulty.calls("CMPIBrokerEncFT.newArgs") > 0;
+                const bool isReading =
                     slot == "CMPIInstanceFT.getProperty" || slot.starts_with("CMPIArrayFT.");
                 EXPECT_TRUE(outcome == "none" || (isReading && !read)) << slot << ": " << outcome;
                 EXPECT_TRUE(faulty.hasFailed()) << slot;
             }
+        }
     }
 }
 
 TEST_F(PostStatusFaults, OfTheInvocationAreALineInTheLog) {
-    for (auto const* slot : {"CMPIBrokerEncFT.newObjectPath", "CMPIBrokerEncFT.newArgs",
+    for (const auto* slot : {"CMPIBrokerEncFT.newObjectPath", "CMPIBrokerEncFT.newArgs",
                              "CMPIArgsFT.addArg", "CMPIBrokerFT.invokeMethod"}) {
         faulty.failCall(slot, 1, FaultyBroker::Fault::status);
         EXPECT_EQ(run(), "none");
-        auto const lines = taken();
+        const auto lines = taken();
         ASSERT_EQ(lines.size(), 1U) << slot;
         EXPECT_TRUE(
             lines[0].starts_with("information: ignoring exception thrown in "
@@ -211,11 +213,11 @@ TEST_F(PostStatusFaults, OfTheInvocationAreALineInTheLog) {
 
 TEST_F(PostStatusFaults, OfMemoryAreExceptions) {
     auto quiet = silentLogger();
-    for (bool const forever : {false, true})
+    for (const bool forever : {false, true}) {
         for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
-            auto const outcome = outcomeOf([&] {
-                FailingAllocation const failing(nth, forever);
-                cimhost::CallScope const scope;
+            const auto outcome = outcomeOf([&] {
+                const FailingAllocation failing(nth, forever);
+                const cimhost::CallScope scope;
                 PYLUtil::postStatus(quiet, host.context(), group);
             });
             EXPECT_TRUE(outcome == "none" || outcome == "bad_alloc" ||
@@ -223,6 +225,7 @@ TEST_F(PostStatusFaults, OfMemoryAreExceptions) {
                 << outcome;
             ASSERT_LT(nth, 5000);
         }
+    }
     EXPECT_EQ(run(), "none");
 }
 

@@ -1,9 +1,9 @@
 #include "tests/common/DataSources.h"
 
-#include <memory>
-
 #include "platform/blade/HostBladeMRA.h"
 #include "platform/computersystem/HostComputerSystemMRA.h"
+
+#include <memory>
 
 namespace {
 
@@ -16,8 +16,8 @@ struct Counted {
         ++current->made;
     }
     ~Counted() { --current->alive; }
-    Counted(Counted const&) = delete;
-    Counted& operator=(Counted const&) = delete;
+    Counted(const Counted&) = delete;
+    Counted& operator=(const Counted&) = delete;
 };
 
 class TestComputerSystem : public ComputerSystemMRA {
@@ -27,7 +27,7 @@ public:
         if (selector != systemData || !current->computerSystem) return MRA_STATUS_FAILED;
         object.setFacts(*current->computerSystem);
         return MRA_STATUS_SUCCESS;
-    } catch (std::bad_alloc const&) {
+    } catch (const std::bad_alloc&) {
         return MRA_STATUS_FAILED;
     }
 
@@ -41,7 +41,7 @@ public:
         if (!current->blade) return MRA_STATUS_FAILED;
         object.setFacts(*current->blade);
         return MRA_STATUS_SUCCESS;
-    } catch (std::bad_alloc const&) {
+    } catch (const std::bad_alloc&) {
         return MRA_STATUS_FAILED;
     }
 
@@ -83,13 +83,13 @@ void DataSources::everythingIsKnown() {
 ComputerSystemMRA* computerSystemMRAFactory(Logger& log) noexcept try {
     if (!current) return new HostComputerSystemMRA(log);
     return current->hasComputerSystem ? new TestComputerSystem : nullptr;
-} catch (std::bad_alloc const&) {
+} catch (const std::bad_alloc&) {
     return nullptr;
 }
 
 BladeMRA* BladeMRAFactory(Logger& log) noexcept try {
     if (!current) return new HostBladeMRA(log);
     return current->hasBlade ? new TestBlade : nullptr;
-} catch (std::bad_alloc const&) {
+} catch (const std::bad_alloc&) {
     return nullptr;
 }

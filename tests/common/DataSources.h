@@ -1,9 +1,9 @@
 #pragma once
 
-#include <optional>
-
 #include "platform/blade/BladeMRA.h"
 #include "platform/computersystem/ComputerSystemMRA.h"
+
+#include <optional>
 
 /// What the data libraries tell, for as long as one of these lives. The test program answers their
 /// factories itself; without one of these the sources are the host's own. One lives at a time.
@@ -11,8 +11,8 @@ class DataSources {
 public:
     DataSources();
     ~DataSources();
-    DataSources(DataSources const&) = delete;
-    DataSources& operator=(DataSources const&) = delete;
+    DataSources(const DataSources&) = delete;
+    DataSources& operator=(const DataSources&) = delete;
 
     /// Whether there is a source at all.
     bool hasComputerSystem = true;

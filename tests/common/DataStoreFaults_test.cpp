@@ -1,6 +1,9 @@
 // Every file call of a store fails in turn. What is then so and what the store reports may differ:
 // exactly where the table of docs/data-store.md says so.
 
+#include "tests/common/FileCalls.h"
+#include "tests/common/StoreFixture.h"
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
@@ -13,9 +16,6 @@
 #include <set>
 #include <string>
 #include <vector>
-
-#include "tests/common/FileCalls.h"
-#include "tests/common/StoreFixture.h"
 
 namespace {
 
@@ -31,10 +31,10 @@ std::string keyNumber(std::size_t number) {
 
 /// What can be done with a store of so many records, its middle one in particular.
 struct Operation {
-    char const* name;  ///< in the page's table
+    const char* name;  ///< in the page's table
     bool opens;        ///< the operation is the making of the store
     std::function<void(StoreFixture&, std::size_t)> prepare;
-    std::function<std::string(PYL::DataStore&, std::string const&)> run;
+    std::function<std::string(PYL::DataStore&, const std::string&)> run;
 };
 
 std::string told(bool result) {
@@ -45,9 +45,9 @@ void writeRecords(StoreFixture& fixture, std::size_t count) {
     fixture.write(numberedRecords(count));
 }
 
-std::vector<Operation> const& operations() {
-    static auto const nothing = [](PYL::DataStore&, std::string const&) { return "opens"; };
-    static std::vector<Operation> const all = {
+const std::vector<Operation>& operations() {
+    static const auto nothing = [](PYL::DataStore&, const std::string&) { return "opens"; };
+    static const std::vector<Operation> all = {
         {"open", true, writeRecords, nothing},
         {"create", true, [](StoreFixture&, std::size_t) {}, nothing},
         {"open after an interrupted removal", true,
@@ -57,23 +57,23 @@ std::vector<Operation> const& operations() {
          },
          nothing},
         {"fetch", false, writeRecords,
-         [](PYL::DataStore& store, std::string const& key) {
+         [](PYL::DataStore& store, const std::string& key) {
              return store.fetchString(key).empty() ? "no value" : "the value";
          }},
         {"store", false, writeRecords,
-         [](PYL::DataStore& store, std::string const&) {
+         [](PYL::DataStore& store, const std::string&) {
              return told(store.storeString("new", "value"));
          }},
         {"store", false, writeRecords,
-         [](PYL::DataStore& store, std::string const& key) {
+         [](PYL::DataStore& store, const std::string& key) {
              return told(store.storeString(key, "w999999"));
          }},
         {"store", false, writeRecords,
-         [](PYL::DataStore& store, std::string const& key) {
+         [](PYL::DataStore& store, const std::string& key) {
              return told(store.storeString(key, "longer-than-it-was"));
          }},
         {"remove", false, writeRecords,
-         [](PYL::DataStore& store, std::string const& key) { return told(store.remove(key)); }},
+         [](PYL::DataStore& store, const std::string& key) { return told(store.remove(key)); }},
     };
     return all;
 }
@@ -93,21 +93,21 @@ struct DataStoreFaults : StoreFixture {
 
     DataStoreFaults() { log.logger.setLevel(LogLevel::error); }
 
-    Outcome run(Operation const& operation, std::size_t size, FileCallHook const& hook) {
-        for (auto const& file : {path, copy, unfinished}) fs::remove(file);
+    Outcome run(const Operation& operation, std::size_t size, const FileCallHook& hook) {
+        for (const auto& file : {path, copy, unfinished}) fs::remove(file);
         operation.prepare(*this, size);
-        auto const descriptors = openDescriptors();
+        const auto descriptors = openDescriptors();
         Outcome outcome;
         outcome.before = content();
         {
             auto store = operation.opens ? nullptr : open();
             log.journal->take();
             {
-                HookedFileCalls const hooked(hook);
+                const HookedFileCalls hooked(hook);
                 try {
                     if (!store) store = open();
                     outcome.report = operation.run(*store, keyNumber(size / 2));
-                } catch (PYL::DataStoreError const& error) {
+                } catch (const PYL::DataStoreError& error) {
                     outcome.report = "exception";
                     EXPECT_NE(error.message(), "Success");
                 }
@@ -124,16 +124,16 @@ struct DataStoreFaults : StoreFixture {
         return outcome;
     }
 
-    std::vector<FileCall> callsOf(Operation const& operation, std::size_t size, Outcome& outcome) {
+    std::vector<FileCall> callsOf(const Operation& operation, std::size_t size, Outcome& outcome) {
         std::vector<FileCall> calls;
-        outcome = run(operation, size, [&](FileCall const& call) {
+        outcome = run(operation, size, [&](const FileCall& call) {
             calls.push_back(call);
             return made;
         });
         return calls;
     }
 
-    std::string label(FileCall const& call) const {
+    std::string label(const FileCall& call) const {
         std::string label = call.name;
         if (call.flags & O_TRUNC) label += " and truncate";
         if (call.path == path) return label + " the file";
@@ -150,16 +150,18 @@ std::string octal(unsigned mode) {
 }
 
 /// What is so where it is not what was reported; empty where it is.
-std::string difference(Outcome const& good, Outcome const& outcome) {
-    if (outcome.stored && outcome.next != outcome.after + "later 1\r\n")
+std::string difference(const Outcome& good, const Outcome& outcome) {
+    if (outcome.stored && outcome.next != outcome.after + "later 1\r\n") {
         return "the next store finishes the removal and undoes what was stored meanwhile";
+    }
     if (outcome.report != good.report && good.report == "the value") return "the key is there";
-    bool const done = outcome.after == good.after;
-    bool const untouched = outcome.after == outcome.before;
-    bool const refused = good.report == "true" && outcome.report == "false";
-    bool const failed = good.report == "opens" && outcome.report == "exception";
-    if (done && !refused)
+    const bool done = outcome.after == good.after;
+    const bool untouched = outcome.after == outcome.before;
+    const bool refused = good.report == "true" && outcome.report == "false";
+    const bool failed = good.report == "opens" && outcome.report == "exception";
+    if (done && !refused) {
         return failed || outcome.mode == good.mode ? "" : "the mode is " + octal(outcome.mode);
+    }
     if (untouched && (refused || failed)) return "";
     if (untouched) return "the file is as before";
     if (outcome.after.empty()) return "the file is empty";
@@ -175,12 +177,12 @@ std::set<Row> rowsOfThePage() {
         Row row;
         std::size_t cells = 0;
         for (std::size_t at = 0; cells < row.size() && line.compare(at, 2, "| ") == 0; ++cells) {
-            auto const end = line.find(" |", at + 1);
+            const auto end = line.find(" |", at + 1);
             if (end == std::string::npos) break;
             row[cells] = line.substr(at + 2, end - at - 2);
             at = end + 1;
         }
-        auto const named = [&](Operation const& each) { return row[0] == each.name; };
+        const auto named = [&](const Operation& each) { return row[0] == each.name; };
         if (cells == row.size() && std::ranges::any_of(operations(), named)) rows.insert(row);
     }
     return rows;
@@ -191,47 +193,50 @@ struct FaultRows : DataStoreFaults {
 
     /// Each file call of the operation fails with each fault: this call alone, or it and all later
     /// ones by its name.
-    void failInTurn(Operation const& operation, std::size_t size) {
+    void failInTurn(const Operation& operation, std::size_t size) {
         Outcome good;
-        auto const calls = callsOf(operation, size, good);
+        const auto calls = callsOf(operation, size, good);
         ASSERT_FALSE(calls.empty());
         ASSERT_EQ(difference(good, good), "") << operation.name << ", " << size;
-        for (std::size_t failing = 0; failing < calls.size(); ++failing)
-            for (auto const fault : faults) {
+        for (std::size_t failing = 0; failing < calls.size(); ++failing) {
+            for (const auto fault : faults) {
                 std::size_t number = 0;
-                auto const once = [&](FileCall const&) {
+                const auto once = [&](const FileCall&) {
                     return number++ == failing ? fault : made;
                 };
                 note(operation, calls[failing], "once", good, run(operation, size, once));
                 if (fault == EINTR) continue;  // what is always interrupted never ends
                 number = 0;
-                auto const onwards = [&](FileCall const& call) {
+                const auto onwards = [&](const FileCall& call) {
                     return number++ >= failing && call.name == calls[failing].name ? fault : made;
                 };
                 note(operation, calls[failing], "from then on", good,
                      run(operation, size, onwards));
             }
+        }
     }
 
     /// Two calls fail, the first of them once with EIO and once by doing half of its work.
-    void failTwice(Operation const& operation, std::size_t size) {
+    void failTwice(const Operation& operation, std::size_t size) {
         Outcome good;
-        auto const calls = callsOf(operation, size, good).size() + extraCalls;
-        for (std::size_t second = 1; second < calls; ++second)
-            for (std::size_t first = 0; first < second; ++first)
-                for (auto const fault : {EIO, halved}) {
+        const auto calls = callsOf(operation, size, good).size() + extraCalls;
+        for (std::size_t second = 1; second < calls; ++second) {
+            for (std::size_t first = 0; first < second; ++first) {
+                for (const auto fault : {EIO, halved}) {
                     std::size_t number = 0;
-                    auto const outcome = run(operation, size, [&](FileCall const&) {
-                        auto const current = number++;
+                    const auto outcome = run(operation, size, [&](const FileCall&) {
+                        const auto current = number++;
                         return current == first ? fault : current == second ? ENOSPC : made;
                     });
                     noteTwo(operation, good, outcome);
                 }
+            }
+        }
     }
 
-    void note(Operation const& operation, FileCall const& call, char const* often,
-              Outcome const& good, Outcome const& outcome) {
-        auto const truth = difference(good, outcome);
+    void note(const Operation& operation, const FileCall& call, const char* often,
+              const Outcome& good, const Outcome& outcome) {
+        const auto truth = difference(good, outcome);
         Row row{operation.name, label(call), "once", outcome.report, truth};
         if (truth.empty()) return;
         EXPECT_TRUE(outcome.logged || call.name == "stat") << row[0] << ", " << row[1];
@@ -241,22 +246,24 @@ struct FaultRows : DataStoreFaults {
     }
 
     /// Notes an end that no failure of one kind has.
-    void noteTwo(Operation const& operation, Outcome const& good, Outcome const& outcome) {
-        auto const truth = difference(good, outcome);
-        auto const isSo = [&](Row const& row) {
+    void noteTwo(const Operation& operation, const Outcome& good, const Outcome& outcome) {
+        const auto truth = difference(good, outcome);
+        const auto isSo = [&](const Row& row) {
             return row[0] == operation.name && row[3] == outcome.report && row[4] == truth;
         };
-        if (!truth.empty() && std::ranges::none_of(found, isSo))
+        if (!truth.empty() && std::ranges::none_of(found, isSo)) {
             found.insert({operation.name, "two calls", "at once", outcome.report, truth});
+        }
     }
 
     static constexpr std::size_t extraCalls = 4;  // that a first failure may bring about
 };
 
 TEST_F(FaultRows, AreThoseOfThePageAndNoOthers) {
-    for (auto const& operation : operations())
-        for (auto const size : sizes) failInTurn(operation, size);
-    for (auto const& operation : operations()) failTwice(operation, 20);
+    for (const auto& operation : operations()) {
+        for (const auto size : sizes) failInTurn(operation, size);
+    }
+    for (const auto& operation : operations()) failTwice(operation, 20);
     EXPECT_EQ(found, rowsOfThePage());
     EXPECT_GT(points, 4000);
     RecordProperty("points", points);

@@ -1,22 +1,22 @@
 // The store beside its slow twin, which does the same with stdio and nothing else.
 
+#include "tests/common/PlainStore.h"
+#include "tests/common/StoreFixture.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 #include <vector>
 
-#include "tests/common/PlainStore.h"
-#include "tests/common/StoreFixture.h"
-
 namespace {
 
 struct DataStoreTwins : StoreFixture {
-    std::string const twinPath = path + ".twin";
+    const std::string twinPath = path + ".twin";
     std::mt19937 random{7};
 
     std::string word() {
-        static std::vector<std::string> const words = {"a",
+        static const std::vector<std::string> words = {"a",
                                                        "b",
                                                        "c",
                                                        "key",
@@ -38,21 +38,22 @@ struct DataStoreTwins : StoreFixture {
 TEST_F(DataStoreTwins, LeaveTheSameBytesAfterAnyOperations) {
     for (int round = 0; round < 60; ++round) {
         std::string start;
-        for (auto count = random() % 8; count > 0; --count)
+        for (auto count = random() % 8; count > 0; --count) {
             start += word() + (random() % 2 ? " " : "\r\n");
+        }
         write(start);
         write(twinPath, start);
-        auto const store = open();
+        const auto store = open();
         PlainStore plain(twinPath);
         for (int step = 0; step < 30; ++step) {
-            auto const key = word();
-            auto const value = word();
-            auto const operation = random() % 4;
+            const auto key = word();
+            const auto value = word();
+            const auto operation = random() % 4;
             if (operation == 0) {
                 EXPECT_FALSE(store->remove(key));
                 plain.remove(key);
             } else if (operation == 1) {
-                auto const record = plain.find(key);
+                const auto record = plain.find(key);
                 EXPECT_EQ(store->fetchString(key), record ? record->value : "");
                 EXPECT_EQ(store->exists(key), record.has_value());
             } else {

@@ -1,5 +1,10 @@
 #include "common/DataStoreTxt.h"
 
+#include "common/PYLConstants.h"
+#include "tests/common/FileCalls.h"
+#include "tests/common/StoreFixture.h"
+#include "tests/common/VirtualTable.h"
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -13,11 +18,6 @@
 #include <thread>
 #include <type_traits>
 #include <vector>
-
-#include "common/PYLConstants.h"
-#include "tests/common/FileCalls.h"
-#include "tests/common/StoreFixture.h"
-#include "tests/common/VirtualTable.h"
 
 namespace {
 
@@ -55,7 +55,7 @@ TEST(DataStore, ThrowsAnErrorThatIsNoStandardException) {
 
 TEST_F(DataStoreTxtTest, MakesAnEmptyFileForItsOwnerAlone) {
     umask(0);
-    auto const store = open();
+    const auto store = open();
     umask(022);
     EXPECT_EQ(content(), "");
     EXPECT_EQ(modeOf(path), 01600U);
@@ -67,15 +67,15 @@ TEST_F(DataStoreTxtTest, MakesAnEmptyFileForItsOwnerAlone) {
 TEST_F(DataStoreTxtTest, LeavesAFileThatIsThereAsItIs) {
     write("a 1\r\n");
     fs::permissions(path, fs::perms(0644));
-    auto const store = open();
+    const auto store = open();
     EXPECT_EQ(content(), "a 1\r\n");
     EXPECT_EQ(modeOf(path), 0644U);
 }
 
 TEST_F(DataStoreTxtTest, GoesOnWithoutTheModeThatItCannotSet) {
-    HookedFileCalls const noModes(
-        [](FileCall const& call) { return call.name == "chmod" ? EPERM : made; });
-    auto const store = open();
+    const HookedFileCalls noModes(
+        [](const FileCall& call) { return call.name == "chmod" ? EPERM : made; });
+    const auto store = open();
     EXPECT_EQ(log.journal->take(),
               (Lines{"information: cxtor()", "information: _filename is /etc/cim/t.txt",
                      "error: file chmod failed!", "error: Operation not permitted",
@@ -102,7 +102,7 @@ TEST_F(DataStoreTxtTest, ThrowsForADirectoryInPlaceOfTheFile) {
 
 TEST_F(DataStoreTxtTest, ThrowsInADirectoryThatItMustNotWrite) {
     if (geteuid() == 0) GTEST_SKIP() << "root writes in every directory";
-    auto const directory = fs::path(path).parent_path();
+    const auto directory = fs::path(path).parent_path();
     fs::permissions(directory, fs::perms(0500));
     EXPECT_EQ(messageOf([] { open(); }), "Permission denied");
     fs::permissions(directory, fs::perms(0700));
@@ -111,16 +111,16 @@ TEST_F(DataStoreTxtTest, ThrowsInADirectoryThatItMustNotWrite) {
 TEST_F(DataStoreTxtTest, RemovesWithoutACopyInADirectoryThatItMustNotWrite) {
     if (geteuid() == 0) GTEST_SKIP() << "root writes in every directory";
     write("a 1\r\nb 2\r\n");
-    auto const directory = fs::path(path).parent_path();
+    const auto directory = fs::path(path).parent_path();
     fs::permissions(directory, fs::perms(0500));
-    auto const store = open();
+    const auto store = open();
     EXPECT_FALSE(store->remove("a"));
     fs::permissions(directory, fs::perms(0700));
     EXPECT_EQ(content(), "b 2\r\n");
 }
 
 TEST_F(DataStoreTxtTest, MakesTheFileThatADanglingLinkNames) {
-    auto const target = path + ".target";
+    const auto target = path + ".target";
     fs::create_symlink(target, path);
     EXPECT_TRUE(open()->storeString("a", "1"));
     EXPECT_TRUE(fs::is_symlink(path));
@@ -129,7 +129,7 @@ TEST_F(DataStoreTxtTest, MakesTheFileThatADanglingLinkNames) {
 }
 
 TEST_F(DataStoreTxtTest, KeepsNoDescriptorWhenItIsGoneOrWasNeverMade) {
-    auto const before = openDescriptors();
+    const auto before = openDescriptors();
     open()->storeString("a", "1");
     open()->remove("a");
     fs::remove(path);
@@ -139,13 +139,13 @@ TEST_F(DataStoreTxtTest, KeepsNoDescriptorWhenItIsGoneOrWasNeverMade) {
 }
 
 TEST_F(DataStoreTxtTest, DoesNotPassItsDescriptorsOnToChildren) {
-    auto const before = openDescriptors();
-    auto const store = open();
+    const auto before = openDescriptors();
+    const auto store = open();
     store->storeString("a", "1");
     store->remove("a");
     EXPECT_GT(openDescriptors(), before);
-    for (auto const& entry : fs::directory_iterator("/proc/self/fd")) {
-        int const descriptor = std::stoi(entry.path().filename());
+    for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+        const int descriptor = std::stoi(entry.path().filename());
         std::error_code gone;
         if (fs::read_symlink(entry.path(), gone) != path) continue;
         EXPECT_EQ(fcntl(descriptor, F_GETFD), FD_CLOEXEC);
@@ -183,7 +183,7 @@ TEST_F(DataStoreTxtTest, LogsEachOperationsSteps) {
 }
 
 TEST_F(DataStoreTxtTest, LogsTypedOperationsAsThoseOfTheirText) {
-    auto const store = open();
+    const auto store = open();
     log.journal->take();
     store->storeUint64("a", 1);
     store->fetchBool("a");
@@ -197,7 +197,7 @@ TEST_F(DataStoreTxtTest, LogsTypedOperationsAsThoseOfTheirText) {
 // Records
 
 TEST_F(DataStoreTxtTest, WritesALineARecord) {
-    auto const store = open();
+    const auto store = open();
     EXPECT_TRUE(store->storeString("first", "1"));
     EXPECT_TRUE(store->storeString("second", "two"));
     EXPECT_EQ(content(), "first 1\r\nsecond two\r\n");
@@ -212,15 +212,16 @@ TEST_F(DataStoreTxtTest, KeepsWhatItHoldsForTheNextStore) {
 }
 
 TEST_F(DataStoreTxtTest, LeavesOneLineForAKeyThatIsStoredAgain) {
-    auto const store = open();
-    for (auto const* const value : {"111", "222", "333"})
+    const auto store = open();
+    for (const auto* const value : {"111", "222", "333"}) {
         EXPECT_TRUE(store->storeString("a", value));
+    }
     EXPECT_EQ(content(), "a 333\r\n");
 }
 
 TEST_F(DataStoreTxtTest, TakesTheFirstOfSeveralRecordsWithOneKey) {
     write("a 1\r\na 2\r\n");
-    auto const store = open();
+    const auto store = open();
     EXPECT_EQ(store->fetchString("a"), "1");
     store->storeString("a", "3");
     EXPECT_EQ(content(), "a 3\r\na 2\r\n");
@@ -228,7 +229,7 @@ TEST_F(DataStoreTxtTest, TakesTheFirstOfSeveralRecordsWithOneKey) {
 
 TEST_F(DataStoreTxtTest, TellsKeysApartByCaseAndToTheEnd) {
     write("Key 1\r\nkeys 2\r\n");
-    auto const store = open();
+    const auto store = open();
     EXPECT_FALSE(store->exists("key"));
     EXPECT_FALSE(store->exists("Ke"));
     EXPECT_FALSE(store->exists("1"));
@@ -252,14 +253,14 @@ TEST_F(DataStoreTxtTest, RunsOverTheNextRecordWithALongerValue) {
 }
 
 TEST_F(DataStoreTxtTest, ReadsAValueWithABlankToItsFirstWord) {
-    auto const store = open();
+    const auto store = open();
     store->storeString("a", "one two");
     EXPECT_EQ(content(), "a one two\r\n");
     EXPECT_EQ(store->fetchString("a"), "one");
 }
 
 TEST_F(DataStoreTxtTest, ReadsTheNextKeyInPlaceOfAnEmptyValue) {
-    auto const store = open();
+    const auto store = open();
     store->storeString("a", "");
     EXPECT_EQ(content(), "a \r\n");
     EXPECT_TRUE(store->exists("a"));
@@ -269,8 +270,8 @@ TEST_F(DataStoreTxtTest, ReadsTheNextKeyInPlaceOfAnEmptyValue) {
 }
 
 TEST_F(DataStoreTxtTest, WritesAndReadsUncommonWordsAsTheyAre) {
-    auto const store = open();
-    for (auto const* const word : {"%s%n%d", "\"quoted\"", "'", "\xff\xfe\x80", "\xc3\xa4", "#",
+    const auto store = open();
+    for (const auto* const word : {"%s%n%d", "\"quoted\"", "'", "\xff\xfe\x80", "\xc3\xa4", "#",
                                    "\\r\\n", "-", "=", "\x01"}) {
         EXPECT_TRUE(store->storeString(word, word));
         EXPECT_EQ(store->fetchString(word), word);
@@ -278,19 +279,19 @@ TEST_F(DataStoreTxtTest, WritesAndReadsUncommonWordsAsTheyAre) {
 }
 
 TEST_F(DataStoreTxtTest, CutsWordsAtAZeroByte) {
-    auto const store = open();
+    const auto store = open();
     store->storeString(std::string("a\0b", 3), std::string("1\0002", 3));
     EXPECT_EQ(content(), "a 1\r\n");
     EXPECT_EQ(store->fetchString("a"), "1");
 }
 
 TEST_F(DataStoreTxtTest, SurvivesTheLongestWordsAndLonger) {
-    auto const store = open();
-    std::string const longest(1023, 'k');
+    const auto store = open();
+    const std::string longest(1023, 'k');
     store->storeString(longest, std::string(1023, 'v'));
     EXPECT_EQ(store->fetchString(longest), std::string(1023, 'v'));
 
-    std::string const huge(1 << 20, 'h');
+    const std::string huge(1 << 20, 'h');
     EXPECT_TRUE(store->storeString(huge, huge));
     EXPECT_FALSE(store->exists(huge));
     EXPECT_EQ(store->fetchString(std::string(1023, 'h')), std::string(1023, 'h'));
@@ -298,7 +299,7 @@ TEST_F(DataStoreTxtTest, SurvivesTheLongestWordsAndLonger) {
 }
 
 TEST_F(DataStoreTxtTest, ReadsAFileAfreshEachTime) {
-    auto const store = open();
+    const auto store = open();
     write("a 1\r\n");
     EXPECT_EQ(store->fetchString("a"), "1");
     write("a 2\r\n");
@@ -306,7 +307,7 @@ TEST_F(DataStoreTxtTest, ReadsAFileAfreshEachTime) {
 }
 
 TEST_F(DataStoreTxtTest, WritesOnIntoAFileThatVanishedAndMakesItAgainInARemoval) {
-    auto const store = open();
+    const auto store = open();
     store->storeString("a", "1");
     fs::remove(path);
     EXPECT_TRUE(store->storeString("b", "2"));
@@ -319,7 +320,7 @@ TEST_F(DataStoreTxtTest, WritesOnIntoAFileThatVanishedAndMakesItAgainInARemoval)
 TEST_F(DataStoreTxtTest, ReadsAHugeFileWithoutLineEnds) {
     write("");
     fs::resize_file(path, std::uintmax_t{100} << 20);
-    auto const store = open();
+    const auto store = open();
     EXPECT_FALSE(store->exists("a"));
     EXPECT_TRUE(store->exists(""));  // as C reads words of zero bytes
     EXPECT_EQ(store->fetchString("a"), "");
@@ -355,7 +356,7 @@ TEST_F(DataStoreTxtTest, KeepsTheFileOpenWhileItIsUsable) {
 // Typed values
 
 TEST_F(DataStoreTxtTest, StoresNumbersTimesAndFlagsAsDecimalText) {
-    auto const store = open();
+    const auto store = open();
     EXPECT_TRUE(store->storeUint64("u", std::numeric_limits<unsigned long>::max()));
     EXPECT_TRUE(store->storeTimeT("t", std::numeric_limits<long>::min()));
     EXPECT_TRUE(store->storeBool("yes", true));
@@ -369,8 +370,8 @@ TEST_F(DataStoreTxtTest, StoresNumbersTimesAndFlagsAsDecimalText) {
 
 TEST_F(DataStoreTxtTest, ReadsZeroForAMissingKeyAndForNoNumber) {
     write("text abc\r\n");
-    auto const store = open();
-    for (auto const* const key : {"missing", "text"}) {
+    const auto store = open();
+    for (const auto* const key : {"missing", "text"}) {
         EXPECT_EQ(store->fetchUint64(key), 0U);
         EXPECT_EQ(store->fetchTimeT(key), 0);
         EXPECT_FALSE(store->fetchBool(key));
@@ -379,7 +380,7 @@ TEST_F(DataStoreTxtTest, ReadsZeroForAMissingKeyAndForNoNumber) {
 
 TEST_F(DataStoreTxtTest, ReadsNumbersAsAStringStreamDoes) {
     write("padded 00042\r\ntail 7x\r\nbig 99999999999999999999\r\n");
-    auto const store = open();
+    const auto store = open();
     EXPECT_EQ(store->fetchUint64("padded"), 42U);
     EXPECT_EQ(store->fetchTimeT("tail"), 7);
     EXPECT_EQ(store->fetchUint64("big"), std::numeric_limits<unsigned long>::max());
@@ -389,11 +390,11 @@ TEST_F(DataStoreTxtTest, ReadsNumbersAsAStringStreamDoes) {
 // Threads
 
 TEST_F(DataStoreTxtTest, ServesSeveralThreadsAtOnce) {
-    auto const store = open();
+    const auto store = open();
     constexpr int rounds = 100;
     {
         std::vector<std::jthread> threads;
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 4; ++i) {
             threads.emplace_back([&store, key = "key" + std::to_string(i)] {
                 for (unsigned long round = 1; round <= rounds; ++round) {
                     EXPECT_TRUE(store->storeUint64(key, 1000 + round));
@@ -401,12 +402,14 @@ TEST_F(DataStoreTxtTest, ServesSeveralThreadsAtOnce) {
                     EXPECT_FALSE(store->remove(round % 10 == 0 && round < rounds ? key : "x"));
                 }
             });
+        }
         threads.emplace_back([&store] {
             for (int round = 0; round < rounds; ++round) store->exists("key0");
         });
     }
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(store->fetchUint64("key" + std::to_string(i)), 1000U + rounds);
+    }
 }
 
 }  // namespace

@@ -1,11 +1,6 @@
 // The virtual tables of the decorators and of what they derive from, which modules that were built
 // earlier call through: the order of the operations is part of the binary interface.
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <vector>
-
 #include "common/AutostartDecorator.h"
 #include "common/DecoratorUtils.h"
 #include "common/LoggedProvider.h"
@@ -13,15 +8,21 @@
 #include "tests/common/ProviderOperations.h"
 #include "tests/common/VirtualTable.h"
 
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
 namespace {
 
 using PYL::LoggedProvider;
 
 /// The operations, given in their order, stand one behind the other after the destructor's two
 /// entries.
-void expectOrder(std::vector<int> const& slots) {
-    for (std::size_t i = 0; i < slots.size(); ++i)
+void expectOrder(const std::vector<int>& slots) {
+    for (std::size_t i = 0; i < slots.size(); ++i) {
         EXPECT_EQ(slots[i], static_cast<int>(i) + 2) << "operation " << i;
+    }
 }
 
 /// All decorators have the same primary table.
@@ -73,7 +74,7 @@ template <typename... Value>
 std::vector<int> methodResultSlots() {
     using Result = CmpiCpp::CmpiMethodResult;
     return {slotOf(static_cast<void (Result::*)(Value)>(&Result::deliver))...,
-            slotOf(static_cast<void (Result::*)(CmpiCpp::CmpiName const&, Value)>(
+            slotOf(static_cast<void (Result::*)(const CmpiCpp::CmpiName&, Value)>(
                 &Result::deliver))...};
 }
 
@@ -82,18 +83,18 @@ TEST(ProviderTables, HoldTheResultsInTheirOrder) {
     expectOrder({slotOf(&CmpiObjectPathResult::deliver)});
     expectOrder({slotOf(&CmpiInstanceResult::deliver)});
     expectOrder(
-        methodResultSlots<CmpiData const&, unsigned char, signed char, unsigned short, short,
+        methodResultSlots<const CmpiData&, unsigned char, signed char, unsigned short, short,
                           unsigned int, int, unsigned long long, long long, float, double, bool,
-                          char const*, std::string const&, CmpiObjectPath const&>());
+                          const char*, const std::string&, const CmpiObjectPath&>());
 }
 
-CmpiCpp::CmpiProvider* noProvider(CmpiCpp::CmpiBroker const&, Logger&) {
+CmpiCpp::CmpiProvider* noProvider(const CmpiCpp::CmpiBroker&, Logger&) {
     return nullptr;
 }
 
 /// The entry of an object's own table, which stands where the object begins.
-void const* entryOf(void const* object, int slot) {
-    void const* const* table = nullptr;
+const void* entryOf(const void* object, int slot) {
+    const void* const* table = nullptr;
     std::memcpy(&table, object, sizeof table);
     return table[slot];
 }
@@ -101,8 +102,8 @@ void const* entryOf(void const* object, int slot) {
 TEST(ProviderTables, LayTheBasesOutInTheirOrderRoundOneSharedProvider) {
     JournalLog log;
     LoggedProvider provider(CmpiCpp::CmpiBroker(nullptr), log.logger, noProvider);
-    auto const at = [&](auto* base) {
-        return reinterpret_cast<char const*>(base) - reinterpret_cast<char const*>(&provider);
+    const auto at = [&](auto* base) {
+        return reinterpret_cast<const char*>(base) - reinterpret_cast<const char*>(&provider);
     };
     constexpr auto word = static_cast<std::ptrdiff_t>(sizeof(void*));
     EXPECT_EQ(at(static_cast<CmpiCpp::CmpiInstanceProvider*>(&provider)), 0);
@@ -110,7 +111,7 @@ TEST(ProviderTables, LayTheBasesOutInTheirOrderRoundOneSharedProvider) {
     EXPECT_EQ(at(static_cast<CmpiCpp::CmpiAssociationProvider*>(&provider)), 2 * word);
     EXPECT_EQ(at(static_cast<CmpiCpp::CmpiIndicationProvider*>(&provider)), 3 * word);
     // The logger (two pointers' pairs) and the inner provider follow; the shared base comes last.
-    auto const shared = at(static_cast<CmpiCpp::CmpiProvider*>(&provider));
+    const auto shared = at(static_cast<CmpiCpp::CmpiProvider*>(&provider));
     EXPECT_EQ(shared, 4 * word + static_cast<std::ptrdiff_t>(sizeof(Logger)) + word);
     EXPECT_EQ(at(static_cast<CmpiCpp::CmpiProvider*>(
                   static_cast<CmpiCpp::CmpiIndicationProvider*>(&provider))),

@@ -1,17 +1,17 @@
 #include "common/DecoratorUtils.h"
 
-#include <gtest/gtest.h>
-
-#include <cfloat>
-#include <climits>
-#include <functional>
-
 #include "cmpicpp/CmpiArray.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/HostName.h"
 #include "tests/common/InnerProvider.h"
 #include "tests/common/TestBroker.h"
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <climits>
+#include <functional>
 
 namespace {
 
@@ -83,11 +83,11 @@ TEST_F(ResultLoggers, LogPassOnAndCountInstances) {
 
 TEST_F(ResultLoggers, PassOnTheVeryObjectThatTheyGot) {
     struct Address : CmpiCpp::CmpiObjectPathResult {
-        void deliver(CmpiObjectPath const& path) override { seen = &path; }
-        CmpiObjectPath const* seen = nullptr;
+        void deliver(const CmpiObjectPath& path) override { seen = &path; }
+        const CmpiObjectPath* seen = nullptr;
     } sink;
     LoggedObjectPathResult result(log.logger, sink);
-    auto const path = host.path("PYL_Thing", "a");
+    const auto path = host.path("PYL_Thing", "a");
     result.deliver(path);
     EXPECT_EQ(sink.seen, &path);
 }
@@ -100,7 +100,7 @@ struct Delivery {
     std::string namedLine;  ///< where it differs
     std::string value;
     std::function<void(CmpiMethodResult&)> returned;
-    std::function<void(CmpiMethodResult&, CmpiName const&)> output;
+    std::function<void(CmpiMethodResult&, const CmpiName&)> output;
 };
 
 template <typename Value>
@@ -113,7 +113,7 @@ Delivery row(std::string type, std::string line, std::string value, Value given,
         std::move(namedLine),
         std::move(value),
         [given](CmpiMethodResult& result) { result.deliver(given); },
-        [given](CmpiMethodResult& result, CmpiName const& name) { result.deliver(name, given); }};
+        [given](CmpiMethodResult& result, const CmpiName& name) { result.deliver(name, given); }};
 }
 
 std::vector<Delivery> deliveries(TestBroker& host) {
@@ -123,7 +123,7 @@ std::vector<Delivery> deliveries(TestBroker& host) {
     array.setElementAt(0, static_cast<unsigned short>(1));
     auto arguments = CmpiCpp::makeCmpiArgs(host.broker());
     arguments.addArg("List", array);
-    auto const pathText = path.str();
+    const auto pathText = path.str();
     return {
         row("data", "[uint32]12)", "12", path.getKey("Speed")),
         row("data", "[string]\"a\")", "\"a\"", path.getKey("Id")),
@@ -142,8 +142,8 @@ std::vector<Delivery> deliveries(TestBroker& host) {
         row("real64", "[real64]-2.250000)", "-2.250000", -2.25, "[real64]-2.250000"),
         row("boolean", "[bool]1)", "1", true, "[bool]1"),
         row("boolean", "[bool]0)", "0", false, "[bool]0"),
-        row("text", "[char*]100% %s%n)", "100% %s%n", static_cast<char const*>("100% %s%n")),
-        row("text", "[char*](null))", "NULL", static_cast<char const*>(nullptr)),
+        row("text", "[char*]100% %s%n)", "100% %s%n", static_cast<const char*>("100% %s%n")),
+        row("text", "[char*](null))", "NULL", static_cast<const char*>(nullptr)),
         row("string", "[string]a%db)", "a%db", std::string("a%db")),
         row("string", "[string])", "", std::string()),
         row("path", "[obj]" + pathText + ")", pathText, path),
@@ -155,7 +155,7 @@ TEST_F(ResultLoggers, LogPassOnAndCountReturnValuesOfEveryType) {
     CapturedMethodResult sink(journal);
     LoggedMethodResult result(log.logger, sink);
     int count = 0;
-    for (auto const& delivery : deliveries(host)) {
+    for (const auto& delivery : deliveries(host)) {
         delivery.returned(result);
         EXPECT_EQ(journal.take(), (Lines{"information: deliver(" + delivery.line,
                                          "delivered " + delivery.type + " " + delivery.value}));
@@ -167,7 +167,7 @@ TEST_F(ResultLoggers, LogPassOnAndCountOutputArgumentsOfEveryType) {
     CapturedMethodResult sink(journal);
     LoggedMethodResult result(log.logger, sink);
     int count = 0;
-    for (auto const& delivery : deliveries(host)) {
+    for (const auto& delivery : deliveries(host)) {
         delivery.output(result, "Out");
         EXPECT_EQ(journal.take(),
                   (Lines{"information: deliver(Out=" + delivery.namedLine,
@@ -183,12 +183,12 @@ TEST_F(ResultLoggers, CountNothingThatTheSinkRefuses) {
     LoggedObjectPathResult paths(log.logger, pathSink);
     LoggedInstanceResult instances(log.logger, instanceSink);
     LoggedMethodResult method(log.logger, methodSink);
-    auto const instance = CmpiCpp::makeCmpiInstance(host.broker(), host.path("PYL_Thing", "a"));
-    for (auto const& failure : allFailures()) {
+    const auto instance = CmpiCpp::makeCmpiInstance(host.broker(), host.path("PYL_Thing", "a"));
+    for (const auto& failure : allFailures()) {
         pathSink.onDeliver = instanceSink.onDeliver = methodSink.onDeliver = failure.raise;
         EXPECT_EQ(outcomeOf([&] { paths.deliver(instance.getPath()); }), failure.name);
         EXPECT_EQ(outcomeOf([&] { instances.deliver(instance); }), failure.name);
-        for (auto const& delivery : deliveries(host)) {
+        for (const auto& delivery : deliveries(host)) {
             EXPECT_EQ(outcomeOf([&] { delivery.returned(method); }), failure.name);
             EXPECT_EQ(outcomeOf([&] { delivery.output(method, "Out"); }), failure.name);
         }
@@ -197,14 +197,14 @@ TEST_F(ResultLoggers, CountNothingThatTheSinkRefuses) {
     EXPECT_EQ(instances.size(), 0);
     EXPECT_EQ(method.size(), 0);
     // Each item was logged before it was refused, and nothing was delivered.
-    for (auto const& line : journal.take()) EXPECT_EQ(line.rfind("information: deliver(", 0), 0U);
+    for (const auto& line : journal.take()) EXPECT_EQ(line.rfind("information: deliver(", 0), 0U);
 }
 
 TEST_F(ResultLoggers, PrintTheLongestRealsWhole) {
     CapturedMethodResult sink(journal);
     LoggedMethodResult result(log.logger, sink);
     result.deliver(DBL_MAX);
-    auto const line = journal.take().front();
+    const auto line = journal.take().front();
     EXPECT_EQ(line, "information: deliver([real64]" + std::to_string(DBL_MAX) + ")");
 }
 

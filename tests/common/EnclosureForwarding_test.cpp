@@ -1,9 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "common/KTAlertIndication.h"
 #include "tests/common/Allocations.h"
 #include "tests/common/HostName.h"
@@ -11,6 +5,12 @@
 #include "tests/common/QuietResults.h"
 #include "tests/common/SystemName.h"
 #include "tests/platform/ipmi/FakeController.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -50,10 +50,10 @@ struct EnclosureForwarding : testing::Test {
         EXPECT_EQ(forwarded.mp_event_gen(), 0);
         return log.journal->take();
     }
-    static Lines calling(std::string const& line) {
+    static Lines calling(const std::string& line) {
         return {"information: calling ENCA_CLI_Exec with arg " + line};
     }
-    static inline std::string const plainLine =
+    static inline const std::string plainLine =
         "--PNAM KT_Cooling --EID 5 --PVER 03.02.00 --OSTYP 39 --OSVER 6.1.0-test --EVTTYP 2 --IMD "
         "5 "
         "--SGUID 00010203-0405-0607-0809-0a0b0c0d0e0f --SFWVER  --SNAM server-1";
@@ -82,7 +82,7 @@ TEST_F(EnclosureForwarding, TellsEverythingThatTheAlertKnows) {
 }
 
 TEST_F(EnclosureForwarding, LeavesOutAPartNumberThatIsNone) {
-    for (auto const* number : {"NULL", "NULL-1", ""}) {
+    for (const auto* number : {"NULL", "NULL-1", ""}) {
         auto& forwarded = alert();
         forwarded.setHWPartNumber(number);
         EXPECT_EQ(linesOf(forwarded), calling(plainLine)) << number;
@@ -119,13 +119,13 @@ TEST_F(EnclosureForwarding, WritesTheProvidersNameAsOneWord) {
 
 TEST_F(EnclosureForwarding, CallsNetworkEventsByTheirType) {
     struct {
-        char const* provider;
-        char const* type;
+        const char* provider;
+        const char* type;
     } const rows[] = {{"KT FCHBA", " --EVTTYP 1 "},
                       {"KT Ethernet", " --EVTTYP 1 "},
                       {"KT Cooling", " --EVTTYP 2 "},
                       {"kt ethernet", " --EVTTYP 2 "}};
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         auto& forwarded = alert();
         forwarded.providerName() = row.provider;
         linesOf(forwarded);
@@ -135,9 +135,9 @@ TEST_F(EnclosureForwarding, CallsNetworkEventsByTheirType) {
 
 TEST_F(EnclosureForwarding, DoesWithoutWhatTheSystemDoesNotTell) {
     setTestHostName(std::nullopt);
-    SystemNameIs const unnamed(std::nullopt);
+    const SystemNameIs unnamed(std::nullopt);
     auto& forwarded = alert();
-    auto const lines = linesOf(forwarded);
+    const auto lines = linesOf(forwarded);
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_TRUE(lines[0].starts_with("information: gethostname Error=")) << lines[0];
     EXPECT_TRUE(lines[0].ends_with(" ")) << lines[0];
@@ -148,7 +148,7 @@ TEST_F(EnclosureForwarding, DoesWithoutWhatTheSystemDoesNotTell) {
 TEST_F(EnclosureForwarding, LogsALongLineWholeAndSendsWhatFits) {
     auto& forwarded = alert();
     forwarded.setHWPartNumber(std::string(20'000, 'p'));
-    auto const lines = linesOf(forwarded);
+    const auto lines = linesOf(forwarded);
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_GT(lines[0].size(), 20'000U);
     EXPECT_EQ(controller.line.size(), 7999U);
@@ -163,14 +163,14 @@ TEST_F(EnclosureForwarding, PrintsPercentSignsAsTheyAre) {
 }
 
 struct Selection {
-    char const* provider;
-    char const* event;
+    const char* provider;
+    const char* event;
     int severity;
     bool forwarded;
 };
 
 TEST_F(EnclosureForwarding, TakesFaultsAndTheSignsOfLifeAlone) {
-    Selection const rows[] = {
+    const Selection rows[] = {
         {"KT Cooling", "5", degraded, true},     {"KT Cooling", "5", 7, true},
         {"KT Cooling", "5", information, false}, {"KT Cooling", "5", 0, false},
         {"KT Cooling", "1", -1, false},          {"KT WBEM", "1", information, true},
@@ -181,7 +181,7 @@ TEST_F(EnclosureForwarding, TakesFaultsAndTheSignsOfLifeAlone) {
         {"KT Test", " 1", information, true},    {"KT Test", "x", information, false},
         {"KT Test", "", information, false},     {"KT Test", "4294967297", information, false},
     };
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         auto& forwarded = alert(row.severity);
         forwarded.providerName() = row.provider;
         forwarded.eventID() = row.event;
@@ -193,14 +193,14 @@ TEST_F(EnclosureForwarding, TakesFaultsAndTheSignsOfLifeAlone) {
 
 TEST_F(EnclosureForwarding, SaysWhatItDoesNotTake) {
     struct {
-        char const* event;
-        char const* number;
+        const char* event;
+        const char* number;
     } const rows[] = {{"5", "5"},
                       {"", "0"},
                       {"-7", "-7"},
                       {"99999999999", "2147483647"},
                       {"-99999999999999999999", "-2147483648"}};
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         auto& alive = alert(information);
         alive.eventID() = row.event;
         EXPECT_EQ(
@@ -219,7 +219,7 @@ TEST_F(EnclosureForwarding, SaysThatTheControllerCannotBeOpened) {
 
 TEST_F(EnclosureForwarding, LeavesOtherServersAlone) {
     auto& forwarded = alert();
-    for (bool const isMaker : {false, true}) {
+    for (const bool isMaker : {false, true}) {
         controller.manufacturer = isMaker ? bmcManufacturerId : bmcManufacturerId + 1;
         controller.product = isMaker ? 4097 : 4098;
         EXPECT_EQ(linesOf(forwarded),
@@ -230,9 +230,9 @@ TEST_F(EnclosureForwarding, LeavesOtherServersAlone) {
 }
 
 TEST_F(EnclosureForwarding, SaysWhatTheModuleThinksOfTheCommand) {
-    std::string const internal =
+    const std::string internal =
         "Internal error - internal error detected - memory could not be allocated, etc.";
-    std::string const texts[] = {
+    const std::string texts[] = {
         "Provided command input data is not complete.",
         internal,
         "Error in index - given handle number does not match any currently outstanding requests.",
@@ -255,8 +255,8 @@ TEST_F(EnclosureForwarding, SaysWhatTheModuleThinksOfTheCommand) {
 
 TEST_F(EnclosureForwarding, SaysWhatIsWrongWithTheInterface) {
     auto& forwarded = alert();
-    auto const failing = [&](int status) {
-        controller.onExchange = [=](IpmiRequest const& request, IpmiResponse&) {
+    const auto failing = [&](int status) {
+        controller.onExchange = [=](const IpmiRequest& request, IpmiResponse&) {
             return request.command == 0x42 ? std::optional(status) : std::nullopt;
         };
         return linesOf(forwarded).back();
@@ -276,7 +276,7 @@ TEST_F(EnclosureForwarding, LetsNothingOutWhenMemoryRunsOut) {
     auto logger = silentLogger();
     Alert forwarded(logger, degraded);
     for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
-        FailingAllocation const failing(nth, false);
+        const FailingAllocation failing(nth, false);
         EXPECT_EQ(forwarded.mp_event_gen(), 0);
         ASSERT_LT(nth, 5000);
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cmpicpp/CmpiStatus.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -8,24 +10,22 @@
 #include <string>
 #include <vector>
 
-#include "cmpicpp/CmpiStatus.h"
-
 /// A status of a provider's own, which is to arrive as what it is.
 class DetailedStatus : public CmpiCpp::CmpiStatus {
 public:
-    DetailedStatus(CMPIrc rc, std::string const& message, int detailNumber)
+    DetailedStatus(CMPIrc rc, const std::string& message, int detailNumber)
         : CmpiStatus(rc, message), detail(detailNumber) {}
     int detail;
 };
 
 /// Everything that a provider may throw, by name.
 struct Failure {
-    char const* name;
+    const char* name;
     void (*raise)();
 };
 
-inline std::vector<Failure> const& allFailures() {
-    static std::vector<Failure> const failures = {
+inline const std::vector<Failure>& allFailures() {
+    static const std::vector<Failure> failures = {
         {"status 6 gone", [] { throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "gone"); }},
         {"detailed 1 broken 42", [] { throw DetailedStatus(CMPI_RC_ERR_FAILED, "broken", 42); }},
         {"exception odd", [] { throw std::runtime_error("odd"); }},
@@ -36,17 +36,17 @@ inline std::vector<Failure> const& allFailures() {
 }
 
 /// What the action throws, named as in the table above; "none" when it throws nothing.
-inline std::string outcomeOf(std::function<void()> const& action) {
+inline std::string outcomeOf(const std::function<void()>& action) {
     try {
         action();
-    } catch (DetailedStatus const& status) {
+    } catch (const DetailedStatus& status) {
         return "detailed " + std::to_string(status.rc()) + " " + status.message() + " " +
                std::to_string(status.detail);
-    } catch (CmpiCpp::CmpiStatus const& status) {
+    } catch (const CmpiCpp::CmpiStatus& status) {
         return "status " + std::to_string(status.rc()) + " " + status.message();
-    } catch (std::bad_alloc const&) {
+    } catch (const std::bad_alloc&) {
         return "bad_alloc";
-    } catch (std::exception const& error) {
+    } catch (const std::exception& error) {
         return std::string("exception ") + error.what();
     } catch (int number) {
         return "int " + std::to_string(number);

@@ -1,5 +1,8 @@
 // The switches of PYLUtil that are files.
 
+#include "common/PYLUtil.h"
+#include "tests/common/RedirectedFiles.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,39 +11,34 @@
 #include <fstream>
 #include <string>
 
-#include "common/PYLUtil.h"
-#include "tests/common/RedirectedFiles.h"
-
 namespace {
 
 namespace fs = std::filesystem;
 using PYL::PYLUtil;
 
 struct Switch {
-    char const* marker;
+    const char* marker;
     bool (*isOn)() noexcept;
     bool isTrigger;  ///< its marker goes when it is looked at
 };
 
-void PrintTo(Switch const& row, std::ostream* out) {
+void PrintTo(const Switch& row, std::ostream* out) {
     *out << row.marker;
 }
 
 /// A file that root owns whoever runs the test.
-constexpr char const* rootsFile = "/etc/passwd";
+constexpr const char* rootsFile = "/etc/passwd";
 
 /// Makes a marker that root does not own; a plain user's own file is one.
-void makeForeign(std::string const& path) {
+void makeForeign(const std::string& path) {
     std::ofstream(path) << "x";
     constexpr uid_t somebody = 65534;
-    if (::geteuid() == 0) {
-        ASSERT_EQ(::chown(path.c_str(), somebody, somebody), 0);
-    }
+    if (::geteuid() == 0) ASSERT_EQ(::chown(path.c_str(), somebody, somebody), 0);
 }
 
 struct FeatureSwitch : testing::TestWithParam<Switch> {
     RedirectedFiles files;
-    std::string const marker = RedirectedFiles::real(GetParam().marker);
+    const std::string marker = RedirectedFiles::real(GetParam().marker);
 
     bool there() const { return fs::symlink_status(marker).type() != fs::file_type::not_found; }
     bool isOn() const { return GetParam().isOn(); }
@@ -73,7 +71,7 @@ TEST_P(FeatureSwitch, FollowsALinkAndNeverRemovesItsTarget) {
     EXPECT_TRUE(fs::exists(rootsFile));
 
     fs::remove(marker);
-    auto const target = marker + ".target";
+    const auto target = marker + ".target";
     makeForeign(target);
     fs::create_symlink(target, marker);
     EXPECT_FALSE(isOn());
@@ -93,10 +91,12 @@ TEST_P(FeatureSwitch, IsOnByADirectoryOfRootWhichStays) {
 }
 
 TEST_P(FeatureSwitch, LooksAtNoOtherMarker) {
-    for (auto const* other : {"/tmp/PYL.heartbeats", "/tmp/PYL.test", "/tmp/PYL.EVConf",
-                              "/tmp/PYLPerfmon", "/tmp/PYL.Perfmon"})
-        if (std::string(other) != GetParam().marker)
+    for (const auto* other : {"/tmp/PYL.heartbeats", "/tmp/PYL.test", "/tmp/PYL.EVConf",
+                              "/tmp/PYLPerfmon", "/tmp/PYL.Perfmon"}) {
+        if (std::string(other) != GetParam().marker) {
             fs::create_symlink(rootsFile, RedirectedFiles::real(other));
+        }
+    }
     EXPECT_FALSE(isOn());
     EXPECT_TRUE(fs::is_symlink(RedirectedFiles::real("/tmp/PYL.Perfmon")));
 }

@@ -20,10 +20,10 @@ using Verdict = int;
 constexpr Verdict made = 0;
 constexpr Verdict halved = -1;
 
-using FileCallHook = std::function<Verdict(FileCall const&)>;
+using FileCallHook = std::function<Verdict(const FileCall&)>;
 
 /// The hook that is asked on this thread, or null.
-inline thread_local FileCallHook const* fileCallHook = nullptr;
+inline thread_local const FileCallHook* fileCallHook = nullptr;
 
 /// While it lives, the hook is asked before each file call of the library on this thread: open,
 /// stat, chmod, rename and unlink (RedirectedFiles.cpp), pread, pwrite, lseek, fstat, fchmod,
@@ -34,18 +34,18 @@ class HookedFileCalls {
 public:
     explicit HookedFileCalls(FileCallHook hook) : _hook(std::move(hook)) { fileCallHook = &_hook; }
     ~HookedFileCalls() { fileCallHook = nullptr; }
-    HookedFileCalls(HookedFileCalls const&) = delete;
-    HookedFileCalls& operator=(HookedFileCalls const&) = delete;
+    HookedFileCalls(const HookedFileCalls&) = delete;
+    HookedFileCalls& operator=(const HookedFileCalls&) = delete;
 
 private:
     FileCallHook _hook;
 };
 
 /// For the functions that stand in for the C library's.
-inline Verdict askFileCallHook(FileCall const& call) {
-    auto const* const hook = std::exchange(fileCallHook, nullptr);
+inline Verdict askFileCallHook(const FileCall& call) {
+    const auto* const hook = std::exchange(fileCallHook, nullptr);
     if (!hook) return made;
-    Verdict const verdict = (*hook)(call);
+    const Verdict verdict = (*hook)(call);
     fileCallHook = hook;
     return verdict;
 }

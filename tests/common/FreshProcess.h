@@ -12,7 +12,7 @@
 template <typename Body>
 void inFreshProcess(Body body) {
     std::fflush(nullptr);
-    pid_t const child = ::fork();
+    const pid_t child = ::fork();
     ASSERT_NE(child, -1);
     if (child == 0) {
         body();

@@ -4,7 +4,7 @@
 #include <string>
 
 /// The test program answers gethostname(2) itself, so that paths read the same on every machine.
-constexpr char const* testHostName = "server-1";
+constexpr const char* testHostName = "server-1";
 
 /// From now on the host has this name; nullopt makes the call fail.
 void setTestHostName(std::optional<std::string> name);
@@ -14,6 +14,6 @@ class HostNameIs {
 public:
     explicit HostNameIs(std::optional<std::string> name) { setTestHostName(std::move(name)); }
     ~HostNameIs() { setTestHostName(testHostName); }
-    HostNameIs(HostNameIs const&) = delete;
-    HostNameIs& operator=(HostNameIs const&) = delete;
+    HostNameIs(const HostNameIs&) = delete;
+    HostNameIs& operator=(const HostNameIs&) = delete;
 };

@@ -4,7 +4,7 @@
 
 /// A character entity of HTML 4.01 by its code point, as the DTD declares it.
 struct HtmlEntity {
-    char const* name;
+    const char* name;
     std::uint32_t codePoint;
 };
 

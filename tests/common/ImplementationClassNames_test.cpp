@@ -11,20 +11,20 @@ namespace {
 
 using namespace PYL;
 
-static_assert(std::is_same_v<std::remove_extent_t<decltype(emptyString)>, char const* const>,
+static_assert(std::is_same_v<std::remove_extent_t<decltype(emptyString)>, const char* const>,
               "a table cannot be written to");
 
 struct Pair {
-    char const* profile;
-    char const* const* classNames;
-    char const* const* nameSpaces;
+    const char* profile;
+    const char* const* classNames;
+    const char* const* nameSpaces;
     std::size_t size;
 };
 
 #define PYL_PAIR(profile, size) \
     { #profile, profile##ClassNames, profile##NameSpaces, size }
 
-Pair const pairs[] = {
+const Pair pairs[] = {
     PYL_PAIR(dmtfEthPort, 1),
     PYL_PAIR(dmtfIPInterface, 1),
     PYL_PAIR(dmtfOS, 1),
@@ -58,14 +58,14 @@ Pair const pairs[] = {
     PYL_PAIR(ktStorageEnc, 2),
 };
 
-std::vector<std::string> entries(char const* const* table) {
+std::vector<std::string> entries(const char* const* table) {
     std::vector<std::string> found;
     while (*table) found.emplace_back(*table++);
     return found;
 }
 
 TEST(ImplementationClassNames, GiveEachClassItsNamespace) {
-    for (auto const& pair : pairs) {
+    for (const auto& pair : pairs) {
         EXPECT_EQ(entries(pair.classNames).size(), pair.size) << pair.profile;
         EXPECT_EQ(entries(pair.nameSpaces), std::vector<std::string>(pair.size, "root/ktq"))
             << pair.profile;
@@ -73,9 +73,11 @@ TEST(ImplementationClassNames, GiveEachClassItsNamespace) {
 }
 
 TEST(ImplementationClassNames, AreOfTheFamilysClasses) {
-    for (auto const& pair : pairs)
-        for (auto const& name : entries(pair.classNames))
+    for (const auto& pair : pairs) {
+        for (const auto& name : entries(pair.classNames)) {
             EXPECT_TRUE(name.starts_with("PYL_")) << pair.profile << ": " << name;
+        }
+    }
 }
 
 TEST(ImplementationClassNames, AreTheSameForTheSameHardware) {
@@ -99,7 +101,7 @@ TEST(ImplementationClassNames, NameTheDataCollectionAsItsOwnProfile) {
 }
 
 // A static of another module that reads a table before main().
-std::string_view const readEarly = ktCSClassNames[0];
+const std::string_view readEarly = ktCSClassNames[0];
 
 TEST(ImplementationClassNames, AreThereBeforeMain) {
     EXPECT_EQ(readEarly, "PYL_ComputerSystem");

@@ -16,48 +16,51 @@ using PYL::RecordSet;
 
 std::vector<IndicationRow> rowsOf(std::string_view provider, RecordSet set) {
     std::vector<IndicationRow> rows;
-    for (auto const& row : PYL::findIndicationRows(provider))
+    for (const auto& row : PYL::findIndicationRows(provider)) {
         if (row.isIn(set)) rows.push_back(row);
+    }
     return rows;
 }
 
 std::vector<int> numbersOf(std::string_view provider, RecordSet set) {
     std::vector<int> numbers;
-    for (auto const& row : rowsOf(provider, set)) numbers.push_back(row.eventID);
+    for (const auto& row : rowsOf(provider, set)) numbers.push_back(row.eventID);
     return numbers;
 }
 
 IndicationRow rowOf(std::string_view provider, int number, RecordSet set = RecordSet::nonValmor) {
-    for (auto const& row : rowsOf(provider, set))
+    for (const auto& row : rowsOf(provider, set)) {
         if (row.eventID == number) return row;
+    }
     ADD_FAILURE() << provider << " has no event " << number;
     return {};
 }
 
 template <typename Visit>
 void forEachRow(Visit visit) {
-    for (IndicationGroup const& group : PYL::indicationGroups())
-        for (IndicationRow const& row : group.rows) {
+    for (const IndicationGroup& group : PYL::indicationGroups()) {
+        for (const IndicationRow& row : group.rows) {
             SCOPED_TRACE(std::string(group.providerName) + " " + std::to_string(row.eventID));
             visit(group, row);
         }
+    }
 }
 
-bool isHeartBeat(IndicationRow const& row) {
+bool isHeartBeat(const IndicationRow& row) {
     return row.probableCauseDescription.ends_with(" Heart Beat");
 }
 
-bool isPolicy(IndicationRow const& row) {
+bool isPolicy(const IndicationRow& row) {
     return row.otherEventSubCategory == "Consolidated Status Policy Changed";
 }
 
-bool isTemplate(IndicationRow const& row) {
+bool isTemplate(const IndicationRow& row) {
     return row.summary == "<Summary>";
 }
 
 TEST(IndicationCatalogue, HoldsAsManyRecordsOfEachGroupAsThereAreEvents) {
     struct {
-        char const* provider;
+        const char* provider;
         std::size_t nonValmor;
         std::size_t valmor;
     } const groups[] = {
@@ -85,7 +88,7 @@ TEST(IndicationCatalogue, HoldsAsManyRecordsOfEachGroupAsThereAreEvents) {
     EXPECT_EQ(PYL::indicationGroups().size(), std::size(groups));
     std::size_t nonValmor = 0;
     std::size_t valmor = 0;
-    for (auto const& group : groups) {
+    for (const auto& group : groups) {
         EXPECT_EQ(rowsOf(group.provider, RecordSet::nonValmor).size(), group.nonValmor)
             << group.provider;
         EXPECT_EQ(rowsOf(group.provider, RecordSet::valmor).size(), group.valmor) << group.provider;
@@ -112,9 +115,10 @@ TEST(IndicationCatalogue, KeepsTheOrderOfTheEvents) {
 }
 
 TEST(IndicationCatalogue, NumbersEventsForConsolesInTheirOwnWay) {
-    for (int number = 1; number <= 13; ++number)
+    for (int number = 1; number <= 13; ++number) {
         EXPECT_EQ(rowOf("PYL_VelaArrayStorageVolumeIndication", number).WBEMEventID,
                   std::to_string(100 + number));
+    }
     EXPECT_EQ(rowOf("PYL_VelaArrayDiskDriveIndication", 11).WBEMEventID, "211");
     EXPECT_EQ(rowOf("PYL_VelaArrayDiskDriveIndication", 13).WBEMEventID, "212");
     EXPECT_EQ(rowOf("PYL_VelaArrayDiskDriveIndication", 14).WBEMEventID, "213");
@@ -132,7 +136,7 @@ TEST(IndicationCatalogue, KeepsTheTextsThatConsolesKnowWithTheirMistakes) {
     EXPECT_EQ(rowOf("PYL_BaseServerIndication", 101).summary, "Test Event Id: ");
     EXPECT_EQ(rowOf("PYL_BaseServerIndication", 101).description,
               "This is an Informational Test Event. ");
-    auto const drive = "PYL_VelaArrayDiskDriveIndication";
+    const auto drive = "PYL_VelaArrayDiskDriveIndication";
     EXPECT_EQ(rowOf(drive, 6).summary, "Physical drive in Predictive Failure  state");
     EXPECT_EQ(rowOf(drive, 6).probableCauseDescription,
               "Physical drive status has changed to Predictive Failure due to Solid State wear "
@@ -146,9 +150,9 @@ TEST(IndicationCatalogue, KeepsTheTextsThatConsolesKnowWithTheirMistakes) {
 }
 
 TEST(IndicationCatalogue, SpeaksOfOneCollectionOnValmorAndOfSeveralElsewhere) {
-    for (int const number : {2, 3}) {
-        auto const here = rowOf("PYL_MPIndication", number).probableCauseDescription;
-        auto const there =
+    for (const int number : {2, 3}) {
+        const auto here = rowOf("PYL_MPIndication", number).probableCauseDescription;
+        const auto there =
             rowOf("PYL_MPIndication", number, RecordSet::valmor).probableCauseDescription;
         EXPECT_NE(here.find("KT_GroupSystemSpecificCollections operational"), here.npos);
         EXPECT_NE(there.find("KT_GroupSystemSpecificCollection operational"), there.npos);
@@ -156,7 +160,7 @@ TEST(IndicationCatalogue, SpeaksOfOneCollectionOnValmorAndOfSeveralElsewhere) {
 }
 
 TEST(IndicationCatalogue, SaysInEveryRecordWhatHappenedAndWhatToDo) {
-    forEachRow([](IndicationGroup const&, IndicationRow const& row) {
+    forEachRow([](const IndicationGroup&, const IndicationRow& row) {
         EXPECT_FALSE(row.WBEMEventID.empty());
         EXPECT_TRUE(row.WBEMProviderName.starts_with("KT "));
         EXPECT_FALSE(row.probableCauseDescription.empty());
@@ -169,20 +173,21 @@ TEST(IndicationCatalogue, SaysInEveryRecordWhatHappenedAndWhatToDo) {
 }
 
 TEST(IndicationCatalogue, HoldsTextsThatEveryConsoleCanShow) {
-    forEachRow([](IndicationGroup const&, IndicationRow const& row) {
-        for (auto const text :
+    forEachRow([](const IndicationGroup&, const IndicationRow& row) {
+        for (const auto text :
              {row.WBEMEventID, row.WBEMProviderName, row.probableCauseDescription, row.summary,
-              row.description, row.recommendedActions, row.otherEventSubCategory})
+              row.description, row.recommendedActions, row.otherEventSubCategory}) {
             EXPECT_TRUE(std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; }))
                 << text;
+        }
         EXPECT_TRUE(
             std::ranges::all_of(row.WBEMEventID, [](char c) { return c >= '0' && c <= '9'; }));
     });
 }
 
 TEST(IndicationCatalogue, RecommendsAnActionForEveryFault) {
-    forEachRow([](IndicationGroup const&, IndicationRow const& row) {
-        bool const isTest = row.WBEMProviderName == "KT Test";
+    forEachRow([](const IndicationGroup&, const IndicationRow& row) {
+        const bool isTest = row.WBEMProviderName == "KT Test";
         if (row.severity <= PYL::severityInformational || isTest) return;
         EXPECT_NE(row.recommendedActions, "No action is recommended");
     });
@@ -190,17 +195,18 @@ TEST(IndicationCatalogue, RecommendsAnActionForEveryFault) {
 
 TEST(IndicationCatalogue, SaysSomethingOfItsOwnInEveryRecord) {
     std::map<std::string_view, std::set<std::pair<std::string_view, int>>> users;
-    forEachRow([&users](IndicationGroup const& group, IndicationRow const& row) {
-        if (!isPolicy(row) && !isTemplate(row))
+    forEachRow([&users](const IndicationGroup& group, const IndicationRow& row) {
+        if (!isPolicy(row) && !isTemplate(row)) {
             users[row.description].insert({group.providerName, row.eventID});
+        }
     });
-    for (auto const& [description, events] : users) EXPECT_EQ(events.size(), 1U) << description;
+    for (const auto& [description, events] : users) EXPECT_EQ(events.size(), 1U) << description;
 }
 
 TEST(IndicationCatalogue, UsesTheCodesThatConsolesKnow) {
-    std::set<unsigned> const categories{1, 2, 3, 4, 6, 9, 11, 16, 17, 23, 24, 29};
-    forEachRow([&categories](IndicationGroup const& group, IndicationRow const& row) {
-        bool const isNetwork = group.providerName == "PYL_EthernetIndication";
+    const std::set<unsigned> categories{1, 2, 3, 4, 6, 9, 11, 16, 17, 23, 24, 29};
+    forEachRow([&categories](const IndicationGroup& group, const IndicationRow& row) {
+        const bool isNetwork = group.providerName == "PYL_EthernetIndication";
         EXPECT_GE(row.severity, PYL::severityInformational);
         EXPECT_LE(row.severity, PYL::severityCritical);
         EXPECT_TRUE(categories.contains(row.eventCategory)) << row.eventCategory;
@@ -212,10 +218,10 @@ TEST(IndicationCatalogue, UsesTheCodesThatConsolesKnow) {
 
 TEST(IndicationCatalogue, WritesAllHeartBeatsAlike) {
     int count = 0;
-    forEachRow([&count](IndicationGroup const& group, IndicationRow const& row) {
+    forEachRow([&count](const IndicationGroup& group, const IndicationRow& row) {
         if (!isHeartBeat(row)) return;
         ++count;
-        auto const title = std::string(row.probableCauseDescription);
+        const auto title = std::string(row.probableCauseDescription);
         EXPECT_EQ(row.eventID, 100);
         EXPECT_EQ(row.WBEMEventID, "100");
         EXPECT_EQ(row.severity, PYL::severityInformational);
@@ -231,7 +237,7 @@ TEST(IndicationCatalogue, WritesAllHeartBeatsAlike) {
 
 TEST(IndicationCatalogue, WritesAllChangesOfPolicyAlike) {
     int count = 0;
-    forEachRow([&count](IndicationGroup const& group, IndicationRow const& row) {
+    forEachRow([&count](const IndicationGroup& group, const IndicationRow& row) {
         if (!isPolicy(row)) {
             EXPECT_EQ(row.otherEventSubCategory, "");
             return;
@@ -240,7 +246,7 @@ TEST(IndicationCatalogue, WritesAllChangesOfPolicyAlike) {
         EXPECT_EQ(row.WBEMProviderName, "KT Consolidated Status");
         EXPECT_EQ(row.alertType, PYL::alertTypeModelChange);
         EXPECT_EQ(row.sets, RecordSet::both);
-        bool const isPower = group.providerName == "PYL_PowerSupplyIndication";
+        const bool isPower = group.providerName == "PYL_PowerSupplyIndication";
         EXPECT_TRUE(row.probableCauseDescription.starts_with(
             isPower ? "This group status policy change is caused by one activation or"
                     : "This group status policy change is caused by activation or"));
@@ -250,7 +256,7 @@ TEST(IndicationCatalogue, WritesAllChangesOfPolicyAlike) {
 
 TEST(IndicationCatalogue, NamesTheProviderThatARecordIsShownUnder) {
     struct {
-        char const* provider;
+        const char* provider;
         std::map<std::string_view, std::set<int>> events;
     } const groups[] = {
         {"PYL_BaseServerIndication",
@@ -266,10 +272,11 @@ TEST(IndicationCatalogue, NamesTheProviderThatARecordIsShownUnder) {
         {"PYL_FCHBAFCPortIndication",
          {{"KT Consolidated Status", {9}}, {"KT FCHBA", {1, 2, 3, 4, 5, 6, 7, 8, 100}}}},
     };
-    for (auto const& group : groups) {
+    for (const auto& group : groups) {
         std::map<std::string_view, std::set<int>> found;
-        for (auto const& row : rowsOf(group.provider, RecordSet::nonValmor))
+        for (const auto& row : rowsOf(group.provider, RecordSet::nonValmor)) {
             found[row.WBEMProviderName].insert(row.eventID);
+        }
         EXPECT_EQ(found, group.events) << group.provider;
     }
     EXPECT_EQ(rowOf("PYL_SASIndication", 2).WBEMProviderName, "KT SAS HBA");
@@ -277,9 +284,9 @@ TEST(IndicationCatalogue, NamesTheProviderThatARecordIsShownUnder) {
 }
 
 TEST(IndicationCatalogue, LeavesTheTextsOfRecordLogsToTheirProviders) {
-    for (auto const* const provider :
+    for (const auto* const provider :
          {"PYL_MCARecordLogIndication", "PYL_SELRecordLogIndication"}) {
-        auto const row = rowOf(provider, 1, RecordSet::valmor);
+        const auto row = rowOf(provider, 1, RecordSet::valmor);
         EXPECT_EQ(row.WBEMEventID, "201");
         EXPECT_EQ(row.description, "<Description>");
         EXPECT_EQ(row.summary, "<Summary>");
@@ -289,8 +296,9 @@ TEST(IndicationCatalogue, LeavesTheTextsOfRecordLogsToTheirProviders) {
 }
 
 TEST(IndicationCatalogue, FindsNothingUnderAnotherName) {
-    for (auto const* const name : {"", "PYL_Fan", "pyl_FanIndication", "PYL_FanIndication "})
+    for (const auto* const name : {"", "PYL_Fan", "pyl_FanIndication", "PYL_FanIndication "}) {
         EXPECT_TRUE(PYL::findIndicationRows(name).empty()) << name;
+    }
 }
 
 }  // namespace

@@ -1,12 +1,5 @@
 #include "common/IndicationDB.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <thread>
-#include <vector>
-
 #include "platform/logger/CapturingSink.h"
 #include "tests/common/Allocations.h"
 #include "tests/common/Failures.h"
@@ -14,19 +7,26 @@
 #include "tests/common/QuietResults.h"
 #include "tests/common/SystemName.h"
 
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
 namespace {
 
 using PYL::IndDBRec;
 using PYL::IndicationDB;
 
-SystemName const valmor{.machine = "ia64"};
+const SystemName valmor{.machine = "ia64"};
 
 IndDBRec numberedRecord() {
     return {"provider", -7, "display", "text id", 3,     "description", "summary", 11, 12,
             "other",    5,  "alert",   "severe",  65535, "title",       "actions"};
 }
 
-bool equal(IndDBRec const& a, IndDBRec const& b) {
+bool equal(const IndDBRec& a, const IndDBRec& b) {
     return a._providerName == b._providerName && a._eventID == b._eventID &&
            a._WBEMProviderName == b._WBEMProviderName && a._WBEMEventID == b._WBEMEventID &&
            a._severity == b._severity && a._description == b._description &&
@@ -49,20 +49,21 @@ struct IndicationDatabase : testing::Test {
         return lines;
     }
     /// The numbers from 0 to 500 that a database has a record for.
-    static std::vector<int> numbersOf(std::string const& provider) {
+    static std::vector<int> numbersOf(const std::string& provider) {
         auto quiet = silentLogger();
-        IndicationDB const database(quiet, provider);
+        const IndicationDB database(quiet, provider);
         std::vector<int> numbers;
         IndDBRec record;
-        for (int number = 0; number <= 500; ++number)
+        for (int number = 0; number <= 500; ++number) {
             if (database.getRecord(number, record) == 0) numbers.push_back(number);
+        }
         return numbers;
     }
-    void expectPlaceholder(std::string const& provider) {
-        IndicationDB const database(log, provider);
+    void expectPlaceholder(const std::string& provider) {
+        const IndicationDB database(log, provider);
         IndDBRec record = numberedRecord();
         ASSERT_EQ(database.getRecord(0, record), 0) << provider;
-        IndDBRec const expected{"NONE", 0,  "NONE", "NONE", 2,  "", "", 0,
+        const IndDBRec expected{"NONE", 0,  "NONE", "NONE", 2,  "", "", 0,
                                 0,      "", 5,      "",     "", 0,  "", ""};
         EXPECT_TRUE(equal(record, expected)) << provider;
         EXPECT_EQ(numbersOf(provider), std::vector{0}) << provider;
@@ -70,7 +71,7 @@ struct IndicationDatabase : testing::Test {
 };
 
 TEST(IndicationRecord, IsEmptyAtFirst) {
-    IndDBRec const record;
+    const IndDBRec record;
     EXPECT_EQ(record._providerName + record._WBEMProviderName + record._WBEMEventID +
                   record._description + record._summary + record._otherEventSubCategory +
                   record._otherAlertType + record._otherSeverity +
@@ -80,7 +81,7 @@ TEST(IndicationRecord, IsEmptyAtFirst) {
 }
 
 TEST(IndicationRecord, TakesItsValuesInTheOrderOfItsFields) {
-    IndDBRec const record = numberedRecord();
+    const IndDBRec record = numberedRecord();
     EXPECT_EQ(record._providerName, "provider");
     EXPECT_EQ(record._eventID, -7);
     EXPECT_EQ(record._WBEMProviderName, "display");
@@ -100,8 +101,8 @@ TEST(IndicationRecord, TakesItsValuesInTheOrderOfItsFields) {
 }
 
 TEST(IndicationRecord, IsCopiedWhole) {
-    IndDBRec const record = numberedRecord();
-    IndDBRec const copy = record;
+    const IndDBRec record = numberedRecord();
+    const IndDBRec copy = record;
     EXPECT_TRUE(equal(copy, record));
     IndDBRec assigned;
     assigned = record;
@@ -111,11 +112,11 @@ TEST(IndicationRecord, IsCopiedWhole) {
 TEST_F(IndicationDatabase, LogsUnderItsOwnSourceWhatItMakes) {
     IndDBRec record;
     {
-        IndicationDB const database(log, "PYL_FanIndication");
+        const IndicationDB database(log, "PYL_FanIndication");
         EXPECT_EQ(database.getRecord(100, record), 0);
         EXPECT_EQ(database.getRecord(7, record), 4);
     }
-    for (auto const& line : sink->lines()) {
+    for (const auto& line : sink->lines()) {
         EXPECT_EQ(line.source, "fans:IndicationDB");
         EXPECT_EQ(line.level, LogLevel::information);
     }
@@ -126,49 +127,49 @@ TEST_F(IndicationDatabase, LogsUnderItsOwnSourceWhatItMakes) {
 }
 
 TEST_F(IndicationDatabase, LogsWhichRecordSetItTakes) {
-    SystemNameIs const machine(valmor);
-    { IndicationDB const database(log, "PYL_FanIndication"); }
+    const SystemNameIs machine(valmor);
+    { const IndicationDB database(log, "PYL_FanIndication"); }
     EXPECT_EQ(messages(), (Lines{"cxtor()", "making DB for valmor", "dxtor()"}));
 }
 
 TEST_F(IndicationDatabase, TakesTheRecordSetOfTheMachine) {
     EXPECT_EQ(numbersOf("PYL_FanIndication"), (std::vector{1, 2, 3, 4, 5, 6, 8, 9, 10, 100}));
-    SystemNameIs const machine(valmor);
+    const SystemNameIs machine(valmor);
     EXPECT_EQ(numbersOf("PYL_FanIndication"), std::vector{100});
 }
 
 TEST_F(IndicationDatabase, TakesOnlyExactlyTheNameOfThatMachineForIt) {
-    for (auto const* const name : {"", "ia6", "ia64x", "IA64", " ia64", "ia64 ", "x86_64"}) {
-        SystemNameIs const machine(SystemName{.machine = name});
+    for (const auto* const name : {"", "ia6", "ia64x", "IA64", " ia64", "ia64 ", "x86_64"}) {
+        const SystemNameIs machine(SystemName{.machine = name});
         EXPECT_EQ(numbersOf("PYL_FanIndication").size(), 10U) << name;
     }
-    SystemNameIs const machine(SystemName{.machine = std::string(64, 'x')});
+    const SystemNameIs machine(SystemName{.machine = std::string(64, 'x')});
     EXPECT_EQ(numbersOf("PYL_FanIndication").size(), 10U);
 }
 
 TEST_F(IndicationDatabase, HoldsAPlaceholderWhereTheMachineIsNotKnown) {
-    SystemNameIs const machine(std::nullopt);
+    const SystemNameIs machine(std::nullopt);
     expectPlaceholder("PYL_FanIndication");
     EXPECT_EQ(messages(), (Lines{"cxtor()", "making empty DB for failed uname",
                                  "getRecord for event 0", "Found record", "dxtor()"}));
 }
 
 TEST_F(IndicationDatabase, HoldsAPlaceholderForAnUnknownName) {
-    for (auto const* const name :
+    for (const auto* const name :
          {"", "pyl_FanIndication", "PYL_FanIndicatio", "PYL_FanIndicationX", " PYL_FanIndication",
           "NONE", "%s%n", "PYL_MCARecordLogIndication", "PYL_SELRecordLogIndication"}) {
         expectPlaceholder(name);
         EXPECT_EQ(messages()[2],
                   std::string("making empty DB for unrecognized provider name ") + name);
     }
-    SystemNameIs const machine(valmor);
+    const SystemNameIs machine(valmor);
     expectPlaceholder("PYL_SASIndication");
     expectPlaceholder("PYL_SCInstallerIndication");
     expectPlaceholder(std::string("PYL_FanIndication\0", 18));
 }
 
 TEST_F(IndicationDatabase, TakesOnlyTheRecordsOfItsProvider) {
-    IndicationDB const database(log, "PYL_PowerSupplyIndication");
+    const IndicationDB database(log, "PYL_PowerSupplyIndication");
     IndDBRec record;
     for (int number = 0; number < 500; ++number) {
         if (database.getRecord(number, record) != 0) continue;
@@ -178,10 +179,10 @@ TEST_F(IndicationDatabase, TakesOnlyTheRecordsOfItsProvider) {
 }
 
 TEST_F(IndicationDatabase, CopiesEveryValueOfARecord) {
-    IndicationDB const database(log, "PYL_PowerSupplyIndication");
+    const IndicationDB database(log, "PYL_PowerSupplyIndication");
     IndDBRec record;
     ASSERT_EQ(database.getRecord(201, record), 0);
-    IndDBRec const expected{
+    const IndDBRec expected{
         "PYL_PowerSupplyIndication",
         201,
         "KT Consolidated Status",
@@ -205,8 +206,8 @@ TEST_F(IndicationDatabase, CopiesEveryValueOfARecord) {
 }
 
 TEST_F(IndicationDatabase, LeavesTheRecordAloneWhenThereIsNone) {
-    IndicationDB const database(log, "PYL_FanIndication");
-    for (int const number : {0, 7, -1, 11, 2147483647, -2147483647 - 1}) {
+    const IndicationDB database(log, "PYL_FanIndication");
+    for (const int number : {0, 7, -1, 11, 2147483647, -2147483647 - 1}) {
         IndDBRec record = numberedRecord();
         EXPECT_EQ(database.getRecord(number, record), 4) << number;
         EXPECT_TRUE(equal(record, numberedRecord())) << number;
@@ -227,9 +228,9 @@ TEST_F(IndicationDatabase, NeverReturnsALaterRecordOfTheSameNumber) {
 
 TEST_F(IndicationDatabase, AnswersSeveralThreadsAtOnce) {
     auto quiet = silentLogger();
-    IndicationDB const database(quiet, "PYL_SASIndication");
+    const IndicationDB database(quiet, "PYL_SASIndication");
     std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&database] {
             IndDBRec record;
             for (int turn = 0; turn < 500; ++turn) {
@@ -237,21 +238,23 @@ TEST_F(IndicationDatabase, AnswersSeveralThreadsAtOnce) {
                 EXPECT_EQ(record._eventCategory, 29U);
             }
         });
+    }
     for (auto& thread : threads) thread.join();
 }
 
 TEST_F(IndicationDatabase, IsMadeWholeOrNotAtAll) {
     auto quiet = silentLogger(LogLevel::error);
-    std::string const name = "PYL_FanIndication";
-    for (bool const forever : {false, true})
+    const std::string name = "PYL_FanIndication";
+    for (const bool forever : {false, true}) {
         for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
-            auto const outcome = outcomeOf([&] {
-                FailingAllocation const failing(nth, forever);
-                IndicationDB const database(quiet, name);
+            const auto outcome = outcomeOf([&] {
+                const FailingAllocation failing(nth, forever);
+                const IndicationDB database(quiet, name);
             });
             EXPECT_TRUE(outcome == "none" || outcome == "bad_alloc") << outcome;
             ASSERT_LT(nth, 1000);
         }
+    }
 }
 
 }  // namespace

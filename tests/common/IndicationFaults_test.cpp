@@ -1,14 +1,14 @@
 // Every call of the broker and every allocation fails in turn while an indication is made: what
 // comes of it is orderly, and nothing is left over.
 
-#include <string>
-#include <vector>
-
 #include "tests/common/Allocations.h"
 #include "tests/common/Failures.h"
 #include "tests/common/IndicationFixture.h"
 #include "tests/common/QuietResults.h"
 #include "tests/support/FaultyBroker.h"
+
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -33,10 +33,10 @@ struct IndicationFaults : IndicationFixture {
         full.setDeviceControllerLogicalLocation("slot 1");
         endpointIs(4096, "IPv4Address", "10.0.0.1");
         endpointIs(4097, "IPv6Address", "fe80::1");
-        host.onEnumInstances = [this](auto const&) { return endpoints; };
+        host.onEnumInstances = [this](const auto&) { return endpoints; };
     }
 
-    void endpointIs(unsigned short kind, char const* property, char const* address) {
+    void endpointIs(unsigned short kind, const char* property, const char* address) {
         auto endpoint = CmpiCpp::makeCmpiInstance(
             host.broker(),
             CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", "KT_IPProtocolEndpoint"));
@@ -52,7 +52,7 @@ struct IndicationFaults : IndicationFixture {
 
     using Action = void (IndicationFaults::*)();
     std::string outcomeOfAction(Action action) {
-        cimhost::CallScope const scope;
+        const cimhost::CallScope scope;
         return outcomeOf([&] { (this->*action)(); });
     }
 
@@ -62,20 +62,21 @@ struct IndicationFaults : IndicationFixture {
         FaultyBroker::adopt(host.context().toCMPI());
         host.use(faulty.handle());
         int refused = 0;
-        for (auto const& slot : FaultyBroker::slots()) {
+        for (const auto& slot : FaultyBroker::slots()) {
             faulty.heal();
             EXPECT_EQ(outcomeOfAction(action), "none") << "before " << slot;
-            auto const count = faulty.calls(slot);
-            for (auto const fault : {FaultyBroker::Fault::status, FaultyBroker::Fault::null,
-                                     FaultyBroker::Fault::wrongType})
+            const auto count = faulty.calls(slot);
+            for (const auto fault : {FaultyBroker::Fault::status, FaultyBroker::Fault::null,
+                                     FaultyBroker::Fault::wrongType}) {
                 for (unsigned nth = 1; nth <= count; ++nth) {
                     faulty.failCall(slot, nth, fault);
-                    auto const outcome = outcomeOfAction(action);
+                    const auto outcome = outcomeOfAction(action);
                     EXPECT_TRUE(outcome == "none" || outcome.starts_with("status "))
                         << outcome << " when call " << nth << " of " << slot << " fails";
                     EXPECT_EQ(sources.alive, 0) << slot;
                     refused += outcome == "none" ? 0 : 1;
                 }
+            }
         }
         faulty.heal();
         EXPECT_EQ(outcomeOfAction(action), "none");
@@ -86,11 +87,11 @@ struct IndicationFaults : IndicationFixture {
     /// Each allocation fails, once and with all that follow. The failures that were thrown.
     int starve(Action action) {
         int thrown = 0;
-        for (bool const forever : {false, true})
+        for (const bool forever : {false, true}) {
             for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
-                cimhost::CallScope const scope;
-                auto const outcome = outcomeOf([&] {
-                    FailingAllocation const failing(nth, forever);
+                const cimhost::CallScope scope;
+                const auto outcome = outcomeOf([&] {
+                    const FailingAllocation failing(nth, forever);
                     (this->*action)();
                 });
                 EXPECT_TRUE(outcome == "none" || outcome == "bad_alloc" ||
@@ -99,6 +100,7 @@ struct IndicationFaults : IndicationFixture {
                 EXPECT_EQ(sources.alive, 0);
                 thrown += outcome == "none" ? 0 : 1;
             }
+        }
         EXPECT_EQ(outcomeOfAction(action), "none");
         return thrown;
     }
@@ -119,8 +121,9 @@ TEST_F(IndicationFaults, OfMemoryAreOrderly) {
 
 TEST_F(IndicationFaults, OfAMissingBrokerAreStatuses) {
     host.use(nullptr);
-    for (auto const action : {&IndicationFaults::makeInstance, &IndicationFaults::readAddresses})
+    for (const auto action : {&IndicationFaults::makeInstance, &IndicationFaults::readAddresses}) {
         EXPECT_TRUE(outcomeOfAction(action).starts_with("status "));
+    }
     host.use(host.real());
 }
 

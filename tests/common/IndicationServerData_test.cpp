@@ -1,5 +1,9 @@
 // What an alert tells of the server and of its enclosure.
 
+#include "platform/smbios/SmBios.h"
+#include "tests/common/IndicationFixture.h"
+#include "tests/platform/smbios/SmbiosImage.h"
+
 #include <algorithm>
 #include <memory>
 #include <optional>
@@ -7,32 +11,28 @@
 #include <utility>
 #include <vector>
 
-#include "platform/smbios/SmBios.h"
-#include "tests/common/IndicationFixture.h"
-#include "tests/platform/smbios/SmbiosImage.h"
-
 namespace {
 
-std::string const noServer = "error: failed to _computerSystemMRA::getFirstData()";
-std::string const noEnclosure = "error: failed to _BladeMRA::getFirstData()";
+const std::string noServer = "error: failed to _computerSystemMRA::getFirstData()";
+const std::string noEnclosure = "error: failed to _BladeMRA::getFirstData()";
 
 struct ServerData : IndicationFixture {
     /// The properties that tell of server and enclosure, after all others.
     Lines told() {
         auto lines = properties();
-        auto const version =
+        const auto version =
             std::find(lines.begin(), lines.end(), "ProviderVersion string \"03.02.00\"");
         lines.erase(lines.begin(), version == lines.end() ? version : version + 1);
         return lines;
     }
     Lines errors() {
         auto lines = log.journal->take();
-        std::erase_if(lines, [](auto const& line) { return !line.starts_with("error"); });
+        std::erase_if(lines, [](const auto& line) { return !line.starts_with("error"); });
         return lines;
     }
 };
 
-Lines const everything{"OSType uint16 36",
+const Lines everything{"OSType uint16 36",
                        "OSVersion string \"12\"",
                        "SystemFirmwareVersion string[] {\"B1\"}",
                        "SystemSerialNumber string \"S1\"",
@@ -50,7 +50,7 @@ Lines const everything{"OSType uint16 36",
 using Facts = ComputerSystemFacts;
 constexpr struct {
     std::optional<std::string> Facts::*fact;
-    char const* property;
+    const char* property;
 } texts[] = {{&Facts::osVersion, "OSVersion"},
              {&Facts::biosVersion, "SystemFirmwareVersion"},
              {&Facts::serialNumber, "SystemSerialNumber"},
@@ -77,11 +77,11 @@ TEST_F(ServerData, AreReadWhenTheInstanceIsMade) {
 }
 
 TEST_F(ServerData, AreLeftOutOneByOneWhereTheyAreNotKnown) {
-    for (auto const& [fact, name] : texts) {
+    for (const auto& [fact, name] : texts) {
         everythingIsKnown();
         ((*sources.computerSystem).*fact).reset();
         auto expected = everything;
-        std::erase_if(expected, [name = std::string(name) + " "](auto const& line) {
+        std::erase_if(expected, [name = std::string(name) + " "](const auto& line) {
             return line.starts_with(name);
         });
         ASSERT_EQ(expected.size(), everything.size() - 1);
@@ -95,7 +95,7 @@ TEST_F(ServerData, AreLeftOutOneByOneWhereTheyAreNotKnown) {
 
 TEST_F(ServerData, AreSentEmptyUnlessTheServerNeedNotHaveThem) {
     everythingIsKnown();
-    for (auto const& text : texts) (*sources.computerSystem).*text.fact = "";
+    for (const auto& text : texts) (*sources.computerSystem).*text.fact = "";
     sources.computerSystem->osType.reset();
     sources.blade->enclosureName = sources.blade->rackName = sources.blade->rackUUID = "";
     EXPECT_EQ(told(), (Lines{"OSVersion string \"\"", "SystemFirmwareVersion string[] {\"\"}",
@@ -108,12 +108,12 @@ TEST_F(ServerData, AreSentEmptyUnlessTheServerNeedNotHaveThem) {
 TEST_F(ServerData, TellTheOperatingSystemInTheCodesOfTheSchema) {
     struct {
         operatingSystemEnum type;
-        char const* code;
+        const char* code;
     } const rows[] = {{OSvm, "uint16 39"},
                       {OSlinux, "uint16 36"},
                       {OSopenvms, "uint16 0"},
                       {OSunkown, "uint16 0"}};
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         sources.computerSystem.emplace().osType = row.type;
         EXPECT_EQ(property("OSType"), row.code) << row.type;
     }
@@ -134,17 +134,17 @@ TEST_F(ServerData, AreMissedWithALineForEachSource) {
         {false, false, true, true, {noServer, noEnclosure}},
         {true, true, false, false, {noServer, noEnclosure}},
     };
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         everythingIsKnown();
         if (!row.isComputerSystemRead) sources.computerSystem.reset();
         if (!row.isBladeRead) sources.blade.reset();
         sources.hasComputerSystem = row.hasComputerSystem;
         sources.hasBlade = row.hasBlade;
         PYL::KTAlertIndication fresh(log.logger, "KT_AlertIndication", "root/ktq", 2);
-        auto const lines = propertiesOf(fresh.getInstance());
-        bool const noServerData = row.expected[0] == noServer;
-        bool const noBladeData = row.expected.back() == noEnclosure;
-        auto const count = std::count_if(lines.begin(), lines.end(), [](auto const& line) {
+        const auto lines = propertiesOf(fresh.getInstance());
+        const bool noServerData = row.expected[0] == noServer;
+        const bool noBladeData = row.expected.back() == noEnclosure;
+        const auto count = std::count_if(lines.begin(), lines.end(), [](const auto& line) {
             return std::find(everything.begin(), everything.end(), line) != everything.end();
         });
         EXPECT_EQ(count, (noServerData ? 0 : 10) + (noBladeData ? 0 : 4));
@@ -158,7 +158,7 @@ TEST_F(ServerData, AreMissedWithALineForEachSource) {
 TEST_F(ServerData, TellNothingOfAnEnclosureThatTheServerIsNoBladeOf) {
     everythingIsKnown();
     sources.computerSystem = ComputerSystemFacts();
-    for (bool const isSLServer : {false, true}) {
+    for (const bool isSLServer : {false, true}) {
         sources.blade->isBlade = false;
         sources.blade->isSLServer = isSLServer;
         EXPECT_EQ(told(), Lines{"ImpactedDomain uint16 4"});
@@ -175,7 +175,7 @@ TEST_F(ServerData, ConcernTheServerAloneOnServersOfTheSLLine) {
 }
 
 TEST_F(ServerData, LeaveOutWhatTheEnclosureDoesNotTell) {
-    for (auto const fact :
+    for (const auto fact :
          {&BladeFacts::enclosureName, &BladeFacts::rackName, &BladeFacts::rackUUID}) {
         everythingIsKnown();
         sources.computerSystem = ComputerSystemFacts();
@@ -192,11 +192,11 @@ struct FirmwareData : testing::Test {
     PYL::KTAlertIndication alert{log.logger, "KT_AlertIndication", "root/ktq", 2};
 
     ~FirmwareData() override { SmBios::setSource(nullptr); }
-    std::string property(char const* name) {
-        cimhost::CallScope const scope;
+    std::string property(const char* name) {
+        const cimhost::CallScope scope;
         try {
             return alert.getInstance().getProperty(name).str();
-        } catch (CmpiCpp::CmpiStatus const&) {
+        } catch (const CmpiCpp::CmpiStatus&) {
             return "(absent)";
         }
     }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "platform/logger/LogSink.h"
+#include "platform/logger/Logger.h"
+
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -7,9 +10,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "platform/logger/LogSink.h"
-#include "platform/logger/Logger.h"
 
 using Lines = std::vector<std::string>;
 
@@ -23,15 +23,15 @@ public:
         note(std::string(logLevelName(level)) + ": " + std::string(message));
     }
 
-    void note(std::string const& event) {
-        std::string const prefix = isLocked() ? "locked " : "";
-        std::lock_guard const lock(_mutex);
+    void note(const std::string& event) {
+        const std::string prefix = isLocked() ? "locked " : "";
+        const std::lock_guard lock(_mutex);
         _events.push_back(prefix + event);
     }
 
     /// The events since the last call.
     Lines take() {
-        std::lock_guard const lock(_mutex);
+        const std::lock_guard lock(_mutex);
         return std::exchange(_events, {});
     }
 

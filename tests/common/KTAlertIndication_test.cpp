@@ -1,12 +1,12 @@
 #include "common/KTAlertIndication.h"
 
-#include <limits>
-#include <optional>
-#include <vector>
-
 #include "common/IndicationDB.h"
 #include "tests/common/Failures.h"
 #include "tests/common/IndicationFixture.h"
+
+#include <limits>
+#include <optional>
+#include <vector>
 
 namespace {
 
@@ -14,7 +14,7 @@ using CmpiCpp::CmpiInstance;
 using PYL::KTAlertIndication;
 
 /// What a fresh indication says of the event, without sources for the rest.
-Lines const unknownEvent{"Summary string \"unknown\"", "EventCategory uint32 0",
+const Lines unknownEvent{"Summary string \"unknown\"", "EventCategory uint32 0",
                          "ProbableCause uint16 0", "ProbableCauseDescription string \"unknown\"",
                          "ProviderVersion string \"03.02.00\""};
 
@@ -81,7 +81,7 @@ TEST_F(Alert, SendsTheVersionOfTheFamilyWhateverItIsTold) {
 }
 
 TEST_F(Alert, DoesNotSendTheOtherEventCategory) {
-    auto const before = properties();
+    const auto before = properties();
     alert.setOtherEventCategory("special");
     EXPECT_EQ(properties(), before);
 }
@@ -108,7 +108,7 @@ TEST_F(Alert, TellsTheThresholdsOfATemperature) {
 TEST_F(Alert, WritesTemperaturesAsAStreamDoes) {
     struct {
         float value;
-        char const* text;
+        const char* text;
     } const rows[] = {{0, "0"},
                       {-40, "-40"},
                       {0.1F, "0.1"},
@@ -120,7 +120,7 @@ TEST_F(Alert, WritesTemperaturesAsAStreamDoes) {
                       {std::numeric_limits<float>::lowest(), "-3.40282e+38"},
                       {std::numeric_limits<float>::denorm_min(), "1.4013e-45"},
                       {std::numeric_limits<float>::infinity(), "inf"}};
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         alert.setTemperatureVariables(row.value, 0);
         EXPECT_EQ(property("VariableValues"),
                   std::string("string[] {\"") + row.text + "\", \"0\"}");
@@ -128,7 +128,7 @@ TEST_F(Alert, WritesTemperaturesAsAStreamDoes) {
 }
 
 TEST_F(Alert, TakesTheValuesOfARecord) {
-    PYL::IndicationDB const database(log.logger, "PYL_EthernetIndication");
+    const PYL::IndicationDB database(log.logger, "PYL_EthernetIndication");
     PYL::IndDBRec record;
     ASSERT_EQ(database.getRecord(5, record), 0);
     KTAlertIndication network(log.logger, "KT_AlertIndication", "root/ktq", record._severity);
@@ -142,7 +142,7 @@ TEST_F(Alert, TakesTheValuesOfARecord) {
     network.setEventSubCategory(static_cast<int>(record._eventSubCategory));
     network.setProbableCause(record._probableCause);
     network.setProbableCauseDescription(record._probableCauseDescription);
-    auto const instance = network.getInstance();
+    const auto instance = network.getInstance();
     EXPECT_EQ(instance.getProperty("PerceivedSeverity").str(), "6");
     EXPECT_EQ(instance.getProperty("AlertType").str(), "2");
     EXPECT_EQ(instance.getProperty("EventSubCategory").str(), "12");
@@ -151,7 +151,7 @@ TEST_F(Alert, TakesTheValuesOfARecord) {
 }
 
 TEST_F(Alert, MakesAllLayersThroughTheBaseToo) {
-    auto const all = properties();
+    const auto all = properties();
     EXPECT_EQ(propertiesOf(static_cast<PYL::CIMAlertIndication&>(alert).getInstance()), all);
 }
 
@@ -175,13 +175,13 @@ struct Addresses : Alert {
     std::vector<CmpiInstance> endpoints;
 
     Addresses() {
-        host.onEnumInstances = [this](CmpiCpp::CmpiObjectPath const& path) {
+        host.onEnumInstances = [this](const CmpiCpp::CmpiObjectPath& path) {
             log.journal->note("enumerate " + path.str());
             return endpoints;
         };
     }
-    void endpointIs(std::optional<unsigned short> kind, std::optional<std::string> const& ipv4,
-                    std::optional<std::string> const& ipv6) {
+    void endpointIs(std::optional<unsigned short> kind, const std::optional<std::string>& ipv4,
+                    const std::optional<std::string>& ipv6) {
         auto endpoint = CmpiCpp::makeCmpiInstance(
             host.broker(),
             CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", "KT_IPProtocolEndpoint"));
@@ -234,7 +234,7 @@ TEST_F(Addresses, ThatCannotBeReadAreAnErrorAndAddNothing) {
 }
 
 TEST_F(Addresses, ThatNobodyServesAreAnError) {
-    host.onEnumInstances = [](auto const&) -> std::vector<CmpiInstance> {
+    host.onEnumInstances = [](const auto&) -> std::vector<CmpiInstance> {
         throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_INVALID_CLASS, "no endpoints here");
     };
     EXPECT_EQ(outcome(), "status 5 no endpoints here");

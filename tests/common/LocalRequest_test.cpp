@@ -1,10 +1,10 @@
 #include "common/LocalRequest.h"
 
-#include <gtest/gtest.h>
-
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/common/HostName.h"
 #include "tests/common/TestBroker.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -12,8 +12,8 @@ using PYL::LocalRequest;
 
 TEST(LocalRequest, ReplacesTheHostByThisHostsName) {
     TestBroker host;
-    for (auto const* name : {"elsewhere", "", "SERVER-1", "server-1"}) {
-        auto const path = host.path("root/ktq", "PYL_Thing", "a", name);
+    for (const auto* name : {"elsewhere", "", "SERVER-1", "server-1"}) {
+        const auto path = host.path("root/ktq", "PYL_Thing", "a", name);
         LocalRequest request(path);
         EXPECT_EQ(request.path().str(), "//server-1/root/ktq:PYL_Thing.Id=\"a\"") << name;
     }
@@ -21,7 +21,7 @@ TEST(LocalRequest, ReplacesTheHostByThisHostsName) {
 
 TEST(LocalRequest, LeavesTheRequestItselfAlone) {
     TestBroker host;
-    auto const path = host.path("root/ktq", "PYL_Thing", "a", "elsewhere");
+    const auto path = host.path("root/ktq", "PYL_Thing", "a", "elsewhere");
     LocalRequest request(path);
     request.path();
     EXPECT_EQ(path.getHost().str(), "elsewhere");
@@ -29,25 +29,25 @@ TEST(LocalRequest, LeavesTheRequestItselfAlone) {
 
 TEST(LocalRequest, CopiesOnceForAWholeWalk) {
     TestBroker host;
-    auto const path = host.path("root/ktq", "PYL_Thing", "a", "elsewhere");
+    const auto path = host.path("root/ktq", "PYL_Thing", "a", "elsewhere");
     LocalRequest request(path);
-    auto const* const first = &request.path();
-    HostNameIs const renamed("server-2");
+    const auto* const first = &request.path();
+    const HostNameIs renamed("server-2");
     EXPECT_EQ(&request.path(), first);
     EXPECT_EQ(request.path().getHost().str(), "server-1");
 }
 
 TEST(LocalRequest, NamesAHostWhoseNameCannotBeReadAsPathBuildersDo) {
     TestBroker host;
-    HostNameIs const unreadable(std::nullopt);
-    auto const path = host.path("root/ktq", "PYL_Thing", "a", "elsewhere");
+    const HostNameIs unreadable(std::nullopt);
+    const auto path = host.path("root/ktq", "PYL_Thing", "a", "elsewhere");
     LocalRequest request(path);
     EXPECT_EQ(request.path().getHost().str(), "Host Name Not Defined!");
 }
 
 TEST(LocalRequest, FailsForTheEmptyPath) {
     TestBroker host;
-    CmpiCpp::CmpiObjectPath const path;
+    const CmpiCpp::CmpiObjectPath path;
     LocalRequest request(path);
     EXPECT_THROW(request.path(), CmpiCpp::CmpiStatus);
 }

@@ -1,7 +1,5 @@
 // What lines cost that the level drops: no path is read to make a text of it, nothing is allocated.
 
-#include <memory>
-
 #include "common/DecoratorUtils.h"
 #include "common/LoggedProvider.h"
 #include "tests/common/Allocations.h"
@@ -10,6 +8,8 @@
 #include "tests/common/Failures.h"
 #include "tests/common/ProviderOperations.h"
 #include "tests/support/FaultyBroker.h"
+
+#include <memory>
 
 namespace {
 
@@ -24,11 +24,11 @@ struct LogCost : testing::Test {
 
     /// Calls to the broker while the action runs.
     template <typename Action>
-    unsigned callsOf(Action const& action) {
+    unsigned callsOf(const Action& action) {
         counting.heal();
         action();
         unsigned calls = 0;
-        for (auto const& slot : FaultyBroker::slots()) calls += counting.calls(slot);
+        for (const auto& slot : FaultyBroker::slots()) calls += counting.calls(slot);
         return calls;
     }
 };
@@ -39,14 +39,14 @@ TEST_F(LogCost, OfResultLoggersIsNothing) {
     CountedInstances instances;
     LoggedObjectPathResult loggedPaths(logger, paths);
     LoggedInstanceResult loggedInstances(logger, instances);
-    auto const path = host.path("PYL_Thing", "a");
-    auto const instance = CmpiCpp::makeCmpiInstance(host.broker(), path);
-    auto const deliver = [&] {
+    const auto path = host.path("PYL_Thing", "a");
+    const auto instance = CmpiCpp::makeCmpiInstance(host.broker(), path);
+    const auto deliver = [&] {
         loggedPaths.deliver(path);
         loggedInstances.deliver(instance);
     };
     EXPECT_EQ(callsOf(deliver), 0U);
-    int const before = allocationCount();
+    const int before = allocationCount();
     deliver();
     EXPECT_EQ(allocationCount(), before);
     EXPECT_EQ(paths.count + instances.count, 4);
@@ -54,7 +54,7 @@ TEST_F(LogCost, OfResultLoggersIsNothing) {
     EXPECT_GT(callsOf(deliver), 10U);
 }
 
-CmpiCpp::CmpiProvider* noProvider(CmpiCpp::CmpiBroker const&, Logger&) {
+CmpiCpp::CmpiProvider* noProvider(const CmpiCpp::CmpiBroker&, Logger&) {
     return nullptr;
 }
 
@@ -63,9 +63,9 @@ TEST_F(LogCost, OfADecoratorIsNothing) {
     Request request(host, journal);
     auto logger = silentLogger(LogLevel::warning);
     PYL::LoggedProvider provider(host.broker(), logger, noProvider);
-    for (auto const& operation : providerOperations()) {
-        auto const run = [&] {
-            auto const outcome = outcomeOf([&] { operation.run(provider, request); });
+    for (const auto& operation : providerOperations()) {
+        const auto run = [&] {
+            const auto outcome = outcomeOf([&] { operation.run(provider, request); });
             EXPECT_TRUE(outcome == "none" || outcome.starts_with("status 100 ")) << outcome;
         };
         EXPECT_EQ(callsOf(run), 0U) << operation.name;
@@ -83,18 +83,19 @@ TEST_F(LogCost, OfAWalkIsLessThanWithTheLines) {
     auto logger = silentLogger();
     OpenCollection collection(logger);
     fillCollection(collection, host, calls);
-    for (auto const& request : collectionRequests()) {
+    for (const auto& request : collectionRequests()) {
         if (std::string(request.name) == "getManagedInstance") continue;  // it has no lines
-        auto const run = [&] { EXPECT_EQ(request.run(collection, host), request.delivered); };
+        const auto run = [&] { EXPECT_EQ(request.run(collection, host), request.delivered); };
         logger.setLevel(LogLevel::information);
-        auto const loud = callsOf(run);
+        const auto loud = callsOf(run);
         logger.setLevel(LogLevel::error);
-        auto const quiet = callsOf(run);
-        bool const hasPathLines = !std::string(request.name).starts_with("reference");
-        if (hasPathLines)
+        const auto quiet = callsOf(run);
+        const bool hasPathLines = !std::string(request.name).starts_with("reference");
+        if (hasPathLines) {
             EXPECT_LT(quiet, loud) << request.name;
-        else
+        } else {
             EXPECT_EQ(quiet, loud) << request.name;
+        }
     }
 }
 
@@ -103,7 +104,7 @@ TEST_F(LogCost, OfAnEnumerationReadsNoKeys) {
     auto logger = silentLogger(LogLevel::error);
     OpenCollection collection(logger);
     fillCollection(collection, host, calls);
-    for (auto const& request : collectionRequests()) {
+    for (const auto& request : collectionRequests()) {
         if (!std::string(request.name).starts_with("enum")) continue;
         counting.heal();
         request.run(collection, host);

@@ -1,13 +1,13 @@
 // Every call of the broker and every allocation fails in turn while a request passes the decorator.
 
-#include <memory>
-
 #include "common/LoggedProvider.h"
 #include "tests/common/Allocations.h"
 #include "tests/common/Failures.h"
 #include "tests/common/ProviderOperations.h"
 #include "tests/common/QuietResults.h"
 #include "tests/support/FaultyBroker.h"
+
+#include <memory>
 
 namespace {
 
@@ -16,7 +16,7 @@ using testsupport::FaultyBroker;
 
 InnerProvider* nextInner = nullptr;
 
-CmpiCpp::CmpiProvider* takeInner(CmpiCpp::CmpiBroker const&, Logger&) {
+CmpiCpp::CmpiProvider* takeInner(const CmpiCpp::CmpiBroker&, Logger&) {
     return std::exchange(nextInner, nullptr);
 }
 
@@ -41,12 +41,12 @@ struct LoggedProviderFaults : testing::TestWithParam<ProviderOperation> {
     }
 
     void run() {
-        cimhost::CallScope const scope;
+        const cimhost::CallScope scope;
         GetParam().run(*provider, *request);
     }
     template <typename Action>
-    static void expectOrderly(Action const& action, std::string const& what) {
-        auto const outcome = outcomeOf(action);
+    static void expectOrderly(const Action& action, const std::string& what) {
+        const auto outcome = outcomeOf(action);
         EXPECT_TRUE(outcome == "none" || outcome == "bad_alloc" || outcome.starts_with("status "))
             << outcome << " when " << what << " fails";
     }
@@ -56,35 +56,37 @@ struct LoggedProviderFaults : testing::TestWithParam<ProviderOperation> {
 };
 
 TEST_P(LoggedProviderFaults, OfTheBrokerAreStatuses) {
-    for (auto const& slot : FaultyBroker::slots()) {
+    for (const auto& slot : FaultyBroker::slots()) {
         faulty.heal();
         ASSERT_EQ(outcomeOf([&] { run(); }), "none");
-        auto const count = faulty.calls(slot);
-        for (auto const fault : {FaultyBroker::Fault::status, FaultyBroker::Fault::null,
-                                 FaultyBroker::Fault::wrongType})
+        const auto count = faulty.calls(slot);
+        for (const auto fault : {FaultyBroker::Fault::status, FaultyBroker::Fault::null,
+                                 FaultyBroker::Fault::wrongType}) {
             for (unsigned nth = 1; nth <= count; ++nth) {
                 faulty.failCall(slot, nth, fault);
                 expectOrderly([&] { run(); }, slot + " " + std::to_string(nth));
                 EXPECT_TRUE(faulty.hasFailed()) << slot;
             }
+        }
     }
 }
 
 TEST_P(LoggedProviderFaults, OfMemoryAreExceptions) {
-    for (bool const forever : {false, true})
+    for (const bool forever : {false, true}) {
         for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
             expectOrderly(
                 [&] {
-                    FailingAllocation const failing(nth, forever);
+                    const FailingAllocation failing(nth, forever);
                     run();
                 },
                 "allocation " + std::to_string(nth));
             ASSERT_LT(nth, 5000);
         }
+    }
     EXPECT_EQ(outcomeOf([&] { run(); }), "none");
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, LoggedProviderFaults, testing::ValuesIn(providerOperations()),
-                         [](auto const& row) { return row.param.name; });
+                         [](const auto& row) { return row.param.name; });
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include "common/LoggedProvider.h"
 
-#include <gmock/gmock.h>
-
-#include <memory>
-
 #include "tests/common/Failures.h"
 #include "tests/common/NarrowProviders.h"
 #include "tests/common/ProviderOperations.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
 
 namespace {
 
@@ -18,12 +18,12 @@ using PYL::LoggedProvider;
 struct Construction {
     CmpiProvider* product = nullptr;
     void (*raise)() = nullptr;
-    CmpiBroker const* broker = nullptr;
+    const CmpiBroker* broker = nullptr;
     Logger* logger = nullptr;
-    CMPIContext const* context = nullptr;
+    const CMPIContext* context = nullptr;
 } construction;
 
-CmpiProvider* make(CmpiBroker const& broker, Logger& logger) {
+CmpiProvider* make(const CmpiBroker& broker, Logger& logger) {
     construction.broker = &broker;
     construction.logger = &logger;
     logger.info("in the factory");
@@ -31,8 +31,8 @@ CmpiProvider* make(CmpiBroker const& broker, Logger& logger) {
     return construction.product;
 }
 
-CmpiProvider* makeWithContext(CmpiBroker const& broker, Logger& logger,
-                              CMPIContext const* context) {
+CmpiProvider* makeWithContext(const CmpiBroker& broker, Logger& logger,
+                              const CMPIContext* context) {
     construction.context = context;
     return make(broker, logger);
 }
@@ -59,7 +59,7 @@ struct LoggedProviderTest : LoggedProviderBase, testing::Test {};
 TEST_F(LoggedProviderTest, MakesOwnsAndDeletesTheInnerProvider) {
     construction.product = new InnerProvider(host, journal);
     {
-        LoggedProvider const provider(broker, log.logger, make);
+        const LoggedProvider provider(broker, log.logger, make);
         EXPECT_EQ(construction.broker, &broker);
         EXPECT_EQ(construction.logger, &log.logger);
         EXPECT_EQ(journal.take(),
@@ -73,7 +73,7 @@ TEST_F(LoggedProviderTest, MakesOwnsAndDeletesTheInnerProvider) {
 TEST_F(LoggedProviderTest, HandsTheRawContextToTheFactoryThatTakesOne) {
     construction.product = new InnerProvider(host, journal);
     {
-        LoggedProvider const provider(broker, log.logger, makeWithContext,
+        const LoggedProvider provider(broker, log.logger, makeWithContext,
                                       request.context.toCMPI());
         EXPECT_EQ(construction.context, request.context.toCMPI());
         EXPECT_EQ(construction.broker, &broker);
@@ -87,10 +87,10 @@ TEST_F(LoggedProviderTest, HandsTheRawContextToTheFactoryThatTakesOne) {
 }
 
 TEST_F(LoggedProviderTest, KeepsItsOwnCopyOfTheLogger) {
-    auto const other = std::make_shared<Journal>();
+    const auto other = std::make_shared<Journal>();
     construction.product = new InnerProvider(host, journal);
     Logger logger = log.logger;
-    auto const provider = std::make_unique<LoggedProvider>(broker, logger, make);
+    const auto provider = std::make_unique<LoggedProvider>(broker, logger, make);
     logger = Logger("other", other);
     journal.take();
     provider->enableIndications(request.context);
@@ -99,15 +99,17 @@ TEST_F(LoggedProviderTest, KeepsItsOwnCopyOfTheLogger) {
 }
 
 TEST_F(LoggedProviderTest, FailsToBeMadeWithWhatTheFactoryThrows) {
-    for (auto const& failure : allFailures()) {
+    for (const auto& failure : allFailures()) {
         construction.raise = failure.raise;
         Lines expected{"information: provider cxtor()", "information: in the factory"};
-        if (std::string(failure.name) == "status 6 gone")
+        if (std::string(failure.name) == "status 6 gone") {
             expected.push_back(
                 "information: provider cxtor exception: CMPI_RC_ERR_NOT_FOUND (6): gone");
-        if (std::string(failure.name) == "detailed 1 broken 42")
+        }
+        if (std::string(failure.name) == "detailed 1 broken 42") {
             expected.push_back(
                 "information: provider cxtor exception: CMPI_RC_ERR_FAILED (1): broken");
+        }
         EXPECT_EQ(outcomeOf([&] { LoggedProvider(broker, log.logger, make); }), failure.name);
         EXPECT_EQ(journal.take(), expected);
         EXPECT_EQ(outcomeOf([&] { LoggedProvider(broker, log.logger, makeWithContext, nullptr); }),
@@ -118,9 +120,9 @@ TEST_F(LoggedProviderTest, FailsToBeMadeWithWhatTheFactoryThrows) {
 
 TEST_F(LoggedProviderTest, AnswersWithTheBrokerOfTheInnerProviderAndLogsNothing) {
     auto* const inner = new InnerProvider(host, journal);
-    auto const provider = wrap(inner);
+    const auto provider = wrap(inner);
     EXPECT_EQ(provider->getBroker(), host.broker().toRawCMPI());
-    for (auto const& failure : allFailures()) {
+    for (const auto& failure : allFailures()) {
         inner->onCall = failure.raise;
         EXPECT_EQ(outcomeOf([&] { provider->getBroker(); }), failure.name);
     }
@@ -129,13 +131,13 @@ TEST_F(LoggedProviderTest, AnswersWithTheBrokerOfTheInnerProviderAndLogsNothing)
 
 TEST_F(LoggedProviderTest, PutsTheAnswerToUnloadIntoAWord) {
     auto* const inner = new InnerProvider(host, journal);
-    auto const provider = wrap(inner);
+    const auto provider = wrap(inner);
     struct {
         int answer;
-        char const* word;
+        const char* word;
     } const rows[] = {{0, "okToUnload"}, {1, "doNotUnloadNow"}, {2, "neverUnload"}, {3, ""},
                       {-1, ""},          {1000000, ""}};
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         inner->unloadAnswer = row.answer;
         EXPECT_EQ(provider->unloadOK(request.context), row.answer);
         EXPECT_EQ(journal.take(),
@@ -145,14 +147,14 @@ TEST_F(LoggedProviderTest, PutsTheAnswerToUnloadIntoAWord) {
 }
 
 TEST_F(LoggedProviderTest, SaysWhetherTheObjectManagerEnds) {
-    auto const provider = wrap(new InnerProvider(host, journal));
+    const auto provider = wrap(new InnerProvider(host, journal));
     provider->cleanup(request.context, false);
     EXPECT_EQ(journal.take(), (Lines{"information: cleanup(terminating=0)", "inner cleanup",
                                      "information: returned from cleanup()"}));
 }
 
 TEST_F(LoggedProviderTest, LivesWithoutAnInnerProvider) {
-    auto const provider = wrap(nullptr);
+    const auto provider = wrap(nullptr);
     EXPECT_EQ(provider->getBroker(), nullptr);
     EXPECT_EQ(provider->unloadOK(request.context), 0);
     provider->cleanup(request.context, true);
@@ -163,7 +165,7 @@ TEST_F(LoggedProviderTest, LivesWithoutAnInnerProvider) {
 }
 
 TEST_F(LoggedProviderTest, CanBeStacked) {
-    auto const outer = wrap(wrap(new InnerProvider(host, journal)).release());
+    const auto outer = wrap(wrap(new InnerProvider(host, journal)).release());
     outer->enableIndications(request.context);
     EXPECT_EQ(journal.take(),
               (Lines{"information: enableIndications()", "information: enableIndications()",
@@ -172,7 +174,7 @@ TEST_F(LoggedProviderTest, CanBeStacked) {
 }
 
 TEST_F(LoggedProviderTest, WritesTheInputArgumentsOfAMethodInOrder) {
-    auto const provider = wrap(new InnerProvider(host, journal));
+    const auto provider = wrap(new InnerProvider(host, journal));
     request.arguments.addArg("Speed", 42U);
     request.arguments.addArg("Mode", "fast \"and\" loud");
     request.arguments.addArg("Nothing", CmpiCpp::CmpiValue::null(CMPI_string));
@@ -187,7 +189,7 @@ TEST_F(LoggedProviderTest, WritesTheInputArgumentsOfAMethodInOrder) {
 }
 
 TEST_F(LoggedProviderTest, ReadsPercentSignsOfAMethodCallAsConversionsWithoutArguments) {
-    auto const provider = wrap(new InnerProvider(host, journal));
+    const auto provider = wrap(new InnerProvider(host, journal));
     request.arguments.addArg("Text", "100%% of %s, %d and %n; %*d %.99999999s %");
     provider->invokeMethod(request.context, request.path, "Print%s", request.arguments,
                            request.method);
@@ -198,12 +200,12 @@ TEST_F(LoggedProviderTest, ReadsPercentSignsOfAMethodCallAsConversionsWithoutArg
 
 TEST_F(LoggedProviderTest, PrintsPercentSignsOfOtherRequestsAsTheyAre) {
     auto* const inner = new InnerProvider(host, journal);
-    auto const provider = wrap(inner);
+    const auto provider = wrap(inner);
     inner->onCall = [] { throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, "%s%n%%"); };
     EXPECT_THROW(provider->authorizeFilter(request.context, nullptr, "%s%n%%",
                                            host.path("PYL_Thing", "%d%%"), "%n"),
                  CmpiCpp::CmpiStatus);
-    auto const lines = journal.take();
+    const auto lines = journal.take();
     ASSERT_EQ(lines.size(), 3U);
     EXPECT_EQ(lines[0],
               "information: authorizeFilter(classname=\"%s%n%%\", "
@@ -213,7 +215,7 @@ TEST_F(LoggedProviderTest, PrintsPercentSignsOfOtherRequestsAsTheyAre) {
 
 TEST_F(LoggedProviderTest, LogsWhatAMethodDeliversAndPassesItOn) {
     auto* const inner = new InnerProvider(host, journal);
-    auto const provider = wrap(inner);
+    const auto provider = wrap(inner);
     inner->onInvoke = [](CmpiCpp::CmpiMethodResult& result) {
         result.deliver("Old", 7U);
         result.deliver(0U);
@@ -228,14 +230,14 @@ TEST_F(LoggedProviderTest, LogsWhatAMethodDeliversAndPassesItOn) {
 }
 
 struct LoggedOperation : LoggedProviderBase, testing::TestWithParam<ProviderOperation> {
-    ProviderOperation const& operation = GetParam();
+    const ProviderOperation& operation = GetParam();
 
     bool delivers() const { return operation.delivers != ProviderOperation::Delivers::nothing; }
     Lines entry() const { return {"information: " + operation.entry, "inner " + operation.inner}; }
     Lines delivery(int number) const {
-        std::string const key = std::to_string(number);
-        std::string const path = "//server-1/root/ktq:PYL_Thing.Id=\"" + key + "\"";
-        std::string const delivered =
+        const std::string key = std::to_string(number);
+        const std::string path = "//server-1/root/ktq:PYL_Thing.Id=\"" + key + "\"";
+        const std::string delivered =
             operation.delivers == ProviderOperation::Delivers::paths
                 ? path
                 : "instance of PYL_Thing {Id = \"" + key + "\";} at " + path;
@@ -243,13 +245,13 @@ struct LoggedOperation : LoggedProviderBase, testing::TestWithParam<ProviderOper
     }
 };
 
-void append(Lines& lines, Lines const& more) {
+void append(Lines& lines, const Lines& more) {
     lines.insert(lines.end(), more.begin(), more.end());
 }
 
 TEST_P(LoggedOperation, LogsForwardsAndCounts) {
     auto* const inner = new InnerProvider(host, journal);
-    auto const provider = wrap(inner);
+    const auto provider = wrap(inner);
     for (int count : {0, 1, 2, 11}) {
         if (!delivers() && count > 0) break;
         inner->deliveries = count;
@@ -266,26 +268,26 @@ TEST_P(LoggedOperation, LogsForwardsAndCounts) {
 
 TEST_P(LoggedOperation, HandsOverTheCallersOwnContextAndPath) {
     auto* const inner = new InnerProvider(host, journal);
-    auto const provider = wrap(inner);
+    const auto provider = wrap(inner);
     operation.run(*provider, request);
     EXPECT_EQ(inner->context.load(), &request.context);
-    if (inner->path.load()) {
-        EXPECT_EQ(inner->path.load(), &request.path);
-    }
+    if (inner->path.load()) EXPECT_EQ(inner->path.load(), &request.path);
 }
 
 TEST_P(LoggedOperation, LogsAStatusAndPassesOnWhatWasThrownUnchanged) {
     auto* const inner = new InnerProvider(host, journal);
-    auto const provider = wrap(inner);
-    for (auto const& failure : allFailures()) {
+    const auto provider = wrap(inner);
+    for (const auto& failure : allFailures()) {
         inner->onCall = failure.raise;
         auto expected = entry();
-        if (std::string(failure.name) == "status 6 gone")
+        if (std::string(failure.name) == "status 6 gone") {
             expected.push_back("information: " + operation.exception +
                                "CMPI_RC_ERR_NOT_FOUND (6): gone");
-        if (std::string(failure.name) == "detailed 1 broken 42")
+        }
+        if (std::string(failure.name) == "detailed 1 broken 42") {
             expected.push_back("information: " + operation.exception +
                                "CMPI_RC_ERR_FAILED (1): broken");
+        }
         EXPECT_EQ(outcomeOf([&] { operation.run(*provider, request); }), failure.name);
         EXPECT_EQ(journal.take(), expected);
     }
@@ -294,11 +296,11 @@ TEST_P(LoggedOperation, LogsAStatusAndPassesOnWhatWasThrownUnchanged) {
 TEST_P(LoggedOperation, LetsWhatWasDeliveredBeforeAFailureStand) {
     if (!delivers()) return;
     auto* const inner = new InnerProvider(host, journal);
-    auto const provider = wrap(inner);
+    const auto provider = wrap(inner);
     inner->deliveries = 3;
     for (int failing : {0, 1, 2}) {
         int deliveries = 0;
-        auto const sink = [&] {
+        const auto sink = [&] {
             if (deliveries++ == failing) throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, "full");
         };
         request.paths.onDeliver = request.instances.onDeliver = sink;
@@ -313,19 +315,19 @@ TEST_P(LoggedOperation, LetsWhatWasDeliveredBeforeAFailureStand) {
 
 TEST_P(LoggedOperation, FailsWhenTheInnerProviderIsOfAnotherKindOrMissing) {
     if (operation.kind == ProviderOperation::Kind::any) return;
-    std::string const message = missingInterface(operation.kind);
-    Lines const expected{
+    const std::string message = missingInterface(operation.kind);
+    const Lines expected{
         "information: " + operation.entry,
         "information: " + operation.exception + "CMPI_RC_ERROR_SYSTEM (100): " + message};
-    auto const other = wrap(providerOfAnotherKind(operation.kind));
+    const auto other = wrap(providerOfAnotherKind(operation.kind));
     EXPECT_EQ(outcomeOf([&] { operation.run(*other, request); }), "status 100 " + message);
     EXPECT_EQ(journal.take(), expected);
-    auto const none = wrap(nullptr);
+    const auto none = wrap(nullptr);
     EXPECT_EQ(outcomeOf([&] { operation.run(*none, request); }), "status 100 " + message);
     EXPECT_EQ(journal.take(), expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, LoggedOperation, testing::ValuesIn(providerOperations()),
-                         [](auto const& row) { return row.param.name; });
+                         [](const auto& row) { return row.param.name; });
 
 }  // namespace

@@ -7,22 +7,22 @@
 /// Only an instance provider, and only a method provider.
 struct InstancesOnly : CmpiCpp::CmpiInstanceProvider {
     CMPIBroker* getBroker() override { return nullptr; }
-    void enumInstanceNames(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
+    void enumInstanceNames(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
                            CmpiCpp::CmpiObjectPathResult&) override {}
-    void enumInstances(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&, char const**,
+    void enumInstances(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&, const char**,
                        CmpiCpp::CmpiInstanceResult&) override {}
-    void getInstance(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&, char const**,
+    void getInstance(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&, const char**,
                      CmpiCpp::CmpiInstanceResult&) override {}
 };
 struct MethodsOnly : CmpiCpp::CmpiMethodProvider {
     CMPIBroker* getBroker() override { return nullptr; }
-    void invokeMethod(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
-                      CmpiCpp::CmpiName const&, CmpiCpp::CmpiArgs const&,
+    void invokeMethod(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
+                      const CmpiCpp::CmpiName&, const CmpiCpp::CmpiArgs&,
                       CmpiCpp::CmpiMethodResult&) override {}
 };
 
 /// What a request of this kind says to a provider that is not of it.
-inline char const* missingInterface(ProviderOperation::Kind kind) {
+inline const char* missingInterface(ProviderOperation::Kind kind) {
     switch (kind) {
         case ProviderOperation::Kind::instance:
             return "Not an instance provider";

@@ -1,13 +1,13 @@
 #include "common/OpstatusUtils.h"
 
+#include "common/PYLUtil.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <iterator>
 #include <limits>
 #include <vector>
-
-#include "common/PYLUtil.h"
 
 namespace {
 
@@ -27,7 +27,7 @@ std::vector<int> allValues() {
 }
 
 TEST(OpstatusToString, NamesEveryStatus) {
-    char const* const texts[] = {"Unknown",
+    const char* const texts[] = {"Unknown",
                                  "Other",
                                  "OK",
                                  "Degraded",
@@ -46,8 +46,9 @@ TEST(OpstatusToString, NamesEveryStatus) {
                                  "Supporting entity in error",
                                  "Complete",
                                  "Power mode"};
-    for (int value = 0; value <= 18; ++value)
+    for (int value = 0; value <= 18; ++value) {
         EXPECT_EQ(opstatusToString(status(value)), texts[value]);
+    }
 }
 
 TEST(OpstatusToString, PrintsTheNumberOfAnyOtherValue) {
@@ -57,9 +58,10 @@ TEST(OpstatusToString, PrintsTheNumberOfAnyOtherValue) {
 }
 
 TEST(OpstatusFromUint16, KeepsTheStandardsValuesAndNothingElse) {
-    for (unsigned value = 0; value <= 0xFFFF; ++value)
+    for (unsigned value = 0; value <= 0xFFFF; ++value) {
         EXPECT_EQ(opstatusFromUint16(static_cast<unsigned short>(value)),
                   value >= 1 && value <= 18 ? status(static_cast<int>(value)) : statusUnknown);
+    }
 }
 
 /// How bad a status is, as an operator would rank it.
@@ -106,13 +108,14 @@ bool isClass(int value) {
 }
 
 TEST(UpdateWorst, GivesTheWorseOfAnyTwo) {
-    for (int const worst : allValues())
-        for (int const next : allValues()) {
-            int const expected =
+    for (const int worst : allValues()) {
+        for (const int next : allValues()) {
+            const int expected =
                 isClass(worst) ? std::max(badness(worst), badness(next)) : badness(next);
             EXPECT_EQ(updateWorst(status(worst), status(next)), classOfBadness[expected])
                 << worst << " and " << next;
         }
+    }
 }
 
 TEST(UpdateWorst, ReplacesAFirstValueThatIsNoClass) {
@@ -134,18 +137,18 @@ TEST(UpdateWorst, HoldsTheRanksThatOperatorsRelyOn) {
 }
 
 TEST(UpdateWorst, FoldsToTheSameWhateverTheOrder) {
-    int const states[] = {statusOK, statusDormant, statusStressed, statusNoContact, statusAborted};
+    const int states[] = {statusOK, statusDormant, statusStressed, statusNoContact, statusAborted};
     std::vector<int> order{std::begin(states), std::end(states)};
     std::ranges::sort(order);
     do {
         auto worst = statusUnknown;
-        for (int const state : order) worst = updateWorst(worst, status(state));
+        for (const int state : order) worst = updateWorst(worst, status(state));
         EXPECT_EQ(worst, statusError);
     } while (std::ranges::next_permutation(order).found);
 }
 
 TEST(OpstatusToHealthState, FollowsTheStatus) {
-    auto const expected = [](int value) {
+    const auto expected = [](int value) {
         switch (value) {
             case 2:
             case 8:
@@ -171,18 +174,20 @@ TEST(OpstatusToHealthState, FollowsTheStatus) {
                 return 0;
         }
     };
-    for (int const value : allValues())
+    for (const int value : allValues()) {
         EXPECT_EQ(PYLUtil::opstatusToHealthState(status(value)), expected(value)) << value;
+    }
 }
 
 TEST(KtLogToCIMSeverity, FollowsTheLevel) {
-    auto const severity = [](int level) {
+    const auto severity = [](int level) {
         return static_cast<int>(PYLUtil::ktLogToCIMSeverity(static_cast<ktlogAlertLevel>(level)));
     };
-    int const expected[] = {4, 5, 2, 3, 0, 6, 0, 6, 0};
+    const int expected[] = {4, 5, 2, 3, 0, 6, 0, 6, 0};
     for (int level = 0; level <= 8; ++level) EXPECT_EQ(severity(level), expected[level]) << level;
-    for (int const level : {-1, 9, 100, std::numeric_limits<int>::max()})
+    for (const int level : {-1, 9, 100, std::numeric_limits<int>::max()}) {
         EXPECT_EQ(severity(level), 0) << level;
+    }
 }
 
 TEST(Opstatus, HasTheStandardsNumbers) {

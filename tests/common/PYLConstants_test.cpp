@@ -20,7 +20,7 @@ static_assert(string_view(PYL::BaseServerNameSpace) == "root/ktq");
 static_assert(string_view(PYL::PRPRegisteredClassName) == "PYL_RegisteredProfile");
 
 // A static of another module that is made from the shared global before main().
-char const* const takenEarly = PYL::PRPNameSpace;
+const char* const takenEarly = PYL::PRPNameSpace;
 
 TEST(PYLConstants, ShareTheProfileNamespaceBeforeMain) {
     EXPECT_STREQ(PYL::PRPNameSpace, "interop");

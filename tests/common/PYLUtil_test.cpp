@@ -1,16 +1,16 @@
 #include "common/PYLUtil.h"
 
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <type_traits>
-
 #include "platform/smbios/SmBios.h"
 #include "tests/common/Failures.h"
 #include "tests/common/HostName.h"
 #include "tests/common/Journal.h"
 #include "tests/common/TestBroker.h"
 #include "tests/support/FaultyBroker.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <type_traits>
 
 namespace {
 
@@ -20,28 +20,28 @@ using PYL::PYLUtil;
 
 static_assert(!std::is_default_constructible_v<PYLUtil>);
 
-std::string const unreadableName = "Host Name Not Defined!";
+const std::string unreadableName = "Host Name Not Defined!";
 
 TEST(HostName, IsWhatTheSystemAnswersNow) {
     EXPECT_EQ(PYLUtil::getHostName(), "server-1");
-    HostNameIs const renamed("server-2.example.com");
+    const HostNameIs renamed("server-2.example.com");
     EXPECT_EQ(PYLUtil::getHostName(), "server-2.example.com");
 }
 
 TEST(HostName, HasAFallbackWhenItCannotBeRead) {
-    HostNameIs const unreadable(std::nullopt);
+    const HostNameIs unreadable(std::nullopt);
     EXPECT_EQ(PYLUtil::getHostName(), unreadableName);
 }
 
 TEST(HostName, EndsWithinTheBufferHoweverLongItIs) {
     for (std::size_t length : {253U, 254U, 255U, 300U}) {
-        HostNameIs const renamed(std::string(length, 'h'));
+        const HostNameIs renamed(std::string(length, 'h'));
         EXPECT_EQ(PYLUtil::getHostName(), std::string(std::min(length, std::size_t{255}), 'h'));
     }
 }
 
 TEST(HostName, MayBeEmpty) {
-    HostNameIs const renamed("");
+    const HostNameIs renamed("");
     EXPECT_EQ(PYLUtil::getHostName(), "");
 }
 
@@ -51,8 +51,8 @@ TEST(PYLUtil, NamesTheProfileThatTheHostConformsTo) {
 
 TEST(PYLUtil, KeepsTheBrokersHandle) {
     EXPECT_EQ(PYLUtil::getBroker(), nullptr);
-    CMPIBroker const first{};
-    CMPIBroker const second{};
+    const CMPIBroker first{};
+    const CMPIBroker second{};
     PYLUtil::setBroker(CmpiBroker(&first));
     EXPECT_EQ(PYLUtil::getBroker(), &first);
     PYLUtil::setBroker(CmpiBroker(&second));
@@ -70,8 +70,8 @@ TEST(PYLUtil, BuildsNoPathWithoutABroker) {
 struct ObjectPaths : testing::Test {
     TestBroker host;
 
-    static std::string key(CmpiObjectPath const& path, char const* name) {
-        auto const value = path.getKey(name);
+    static std::string key(const CmpiObjectPath& path, const char* name) {
+        const auto value = path.getKey(name);
         EXPECT_EQ(value.getType(), CMPI_string);
         return value.asString();
     }
@@ -106,11 +106,11 @@ TEST_F(ObjectPaths, NameTheChassis) {
 }
 
 TEST_F(ObjectPaths, CarryTheFallbackWhereTheHostNameCannotBeRead) {
-    HostNameIs const unreadable(std::nullopt);
-    auto const system = PYLUtil::getComputerSystemPath();
+    const HostNameIs unreadable(std::nullopt);
+    const auto system = PYLUtil::getComputerSystemPath();
     EXPECT_EQ(system.getHost().str(), unreadableName);
     EXPECT_EQ(key(system, "Name"), unreadableName);
-    auto const device = PYLUtil::getPCIDevicePath(0, 0, 0, 0);
+    const auto device = PYLUtil::getPCIDevicePath(0, 0, 0, 0);
     EXPECT_EQ(device.getHost().str(), unreadableName);
     EXPECT_EQ(key(device, "SystemName"), unreadableName);
     EXPECT_EQ(PYLUtil::getChassisPath().getHost().str(), unreadableName);
@@ -145,8 +145,8 @@ TEST_F(ObjectPaths, CutTheNumberOfABladeAfterThreeCharacters) {
 }
 
 TEST_F(ObjectPaths, AskForTheHostNameAnewEachTime) {
-    auto const before = PYLUtil::getComputerSystemPath();
-    HostNameIs const renamed("server-2");
+    const auto before = PYLUtil::getComputerSystemPath();
+    const HostNameIs renamed("server-2");
     EXPECT_EQ(key(PYLUtil::getComputerSystemPath(), "Name"), "server-2");
     EXPECT_EQ(key(before, "Name"), "server-1");
 }
@@ -155,17 +155,17 @@ TEST_F(ObjectPaths, FailWithAStatusWhateverTheBrokerRefuses) {
     using testsupport::FaultyBroker;
     FaultyBroker faulty(host.real());
     host.use(faulty.handle());
-    auto const build = [] {
+    const auto build = [] {
         PYLUtil::getComputerSystemPath();
         PYLUtil::getPCIDevicePath(0, 1, 2, 3);
         PYLUtil::getChassisPath();
         PYLUtil::getChassisPath(7);
     };
     int failures = 0;
-    for (auto const& slot : FaultyBroker::slots()) {
+    for (const auto& slot : FaultyBroker::slots()) {
         faulty.heal();
         build();
-        auto const count = faulty.calls(slot);
+        const auto count = faulty.calls(slot);
         for (unsigned nth = 1; nth <= count; ++nth) {
             faulty.failCall(slot, nth, FaultyBroker::Fault::status);
             EXPECT_EQ(outcomeOf(build).rfind("status 1", 0), 0U) << slot << " " << nth;

@@ -1,12 +1,12 @@
 #include "common/PerfmonDecorator.h"
 
-#include <gmock/gmock.h>
-
-#include <memory>
-
 #include "tests/common/Failures.h"
 #include "tests/common/NarrowProviders.h"
 #include "tests/common/ProviderOperations.h"
+
+#include <gmock/gmock.h>
+
+#include <memory>
 
 namespace {
 
@@ -20,12 +20,12 @@ using testing::MatchesRegex;
 struct Construction {
     CmpiProvider* product = nullptr;
     void (*raise)() = nullptr;
-    CmpiBroker const* broker = nullptr;
+    const CmpiBroker* broker = nullptr;
     Logger* logger = nullptr;
-    CMPIContext const* context = nullptr;
+    const CMPIContext* context = nullptr;
 } construction;
 
-CmpiProvider* make(CmpiBroker const& broker, Logger& logger) {
+CmpiProvider* make(const CmpiBroker& broker, Logger& logger) {
     construction.broker = &broker;
     construction.logger = &logger;
     logger.info("in the factory");
@@ -33,14 +33,14 @@ CmpiProvider* make(CmpiBroker const& broker, Logger& logger) {
     return construction.product;
 }
 
-CmpiProvider* makeWithContext(CmpiBroker const& broker, Logger& logger,
-                              CMPIContext const* context) {
+CmpiProvider* makeWithContext(const CmpiBroker& broker, Logger& logger,
+                              const CMPIContext* context) {
     construction.context = context;
     return make(broker, logger);
 }
 
 /// The line of an operation, however long it took.
-auto timed(std::string const& operation) {
+auto timed(const std::string& operation) {
     return MatchesRegex("information: " + operation + " completed in [0-9]+\\.[0-9][0-9]s");
 }
 
@@ -67,7 +67,7 @@ struct PerfmonDecoratorTest : PerfmonBase, testing::Test {};
 TEST_F(PerfmonDecoratorTest, TimesConstructionAndDestruction) {
     construction.product = inner();
     {
-        PerfmonDecorator const provider(broker, log.logger, make);
+        const PerfmonDecorator provider(broker, log.logger, make);
         EXPECT_EQ(construction.broker, &broker);
         EXPECT_EQ(construction.logger, &log.logger);
         EXPECT_THAT(journal.take(),
@@ -77,7 +77,7 @@ TEST_F(PerfmonDecoratorTest, TimesConstructionAndDestruction) {
 }
 
 TEST_F(PerfmonDecoratorTest, HandsTheRawContextToTheFactoryThatTakesOne) {
-    PerfmonDecorator const provider(broker, log.logger, makeWithContext, request.context.toCMPI());
+    const PerfmonDecorator provider(broker, log.logger, makeWithContext, request.context.toCMPI());
     EXPECT_EQ(construction.context, request.context.toCMPI());
     EXPECT_EQ(construction.broker, &broker);
     EXPECT_EQ(construction.logger, &log.logger);
@@ -85,7 +85,7 @@ TEST_F(PerfmonDecoratorTest, HandsTheRawContextToTheFactoryThatTakesOne) {
 }
 
 TEST_F(PerfmonDecoratorTest, TimesAConstructionThatFails) {
-    for (auto const& failure : allFailures()) {
+    for (const auto& failure : allFailures()) {
         construction.raise = failure.raise;
         EXPECT_EQ(outcomeOf([&] { PerfmonDecorator(broker, log.logger, make); }), failure.name);
         EXPECT_THAT(journal.take(),
@@ -106,7 +106,7 @@ TEST_F(PerfmonDecoratorTest, LogsUnderItsOwnSource) {
         }
         std::string last;
     };
-    auto const sources = std::make_shared<Sources>();
+    const auto sources = std::make_shared<Sources>();
     Logger logger("PYL_Fan", sources);
     construction.product = inner();
     PerfmonDecorator provider(broker, logger, make);
@@ -115,22 +115,22 @@ TEST_F(PerfmonDecoratorTest, LogsUnderItsOwnSource) {
 }
 
 TEST_F(PerfmonDecoratorTest, AnswersWithTheBrokerItWasMadeWithAndDoesNotTimeThat) {
-    auto const provider = wrap(nullptr);
+    const auto provider = wrap(nullptr);
     EXPECT_EQ(provider->getBroker(), host.broker().toRawCMPI());
     EXPECT_EQ(journal.take(), Lines{});
 }
 
 TEST_F(PerfmonDecoratorTest, PassesTheAnswerToUnloadOn) {
     auto* const product = inner();
-    auto const provider = wrap(product);
-    for (int const answer : {0, 1, 2, 77}) {
+    const auto provider = wrap(product);
+    for (const int answer : {0, 1, 2, 77}) {
         product->unloadAnswer = answer;
         EXPECT_EQ(provider->unloadOK(request.context), answer);
     }
 }
 
 TEST_F(PerfmonDecoratorTest, LivesWithoutAnInnerProvider) {
-    auto const provider = wrap(nullptr);
+    const auto provider = wrap(nullptr);
     EXPECT_EQ(provider->unloadOK(request.context), 0);
     provider->cleanup(request.context, true);
     EXPECT_THAT(journal.take(), ElementsAre(timed("unloadOK"), timed("cleanup")));
@@ -148,8 +148,8 @@ struct PerfmonArithmetic : PerfmonDecoratorTest {
     std::string taken(timeval start, timeval end) {
         journal.take();
         clockwork.log(start, end);
-        auto const lines = journal.take();
-        std::string const prefix = "information: work completed in ";
+        const auto lines = journal.take();
+        const std::string prefix = "information: work completed in ";
         EXPECT_EQ(lines.size(), 1U);
         EXPECT_TRUE(lines[0].starts_with(prefix)) << lines[0];
         return lines[0].substr(prefix.size());
@@ -186,12 +186,12 @@ TEST_F(PerfmonArithmetic, PrintsTheSecondsAs32Bits) {
 }
 
 struct PerfmonOperation : PerfmonBase, testing::TestWithParam<ProviderOperation> {
-    ProviderOperation const& operation = GetParam();
+    const ProviderOperation& operation = GetParam();
 };
 
 TEST_P(PerfmonOperation, ForwardsAndWritesTheTime) {
     auto* const product = inner();
-    auto const provider = wrap(product);
+    const auto provider = wrap(product);
     operation.run(*provider, request);
     EXPECT_THAT(journal.take(), ElementsAre("inner " + operation.inner, timed(operation.name)));
     EXPECT_EQ(product->context.load(), &request.context);
@@ -202,8 +202,8 @@ TEST_P(PerfmonOperation, ForwardsAndWritesTheTime) {
 
 TEST_P(PerfmonOperation, WritesTheTimeBeforeAnExceptionArrives) {
     auto* const product = inner();
-    auto const provider = wrap(product);
-    for (auto const& failure : allFailures()) {
+    const auto provider = wrap(product);
+    for (const auto& failure : allFailures()) {
         product->onCall = failure.raise;
         EXPECT_EQ(outcomeOf([&] { operation.run(*provider, request); }), failure.name);
         EXPECT_THAT(journal.take(), ElementsAre("inner " + operation.inner, timed(operation.name)));
@@ -214,7 +214,7 @@ TEST_P(PerfmonOperation, TimesARequestThatTheInnerProviderHasNoInterfaceFor) {
     if (operation.kind == ProviderOperation::Kind::any) return;
     for (auto* const product :
          {providerOfAnotherKind(operation.kind), static_cast<CmpiProvider*>(nullptr)}) {
-        auto const provider = wrap(product);
+        const auto provider = wrap(product);
         EXPECT_EQ(outcomeOf([&] { operation.run(*provider, request); }),
                   std::string("status 100 ") + missingInterface(operation.kind));
         EXPECT_THAT(journal.take(), ElementsAre(timed(operation.name)));
@@ -222,6 +222,6 @@ TEST_P(PerfmonOperation, TimesARequestThatTheInnerProviderHasNoInterfaceFor) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, PerfmonOperation, testing::ValuesIn(providerOperations()),
-                         [](auto const& row) { return row.param.name; });
+                         [](const auto& row) { return row.param.name; });
 
 }  // namespace

@@ -1,18 +1,18 @@
 #include "tests/common/PlainDecoder.h"
 
+#include "tests/common/HtmlEntities.h"
+
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <map>
 #include <optional>
 
-#include "tests/common/HtmlEntities.h"
-
 namespace {
 
 std::map<std::string, std::string> makeReplacements() {
     std::map<std::string, std::string> replacements;
-    for (HtmlEntity const& entity : htmlEntities) {
+    for (const HtmlEntity& entity : htmlEntities) {
         replacements[entity.name] = plainUtf8(entity.codePoint);
     }
     return replacements;
@@ -28,16 +28,16 @@ std::optional<std::string> decodeNumber(std::string digits) {
     digits += ';';
     char* end = nullptr;
     errno = 0;
-    unsigned long const number = std::strtoul(digits.c_str(), &end, base);
+    const unsigned long number = std::strtoul(digits.c_str(), &end, base);
     if (errno != 0 || *end != ';' || number > 0x10FFFF) return std::nullopt;
     return plainUtf8(number);
 }
 
 /// What stands for the text between "&" and ";".
-std::optional<std::string> decodeReference(std::string const& inner) {
-    static std::map<std::string, std::string> const replacements = makeReplacements();
+std::optional<std::string> decodeReference(const std::string& inner) {
+    static const std::map<std::string, std::string> replacements = makeReplacements();
     if (inner.starts_with('#')) return decodeNumber(inner.substr(1));
-    auto const found = replacements.find(inner);
+    const auto found = replacements.find(inner);
     if (found == replacements.end()) return std::nullopt;
     return found->second;
 }
@@ -64,9 +64,9 @@ std::string decodePlainly(std::string_view text) {
     std::string result;
     for (std::size_t place = 0; place < text.size();) {
         if (text[place] == '&') {
-            std::size_t const semicolon = text.find(';', place);
+            const std::size_t semicolon = text.find(';', place);
             if (semicolon != std::string_view::npos) {
-                auto const replacement =
+                const auto replacement =
                     decodeReference(std::string(text.substr(place + 1, semicolon - place - 1)));
                 if (replacement) {
                     result += *replacement;

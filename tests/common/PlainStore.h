@@ -19,7 +19,7 @@ struct PlainRecord {
     int words = 0;
     std::string key;
     std::string value;
-    bool operator==(PlainRecord const&) const = default;
+    bool operator==(const PlainRecord&) const = default;
 };
 
 /// The next record by nothing but fscanf(3); none at the end of the file.
@@ -45,29 +45,33 @@ class PlainStore {
 public:
     explicit PlainStore(std::string path) : _path(std::move(path)) { _open("r+"); }
 
-    std::optional<PlainRecord> find(std::string const& key) {
+    std::optional<PlainRecord> find(const std::string& key) {
         std::rewind(_file.get());
-        while (auto record = readPlainRecord(_file.get()))
+        while (auto record = readPlainRecord(_file.get())) {
             if (record->key == key) return record;
+        }
         return std::nullopt;
     }
 
-    void store(std::string const& key, std::string const& value) {
-        if (auto const record = find(key))
+    void store(const std::string& key, const std::string& value) {
+        if (const auto record = find(key)) {
             std::fseek(_file.get(), record->position, SEEK_SET);
-        else
+        } else {
             std::fseek(_file.get(), 0, SEEK_END);
+        }
         std::fprintf(_file.get(), "%s %s\r\n", key.c_str(), value.c_str());
         std::fflush(_file.get());
     }
 
-    void remove(std::string const& key) {
+    void remove(const std::string& key) {
         std::rewind(_file.get());
-        auto const records = readPlainRecords(_file.get());
+        const auto records = readPlainRecords(_file.get());
         _open("w");
-        for (auto const& record : records)
-            if (record.key != key)
+        for (const auto& record : records) {
+            if (record.key != key) {
                 std::fprintf(_file.get(), "%s %s\r\n", record.key.c_str(), record.value.c_str());
+            }
+        }
         _open("r+");
     }
 
@@ -75,7 +79,7 @@ private:
     struct Closer {
         void operator()(std::FILE* file) const { std::fclose(file); }
     };
-    void _open(char const* mode) {
+    void _open(const char* mode) {
         _file.reset();
         _file.reset(std::fopen(_path.c_str(), mode));
         if (!_file) throw std::runtime_error("no plain store");
@@ -95,8 +99,8 @@ public:
         std::rewind(_stream);
     }
     ~MemoryFile() { std::fclose(_stream); }
-    MemoryFile(MemoryFile const&) = delete;
-    MemoryFile& operator=(MemoryFile const&) = delete;
+    MemoryFile(const MemoryFile&) = delete;
+    MemoryFile& operator=(const MemoryFile&) = delete;
 
     std::FILE* stream() const { return _stream; }
     int descriptor() const { return fileno(_stream); }

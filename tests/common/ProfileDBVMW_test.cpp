@@ -1,18 +1,18 @@
 // The catalogue, as ProfileDB loads it.
 
-#include <gtest/gtest.h>
-
-#include <map>
-#include <set>
-#include <string>
-#include <vector>
-
 #include "common/ImplementationClassNames.h"
 #include "common/PYLConstants.h"
 #include "common/ProfileDB.h"
 #include "tests/common/Allocations.h"
 #include "tests/common/Journal.h"
 #include "tests/common/TestBroker.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -38,39 +38,43 @@ struct ProfileCatalogueTest : testing::Test {
     }
 };
 
-Ids references(PRPDBRec const& record) {
+Ids references(const PRPDBRec& record) {
     Ids ids;
-    for (unsigned int i = 0; i < record.getSizeofRefedProfiles(); ++i)
+    for (unsigned int i = 0; i < record.getSizeofRefedProfiles(); ++i) {
         ids.push_back(record.getRefedProfile(i));
+    }
     return ids;
 }
 
-Ids extended(PRPDBRec const& record) {
+Ids extended(const PRPDBRec& record) {
     Ids ids;
-    for (unsigned int i = 0; i < record.getSizeofExtendsProfiles(); ++i)
+    for (unsigned int i = 0; i < record.getSizeofExtendsProfiles(); ++i) {
         ids.push_back(record.getExtendsProfile(i));
+    }
     return ids;
 }
 
 TEST_F(ProfileCatalogueTest, CountsItsIdsFromOne) {
     ASSERT_EQ(profiles.getNumRecords(), 49U);
     int expected = 1;
-    for (auto const& record : all()) EXPECT_EQ(record.getId(), expected++);
+    for (const auto& record : all()) EXPECT_EQ(record.getId(), expected++);
 }
 
 TEST_F(ProfileCatalogueTest, RefersToItsOwnProfilesOnly) {
-    for (auto const& record : all())
-        for (auto const& ids : {references(record), extended(record)})
+    for (const auto& record : all()) {
+        for (const auto& ids : {references(record), extended(record)}) {
             for (int id : ids) {
                 EXPECT_GE(id, 1) << record.getRegName();
                 EXPECT_LE(id, 49) << record.getRegName();
                 EXPECT_NE(id, record.getId());
             }
+        }
+    }
 }
 
 TEST_F(ProfileCatalogueTest, NamesAnOwnerForTheMakersProfilesOnly) {
     std::map<int, int> counts;
-    for (auto const& record : all()) {
+    for (const auto& record : all()) {
         ++counts[record.getRegOrgId()];
         EXPECT_EQ(record.getOtherRegOrg(), record.getRegOrgId() == 1 ? "KT WBEM TC" : "");
         EXPECT_EQ(record.getRegName().starts_with("KT "), record.getRegOrgId() == 1);
@@ -81,17 +85,18 @@ TEST_F(ProfileCatalogueTest, NamesAnOwnerForTheMakersProfilesOnly) {
 
 TEST_F(ProfileCatalogueTest, GivesEachClassItsNamespace) {
     std::size_t classes = 0;
-    for (auto const& record : all()) {
+    for (const auto& record : all()) {
         ASSERT_EQ(record.getSizeofImpClassNames(), record.getSizeofImpNameSpaces());
         classes += record.getSizeofImpClassNames();
-        for (unsigned int i = 0; i < record.getSizeofImpNameSpaces(); ++i)
+        for (unsigned int i = 0; i < record.getSizeofImpNameSpaces(); ++i) {
             EXPECT_EQ(record.getImpNameSpace(i), PYL::BaseServerNameSpace);
+        }
     }
     EXPECT_EQ(classes, 48U);
 }
 
 TEST_F(ProfileCatalogueTest, BuildsTheBaseServerOfThirteenComponents) {
-    auto const baseServer = at(13);
+    const auto baseServer = at(13);
     EXPECT_EQ(baseServer.getRegName(), "Base Server");
     EXPECT_EQ(references(baseServer), (Ids{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}));
     EXPECT_EQ(extended(baseServer), Ids{});
@@ -106,24 +111,25 @@ TEST_F(ProfileCatalogueTest, BuildsTheRaidControllerInTheOrderOfItsTable) {
 
 TEST_F(ProfileCatalogueTest, ExtendsWhatTheMakersProfilesSpecialise) {
     std::set<int> without;
-    for (auto const& record : all()) {
-        if (record.getRegOrgId() != 1)
+    for (const auto& record : all()) {
+        if (record.getRegOrgId() != 1) {
             EXPECT_EQ(extended(record), Ids{});
-        else if (extended(record).empty())
+        } else if (extended(record).empty()) {
             without.insert(record.getId());
-        else
+        } else {
             EXPECT_EQ(extended(record).size(), 1U);
+        }
     }
     EXPECT_EQ(without, (std::set<int>{25, 40, 41, 43, 47, 49}));
 }
 
 TEST_F(ProfileCatalogueTest, RegistersProfileRegistrationInTwoVersions) {
-    for (auto const& [number, version] : {std::pair{38U, "2.0.0"}, std::pair{47U, "2.1.0"}}) {
+    for (const auto& [number, version] : {std::pair{38U, "2.0.0"}, std::pair{47U, "2.1.0"}}) {
         EXPECT_EQ(at(number).getRegName(), "KT Profile Registration");
         EXPECT_EQ(at(number).getRegVersion(), version);
         EXPECT_EQ(extended(at(number)), Ids{7});
     }
-    auto const key = [&](char const* version) {
+    const auto key = [&](const char* version) {
         return profiles.getECTPpath(1, PYL::OrgNameKT, "KT Profile Registration", version)
             .getKey("InstanceID")
             .asString();
@@ -147,8 +153,9 @@ TEST_F(ProfileCatalogueTest, KeepsTheSpellingOfAClass) {
 }
 
 TEST_F(ProfileCatalogueTest, NamesAnImplementationProfileForTheDataCollectionOnly) {
-    for (auto const& record : all())
+    for (const auto& record : all()) {
         EXPECT_EQ(record.getSizeofImpProfiles(), record.getId() == 49 ? 1U : 0U);
+    }
     EXPECT_EQ(at(48).getRegName(), "KT Configuration Data Collection");
     EXPECT_EQ(at(48).getImpProfile(0), at(48).getRegName());
 }
@@ -170,7 +177,7 @@ TEST_F(ProfileCatalogueTest, IsThereTwiceWhenLoadedTwice) {
 
 TEST_F(ProfileCatalogueTest, TakesOneAllocation) {
     PYL::ProfileDB another(log.logger);
-    auto const before = allocationCount();
+    const auto before = allocationCount();
     another.initialize();
     EXPECT_EQ(allocationCount() - before, 1);
 }

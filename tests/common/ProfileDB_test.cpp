@@ -1,14 +1,5 @@
 #include "common/ProfileDB.h"
 
-#include <gtest/gtest.h>
-
-#include <climits>
-#include <memory>
-#include <string>
-#include <type_traits>
-#include <utility>
-#include <vector>
-
 #include "common/ImplementationClassNames.h"
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
@@ -19,6 +10,15 @@
 #include "tests/common/TestBroker.h"
 #include "tests/support/FaultyBroker.h"
 
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
 namespace {
 
 using PYL::ProfileDB;
@@ -27,13 +27,13 @@ using PYL::PRPDBRec;
 static_assert(!std::is_copy_constructible_v<ProfileDB>);
 static_assert(std::is_nothrow_copy_constructible_v<PRPDBRec>);
 static_assert(std::is_constructible_v<PRPDBRec, int, int, std::string, std::string, std::string,
-                                      char const**, char const**, char const**, int*, int*>,
+                                      const char**, const char**, const char**, int*, int*>,
               "tables that are not constant are taken too");
 
 constexpr int none[] = {0};
 
 /// A record of these lists; its id is also its version.
-PRPDBRec record(int id, std::string const& name, std::string const& owner = "",
+PRPDBRec record(int id, const std::string& name, const std::string& owner = "",
                 int organization = 2) {
     return {id,
             organization,
@@ -48,39 +48,44 @@ PRPDBRec record(int id, std::string const& name, std::string const& owner = "",
 }
 
 /// Everything that a record tells, as text.
-std::string text(PRPDBRec const& record) {
+std::string text(const PRPDBRec& record) {
     auto all = std::to_string(record.getId()) + "|" + std::to_string(record.getRegOrgId()) + "|" +
                record.getOtherRegOrg() + "|" + record.getRegName() + "|" + record.getRegVersion();
     all += "|";
-    for (unsigned i = 0; i < record.getSizeofRefedProfiles(); ++i)
+    for (unsigned i = 0; i < record.getSizeofRefedProfiles(); ++i) {
         all += std::to_string(record.getRefedProfile(i)) + " ";
+    }
     all += "|";
-    for (unsigned i = 0; i < record.getSizeofExtendsProfiles(); ++i)
+    for (unsigned i = 0; i < record.getSizeofExtendsProfiles(); ++i) {
         all += std::to_string(record.getExtendsProfile(i)) + " ";
+    }
     all += "|";
-    for (unsigned i = 0; i < record.getSizeofImpClassNames(); ++i)
+    for (unsigned i = 0; i < record.getSizeofImpClassNames(); ++i) {
         all += record.getImpClassName(i) + " ";
+    }
     all += "|";
-    for (unsigned i = 0; i < record.getSizeofImpNameSpaces(); ++i)
+    for (unsigned i = 0; i < record.getSizeofImpNameSpaces(); ++i) {
         all += record.getImpNameSpace(i) + " ";
+    }
     all += "|";
-    for (unsigned i = 0; i < record.getSizeofImpProfiles(); ++i)
+    for (unsigned i = 0; i < record.getSizeofImpProfiles(); ++i) {
         all += record.getImpProfile(i) + " ";
+    }
     return all;
 }
 
-std::string const fullText = "7|1|Acme|Fan|1.2|3 1 2 |9 |A B |n1 n2 |P |";
+const std::string fullText = "7|1|Acme|Fan|1.2|3 1 2 |9 |A B |n1 n2 |P |";
 
 /// A record made from tables that are gone when it is returned.
 std::unique_ptr<PRPDBRec> fullRecord() {
-    auto const names = std::make_unique<std::string[]>(5);
-    char const* const texts[] = {"A", "B", "n1", "n2", "P"};
+    const auto names = std::make_unique<std::string[]>(5);
+    const char* const texts[] = {"A", "B", "n1", "n2", "P"};
     for (std::size_t i = 0; i < 5; ++i) names[i] = texts[i];
-    char const* classes[] = {names[0].c_str(), names[1].c_str(), nullptr};
-    char const* nameSpaces[] = {names[2].c_str(), names[3].c_str(), nullptr};
-    char const* profiles[] = {names[4].c_str(), nullptr};
-    int const references[] = {3, 1, 2, 0};
-    int const extends[] = {9, 0};
+    const char* classes[] = {names[0].c_str(), names[1].c_str(), nullptr};
+    const char* nameSpaces[] = {names[2].c_str(), names[3].c_str(), nullptr};
+    const char* profiles[] = {names[4].c_str(), nullptr};
+    const int references[] = {3, 1, 2, 0};
+    const int extends[] = {9, 0};
     return std::make_unique<PRPDBRec>(7, 1, "Acme", "Fan", "1.2", classes, nameSpaces, profiles,
                                       references, extends);
 }
@@ -98,16 +103,16 @@ TEST(PRPDBRec, HasNoEntriesOfTablesThatHoldTheirEndOnly) {
 }
 
 TEST(PRPDBRec, ReadsTablesOfDifferentLengths) {
-    char const* const classes[] = {"A", "B", "C", nullptr};
-    char const* const nameSpaces[] = {"n", nullptr};
-    PRPDBRec const uneven(1, 2, "", "x", "", classes, nameSpaces, PYL::emptyString, none, none);
+    const char* const classes[] = {"A", "B", "C", nullptr};
+    const char* const nameSpaces[] = {"n", nullptr};
+    const PRPDBRec uneven(1, 2, "", "x", "", classes, nameSpaces, PYL::emptyString, none, none);
     EXPECT_EQ(uneven.getSizeofImpClassNames(), 3U);
     EXPECT_EQ(uneven.getSizeofImpNameSpaces(), 1U);
 }
 
 TEST(PRPDBRec, KeepsWhatItWasMadeFromInItsCopies) {
     auto original = fullRecord();
-    auto const copy = *original;
+    const auto copy = *original;
     PRPDBRec assigned;
     assigned = copy;
     original.reset();
@@ -120,14 +125,14 @@ TEST(PRPDBRec, KeepsWhatItWasMadeFromInItsCopies) {
 
 TEST(PRPDBRec, StaysWhatItIsWhenMovedFrom) {
     auto original = *fullRecord();
-    auto const moved = std::move(original);
+    const auto moved = std::move(original);
     EXPECT_EQ(text(original) + "|", fullText);
     EXPECT_EQ(text(moved) + "|", fullText);
 }
 
 TEST(PRPDBRec, TakesTextsWithAnyByte) {
-    std::string const odd("a\0b", 3);
-    auto const made = record(1, odd, odd);
+    const std::string odd("a\0b", 3);
+    const auto made = record(1, odd, odd);
     EXPECT_EQ(made.getRegName(), odd);
     EXPECT_EQ(made.getOtherRegOrg(), odd);
 }
@@ -135,11 +140,11 @@ TEST(PRPDBRec, TakesTextsWithAnyByte) {
 TEST(PRPDBRec, LosesNothingWhenMemoryEnds) {
     int failures = 0;
     for (int nth = 1;; ++nth) {
-        FailingAllocation const failing(nth, false);
+        const FailingAllocation failing(nth, false);
         try {
             fullRecord();
             break;
-        } catch (std::bad_alloc const&) {
+        } catch (const std::bad_alloc&) {
             ++failures;
         }
     }
@@ -151,8 +156,8 @@ struct ProfileDBTest : testing::Test {
     JournalLog log;
     ProfileDB profiles{log.logger};
 
-    std::string path(int organization, std::string const& owner, std::string const& name,
-                     std::string const& version) {
+    std::string path(int organization, const std::string& owner, const std::string& name,
+                     const std::string& version) {
         return profiles.getECTPpath(organization, owner, name, version).str();
     }
     static std::string pathText(int id) {
@@ -161,7 +166,7 @@ struct ProfileDBTest : testing::Test {
     }
     std::string at(unsigned int number) {
         PRPDBRec found = record(99, "untouched");
-        auto const status = profiles.getRecord(number, found);
+        const auto status = profiles.getRecord(number, found);
         return std::to_string(status) + " " + found.getRegName();
     }
 };
@@ -195,14 +200,14 @@ TEST_F(ProfileDBTest, HandsOutCopies) {
 TEST_F(ProfileDBTest, MakesThePathOfARecordFromItsId) {
     profiles.make(record(12, "Fan", "Acme", 1));
     EXPECT_EQ(path(1, "Acme", "Fan", "12"), pathText(12));
-    HostNameIs const renamed("server-2");
+    const HostNameIs renamed("server-2");
     EXPECT_EQ(path(1, "Acme", "Fan", ""),
               "//server-2/interop:PYL_RegisteredProfile.InstanceID=\"KTQ:12\"");
 }
 
 TEST_F(ProfileDBTest, ComparesEverythingExactly) {
     profiles.make(record(12, "Fan", "Acme", 1));
-    for (auto const& [organization, owner, name, version] :
+    for (const auto& [organization, owner, name, version] :
          std::vector<std::tuple<int, std::string, std::string, std::string>>{
              {2, "Acme", "Fan", "12"},
              {1, "", "Fan", "12"},
@@ -212,9 +217,10 @@ TEST_F(ProfileDBTest, ComparesEverythingExactly) {
              {1, "Acme", "Fa", "12"},
              {1, "Acme", "", "12"},
              {1, "Acme", "Fan", "1"},
-             {1, "Acme", "Fan", "12 "}})
+             {1, "Acme", "Fan", "12 "}}) {
         EXPECT_TRUE(profiles.getECTPpath(organization, owner, name, version).empty())
             << organization << owner << name << version;
+    }
 }
 
 TEST_F(ProfileDBTest, FindsTheFirstOfSeveralVersionsWhenNoneIsGiven) {
@@ -236,9 +242,9 @@ TEST_F(ProfileDBTest, NamesTheScopingSystems) {
               "//server-1/root/ktq:PYL_ComputerSystem.CreationClassName=\"PYL_ComputerSystem\","
               "Name=\"server-1\"");
     SmBios::setSource(std::make_shared<SmbiosDumpFile>(PYL_SMBIOS_DUMPS "/wavek.bin"));
-    auto const uuid = PYL::PYLUtil::getSystemUUID(log.logger);
+    const auto uuid = PYL::PYLUtil::getSystemUUID(log.logger);
     EXPECT_FALSE(uuid.empty());
-    std::string const untilName =
+    const std::string untilName =
         "//server-1/root/ktq:PYL_FCHBAComputerSystem.CreationClassName="
         "\"PYL_FCHBAComputerSystem\",Name=\"";
     EXPECT_EQ(profiles.getScopedPathToFCHBAComputerSystem().str(), untilName + uuid + "\"");
@@ -251,7 +257,7 @@ TEST_F(ProfileDBTest, PassesOnWhatTheBrokerAnswers) {
     profiles.make(record(1, "Fan"));
     testsupport::FaultyBroker faulty(host.real());
     host.use(faulty.handle());
-    for (char const* slot : {"CMPIBrokerEncFT.newObjectPath", "CMPIObjectPathFT.setHostname",
+    for (const char* slot : {"CMPIBrokerEncFT.newObjectPath", "CMPIObjectPathFT.setHostname",
                              "CMPIObjectPathFT.addKey"}) {
         faulty.failCall(slot, 1, testsupport::FaultyBroker::Fault::status);
         EXPECT_TRUE(
@@ -272,7 +278,7 @@ TEST(ProfileDB, LogsItsMakingAndItsEndAndNothingElse) {
         }
         Lines lines;
     };
-    auto const sink = std::make_shared<Sources>();
+    const auto sink = std::make_shared<Sources>();
     Logger log("test", sink);
     {
         ProfileDB profiles(log);

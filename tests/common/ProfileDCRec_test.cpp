@@ -1,17 +1,17 @@
 // The rows of the data collection, as ProfileDC loads them.
 
+#include "common/PYLConstants.h"
+#include "common/ProfileDB.h"
+#include "common/ProfileDC.h"
+#include "tests/common/Allocations.h"
+#include "tests/common/Journal.h"
+
 #include <gtest/gtest.h>
 
 #include <map>
 #include <set>
 #include <string>
 #include <vector>
-
-#include "common/PYLConstants.h"
-#include "common/ProfileDB.h"
-#include "common/ProfileDC.h"
-#include "tests/common/Allocations.h"
-#include "tests/common/Journal.h"
 
 namespace {
 
@@ -31,22 +31,23 @@ struct CollectionTableTest : testing::Test {
 };
 
 /// How often each level occurs among the classes.
-std::map<int, int> levels(PRPDCRec const& row) {
+std::map<int, int> levels(const PRPDCRec& row) {
     std::map<int, int> counts;
-    for (unsigned int i = 0; i < row.getSizeofCollectionClassName(); ++i)
+    for (unsigned int i = 0; i < row.getSizeofCollectionClassName(); ++i) {
         ++counts[row.getCollectionClassLevel(i)];
+    }
     return counts;
 }
 
 struct Expected {
     int id;
-    char const* name;
+    const char* name;
     unsigned int classes;
     std::map<int, int> levels;
 };
 
 TEST_F(CollectionTableTest, HasItsRowsInTheirOrder) {
-    Expected const expected[] = {
+    const Expected expected[] = {
         {105, "KT Base Server", 14, {{0, 7}, {1, 2}, {2, 5}}},
         {110, "KT Memory", 4, {{2, 4}}},
         {106, "KT CPU", 21, {{0, 15}, {2, 6}}},
@@ -68,7 +69,7 @@ TEST_F(CollectionTableTest, HasItsRowsInTheirOrder) {
     };
     ASSERT_EQ(table.getNumRecords(), std::size(expected));
     for (unsigned int i = 0; i < std::size(expected); ++i) {
-        auto const row = at(i);
+        const auto row = at(i);
         EXPECT_EQ(row.getId(), expected[i].id);
         EXPECT_EQ(row.getRegName(), expected[i].name);
         EXPECT_EQ(row.getSizeofCollectionClassName(), expected[i].classes) << expected[i].name;
@@ -79,13 +80,14 @@ TEST_F(CollectionTableTest, HasItsRowsInTheirOrder) {
 }
 
 TEST_F(CollectionTableTest, IsInOneNamespaceButForProfileRegistration) {
-    for (unsigned int i = 0; i < table.getNumRecords(); ++i)
+    for (unsigned int i = 0; i < table.getNumRecords(); ++i) {
         EXPECT_EQ(at(i).getCollectionNameSpace(),
                   at(i).getRegName() == "KT Profile Registration" ? "root/interop" : "root/ktq");
+    }
 }
 
 TEST_F(CollectionTableTest, KeepsTheSurplusLevelsOfTheRecordLog) {
-    auto const recordLog = at(6);
+    const auto recordLog = at(6);
     ASSERT_EQ(recordLog.getSizeofCollectionClassName(), 7U);
     EXPECT_EQ(recordLog.getCollectionClassName(6), "PYL_ConfigRecordLog");
     EXPECT_EQ(recordLog.getCollectionClassLevel(6), 4);
@@ -94,7 +96,7 @@ TEST_F(CollectionTableTest, KeepsTheSurplusLevelsOfTheRecordLog) {
 }
 
 TEST_F(CollectionTableTest, GathersOldAndNewNamesAlike) {
-    auto const memory = at(1);
+    const auto memory = at(1);
     EXPECT_EQ(memory.getCollectionClassName(0), "KT_Memory");
     EXPECT_EQ(memory.getCollectionClassName(1), "PYL_Memory");
     EXPECT_EQ(memory.getCollectionNameType(0), memory.getCollectionNameType(1));
@@ -106,11 +108,13 @@ TEST_F(CollectionTableTest, HasNamesThatTheCatalogueHasNot) {
     profiles.initialize();
     std::set<std::string> registered;
     PYL::PRPDBRec record;
-    for (unsigned int i = 0; profiles.getRecord(i, record) == 0; ++i)
+    for (unsigned int i = 0; profiles.getRecord(i, record) == 0; ++i) {
         registered.insert(record.getRegName());
+    }
     std::set<std::string> unregistered;
-    for (unsigned int i = 0; i < table.getNumRecords(); ++i)
+    for (unsigned int i = 0; i < table.getNumRecords(); ++i) {
         if (!registered.contains(at(i).getRegName())) unregistered.insert(at(i).getRegName());
+    }
     EXPECT_EQ(unregistered,
               (std::set<std::string>{"KT Software Inventory and Update", "KT Ethernet Teaming",
                                      "KT Location", "KT Consolidated Status", "KT PCI"}));
@@ -124,7 +128,7 @@ TEST_F(CollectionTableTest, IsThereTwiceWhenLoadedTwice) {
 
 TEST_F(CollectionTableTest, TakesOneAllocation) {
     PYL::ProfileDC another(log.logger);
-    auto const before = allocationCount();
+    const auto before = allocationCount();
     another.initialize();
     EXPECT_EQ(allocationCount() - before, 1);
 }

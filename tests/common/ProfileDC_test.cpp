@@ -1,5 +1,9 @@
 #include "common/ProfileDC.h"
 
+#include "common/ImplementationClassNames.h"
+#include "tests/common/Allocations.h"
+#include "tests/common/Journal.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -8,54 +12,52 @@
 #include <type_traits>
 #include <utility>
 
-#include "common/ImplementationClassNames.h"
-#include "tests/common/Allocations.h"
-#include "tests/common/Journal.h"
-
 namespace {
 
 using PYL::ProfileDC;
 using PYL::PRPDCRec;
 
 static_assert(!std::is_copy_constructible_v<ProfileDC>);
-static_assert(std::is_constructible_v<PRPDCRec, int, std::string, std::string, char const**,
-                                      char const**, int*>,
+static_assert(std::is_constructible_v<PRPDCRec, int, std::string, std::string, const char**,
+                                      const char**, int*>,
               "tables that are not constant are taken too");
 
 constexpr int none[] = {-1};
 
-PRPDCRec row(int id, std::string const& name) {
+PRPDCRec row(int id, const std::string& name) {
     return {id, name, "root/x", PYL::emptyString, PYL::emptyString, none};
 }
 
 /// The row and its classes, as text; a class without a type or a level would end the program.
-std::string text(PRPDCRec const& row) {
+std::string text(const PRPDCRec& row) {
     auto all = std::to_string(row.getId()) + "|" + row.getRegName() + "|" +
                row.getCollectionNameSpace() + "|";
-    for (unsigned i = 0; i < row.getSizeofCollectionClassName(); ++i)
+    for (unsigned i = 0; i < row.getSizeofCollectionClassName(); ++i) {
         all += row.getCollectionClassName(i) + " " + row.getCollectionNameType(i) + " " +
                std::to_string(row.getCollectionClassLevel(i)) + ",";
+    }
     return all;
 }
 
-std::string implemented(PRPDCRec const& row) {
+std::string implemented(const PRPDCRec& row) {
     std::string all;
-    for (unsigned i = 0; i < row.getSizeofImplementClassName(); ++i)
+    for (unsigned i = 0; i < row.getSizeofImplementClassName(); ++i) {
         all += row.getImplementClassName(i) + " " + row.getImplementClassType(i) + " " +
                std::to_string(row.getImplementClassLevel(i)) + ",";
+    }
     return all;
 }
 
 /// A row made from tables that are gone when it is returned.
 std::unique_ptr<PRPDCRec> fullRow() {
-    std::string const first = "A", second = "B";
-    char const* names[] = {first.c_str(), second.c_str(), nullptr};
-    char const* types[] = {"Instance", "Association", nullptr};
-    int const levels[] = {0, 4, -1};
+    const std::string first = "A", second = "B";
+    const char* names[] = {first.c_str(), second.c_str(), nullptr};
+    const char* types[] = {"Instance", "Association", nullptr};
+    const int levels[] = {0, 4, -1};
     return std::make_unique<PRPDCRec>(7, "Fan", "root/x", names, types, levels);
 }
 
-std::string const fullText = "7|Fan|root/x|A Instance 0,B Association 4,";
+const std::string fullText = "7|Fan|root/x|A Instance 0,B Association 4,";
 
 TEST(PRPDCRec, IsEmptyAtFirst) {
     EXPECT_EQ(text(PRPDCRec()), "0|||");
@@ -73,10 +75,10 @@ TEST(PRPDCRec, HasNoEntriesOfTablesThatHoldTheirEndOnly) {
 }
 
 TEST(PRPDCRec, ReadsTablesOfDifferentLengths) {
-    char const* const names[] = {"A", nullptr};
-    char const* const types[] = {"Instance", "Instance", "Association", nullptr};
-    int const levels[] = {0, 0, 1, 2, -1};
-    PRPDCRec const uneven(1, "x", "n", names, types, levels);
+    const char* const names[] = {"A", nullptr};
+    const char* const types[] = {"Instance", "Instance", "Association", nullptr};
+    const int levels[] = {0, 0, 1, 2, -1};
+    const PRPDCRec uneven(1, "x", "n", names, types, levels);
     EXPECT_EQ(uneven.getSizeofCollectionClassName(), 1U);
     EXPECT_EQ(uneven.getSizeofCollectionNameType(), 3U);
     EXPECT_EQ(uneven.getCollectionNameType(2), "Association");
@@ -86,7 +88,7 @@ TEST(PRPDCRec, ReadsTablesOfDifferentLengths) {
 TEST(PRPDCRec, KeepsWhatItWasMadeFromInItsCopies) {
     auto original = fullRow();
     auto copy = *original;
-    auto const moved = std::move(*original);
+    const auto moved = std::move(*original);
     EXPECT_EQ(text(*original), fullText);
     original.reset();
     PRPDCRec assigned;
@@ -111,11 +113,11 @@ TEST(PRPDCRec, AppendsImplementedClassesOneValueAtATime) {
 TEST(PRPDCRec, LosesNothingWhenMemoryEnds) {
     int failures = 0;
     for (int nth = 1;; ++nth) {
-        FailingAllocation const failing(nth, false);
+        const FailingAllocation failing(nth, false);
         try {
             fullRow();
             break;
-        } catch (std::bad_alloc const&) {
+        } catch (const std::bad_alloc&) {
             ++failures;
         }
     }
@@ -128,7 +130,7 @@ struct ProfileDCTest : testing::Test {
 
     std::string at(unsigned int number) {
         auto found = row(99, "untouched");
-        auto const status = table.getRecord(number, found);
+        const auto status = table.getRecord(number, found);
         return std::to_string(status) + " " + found.getRegName();
     }
 };
@@ -166,7 +168,7 @@ TEST(ProfileDC, LogsItsMakingAndItsEndAndNothingElse) {
         }
         Lines lines;
     };
-    auto const sink = std::make_shared<Sources>();
+    const auto sink = std::make_shared<Sources>();
     Logger log("test", sink);
     {
         ProfileDC table(log);

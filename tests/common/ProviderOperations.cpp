@@ -1,11 +1,11 @@
 #include "tests/common/ProviderOperations.h"
 
-std::vector<ProviderOperation> const& providerOperations() {
+const std::vector<ProviderOperation>& providerOperations() {
     using Kind = ProviderOperation::Kind;
     using Delivers = ProviderOperation::Delivers;
-    std::string const path = requestPath;
-    std::string const instance = "instance of PYL_Thing {Id = \"a\";}";
-    static std::vector<ProviderOperation> const operations = {
+    const std::string path = requestPath;
+    const std::string instance = "instance of PYL_Thing {Id = \"a\";}";
+    static const std::vector<ProviderOperation> operations = {
         {"enumInstanceNames", Kind::instance, Delivers::paths, "enumInstanceNames(" + path + ")",
          "enumInstanceNames " + path, "enumInstanceNames() exception: ", "",
          [](AnyProvider p, Request& r) {

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "tests/common/CapturedResults.h"
 #include "tests/common/HostName.h"
 #include "tests/common/InnerProvider.h"
+
+#include <functional>
+#include <string>
+#include <vector>
 
 /// What the operations of a provider are called with in tests.
 struct Request {
@@ -30,10 +30,10 @@ struct Request {
           method(journal) {}
 };
 
-constexpr char const* requestPath = "//server-1/root/ktq:PYL_Thing.Id=\"a\"";
+constexpr const char* requestPath = "//server-1/root/ktq:PYL_Thing.Id=\"a\"";
 
-inline char const** requestProperties() {
-    static char const* properties[] = {"Id", nullptr};
+inline const char** requestProperties() {
+    static const char* properties[] = {"Id", nullptr};
     return properties;
 }
 
@@ -64,8 +64,8 @@ struct ProviderOperation {
     std::function<void(AnyProvider, Request&)> run;
 };
 
-inline void PrintTo(ProviderOperation const& operation, std::ostream* out) {
+inline void PrintTo(const ProviderOperation& operation, std::ostream* out) {
     *out << operation.name;
 }
 
-std::vector<ProviderOperation> const& providerOperations();
+const std::vector<ProviderOperation>& providerOperations();

@@ -1,18 +1,18 @@
 #pragma once
 
-#include <memory>
-
 #include "cmpicpp/CmpiResult.h"
 #include "platform/logger/Logger.h"
 
+#include <memory>
+
 /// Sinks that count and nothing else: they allocate nothing and call no broker.
 struct CountedPaths : CmpiCpp::CmpiObjectPathResult {
-    void deliver(CmpiCpp::CmpiObjectPath const&) override { ++count; }
+    void deliver(const CmpiCpp::CmpiObjectPath&) override { ++count; }
     int count = 0;
 };
 
 struct CountedInstances : CmpiCpp::CmpiInstanceResult {
-    void deliver(CmpiCpp::CmpiInstance const&) override { ++count; }
+    void deliver(const CmpiCpp::CmpiInstance&) override { ++count; }
     int count = 0;
 };
 

@@ -1,26 +1,26 @@
 #pragma once
 
+#include "common/WordReader.h"
+#include "tests/common/PlainStore.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "common/WordReader.h"
-#include "tests/common/PlainStore.h"
-
 /// All records as the store takes them from a WordReader, words cut at their zero bytes as C does.
 inline std::vector<PlainRecord> readRecords(int descriptor) {
-    auto const cut = [](std::string_view word) {
+    const auto cut = [](std::string_view word) {
         return std::string(word.substr(0, word.find('\0')));
     };
     std::vector<PlainRecord> records;
     PYL::WordReader words(descriptor);
     for (long at = 0;; at = words.skipSpace()) {
-        auto const key = words.next();
+        const auto key = words.next();
         if (key.empty()) return records;
         auto& record = records.emplace_back();
         record.position = at;
         record.key = cut(key);
-        auto const value = words.next();
+        const auto value = words.next();
         record.words = value.empty() ? 1 : 2;
         record.value = cut(value);
     }

@@ -9,14 +9,14 @@
 class RedirectedFiles {
 public:
     /// In a new directory below the base.
-    explicit RedirectedFiles(std::filesystem::path const& base = inMemory());
+    explicit RedirectedFiles(const std::filesystem::path& base = inMemory());
     ~RedirectedFiles();
-    RedirectedFiles(RedirectedFiles const&) = delete;
-    RedirectedFiles& operator=(RedirectedFiles const&) = delete;
+    RedirectedFiles(const RedirectedFiles&) = delete;
+    RedirectedFiles& operator=(const RedirectedFiles&) = delete;
 
     /// Where nothing waits for a disk, on hosts that have such a place.
     static std::filesystem::path inMemory();
 
     /// Where such a file really is; any other path as it is.
-    static std::string real(std::string const& path);
+    static std::string real(const std::string& path);
 };

@@ -1,5 +1,11 @@
 // The facts of PYLUtil about the server's kind, from the tables of several machines.
 
+#include "common/PYLUtil.h"
+#include "platform/smbios/SmBios.h"
+#include "tests/common/FreshProcess.h"
+#include "tests/common/Journal.h"
+#include "tests/platform/smbios/SmbiosImage.h"
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -8,22 +14,16 @@
 #include <thread>
 #include <vector>
 
-#include "common/PYLUtil.h"
-#include "platform/smbios/SmBios.h"
-#include "tests/common/FreshProcess.h"
-#include "tests/common/Journal.h"
-#include "tests/platform/smbios/SmbiosImage.h"
-
 namespace {
 
 using PYL::PYLUtil;
 
-std::string const noScan = "warning: Could not find SMBios, ensure root permission";
-std::string const noSystem = "warning: Could not find SMBios DMISystem Element";
-std::string const noBios = "warning: Could not find SMBios DMIBios Element";
-std::string const scanning =
+const std::string noScan = "warning: Could not find SMBios, ensure root permission";
+const std::string noSystem = "warning: Could not find SMBios DMISystem Element";
+const std::string noBios = "warning: Could not find SMBios DMIBios Element";
+const std::string scanning =
     "information: serverSystemIdString is empty.  Scanning from SmBios....";
-std::string const known = "information: serverSystemIdstring already set. Skipped SmBios Scan.";
+const std::string known = "information: serverSystemIdstring already set. Skipped SmBios Scan.";
 
 /// A BIOS record of the maker, with its marker word in the upper bits of the characteristics.
 Bytes bios(std::uint16_t marker = 0) {
@@ -47,7 +47,7 @@ Bytes machine(std::string_view manufacturer, std::string_view product) {
     Bytes fields(0x17, 0);
     std::uint8_t number = 0;
     std::vector<std::string_view> texts;
-    for (auto const& [offset, text] : {std::pair{0, manufacturer}, std::pair{1, product}}) {
+    for (const auto& [offset, text] : {std::pair{0, manufacturer}, std::pair{1, product}}) {
         if (text.empty()) continue;
         fields[static_cast<std::size_t>(offset)] = ++number;
         texts.push_back(text);
@@ -60,12 +60,12 @@ Bytes machine(std::string_view manufacturer, std::string_view product) {
 struct ServerGeneration : testing::Test {
     ~ServerGeneration() override { SmBios::setSource(nullptr); }
 
-    static void dumpIs(std::string const& name) {
+    static void dumpIs(const std::string& name) {
         SmBios::setSource(std::make_shared<SmbiosDumpFile>(dumpPath(name)));
     }
     static void tableIs(std::initializer_list<Bytes> records) {
         auto table = concatenated(records);
-        auto const end = endOfTable();
+        const auto end = endOfTable();
         table.insert(table.end(), end.begin(), end.end());
         SmBios::setSource(std::make_shared<SmbiosMemory>(SmbiosImage(table).dump()));
     }
@@ -74,7 +74,7 @@ struct ServerGeneration : testing::Test {
     /// The lines but for those in which the reader itself says what is wrong with a table.
     Lines lines() {
         auto all = log.journal->take();
-        std::erase_if(all, [](auto const& line) { return line.starts_with("error: No SMBIOS"); });
+        std::erase_if(all, [](const auto& line) { return line.starts_with("error: No SMBIOS"); });
         return all;
     }
 
@@ -86,7 +86,7 @@ struct ServerGeneration : testing::Test {
 };
 
 TEST_F(ServerGeneration, TellsWaveJServersByNameOrByMarker) {
-    for (auto const& [dump, answer] :
+    for (const auto& [dump, answer] :
          {std::pair{"wavej", true}, std::pair{"wavej-marker", true}, std::pair{"wavek", false},
           std::pair{"wavek-marker", false}, std::pair{"entry30", false}}) {
         dumpIs(dump);
@@ -97,7 +97,7 @@ TEST_F(ServerGeneration, TellsWaveJServersByNameOrByMarker) {
 
 TEST_F(ServerGeneration, WantsAJAnywhereAfterWave) {
     struct {
-        char const* product;
+        const char* product;
         bool answer;
     } const rows[] = {
         {"WAVEJ", true},
@@ -114,7 +114,7 @@ TEST_F(ServerGeneration, WantsAJAnywhereAfterWave) {
         {"J", false},
         {"w\xC3\xA4ve j", false},
     };
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         tableIs({bios(), machine("KT", row.product)});
         EXPECT_EQ(isWaveJ(), row.answer) << row.product;
     }
@@ -154,7 +154,7 @@ TEST_F(ServerGeneration, IsNoWaveJWhereTheTableCannotBeRead) {
 }
 
 TEST_F(ServerGeneration, TellsAgentlessServersByNameOrByMarker) {
-    for (auto const& [dump, answer] :
+    for (const auto& [dump, answer] :
          {std::pair{"wavek", true}, std::pair{"wavek-marker", true}, std::pair{"wavej", false},
           std::pair{"wavej-marker", false}, std::pair{"foreign", false}}) {
         dumpIs(dump);
@@ -167,8 +167,8 @@ TEST_F(ServerGeneration, TellsAgentlessServersByNameOrByMarker) {
 
 TEST_F(ServerGeneration, WantsTheMakersNameWholeAndWaveKAnywhere) {
     struct {
-        char const* manufacturer;
-        char const* product;
+        const char* manufacturer;
+        const char* product;
         bool answer;
     } const rows[] = {
         {"KT", "WAVEK", true},      {"kte", "my waveK 4", true}, {"Kt", "xWaVeKx", true},
@@ -176,7 +176,7 @@ TEST_F(ServerGeneration, WantsTheMakersNameWholeAndWaveKAnywhere) {
         {" KT", "WAVEK", false},    {"KT", "WAVE K", false},     {"KT", "", false},
         {"", "WAVEK", false},
     };
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         tableIs({bios(), machine(row.manufacturer, row.product)});
         inFreshProcess([&] {
             EXPECT_EQ(isAgentlessOnly(), row.answer) << row.manufacturer << ", " << row.product;
@@ -243,20 +243,22 @@ private:
 };
 
 TEST_F(ServerGeneration, NeverAnswersAnythingElseToCallersThatComeTogether) {
-    for (int turn = 0; turn < 20; ++turn)
+    for (int turn = 0; turn < 20; ++turn) {
         inFreshProcess([&] {
             SmBios::setSource(std::make_shared<MeetingSource>(readDump("wavek")));
             std::atomic<int> agentless = 0;
             std::vector<std::thread> threads;
-            for (int i = 0; i < 8; ++i)
+            for (int i = 0; i < 8; ++i) {
                 threads.emplace_back([&] {
                     bool always = true;
                     for (int calls = 0; calls < 200; ++calls) always = isAgentlessOnly() && always;
                     agentless += always ? 1 : 0;
                 });
+            }
             for (auto& thread : threads) thread.join();
             EXPECT_EQ(agentless, 8);
         });
+    }
 }
 
 TEST_F(ServerGeneration, KeepsTheServerSystemIdentifierOnceFound) {
@@ -291,8 +293,9 @@ TEST_F(ServerGeneration, AgreesOnOneIdentifierWithCallersThatComeTogether) {
         SmBios::setSource(std::make_shared<MeetingSource>(readDump("wavek")));
         std::atomic<int> found = 0;
         std::vector<std::thread> threads;
-        for (int i = 0; i < 8; ++i)
+        for (int i = 0; i < 8; ++i) {
             threads.emplace_back([&] { found += serverSystemId() == "KTQ-K-0002" ? 1 : 0; });
+        }
         for (auto& thread : threads) thread.join();
         EXPECT_EQ(found, 8);
     });

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "common/DataStoreTxt.h"
+#include "tests/common/Journal.h"
+#include "tests/common/RedirectedFiles.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -11,17 +15,13 @@
 #include <memory>
 #include <string>
 
-#include "common/DataStoreTxt.h"
-#include "tests/common/Journal.h"
-#include "tests/common/RedirectedFiles.h"
-
 /// The store "t", with its files in a directory of the test's own and its lines in a journal.
 struct StoreFixture : testing::Test {
     RedirectedFiles files;
     JournalLog log;
-    std::string const path = RedirectedFiles::real("/etc/cim/t.txt");
-    std::string const copy = path + ".rewrite";
-    std::string const unfinished = path + ".rewrite.new";
+    const std::string path = RedirectedFiles::real("/etc/cim/t.txt");
+    const std::string copy = path + ".rewrite";
+    const std::string unfinished = path + ".rewrite.new";
 
     StoreFixture() { PYL::setDataStoreLogger(log.logger); }
 
@@ -29,16 +29,16 @@ struct StoreFixture : testing::Test {
         return std::unique_ptr<PYL::DataStore>(PYL::makeDataStore("t"));
     }
 
-    static std::string contentOf(std::string const& file) {
+    static std::string contentOf(const std::string& file) {
         std::ifstream stream(file, std::ios::binary);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
     std::string content() const { return contentOf(path); }
 
-    static void write(std::string const& file, std::string const& bytes) {
+    static void write(const std::string& file, const std::string& bytes) {
         std::ofstream(file, std::ios::binary) << bytes;
     }
-    void write(std::string const& bytes) const { write(path, bytes); }
+    void write(const std::string& bytes) const { write(path, bytes); }
 };
 
 /// The same store, showing what is protected.
@@ -52,24 +52,24 @@ struct OpenStore : DataStoreTxt {
 };
 
 /// The message of the error that the action throws.
-inline std::string messageOf(std::function<void()> const& action) {
+inline std::string messageOf(const std::function<void()>& action) {
     try {
         action();
-    } catch (PYL::DataStoreError const& error) {
+    } catch (const PYL::DataStoreError& error) {
         return error.message();
     }
     return "nothing thrown";
 }
 
 /// Permissions and special bits; 0 of a file that is not there.
-inline unsigned modeOf(std::string const& path) {
+inline unsigned modeOf(const std::string& path) {
     struct stat facts {};
     return ::stat(path.c_str(), &facts) == 0 ? facts.st_mode & 07777U : 0;
 }
 
 /// The record of the key with this number, below a million; all of them have one length.
 inline std::string numberedRecord(std::size_t number) {
-    auto const digits = std::to_string(1000000 + number).substr(1);
+    const auto digits = std::to_string(1000000 + number).substr(1);
     return "k" + digits + " v" + digits + "\r\n";
 }
 

@@ -1,5 +1,8 @@
 #include "common/StoreRewrite.h"
 
+#include "tests/common/FileCalls.h"
+#include "tests/common/StoreFixture.h"
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -9,9 +12,6 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/common/FileCalls.h"
-#include "tests/common/StoreFixture.h"
-
 namespace {
 
 namespace fs = std::filesystem;
@@ -20,7 +20,7 @@ using DataStoreRemoval = StoreFixture;
 
 TEST_F(DataStoreRemoval, RemovesEveryRecordWithTheKeyAndReportsFalse) {
     write("a 1\r\nb 2\r\na 3\r\nc 4\r\n");
-    auto const store = open();
+    const auto store = open();
     EXPECT_FALSE(store->remove("a"));
     EXPECT_EQ(content(), "b 2\r\nc 4\r\n");
     EXPECT_FALSE(store->exists("a"));
@@ -41,7 +41,7 @@ TEST_F(DataStoreRemoval, BringsRecordsIntoFormWhenItRewritesThem) {
 }
 
 TEST_F(DataStoreRemoval, LeavesNoCopyAndTheFilesOwnMode) {
-    auto const store = open();
+    const auto store = open();
     store->storeString("a", "1");
     store->remove("a");
     EXPECT_FALSE(fs::exists(copy));
@@ -77,8 +77,8 @@ TEST_F(DataStoreRemoval, ThrowsWhenItCannotOpenTheRewrittenFileAgain) {
     OpenStore store;
     log.journal->take();
     {
-        HookedFileCalls const noReopen([&](FileCall const& call) {
-            bool const again =
+        const HookedFileCalls noReopen([&](const FileCall& call) {
+            const bool again =
                 call.name == "open" && call.path == path && (call.flags & O_ACCMODE) == O_RDWR;
             return again ? EMFILE : made;
         });
@@ -97,7 +97,7 @@ TEST_F(DataStoreRemoval, ThrowsWhenItCannotOpenTheRewrittenFileAgain) {
 TEST_F(DataStoreRemoval, TakesTheCopyThatAnInterruptedRemovalLeft) {
     write("b ");
     write(copy, "b 2\r\nc 3\r\n");
-    auto const store = open();
+    const auto store = open();
     EXPECT_EQ(content(), "b 2\r\nc 3\r\n");
     EXPECT_FALSE(fs::exists(copy));
     EXPECT_EQ(store->fetchString("c"), "3");
@@ -108,7 +108,7 @@ TEST_F(DataStoreRemoval, TakesTheCopyThatAnInterruptedRemovalLeft) {
 TEST_F(DataStoreRemoval, LeavesAnUnfinishedCopyAlone) {
     write("b 2\r\n");
     write(unfinished, "b");
-    auto const store = open();
+    const auto store = open();
     EXPECT_EQ(content(), "b 2\r\n");
     store->remove("x");
     EXPECT_EQ(content(), "b 2\r\n");
@@ -118,7 +118,7 @@ TEST_F(DataStoreRemoval, LeavesAnUnfinishedCopyAlone) {
 TEST_F(DataStoreRemoval, SaysThatACopyCannotBeTaken) {
     write("b 2\r\n");
     fs::create_directory(copy);
-    auto const store = open();
+    const auto store = open();
     EXPECT_EQ(log.journal->take()[2],
               "error: /etc/cim/t.txt cannot be restored after an interrupted removal: "
               "Not a directory");
@@ -134,9 +134,9 @@ TEST_F(DataStoreRemoval, KeepsTheFilesModeAndOwnerInTheCopy) {
     write("a 1\r\nb 2\r\n");
     fs::permissions(path, fs::perms(01640));
     ASSERT_EQ(chown(path.c_str(), 12, 34), 0);
-    auto const store = open();
+    const auto store = open();
     {
-        HookedFileCalls const fullDisk([&](FileCall const& call) {
+        const HookedFileCalls fullDisk([&](const FileCall& call) {
             return call.name == "pwrite" && call.path == path ? ENOSPC : made;
         });
         EXPECT_FALSE(store->remove("a"));

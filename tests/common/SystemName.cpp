@@ -15,7 +15,7 @@ std::optional<SystemName>& systemName() {
 }
 
 template <std::size_t size>
-void fill(char (&field)[size], std::string const& text) {
+void fill(char (&field)[size], const std::string& text) {
     std::strncpy(field, text.c_str(), size - 1);
 }
 

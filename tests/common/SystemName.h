@@ -16,6 +16,6 @@ public:
     /// nullopt makes the call fail.
     explicit SystemNameIs(std::optional<SystemName> name);
     ~SystemNameIs();
-    SystemNameIs(SystemNameIs const&) = delete;
-    SystemNameIs& operator=(SystemNameIs const&) = delete;
+    SystemNameIs(const SystemNameIs&) = delete;
+    SystemNameIs& operator=(const SystemNameIs&) = delete;
 };

@@ -1,17 +1,17 @@
 #pragma once
 
+#include "common/CmpiManagedInstance.h"
+#include "tests/common/TestBroker.h"
+
 #include <functional>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "common/CmpiManagedInstance.h"
-#include "tests/common/TestBroker.h"
-
 /// Looks at every call that the managed instances of a test get, such as "getPath a", and may
 /// throw.
 struct Calls {
-    std::function<void(std::string const&)> onCall = [](std::string const&) {};
+    std::function<void(const std::string&)> onCall = [](const std::string&) {};
     std::function<void()> onDelete = [] {};
     std::vector<std::string> deletions;  // keys, in order
 };
@@ -21,7 +21,7 @@ template <typename Base>
 class BasicThing : public Base {
 public:
     BasicThing(TestBroker& broker, Calls& calls, CmpiCpp::CmpiObjectPath path)
-        : _broker(broker), _calls(calls), _path(std::move(path)), _key(keyOf(_path)) {}
+        : _broker(broker), _calls(calls), _path(std::move(path)), _key(_keyOf(_path)) {}
     ~BasicThing() override {
         _calls.deletions.push_back(_key);
         _calls.onDelete();
@@ -41,10 +41,10 @@ public:
     }
 
 protected:
-    void called(std::string const& operation) { _calls.onCall(operation + " " + _key); }
+    void called(const std::string& operation) { _calls.onCall(operation + " " + _key); }
 
 private:
-    static std::string keyOf(CmpiCpp::CmpiObjectPath const& path) {
+    static std::string _keyOf(const CmpiCpp::CmpiObjectPath& path) {
         return path.empty() ? "" : path.getKey("Id").asString();
     }
 
@@ -65,7 +65,7 @@ public:
           _left(std::move(left)),
           _right(std::move(right)) {}
 
-    CmpiCpp::CmpiObjectPath getAssociatedPath(CmpiCpp::CmpiObjectPath const& path) override {
+    CmpiCpp::CmpiObjectPath getAssociatedPath(const CmpiCpp::CmpiObjectPath& path) override {
         called("getAssociatedPath");
         if (path == _left) return _right;
         if (path == _right) return _left;
@@ -87,7 +87,7 @@ public:
           _farEnds(std::move(farEnds)) {}
 
     std::vector<CmpiCpp::CmpiObjectPath> getAssociatedPaths(
-        CmpiCpp::CmpiObjectPath const& path) override {
+        const CmpiCpp::CmpiObjectPath& path) override {
         called("getAssociatedPaths");
         if (path == _source) return _farEnds;
         return {};

@@ -1,23 +1,24 @@
+#include "common/PYLUtil.h"
+
 #include <gtest/gtest.h>
 
 #include <cerrno>
 #include <string>
-
-#include "common/PYLUtil.h"
 
 namespace {
 
 using PYL::PYLUtil;
 
 TEST(ValidateVersion, TakesItsCharactersInAnyOrder) {
-    for (auto const* version : {"", "1.0", "vT.F", "b5.6", "...", "T3.10", "0123456789.TFbv"})
+    for (const auto* version : {"", "1.0", "vT.F", "b5.6", "...", "T3.10", "0123456789.TFbv"}) {
         EXPECT_TRUE(PYLUtil::validateVersion(version)) << version;
+    }
 }
 
 TEST(ValidateVersion, RefusesEveryOtherCharacter) {
-    std::string const allowed = "0123456789.TFbv";
+    const std::string allowed = "0123456789.TFbv";
     for (int code = 0; code < 256; ++code) {
-        std::string const version = std::string("1.") + static_cast<char>(code) + "2";
+        const std::string version = std::string("1.") + static_cast<char>(code) + "2";
         EXPECT_EQ(PYLUtil::validateVersion(version),
                   allowed.find(static_cast<char>(code)) != std::string::npos)
             << code;
@@ -28,18 +29,18 @@ TEST(ValidateVersion, RefusesEveryOtherCharacter) {
 struct Part {
     bool found;
     unsigned short value;
-    bool operator==(Part const&) const = default;
+    bool operator==(const Part&) const = default;
 };
 
-void PrintTo(Part const& part, std::ostream* out) {
+void PrintTo(const Part& part, std::ostream* out) {
     *out << (part.found ? "found " : "none ") << part.value;
 }
 
 constexpr Part none{false, 65535};
 
-Part partOf(std::string const& version, int index) {
+Part partOf(const std::string& version, int index) {
     unsigned short value = 1;
-    bool const found = PYLUtil::stringVersionGetPart(version, value, index);
+    const bool found = PYLUtil::stringVersionGetPart(version, value, index);
     return {found, value};
 }
 
@@ -52,7 +53,7 @@ TEST(StringVersionGetPart, CountsFromZero) {
 }
 
 TEST(StringVersionGetPart, DoesNotCountAPrefix) {
-    for (auto const* prefix : {"T", "F", "v"}) {
+    for (const auto* prefix : {"T", "F", "v"}) {
         EXPECT_EQ(partOf(std::string(prefix) + ".5.6", 0), (Part{true, 5})) << prefix;
         EXPECT_EQ(partOf(std::string(prefix) + ".5.6", 1), (Part{true, 6})) << prefix;
         EXPECT_EQ(partOf(std::string(prefix) + ".5.6", 2), none) << prefix;
@@ -109,15 +110,15 @@ TEST(StringVersionGetPart, CutsANumberTo16BitsAndMissesOneThatNoLongHolds) {
 }
 
 TEST(StringVersionGetPart, TakesTextsOfAnySize) {
-    std::string const digits(1 << 20, '1');
+    const std::string digits(1 << 20, '1');
     EXPECT_EQ(partOf(digits, 0), (Part{true, 65535}));
     EXPECT_EQ(partOf(std::string(1 << 20, '.') + "5", 0), (Part{true, 5}));
     EXPECT_EQ(partOf(std::string("1.2\0.3", 6), 2), none);
 }
 
 TEST(StringVersionGetPart, LeavesTheTextAndErrnoAlone) {
-    std::string const version = "T.1.99999999999999999999";
-    std::string const copy(version.c_str());
+    const std::string version = "T.1.99999999999999999999";
+    const std::string copy(version.c_str());
     errno = EINTR;
     EXPECT_EQ(partOf(version, 1), (Part{true, 65535}));
     EXPECT_EQ(errno, EINTR);

@@ -1,5 +1,9 @@
 #include "common/WordReader.h"
 
+#include "tests/common/FileCalls.h"
+#include "tests/common/PlainStore.h"
+#include "tests/common/RecordWalk.h"
+
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
@@ -8,20 +12,16 @@
 #include <string>
 #include <vector>
 
-#include "tests/common/FileCalls.h"
-#include "tests/common/PlainStore.h"
-#include "tests/common/RecordWalk.h"
-
 namespace {
 
 using PYL::WordReader;
 
 constexpr std::size_t bufferSize = 16384;
 
-void expectPlainRecords(std::string const& bytes, std::string const& what) {
-    MemoryFile const file(bytes);
-    auto const plain = readPlainRecords(file.stream());
-    auto const ours = readRecords(file.descriptor());
+void expectPlainRecords(const std::string& bytes, const std::string& what) {
+    const MemoryFile file(bytes);
+    const auto plain = readPlainRecords(file.stream());
+    const auto ours = readRecords(file.descriptor());
     ASSERT_EQ(ours.size(), plain.size()) << what;
     for (std::size_t i = 0; i < plain.size(); ++i) {
         EXPECT_EQ(ours[i].position, plain[i].position) << what << ", record " << i;
@@ -31,8 +31,8 @@ void expectPlainRecords(std::string const& bytes, std::string const& what) {
     }
 }
 
-std::vector<std::string> allWords(std::string const& bytes) {
-    MemoryFile const file(bytes);
+std::vector<std::string> allWords(const std::string& bytes) {
+    const MemoryFile file(bytes);
     WordReader words(file.descriptor());
     std::vector<std::string> all;
     for (auto word = words.next(); !word.empty(); word = words.next()) all.emplace_back(word);
@@ -46,8 +46,8 @@ TEST(WordReader, ReadsWordsBetweenWhiteSpaceOfEveryKind) {
 
 TEST(WordReader, TakesEveryOtherByteForAWordsOwn) {
     for (int byte = 0; byte < 256; ++byte) {
-        std::string const text{'a', static_cast<char>(byte), 'b', ' ', 'c'};
-        bool const space = byte == ' ' || (byte >= '\t' && byte <= '\r');
+        const std::string text{'a', static_cast<char>(byte), 'b', ' ', 'c'};
+        const bool space = byte == ' ' || (byte >= '\t' && byte <= '\r');
         EXPECT_EQ(allWords(text).size(), space ? 3U : 2U) << byte;
         expectPlainRecords(text, "byte " + std::to_string(byte));
     }
@@ -60,7 +60,7 @@ TEST(WordReader, FindsNoWordInNothingAndInWhiteSpace) {
 }
 
 TEST(WordReader, CutsALongWordIntoPieces) {
-    auto const words = allWords(std::string(2500, 'x') + " y");
+    const auto words = allWords(std::string(2500, 'x') + " y");
     ASSERT_EQ(words.size(), 4U);
     EXPECT_EQ(words[0].size(), WordReader::longestWord);
     EXPECT_EQ(words[1].size(), WordReader::longestWord);
@@ -70,7 +70,7 @@ TEST(WordReader, CutsALongWordIntoPieces) {
 
 TEST(WordReader, ReadsWordsOfEveryLengthNearTheLimitAsFscanfDoes) {
     for (std::size_t length = 1020; length <= 2050; ++length) {
-        std::string const word(length, 'x');
+        const std::string word(length, 'x');
         expectPlainRecords(word, std::to_string(length));
         expectPlainRecords("k " + word + "\r\nnext 1\r\n", "value " + std::to_string(length));
         expectPlainRecords(word + " v\r\nnext 1\r\n", "key " + std::to_string(length));
@@ -78,24 +78,26 @@ TEST(WordReader, ReadsWordsOfEveryLengthNearTheLimitAsFscanfDoes) {
 }
 
 TEST(WordReader, ReadsWordsAcrossTheBuffersEndAsFscanfDoes) {
-    for (std::size_t spaces = bufferSize - 1100; spaces < bufferSize + 8; ++spaces)
+    for (std::size_t spaces = bufferSize - 1100; spaces < bufferSize + 8; ++spaces) {
         expectPlainRecords(std::string(spaces, ' ') + std::string(1023, 'k') + " v\r\nnext 1\r\n",
                            std::to_string(spaces));
+    }
 }
 
 TEST(WordReader, ReadsHostileTextsAsFscanfDoes) {
     using namespace std::string_literals;
-    for (auto const& text :
+    for (const auto& text :
          {""s, "a"s, "a "s, "a b"s, "a b c"s, "a b\r\nc"s, "a b\r\nc \r\n"s, "\0"s, "\0 \0"s,
           "a\0b c\0d\r\ne f\r\n"s, "\r\n\r\na b"s, "a b\n\n\n\nc d\n"s, "a  b\t\r\n\tc d"s,
           "\xff\xfe \x80\x81\r\n"s, "\xc2\xa0 \xe2\x80\xa8\r\n"s, "%s %n\r\n%d \"'\r\n"s,
-          "a\rb\nc d"s, std::string(5000, '\0'), std::string(5000, '\n') + "a b"})
+          "a\rb\nc d"s, std::string(5000, '\0'), std::string(5000, '\n') + "a b"}) {
         expectPlainRecords(text, testing::PrintToString(text));
+    }
 }
 
 TEST(WordReader, ReadsRandomTextsAsFscanfDoes) {
     std::mt19937 random(1);
-    std::vector<std::string> const pieces = {" ",
+    const std::vector<std::string> pieces = {" ",
                                              "\r\n",
                                              "\n",
                                              "\t",
@@ -114,7 +116,7 @@ TEST(WordReader, ReadsRandomTextsAsFscanfDoes) {
                                              std::string(bufferSize, ' '),
                                              "\xe9",
                                              "%s"};
-    std::discrete_distribution<std::size_t> const rarelyLong{20, 20, 5, 5, 5, 5, 5, 5, 10, 20,
+    const std::discrete_distribution<std::size_t> rarelyLong{20, 20, 5, 5, 5, 5, 5, 5, 10, 20,
                                                              20, 2,  2, 2, 2, 1, 1, 5, 5};
     auto choose = rarelyLong;
     for (int round = 0; round < 2000; ++round) {
@@ -125,7 +127,7 @@ TEST(WordReader, ReadsRandomTextsAsFscanfDoes) {
 }
 
 TEST(WordReader, TellsTheOffsetBehindTheWhiteSpace) {
-    MemoryFile const file("  ab \r\n cd");
+    const MemoryFile file("  ab \r\n cd");
     WordReader words(file.descriptor());
     EXPECT_EQ(words.skipSpace(), 2);
     EXPECT_EQ(words.next(), "ab");
@@ -136,7 +138,7 @@ TEST(WordReader, TellsTheOffsetBehindTheWhiteSpace) {
 }
 
 TEST(WordReader, LeavesTheDescriptorsPositionAlone) {
-    MemoryFile const file("a b c");
+    const MemoryFile file("a b c");
     lseek(file.descriptor(), 4, SEEK_SET);
     WordReader words(file.descriptor());
     EXPECT_EQ(words.next(), "a");
@@ -146,17 +148,17 @@ TEST(WordReader, LeavesTheDescriptorsPositionAlone) {
 TEST(WordReader, ReadsOnAfterShortReads) {
     std::string text;
     for (int i = 0; i < 5000; ++i) text += std::to_string(i) + " value\r\n";
-    MemoryFile const file(text);
-    auto const whole = readRecords(file.descriptor());
+    const MemoryFile file(text);
+    const auto whole = readRecords(file.descriptor());
     ASSERT_EQ(whole.size(), 5000U);
-    HookedFileCalls const shortReads([](FileCall const&) { return halved; });
+    const HookedFileCalls shortReads([](const FileCall&) { return halved; });
     EXPECT_EQ(readRecords(file.descriptor()), whole);
 }
 
 TEST(WordReader, ReadsOnAfterAnInterruption) {
-    MemoryFile const file("key value\r\n");
+    const MemoryFile file("key value\r\n");
     int calls = 0;
-    HookedFileCalls const interrupted([&](FileCall const&) { return ++calls % 2 ? EINTR : made; });
+    const HookedFileCalls interrupted([&](const FileCall&) { return ++calls % 2 ? EINTR : made; });
     WordReader words(file.descriptor());
     EXPECT_EQ(words.next(), "key");
     EXPECT_EQ(words.next(), "value");
@@ -171,7 +173,7 @@ TEST(WordReader, TellsAFailingReadFromTheEnd) {
     EXPECT_TRUE(none.failed());
     EXPECT_EQ(none.error(), EBADF);
 
-    int const directory = ::open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int directory = ::open("/", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     WordReader unreadable(directory);
     EXPECT_EQ(unreadable.next(), "");
     EXPECT_EQ(unreadable.error(), EISDIR);
@@ -179,9 +181,9 @@ TEST(WordReader, TellsAFailingReadFromTheEnd) {
 }
 
 TEST(WordReader, RemembersAFailureThatDoesNotLast) {
-    MemoryFile const file("word " + std::string(2 * bufferSize, 'x'));
+    const MemoryFile file("word " + std::string(2 * bufferSize, 'x'));
     int calls = 0;
-    HookedFileCalls const failsOnce([&](FileCall const&) { return ++calls == 2 ? EIO : made; });
+    const HookedFileCalls failsOnce([&](const FileCall&) { return ++calls == 2 ? EIO : made; });
     WordReader words(file.descriptor());
     while (!words.next().empty()) {
     }

@@ -1,5 +1,9 @@
 #include "common/entities.h"
 
+#include "common/NamedEntities.h"
+#include "tests/common/HtmlEntities.h"
+#include "tests/common/PlainDecoder.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,32 +16,28 @@
 #include <string>
 #include <vector>
 
-#include "common/NamedEntities.h"
-#include "tests/common/HtmlEntities.h"
-#include "tests/common/PlainDecoder.h"
-
 namespace {
 
 using namespace std::string_literals;
 
 /// Memory of exactly this many bytes, so that a sanitizer sees a step beyond.
-std::unique_ptr<char[]> exactCopy(std::string const& text, std::size_t size) {
+std::unique_ptr<char[]> exactCopy(const std::string& text, std::size_t size) {
     auto copy = std::make_unique<char[]>(size);
     std::memcpy(copy.get(), text.c_str(), std::min(size, text.size() + 1));
     return copy;
 }
 
-std::string decodeInPlace(std::string const& text) {
-    auto const copy = exactCopy(text, text.size() + 1);
-    std::size_t const size = remove_xml_reference_chars(copy.get());
+std::string decodeInPlace(const std::string& text) {
+    const auto copy = exactCopy(text, text.size() + 1);
+    const std::size_t size = remove_xml_reference_chars(copy.get());
     EXPECT_EQ(copy[size], '\0') << text;
     return {copy.get(), size};
 }
 
 /// `size` is that of the result.
-std::string decodeInto(std::string const& text, std::size_t size) {
-    auto const source = exactCopy(text, text.size() + 1);
-    auto const destination = std::make_unique<char[]>(size + 1);
+std::string decodeInto(const std::string& text, std::size_t size) {
+    const auto source = exactCopy(text, text.size() + 1);
+    const auto destination = std::make_unique<char[]>(size + 1);
     EXPECT_EQ(remove_xml_reference_chars(source.get(), destination.get()), size) << text;
     EXPECT_EQ(destination[size], '\0') << text;
     EXPECT_EQ(text, source.get());
@@ -45,15 +45,15 @@ std::string decodeInto(std::string const& text, std::size_t size) {
 }
 
 /// Decodes in place and into a buffer of just the right size.
-std::string decode(std::string const& text) {
+std::string decode(const std::string& text) {
     std::string result = decodeInPlace(text);
     EXPECT_EQ(result, decodeInto(text, result.size())) << text;
     return result;
 }
 
 /// The text means the same to the plain decoder, in place and into a buffer.
-void expectAsPlain(std::string const& text) {
-    std::string const expected = decodePlainly(text);
+void expectAsPlain(const std::string& text) {
+    const std::string expected = decodePlainly(text);
     ASSERT_EQ(decodeInPlace(text), expected) << text;
     ASSERT_EQ(decodeInto(text, expected.size()), expected) << text;
 }
@@ -65,8 +65,8 @@ struct Meaning {
 
 TEST(Entities, StandForEveryCharacterOfHtml) {
     ASSERT_EQ(std::size(htmlEntities), 253U);
-    for (auto const& [name, codePoint] : htmlEntities) {
-        std::string const reference = "&"s + name + ";";
+    for (const auto& [name, codePoint] : htmlEntities) {
+        const std::string reference = "&"s + name + ";";
         EXPECT_EQ(decode(reference), plainUtf8(codePoint)) << name;
         EXPECT_EQ(decode("<" + reference + reference + "text"),
                   "<" + plainUtf8(codePoint) + plainUtf8(codePoint) + "text");
@@ -76,7 +76,7 @@ TEST(Entities, StandForEveryCharacterOfHtml) {
 
 TEST(Entities, AreATableInByteOrderOfNamesWithTheirSemicolons) {
     std::vector<std::string> names;
-    for (HtmlEntity const& entity : htmlEntities) names.push_back(entity.name + ";"s);
+    for (const HtmlEntity& entity : htmlEntities) names.push_back(entity.name + ";"s);
     std::sort(names.begin(), names.end());
     ASSERT_EQ(NAMED_ENTITIES.size(), names.size());
     for (std::size_t i = 0; i < names.size(); ++i) EXPECT_EQ(NAMED_ENTITIES[i].name, names[i]);
@@ -103,14 +103,14 @@ TEST(Entities, AreFoundInTextThatGoesOnAfterTheSemicolon) {
 }
 
 TEST(Entities, AreNotFoundByPartsOfNames) {
-    for (char const* text : {"", ";", "a", "amp", "am;", "amp ;", "ampx;", "xamp;", " amp;",
+    for (const char* text : {"", ";", "a", "amp", "am;", "amp ;", "ampx;", "xamp;", " amp;",
                              "&amp;", "thetasymb;", "thetasy;", "zwnjj;", "A", "\x7F;", "\xFF;"}) {
         EXPECT_EQ(get_named_entity(text), nullptr) << text;
     }
 }
 
 TEST(Entities, AreComparedOverTheLengthOfTheName) {
-    NamedEntity const row{"lt;", "<"};
+    const NamedEntity row{"lt;", "<"};
     EXPECT_EQ(cmp("lt;", &row), 0);
     EXPECT_EQ(cmp("lt;and more", &row), 0);
     EXPECT_LT(cmp("lt", &row), 0);
@@ -143,8 +143,8 @@ TEST(Utf8, GrowsWithTheCodePoint) {
         {0x100000041, ""},
         {UINT64_MAX, ""},
     };
-    for (auto const& [codePoint, bytes] : rows) {
-        auto const buffer = std::make_unique<char[]>(bytes.size());
+    for (const auto& [codePoint, bytes] : rows) {
+        const auto buffer = std::make_unique<char[]>(bytes.size());
         EXPECT_EQ(putc_utf8(codePoint, buffer.get()), bytes.size()) << codePoint;
         EXPECT_EQ(std::string(buffer.get(), bytes.size()), bytes) << codePoint;
     }
@@ -153,13 +153,13 @@ TEST(Utf8, GrowsWithTheCodePoint) {
 TEST(Utf8, IsRightForEveryCodePoint) {
     for (std::uint64_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
         char buffer[4];
-        std::size_t const size = putc_utf8(codePoint, buffer);
+        const std::size_t size = putc_utf8(codePoint, buffer);
         ASSERT_EQ(std::string(buffer, size), plainUtf8(codePoint)) << codePoint;
     }
 }
 
 TEST(NumericReferences, AreDecimalOrHexadecimal) {
-    Meaning const rows[] = {
+    const Meaning rows[] = {
         {"&#65;", "A"},
         {"&#x41;", "A"},
         {"&#X41;", "A"},
@@ -172,11 +172,11 @@ TEST(NumericReferences, AreDecimalOrHexadecimal) {
         {"&#0065;", "A"},
         {"&#1;", "\x01"},
     };
-    for (auto const& [text, result] : rows) EXPECT_EQ(decode(text), result) << text;
+    for (const auto& [text, result] : rows) EXPECT_EQ(decode(text), result) << text;
 }
 
 TEST(NumericReferences, AreWhatTheStandardConversionTakes) {
-    Meaning const rows[] = {
+    const Meaning rows[] = {
         {"&# 65;", "A"},
         {"&#\t\n\v\f\r 65;", "A"},
         {"&#+65;", "A"},
@@ -192,11 +192,11 @@ TEST(NumericReferences, AreWhatTheStandardConversionTakes) {
         {"&#00000000000000000000000000000065;", "A"},
         {"&#x00000000000000000000000000000041;", "A"},
     };
-    for (auto const& [text, result] : rows) EXPECT_EQ(decode(text), result) << text;
+    for (const auto& [text, result] : rows) EXPECT_EQ(decode(text), result) << text;
 }
 
 TEST(NumericReferences, WithoutDigitsAreAZeroByteAfterWhichDecodingGoesOn) {
-    for (char const* text :
+    for (const char* text :
          {"&#;", "&#x;", "&#X;", "&#0;", "&#000;", "&#x0;", "&#-0;", "&#00000000000000;"}) {
         EXPECT_EQ(decode(text), "\0"s) << text;
         EXPECT_EQ(decode("a"s + text + "b&amp;c"), "a\0b&c"s) << text;
@@ -204,7 +204,7 @@ TEST(NumericReferences, WithoutDigitsAreAZeroByteAfterWhichDecodingGoesOn) {
 }
 
 TEST(NumericReferences, StayWhenTheConversionFails) {
-    for (char const* text : {"&#1114112;",
+    for (const char* text : {"&#1114112;",
                              "&#x110000;",
                              "&#12a;",
                              "&#a;",
@@ -249,7 +249,7 @@ TEST(NumericReferences, LeaveErrnoAsItWas) {
 }
 
 TEST(RemoveReferences, DecodesWhatIsAReferenceAndKeepsTheRest) {
-    Meaning const rows[] = {
+    const Meaning rows[] = {
         {"", ""},
         {"plain text", "plain text"},
         {"a&amp;b", "a&b"},
@@ -268,7 +268,7 @@ TEST(RemoveReferences, DecodesWhatIsAReferenceAndKeepsTheRest) {
         {"AT&T; &thetasym; &thetasymx;", "AT&T; \xCF\x91 &thetasymx;"},
         {"\xC3\xA9&eacute;\xFF&\x80;", "\xC3\xA9\xC3\xA9\xFF&\x80;"},
     };
-    for (auto const& [text, result] : rows) EXPECT_EQ(decode(text), result) << text;
+    for (const auto& [text, result] : rows) EXPECT_EQ(decode(text), result) << text;
 }
 
 TEST(RemoveReferences, DecodesOnce) {
@@ -285,18 +285,18 @@ TEST(RemoveReferences, TakesTheSourceItselfForADestination) {
 }
 
 TEST(RemoveReferences, MayWriteBeforeTheSourceInTheSameMemory) {
-    std::string const text = "0123456789abcdefghij&lt;0123456789abcdefghij&unknown;&gt;xyz";
+    const std::string text = "0123456789abcdefghij&lt;0123456789abcdefghij&unknown;&gt;xyz";
     for (std::size_t distance = 1; distance < 40; ++distance) {
         std::string memory = std::string(distance, '-') + text;
-        std::size_t const size =
+        const std::size_t size =
             remove_xml_reference_chars(memory.data() + distance, memory.data());
         EXPECT_EQ(memory.substr(0, size), decodePlainly(text));
     }
 }
 
 TEST(RemoveReferences, WritesNothingBehindTheResult) {
-    std::string const text = "a&eacute;b&#65;&unknown;";
-    std::string const result = decodePlainly(text);
+    const std::string text = "a&eacute;b&#65;&unknown;";
+    const std::string result = decodePlainly(text);
     std::string source = text;
     std::string destination(64, '~');
     remove_xml_reference_chars(source.data(), destination.data());
@@ -306,8 +306,8 @@ TEST(RemoveReferences, WritesNothingBehindTheResult) {
 TEST(RemoveReferences, MovesPiecesOfEveryLength) {
     for (std::size_t before = 0; before <= 40; ++before) {
         for (std::size_t after = 0; after <= 40; ++after) {
-            std::string const head("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnop", before);
-            std::string const tail("0123456789-0123456789+0123456789*012345678", after);
+            const std::string head("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnop", before);
+            const std::string tail("0123456789-0123456789+0123456789*012345678", after);
             expectAsPlain(head + "&lt;" + tail);
             expectAsPlain("&#8364;" + head + "&thetasym;" + tail + "&amp");
         }
@@ -316,13 +316,13 @@ TEST(RemoveReferences, MovesPiecesOfEveryLength) {
 
 TEST(RemoveReferences, NeverReadsBehindTheText) {
     for (int first = 1; first < 256; ++first) {
-        std::string const text = {'&', static_cast<char>(first)};
+        const std::string text = {'&', static_cast<char>(first)};
         expectAsPlain(text);
         for (int second = 1; second < 256; ++second) {
             expectAsPlain(text + static_cast<char>(second));
         }
     }
-    std::string const telling = "#xX;&0123489aAfFgGltmp \t-+\x7F\x80\xBB\xFF";
+    const std::string telling = "#xX;&0123489aAfFgGltmp \t-+\x7F\x80\xBB\xFF";
     for (char first : telling) {
         for (char second : telling) {
             for (char third : telling) expectAsPlain({'&', first, second, third});
@@ -333,8 +333,8 @@ TEST(RemoveReferences, NeverReadsBehindTheText) {
 TEST(RemoveReferences, NeverReadsBehindAReferenceThatIsCutShort) {
     std::vector<std::string> references = {"&#1114111;", "&#x10FFFF;", "&#x0x0000000000041;",
                                            "&#  +0000000000065;"};
-    for (HtmlEntity const& entity : htmlEntities) references.push_back("&"s + entity.name + ";");
-    for (std::string const& reference : references) {
+    for (const HtmlEntity& entity : htmlEntities) references.push_back("&"s + entity.name + ";");
+    for (const std::string& reference : references) {
         for (std::size_t size = 0; size <= reference.size(); ++size) {
             expectAsPlain(reference.substr(0, size));
             expectAsPlain("&lt;" + reference.substr(0, size));
@@ -347,7 +347,7 @@ TEST(RemoveReferences, AgreesWithThePlainDecoderOnRandomTexts) {
     std::vector<std::string> pieces = {
         "&",  "#",   ";",   "x",    "X",  "0",   "65",   "41",   " ",    "+",   "-",          "0x",
         "&#", "&#x", "lt;", "&amp", "\t", "&#;", "text", "\xE9", "&lt;", "&a;", "99999999999"};
-    for (HtmlEntity const& entity : htmlEntities) pieces.push_back("&"s + entity.name + ";");
+    for (const HtmlEntity& entity : htmlEntities) pieces.push_back("&"s + entity.name + ";");
     std::mt19937 random(1);
     for (int round = 0; round < 20000; ++round) {
         std::string text;
@@ -362,8 +362,8 @@ TEST(RemoveReferences, AgreesWithThePlainDecoderOnRandomTexts) {
 // A decoder that looks for the same semicolon at each '&' does not end within the patience of the
 // test.
 TEST(RemoveReferences, TakesAMillionAmpersandsInOnePass) {
-    for (char const* piece : {"&", "&#", "&#x", "&# ", "&# -", "&lt", "&a "}) {
-        for (auto const& [end, decodedEnd] : {Meaning{"", ""}, {" ;", " ;"}, {"!&lt;", "!<"}}) {
+    for (const char* piece : {"&", "&#", "&#x", "&# ", "&# -", "&lt", "&a "}) {
+        for (const auto& [end, decodedEnd] : {Meaning{"", ""}, {" ;", " ;"}, {"!&lt;", "!<"}}) {
             std::string pieces;
             while (pieces.size() < (std::size_t{4} << 20)) pieces += piece;
             std::string text = pieces + end;
@@ -374,16 +374,16 @@ TEST(RemoveReferences, TakesAMillionAmpersandsInOnePass) {
 }
 
 TEST(ParseEntity, DecodesOneReferenceAndAdvancesBothCursors) {
-    Meaning const rows[] = {{"&amp;", "&"},
+    const Meaning rows[] = {{"&amp;", "&"},
                             {"&thetasym;", "\xCF\x91"},
                             {"&#x20AC;", "\xE2\x82\xAC"},
                             {"&#;", "\0"s},
                             {"&#x 0x41;", "A"}};
-    for (auto const& [reference, result] : rows) {
-        std::string const text = reference + "rest;";
+    for (const auto& [reference, result] : rows) {
+        const std::string text = reference + "rest;";
         std::string buffer(8, '~');
         char* to = buffer.data();
-        char const* from = nullptr;
+        const char* from = nullptr;
         EXPECT_EQ(parse_entity(text.c_str(), &to, &from), 1) << text;
         EXPECT_EQ(to, buffer.data() + result.size());
         EXPECT_STREQ(from, "rest;");
@@ -392,11 +392,11 @@ TEST(ParseEntity, DecodesOneReferenceAndAdvancesBothCursors) {
 }
 
 TEST(ParseEntity, ChangesNothingWhenThereIsNoReference) {
-    for (char const* text :
+    for (const char* text :
          {"&", "&;", "&amp", "&unknown;", "&#1114112;", "&#12a;", "&#65", "&amp x;"}) {
         std::string buffer(8, '~');
         char* to = buffer.data();
-        char const* from = text;
+        const char* from = text;
         EXPECT_EQ(parse_entity(text, &to, &from), 0) << text;
         EXPECT_EQ(to, buffer.data());
         EXPECT_EQ(from, text);
@@ -406,9 +406,9 @@ TEST(ParseEntity, ChangesNothingWhenThereIsNoReference) {
 
 TEST(ParseEntity, LeavesErrnoAsItWas) {
     std::string buffer(8, '~');
-    for (char const* text : {"&#99999999999999999999999999;", "&#65;", "&#;"}) {
+    for (const char* text : {"&#99999999999999999999999999;", "&#65;", "&#;"}) {
         char* to = buffer.data();
-        char const* from = text;
+        const char* from = text;
         errno = ENOENT;
         parse_entity(text, &to, &from);
         EXPECT_EQ(errno, ENOENT) << text;

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "tests/support/FaultyBroker.h"
+
 #include <atomic>
 #include <string_view>
 #include <vector>
-
-#include "tests/support/FaultyBroker.h"
 
 /// What is to fail, and how often each slot was called. Safe from several threads.
 namespace testsupport {

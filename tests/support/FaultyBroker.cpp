@@ -1,10 +1,10 @@
 #include "tests/support/FaultyBroker.h"
 
+#include "tests/support/FaultPlan.h"
+
 #include <algorithm>
 #include <mutex>
 #include <stdexcept>
-
-#include "tests/support/FaultPlan.h"
 
 namespace testsupport {
 

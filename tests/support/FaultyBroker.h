@@ -1,10 +1,10 @@
 #pragma once
 
+#include "cmpi/cmpift.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "cmpi/cmpift.h"
 
 namespace testsupport {
 

@@ -1,10 +1,10 @@
 #include "tests/support/FaultyBroker.h"
 
+#include "cimhost/broker/Broker.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
-
-#include "cimhost/broker/Broker.h"
 
 namespace testsupport {
 namespace {

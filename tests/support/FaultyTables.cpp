@@ -1,11 +1,11 @@
 #include "tests/support/FaultyTables.h"
 
+#include "tests/support/FaultPlan.h"
+#include "tests/support/SlotList.h"
+
 #include <array>
 #include <mutex>
 #include <type_traits>
-
-#include "tests/support/FaultPlan.h"
-#include "tests/support/SlotList.h"
 
 namespace testsupport {
 
@@ -85,9 +85,7 @@ bool succeeded(const T& argument) {
 
 template <typename T>
 void setStatus(const T& argument, CMPIrc code) {
-    if constexpr (std::is_same_v<T, CMPIStatus*>) {
-        *argument = {code, nullptr};
-    }
+    if constexpr (std::is_same_v<T, CMPIStatus*>) *argument = {code, nullptr};
 }
 
 template <typename T>

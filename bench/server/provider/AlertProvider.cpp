@@ -1,7 +1,5 @@
 // Raises alerts on request, as many as it is told, one after the other: each is built by the
 // support library and handed to the object manager.
-#include <string>
-
 #include "cmpicpp/CmpiArgs.h"
 #include "cmpicpp/CmpiIndicationProvider.h"
 #include "cmpicpp/CmpiMBService.h"
@@ -12,6 +10,8 @@
 #include "common/KTAlertIndication.h"
 #include "common/PYLUtil.h"
 #include "platform/logger/Logger.h"
+
+#include <string>
 
 namespace {
 
@@ -34,7 +34,7 @@ public:
     void invokeMethod(const CmpiContext& context, const CmpiObjectPath&, const CmpiCpp::CmpiName&,
                       const CmpiCpp::CmpiArgs& in, CmpiCpp::CmpiMethodResult& result) override {
         const auto count = in.getArg("Count").asUint64();
-        for (unsigned long long i = 0; i < count; ++i) raise(context);
+        for (unsigned long long i = 0; i < count; ++i) _raise(context);
         result.deliver(0U);
     }
 
@@ -50,7 +50,7 @@ public:
     void disableIndications(const CmpiContext&) override {}
 
 private:
-    void raise(const CmpiContext& context) {
+    void _raise(const CmpiContext& context) {
         const CmpiCpp::CmpiMemoryMark mark(_broker);
         PYL::KTAlertIndication alert(_log, "KT_AlertIndication", nameSpace, 2);
         alert.setDescription("The fan has failed. Air may no longer flow as the server needs it.");

@@ -2,11 +2,11 @@
    What is made for Bench_Device... is left to the broker until the call ends, what is made for
    Bench_MarkedDevice... ends with each instance. In plain C over CMPI, so that what is measured is
    the object manager and not the support library. */
+#include "cmpi/cmpimacs.h"
+
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-
-#include "cmpi/cmpimacs.h"
 
 static const CMPIBroker* broker;
 
@@ -28,10 +28,12 @@ static int beginsWith(const char* text, const char* beginning) {
 }
 
 static unsigned long countOf(const char* className) {
-    if (beginsWith(className, deviceClass))
+    if (beginsWith(className, deviceClass)) {
         return strtoul(className + strlen(deviceClass), NULL, 10);
-    if (beginsWith(className, markedClass))
+    }
+    if (beginsWith(className, markedClass)) {
         return strtoul(className + strlen(markedClass), NULL, 10);
+    }
     return 0;
 }
 

@@ -1,41 +1,41 @@
 // Prints what the SMBIOS reader of the support library sees. The text is for people, and stable
 // enough for scripts: one "name: value" a line, in the order of the table.
 
+#include "platform/logger/LogText.h"
+#include "platform/logger/Logger.h"
+#include "platform/logger/StandardErrorSink.h"
+#include "platform/smbios/SmBios.h"
+
 #include <cstdio>
 #include <exception>
 #include <memory>
 #include <string>
 #include <string_view>
 
-#include "platform/logger/LogText.h"
-#include "platform/logger/Logger.h"
-#include "platform/logger/StandardErrorSink.h"
-#include "platform/smbios/SmBios.h"
-
 namespace {
 
-constexpr char const* usage =
+constexpr const char* usage =
     "usage: smbios-dump [FILE]\n"
     "       smbios-dump --help\n"
     "\n"
     "Prints the SMBIOS structures of this machine, which takes root, or of a file that\n"
     "dmidecode --dump-bin wrote. Exit status: 0, or 1 when the data cannot be read.\n";
 
-void print(char const* name, std::string_view value) {
+void print(const char* name, std::string_view value) {
     if (value.empty()) return;
     // Firmware text could move the cursor or recolour the terminal.
     std::printf("    %s: %s\n", name, escapeLogText(value).c_str());
 }
 
-void printFact(char const* name, std::string_view value) {
+void printFact(const char* name, std::string_view value) {
     if (!value.empty()) std::printf("%s: %s\n", name, escapeLogText(value).c_str());
 }
 
-void print(char const* name, unsigned value) {
+void print(const char* name, unsigned value) {
     std::printf("    %s: 0x%02X\n", name, value);
 }
 
-void printBios(DmiBios const& bios) {
+void printBios(const DmiBios& bios) {
     print("Vendor", bios.vendor);
     print("Version", bios.version);
     print("Release Date", bios.releaseDate);
@@ -45,7 +45,7 @@ void printBios(DmiBios const& bios) {
     print("Newer Generation", bios.newerGeneration);
 }
 
-void printSystem(DmiSystem const& system) {
+void printSystem(const DmiSystem& system) {
     print("Manufacturer", system.manufacturer);
     print("Product Name", system.productName);
     print("Version", system.version);
@@ -56,7 +56,7 @@ void printSystem(DmiSystem const& system) {
     print("Family", system.family);
 }
 
-void printBaseboard(DmiBaseboard const& baseboard) {
+void printBaseboard(const DmiBaseboard& baseboard) {
     print("Manufacturer", baseboard.manufacturer);
     print("Product Name", baseboard.product);
     print("Version", baseboard.version);
@@ -64,7 +64,7 @@ void printBaseboard(DmiBaseboard const& baseboard) {
     print("Asset Tag", baseboard.assetTag);
 }
 
-void printChassis(DmiChassis const& chassis) {
+void printChassis(const DmiChassis& chassis) {
     print("Manufacturer", chassis.manufacturer);
     print("Type", chassis.type);
     print("Version", chassis.version);
@@ -72,7 +72,7 @@ void printChassis(DmiChassis const& chassis) {
     print("Asset Tag", chassis.assetTag);
 }
 
-void printEnclosure(KTQEnclosure const& enclosure) {
+void printEnclosure(const KTQEnclosure& enclosure) {
     std::printf("Blade: %s\n", enclosure.isBlade ? "yes" : "no");
     std::printf("SL Server: %s\n", enclosure.isSLServer ? "yes" : "no");
     printFact("Enclosure Name", enclosure.enclosureName);
@@ -80,21 +80,21 @@ void printEnclosure(KTQEnclosure const& enclosure) {
     printFact("Rack UUID", enclosure.rackUuid);
 }
 
-void printProfile(KTQServerProfile const& profile) {
+void printProfile(const KTQServerProfile& profile) {
     printFact("Virtual Serial Number", profile.virtualSerialNumber);
     printFact("Virtual UUID", profile.virtualUuid);
     printFact("Solution Name", profile.solutionName);
 }
 
-void printStrings(SmbiosRecord const& record) {
+void printStrings(const SmbiosRecord& record) {
     int number = 0;
-    for (std::string_view const text : record.strings()) {
+    for (const std::string_view text : record.strings()) {
         std::printf("    String %d: %s\n", ++number, escapeLogText(text).c_str());
     }
 }
 
 /// The decoded record at the first structure of its type, which is the one that it came from.
-void printDecoded(SmBios const& smbios, SmbiosRecord const& record) {
+void printDecoded(const SmBios& smbios, const SmbiosRecord& record) {
     if (&record != smbios.table()->findType(record.type())) return;
     if (record.type() == 0) printBios(*smbios.getDmiBios());
     if (record.type() == 1) printSystem(*smbios.getDmiSystem());
@@ -102,16 +102,16 @@ void printDecoded(SmBios const& smbios, SmbiosRecord const& record) {
     if (record.type() == 3) printChassis(*smbios.getDmiChassis());
 }
 
-void printTable(SmBios const& smbios) {
-    unsigned const version = smbios.table()->entryPoint().version;
+void printTable(const SmBios& smbios) {
+    const unsigned version = smbios.table()->entryPoint().version;
     std::printf("SMBIOS %u.%u, %zu structures\n", version >> 8, version & 0xff,
                 smbios.table()->records().size());
-    if (auto const* const id = smbios.getKTQServerSystemId()) {
+    if (const auto* const id = smbios.getKTQServerSystemId()) {
         std::printf("Server System Identifier: %s\n", escapeLogText(id->identifier).c_str());
     }
-    if (auto const* const enclosure = smbios.getKTQEnclosure()) printEnclosure(*enclosure);
-    if (auto const* const profile = smbios.getKTQServerProfile()) printProfile(*profile);
-    for (SmbiosRecord const& record : smbios.table()->records()) {
+    if (const auto* const enclosure = smbios.getKTQEnclosure()) printEnclosure(*enclosure);
+    if (const auto* const profile = smbios.getKTQServerProfile()) printProfile(*profile);
+    for (const SmbiosRecord& record : smbios.table()->records()) {
         std::printf("\nHandle 0x%04X, type %u, %u bytes\n", unsigned{record.handle()},
                     unsigned{record.type()}, unsigned{record.length()});
         printDecoded(smbios, record);
@@ -120,9 +120,9 @@ void printTable(SmBios const& smbios) {
 }
 
 /// The source that the command line names; nullptr when the command line is wrong.
-std::shared_ptr<SmbiosSource const> chosenSource(int argumentCount, char** arguments) {
+std::shared_ptr<const SmbiosSource> chosenSource(int argumentCount, char** arguments) {
     if (argumentCount == 1) return std::make_shared<SmbiosKernelTables>();
-    std::string_view const argument = arguments[1];
+    const std::string_view argument = arguments[1];
     if (argumentCount > 2 || argument.empty() || argument.starts_with('-')) return nullptr;
     return std::make_shared<SmbiosDumpFile>(std::string(argument));
 }
@@ -132,7 +132,7 @@ int run(int argumentCount, char** arguments) {
         std::fputs(usage, stdout);
         return 0;
     }
-    auto const source = chosenSource(argumentCount, arguments);
+    const auto source = chosenSource(argumentCount, arguments);
     if (!source) {
         std::fputs(usage, stderr);
         return 1;
@@ -148,7 +148,7 @@ int run(int argumentCount, char** arguments) {
 
 int main(int argumentCount, char** arguments) try {
     return run(argumentCount, arguments);
-} catch (std::exception const& error) {
+} catch (const std::exception& error) {
     std::fprintf(stderr, "smbios-dump: %s\n", error.what());
     return 1;
 }

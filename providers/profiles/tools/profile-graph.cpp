@@ -2,6 +2,10 @@
 // extends, and the classes that implement it.
 //   profile-graph | dot -Tsvg
 
+#include "common/ProfileDB.h"
+#include "platform/logger/Logger.h"
+#include "platform/logger/StandardErrorSink.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -11,10 +15,6 @@
 #include <string_view>
 #include <vector>
 
-#include "common/ProfileDB.h"
-#include "platform/logger/Logger.h"
-#include "platform/logger/StandardErrorSink.h"
-
 namespace {
 
 using PYL::PRPDBRec;
@@ -22,8 +22,8 @@ using PYL::PRPDBRec;
 /// Who owns profiles, and how theirs look.
 struct Owner {
     int organization;  ///< CIM_RegisteredProfile.RegisteredOrganization
-    char const* label;
-    char const* colour;
+    const char* label;
+    const char* colour;
 };
 
 constexpr Owner owners[] = {
@@ -34,7 +34,7 @@ constexpr Owner owners[] = {
 
 std::string escaped(std::string_view text) {
     std::string result;
-    for (char const character : text) {
+    for (const char character : text) {
         switch (character) {
             case '&':
                 result += "&amp;";
@@ -56,42 +56,46 @@ std::string escaped(std::string_view text) {
 }
 
 /// The id, name and version, and below them the classes.
-std::string label(PRPDBRec const& record) {
+std::string label(const PRPDBRec& record) {
     auto text = std::to_string(record.getId()) + " <b>" + escaped(record.getRegName()) + "</b> " +
                 escaped(record.getRegVersion());
-    for (unsigned int i = 0; i < record.getSizeofImpClassNames(); ++i)
+    for (unsigned int i = 0; i < record.getSizeofImpClassNames(); ++i) {
         text += R"(<br align="left"/><font point-size="9">)" + escaped(record.getImpClassName(i)) +
                 "</font>";
+    }
     return text + R"(<br align="left"/>)";
 }
 
 void printLegend() {
     std::printf("    legend [shape=none, style=\"\", label=<<table border=\"0\">\n");
-    for (auto const& owner : owners)
+    for (const auto& owner : owners) {
         std::printf("        <tr><td bgcolor=\"%s\" border=\"1\">%s</td></tr>\n", owner.colour,
                     escaped(owner.label).c_str());
+    }
     std::printf("    </table>>];\n");
 }
 
-char const* colourOf(PRPDBRec const& record) {
-    auto const* const owner = std::ranges::find(owners, record.getRegOrgId(), &Owner::organization);
+const char* colourOf(const PRPDBRec& record) {
+    const auto* const owner = std::ranges::find(owners, record.getRegOrgId(), &Owner::organization);
     return owner == std::end(owners) ? "white" : owner->colour;
 }
 
-void printProfile(PRPDBRec const& record) {
+void printProfile(const PRPDBRec& record) {
     std::printf("    p%d [fillcolor=\"%s\", label=<%s>];\n", record.getId(), colourOf(record),
                 label(record).c_str());
 }
 
-void printRelations(PRPDBRec const& record) {
-    for (unsigned int i = 0; i < record.getSizeofRefedProfiles(); ++i)
+void printRelations(const PRPDBRec& record) {
+    for (unsigned int i = 0; i < record.getSizeofRefedProfiles(); ++i) {
         std::printf("    p%d -> p%d;\n", record.getId(), record.getRefedProfile(i));
-    for (unsigned int i = 0; i < record.getSizeofExtendsProfiles(); ++i)
+    }
+    for (unsigned int i = 0; i < record.getSizeofExtendsProfiles(); ++i) {
         std::printf("    p%d -> p%d [style=dashed, arrowhead=empty];\n", record.getId(),
                     record.getExtendsProfile(i));
+    }
 }
 
-void printGraph(std::vector<PRPDBRec> const& records) {
+void printGraph(const std::vector<PRPDBRec>& records) {
     std::printf(
         "digraph profiles {\n"
         "    rankdir=LR; ranksep=1.0; nodesep=0.1; fontname=\"Helvetica\";\n"
@@ -99,8 +103,8 @@ void printGraph(std::vector<PRPDBRec> const& records) {
         " height=0.3];\n"
         "    edge [color=\"#555555\"];\n");
     printLegend();
-    for (auto const& record : records) printProfile(record);
-    for (auto const& record : records) printRelations(record);
+    for (const auto& record : records) printProfile(record);
+    for (const auto& record : records) printRelations(record);
     std::printf("}\n");
 }
 
@@ -122,7 +126,7 @@ int main(int argc, char**) {
     }
     try {
         printGraph(catalogue());
-    } catch (std::exception const& error) {
+    } catch (const std::exception& error) {
         std::fprintf(stderr, "profile-graph: %s\n", error.what());
         return 1;
     }

@@ -1,7 +1,7 @@
-#include <functional>
-
 #include "tests/cimhost/broker/AllocationFaults.h"
 #include "tests/cimhost/broker/BrokerFixture.h"
+
+#include <functional>
 
 namespace cimhost {
 namespace {

@@ -1,8 +1,8 @@
 #include "cimhost/broker/AttachedThreads.h"
 
-#include <thread>
-
 #include "tests/cimhost/broker/BrokerFixture.h"
+
+#include <thread>
 
 namespace cimhost {
 namespace {

@@ -1,14 +1,14 @@
 #pragma once
 
+#include "cimhost/broker/Broker.h"
+#include "cimhost/broker/Objects.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/Objects.h"
 
 // Where the comparison of tests looks for it: beside the type.
 inline bool operator==(const CMPIStatus& status, CMPIrc code) noexcept {

@@ -1,8 +1,8 @@
 #include "cimhost/broker/Broker.h"
 
-#include <thread>
-
 #include "tests/cimhost/broker/BrokerFixture.h"
+
+#include <thread>
 
 namespace cimhost {
 namespace {
@@ -14,7 +14,7 @@ std::size_t countNullSlots(const Table& table, std::size_t firstSlot) {
     for (std::size_t offset = firstSlot; offset < sizeof(Table); offset += sizeof(void*)) {
         const void* slot = nullptr;
         std::memcpy(&slot, reinterpret_cast<const char*>(&table) + offset, sizeof slot);
-        nulls += slot == nullptr ? 1 : 0;
+        nulls += !slot ? 1 : 0;
     }
     return nulls;
 }

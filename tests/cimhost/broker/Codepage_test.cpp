@@ -1,8 +1,8 @@
 #include "cimhost/broker/Codepage.h"
 
-#include <gtest/gtest.h>
-
 #include "cimhost/broker/Entry.h"
+
+#include <gtest/gtest.h>
 
 namespace cimhost {
 namespace {

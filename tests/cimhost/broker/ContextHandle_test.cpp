@@ -1,9 +1,9 @@
 #include "cimhost/broker/ContextHandle.h"
 
-#include <set>
-
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/broker/BrokerFixture.h"
+
+#include <set>
 
 namespace cimhost {
 namespace {

@@ -9,9 +9,7 @@ class EnumerationHandle : public BrokerTest {
 protected:
     EnumerationHandle() {
         std::vector<ObjectPath> paths;
-        for (const char* const name : {"a", "b", "c"}) {
-            paths.push_back({"", "root/test", name, {}});
-        }
+        for (const char* const name : {"a", "b", "c"}) paths.push_back({"", "root/test", name, {}});
         enumeration = makeEnumeration(realBroker, std::move(paths));
     }
 

@@ -1,8 +1,8 @@
 #include "cimhost/broker/HostInstances.h"
 
-#include <gmock/gmock.h>
-
 #include "tests/cimhost/broker/OperationsFixture.h"
+
+#include <gmock/gmock.h>
 
 namespace cimhost::test {
 namespace {

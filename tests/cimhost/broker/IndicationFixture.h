@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cimhost/broker/Broker.h"
+#include "cimhost/broker/IndicationOutlet.h"
+
 #include <memory>
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/IndicationOutlet.h"
 
 namespace cimhost {
 

@@ -1,12 +1,12 @@
 #include "cimhost/broker/IndicationRoutes.h"
 
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-
 #include "cimhost/broker/WqlParser.h"
 #include "tests/cimhost/broker/BrokerFixture.h"
 #include "tests/cimhost/broker/IndicationFixture.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
 
 namespace cimhost {
 namespace {

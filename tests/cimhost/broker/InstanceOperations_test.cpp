@@ -1,6 +1,6 @@
-#include <gmock/gmock.h>
-
 #include "tests/cimhost/broker/OperationsFixture.h"
+
+#include <gmock/gmock.h>
 
 namespace cimhost::test {
 namespace {

@@ -1,6 +1,6 @@
-#include <thread>
-
 #include "tests/cimhost/broker/BrokerFixture.h"
+
+#include <thread>
 
 namespace cimhost {
 namespace {

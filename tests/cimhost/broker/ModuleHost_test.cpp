@@ -1,5 +1,7 @@
 #include "cimhost/broker/ModuleHost.h"
 
+#include "tests/cimhost/broker/OperationsFixture.h"
+
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 
@@ -9,8 +11,6 @@
 #include <future>
 #include <latch>
 #include <thread>
-
-#include "tests/cimhost/broker/OperationsFixture.h"
 
 namespace cimhost::test {
 namespace {

@@ -1,12 +1,12 @@
 #include "cimhost/broker/ObjectScope.h"
 
+#include "cimhost/broker/Object.h"
+#include "tests/cimhost/broker/BrokerFixture.h"
+
 #include <memory>
 #include <optional>
 #include <thread>
 #include <vector>
-
-#include "cimhost/broker/Object.h"
-#include "tests/cimhost/broker/BrokerFixture.h"
 
 namespace cimhost {
 namespace {

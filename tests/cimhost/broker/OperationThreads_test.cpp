@@ -1,9 +1,9 @@
+#include "tests/cimhost/broker/OperationsFixture.h"
+
 #include <atomic>
 #include <functional>
 #include <thread>
 #include <vector>
-
-#include "tests/cimhost/broker/OperationsFixture.h"
 
 namespace cimhost::test {
 namespace {
@@ -120,9 +120,7 @@ TEST_F(OperationThreads, ShutDownAmongCallsRefusesTheLateOnesOnly) {
     std::atomic<int> refused = 0;
     runClients([&](int thread) {
         for (int round = 0; round < roundCount; ++round) {
-            if (thread == 0 && round == roundCount / 2) {
-                EXPECT_TRUE(host().shutDown());
-            }
+            if (thread == 0 && round == roundCount / 2) EXPECT_TRUE(host().shutDown());
             const int code = codeOfCall([&] { runMix(thread + round); });
             // An up-call learns of it as a general failure.
             EXPECT_TRUE(code == 0 || code == 28 || code == 1) << code;

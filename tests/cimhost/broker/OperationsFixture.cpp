@@ -1,9 +1,9 @@
 #include "tests/cimhost/broker/OperationsFixture.h"
 
+#include "cimhost/repository/MofReader.h"
+
 #include <algorithm>
 #include <utility>
-
-#include "cimhost/repository/MofReader.h"
 
 namespace cimhost::test {
 

@@ -1,5 +1,10 @@
 #pragma once
 
+#include "cimhost/broker/ModuleHost.h"
+#include "cimhost/broker/Operations.h"
+#include "cimhost/repository/CimError.h"
+#include "tests/cimhost/broker/ScriptedProvider.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -8,11 +13,6 @@
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "cimhost/broker/ModuleHost.h"
-#include "cimhost/broker/Operations.h"
-#include "cimhost/repository/CimError.h"
-#include "tests/cimhost/broker/ScriptedProvider.h"
 
 namespace cimhost::test {
 

@@ -1,9 +1,9 @@
 #include "cimhost/broker/ProviderStatus.h"
 
+#include "tests/cimhost/broker/OperationsFixture.h"
+
 #include <new>
 #include <stdexcept>
-
-#include "tests/cimhost/broker/OperationsFixture.h"
 
 namespace cimhost::test {
 namespace {

@@ -1,10 +1,10 @@
 #include "cimhost/broker/ResultHandle.h"
 
-#include <optional>
-#include <thread>
-
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/broker/BrokerFixture.h"
+
+#include <optional>
+#include <thread>
 
 namespace cimhost {
 namespace {

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "cimhost/broker/Broker.h"
+#include "cimhost/broker/Module.h"
+#include "cimhost/broker/Objects.h"
+
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/Module.h"
-#include "cimhost/broker/Objects.h"
 
 namespace cimhost::test {
 

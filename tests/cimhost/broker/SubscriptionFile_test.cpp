@@ -1,11 +1,11 @@
 #include "cimhost/broker/SubscriptionFile.h"
 
+#include "tests/cimhost/server/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <fstream>
-
-#include "tests/cimhost/server/TemporaryFolder.h"
 
 namespace cimhost {
 namespace {

@@ -1,11 +1,5 @@
 #include "cimhost/broker/Subscriptions.h"
 
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <functional>
-#include <optional>
-
 #include "cimhost/broker/Description.h"
 #include "cimhost/broker/SubscriptionModule.h"
 #include "cimhost/repository/CimError.h"
@@ -13,6 +7,12 @@
 #include "tests/cimhost/broker/BrokerFixture.h"
 #include "tests/cimhost/broker/IndicationFixture.h"
 #include "tests/cimhost/server/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+#include <optional>
 
 namespace cimhost {
 namespace {
@@ -66,31 +66,31 @@ public:
         _table.authorizeFilter = [](CMPIIndicationMI* mi, const CMPIContext*, const CMPISelectExp*,
                                     const char* className, const CMPIObjectPath*,
                                     const char* owner) {
-            return of(mi)._note("authorize " + std::string(className) + " for " + owner);
+            return _of(mi)._note("authorize " + std::string(className) + " for " + owner);
         };
         _table.mustPoll = [](CMPIIndicationMI* mi, const CMPIContext*, const CMPIResult* result,
                              const CMPISelectExp*, const char*, const CMPIObjectPath*) {
             CMPIValue value{};
-            value.boolean = of(mi).insistsOnPolling ? 1 : 0;
+            value.boolean = _of(mi).insistsOnPolling ? 1 : 0;
             result->ft->returnData(result, &value, CMPI_boolean);
             return ok;
         };
         _table.activateFilter = [](CMPIIndicationMI* mi, const CMPIContext*, const CMPISelectExp*,
                                    const char* className, const CMPIObjectPath* path,
                                    CMPIBoolean first) {
-            return of(mi)._note("activate " + std::string(className) + " in " +
-                                modelOf(path).nameSpace + (first ? " first" : ""));
+            return _of(mi)._note("activate " + std::string(className) + " in " +
+                                 modelOf(path).nameSpace + (first ? " first" : ""));
         };
         _table.deActivateFilter = [](CMPIIndicationMI* mi, const CMPIContext*, const CMPISelectExp*,
                                      const char* className, const CMPIObjectPath*,
                                      CMPIBoolean last) {
-            return of(mi)._note("deactivate " + std::string(className) + (last ? " last" : ""));
+            return _of(mi)._note("deactivate " + std::string(className) + (last ? " last" : ""));
         };
         _table.enableIndications = [](CMPIIndicationMI* mi, const CMPIContext*) {
-            return of(mi)._note("enable");
+            return _of(mi)._note("enable");
         };
         _table.disableIndications = [](CMPIIndicationMI* mi, const CMPIContext*) {
-            return of(mi)._note("disable");
+            return _of(mi)._note("disable");
         };
         _mi = {this, &_table};
     }
@@ -105,7 +105,7 @@ public:
 private:
     static constexpr CMPIStatus ok{CMPI_RC_OK, nullptr};
 
-    static FakeProvider& of(const CMPIIndicationMI* mi) {
+    static FakeProvider& _of(const CMPIIndicationMI* mi) {
         return *static_cast<FakeProvider*>(const_cast<void*>(mi->hdl));
     }
 

@@ -1,8 +1,8 @@
-#include <cerrno>
-#include <ctime>
-
 #include "cimhost/broker/BrokerTables.h"
 #include "tests/cimhost/broker/BrokerFixture.h"
+
+#include <cerrno>
+#include <ctime>
 
 namespace cimhost {
 namespace {

@@ -1,8 +1,8 @@
 #include "cimhost/broker/WqlEvaluation.h"
 
-#include <gtest/gtest.h>
-
 #include "cimhost/broker/WqlParser.h"
+
+#include <gtest/gtest.h>
 
 namespace cimhost {
 namespace {

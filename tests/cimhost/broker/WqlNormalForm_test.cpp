@@ -1,11 +1,11 @@
 #include "cimhost/broker/WqlNormalForm.h"
 
+#include "cimhost/broker/WqlEvaluation.h"
+#include "cimhost/broker/WqlParser.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
-
-#include "cimhost/broker/WqlEvaluation.h"
-#include "cimhost/broker/WqlParser.h"
 
 namespace cimhost {
 namespace {

@@ -1,8 +1,8 @@
 #include "cimhost/broker/WqlParser.h"
 
-#include <gtest/gtest.h>
-
 #include "cimhost/repository/CimError.h"
+
+#include <gtest/gtest.h>
 
 namespace cimhost {
 namespace {

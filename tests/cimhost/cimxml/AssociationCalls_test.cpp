@@ -1,6 +1,6 @@
-#include <gmock/gmock.h>
-
 #include "tests/cimhost/cimxml/HandlerFixture.h"
+
+#include <gmock/gmock.h>
 
 namespace cimhost {
 namespace {
@@ -62,13 +62,15 @@ TEST_F(HandlerTest, FiltersAssociationsByClassAndRole) {
     for (const std::string& filter :
          {classParameter("AssocClass", "test_link"), classParameter("ResultClass", "TEST_Element"),
           textParameter("Role", "ANTECEDENT"), textParameter("ResultRole", "dependent"),
-          parameter("Role", ""), parameter("AssocClass", "")})
+          parameter("Role", ""), parameter("AssocClass", "")}) {
         EXPECT_THAT(names(filter), HasSubstr("p2")) << filter;
+    }
     for (const std::string& filter :
          {classParameter("AssocClass", "TEST_SpecialLink"),
           classParameter("ResultClass", "TEST_Fan"), textParameter("Role", "Dependent"),
-          textParameter("ResultRole", "Antecedent")})
+          textParameter("ResultRole", "Antecedent")}) {
         EXPECT_EQ(names(filter), nothing) << filter;
+    }
 
     const auto references = [&](const std::string& filter) {
         return answer(intrinsic("ReferenceNames", object() + filter));

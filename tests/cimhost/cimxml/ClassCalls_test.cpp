@@ -1,6 +1,6 @@
-#include <gmock/gmock.h>
-
 #include "tests/cimhost/cimxml/HandlerFixture.h"
+
+#include <gmock/gmock.h>
 
 namespace cimhost {
 namespace {
@@ -15,8 +15,9 @@ std::string className(std::string_view name) {
 
 std::string classNames(std::initializer_list<std::string_view> names) {
     std::string text = "<IRETURNVALUE>";
-    for (const std::string_view name : names)
+    for (const std::string_view name : names) {
         text += "<CLASSNAME NAME=\"" + std::string(name) + "\"/>";
+    }
     return text + "</IRETURNVALUE>";
 }
 
@@ -73,8 +74,9 @@ TEST_F(HandlerTest, EnumeratesClasses) {
         answer(intrinsic("EnumerateClasses", booleanParameter("DeepInheritance", true) +
                                                  booleanParameter("LocalOnly", false) +
                                                  booleanParameter("IncludeClassOrigin", true)));
-    for (const char* const name : {"TEST_Element", "TEST_Fan", "TEST_Pump", "TEST_Values"})
+    for (const char* const name : {"TEST_Element", "TEST_Fan", "TEST_Pump", "TEST_Values"}) {
         EXPECT_THAT(all, HasSubstr("<CLASS NAME=\"" + std::string(name) + "\""));
+    }
 }
 
 TEST_F(HandlerTest, GetsQualifierDeclarations) {
@@ -90,8 +92,9 @@ TEST_F(HandlerTest, GetsQualifierDeclarations) {
 
 TEST_F(HandlerTest, EnumeratesQualifierDeclarations) {
     const std::string text = answer(intrinsic("EnumerateQualifiers"));
-    for (const char* const name : {"Abstract", "Association", "Description", "Key", "ValueMap"})
+    for (const char* const name : {"Abstract", "Association", "Description", "Key", "ValueMap"}) {
         EXPECT_THAT(text, HasSubstr("<QUALIFIER.DECLARATION NAME=\"" + std::string(name) + "\""));
+    }
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 #include "cimhost/cimxml/ClassWriter.h"
 
+#include "tests/cimhost/cimxml/ReplyChecker.h"
+#include "tests/cimhost/cimxml/TestSchema.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
-
-#include "tests/cimhost/cimxml/ReplyChecker.h"
-#include "tests/cimhost/cimxml/TestSchema.h"
 
 namespace cimhost {
 namespace {
@@ -105,8 +105,9 @@ TEST_F(ClassWriterTest, MarksWhatIsInheritedOtherwise) {
 TEST_F(ClassWriterTest, LeavesOutQualifiersOnRequest) {
     ClassOptions options;
     options.includeQualifiers = false;
-    for (const char* const name : {"TEST_Element", "TEST_Fan", "TEST_Link", "TEST_Values"})
+    for (const char* const name : {"TEST_Element", "TEST_Fan", "TEST_Link", "TEST_Values"}) {
         EXPECT_FALSE(has(classText(name, options), "QUALIFIER")) << name;
+    }
 }
 
 TEST_F(ClassWriterTest, WritesOnlyTheListedProperties) {

@@ -1,10 +1,10 @@
 #include "cimhost/cimxml/ExportMessage.h"
 
-#include <gmock/gmock.h>
-
 #include "cimhost/cimxml/ExportHandler.h"
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/cimxml/Requests.h"
+
+#include <gmock/gmock.h>
 
 namespace cimhost {
 namespace {

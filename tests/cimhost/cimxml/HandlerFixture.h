@@ -1,16 +1,16 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <string_view>
-
 #include "cimhost/broker/Broker.h"
 #include "cimhost/broker/ModuleHost.h"
 #include "cimhost/broker/Operations.h"
 #include "cimhost/cimxml/Handler.h"
 #include "tests/cimhost/cimxml/Requests.h"
 #include "tests/cimhost/cimxml/TestProvider.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
 
 namespace cimhost {
 

@@ -1,12 +1,12 @@
 #include "cimhost/cimxml/Handler.h"
 
+#include "tests/cimhost/cimxml/HandlerFixture.h"
+#include "tests/cimhost/cimxml/ReplyChecker.h"
+
 #include <gmock/gmock.h>
 
 #include <stdexcept>
 #include <vector>
-
-#include "tests/cimhost/cimxml/HandlerFixture.h"
-#include "tests/cimhost/cimxml/ReplyChecker.h"
 
 namespace cimhost {
 namespace {
@@ -180,9 +180,7 @@ TEST_F(HandlerTest, SurvivesEverySingleChangedByte) {
             request.body[place] = byte;
             const RecordingReply reply = handle(request);
             ASSERT_NE(reply.status.has_value(), !reply.body.empty()) << place;
-            if (!reply.status) {
-                ASSERT_EQ(problemOfReply(reply.body), "") << reply.body;
-            }
+            if (!reply.status) ASSERT_EQ(problemOfReply(reply.body), "") << reply.body;
         }
     }
 }
@@ -194,8 +192,9 @@ TEST_F(HandlerTest, AnswersUnknownOperationsWithNotSupported) {
           "OpenEnumerateInstances", "OpenEnumerateInstancePaths", "OpenAssociatorInstances",
           "OpenAssociatorInstancePaths", "OpenReferenceInstances", "OpenReferenceInstancePaths",
           "OpenQueryInstances", "PullInstancesWithPath", "PullInstancePaths", "PullInstances",
-          "CloseEnumeration", "EnumerationCount"})
+          "CloseEnumeration", "EnumerationCount"}) {
         EXPECT_EQ(errorCode(intrinsic(name)), 7) << name;
+    }
 }
 
 TEST_F(HandlerTest, RefusesToChangeClassesWhateverTheirContent) {

@@ -1,8 +1,8 @@
 #include "cimhost/cimxml/HeaderMatch.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/cimhost/cimxml/Requests.h"
+
+#include <gtest/gtest.h>
 
 namespace cimhost {
 namespace {
@@ -57,14 +57,16 @@ TEST(HeaderMatch, MatchesAClass) {
     EXPECT_TRUE(names("Root/Test:c", target));
     for (const std::string_view header :
          {"", "C", "root/test", "root/test:", "root/test:D", "root/other:C", "root/test:CC",
-          "root/test:C.Id=\"x\"", "root/test:C x", ":C"})
+          "root/test:C.Id=\"x\"", "root/test:C x", ":C"}) {
         EXPECT_FALSE(names(header, target)) << header;
+    }
 }
 
 TEST(HeaderMatch, MatchesAnInstanceWithoutKeys) {
     for (const std::string_view header :
-         {"root/test:C", "root/test:C.", "root/test:C.@", "root/test:C=@"})
+         {"root/test:C", "root/test:C.", "root/test:C.@", "root/test:C=@"}) {
         EXPECT_TRUE(names(header, instance(""))) << header;
+    }
     EXPECT_FALSE(names("root/test:C.Id=\"x\"", instance("")));
     EXPECT_FALSE(names("root/test:C", instance(key("Id", "x"))));
 }
@@ -78,8 +80,9 @@ TEST(HeaderMatch, MatchesKeysInAnyOrderAndCase) {
           "root/test:C.A=\"1\",A=\"1\"", "root/test:C.A=\"1\",B=\"2\",C=\"3\"",
           "root/test:C.A=\"1\",B=\"2\"x", "root/test:C.A=\"1\",B=\"2",
           "root/test:C.A=\"1\";B=\"2\"", "root/test:C.A", "root/test:C.=\"1\"",
-          "root/test:C.A=,B=\"2\""})
+          "root/test:C.A=,B=\"2\""}) {
         EXPECT_FALSE(names(header, target)) << header;
+    }
 }
 
 TEST(HeaderMatch, MatchesQuotedTextWithEscapes) {

@@ -1,6 +1,6 @@
-#include <gmock/gmock.h>
-
 #include "tests/cimhost/cimxml/HandlerFixture.h"
+
+#include <gmock/gmock.h>
 
 namespace cimhost {
 namespace {
@@ -49,11 +49,12 @@ TEST_F(HandlerTest, GetsTheListedPropertiesOnly) {
 
 TEST_F(HandlerTest, GetsTheSameInstanceWithLocalOnlyAndQualifiersAskedFor) {
     const std::string plain = answer(intrinsic("GetInstance", fanName()));
-    for (const bool value : {true, false})
+    for (const bool value : {true, false}) {
         EXPECT_EQ(
             answer(intrinsic("GetInstance", fanName() + booleanParameter("LocalOnly", value) +
                                                 booleanParameter("IncludeQualifiers", value))),
             plain);
+    }
     EXPECT_THAT(
         answer(intrinsic("GetInstance", fanName() + booleanParameter("IncludeClassOrigin", true))),
         HasSubstr("<PROPERTY NAME=\"Id\" TYPE=\"string\" CLASSORIGIN=\"TEST_Element\">"));

@@ -1,10 +1,10 @@
 #include "cimhost/cimxml/Message.h"
 
+#include "tests/cimhost/cimxml/Requests.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
-
-#include "tests/cimhost/cimxml/Requests.h"
 
 namespace cimhost {
 namespace {
@@ -123,10 +123,12 @@ TEST(Message, ComparesTheObjectOfAMethodCallAsAPath) {
         "<KEYBINDING NAME='B'><KEYVALUE "
         "VALUETYPE='boolean'>TRUE</KEYVALUE></KEYBINDING></INSTANCENAME>";
     for (const char* const value :
-         {"root/test:C.B=TRUE,Id=\"50%41\"", "root%2Ftest%3AC.Id=\"50%2541\",B=true"})
+         {"root/test:C.B=TRUE,Id=\"50%41\"", "root%2Ftest%3AC.Id=\"50%2541\",B=true"}) {
         EXPECT_EQ(outcome(extrinsic("M", target, value)), "accepted") << value;
-    for (const char* const value : {"root/test", "root/test:C", "root/test:C.Id=\"50A\",B=TRUE"})
+    }
+    for (const char* const value : {"root/test", "root/test:C", "root/test:C.Id=\"50A\",B=TRUE"}) {
         EXPECT_EQ(outcome(extrinsic("M", target, value)), "400 header-mismatch") << value;
+    }
     EXPECT_EQ(outcome(extrinsic("M", "<CLASSNAME NAME='C'/>", "root%2Ftest%3AC")), "accepted");
     EXPECT_EQ(outcome(extrinsic("M", "<CLASSNAME NAME='C'/>", "root%2Ftest%3AD")),
               "400 header-mismatch");

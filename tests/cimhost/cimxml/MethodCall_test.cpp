@@ -1,8 +1,8 @@
+#include "tests/cimhost/cimxml/HandlerFixture.h"
+
 #include <gmock/gmock.h>
 
 #include <memory>
-
-#include "tests/cimhost/cimxml/HandlerFixture.h"
 
 namespace cimhost {
 namespace {

@@ -1,14 +1,14 @@
 #include "cimhost/cimxml/ModelReader.h"
 
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <memory>
-
 #include "cimhost/cimxml/XmlBuffer.h"
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/cimxml/Requests.h"
 #include "tests/cimhost/cimxml/TestSchema.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
 
 namespace cimhost {
 namespace {
@@ -212,8 +212,9 @@ TEST_F(ModelReaderTest, RefusesBadKeys) {
               }),
               "4: key Antecedent of TEST_Link is of type reference");
     std::string many;
-    for (int i = 0; i < 257; ++i)
+    for (int i = 0; i < 257; ++i) {
         many += "<KEYBINDING NAME='k" + std::to_string(i) + "'><KEYVALUE>1</KEYVALUE></KEYBINDING>";
+    }
     EXPECT_EQ(errorOf([&] { path(keys(many)); }), "4: a path of TEST_Keys has too many keys");
 }
 
@@ -324,9 +325,10 @@ TEST_F(ModelReaderTest, RefusesBadProperties) {
               "13: property U8 of TEST_Values is of type uint8, not reference");
     EXPECT_EQ(errorOf([&] { property("<PROPERTY NAME='R' TYPE='string'/>"); }),
               "13: property R of TEST_Values is of type reference, not string");
-    for (const std::string type : {"void", "reference", "instance", "int", ""})
+    for (const std::string type : {"void", "reference", "instance", "int", ""}) {
         EXPECT_EQ(errorOf([&] { property("<PROPERTY NAME='U8' TYPE='" + type + "'/>"); }),
                   "4: property U8 has the unknown type \"" + type + "\"");
+    }
     EXPECT_EQ(
         errorOf([&] { property("<PROPERTY NAME='U8' TYPE='uint8'><VALUE>x</VALUE></PROPERTY>"); }),
         "13: property U8 of TEST_Values: \"x\" is no value of type uint8");
@@ -421,9 +423,10 @@ TEST_F(ModelReaderTest, RefusesTextThatIsNoEmbeddedInstance) {
 TEST_F(ModelReaderTest, BoundsInstancesEmbeddedInOneAnother) {
     const auto nested = [](int depth) {
         std::string xml = "<INSTANCE CLASSNAME='TEST_Values'/>";
-        for (int i = 1; i < depth; ++i)
+        for (int i = 1; i < depth; ++i) {
             xml = "<INSTANCE CLASSNAME='TEST_Values'><PROPERTY NAME='E' TYPE='string'><VALUE>" +
                   escaped(xml) + "</VALUE></PROPERTY></INSTANCE>";
+        }
         return "<PROPERTY NAME='E' TYPE='string'><VALUE>" + escaped(xml) + "</VALUE></PROPERTY>";
     };
     EXPECT_EQ(errorOf([&] { property(nested(16)); }), "no error");

@@ -1,5 +1,9 @@
 #include "cimhost/cimxml/ObjectWriter.h"
 
+#include "cimhost/repository/CimError.h"
+#include "tests/cimhost/cimxml/ReplyChecker.h"
+#include "tests/cimhost/cimxml/TestSchema.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -7,10 +11,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "cimhost/repository/CimError.h"
-#include "tests/cimhost/cimxml/ReplyChecker.h"
-#include "tests/cimhost/cimxml/TestSchema.h"
 
 namespace cimhost {
 namespace {

@@ -1,11 +1,11 @@
 #include "cimhost/cimxml/Parameters.h"
 
+#include "cimhost/repository/CimError.h"
+#include "tests/cimhost/cimxml/Requests.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
-
-#include "cimhost/repository/CimError.h"
-#include "tests/cimhost/cimxml/Requests.h"
 
 namespace cimhost {
 namespace {
@@ -108,9 +108,10 @@ TEST(Parameters, RefuseValuesOfAnotherKind) {
 }
 
 TEST(Parameters, ReadBooleansInAnyCase) {
-    for (const std::string text : {"true", "TRUE", "True"})
+    for (const std::string text : {"true", "TRUE", "True"}) {
         EXPECT_TRUE(Given(parameter("LocalOnly", "<VALUE>" + text + "</VALUE>"))
                         ->boolean(Parameter::localOnly, false));
+    }
 }
 
 TEST(Parameters, TellAnEmptyPropertyListFromNone) {

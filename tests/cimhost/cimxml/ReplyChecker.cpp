@@ -144,8 +144,9 @@ std::string validate(const Document& document) {
     context->userData = &messages;
     context->error = collect;
     context->warning = collect;
-    if (xmlValidateDtd(context.get(), document.get(), dtd.get()) != 1 && messages.empty())
+    if (xmlValidateDtd(context.get(), document.get(), dtd.get()) != 1 && messages.empty()) {
         messages = "not valid";
+    }
     return messages;
 }
 
@@ -156,8 +157,9 @@ std::string selfClosed(std::string_view text) {
         const std::size_t begin = text.rfind('<', end) + 1;
         const std::string_view tag = text.substr(begin, end - begin);
         const std::string_view name = tag.substr(0, tag.find(' '));
-        for (const std::string_view never : neverSelfClosed)
+        for (const std::string_view never : neverSelfClosed) {
             if (name == never) return std::string(name);
+        }
     }
     return {};
 }

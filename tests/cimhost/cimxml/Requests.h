@@ -1,12 +1,12 @@
 #pragma once
 
+#include "cimhost/cimxml/Handler.h"
+#include "cimhost/repository/Names.h"
+
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "cimhost/cimxml/Handler.h"
-#include "cimhost/repository/Names.h"
 
 /// Requests as clients write them, for tests.
 namespace cimhost {

@@ -75,10 +75,11 @@ struct TestProviderTables {
                                      const char** properties) {
         of(mi).modified = modelOf(instance);
         of(mi).modifiedProperties.reset();
-        if (properties == nullptr) return ok;
+        if (!properties) return ok;
         of(mi).modifiedProperties.emplace();
-        for (; *properties != nullptr; ++properties)
+        for (; *properties != nullptr; ++properties) {
             of(mi).modifiedProperties->push_back(*properties);
+        }
         return ok;
     }
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <functional>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "cimhost/broker/Broker.h"
 #include "cimhost/broker/ModuleHost.h"
 #include "cimhost/broker/Operations.h"
 #include "cimhost/repository/Instance.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace cimhost {
 

@@ -1,11 +1,11 @@
 #include "cimhost/cimxml/ValueText.h"
 
+#include "cimhost/repository/Instance.h"
+
 #include <gtest/gtest.h>
 
 #include <initializer_list>
 #include <string>
-
-#include "cimhost/repository/Instance.h"
 
 namespace cimhost {
 namespace {
@@ -20,12 +20,15 @@ std::string roundTrip(CimType type, std::string_view text) {
 }
 
 TEST(ValueText, ReadsBooleansInAnyCase) {
-    for (const char* text : {"true", "TRUE", "True", " tRuE\n"})
+    for (const char* text : {"true", "TRUE", "True", " tRuE\n"}) {
         EXPECT_EQ(roundTrip(CimType::boolean, text), "true") << text;
-    for (const char* text : {"false", "FALSE", "False"})
+    }
+    for (const char* text : {"false", "FALSE", "False"}) {
         EXPECT_EQ(roundTrip(CimType::boolean, text), "false") << text;
-    for (const char* text : {"", "1", "0", "yes", "truee", "tru", "true false"})
+    }
+    for (const char* text : {"", "1", "0", "yes", "truee", "tru", "true false"}) {
         EXPECT_EQ(roundTrip(CimType::boolean, text), "-") << text;
+    }
 }
 
 TEST(ValueText, ReadsIntegersToTheEndOfTheirRange) {
@@ -95,8 +98,9 @@ TEST(ValueText, RefusesRealsOutOfRangeOrForm) {
     EXPECT_EQ(roundTrip(CimType::real32, "1e39"), "-");
     EXPECT_EQ(roundTrip(CimType::real64, "1e400"), "-");
     for (const char* text :
-         {"", ".", "e5", "1,5", "0x1p3", "infinity", "nan(1)", "1.0.0", "+-1", "++1"})
+         {"", ".", "e5", "1,5", "0x1p3", "infinity", "nan(1)", "1.0.0", "+-1", "++1"}) {
         EXPECT_EQ(roundTrip(CimType::real64, text), "-") << text;
+    }
 }
 
 TEST(ValueText, ReadsOneCharacterOfTheBasicPlane) {
@@ -104,39 +108,45 @@ TEST(ValueText, ReadsOneCharacterOfTheBasicPlane) {
     EXPECT_EQ(roundTrip(CimType::char16, " "), " ");
     EXPECT_EQ(roundTrip(CimType::char16, "\xC3\xA9"), "\xC3\xA9");
     EXPECT_EQ(roundTrip(CimType::char16, "\xE2\x82\xAC"), "\xE2\x82\xAC");
-    for (const char* text : {"", "ab", "\xF0\x9F\x98\x80", "\xC3"})
+    for (const char* text : {"", "ab", "\xF0\x9F\x98\x80", "\xC3"}) {
         EXPECT_EQ(roundTrip(CimType::char16, text), "-") << text;
+    }
 }
 
 TEST(ValueText, WritesHalfASurrogatePairAsTheReplacementCharacter) {
     ScalarScratch scratch;
-    for (const std::uint64_t code : {0xD800U, 0xDFFFU, 0x10000U})
+    for (const std::uint64_t code : {0xD800U, 0xDFFFU, 0x10000U}) {
         EXPECT_EQ(scalarText(Value::unsignedInteger(CimType::char16, code), scratch),
                   "\xEF\xBF\xBD");
+    }
 }
 
 TEST(ValueText, KeepsStringsAsTheyAre) {
-    for (const char* text : {"", " ", " a\n", "\xC3\xA9<&"})
+    for (const char* text : {"", " ", " a\n", "\xC3\xA9<&"}) {
         EXPECT_EQ(roundTrip(CimType::string, text), text);
+    }
 }
 
 TEST(ValueText, ReadsTimestampsAndIntervals) {
     for (const char* text : {"20240229123456.123456+060", "19991231235959.000000-720",
-                             "00000010123456.000000:000", "20240229123456.******+000"})
+                             "00000010123456.000000:000", "20240229123456.******+000"}) {
         EXPECT_EQ(roundTrip(CimType::dateTime, text), text);
+    }
     for (const char* text :
          {"", "20240229", "20241329123456.123456+060", "20240229243456.123456+060",
           "20240229123456.123456+06", "20240229123456,123456+060", "20240229123456.123456 060",
-          "00000010123456.000000:060", "0000001012345x.000000:000"})
+          "00000010123456.000000:060", "0000001012345x.000000:000"}) {
         EXPECT_EQ(roundTrip(CimType::dateTime, text), "-") << text;
+    }
 }
 
 TEST(ValueText, HasNoTextForObjectsAndNull) {
     ScalarScratch scratch;
     EXPECT_EQ(scalarText(Value::null(CimType::uint8), scratch), "");
     EXPECT_EQ(scalarText(Value::reference(ObjectPath{}), scratch), "");
-    for (const CimType type : {CimType::none, CimType::reference, CimType::instance})
+    for (const CimType type : {CimType::none, CimType::reference, CimType::instance}) {
         EXPECT_FALSE(readScalar(type, "1"));
+    }
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "cimhost/cimxml/XmlBuffer.h"
 
-#include <gtest/gtest.h>
-
 #include "cimhost/cimxml/XmlDocument.h"
+
+#include <gtest/gtest.h>
 
 namespace cimhost {
 namespace {
@@ -27,8 +27,9 @@ TEST(XmlBuffer, EscapesOnlyTheFiveNamedCharacters) {
 
 TEST(XmlBuffer, KeepsCharactersBeyondAsciiAsUtf8) {
     for (const std::string_view text :
-         {"\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "a\xC3\xA9z", "\xEF\xBF\xBD", "\x7F"})
+         {"\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "a\xC3\xA9z", "\xEF\xBF\xBD", "\x7F"}) {
         EXPECT_EQ(escaped(text), text);
+    }
 }
 
 TEST(XmlBuffer, ReplacesControlCharacters) {

@@ -1,13 +1,13 @@
 #include "cimhost/cimxml/XmlDocument.h"
 
+#include "tests/cimhost/cimxml/ReplyChecker.h"
+#include "tests/cimhost/cimxml/Requests.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
 #include <optional>
 #include <string>
-
-#include "tests/cimhost/cimxml/ReplyChecker.h"
-#include "tests/cimhost/cimxml/Requests.h"
 
 namespace cimhost {
 namespace {
@@ -146,8 +146,9 @@ TEST(XmlDocument, RefusesTextThatIsNotXml) {
                                         "<?xml?><VALUE/>",
                                         "<VALUE><![CDATA[x</VALUE>",
                                         "\x80\x81\x82\xFF",
-                                        "\x1F\x8B\x08"})
+                                        "\x1F\x8B\x08"}) {
         EXPECT_EQ(refusalOf(text), notWellFormed) << text;
+    }
 }
 
 TEST(XmlDocument, RefusesNulBytesAnywhere) {
@@ -163,8 +164,9 @@ TEST(XmlDocument, RefusesEveryTruncation) {
     const std::string text = getInstanceRequest();
     ASSERT_FALSE(refusalOf(text));
     const std::size_t end = text.find_last_of('>');
-    for (std::size_t size = 0; size <= end; ++size)
+    for (std::size_t size = 0; size <= end; ++size) {
         ASSERT_EQ(refusalOf(std::string_view(text).substr(0, size)), notWellFormed) << size;
+    }
 }
 
 TEST(XmlDocument, RefusesEntitiesThatNobodyDeclared) {
@@ -240,10 +242,12 @@ TEST(XmlDocument, TellsBadSyntaxFromBadContentWhenBothAreThere) {
 }
 
 TEST(XmlDocument, AcceptsElementsNestedToTheLimitOnly) {
-    for (const std::size_t depth : {1UL, 2UL, 3UL, 4UL, 254UL, 255UL, 256UL})
+    for (const std::size_t depth : {1UL, 2UL, 3UL, 4UL, 254UL, 255UL, 256UL}) {
         EXPECT_FALSE(refusalOf(nested(depth))) << depth;
-    for (const std::size_t depth : {257UL, 258UL, 300UL, 100'000UL})
+    }
+    for (const std::size_t depth : {257UL, 258UL, 300UL, 100'000UL}) {
         EXPECT_EQ(refusalOf(nested(depth)), notValid) << depth;
+    }
     // What the grammar refuses is still read to its end, and no deeper.
     EXPECT_EQ(refusalOf(repeated("<a>", 1'000'000)), notValid);
     EXPECT_EQ(refusalOf(repeated("<a>", 256)), notWellFormed);

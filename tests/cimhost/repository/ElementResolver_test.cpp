@@ -109,8 +109,9 @@ constexpr ErrorRow errorRows[] = {
 };
 
 TEST_F(ElementResolver, SaysWhichRuleAnOverrideBreaks) {
-    for (const ErrorRow& row : errorRows)
+    for (const ErrorRow& row : errorRows) {
         EXPECT_EQ(_mof.errorOf(row.text), row.message) << row.text;
+    }
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "cimhost/repository/MofReader.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
-
-#include "cimhost/repository/MofReader.h"
 
 namespace cimhost::test {
 

@@ -52,18 +52,20 @@ TEST(AccessLog, AppendsWholeLinesFromManyThreads) {
     {
         AccessLog log(folder / "log");
         std::vector<std::thread> threads;
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 4; ++i) {
             threads.emplace_back([&log] {
                 for (int j = 0; j < 100; ++j) log.write(record());
             });
+        }
         for (std::thread& thread : threads) thread.join();
     }
     const std::string text = folder.read("log");
     EXPECT_THAT(text, testing::StartsWith("before\n"));
     std::istringstream lines(text);
     int count = 0;
-    for (std::string line; std::getline(lines, line);)
+    for (std::string line; std::getline(lines, line);) {
         if (line.ends_with(" 127.0.0.1:1 fred GetInstance root/cimv2 200 6 1234B 98us")) ++count;
+    }
     EXPECT_EQ(count, 400);
 }
 

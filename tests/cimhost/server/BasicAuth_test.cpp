@@ -42,8 +42,9 @@ TEST(ParseBasic, RefusesWhatIsNone) {
           "Basic ZnJlZDpzZWNyZXQ", "Basic ZnJlZDpzZWNyZXQ==", "Basic ZnJl=DpzZWNyZXQ",
           "Basic ====", "Basic ZnJlZDpzZWNyZXQ=x", "Basic ZnJl ZDpz", "Basic Zn-_",
           "Basic YQ==", "Basic OmI=", "Basic YTpiAA==", "Basic YQo6Yg==", "Basic\tYTpi",
-          "Basic YTpi\xC3\xA4\xC3\xA4"})
+          "Basic YTpi\xC3\xA4\xC3\xA4"}) {
         EXPECT_EQ(parse(text), std::nullopt) << text;
+    }
 }
 
 TEST_F(BasicAuthTest, LetsInWhoKnowsThePassword) {
@@ -68,11 +69,13 @@ TEST_F(BasicAuthTest, LetsNoStrangerInWithSomebodysPassword) {
 
 TEST_F(BasicAuthTest, AnswersManyThreads) {
     std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 8; ++i) {
         threads.emplace_back([this] {
-            for (int j = 0; j < 50; ++j)
+            for (int j = 0; j < 50; ++j) {
                 EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ="), "fred");
+            }
         });
+    }
     for (std::thread& thread : threads) thread.join();
 }
 

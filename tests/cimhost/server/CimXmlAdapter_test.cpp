@@ -1,10 +1,9 @@
 #include "cimhost/server/CimXmlAdapter.h"
 
-#include "cimhost/server/ConsoleLog.h"
-#include "cimhost/server/ObjectManager.h"
-
 #include "MemoryStream.h"
 #include "RawClient.h"
+#include "cimhost/server/ConsoleLog.h"
+#include "cimhost/server/ObjectManager.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

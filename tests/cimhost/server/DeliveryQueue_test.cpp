@@ -1,9 +1,8 @@
-#include "cimhost/server/IndicationDelivery.h"
-
 #include "cimhost/cimxml/ExportHandler.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/server/CimXmlAdapter.h"
 #include "cimhost/server/HttpServer.h"
+#include "cimhost/server/IndicationDelivery.h"
 
 #include <gtest/gtest.h>
 

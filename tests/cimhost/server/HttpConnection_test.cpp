@@ -36,8 +36,9 @@ struct HttpConnectionTest : testing::Test {
         HttpConnection(stream, services, addresses, presence).serve();
         std::vector<int> statuses;
         for (std::size_t at = stream.sent.find("HTTP/1.1 "); at != std::string::npos;
-             at = stream.sent.find("HTTP/1.1 ", at + 1))
+             at = stream.sent.find("HTTP/1.1 ", at + 1)) {
             statuses.push_back(statusOf(std::string_view(stream.sent).substr(at)));
+        }
         return statuses;
     }
 };

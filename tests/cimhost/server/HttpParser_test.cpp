@@ -98,8 +98,9 @@ TEST_F(HttpParserTest, KnowsWhetherTheConnectionMayLive) {
 TEST_F(HttpParserTest, RefusesLengthsThatAreNone) {
     for (const std::string length :
          {"-1", "+1", "0x10", "1 2", "", "one", "1.0", "18446744073709551616",
-          "99999999999999999999999999", "4,4", "4;4"})
+          "99999999999999999999999999", "4,4", "4;4"}) {
         EXPECT_EQ(refusalOf(request("Content-Length: " + length + "\r\n")), 400) << length;
+    }
 }
 
 TEST_F(HttpParserTest, RefusesTwoLengthsEvenThoseThatAgree) {
@@ -114,8 +115,9 @@ TEST_F(HttpParserTest, RefusesALengthBesideATransferCodingInEitherOrder) {
 
 TEST_F(HttpParserTest, RefusesTransferCodingsOtherThanChunked) {
     for (const std::string coding : {"gzip", "gzip, chunked", "chunked, identity", "xchunked",
-                                     "identity", "chunked, chunked", "\"chunked\"", "chunked;x"})
+                                     "identity", "chunked, chunked", "\"chunked\"", "chunked;x"}) {
         EXPECT_EQ(refusalOf(request("Transfer-Encoding: " + coding + "\r\n")), 501) << coding;
+    }
     EXPECT_EQ(refusalOf(request("Transfer-Encoding: chunked\r\nTransfer-Encoding: chunked\r\n")),
               400);
     EXPECT_EQ(refusalOf("POST / HTTP/1.0\r\nTransfer-Encoding: chunked\r\n\r\n"), 400);
@@ -124,15 +126,17 @@ TEST_F(HttpParserTest, RefusesTransferCodingsOtherThanChunked) {
 
 TEST_F(HttpParserTest, RefusesFieldNamesThatAreNoTokens) {
     for (const std::string field :
-         {"Content-Length : 4", "Na me: v", ": v", "N", "N(: v", "N\xC3: v"})
+         {"Content-Length : 4", "Na me: v", ": v", "N", "N(: v", "N\xC3: v"}) {
         EXPECT_EQ(refusalOf(request(field + "\r\n")), 400) << field;
+    }
     EXPECT_EQ(refusalOf(request("N: a\rb\r\n")), 400);
 }
 
 TEST_F(HttpParserTest, RefusesRequestLinesThatAreNone) {
     for (const std::string line :
-         {"POST  HTTP/1.1", "PO ST / HTTP/1.1", "POST\t/ HTTP/1.1", "P@ST / HTTP/1.1"})
+         {"POST  HTTP/1.1", "PO ST / HTTP/1.1", "POST\t/ HTTP/1.1", "P@ST / HTTP/1.1"}) {
         EXPECT_EQ(refusalOf(line + "\r\n\r\n"), 400) << line;
+    }
 }
 
 TEST_F(HttpParserTest, TakesABodyOfTheLimitAndRefusesOneByteMoreBeforeItComes) {
@@ -156,8 +160,9 @@ TEST_F(HttpParserTest, TakesChunksUpToTheLimitOfABodyAndRefusesOneByteMore) {
 TEST_F(HttpParserTest, RefusesChunkSizesThatAreNone) {
     const std::string head = request("Transfer-Encoding: chunked\r\n");
     for (const std::string size :
-         {"-1", "+1", "0x1", " 1", "g", "", "1 2", "10000000000000000", "FFFFFFFFFFFFFFFFF"})
+         {"-1", "+1", "0x1", " 1", "g", "", "1 2", "10000000000000000", "FFFFFFFFFFFFFFFFF"}) {
         EXPECT_EQ(refusalOf(head + size + "\r\naaaa\r\n\r\n"), 400) << size;
+    }
     EXPECT_EQ(refusalOf(head + "FFFFFFFFFFFFFFFF\r\n"), 413);
 }
 

@@ -45,8 +45,9 @@ TEST_F(HttpReplyTest, StreamsWhatIsLongerInChunks) {
     std::string text;
     for (std::size_t i = 0; i < 3 * buffer + 5; ++i) text += static_cast<char>('a' + i % 26);
     reply.announceTrailers("CIMError");
-    for (std::size_t at = 0; at < text.size(); at += 1000)
+    for (std::size_t at = 0; at < text.size(); at += 1000) {
         reply.write(std::string_view(text).substr(at, 1000));
+    }
     EXPECT_TRUE(reply.isCommitted());
     EXPECT_FALSE(reply.restart());
     reply.finish();
@@ -121,8 +122,10 @@ TEST_F(HttpReplyTest, ThrowsWhenTheClientIsGone) {
 }
 
 TEST_F(HttpReplyTest, HasAPhraseForEachStatusThatIsSent) {
-    for (const int status : {200, 400, 401, 405, 408, 411, 413, 414, 417, 431, 500, 501, 503, 505})
+    for (const int status :
+         {200, 400, 401, 405, 408, 411, 413, 414, 417, 431, 500, 501, 503, 505}) {
         EXPECT_NE(reasonPhrase(status), "Error") << status;
+    }
 }
 
 }  // namespace

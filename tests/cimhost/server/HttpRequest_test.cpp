@@ -27,8 +27,9 @@ TEST_F(HttpRequestTest, NamesTheServerAsTheClientDoes) {
 }
 
 TEST_F(HttpRequestTest, NamesTheLocalAddressWhenTheHostIsNone) {
-    for (const std::string_view host : {"", "a<b", "a\"b", "a/b", "user@a", "a b", "\xC3\xA4"})
+    for (const std::string_view host : {"", "a<b", "a\"b", "a/b", "user@a", "a b", "\xC3\xA4"}) {
         EXPECT_EQ(serverNameWith(host), "127.0.0.1:5988") << host;
+    }
     EXPECT_EQ(serverNameWith(std::string(262, 'a')), "127.0.0.1:5988");
     request.fields.clear();
     EXPECT_EQ(request.serverName(), "127.0.0.1:5988");

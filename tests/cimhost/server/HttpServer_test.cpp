@@ -173,8 +173,9 @@ TEST(HttpServer, GivesARequestNoMoreTimeForAByteNowAndThen) {
     TestServer server({}, limits);
     RawClient client(server.port());
     std::thread trickle([&] {
-        for (int i = 0; i < 1000 && client.send("P"); ++i)
+        for (int i = 0; i < 1000 && client.send("P"); ++i) {
             std::this_thread::sleep_for(milliseconds(5));
+        }
     });
     EXPECT_TRUE(server.awaitConnections(1));
     EXPECT_TRUE(server.awaitConnections(0));
@@ -316,7 +317,7 @@ TEST(HttpServer, KeepsNoThreadOrDescriptorOfConnectionsThatEnded) {
 TEST(HttpServer, ServesManyConnectionsAtOnce) {
     TestServer server;
     std::vector<std::thread> clients;
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 8; ++i) {
         clients.emplace_back([&, i] {
             RawClient client(server.port());
             for (int j = 0; j < 200; ++j) {
@@ -325,6 +326,7 @@ TEST(HttpServer, ServesManyConnectionsAtOnce) {
                 EXPECT_EQ(bodyOf(client.readReply()), body);
             }
         });
+    }
     for (std::thread& client : clients) client.join();
     EXPECT_EQ(server.handler.calls, 1600);
 }

@@ -53,11 +53,13 @@ TEST(ListenSocket, WritesIpv6AddressesInBrackets) {
 
 TEST(IsLoopback, KnowsTheAddressesThatStayOnThisMachine) {
     for (const std::string address :
-         {"127.0.0.1", "127.1.2.3", "127.255.255.255", "::1", "localhost"})
+         {"127.0.0.1", "127.1.2.3", "127.255.255.255", "::1", "localhost"}) {
         EXPECT_TRUE(isLoopback(address)) << address;
+    }
     for (const std::string address : {"0.0.0.0", "::", "126.255.255.255", "128.0.0.0", "10.0.0.1",
-                                      "::ffff:127.0.0.1", "::2", "example.invalid", ""})
+                                      "::ffff:127.0.0.1", "::2", "example.invalid", ""}) {
         EXPECT_FALSE(isLoopback(address)) << address;
+    }
 }
 
 }  // namespace

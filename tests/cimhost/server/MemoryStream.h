@@ -1,10 +1,10 @@
 #pragma once
 
+#include "cimhost/server/Stream.h"
+
 #include <algorithm>
 #include <deque>
 #include <string>
-
-#include "cimhost/server/Stream.h"
 
 namespace cimhost {
 

@@ -93,8 +93,9 @@ TEST_F(PasswordFileTest, LeavesNothingBesideTheFile) {
 
 TEST_F(PasswordFileTest, RefusesNamesThatCannotBeCarried) {
     PasswordFile file;
-    for (const std::string name : {"", "a:b", "a\nb", "#a", "a\x7F"})
+    for (const std::string name : {"", "a:b", "a\nb", "#a", "a\x7F"}) {
         EXPECT_THROW(file.set(name, hash), std::runtime_error) << name;
+    }
     EXPECT_THROW(file.set(std::string(256, 'a'), hash), std::runtime_error);
     EXPECT_NO_THROW(file.set(std::string(255, 'a'), hash));
     EXPECT_NO_THROW(file.set("J\xC3\xBCrgen", hash));

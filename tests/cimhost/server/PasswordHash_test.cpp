@@ -26,8 +26,9 @@ TEST(PasswordHash, KnowsTheOtherMethodsOfCrypt) {
 
 TEST(PasswordHash, RefusesWhatIsNoHashOrAWeakOne) {
     for (const std::string hash :
-         {"", "secret", "*", "!", "x", "$", "$9$abc", "ab1234567890a", "$1$ab$cdef"})
+         {"", "secret", "*", "!", "x", "$", "$9$abc", "ab1234567890a", "$1$ab$cdef"}) {
         EXPECT_FALSE(isUsableHash(hash)) << hash;
+    }
     EXPECT_FALSE(matchesHash("secret", ""));
     EXPECT_FALSE(matchesHash("secret", "*0"));
     EXPECT_FALSE(matchesHash("*0", "*0"));

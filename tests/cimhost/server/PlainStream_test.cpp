@@ -75,8 +75,9 @@ TEST_F(PlainStreamTest, SendsMoreThanTheSystemTakesAtOnce) {
     std::string received;
     std::thread reader([&] {
         std::array<char, 30'001> buffer;
-        while (received.size() < 2 * much.size())
+        while (received.size() < 2 * much.size()) {
             received.append(buffer.data(), peer().receive(buffer, in(10'000)));
+        }
     });
     send(stream(), {much, much}, in(10'000));
     reader.join();

@@ -1,8 +1,7 @@
-#include "cimhost/server/PasswordFile.h"
-#include "cimhost/server/PasswordHash.h"
-
 #include "TemporaryFolder.h"
 #include "TestServer.h"
+#include "cimhost/server/PasswordFile.h"
+#include "cimhost/server/PasswordHash.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

@@ -89,8 +89,9 @@ void RawClient::reset() {
 
 int statusOf(std::string_view reply) {
     int status = 0;
-    if (reply.starts_with("HTTP/1.1 ") && reply.size() > 12)
+    if (reply.starts_with("HTTP/1.1 ") && reply.size() > 12) {
         std::from_chars(reply.data() + 9, reply.data() + 12, status);
+    }
     return status;
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhost/server/Descriptor.h"
+
 #include <chrono>
 #include <cstdint>
 #include <string>
 #include <string_view>
-
-#include "cimhost/server/Descriptor.h"
 
 namespace cimhost {
 

@@ -1,10 +1,9 @@
 #include "cimhost/server/SchemaOptions.h"
 
-#include "cimhost/repository/MofReader.h"
-#include "cimhost/server/Command.h"
-
 #include "CommandLine.h"
 #include "TemporaryFolder.h"
+#include "cimhost/repository/MofReader.h"
+#include "cimhost/server/Command.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,8 +19,9 @@ struct SchemaOptionsTest : testing::Test {
 
     std::vector<std::string> placesOf(const std::vector<std::string>& words) {
         std::vector<std::string> places;
-        for (const SchemaFile& schema : line.parse(words).files())
+        for (const SchemaFile& schema : line.parse(words).files()) {
             places.push_back(schema.nameSpace + "=" + schema.file.string());
+        }
         return places;
     }
 };

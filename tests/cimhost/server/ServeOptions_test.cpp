@@ -1,8 +1,7 @@
 #include "cimhost/server/ServeOptions.h"
 
-#include "cimhost/server/Command.h"
-
 #include "CommandLine.h"
+#include "cimhost/server/Command.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -90,8 +89,9 @@ TEST_F(ServeOptionsTest, RefusesWhatMakesNoSense) {
                                                {"--tls-cert", "c"},
                                                {"--tls-key", "k"},
                                                {"--unheard-of"},
-                                               {"stray"}})
+                                               {"stray"}}) {
         EXPECT_THROW(parse(words), CLI::ParseError) << words.front() << " " << words.back();
+    }
 }
 
 TEST_F(ServeOptionsTest, ReplacesTheDefaultFolderOfModules) {

@@ -14,7 +14,7 @@ class TemporaryFolder {
 public:
     TemporaryFolder() {
         std::string pattern = (std::filesystem::temp_directory_path() / "cimhost.XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("mkdtemp");
+        if (!mkdtemp(pattern.data())) throw std::runtime_error("mkdtemp");
         _path = pattern;
     }
     ~TemporaryFolder() { std::filesystem::remove_all(_path); }

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "cimhost/server/HttpServer.h"
+
 #include <atomic>
 #include <functional>
 #include <mutex>
 #include <string>
-
-#include "cimhost/server/HttpServer.h"
 
 namespace cimhost {
 
@@ -19,10 +19,11 @@ public:
 
     void handle(const HttpRequest& request, HttpReply& reply) override {
         ++calls;
-        if (_function)
+        if (_function) {
             _function(request, reply);
-        else
+        } else {
             reply.write(request.body);
+        }
     }
 
     std::atomic<int> calls = 0;

@@ -22,10 +22,11 @@ struct Outcome {
 
 Outcome run(const std::string& command) {
     FILE* pipe = popen((command + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) throw std::runtime_error("popen");
+    if (!pipe) throw std::runtime_error("popen");
     Outcome outcome{0, {}};
-    for (int byte = std::fgetc(pipe); byte != EOF; byte = std::fgetc(pipe))
+    for (int byte = std::fgetc(pipe); byte != EOF; byte = std::fgetc(pipe)) {
         outcome.output += static_cast<char>(byte);
+    }
     outcome.status = pclose(pipe);
     return outcome;
 }

@@ -1,5 +1,3 @@
-#include <fstream>
-
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "cmpicpp/CmpiModule.h"
 #include "cmpicpp/CmpiStatus.h"
@@ -7,11 +5,15 @@
 #include "common/LoggedProvider.h"
 #include "common/PYLUtil.h"
 
+#include <fstream>
+
 using namespace CmpiCpp;
 
 namespace {
 
-CmpiBroker broker() { return CmpiBroker(PYL::PYLUtil::getBroker()); }
+CmpiBroker broker() {
+    return CmpiBroker(PYL::PYLUtil::getBroker());
+}
 
 class Uptime : public PYL::CmpiManagedInstance {
 public:
@@ -28,8 +30,9 @@ public:
         auto instance = makeCmpiInstance(broker(), getPath());
         instance.setProperty("InstanceID", "KTQ:Uptime");
         double seconds = 0;
-        if (std::ifstream("/proc/uptime") >> seconds)
+        if (std::ifstream("/proc/uptime") >> seconds) {
             instance.setProperty("Seconds", static_cast<unsigned long long>(seconds));
+        }
         return instance;
     }
 };
@@ -46,14 +49,15 @@ public:
                            CmpiObjectPathResult& result) override {
         _instances.enumInstanceNames(result, context, path);
     }
-    void enumInstances(const CmpiContext& context, const CmpiObjectPath& path, const char** properties,
-                       CmpiInstanceResult& result) override {
+    void enumInstances(const CmpiContext& context, const CmpiObjectPath& path,
+                       const char** properties, CmpiInstanceResult& result) override {
         _instances.enumInstances(result, context, path, properties);
     }
-    void getInstance(const CmpiContext& context, const CmpiObjectPath& path, const char** properties,
-                     CmpiInstanceResult& result) override {
-        if (!_instances.getInstance(result, context, path, properties))
+    void getInstance(const CmpiContext& context, const CmpiObjectPath& path,
+                     const char** properties, CmpiInstanceResult& result) override {
+        if (!_instances.getInstance(result, context, path, properties)) {
             throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no such instance: " + path.str());
+        }
     }
 
 private:

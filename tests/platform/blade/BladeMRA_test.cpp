@@ -1,13 +1,13 @@
 #include "platform/blade/BladeMRA.h"
 
+#include "platform/blade/HostBladeMRA.h"
+#include "tests/platform/smbios/SmbiosImage.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
-
-#include "platform/blade/HostBladeMRA.h"
-#include "tests/platform/smbios/SmbiosImage.h"
 
 namespace {
 
@@ -17,10 +17,10 @@ using Getter = MRAStatusEnum (Data::*)(std::string&) const;
 struct Blade : testing::Test {
     ~Blade() override { SmBios::setSource(nullptr); }
 
-    static void firmwareIs(std::string const& machine) {
+    static void firmwareIs(const std::string& machine) {
         SmBios::setSource(std::make_shared<SmbiosDumpFile>(dumpPath(machine)));
     }
-    static void tableIs(Bytes const& record) {
+    static void tableIs(const Bytes& record) {
         SmBios::setSource(std::make_shared<SmbiosMemory>(
             SmbiosImage(concatenated({record, endOfTable()})).dump()));
     }
@@ -33,17 +33,18 @@ struct Blade : testing::Test {
     /// What a getter fills in, or "(absent)" when it answers so and leaves its argument alone.
     std::string get(Getter getter) const {
         std::string value = "untouched";
-        MRAStatusEnum const status = (data.*getter)(value);
+        const MRAStatusEnum status = (data.*getter)(value);
         if (status == MRA_STATUS_SUCCESS) return value;
-        bool const honest = status == MRA_STATUS_DATA_NOT_AVAILABLE && value == "untouched";
+        const bool honest = status == MRA_STATUS_DATA_NOT_AVAILABLE && value == "untouched";
         return honest ? "(absent)" : "(status " + std::to_string(status) + ", " + value + ")";
     }
     void expectNoEnclosure() const {
         EXPECT_FALSE(data.isBlade());
         EXPECT_FALSE(data.isSLServer());
-        for (Getter const getter :
-             {&Data::getEnclosureName, &Data::getRackName, &Data::getRackUUID})
+        for (const Getter getter :
+             {&Data::getEnclosureName, &Data::getRackName, &Data::getRackUUID}) {
             EXPECT_EQ(get(getter), "(absent)");
+        }
     }
 
     std::shared_ptr<CapturingSink> sink = std::make_shared<CapturingSink>();
@@ -75,7 +76,7 @@ TEST_F(Blade, KnowsServersOfTheSLLine) {
 }
 
 TEST_F(Blade, TakesAServerWithoutTheRecordForNoBlade) {
-    for (auto const* const machine : {"wavek", "foreign", "empty"}) {
+    for (const auto* const machine : {"wavek", "foreign", "empty"}) {
         firmwareIs("blade");
         ASSERT_EQ(fill(), MRA_STATUS_SUCCESS);
         firmwareIs(machine);
@@ -88,8 +89,9 @@ TEST_F(Blade, InventsNothingThatTheRecordLeavesBlank) {
     tableIs(structure(0xda, 5, {1, 1, 2, 0}, {"KTQ", "   "}));
     ASSERT_EQ(fill(), MRA_STATUS_SUCCESS);
     EXPECT_TRUE(data.isBlade());
-    for (Getter const getter : {&Data::getEnclosureName, &Data::getRackName, &Data::getRackUUID})
+    for (const Getter getter : {&Data::getEnclosureName, &Data::getRackName, &Data::getRackUUID}) {
         EXPECT_EQ(get(getter), "(absent)");
+    }
 }
 
 TEST_F(Blade, FailsAndKeepsItsDataWhenTheFirmwareCannotBeRead) {
@@ -104,7 +106,7 @@ TEST_F(Blade, FailsAndKeepsItsDataWhenTheFirmwareCannotBeRead) {
 
 TEST_F(Blade, FactoryMakesASourceOfThisHost) {
     firmwareIs("blade");
-    std::unique_ptr<BladeMRA> const source(BladeMRAFactory(log));
+    const std::unique_ptr<BladeMRA> source(BladeMRAFactory(log));
     ASSERT_NE(source, nullptr);
     ASSERT_EQ(source->getEnclosureData(data), MRA_STATUS_SUCCESS);
     EXPECT_EQ(get(&Data::getRackName), "rack-B");

@@ -1,8 +1,8 @@
 #include "platform/computersystem/ComputerSystemMRA.h"
 
-#include <gmock/gmock.h>
-
 #include "tests/platform/computersystem/FakeHost.h"
+
+#include <gmock/gmock.h>
 
 namespace {
 
@@ -11,13 +11,12 @@ using Data = ComputerSystemMRADataObject;
 class ComputerSystem : public FakeHost {
 protected:
     void expectAllAbsent() const {
-        for (Getter const getter :
+        for (const Getter getter :
              {&Data::getSystemManufacturer, &Data::getSystemProductName, &Data::getSystemProductID,
               &Data::getSystemSerialNumber, &Data::getSystemUUID,
               &Data::getSystemVirtualSerialNumber, &Data::getSystemVirtualUUID,
-              &Data::getSolutionName, &Data::getBiosVendor,
-              &Data::getBiosVersion, &Data::getBiosReleaseDate, &Data::getHostOSName,
-              &Data::getHostOSVersion}) {
+              &Data::getSolutionName, &Data::getBiosVendor, &Data::getBiosVersion,
+              &Data::getBiosReleaseDate, &Data::getHostOSName, &Data::getHostOSVersion}) {
             EXPECT_EQ(get(getter), "(absent)");
         }
         operatingSystemEnum type = OSvm;
@@ -68,7 +67,7 @@ TEST_F(ComputerSystem, TellsTheIdentityThatAProfileLendsBesideTheServersOwn) {
 TEST_F(ComputerSystem, HasNoOtherIdentityWithoutAProfile) {
     firmwareIs("sl-blade");
     ASSERT_EQ(fill(), MRA_STATUS_SUCCESS);
-    for (Getter const getter : {&Data::getSystemVirtualSerialNumber, &Data::getSystemVirtualUUID,
+    for (const Getter getter : {&Data::getSystemVirtualSerialNumber, &Data::getSystemVirtualUUID,
                                 &Data::getSolutionName}) {
         EXPECT_EQ(get(getter), "(absent)");
     }
@@ -121,7 +120,7 @@ TEST_F(ComputerSystem, InventsNothing) {
     write("/sys/class/dmi/id/product_serial", "   \n");
     write("/sys/class/dmi/id/product_uuid", "");
     ASSERT_EQ(fill(), MRA_STATUS_SUCCESS);
-    for (Getter const getter : {&Data::getSystemSerialNumber, &Data::getSystemUUID,
+    for (const Getter getter : {&Data::getSystemSerialNumber, &Data::getSystemUUID,
                                 &Data::getHostOSVersion, &Data::getSystemManufacturer}) {
         EXPECT_EQ(get(getter), "(absent)");
     }
@@ -146,7 +145,7 @@ TEST_F(ComputerSystem, RefusesEveryOtherSelectorAndLeavesTheDataAlone) {
     firmwareIs("wavej");
     ASSERT_EQ(fill(), MRA_STATUS_SUCCESS);
     firmwareIs("wavek");
-    for (unsigned const selector : {0U, 2U, 3U, ~0U}) {
+    for (const unsigned selector : {0U, 2U, 3U, ~0U}) {
         _sink->clear();
         EXPECT_EQ(fill(selector), MRA_STATUS_FAILED);
         EXPECT_THAT(_sink->messages(LogLevel::error),
@@ -180,7 +179,7 @@ TEST_F(ComputerSystem, TakesADirectoryForNoFile) {
 
 TEST_F(ComputerSystem, FactoryMakesASourceOfThisHost) {
     firmwareIs("wavek");
-    std::unique_ptr<ComputerSystemMRA> const source(computerSystemMRAFactory(_log));
+    const std::unique_ptr<ComputerSystemMRA> source(computerSystemMRAFactory(_log));
     ASSERT_NE(source, nullptr);
     ASSERT_EQ(source->getFirstData(1, _data), MRA_STATUS_SUCCESS);
     EXPECT_EQ(get(&Data::getSystemUUID), "4c4c4544-0035-5a10-8052-b4c04f4d3232");

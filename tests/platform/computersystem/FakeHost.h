@@ -1,5 +1,10 @@
 #pragma once
 
+#include "platform/computersystem/HostComputerSystemMRA.h"
+#include "platform/logger/CapturingSink.h"
+#include "platform/logger/Logger.h"
+#include "platform/smbios/SmBios.h"
+
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -8,11 +13,6 @@
 #include <fstream>
 #include <memory>
 #include <string>
-
-#include "platform/computersystem/HostComputerSystemMRA.h"
-#include "platform/logger/CapturingSink.h"
-#include "platform/logger/Logger.h"
-#include "platform/smbios/SmBios.h"
 
 /// A host in a directory of its own, without firmware tables until a test gives it some.
 class FakeHost : public testing::Test {
@@ -27,13 +27,13 @@ protected:
         std::filesystem::remove_all(_root);
     }
 
-    void write(std::string const& path, std::string const& text) const {
-        std::filesystem::path const file = _root.string() + path;
+    void write(const std::string& path, const std::string& text) const {
+        const std::filesystem::path file = _root.string() + path;
         std::filesystem::create_directories(file.parent_path());
         std::ofstream(file, std::ios::binary) << text;
     }
 
-    static void firmwareIs(std::string const& machine) {
+    static void firmwareIs(const std::string& machine) {
         SmBios::setSource(
             std::make_shared<SmbiosDumpFile>(PYL_SMBIOS_DUMPS "/" + machine + ".bin"));
     }
@@ -47,9 +47,9 @@ protected:
     /// What a getter fills in, or "(absent)" when it answers so and leaves its argument alone.
     std::string get(Getter getter) const {
         std::string value = "untouched";
-        MRAStatusEnum const status = (_data.*getter)(value);
+        const MRAStatusEnum status = (_data.*getter)(value);
         if (status == MRA_STATUS_SUCCESS) return value;
-        bool const honest = status == MRA_STATUS_DATA_NOT_AVAILABLE && value == "untouched";
+        const bool honest = status == MRA_STATUS_DATA_NOT_AVAILABLE && value == "untouched";
         return honest ? "(absent)" : "(status " + std::to_string(status) + ", " + value + ")";
     }
 

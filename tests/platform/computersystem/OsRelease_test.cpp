@@ -6,7 +6,7 @@ namespace {
 
 class OsRelease : public FakeHost {
 protected:
-    std::string versionIn(std::string const& text) {
+    std::string versionIn(const std::string& text) {
         write("/proc/sys/kernel/ostype", "Linux\n");
         write("/etc/os-release", text);
         EXPECT_EQ(fill(), MRA_STATUS_SUCCESS);

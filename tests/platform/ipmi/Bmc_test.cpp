@@ -1,8 +1,8 @@
 #include "platform/ipmi/Bmc.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/platform/ipmi/FakeController.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -43,7 +43,7 @@ TEST_F(BmcTest, TakesAControllerWithoutAGuidAsItIs) {
 }
 
 TEST_F(BmcTest, AsksNothingWhereNobodyWantsToKnow) {
-    controller.onExchange = [](auto const&, auto&) { return std::optional<int>(EIO); };
+    controller.onExchange = [](const auto&, auto&) { return std::optional<int>(EIO); };
     EXPECT_EQ(BMC_open(handle, 0, 0), 0);
     EXPECT_NE(handle.transport, nullptr);
 }
@@ -56,8 +56,8 @@ TEST_F(BmcTest, SaysWhyItCannotBeOpened) {
 }
 
 TEST_F(BmcTest, IsClosedAfterAFailingQuestion) {
-    for (int const failing : {0x01, 0x37}) {
-        controller.onExchange = [&](IpmiRequest const& request, IpmiResponse&) {
+    for (const int failing : {0x01, 0x37}) {
+        controller.onExchange = [&](const IpmiRequest& request, IpmiResponse&) {
             return request.command == failing ? std::optional(ETIMEDOUT) : std::nullopt;
         };
         EXPECT_EQ(BMC_open(handle, 0, 1), ETIMEDOUT);
@@ -67,8 +67,8 @@ TEST_F(BmcTest, IsClosedAfterAFailingQuestion) {
 }
 
 TEST_F(BmcTest, RefusesAnIdentityOrAGuidThatIsCutShort) {
-    for (int const cut : {0x01, 0x37}) {
-        controller.onExchange = [&](IpmiRequest const& request,
+    for (const int cut : {0x01, 0x37}) {
+        controller.onExchange = [&](const IpmiRequest& request,
                                     IpmiResponse& response) -> std::optional<int> {
             if (request.command != cut) return std::nullopt;
             response.data.assign(10, 0);
@@ -80,11 +80,11 @@ TEST_F(BmcTest, RefusesAnIdentityOrAGuidThatIsCutShort) {
 }
 
 TEST_F(BmcTest, PutsARefusalOfTheControllerIntoWords) {
-    controller.onExchange = [](IpmiRequest const&, IpmiResponse& response) {
+    controller.onExchange = [](const IpmiRequest&, IpmiResponse& response) {
         response.completionCode = 0xD4;
         return std::optional(0);
     };
-    int const status = BMC_open(handle, 0, 1);
+    const int status = BMC_open(handle, 0, 1);
     EXPECT_EQ(BMC_strerror(status), "the controller does not allow it (completion code D4h)");
     EXPECT_EQ(BMC_strerror(0x1000 | 0x80), "the controller refused (completion code 80h)");
 }

@@ -1,9 +1,9 @@
+#include "platform/ipmi/Bmc.h"
+#include "tests/platform/ipmi/FakeController.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
-
-#include "platform/ipmi/Bmc.h"
-#include "tests/platform/ipmi/FakeController.h"
 
 namespace {
 
@@ -23,11 +23,11 @@ struct EncaChannel : testing::Test {
         request.argument = "--EID 1";
     }
     int run() { return ENCA_CLI_Exec(handle, request, standardOutput, standardError, completion); }
-    static std::string text(EncaOutput const& from) { return {from.data, from.used}; }
+    static std::string text(const EncaOutput& from) { return {from.data, from.used}; }
 
     /// Answers one of the channel's messages in place of the controller.
     void answer(int command, int status, std::uint8_t code, std::vector<std::uint8_t> data) {
-        controller.onExchange = [=](IpmiRequest const& asked,
+        controller.onExchange = [=](const IpmiRequest& asked,
                                     IpmiResponse& response) -> std::optional<int> {
             if (asked.networkFunction != 0x2E || asked.command != command) return std::nullopt;
             response = {code, data};
@@ -49,7 +49,7 @@ TEST_F(EncaChannel, RunsACommandWithItsLine) {
 }
 
 TEST_F(EncaChannel, CarriesALineOfAnyLengthInSmallMessages) {
-    for (std::size_t const size : {0U, 1U, 23U, 24U, 25U, 48U, 7998U, 7999U}) {
+    for (const std::size_t size : {0U, 1U, 23U, 24U, 25U, 48U, 7998U, 7999U}) {
         std::string line;
         while (line.size() < size) line += static_cast<char>('a' + line.size() % 26);
         request.argument = line.c_str();
@@ -60,7 +60,7 @@ TEST_F(EncaChannel, CarriesALineOfAnyLengthInSmallMessages) {
 }
 
 TEST_F(EncaChannel, CutsALineAtItsRoom) {
-    std::string const line(20'000, 'x');
+    const std::string line(20'000, 'x');
     request.argument = line.c_str();
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(controller.line.size(), encaArgumentSize - 1);
@@ -113,7 +113,7 @@ TEST_F(EncaChannel, WantsALineAndAnOpenHandle) {
 }
 
 TEST_F(EncaChannel, RunsOutOfTimeAtEveryStep) {
-    for (int const step : {0x40, 0x41, 0x42, 0x43}) {
+    for (const int step : {0x40, 0x41, 0x42, 0x43}) {
         answer(step, ETIMEDOUT, 0, {});
         EXPECT_EQ(run(), encaCommandTimeout);
         answer(step, 0, 0xC3, {});
@@ -122,7 +122,7 @@ TEST_F(EncaChannel, RunsOutOfTimeAtEveryStep) {
 }
 
 TEST_F(EncaChannel, HandsOnWhatGoesWrongAtEveryStep) {
-    for (int const step : {0x40, 0x41, 0x42, 0x43}) {
+    for (const int step : {0x40, 0x41, 0x42, 0x43}) {
         answer(step, EIO, 0, {});
         EXPECT_EQ(run(), EIO);
         answer(step, 0, 0xC1, {});
@@ -131,7 +131,7 @@ TEST_F(EncaChannel, HandsOnWhatGoesWrongAtEveryStep) {
 }
 
 TEST_F(EncaChannel, RefusesAnswersThatAreCutShortOrNotForTheMaker) {
-    for (int const step : {0x40, 0x42, 0x43}) {
+    for (const int step : {0x40, 0x42, 0x43}) {
         answer(step, 0, 0, {});
         EXPECT_EQ(run(), EPROTO);
         answer(step, 0, 0, {0xD9, 0x7E, 0x00});

@@ -7,10 +7,10 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <csignal>
 
 #include <array>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -33,7 +33,7 @@ sockaddr_in loopback(unsigned port) {
 
 /// A port that was free a moment ago: the simulator cannot choose one itself.
 unsigned freePort() {
-    int const descriptor = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int descriptor = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     auto address = loopback(0);
     socklen_t size = sizeof address;
     ::bind(descriptor, reinterpret_cast<sockaddr*>(&address), size);
@@ -42,9 +42,10 @@ unsigned freePort() {
     return ntohs(address.sin_port);
 }
 
-/// By the kernel's table: the simulator takes one client at a time, and a look at it would be that one.
+/// By the kernel's table: the simulator takes one client at a time, and a look at it would be that
+/// one.
 bool isListening(unsigned port) {
-    constexpr char const* listenState = "0A";
+    constexpr const char* listenState = "0A";
     char address[16];
     std::snprintf(address, sizeof address, "0100007F:%04X", port);
     std::ifstream table("/proc/net/tcp");
@@ -60,7 +61,7 @@ bool isListening(unsigned port) {
     return false;
 }
 
-std::string read(fs::path const& path) {
+std::string read(const fs::path& path) {
     std::ifstream file(path);
     return {std::istreambuf_iterator<char>(file), {}};
 }
@@ -77,21 +78,21 @@ Simulator::Simulator(unsigned product) {
              << product << "\nmc_enable 0x20\n";
     commands.close();
     try {
-        start();
+        _start();
     } catch (...) {
-        stop();
+        _stop();
         throw;
     }
 }
 
 Simulator::~Simulator() {
-    stop();
+    _stop();
 }
 
-void Simulator::start() {
+void Simulator::_start() {
     constexpr int attempts = 5;  // somebody else may take the port first
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        auto const port = freePort();
+        const auto port = freePort();
         _port = std::to_string(port);
         std::ofstream(_folder / "lan.conf")
             << "name \"enclosure\"\nset_working_mc 0x20\n  serial 15 127.0.0.1 " << _port
@@ -108,7 +109,7 @@ void Simulator::start() {
         posix_spawn_file_actions_addopen(&actions, 1, (_folder / "log").c_str(), O_WRONLY | O_CREAT,
                                          0600);
         posix_spawn_file_actions_adddup2(&actions, 1, 2);
-        int const error =
+        const int error =
             posix_spawnp(&_process, "ipmi_sim", &actions, nullptr, arguments.data(), environ);
         posix_spawn_file_actions_destroy(&actions);
         if (error != 0) throw std::runtime_error("ipmi_sim cannot be started");
@@ -121,7 +122,7 @@ void Simulator::start() {
     throw std::runtime_error("ipmi_sim does not answer: " + read(_folder / "log"));
 }
 
-void Simulator::stop() noexcept {
+void Simulator::_stop() noexcept {
     if (_process > 0) {
         ::kill(_process, SIGKILL);
         ::waitpid(_process, nullptr, 0);
@@ -130,7 +131,7 @@ void Simulator::stop() noexcept {
     fs::remove_all(_folder, ignored);
 }
 
-void Simulator::behave(std::string const& behaviour) const {
+void Simulator::behave(const std::string& behaviour) const {
     std::ofstream(_folder / "behaviour") << behaviour << '\n';
 }
 

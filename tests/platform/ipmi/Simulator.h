@@ -10,20 +10,20 @@ public:
     /// `product` is what the controller says it is.
     explicit Simulator(unsigned product = 4098);
     ~Simulator();
-    Simulator(Simulator const&) = delete;
-    Simulator& operator=(Simulator const&) = delete;
+    Simulator(const Simulator&) = delete;
+    Simulator& operator=(const Simulator&) = delete;
 
-    std::string const& port() const noexcept { return _port; }
+    const std::string& port() const noexcept { return _port; }
 
     /// What the module is to answer from now on: "completion 5", "output 300000".
-    void behave(std::string const& behaviour) const;
+    void behave(const std::string& behaviour) const;
 
     /// The lines that the module was given, each with its end of line.
     std::string lines() const;
 
 private:
-    void start();
-    void stop() noexcept;
+    void _start();
+    void _stop() noexcept;
 
     std::filesystem::path _folder;
     std::string _port;

@@ -2,12 +2,12 @@
 
 #include "tests/platform/ipmi/Simulator.h"
 
+#include "platform/ipmi/Bmc.h"
+#include "platform/ipmi/BmcWays.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
-
-#include "platform/ipmi/Bmc.h"
-#include "platform/ipmi/BmcWays.h"
 
 namespace {
 
@@ -33,7 +33,7 @@ struct SimulatedController : testing::Test {
     }
     ~SimulatedController() override { setBmcTransportFactory(nullptr); }
 
-    int run(char const* line) {
+    int run(const char* line) {
         EncaRequest request;
         std::string("MPEventGen").copy(request.command.data(), request.command.size());
         request.argument = line;
@@ -52,13 +52,13 @@ TEST_F(SimulatedController, RunsCommandsOneAfterTheOther) {
     EXPECT_EQ(run("--PNAM KT_Test --EID 1"), 0);
     EXPECT_EQ(completion, 0);
     EXPECT_EQ(std::string(standardOutput.data, standardOutput.used), "oo");
-    std::string const longest(encaArgumentSize - 1, 'x');
+    const std::string longest(encaArgumentSize - 1, 'x');
     EXPECT_EQ(run(longest.c_str()), 0);
     EXPECT_EQ(simulator.lines(), "--PNAM KT_Test --EID 1\n" + longest + "\n");
 }
 
 TEST_F(SimulatedController, TellsWhatTheModuleThinksOfACommand) {
-    for (int const code : {1, 5, 8, 200}) {
+    for (const int code : {1, 5, 8, 200}) {
         simulator.behave("completion " + std::to_string(code));
         EXPECT_EQ(run("--EID 1"), 0);
         EXPECT_EQ(completion, code);
@@ -76,7 +76,7 @@ TEST_F(SimulatedController, GivesLargeOutputsAndSaysWhenTheyAreTooLarge) {
 TEST(SimulatedControllerGone, IsAnErrorAndNotAWait) {
     BmcHandle handle;
     {
-        Simulator const simulator;
+        const Simulator simulator;
         simulatorPort = simulator.port();
         setBmcTransportFactory(openSimulator);
         ASSERT_EQ(BMC_open(handle, 0, 1), 0);

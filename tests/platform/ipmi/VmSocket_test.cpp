@@ -1,5 +1,8 @@
 // Controllers behind a socket that do not do what they should.
 
+#include "platform/ipmi/BmcWays.h"
+#include "platform/ipmi/VmCodec.h"
+
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
@@ -13,9 +16,6 @@
 #include <future>
 #include <string>
 #include <thread>
-
-#include "platform/ipmi/BmcWays.h"
-#include "platform/ipmi/VmCodec.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ public:
         ::getsockname(_descriptor, reinterpret_cast<sockaddr*>(&address), &size);
         port = std::to_string(ntohs(address.sin_port));
         _thread = std::thread([this] {
-            int const client = ::accept(_descriptor, nullptr, nullptr);
+            const int client = ::accept(_descriptor, nullptr, nullptr);
             if (client < 0) return;
             _serve(client);
             ::close(client);
@@ -47,8 +47,8 @@ public:
         _thread.join();
         ::close(_descriptor);
     }
-    Listener(Listener const&) = delete;
-    Listener& operator=(Listener const&) = delete;
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
 
     std::string port;
 
@@ -58,7 +58,7 @@ private:
     std::thread _thread;
 };
 
-void send(int client, Bytes const& bytes) {
+void send(int client, const Bytes& bytes) {
     EXPECT_EQ(::send(client, bytes.data(), bytes.size(), MSG_NOSIGNAL),
               static_cast<ssize_t>(bytes.size()));
 }
@@ -74,13 +74,13 @@ void waitForEnd(int client) {
 Bytes reply(std::uint8_t sequence, std::uint8_t command, std::uint8_t damage = 0) {
     Bytes frame{sequence, 0x1C, command, 0};
     int sum = 0;
-    for (auto const byte : frame) sum += byte;
+    for (const auto byte : frame) sum += byte;
     frame.push_back(static_cast<std::uint8_t>(-sum + damage));
     frame.push_back(messageMark);
     return frame;
 }
 
-int exchange(Listener const& listener,
+int exchange(const Listener& listener,
              std::chrono::milliseconds patience = std::chrono::seconds(20)) {
     std::unique_ptr<BmcTransport> transport;
     EXPECT_EQ(openVmSocket("127.0.0.1", listener.port, transport), 0);
@@ -90,7 +90,7 @@ int exchange(Listener const& listener,
 }
 
 TEST(VmSocket, FindsItsAnswerAmongOthers) {
-    Listener const listener([](int client) {
+    const Listener listener([](int client) {
         send(client, vmGreeting());
         send(client, {0x00, commandMark});
         send(client, reply(9, 1));
@@ -104,22 +104,22 @@ TEST(VmSocket, FindsItsAnswerAmongOthers) {
 }
 
 TEST(VmSocket, TakesAnAnswerInSinglePieces) {
-    Listener const listener([](int client) {
-        for (auto const byte : reply(1, 1)) send(client, {byte});
+    const Listener listener([](int client) {
+        for (const auto byte : reply(1, 1)) send(client, {byte});
         waitForEnd(client);
     });
     EXPECT_EQ(exchange(listener), 0);
 }
 
 TEST(VmSocket, SaysThatTheControllerHungUp) {
-    Listener const listener([](int) {});
-    int const status = exchange(listener);
+    const Listener listener([](int) {});
+    const int status = exchange(listener);
     EXPECT_TRUE(status == ECONNRESET || status == EPIPE) << status;
 }
 
 TEST(VmSocket, LeavesOnceTheControllerHasNoticedIt) {
     std::atomic<bool> noticed{false};
-    Listener const listener([&](int client) {
+    const Listener listener([&](int client) {
         waitForEnd(client);
         send(client, reply(1, 1));  // a last word that nobody waits for
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -133,7 +133,7 @@ TEST(VmSocket, LeavesOnceTheControllerHasNoticedIt) {
 
 TEST(VmSocket, LeavesAControllerThatDoesNotCare) {
     std::promise<void> left;
-    Listener const listener([&](int) { left.get_future().wait(); });
+    const Listener listener([&](int) { left.get_future().wait(); });
     std::unique_ptr<BmcTransport> transport;
     ASSERT_EQ(openVmSocket("127.0.0.1", listener.port, transport), 0);
     transport.reset();
@@ -141,13 +141,13 @@ TEST(VmSocket, LeavesAControllerThatDoesNotCare) {
 }
 
 TEST(VmSocket, GivesUpAtTheDeadline) {
-    Listener const listener(waitForEnd);
+    const Listener listener(waitForEnd);
     EXPECT_EQ(exchange(listener, std::chrono::milliseconds(30)), ETIMEDOUT);
 }
 
 TEST(VmSocket, GivesUpOnAStreamWithoutEnd) {
-    Listener const listener([](int client) {
-        Bytes const junk(4096, 'x');
+    const Listener listener([](int client) {
+        const Bytes junk(4096, 'x');
         while (::send(client, junk.data(), junk.size(), MSG_NOSIGNAL) > 0) {
         }
     });
@@ -155,7 +155,7 @@ TEST(VmSocket, GivesUpOnAStreamWithoutEnd) {
 }
 
 TEST(VmSocket, RefusesARequestThatIsTooLong) {
-    Listener const listener(waitForEnd);
+    const Listener listener(waitForEnd);
     std::unique_ptr<BmcTransport> transport;
     ASSERT_EQ(openVmSocket("127.0.0.1", listener.port, transport), 0);
     IpmiResponse response;

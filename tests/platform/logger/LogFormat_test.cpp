@@ -1,5 +1,8 @@
 // The texts that Logger builds. Where C defines the result, the C library is the judge.
 
+#include "platform/logger/CapturingSink.h"
+#include "platform/logger/Logger.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,22 +14,19 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/logger/CapturingSink.h"
-#include "platform/logger/Logger.h"
-
 namespace {
 
 template <typename... Arguments>
-std::string formatted(char const* format, Arguments const&... arguments) {
-    auto const sink = std::make_shared<CapturingSink>();
+std::string formatted(const char* format, const Arguments&... arguments) {
+    const auto sink = std::make_shared<CapturingSink>();
     Logger("test", sink).info(format, arguments...);
     return sink->messages().at(0);
 }
 
 template <typename... Arguments>
-std::string formattedByC(std::string const& format, Arguments... arguments) {
+std::string formattedByC(const std::string& format, Arguments... arguments) {
     std::vector<char> buffer(8192);
-    int const size = std::snprintf(buffer.data(), buffer.size(), format.c_str(), arguments...);
+    const int size = std::snprintf(buffer.data(), buffer.size(), format.c_str(), arguments...);
     return {buffer.data(), static_cast<std::size_t>(size)};
 }
 
@@ -38,8 +38,8 @@ void compareWithC(std::string_view conversion, std::string_view flags, Value val
         for (std::size_t bit = 0; bit < flags.size(); ++bit) {
             if (set & 1U << bit) chosen += flags[bit];
         }
-        for (char const* const width : {"", "1", "7", "30"}) {
-            for (char const* const precision : {"", ".", ".0", ".3", ".25"}) {
+        for (const char* const width : {"", "1", "7", "30"}) {
+            for (const char* const precision : {"", ".", ".0", ".3", ".25"}) {
                 std::string format = "[%" + chosen + width + precision;
                 format.append(conversion).append("]");
                 EXPECT_EQ(formatted(format.c_str(), value), formattedByC(format, value)) << format;
@@ -49,11 +49,11 @@ void compareWithC(std::string_view conversion, std::string_view flags, Value val
 }
 
 TEST(LogFormat, PrintsSignedIntegersAsCDoes) {
-    for (int const value : {0, 1, -1, 42, INT32_MAX, INT32_MIN}) {
+    for (const int value : {0, 1, -1, 42, INT32_MAX, INT32_MIN}) {
         compareWithC("d", "-+ 0", value);
         compareWithC("i", "-+ 0", value);
     }
-    for (long const value : {0L, -1L, INT64_MAX, INT64_MIN}) {
+    for (const long value : {0L, -1L, INT64_MAX, INT64_MIN}) {
         compareWithC("ld", "-+ 0", value);
         compareWithC("li", "-+ 0", value);
         compareWithC("jd", "-+ 0", value);
@@ -62,19 +62,21 @@ TEST(LogFormat, PrintsSignedIntegersAsCDoes) {
 }
 
 TEST(LogFormat, PrintsUnsignedIntegersAsCDoes) {
-    for (unsigned const value : {0U, 1U, 255U, UINT32_MAX}) {
+    for (const unsigned value : {0U, 1U, 255U, UINT32_MAX}) {
         compareWithC("u", "-+ 0", value);
-        for (char const* const conversion : {"o", "x", "X"})
+        for (const char* const conversion : {"o", "x", "X"}) {
             compareWithC(conversion, "-+ #0", value);
+        }
     }
-    for (unsigned long const value : {0UL, UINT64_MAX}) {
+    for (const unsigned long value : {0UL, UINT64_MAX}) {
         compareWithC("lu", "-0", value);
         compareWithC("zu", "-0", value);
-        for (char const* const conversion : {"lo", "lx", "lX"})
+        for (const char* const conversion : {"lo", "lx", "lX"}) {
             compareWithC(conversion, "-#0", value);
+        }
     }
-    for (int const value : {-1, -128, 0x12345}) {
-        for (char const* const conversion : {"u", "x", "hx", "hhx", "hu", "hhu"}) {
+    for (const int value : {-1, -128, 0x12345}) {
+        for (const char* const conversion : {"u", "x", "hx", "hhx", "hu", "hhu"}) {
             compareWithC(conversion, "-0", value);
         }
         compareWithC("hd", "-+ 0", value);
@@ -84,32 +86,35 @@ TEST(LogFormat, PrintsUnsignedIntegersAsCDoes) {
 
 TEST(LogFormat, PrintsFloatingNumbersAsCDoes) {
     using Limits = std::numeric_limits<double>;
-    for (double const value : {0.0, -0.0, 1.5, -2.75e-9, 1e21, Limits::max(), Limits::infinity(),
+    for (const double value : {0.0, -0.0, 1.5, -2.75e-9, 1e21, Limits::max(), Limits::infinity(),
                                -Limits::infinity(), Limits::quiet_NaN()}) {
-        for (char const* const conversion : {"e", "E", "f", "F", "g", "G", "a", "A"}) {
+        for (const char* const conversion : {"e", "E", "f", "F", "g", "G", "a", "A"}) {
             compareWithC(conversion, "-+ #0", value);
         }
     }
 }
 
 TEST(LogFormat, PrintsCharactersAndTextsAsCDoes) {
-    for (int const value : {0x78, 0x7f, 0x141})
+    for (const int value : {0x78, 0x7f, 0x141}) {
         EXPECT_EQ(formatted("%c", value), formattedByC("%c", value));
-    for (char const* const format : {"[%3c]", "[%-3c]"})
+    }
+    for (const char* const format : {"[%3c]", "[%-3c]"}) {
         EXPECT_EQ(formatted(format, 'x'), formattedByC(format, 'x'));
-    for (char const* const text : {"", "abc", "a longer text than the width"})
+    }
+    for (const char* const text : {"", "abc", "a longer text than the width"}) {
         compareWithC("s", "-", text);
+    }
 }
 
 TEST(LogFormat, PrintsAddressesAsCDoes) {
-    int const object = 0;
-    for (char const* const format : {"[%p]", "[%30p]", "[%-30p]"}) {
+    const int object = 0;
+    for (const char* const format : {"[%p]", "[%30p]", "[%-30p]"}) {
         EXPECT_EQ(formatted(format, &object),
-                  formattedByC(format, static_cast<void const*>(&object)));
+                  formattedByC(format, static_cast<const void*>(&object)));
     }
     EXPECT_EQ(formatted("%p", nullptr), "(nil)");
-    char const* const text = "text";
-    EXPECT_EQ(formatted("%30p", text), formattedByC("%30p", static_cast<void const*>(text)));
+    const char* const text = "text";
+    EXPECT_EQ(formatted("%30p", text), formattedByC("%30p", static_cast<const void*>(text)));
 }
 
 TEST(LogFormat, TakesWidthAndPrecisionFromArguments) {
@@ -139,7 +144,7 @@ TEST(LogFormat, TakesBooleansCharactersAndEnumerationsAsIntegers) {
 }
 
 TEST(LogFormat, TakesTextsOfEveryKind) {
-    std::string const text = "string";
+    const std::string text = "string";
     char buffer[] = "buffer";
     EXPECT_EQ(formatted("%s %s %s", text, std::string_view("view"), buffer), "string view buffer");
     EXPECT_EQ(formatted("%.3s|%8s|%-8s|", text, text, text), "str|  string|string  |");
@@ -147,17 +152,17 @@ TEST(LogFormat, TakesTextsOfEveryKind) {
 }
 
 TEST(LogFormat, PrintsANullText) {
-    EXPECT_EQ(formatted("%s", static_cast<char const*>(nullptr)), "(null)");
+    EXPECT_EQ(formatted("%s", static_cast<const char*>(nullptr)), "(null)");
     EXPECT_EQ(formatted("%s", nullptr), "(null)");
     EXPECT_EQ(formatted(nullptr), "(null)");
 }
 
 TEST(LogFormat, ReadsATextNoFurtherThanItsPrecision) {
     // On its own heap block, so that a reader of the sixth byte is caught.
-    auto const unterminated = std::make_unique<char[]>(5);
+    const auto unterminated = std::make_unique<char[]>(5);
     std::string_view("abcde").copy(unterminated.get(), 5);
-    EXPECT_EQ(formatted("%.5s", static_cast<char const*>(unterminated.get())), "abcde");
-    EXPECT_EQ(formatted("%.*s", 3, static_cast<char const*>(unterminated.get())), "abc");
+    EXPECT_EQ(formatted("%.5s", static_cast<const char*>(unterminated.get())), "abcde");
+    EXPECT_EQ(formatted("%.*s", 3, static_cast<const char*>(unterminated.get())), "abc");
 }
 
 TEST(LogFormat, LeavesAConversionWithoutAnArgumentAsItStands) {
@@ -170,7 +175,7 @@ TEST(LogFormat, LeavesAConversionWithoutAnArgumentAsItStands) {
 }
 
 TEST(LogFormat, LeavesAConversionOfTheWrongTypeAsItStands) {
-    int const object = 0;
+    const int object = 0;
     EXPECT_EQ(formatted("%s", 42), "%s");
     EXPECT_EQ(formatted("%s", &object), "%s");
     EXPECT_EQ(formatted("%s", 1.5), "%s");
@@ -230,7 +235,7 @@ TEST(LogFormat, CapsWidthAndPrecision) {
 }
 
 TEST(LogFormat, PrintsLongTextsWhole) {
-    std::string const text(100'000, 'x');
+    const std::string text(100'000, 'x');
     EXPECT_EQ(formatted("%s", text), text);
     EXPECT_EQ(formatted("%.99999s", text).size(), 99'999U);
     EXPECT_EQ(formatted(text.c_str()), text);
@@ -238,10 +243,10 @@ TEST(LogFormat, PrintsLongTextsWhole) {
 
 TEST(LogFormat, SurvivesEveryFormatOfThreeHostileBytes) {
     constexpr std::string_view bytes = "%*.0-5hlsdnfpc$\x01\xff";
-    for (char const first : bytes) {
-        for (char const second : bytes) {
-            for (char const third : bytes) {
-                std::string const format = std::string("%") + first + second + third;
+    for (const char first : bytes) {
+        for (const char second : bytes) {
+            for (const char third : bytes) {
+                const std::string format = std::string("%") + first + second + third;
                 EXPECT_LE(formatted(format.c_str()).size(), format.size());
                 formatted(format.c_str(), 3, "text", 1.5, nullptr);
             }

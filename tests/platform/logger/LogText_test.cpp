@@ -25,8 +25,8 @@ TEST(LogText, DoublesBackslashesSoThatNoEscapeIsForged) {
 
 TEST(LogText, LeavesNoControlByte) {
     for (int byte = 0; byte < 256; ++byte) {
-        for (char const left : escapeLogText(std::string(1, static_cast<char>(byte)))) {
-            auto const value = static_cast<unsigned char>(left);
+        for (const char left : escapeLogText(std::string(1, static_cast<char>(byte)))) {
+            const auto value = static_cast<unsigned char>(left);
             EXPECT_TRUE(value >= 0x20 && value != 0x7f) << byte;
         }
     }

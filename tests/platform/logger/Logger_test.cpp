@@ -1,5 +1,7 @@
 #include "platform/logger/Logger.h"
 
+#include "platform/logger/CapturingSink.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,8 +11,6 @@
 #include <thread>
 #include <utility>
 #include <vector>
-
-#include "platform/logger/CapturingSink.h"
 
 namespace {
 
@@ -47,7 +47,7 @@ TEST_F(LoggerTest, DropsLinesBelowItsLevel) {
         LogLevel level;
         bool info, warn, error;
     };
-    for (auto const& [level, info, warn, error] :
+    for (const auto& [level, info, warn, error] :
          {Expectation{LogLevel::error, false, false, true},
           Expectation{LogLevel::warning, false, true, true},
           Expectation{LogLevel::information, true, true, true}}) {
@@ -65,7 +65,7 @@ TEST_F(LoggerTest, DropsLinesBelowItsLevel) {
 }
 
 TEST_F(LoggerTest, TakesItsFirstLevelFromTheConstructor) {
-    Logger const quiet("quiet", _sink, LogLevel::error);
+    const Logger quiet("quiet", _sink, LogLevel::error);
     quiet.warn("x");
     EXPECT_THAT(_sink->messages(), IsEmpty());
 }
@@ -97,7 +97,7 @@ TEST_F(LoggerTest, AppendsToTheSourceOfOneCopyOnly) {
 }
 
 TEST_F(LoggerTest, TakesSinkLevelAndSourceOfALoggerAssignedToIt) {
-    auto const sink = std::make_shared<CapturingSink>();
+    const auto sink = std::make_shared<CapturingSink>();
     Logger other("other", sink, LogLevel::warning);
     _log = other;
     _log.warn("x");
@@ -107,7 +107,7 @@ TEST_F(LoggerTest, TakesSinkLevelAndSourceOfALoggerAssignedToIt) {
 }
 
 TEST_F(LoggerTest, StillLogsAfterItWasMovedFrom) {
-    Logger const taken = std::move(_log);
+    const Logger taken = std::move(_log);
     _log.info("x");
     taken.info("y");
     EXPECT_THAT(_sink->messages(), ElementsAre("x", "y"));
@@ -115,7 +115,7 @@ TEST_F(LoggerTest, StillLogsAfterItWasMovedFrom) {
 
 TEST_F(LoggerTest, KeepsItsSinkAliveInEveryCopy) {
     auto copy = std::make_unique<Logger>(Logger("source", std::make_shared<CapturingSink>()));
-    Logger const last = *copy;
+    const Logger last = *copy;
     copy.reset();
     last.info("x");
 }
@@ -125,7 +125,7 @@ TEST_F(LoggerTest, LeavesErrnoAlone) {
     public:
         void write(LogLevel, std::string_view, std::string_view) noexcept override { errno = EIO; }
     };
-    Logger const log("source", std::make_shared<MeddlingSink>());
+    const Logger log("source", std::make_shared<MeddlingSink>());
     errno = ENOENT;
     log.error("x");
     EXPECT_EQ(errno, ENOENT);
@@ -146,7 +146,7 @@ TEST_F(LoggerTest, WritesWholeLinesFromSeveralThreads) {
     }
     for (std::thread& thread : threads) thread.join();
     std::vector<int> next(threadCount, 0);
-    for (Line const& line : _sink->lines()) {
+    for (const Line& line : _sink->lines()) {
         auto& expected = next.at(static_cast<std::size_t>(line.source.back() - '0'));
         EXPECT_EQ(line.message, "line " + std::to_string(expected++));
     }

@@ -1,6 +1,10 @@
 // The sinks that leave the process: standard error by a pipe, the system log by a stand-in for
 // syslog(3).
 
+#include "platform/logger/Logger.h"
+#include "platform/logger/StandardErrorSink.h"
+#include "platform/logger/SystemLogSink.h"
+
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -14,10 +18,6 @@
 #include <thread>
 #include <vector>
 
-#include "platform/logger/Logger.h"
-#include "platform/logger/StandardErrorSink.h"
-#include "platform/logger/SystemLogSink.h"
-
 namespace {
 
 struct SystemLogCall {
@@ -30,11 +30,11 @@ std::vector<SystemLogCall> systemLogCalls;
 }  // namespace
 
 /// Stands before the C library's function for this program and all that it loads.
-extern "C" __attribute__((visibility("default"))) void syslog(int priority, char const* format,
+extern "C" __attribute__((visibility("default"))) void syslog(int priority, const char* format,
                                                               ...) {
     std::va_list arguments;
     va_start(arguments, format);
-    systemLogCalls.push_back({priority, format, va_arg(arguments, char const*)});
+    systemLogCalls.push_back({priority, format, va_arg(arguments, const char*)});
     va_end(arguments);
 }
 
@@ -43,8 +43,8 @@ namespace {
 class Pipe {
 public:
     Pipe() { EXPECT_EQ(::pipe2(_ends.data(), O_CLOEXEC), 0); }
-    Pipe(Pipe const&) = delete;
-    Pipe& operator=(Pipe const&) = delete;
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
     ~Pipe() {
         ::close(_ends[0]);
         closeInput();
@@ -73,7 +73,7 @@ private:
 
 TEST(StandardErrorSink, WritesOneLineForEachMessage) {
     Pipe pipe;
-    Logger const log("module", std::make_shared<StandardErrorSink>(pipe.input()));
+    const Logger log("module", std::make_shared<StandardErrorSink>(pipe.input()));
     log.info("one");
     log.warn("two %d", 2);
     log.error("three");
@@ -83,18 +83,18 @@ TEST(StandardErrorSink, WritesOneLineForEachMessage) {
 
 TEST(StandardErrorSink, LetsNoMessageForgeALine) {
     Pipe pipe;
-    Logger const log("module\n", std::make_shared<StandardErrorSink>(pipe.input()));
+    const Logger log("module\n", std::make_shared<StandardErrorSink>(pipe.input()));
     log.info("x\nmodule: error: forged%s", "\r\x1b[2K");
     EXPECT_EQ(pipe.drain(), "module\\n: information: x\\nmodule: error: forged\\r\\x1b[2K\n");
 }
 
 TEST(StandardErrorSink, DoesNotMixLinesOfSeveralThreads) {
     Pipe pipe;
-    auto const sink = std::make_shared<StandardErrorSink>(pipe.input());
+    const auto sink = std::make_shared<StandardErrorSink>(pipe.input());
     std::vector<std::thread> threads;
-    for (char const mark : {'a', 'b', 'c', 'd'}) {
+    for (const char mark : {'a', 'b', 'c', 'd'}) {
         threads.emplace_back([mark, sink] {
-            Logger const log("s", sink);
+            const Logger log("s", sink);
             for (int line = 0; line < 50; ++line) log.error("%s", std::string(200, mark));
         });
     }
@@ -103,10 +103,10 @@ TEST(StandardErrorSink, DoesNotMixLinesOfSeveralThreads) {
         pipe.closeInput();
     });
     closer.join();
-    std::string const all = pipe.drain();
+    const std::string all = pipe.drain();
     ASSERT_EQ(all.size(), 4 * 50 * (std::string("s: error: \n").size() + 200));
     for (std::size_t at = 0; at < all.size(); at += 211) {
-        std::string const text = all.substr(at + 10, 200);
+        const std::string text = all.substr(at + 10, 200);
         EXPECT_EQ(text, std::string(200, text[0]));
     }
 }
@@ -118,7 +118,7 @@ TEST(StandardErrorSink, LosesALineThatTheDescriptorDoesNotTake) {
 
 TEST(SystemLogSink, HandsLinesToTheDaemonFacility) {
     systemLogCalls.clear();
-    Logger const log("module");
+    const Logger log("module");
     log.info("one");
     log.warn("two");
     log.error("three %s", "%s%n");
@@ -141,7 +141,7 @@ TEST(HostedLogger, WritesToTheSystemLogWhereThereIsOneElseToStandardError) {
     systemLogCalls.clear();
     testing::internal::CaptureStderr();
     hostedLogger("module").error("x");
-    std::string const shown = testing::internal::GetCapturedStderr();
+    const std::string shown = testing::internal::GetCapturedStderr();
     if (::access("/dev/log", F_OK) == 0) {
         EXPECT_EQ(systemLogCalls.size(), 1U);
         EXPECT_EQ(shown, "");

@@ -1,18 +1,18 @@
 #include "platform/smbios/DmiRecords.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/platform/smbios/SmbiosImage.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
 /// A system record as long as the standard's newest, with this UUID.
-Bytes systemWithUuid(Bytes const& uuid) {
+Bytes systemWithUuid(const Bytes& uuid) {
     return structure(1, 1, concatenated({{1, 2, 0, 3}, uuid, {6, 4, 5}}),
                      {"Maker", "Product", "Serial", "Sku", "Family"});
 }
 
-Bytes const countingUuid{0x00, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77,
+const Bytes countingUuid{0x00, 0x11, 0x22, 0x33, 0x44, 0x55, 0x66, 0x77,
                          0x88, 0x99, 0xaa, 0xbb, 0xcc, 0xdd, 0xee, 0xff};
 
 Bytes biosWithMarker(std::uint8_t low, std::uint8_t high) {
@@ -20,17 +20,17 @@ Bytes biosWithMarker(std::uint8_t low, std::uint8_t high) {
                      {"Vendor", "Version", "01/02/2024"});
 }
 
-std::string uuidOf(Bytes const& uuid, std::uint8_t major, std::uint8_t minor) {
+std::string uuidOf(const Bytes& uuid, std::uint8_t major, std::uint8_t minor) {
     SmbiosImage image(concatenated({systemWithUuid(uuid), endOfTable()}));
     if (major < 3) image.countIs(2);
-    ScannedDump const scanned(image.versionIs(major, minor));
+    const ScannedDump scanned(image.versionIs(major, minor));
     return scanned->getDmiSystem() ? scanned->getDmiSystem()->uuid : "no record";
 }
 
 TEST(DmiRecords, DecodeTheSystem) {
-    ScannedDump const scanned(readDump("entry30"));
+    const ScannedDump scanned(readDump("entry30"));
     ASSERT_NE(scanned->getDmiSystem(), nullptr);
-    DmiSystem const& system = *scanned->getDmiSystem();
+    const DmiSystem& system = *scanned->getDmiSystem();
     EXPECT_EQ(system.manufacturer, "KT");
     EXPECT_EQ(system.productName, "SERVER");
     EXPECT_EQ(system.version, "1.0");
@@ -42,9 +42,9 @@ TEST(DmiRecords, DecodeTheSystem) {
 }
 
 TEST(DmiRecords, DecodeTheBios) {
-    ScannedDump const scanned(readDump("wavej-marker"));
+    const ScannedDump scanned(readDump("wavej-marker"));
     ASSERT_NE(scanned->getDmiBios(), nullptr);
-    DmiBios const& bios = *scanned->getDmiBios();
+    const DmiBios& bios = *scanned->getDmiBios();
     EXPECT_EQ(bios.vendor, "KT");
     EXPECT_EQ(bios.version, "K42 v1.20");
     EXPECT_EQ(bios.releaseDate, "03/14/2024");
@@ -54,7 +54,7 @@ TEST(DmiRecords, DecodeTheBios) {
 }
 
 TEST(DmiRecords, DecodeBaseboardAndChassis) {
-    ScannedDump const scanned(readDump("wavek"));
+    const ScannedDump scanned(readDump("wavek"));
     ASSERT_NE(scanned->getDmiBaseboard(), nullptr);
     EXPECT_EQ(scanned->getDmiBaseboard()->manufacturer, "KT");
     EXPECT_EQ(scanned->getDmiBaseboard()->product, "Main board");
@@ -70,7 +70,7 @@ TEST(DmiRecords, DecodeBaseboardAndChassis) {
 }
 
 TEST(DmiRecords, LeaveOutWhatAnOlderRecordDoesNotHave) {
-    ScannedDump const scanned(readDump("entry21"));
+    const ScannedDump scanned(readDump("entry21"));
     ASSERT_NE(scanned->getDmiSystem(), nullptr);
     EXPECT_EQ(scanned->getDmiSystem()->uuid, "4c4c4544-0035-5a10-8052-b4c04f4d3232");
     EXPECT_EQ(scanned->getDmiSystem()->skuNumber, "");
@@ -78,7 +78,7 @@ TEST(DmiRecords, LeaveOutWhatAnOlderRecordDoesNotHave) {
 }
 
 TEST(DmiRecords, LeaveOutEverythingThatAHeaderAloneDoesNotHave) {
-    ScannedDump const scanned(SmbiosImage(concatenated(
+    const ScannedDump scanned(SmbiosImage(concatenated(
         {structure(0, 0), structure(1, 1), structure(2, 2), structure(3, 3), endOfTable()})));
     ASSERT_EQ(scanned.result(), 0);
     EXPECT_EQ(scanned->getDmiBios()->vendor, "");
@@ -90,8 +90,8 @@ TEST(DmiRecords, LeaveOutEverythingThatAHeaderAloneDoesNotHave) {
 }
 
 TEST(DmiRecords, OrderTheUuidByTheVersionOfTheTable) {
-    std::string const littleEndian = "33221100-5544-7766-8899-aabbccddeeff";
-    std::string const asItStands = "00112233-4455-6677-8899-aabbccddeeff";
+    const std::string littleEndian = "33221100-5544-7766-8899-aabbccddeeff";
+    const std::string asItStands = "00112233-4455-6677-8899-aabbccddeeff";
     EXPECT_EQ(uuidOf(countingUuid, 2, 5), asItStands);
     EXPECT_EQ(uuidOf(countingUuid, 2, 6), littleEndian);
     EXPECT_EQ(uuidOf(countingUuid, 2, 0x1f), asItStands) << "a miswritten 2.3";
@@ -108,8 +108,8 @@ TEST(DmiRecords, GiveNoUuidWhereTheFirmwareSaysThereIsNone) {
 }
 
 TEST(DmiRecords, GiveNoUuidThatIsCutShort) {
-    Bytes const shortUuid(countingUuid.begin(), countingUuid.end() - 1);
-    ScannedDump const scanned(SmbiosImage(concatenated(
+    const Bytes shortUuid(countingUuid.begin(), countingUuid.end() - 1);
+    const ScannedDump scanned(SmbiosImage(concatenated(
         {structure(1, 1, concatenated({{1, 0, 0, 0}, shortUuid}), {"Maker"}), endOfTable()})));
     ASSERT_NE(scanned->getDmiSystem(), nullptr);
     EXPECT_EQ(scanned->getDmiSystem()->manufacturer, "Maker");
@@ -122,7 +122,7 @@ TEST(DmiRecords, TakeTheMarkersOnTheMakersMachinesOnly) {
         std::uint16_t marker;
         std::uint8_t newer;
     };
-    for (auto const& [own, marker, newer] : {
+    for (const auto& [own, marker, newer] : {
              Case{structure(0xd8, 5, {1, 0}, {"KTQ"}), 0x4021, 0},
              Case{structure(0xd8, 5, {1, 0xff}, {"KTQ"}), 0x4021, 0xff},
              Case{structure(0xd8, 5, {2, 1}, {"x", "KTQ"}), 0x4021, 1},
@@ -132,7 +132,7 @@ TEST(DmiRecords, TakeTheMarkersOnTheMakersMachinesOnly) {
              Case{structure(0xd8, 5), 0, 0},
              Case{structure(0xd7, 5, {1, 1}, {"KTQ"}), 0, 0},
          }) {
-        ScannedDump const scanned(
+        const ScannedDump scanned(
             SmbiosImage(concatenated({biosWithMarker(0x21, 0x40), own, endOfTable()})));
         ASSERT_NE(scanned->getDmiBios(), nullptr);
         EXPECT_EQ(scanned->getDmiBios()->biosMarker, marker);
@@ -141,7 +141,7 @@ TEST(DmiRecords, TakeTheMarkersOnTheMakersMachinesOnly) {
 }
 
 TEST(DmiRecords, FindTheServerSystemIdentifierByItsSignature) {
-    ScannedDump const scanned(
+    const ScannedDump scanned(
         SmbiosImage(concatenated({structure(0xd9, 5, {1, 2}, {"Other", "not ours"}),
                                   structure(0xd9, 6, {1, 2}, {"KTQ", "KTQ-0815"}),
                                   structure(0xd9, 7, {1, 2}, {"KTQ", "second"}), endOfTable()})));
@@ -150,9 +150,9 @@ TEST(DmiRecords, FindTheServerSystemIdentifierByItsSignature) {
 }
 
 TEST(DmiRecords, DecodeTheEnclosure) {
-    ScannedDump const scanned(readDump("blade"));
+    const ScannedDump scanned(readDump("blade"));
     ASSERT_NE(scanned->getKTQEnclosure(), nullptr);
-    KTQEnclosure const& enclosure = *scanned->getKTQEnclosure();
+    const KTQEnclosure& enclosure = *scanned->getKTQEnclosure();
     EXPECT_TRUE(enclosure.isBlade);
     EXPECT_FALSE(enclosure.isSLServer);
     EXPECT_EQ(enclosure.enclosureName, "enc-7");
@@ -161,9 +161,9 @@ TEST(DmiRecords, DecodeTheEnclosure) {
 }
 
 TEST(DmiRecords, DecodeTheServerProfile) {
-    ScannedDump const scanned(readDump("blade"));
+    const ScannedDump scanned(readDump("blade"));
     ASSERT_NE(scanned->getKTQServerProfile(), nullptr);
-    KTQServerProfile const& profile = *scanned->getKTQServerProfile();
+    const KTQServerProfile& profile = *scanned->getKTQServerProfile();
     EXPECT_EQ(profile.virtualSerialNumber, "VKT000042");
     EXPECT_EQ(profile.virtualUuid, "0f1e2d3c-4b5a-6978-8796-a5b4c3d2e1f0");
     EXPECT_EQ(profile.solutionName, "Private Cloud 20");
@@ -176,9 +176,9 @@ TEST(DmiRecords, TakeTheTwoLowestFlagsOfTheEnclosureAlone) {
         bool isSLServer;
     } const rows[] = {{0x00, false, false}, {0x01, true, false},  {0x02, false, true},
                       {0x03, true, true},   {0xfc, false, false}, {0xff, true, true}};
-    for (auto const& row : rows) {
-        ScannedDump const scanned(SmbiosImage(concatenated(
-            {structure(0xda, 5, {1, row.flags, 0, 0}, {"KTQ"}), endOfTable()})));
+    for (const auto& row : rows) {
+        const ScannedDump scanned(SmbiosImage(
+            concatenated({structure(0xda, 5, {1, row.flags, 0, 0}, {"KTQ"}), endOfTable()})));
         ASSERT_NE(scanned->getKTQEnclosure(), nullptr);
         EXPECT_EQ(scanned->getKTQEnclosure()->isBlade, row.isBlade) << int{row.flags};
         EXPECT_EQ(scanned->getKTQEnclosure()->isSLServer, row.isSLServer) << int{row.flags};
@@ -186,9 +186,8 @@ TEST(DmiRecords, TakeTheTwoLowestFlagsOfTheEnclosureAlone) {
 }
 
 TEST(DmiRecords, LeaveOutWhatTheMakersRecordsAreTooShortFor) {
-    ScannedDump const scanned(
-        SmbiosImage(concatenated({structure(0xda, 5, {1}, {"KTQ"}),
-                                  structure(0xdb, 6, {1}, {"KTQ"}), endOfTable()})));
+    const ScannedDump scanned(SmbiosImage(concatenated(
+        {structure(0xda, 5, {1}, {"KTQ"}), structure(0xdb, 6, {1}, {"KTQ"}), endOfTable()})));
     ASSERT_NE(scanned->getKTQEnclosure(), nullptr);
     EXPECT_FALSE(scanned->getKTQEnclosure()->isBlade);
     EXPECT_EQ(scanned->getKTQEnclosure()->enclosureName, "");
@@ -199,11 +198,11 @@ TEST(DmiRecords, LeaveOutWhatTheMakersRecordsAreTooShortFor) {
 }
 
 TEST(DmiRecords, OrderTheMakersUuidsByTheVersionOfTheTable) {
-    auto const rackUuid = [](std::uint8_t minor) {
-        SmbiosImage image(concatenated(
-            {structure(0xda, 5, concatenated({{1, 1, 0, 0}, countingUuid}), {"KTQ"}),
-             endOfTable()}));
-        ScannedDump const scanned(image.countIs(2).versionIs(2, minor));
+    const auto rackUuid = [](std::uint8_t minor) {
+        SmbiosImage image(
+            concatenated({structure(0xda, 5, concatenated({{1, 1, 0, 0}, countingUuid}), {"KTQ"}),
+                          endOfTable()}));
+        const ScannedDump scanned(image.countIs(2).versionIs(2, minor));
         return scanned->getKTQEnclosure() ? scanned->getKTQEnclosure()->rackUuid : "no record";
     };
     EXPECT_EQ(rackUuid(5), "00112233-4455-6677-8899-aabbccddeeff");
@@ -211,10 +210,9 @@ TEST(DmiRecords, OrderTheMakersUuidsByTheVersionOfTheTable) {
 }
 
 TEST(DmiRecords, FindTheMakersRecordsByTheirSignature) {
-    ScannedDump const scanned(
-        SmbiosImage(concatenated({structure(0xda, 5, {1, 1, 0, 0}, {"Other"}),
-                                  structure(0xda, 6, {1, 2, 0, 0}, {"KTQ"}),
-                                  structure(0xdb, 7, {1, 2, 0, 0}, {"KTX", "V"}), endOfTable()})));
+    const ScannedDump scanned(SmbiosImage(concatenated(
+        {structure(0xda, 5, {1, 1, 0, 0}, {"Other"}), structure(0xda, 6, {1, 2, 0, 0}, {"KTQ"}),
+         structure(0xdb, 7, {1, 2, 0, 0}, {"KTX", "V"}), endOfTable()})));
     ASSERT_NE(scanned->getKTQEnclosure(), nullptr);
     EXPECT_FALSE(scanned->getKTQEnclosure()->isBlade);
     EXPECT_TRUE(scanned->getKTQEnclosure()->isSLServer);
@@ -222,7 +220,7 @@ TEST(DmiRecords, FindTheMakersRecordsByTheirSignature) {
 }
 
 TEST(DmiRecords, KnowNothingOfAnotherMakersOwnRecords) {
-    ScannedDump const scanned(readDump("foreign"));
+    const ScannedDump scanned(readDump("foreign"));
     ASSERT_NE(scanned->getDmiBios(), nullptr);
     EXPECT_EQ(scanned->getDmiBios()->characteristics >> 48, 0x4000U);
     EXPECT_EQ(scanned->getDmiBios()->biosMarker, 0);

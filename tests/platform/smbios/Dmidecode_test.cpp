@@ -1,5 +1,7 @@
 // Our reading of the dumps against that of dmidecode.
 
+#include "tests/platform/smbios/SmbiosImage.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -7,42 +9,40 @@
 #include <map>
 #include <memory>
 
-#include "tests/platform/smbios/SmbiosImage.h"
-
 namespace {
 
 constexpr std::string_view dmidecode = PYL_DMIDECODE;
 
-std::string outputOf(std::string const& command) {
+std::string outputOf(const std::string& command) {
     struct Close {
         void operator()(std::FILE* stream) const { ::pclose(stream); }
     };
-    std::unique_ptr<std::FILE, Close> const stream(::popen(command.c_str(), "r"));
+    const std::unique_ptr<std::FILE, Close> stream(::popen(command.c_str(), "r"));
     std::string all;
     std::array<char, 4096> buffer;
     while (stream && std::fgets(buffer.data(), buffer.size(), stream.get())) all += buffer.data();
     return all;
 }
 
-std::string outputOf(std::string const& option, std::string const& machine) {
+std::string outputOf(const std::string& option, const std::string& machine) {
     return outputOf(std::string(dmidecode) + " " + option + " --from-dump " + dumpPath(machine));
 }
 
 /// "Handle 0x0001, DMI type 1, 27 bytes" of each structure.
-std::vector<std::string> dmidecodeHeaders(std::string const& machine) {
+std::vector<std::string> dmidecodeHeaders(const std::string& machine) {
     std::vector<std::string> headers;
-    std::string const text = outputOf("", machine);
+    const std::string text = outputOf("", machine);
     for (std::size_t at = 0; (at = text.find("Handle 0x", at)) != std::string::npos;) {
-        std::size_t const end = text.find('\n', at);
+        const std::size_t end = text.find('\n', at);
         headers.push_back(text.substr(at, end - at));
         at = end;
     }
     return headers;
 }
 
-std::vector<std::string> ownHeaders(SmbiosTable const& table) {
+std::vector<std::string> ownHeaders(const SmbiosTable& table) {
     std::vector<std::string> headers;
-    for (SmbiosRecord const& record : table.records()) {
+    for (const SmbiosRecord& record : table.records()) {
         std::array<char, 80> line;
         std::snprintf(line.data(), line.size(), "Handle 0x%04X, DMI type %d, %d bytes",
                       record.handle(), record.type(), record.length());
@@ -52,13 +52,13 @@ std::vector<std::string> ownHeaders(SmbiosTable const& table) {
 }
 
 /// What `dmidecode --string` prints for one keyword.
-std::string dmidecodeString(std::string const& keyword, std::string const& machine) {
+std::string dmidecodeString(const std::string& keyword, const std::string& machine) {
     std::string text = outputOf("--string " + keyword, machine);
     if (text.ends_with('\n')) text.pop_back();
     return text == "Not Specified" ? "" : text;
 }
 
-class Dmidecode : public testing::TestWithParam<char const*> {
+class Dmidecode : public testing::TestWithParam<const char*> {
 protected:
     void SetUp() override {
         if (dmidecode.empty()) GTEST_SKIP() << "dmidecode is not installed";
@@ -66,22 +66,22 @@ protected:
 };
 
 TEST_P(Dmidecode, SeesTheSameStructures) {
-    ScannedDump const scanned(readDump(GetParam()));
+    const ScannedDump scanned(readDump(GetParam()));
     ASSERT_EQ(scanned.result(), 0);
     ASSERT_FALSE(dmidecodeHeaders(GetParam()).empty());
     EXPECT_EQ(ownHeaders(*scanned->table()), dmidecodeHeaders(GetParam()));
 }
 
 TEST_P(Dmidecode, SeesTheSameTexts) {
-    ScannedDump const scanned(readDump(GetParam()));
+    const ScannedDump scanned(readDump(GetParam()));
     ASSERT_EQ(scanned.result(), 0);
     std::map<std::string, std::string> texts;
-    if (auto const* const bios = scanned->getDmiBios()) {
+    if (const auto* const bios = scanned->getDmiBios()) {
         texts["bios-vendor"] = bios->vendor;
         texts["bios-version"] = bios->version;
         texts["bios-release-date"] = bios->releaseDate;
     }
-    if (auto const* const system = scanned->getDmiSystem()) {
+    if (const auto* const system = scanned->getDmiSystem()) {
         texts["system-manufacturer"] = system->manufacturer;
         texts["system-product-name"] = system->productName;
         texts["system-version"] = system->version;
@@ -90,21 +90,21 @@ TEST_P(Dmidecode, SeesTheSameTexts) {
         texts["system-sku-number"] = system->skuNumber;
         texts["system-family"] = system->family;
     }
-    if (auto const* const baseboard = scanned->getDmiBaseboard()) {
+    if (const auto* const baseboard = scanned->getDmiBaseboard()) {
         texts["baseboard-manufacturer"] = baseboard->manufacturer;
         texts["baseboard-product-name"] = baseboard->product;
         texts["baseboard-version"] = baseboard->version;
         texts["baseboard-serial-number"] = baseboard->serialNumber;
         texts["baseboard-asset-tag"] = baseboard->assetTag;
     }
-    if (auto const* const chassis = scanned->getDmiChassis()) {
+    if (const auto* const chassis = scanned->getDmiChassis()) {
         texts["chassis-manufacturer"] = chassis->manufacturer;
         texts["chassis-version"] = chassis->version;
         texts["chassis-serial-number"] = chassis->serialNumber;
         texts["chassis-asset-tag"] = chassis->assetTag;
     }
     EXPECT_EQ(texts.empty(), std::string_view(GetParam()) == "empty");
-    for (auto const& [keyword, text] : texts) {
+    for (const auto& [keyword, text] : texts) {
         EXPECT_EQ(text, dmidecodeString(keyword, GetParam())) << keyword;
     }
 }
@@ -112,7 +112,7 @@ TEST_P(Dmidecode, SeesTheSameTexts) {
 INSTANTIATE_TEST_SUITE_P(Machines, Dmidecode,
                          testing::Values("wavej", "wavej-marker", "wavek", "wavek-marker",
                                          "foreign", "empty", "entry21", "entry30"),
-                         [](auto const& machine) {
+                         [](const auto& machine) {
                              std::string name = machine.param;
                              for (char& letter : name) letter = letter == '-' ? '_' : letter;
                              return name;

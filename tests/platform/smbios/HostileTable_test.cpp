@@ -1,27 +1,27 @@
 // Whole tables that lie, in exact-size heap blocks, so that a sanitizer sees every read outside.
 
-#include <gtest/gtest.h>
-
 #include "tests/platform/smbios/SmbiosImage.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
 /// Every accessor, so that a wrong span is read and not only made.
-void readEverything(SmBios const& smbios) {
-    for (SmbiosRecord const& record : smbios.table()->records()) {
+void readEverything(const SmBios& smbios) {
+    for (const SmbiosRecord& record : smbios.table()->records()) {
         for (std::size_t offset = 0; offset < 260; ++offset) {
             static_cast<void>(record.string(offset).size());
             static_cast<void>(record.quadWord(offset));
         }
         std::size_t total = 0;
-        for (std::string_view const text : record.strings()) total += std::string(text).size();
+        for (const std::string_view text : record.strings()) total += std::string(text).size();
         EXPECT_LE(total, 65536U);
     }
 }
 
 /// A scan either succeeds without an error line or fails with one, and then has no records.
-void expectAnHonestAnswer(Bytes const& dump, std::string const& what) {
-    ScannedDump const scanned(dump);
+void expectAnHonestAnswer(const Bytes& dump, const std::string& what) {
+    const ScannedDump scanned(dump);
     if (scanned.result() == 0) {
         EXPECT_EQ(scanned.errors().size(), 0U) << what;
         readEverything(*scanned);
@@ -32,22 +32,22 @@ void expectAnHonestAnswer(Bytes const& dump, std::string const& what) {
     }
 }
 
-class HostileTable : public testing::TestWithParam<char const*> {};
+class HostileTable : public testing::TestWithParam<const char*> {};
 
 TEST_P(HostileTable, FailsInEveryPrefix) {
-    Bytes const dump = readDump(GetParam());
+    const Bytes dump = readDump(GetParam());
     ASSERT_EQ(ScannedDump(dump).result(), 0);
     for (std::size_t size = 0; size < dump.size(); ++size) {
-        Bytes const prefix(dump.begin(), dump.begin() + static_cast<std::ptrdiff_t>(size));
+        const Bytes prefix(dump.begin(), dump.begin() + static_cast<std::ptrdiff_t>(size));
         EXPECT_NE(ScannedDump(prefix).result(), 0) << size;
         expectAnHonestAnswer(prefix, "prefix " + std::to_string(size));
     }
 }
 
 TEST_P(HostileTable, AnswersHonestlyToEveryChangeOfOneByte) {
-    Bytes const dump = readDump(GetParam());
+    const Bytes dump = readDump(GetParam());
     for (std::size_t at = 0; at < dump.size(); ++at) {
-        for (std::uint8_t const value : Bytes{0x00, 0x7f, 0x80, 0xff}) {
+        for (const std::uint8_t value : Bytes{0x00, 0x7f, 0x80, 0xff}) {
             Bytes changed = dump;
             changed[at] = value;
             expectAnHonestAnswer(changed, std::to_string(at) + " = " + std::to_string(value));
@@ -56,13 +56,13 @@ TEST_P(HostileTable, AnswersHonestlyToEveryChangeOfOneByte) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Machines, HostileTable, testing::Values("wavej", "entry21", "entry30"),
-                         [](auto const& machine) { return std::string(machine.param); });
+                         [](const auto& machine) { return std::string(machine.param); });
 
 TEST(HostileTables, AnswersHonestlyToTablesOfOneByteValue) {
-    for (std::size_t const size : {64U, 65535U}) {
-        for (unsigned const value : {0x00U, 0x01U, 0x04U, 0x7fU, 0x80U, 0xffU}) {
-            Bytes const table(size, static_cast<std::uint8_t>(value));
-            ScannedDump const scanned{SmbiosImage(table)};
+    for (const std::size_t size : {64U, 65535U}) {
+        for (const unsigned value : {0x00U, 0x01U, 0x04U, 0x7fU, 0x80U, 0xffU}) {
+            const Bytes table(size, static_cast<std::uint8_t>(value));
+            const ScannedDump scanned{SmbiosImage(table)};
             EXPECT_NE(scanned.result(), 0) << value;
             expectAnHonestAnswer(SmbiosImage(table).dump(), "long form");
             expectAnHonestAnswer(SmbiosImage(table).countIs(1).dump(), "short form");
@@ -74,25 +74,25 @@ TEST(HostileTables, AnswersHonestlyToTablesOfOneByteValue) {
 TEST(HostileTables, TakesAFullTableOfTheSmallestStructures) {
     Bytes table;
     for (int number = 0; number < 10'000; ++number) {
-        Bytes const record = structure(0xd8, 1);
+        const Bytes record = structure(0xd8, 1);
         table.insert(table.end(), record.begin(), record.end());
     }
-    Bytes const end = endOfTable();
+    const Bytes end = endOfTable();
     table.insert(table.end(), end.begin(), end.end());
-    ScannedDump const scanned{SmbiosImage(table).countIs(10'001)};
+    const ScannedDump scanned{SmbiosImage(table).countIs(10'001)};
     ASSERT_EQ(scanned.result(), 0);
     EXPECT_EQ(scanned->table()->records().size(), 10'001U);
 }
 
 TEST(HostileTables, TakesStructuresThatAllHaveOneHandle) {
     Bytes table;
-    Bytes const record = structure(200, 0xffff);
+    const Bytes record = structure(200, 0xffff);
     for (int number = 0; number < 65'535; ++number) {
         table.insert(table.end(), record.begin(), record.end());
     }
-    Bytes const end = endOfTable();
+    const Bytes end = endOfTable();
     table.insert(table.end(), end.begin(), end.end());
-    ScannedDump const scanned{SmbiosImage(table)};
+    const ScannedDump scanned{SmbiosImage(table)};
     ASSERT_EQ(scanned.result(), 0);
     EXPECT_EQ(scanned->table()->records().size(), 65'536U);
     EXPECT_EQ(scanned.warnings().size(), 0U) << "a count that is not stated cannot be wrong";
@@ -105,9 +105,9 @@ TEST(HostileTables, TakesOneStructureWithManyStrings) {
         table.push_back(0);
     }
     table.push_back(0);
-    Bytes const end = endOfTable();
+    const Bytes end = endOfTable();
     table.insert(table.end(), end.begin(), end.end());
-    ScannedDump const scanned{SmbiosImage(table)};
+    const ScannedDump scanned{SmbiosImage(table)};
     ASSERT_EQ(scanned.result(), 0);
     EXPECT_EQ(scanned->table()->records()[0].strings().size(), 30'000U);
     EXPECT_EQ(scanned->table()->records()[0].string(4), "x");

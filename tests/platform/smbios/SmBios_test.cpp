@@ -1,11 +1,11 @@
 #include "platform/smbios/SmBios.h"
 
+#include "tests/platform/smbios/SmbiosImage.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <thread>
-
-#include "tests/platform/smbios/SmbiosImage.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ class SmBiosTest : public testing::Test {
 protected:
     ~SmBiosTest() override { SmBios::setSource(nullptr); }
 
-    static std::shared_ptr<SmbiosSource const> memoryOf(std::string const& machine) {
+    static std::shared_ptr<const SmbiosSource> memoryOf(const std::string& machine) {
         return std::make_shared<SmbiosMemory>(readDump(machine));
     }
 
@@ -25,7 +25,7 @@ protected:
 };
 
 TEST_F(SmBiosTest, HasNothingBeforeItsFirstScan) {
-    SmBios const smbios(_log, memoryOf("wavek"));
+    const SmBios smbios(_log, memoryOf("wavek"));
     EXPECT_EQ(smbios.table(), nullptr);
     EXPECT_EQ(smbios.getDmiBios(), nullptr);
     EXPECT_EQ(smbios.getDmiSystem(), nullptr);

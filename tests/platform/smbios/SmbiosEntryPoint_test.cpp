@@ -1,8 +1,8 @@
 #include "platform/smbios/SmbiosEntryPoint.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/platform/smbios/SmbiosImage.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -20,9 +20,9 @@ SmbiosImage image64() {
 }
 
 TEST(SmbiosEntryPoint, ReadsThe32BitForm) {
-    ScannedDump const scanned(image32().versionIs(2, 8));
+    const ScannedDump scanned(image32().versionIs(2, 8));
     ASSERT_EQ(scanned.result(), 0);
-    SmbiosEntryPoint const& entry = scanned->table()->entryPoint();
+    const SmbiosEntryPoint& entry = scanned->table()->entryPoint();
     EXPECT_EQ(entry.version, 0x0208);
     EXPECT_EQ(entry.tableAddress, 32U);
     EXPECT_EQ(entry.tableLength, 6U);
@@ -30,9 +30,9 @@ TEST(SmbiosEntryPoint, ReadsThe32BitForm) {
 }
 
 TEST(SmbiosEntryPoint, ReadsThe64BitForm) {
-    ScannedDump const scanned(image64().versionIs(3, 7));
+    const ScannedDump scanned(image64().versionIs(3, 7));
     ASSERT_EQ(scanned.result(), 0);
-    SmbiosEntryPoint const& entry = scanned->table()->entryPoint();
+    const SmbiosEntryPoint& entry = scanned->table()->entryPoint();
     EXPECT_EQ(entry.version, 0x0307);
     EXPECT_EQ(entry.tableAddress, 32U);
     EXPECT_EQ(entry.tableLength, 6U);
@@ -43,7 +43,7 @@ TEST(SmbiosEntryPoint, ReadsAllOfItsNumbers) {
     // The table lies where the full address says, and is shorter than the most it may take.
     Bytes dump = image64().addressIs(0x10123).lengthIs(0x01020304).dump();
     dump.resize(0x10123);
-    ScannedDump const scanned(concatenated({dump, endOfTable()}));
+    const ScannedDump scanned(concatenated({dump, endOfTable()}));
     ASSERT_EQ(scanned.result(), 0) << scanned.error();
     EXPECT_EQ(scanned->table()->entryPoint().tableLength, 0x01020304U);
 }
@@ -58,16 +58,16 @@ TEST(SmbiosEntryPoint, RepairsVersionsThatFirmwareMiswrites) {
         std::uint8_t minor;
         std::uint16_t version;
     };
-    for (auto const& [minor, version] :
+    for (const auto& [minor, version] :
          {Case{0x1f, 0x0203}, Case{0x21, 0x0203}, Case{0x33, 0x0206}}) {
-        ScannedDump const scanned(image32().versionIs(2, minor));
+        const ScannedDump scanned(image32().versionIs(2, minor));
         ASSERT_EQ(scanned.result(), 0);
         EXPECT_EQ(scanned->table()->entryPoint().version, version);
     }
 }
 
 TEST(SmbiosEntryPoint, RefusesBytesWithoutAnAnchor) {
-    std::string const expected = std::string(prefix) + "the entry point has no SMBIOS anchor";
+    const std::string expected = std::string(prefix) + "the entry point has no SMBIOS anchor";
     EXPECT_EQ(errorOf({}), expected);
     EXPECT_EQ(errorOf(Bytes(64, 0x00)), expected);
     EXPECT_EQ(errorOf(Bytes(64, 0xff)), expected);
@@ -76,7 +76,7 @@ TEST(SmbiosEntryPoint, RefusesBytesWithoutAnAnchor) {
 }
 
 TEST(SmbiosEntryPoint, RefusesEveryPrefixOfItself) {
-    for (auto const& [dump, size] :
+    for (const auto& [dump, size] :
          {std::pair{image32().dump(), 0x1fU}, {image64().dump(), 0x18U}}) {
         for (unsigned length = 5; length < size; ++length) {
             EXPECT_EQ(errorOf({dump.begin(), dump.begin() + length}),
@@ -86,7 +86,7 @@ TEST(SmbiosEntryPoint, RefusesEveryPrefixOfItself) {
 }
 
 TEST(SmbiosEntryPoint, RefusesAChangeOfAnyByteThatAChecksumCovers) {
-    for (auto const& [dump, size] :
+    for (const auto& [dump, size] :
          {std::pair{image32().dump(), 0x1fU}, {image64().dump(), 0x18U}}) {
         for (unsigned at = 0; at < size; ++at) {
             for (unsigned bit = 0; bit < 8; ++bit) {
@@ -110,11 +110,11 @@ TEST(SmbiosEntryPoint, NamesTheChecksumThatIsWrong) {
 }
 
 TEST(SmbiosEntryPoint, RefusesALengthThatDoesNotCoverIt) {
-    for (std::uint8_t const length : Bytes{0x00, 0x04, 0x1d, 0x21, 0x7f, 0xff}) {
+    for (const std::uint8_t length : Bytes{0x00, 0x04, 0x1d, 0x21, 0x7f, 0xff}) {
         EXPECT_EQ(errorOf(image32().set(0x05, length, 1).dump()),
                   prefix + ("the entry point gives its length as " + std::to_string(length)));
     }
-    for (std::uint8_t const length : Bytes{0x00, 0x17, 0x21, 0xff}) {
+    for (const std::uint8_t length : Bytes{0x00, 0x17, 0x21, 0xff}) {
         EXPECT_EQ(errorOf(image64().set(0x06, length, 1).dump()),
                   prefix + ("the entry point gives its length as " + std::to_string(length)));
     }

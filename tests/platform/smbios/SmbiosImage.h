@@ -1,5 +1,9 @@
 #pragma once
 
+#include "platform/logger/CapturingSink.h"
+#include "platform/logger/Logger.h"
+#include "platform/smbios/SmBios.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <fstream>
@@ -12,19 +16,15 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/logger/CapturingSink.h"
-#include "platform/logger/Logger.h"
-#include "platform/smbios/SmBios.h"
-
 using Bytes = std::vector<std::uint8_t>;
 
 /// One structure: type, handle, what follows the header, and the strings.
-inline Bytes structure(std::uint8_t type, std::uint16_t handle, Bytes const& fields = {},
+inline Bytes structure(std::uint8_t type, std::uint16_t handle, const Bytes& fields = {},
                        std::initializer_list<std::string_view> strings = {}) {
     Bytes bytes{type, static_cast<std::uint8_t>(4 + fields.size()),
                 static_cast<std::uint8_t>(handle & 0xff), static_cast<std::uint8_t>(handle >> 8)};
     bytes.insert(bytes.end(), fields.begin(), fields.end());
-    for (std::string_view const text : strings) {
+    for (const std::string_view text : strings) {
         bytes.insert(bytes.end(), text.begin(), text.end());
         bytes.push_back(0);
     }
@@ -39,7 +39,7 @@ inline Bytes endOfTable() {
 
 inline Bytes concatenated(std::initializer_list<Bytes> parts) {
     Bytes all;
-    for (Bytes const& part : parts) all.insert(all.end(), part.begin(), part.end());
+    for (const Bytes& part : parts) all.insert(all.end(), part.begin(), part.end());
     return all;
 }
 
@@ -82,8 +82,8 @@ public:
 private:
     void _fixChecksum(std::size_t first, std::size_t size, std::size_t at) {
         _entry[at] = 0;
-        auto const begin = _entry.begin() + static_cast<std::ptrdiff_t>(first);
-        unsigned const sum = std::accumulate(begin, begin + static_cast<std::ptrdiff_t>(size), 0U);
+        const auto begin = _entry.begin() + static_cast<std::ptrdiff_t>(first);
+        const unsigned sum = std::accumulate(begin, begin + static_cast<std::ptrdiff_t>(size), 0U);
         _entry[at] = static_cast<std::uint8_t>(0U - sum);
     }
 
@@ -98,13 +98,13 @@ class ScannedDump {
 public:
     explicit ScannedDump(Bytes dump)
         : ScannedDump(std::make_shared<SmbiosMemory>(std::move(dump))) {}
-    explicit ScannedDump(SmbiosImage const& image) : ScannedDump(image.dump()) {}
-    explicit ScannedDump(std::shared_ptr<SmbiosSource const> source)
+    explicit ScannedDump(const SmbiosImage& image) : ScannedDump(image.dump()) {}
+    explicit ScannedDump(std::shared_ptr<const SmbiosSource> source)
         : _smbios(Logger("smbios", _sink), std::move(source)), _result(_smbios.scan()) {}
 
     int result() const { return _result; }
-    SmBios const& operator*() const { return _smbios; }
-    SmBios const* operator->() const { return &_smbios; }
+    const SmBios& operator*() const { return _smbios; }
+    const SmBios* operator->() const { return &_smbios; }
 
     std::vector<std::string> errors() const { return _sink->messages(LogLevel::error); }
     std::vector<std::string> warnings() const { return _sink->messages(LogLevel::warning); }
@@ -112,7 +112,7 @@ public:
     /// The one error line of a scan that failed; otherwise a text that says what else happened.
     std::string error() const {
         if (_result == 0) return "the scan succeeded";
-        std::vector<std::string> const lines = errors();
+        const std::vector<std::string> lines = errors();
         return lines.size() == 1 ? lines[0] : std::to_string(lines.size()) + " error lines";
     }
 
@@ -122,11 +122,11 @@ private:
     int _result;
 };
 
-inline std::string dumpPath(std::string const& machine) {
+inline std::string dumpPath(const std::string& machine) {
     return PYL_SMBIOS_DUMPS "/" + machine + ".bin";
 }
 
-inline Bytes readDump(std::string const& machine) {
+inline Bytes readDump(const std::string& machine) {
     std::ifstream file(dumpPath(machine), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }

@@ -1,5 +1,7 @@
 #include "platform/smbios/SmbiosSource.h"
 
+#include "tests/platform/smbios/SmbiosImage.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -7,8 +9,6 @@
 
 #include <filesystem>
 #include <fstream>
-
-#include "tests/platform/smbios/SmbiosImage.h"
 
 namespace {
 
@@ -22,15 +22,15 @@ protected:
     }
     ~SmbiosSourceTest() override { std::filesystem::remove_all(_directory); }
 
-    std::string write(std::string const& name, Bytes const& bytes) const {
-        std::string const path = (_directory / name).string();
+    std::string write(const std::string& name, const Bytes& bytes) const {
+        const std::string path = (_directory / name).string();
         std::ofstream(path, std::ios::binary)
-            .write(reinterpret_cast<char const*>(bytes.data()),
+            .write(reinterpret_cast<const char*>(bytes.data()),
                    static_cast<std::streamsize>(bytes.size()));
         return path;
     }
 
-    static std::string errorOfFile(std::string const& path) {
+    static std::string errorOfFile(const std::string& path) {
         return ScannedDump(std::make_shared<SmbiosDumpFile>(path)).error();
     }
 
@@ -38,14 +38,14 @@ protected:
 };
 
 TEST_F(SmbiosSourceTest, GivesTheSameBytesFromAFileAndFromMemory) {
-    Bytes const dump = readDump("wavek");
-    SmbiosDumpFile const file(write("dump", dump));
-    SmbiosMemory const memory(dump);
+    const Bytes dump = readDump("wavek");
+    const SmbiosDumpFile file(write("dump", dump));
+    const SmbiosMemory memory(dump);
     EXPECT_EQ(file.entryPoint(), memory.entryPoint());
     EXPECT_EQ(file.entryPoint(), Bytes(dump.begin(), dump.begin() + 32));
-    for (std::uint64_t const address : {0UL, 1UL, 32UL, dump.size() - 1, dump.size(),
+    for (const std::uint64_t address : {0UL, 1UL, 32UL, dump.size() - 1, dump.size(),
                                         dump.size() + 1, UINT64_MAX >> 1, UINT64_MAX}) {
-        for (std::size_t const length : {0UL, 1UL, 7UL, 100'000UL}) {
+        for (const std::size_t length : {0UL, 1UL, 7UL, 100'000UL}) {
             EXPECT_EQ(file.table(address, length), memory.table(address, length))
                 << address << " " << length;
         }
@@ -54,24 +54,25 @@ TEST_F(SmbiosSourceTest, GivesTheSameBytesFromAFileAndFromMemory) {
 
 TEST_F(SmbiosSourceTest, ReadsTablesLargerThanItsBuffer) {
     Bytes dump(300'000);
-    for (std::size_t at = 0; at < dump.size(); ++at)
+    for (std::size_t at = 0; at < dump.size(); ++at) {
         dump[at] = static_cast<std::uint8_t>(at * 7 >> 3);
-    SmbiosDumpFile const file(write("dump", dump));
+    }
+    const SmbiosDumpFile file(write("dump", dump));
     EXPECT_EQ(file.table(3, 200'001), Bytes(dump.begin() + 3, dump.begin() + 200'004));
     EXPECT_EQ(file.table(0, 1'000'000), dump);
 }
 
 TEST_F(SmbiosSourceTest, ReadsTheKernelsFilesAndIgnoresTheAddress) {
-    Bytes const dump = readDump("entry21");
+    const Bytes dump = readDump("entry21");
     write("smbios_entry_point", Bytes(dump.begin(), dump.begin() + 31));
     write("DMI", Bytes(dump.begin() + 32, dump.end()));
-    ScannedDump const scanned(std::make_shared<SmbiosKernelTables>(_directory.string()));
+    const ScannedDump scanned(std::make_shared<SmbiosKernelTables>(_directory.string()));
     ASSERT_EQ(scanned.result(), 0) << scanned.error();
     EXPECT_EQ(scanned->getDmiSystem()->productName, "SERVER");
 }
 
 TEST_F(SmbiosSourceTest, SaysWhichKernelFileIsMissing) {
-    auto const kernel = std::make_shared<SmbiosKernelTables>(_directory.string());
+    const auto kernel = std::make_shared<SmbiosKernelTables>(_directory.string());
     EXPECT_EQ(ScannedDump(kernel).error(), "No SMBIOS data from " + _directory.string() +
                                                ": cannot open " + _directory.string() +
                                                "/smbios_entry_point: No such file or directory");
@@ -88,14 +89,14 @@ TEST_F(SmbiosSourceTest, SaysWhyAFileCannotBeRead) {
 }
 
 TEST_F(SmbiosSourceTest, DoesNotWaitForAPipe) {
-    std::string const path = (_directory / "pipe").string();
+    const std::string path = (_directory / "pipe").string();
     ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
     EXPECT_THAT(errorOfFile(path), HasSubstr("not a regular file"));
 }
 
 TEST_F(SmbiosSourceTest, SaysThatAFileIsNotForThisUser) {
     if (::geteuid() == 0) GTEST_SKIP() << "root may read every file";
-    std::string const path = write("dump", readDump("wavej"));
+    const std::string path = write("dump", readDump("wavej"));
     ASSERT_EQ(::chmod(path.c_str(), 0), 0);
     EXPECT_THAT(errorOfFile(path), HasSubstr("Permission denied"));
 }

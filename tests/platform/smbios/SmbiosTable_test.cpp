@@ -1,26 +1,26 @@
 #include "platform/smbios/SmbiosTable.h"
 
+#include "tests/platform/smbios/SmbiosImage.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include "tests/platform/smbios/SmbiosImage.h"
 
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-std::string errorOf(SmbiosImage const& image) {
-    std::string const prefix = "No SMBIOS data from memory: ";
-    std::string const error = ScannedDump(image).error();
+std::string errorOf(const SmbiosImage& image) {
+    const std::string prefix = "No SMBIOS data from memory: ";
+    const std::string error = ScannedDump(image).error();
     return error.starts_with(prefix) ? error.substr(prefix.size()) : error;
 }
 
 TEST(SmbiosTable, GivesItsStructuresInOrder) {
-    ScannedDump const scanned(SmbiosImage(
+    const ScannedDump scanned(SmbiosImage(
         concatenated({structure(1, 0x1234, {1}, {"a"}), structure(200, 7), endOfTable()})));
     ASSERT_EQ(scanned.result(), 0);
-    auto const records = scanned->table()->records();
+    const auto records = scanned->table()->records();
     ASSERT_EQ(records.size(), 3U);
     EXPECT_EQ(records[0].type(), 1);
     EXPECT_EQ(records[0].handle(), 0x1234);
@@ -31,7 +31,7 @@ TEST(SmbiosTable, GivesItsStructuresInOrder) {
 }
 
 TEST(SmbiosTable, FindsTheFirstStructureOfAType) {
-    ScannedDump const scanned(
+    const ScannedDump scanned(
         SmbiosImage(concatenated({structure(9, 1), structure(9, 2), endOfTable()})));
     ASSERT_EQ(scanned.result(), 0);
     EXPECT_EQ(scanned->table()->findType(9)->handle(), 1);
@@ -39,9 +39,9 @@ TEST(SmbiosTable, FindsTheFirstStructureOfAType) {
 }
 
 TEST(SmbiosTable, ReadsLittleEndianFieldsUpToTheEndOfTheFormattedArea) {
-    Bytes const fields{0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x88};
-    ScannedDump const scanned(SmbiosImage(concatenated({structure(200, 1, fields), endOfTable()})));
-    SmbiosRecord const& record = scanned->table()->records()[0];
+    const Bytes fields{0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07, 0x88};
+    const ScannedDump scanned(SmbiosImage(concatenated({structure(200, 1, fields), endOfTable()})));
+    const SmbiosRecord& record = scanned->table()->records()[0];
     EXPECT_EQ(record.byte(4), 0x01);
     EXPECT_EQ(record.byte(11), 0x88);
     EXPECT_EQ(record.byte(12), std::nullopt);
@@ -56,9 +56,9 @@ TEST(SmbiosTable, ReadsLittleEndianFieldsUpToTheEndOfTheFormattedArea) {
 }
 
 TEST(SmbiosTable, FindsStringsByTheirNumber) {
-    ScannedDump const scanned(SmbiosImage(
+    const ScannedDump scanned(SmbiosImage(
         concatenated({structure(200, 1, {2, 1, 0, 3, 255}, {"first", "second"}), endOfTable()})));
-    SmbiosRecord const& record = scanned->table()->records()[0];
+    const SmbiosRecord& record = scanned->table()->records()[0];
     EXPECT_THAT(record.strings(), ElementsAre("first", "second"));
     EXPECT_EQ(record.string(4), "second");
     EXPECT_EQ(record.string(5), "first");
@@ -69,26 +69,26 @@ TEST(SmbiosTable, FindsStringsByTheirNumber) {
 }
 
 TEST(SmbiosTable, GivesNoStringsWhereThereAreNone) {
-    ScannedDump const scanned(SmbiosImage(concatenated({structure(200, 1, {1}), endOfTable()})));
+    const ScannedDump scanned(SmbiosImage(concatenated({structure(200, 1, {1}), endOfTable()})));
     EXPECT_THAT(scanned->table()->records()[0].strings(), IsEmpty());
     EXPECT_EQ(scanned->table()->records()[0].string(4), "");
 }
 
 TEST(SmbiosTable, StaysWithItsRecordsWhenMoved) {
-    auto const bytes = concatenated({structure(200, 1, {1}, {"text"}), endOfTable()});
-    ScannedDump const scanned{SmbiosImage(bytes)};
+    const auto bytes = concatenated({structure(200, 1, {1}, {"text"}), endOfTable()});
+    const ScannedDump scanned{SmbiosImage(bytes)};
     EXPECT_EQ(scanned->table()->records()[0].string(4), "text");
 }
 
 TEST(SmbiosTable, StopsAtTheEndOfTableStructure) {
-    ScannedDump const scanned(
+    const ScannedDump scanned(
         SmbiosImage(concatenated({structure(1, 1), endOfTable(), {0xff, 0x00, 0x11}})));
     EXPECT_EQ(scanned.result(), 0);
     EXPECT_EQ(scanned->table()->records().size(), 2U);
 }
 
 TEST(SmbiosTable, RefusesAStructureShorterThanItsHeader) {
-    for (std::uint8_t const length : Bytes{0, 1, 2, 3}) {
+    for (const std::uint8_t length : Bytes{0, 1, 2, 3}) {
         EXPECT_EQ(errorOf(SmbiosImage(
                       concatenated({structure(1, 1), {2, length, 0, 0, 0, 0}, endOfTable()}))),
                   "the structure at offset 6 gives its length as " + std::to_string(length));
@@ -103,7 +103,7 @@ TEST(SmbiosTable, StopsAtARecordThatRunsPastTheTable) {
 }
 
 TEST(SmbiosTable, RefusesStringsThatDoNotEnd) {
-    std::string const expected =
+    const std::string expected =
         "the structure at offset 0 has strings that run past the end of the table";
     EXPECT_EQ(errorOf(SmbiosImage({200, 4, 0, 0})), expected);
     EXPECT_EQ(errorOf(SmbiosImage({200, 4, 0, 0, 0})), expected);
@@ -123,7 +123,7 @@ TEST(SmbiosTable, RefusesATableWithoutAnEndMark) {
 }
 
 TEST(SmbiosTable, RefusesATableWithoutStructures) {
-    std::string const expected = "the table ends after 0 structures without an end mark";
+    const std::string expected = "the table ends after 0 structures without an end mark";
     EXPECT_EQ(errorOf(SmbiosImage(Bytes{})), expected);
     EXPECT_EQ(errorOf(SmbiosImage(Bytes{}).countIs(0)), expected);
     EXPECT_EQ(errorOf(SmbiosImage(endOfTable()).lengthIs(0)), expected);
@@ -132,8 +132,8 @@ TEST(SmbiosTable, RefusesATableWithoutStructures) {
 }
 
 TEST(SmbiosTable, TakesAStatedCountInPlaceOfAnEndMark) {
-    auto const table = concatenated({structure(1, 1), structure(2, 2)});
-    ScannedDump const scanned(SmbiosImage(table).countIs(2));
+    const auto table = concatenated({structure(1, 1), structure(2, 2)});
+    const ScannedDump scanned(SmbiosImage(table).countIs(2));
     EXPECT_EQ(scanned.result(), 0);
     EXPECT_THAT(scanned.warnings(), IsEmpty());
     EXPECT_EQ(errorOf(SmbiosImage(table).countIs(3)),
@@ -141,8 +141,8 @@ TEST(SmbiosTable, TakesAStatedCountInPlaceOfAnEndMark) {
 }
 
 TEST(SmbiosTable, IgnoresPaddingAfterTheCountedStructures) {
-    for (std::uint8_t const filler : Bytes{0x00, 0xff}) {
-        ScannedDump const scanned(
+    for (const std::uint8_t filler : Bytes{0x00, 0xff}) {
+        const ScannedDump scanned(
             SmbiosImage(concatenated({structure(1, 1), Bytes(64, filler)})).countIs(1));
         EXPECT_EQ(scanned.result(), 0) << scanned.error();
         EXPECT_EQ(scanned->table()->records().size(), 1U);
@@ -151,9 +151,9 @@ TEST(SmbiosTable, IgnoresPaddingAfterTheCountedStructures) {
 }
 
 TEST(SmbiosTable, ReadsToTheEndMarkAndWarnsOfAWrongCount) {
-    auto const table = concatenated({structure(1, 1), structure(2, 2), endOfTable()});
-    for (std::uint16_t const count : std::vector<std::uint16_t>{0, 1, 4, 0xffff}) {
-        ScannedDump const scanned(SmbiosImage(table).countIs(count));
+    const auto table = concatenated({structure(1, 1), structure(2, 2), endOfTable()});
+    for (const std::uint16_t count : std::vector<std::uint16_t>{0, 1, 4, 0xffff}) {
+        const ScannedDump scanned(SmbiosImage(table).countIs(count));
         EXPECT_EQ(scanned.result(), 0);
         EXPECT_EQ(scanned->table()->records().size(), 3U);
         EXPECT_THAT(scanned.warnings(),
@@ -164,7 +164,7 @@ TEST(SmbiosTable, ReadsToTheEndMarkAndWarnsOfAWrongCount) {
 }
 
 TEST(SmbiosTable, ReadsNoFurtherThanTheStatedLength) {
-    auto const table = concatenated({structure(1, 1), structure(2, 2), endOfTable()});
+    const auto table = concatenated({structure(1, 1), structure(2, 2), endOfTable()});
     EXPECT_EQ(errorOf(SmbiosImage(table).lengthIs(12)),
               "the table ends after 2 structures without an end mark");
     EXPECT_EQ(errorOf(SmbiosImage(table).lengthIs(9)),

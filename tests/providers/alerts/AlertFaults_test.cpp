@@ -2,14 +2,6 @@
 // its events: each event comes out as whole as it can, what went wrong is in the log, nothing is
 // left over, and the next event is whole again.
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cerrno>
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "cimhost/repository/CimError.h"
 #include "providers/alerts/AlertSource.h"
 #include "tests/common/Allocations.h"
@@ -23,39 +15,50 @@
 #include "tests/platform/ipmi/FakeController.h"
 #include "tests/support/FaultyBroker.h"
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <functional>
+#include <string>
+#include <vector>
+
 namespace {
 
 using alerts::AlertSource;
 using testsupport::FaultyBroker;
 
 constexpr int fanFailed = 3;
-constexpr char const* indicationName = "PYL_FanIndication";
+constexpr const char* indicationName = "PYL_FanIndication";
 
-std::string const noServer = "error: failed to _computerSystemMRA::getFirstData()";
-std::string const noEnclosure = "error: failed to _BladeMRA::getFirstData()";
-std::string const callingPrefix = "information: calling ENCA_CLI_Exec with arg ";
-std::string const notRaised = "error: event 3 could not be raised: ";
+const std::string noServer = "error: failed to _computerSystemMRA::getFirstData()";
+const std::string noEnclosure = "error: failed to _BladeMRA::getFirstData()";
+const std::string callingPrefix = "information: calling ENCA_CLI_Exec with arg ";
+const std::string notRaised = "error: event 3 could not be raised: ";
 
-std::string textOf(cimhost::Value const& value) {
-    if (auto const* const text = value.get<cimhost::Text>()) return text->str();
-    if (auto const* const number = value.get<std::uint64_t>()) return std::to_string(*number);
+std::string textOf(const cimhost::Value& value) {
+    if (const auto* const text = value.get<cimhost::Text>()) return text->str();
+    if (const auto* const number = value.get<std::uint64_t>()) return std::to_string(*number);
     std::string all;
-    if (auto const* const elements = value.get<cimhost::Value::Array>())
-        for (auto const& element : *elements) all += textOf(element) + ";";
+    if (const auto* const elements = value.get<cimhost::Value::Array>()) {
+        for (const auto& element : *elements) all += textOf(element) + ";";
+    }
     return all;
 }
 
 /// "Name value" of each property but those that differ from event to event.
-Lines propertiesOf(cimhost::Instance const& indication) {
+Lines propertiesOf(const cimhost::Instance& indication) {
     Lines lines;
-    for (auto const& [name, value, origin] : indication.properties)
-        if (name != "IndicationIdentifier" && name != "IndicationTime" && name != "EventTime")
+    for (const auto& [name, value, origin] : indication.properties) {
+        if (name != "IndicationIdentifier" && name != "IndicationTime" && name != "EventTime") {
             lines.push_back(name.str() + " " + textOf(value));
+        }
+    }
     return lines;
 }
 
-Lines without(Lines lines, std::string const& property) {
-    std::erase_if(lines, [&](auto const& line) { return line.starts_with(property + " "); });
+Lines without(Lines lines, const std::string& property) {
+    std::erase_if(lines, [&](const auto& line) { return line.starts_with(property + " "); });
     return lines;
 }
 
@@ -70,7 +73,7 @@ struct AlertFaults : testing::Test {
 
     AlertFaults() {
         sources.everythingIsKnown();
-        host.onIndication = [this](auto const& indication) {
+        host.onIndication = [this](const auto& indication) {
             delivered.push_back(propertiesOf(indication));
         };
         whole = told();
@@ -89,7 +92,7 @@ struct AlertFaults : testing::Test {
         return delivered.empty() ? Lines{} : delivered.front();
     }
 
-    void raise(AlertSource& by, AlertSource::Fill const& fill = {}) {
+    void raise(AlertSource& by, const AlertSource::Fill& fill = {}) {
         delivered.clear();
         log.journal->take();
         controller.line.clear();
@@ -103,7 +106,7 @@ struct AlertFaults : testing::Test {
     /// The log of the last event, without what marks the steps of every indication.
     Lines logged() {
         auto lines = log.journal->take();
-        std::erase_if(lines, [](auto const& line) {
+        std::erase_if(lines, [](const auto& line) {
             return line.starts_with("information") &&
                    (line.ends_with("()") || line.ends_with("getRecord for event 3") ||
                     line.ends_with("Found record"));
@@ -135,14 +138,14 @@ struct AlertFaults : testing::Test {
     /// The controller answers a command of this network function with a status of the way to it, or
     /// with a completion code of its own.
     void wayFails(std::uint8_t function, std::uint8_t command, int status) {
-        controller.onExchange = [=](IpmiRequest const& request, IpmiResponse&) {
-            bool const isMeant = request.networkFunction == function && request.command == command;
+        controller.onExchange = [=](const IpmiRequest& request, IpmiResponse&) {
+            const bool isMeant = request.networkFunction == function && request.command == command;
             return isMeant ? std::optional(status) : std::nullopt;
         };
     }
     void answers(std::uint8_t function, std::uint8_t command, std::uint8_t completionCode) {
-        controller.onExchange = [=](IpmiRequest const& request, IpmiResponse& response) {
-            bool const isMeant = request.networkFunction == function && request.command == command;
+        controller.onExchange = [=](const IpmiRequest& request, IpmiResponse& response) {
+            const bool isMeant = request.networkFunction == function && request.command == command;
             if (isMeant) response.completionCode = completionCode;
             return isMeant ? std::optional(0) : std::nullopt;
         };
@@ -168,7 +171,7 @@ constexpr std::uint8_t end = 0x44;
 using Server = ComputerSystemFacts;
 constexpr struct {
     std::optional<std::string> Server::*fact;
-    char const* property;
+    const char* property;
 } serverFacts[] = {{&Server::osVersion, "OSVersion"},
                    {&Server::biosVersion, "SystemFirmwareVersion"},
                    {&Server::serialNumber, "SystemSerialNumber"},
@@ -181,15 +184,15 @@ constexpr struct {
 
 constexpr struct {
     std::optional<std::string> BladeFacts::*fact;
-    char const* property;
+    const char* property;
 } bladeFacts[] = {{&BladeFacts::enclosureName, "EnclosureName"},
                   {&BladeFacts::rackName, "RackName"},
                   {&BladeFacts::rackUUID, "RackUUID"}};
 
 TEST_F(AlertFaults, LeaveOutOneByOneWhatTheServerDoesNotTell) {
-    for (auto const& [fact, property] : serverFacts) {
+    for (const auto& [fact, property] : serverFacts) {
         ((*sources.computerSystem).*fact).reset();
-        auto const expected = without(whole, property);
+        const auto expected = without(whole, property);
         ASSERT_EQ(expected.size(), whole.size() - 1) << property;
         EXPECT_EQ(told(), expected);
         EXPECT_EQ(controller.executions, 1U) << property;
@@ -204,7 +207,7 @@ TEST_F(AlertFaults, LeaveOutOneByOneWhatTheServerDoesNotTell) {
 }
 
 TEST_F(AlertFaults, LeaveOutOneByOneWhatTheEnclosureDoesNotTell) {
-    for (auto const& [fact, property] : bladeFacts) {
+    for (const auto& [fact, property] : bladeFacts) {
         ((*sources.blade).*fact).reset();
         EXPECT_EQ(told(), without(whole, property));
         EXPECT_EQ(logged(), Lines{forwarded}) << property;
@@ -235,17 +238,17 @@ TEST_F(AlertFaults, LoseTheServerAndTheEnclosureAloneWithTheirSources) {
         {[this] { sources.hasComputerSystem = sources.hasBlade = false; }, true, true},
         {[this] { sources.computerSystem.reset(), sources.blade.reset(); }, true, true},
     };
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         row.breaking();
         auto expected = whole;
         Lines lines;
         if (row.isServerLost) {
             expected = without(expected, "OSType");
-            for (auto const& fact : serverFacts) expected = without(expected, fact.property);
+            for (const auto& fact : serverFacts) expected = without(expected, fact.property);
             lines.push_back(noServer);
         }
         if (row.isEnclosureLost) {
-            for (auto const& fact : bladeFacts) expected = without(expected, fact.property);
+            for (const auto& fact : bladeFacts) expected = without(expected, fact.property);
             expected.back() = "ImpactedDomain 4";
             lines.push_back(noEnclosure);
         }
@@ -259,7 +262,7 @@ TEST_F(AlertFaults, LoseTheServerAndTheEnclosureAloneWithTheirSources) {
 }
 
 TEST_F(AlertFaults, AreDeliveredWhileTheControllerCannotBeOpened) {
-    for (int const status : {ENOENT, EACCES, ECONNREFUSED, ETIMEDOUT, EINVAL, ENOMEM}) {
+    for (const int status : {ENOENT, EACCES, ECONNREFUSED, ETIMEDOUT, EINVAL, ENOMEM}) {
         controller.openStatus = status;
         EXPECT_EQ(loggedOfAWholeEvent(),
                   Lines{"information: BMC_open() failed: " + BMC_strerror(status)});
@@ -270,8 +273,8 @@ TEST_F(AlertFaults, AreDeliveredWhileTheControllerCannotBeOpened) {
 }
 
 TEST_F(AlertFaults, AreDeliveredWhenTheControllerVanishesBehindItsOpening) {
-    for (auto const command : {deviceId, systemGuid})
-        for (int const status : {ETIMEDOUT, ECONNRESET, EPROTO, EIO}) {
+    for (const auto command : {deviceId, systemGuid}) {
+        for (const int status : {ETIMEDOUT, ECONNRESET, EPROTO, EIO}) {
             wayFails(application, command, status);
             EXPECT_EQ(loggedOfAWholeEvent(),
                       Lines{"information: BMC_open() failed: " + BMC_strerror(status)});
@@ -280,6 +283,7 @@ TEST_F(AlertFaults, AreDeliveredWhenTheControllerVanishesBehindItsOpening) {
             controller.onExchange = nullptr;
             expectWholeEvent();
         }
+    }
     answers(application, deviceId, 0xC1);
     EXPECT_EQ(loggedOfAWholeEvent(),
               Lines{"information: BMC_open() failed: " + BMC_strerror(0x10C1)});
@@ -290,15 +294,15 @@ TEST_F(AlertFaults, AreDeliveredWhenTheControllerVanishesBehindItsOpening) {
 }
 
 TEST_F(AlertFaults, AreDeliveredWhenTheControllerVanishesInTheMiddleOfTheCommand) {
-    for (auto const command : {begin, argument, execute, read}) {
+    for (const auto command : {begin, argument, execute, read}) {
         struct {
             int status;
-            char const* line;
+            const char* line;
         } const rows[] = {{ETIMEDOUT, "information: Command time out."},
                           {ECONNRESET, "information: Unknown interface error(68)."},
                           {ENODEV, "information: Unknown interface error(13)."},
                           {EPROTO, "information: Unknown interface error(47)."}};
-        for (auto const& row : rows) {
+        for (const auto& row : rows) {
             wayFails(enclosure, command, row.status);
             EXPECT_EQ(loggedBehindTheCall(), Lines{row.line}) << unsigned{command};
             controller.onExchange = nullptr;
@@ -318,21 +322,22 @@ TEST_F(AlertFaults, AreForwardedThoughTheControllerVanishesBehindTheCommand) {
 TEST_F(AlertFaults, SayWithWhichCodeTheControllerRefusesACommand) {
     struct {
         std::uint8_t code;
-        char const* line;
+        const char* line;
     } const rows[] = {{0xC3, "information: Command time out."},
                       {0xC1, "information: Unknown interface error(10c1)."},
                       {0xFF, "information: Unknown interface error(10ff)."}};
-    for (auto const command : {begin, argument, execute, read})
-        for (auto const& row : rows) {
+    for (const auto command : {begin, argument, execute, read}) {
+        for (const auto& row : rows) {
             answers(enclosure, command, row.code);
             EXPECT_EQ(loggedBehindTheCall(), Lines{row.line}) << unsigned{command};
             controller.onExchange = nullptr;
             expectWholeEvent();
         }
+    }
 }
 
 TEST_F(AlertFaults, SayThatAnAnswerIsCutOffOrTooLong) {
-    controller.onExchange = [](IpmiRequest const& request, IpmiResponse&) {
+    controller.onExchange = [](const IpmiRequest& request, IpmiResponse&) {
         return request.networkFunction == enclosure ? std::optional(0) : std::nullopt;
     };
     EXPECT_EQ(loggedBehindTheCall(), Lines{"information: Unknown interface error(47)."});
@@ -351,13 +356,13 @@ TEST_F(AlertFaults, SayThatAnAnswerIsCutOffOrTooLong) {
 TEST_F(AlertFaults, SayWhatTheEnclosureThinksOfThem) {
     struct {
         std::uint8_t code;
-        char const* line;
+        const char* line;
     } const rows[] = {{1, "information: Provided command input data is not complete."},
                       {5,
                        "information: Invalid command - provided command is not supported via "
                        "the ipmi cli interface."},
                       {9, "information: Unknown response error."}};
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         controller.completion = row.code;
         EXPECT_EQ(loggedBehindTheCall(), Lines{row.line});
         controller.completion = 0;
@@ -374,11 +379,11 @@ TEST_F(AlertFaults, StayAwayFromAControllerOfAnotherServer) {
 }
 
 TEST_F(AlertFaults, AreNotRaisedByAProviderThatFails) {
-    for (auto const& failure : allFailures()) {
+    for (const auto& failure : allFailures()) {
         raise(source, [&](PYL::KTAlertIndication&) { failure.raise(); });
         EXPECT_TRUE(delivered.empty()) << failure.name;
         EXPECT_EQ(controller.opened, 0) << failure.name;
-        auto const lines = logged();
+        const auto lines = logged();
         ASSERT_EQ(lines.size(), 1U) << failure.name;
         EXPECT_TRUE(lines[0].starts_with(notRaised)) << lines[0];
         expectWholeEvent();
@@ -386,9 +391,9 @@ TEST_F(AlertFaults, AreNotRaisedByAProviderThatFails) {
 }
 
 TEST_F(AlertFaults, SayWhatTheProviderSaysOfItsFailure) {
-    auto const lineOf = [this](auto const& failure) {
+    const auto lineOf = [this](const auto& failure) {
         raise(source, [&](PYL::KTAlertIndication&) { throw failure; });
-        auto const lines = logged();
+        const auto lines = logged();
         return lines.empty() ? "" : lines.front();
     };
     EXPECT_EQ(lineOf(CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "gone")),
@@ -398,8 +403,8 @@ TEST_F(AlertFaults, SayWhatTheProviderSaysOfItsFailure) {
 }
 
 TEST_F(AlertFaults, AreLinesInTheLogWhileTheObjectManagerRefusesThem) {
-    auto const taking = host.onIndication;
-    host.onIndication = [](auto const&) {
+    const auto taking = host.onIndication;
+    host.onIndication = [](const auto&) {
         throw cimhost::CimError(cimhost::CimCode::accessDenied, "not from you");
     };
     raise(source);
@@ -414,17 +419,17 @@ int AlertFaults::raiseWithEachCallFailing(FaultyBroker::Fault fault) {
     host.use(faulty.handle());
     AlertSource failing(host.broker(), log.logger, indicationName);
     int lost = 0;
-    for (auto const& slot : FaultyBroker::slots()) {
+    for (const auto& slot : FaultyBroker::slots()) {
         faulty.heal();
         raise(failing);
         EXPECT_EQ(delivered, std::vector<Lines>{whole}) << "before " << slot;
-        auto const count = faulty.calls(slot);
+        const auto count = faulty.calls(slot);
         for (unsigned nth = 1; nth <= count; ++nth) {
-            cimhost::CallScope const scope;
+            const cimhost::CallScope scope;
             faulty.failCall(slot, nth, fault);
             raise(failing);
-            auto const lines = logged();
-            auto const refusals = std::count_if(lines.begin(), lines.end(), [](auto const& line) {
+            const auto lines = logged();
+            const auto refusals = std::count_if(lines.begin(), lines.end(), [](const auto& line) {
                 return line.starts_with(notRaised);
             });
             EXPECT_EQ(delivered.size() + static_cast<std::size_t>(refusals), 1U)
@@ -440,9 +445,10 @@ int AlertFaults::raiseWithEachCallFailing(FaultyBroker::Fault fault) {
 }
 
 TEST_F(AlertFaults, AreDeliveredOrLoggedWhateverCallOfTheObjectManagerFails) {
-    for (auto const fault :
-         {FaultyBroker::Fault::status, FaultyBroker::Fault::null, FaultyBroker::Fault::wrongType})
+    for (const auto fault :
+         {FaultyBroker::Fault::status, FaultyBroker::Fault::null, FaultyBroker::Fault::wrongType}) {
         EXPECT_GT(raiseWithEachCallFailing(fault), 50);
+    }
     expectWholeEvent();
 }
 
@@ -451,12 +457,12 @@ int AlertFaults::raiseWithEachAllocationFailing(bool forever) {
     AlertSource starving(host.broker(), quiet, indicationName);
     int count = 0;
     int lost = 0;
-    host.onIndication = [&count](auto const&) { ++count; };
+    host.onIndication = [&count](const auto&) { ++count; };
     for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
-        cimhost::CallScope const scope;
+        const cimhost::CallScope scope;
         count = 0;
         {
-            FailingAllocation const failing(nth, forever);
+            const FailingAllocation failing(nth, forever);
             starving.raise(host.context(), fanFailed);
         }
         EXPECT_LE(count, 1);
@@ -468,8 +474,8 @@ int AlertFaults::raiseWithEachAllocationFailing(bool forever) {
 }
 
 TEST_F(AlertFaults, AreLostAtMostWhenMemoryRunsOut) {
-    auto const taking = host.onIndication;
-    for (bool const forever : {false, true}) EXPECT_GT(raiseWithEachAllocationFailing(forever), 50);
+    const auto taking = host.onIndication;
+    for (const bool forever : {false, true}) EXPECT_GT(raiseWithEachAllocationFailing(forever), 50);
     host.onIndication = taking;
     expectWholeEvent();
 }

@@ -1,10 +1,5 @@
 #include "providers/alerts/AlertSource.h"
 
-#include <gtest/gtest.h>
-
-#include <optional>
-#include <stdexcept>
-
 #include "cimhost/repository/CimError.h"
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
@@ -12,6 +7,11 @@
 #include "tests/common/SystemName.h"
 #include "tests/common/TestBroker.h"
 #include "tests/platform/ipmi/FakeController.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <stdexcept>
 
 namespace {
 
@@ -26,23 +26,23 @@ struct AlertSourceTest : testing::Test {
     AlertSourceTest() {
         SmBios::setSource(std::make_shared<SmbiosMemory>(std::vector<std::uint8_t>()));
         controller.openStatus = ENOENT;
-        host.onIndication = [this](cimhost::Instance const& indication) { raised = indication; };
+        host.onIndication = [this](const cimhost::Instance& indication) { raised = indication; };
     }
     ~AlertSourceTest() override { SmBios::setSource(nullptr); }
 
-    std::string text(char const* property) const {
-        auto const* const found = raised ? raised->find(property) : nullptr;
-        auto const* const value = found ? found->value.get<cimhost::Text>() : nullptr;
+    std::string text(const char* property) const {
+        const auto* const found = raised ? raised->find(property) : nullptr;
+        const auto* const value = found ? found->value.get<cimhost::Text>() : nullptr;
         return value ? value->str() : "absent";
     }
-    std::uint64_t number(char const* property) const {
-        auto const* const found = raised->find(property);
+    std::uint64_t number(const char* property) const {
+        const auto* const found = raised->find(property);
         return found ? *found->value.get<std::uint64_t>() : 0;
     }
     /// The error lines of the sources themselves.
     Lines errors() {
         auto lines = log.journal->take();
-        std::erase_if(lines, [](auto const& line) {
+        std::erase_if(lines, [](const auto& line) {
             return !line.starts_with("error: event") && !line.starts_with("error: a look");
         });
         return lines;

@@ -1,16 +1,16 @@
 #include "providers/alerts/AlertThread.h"
 
-#include <gtest/gtest.h>
-
-#include <condition_variable>
-#include <stdexcept>
-#include <vector>
-
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/common/Failures.h"
 #include "tests/common/Journal.h"
 #include "tests/common/TestBroker.h"
 #include "tests/support/FaultyBroker.h"
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <stdexcept>
+#include <vector>
 
 namespace {
 
@@ -27,9 +27,9 @@ struct AlertThreadTest : testing::Test {
     std::function<void()> onLook = [] {};
 
     AlertThread::Look look() {
-        return [this](CmpiCpp::CmpiContext const& context) {
+        return [this](const CmpiCpp::CmpiContext& context) {
             {
-                std::lock_guard const lock(mutex);
+                const std::lock_guard lock(mutex);
                 ++looks;
                 EXPECT_NE(context.toCMPI(), nullptr);
             }
@@ -68,7 +68,7 @@ TEST_F(AlertThreadTest, LooksNoMoreOnceItIsStopped) {
     thread.start(host.context());
     waitFor(2);
     thread.stop();
-    int const after = looks;
+    const int after = looks;
     thread.stop();
     EXPECT_EQ(looks, after);
 }
@@ -109,18 +109,18 @@ TEST_F(AlertThreadTest, GoesOnAfterALookThatFails) {
 }
 
 TEST_F(AlertThreadTest, GoesOnWhateverALookThrows) {
-    auto const& failures = allFailures();
+    const auto& failures = allFailures();
     onLook = [&] {
-        auto const number = static_cast<std::size_t>(looks);
+        const auto number = static_cast<std::size_t>(looks);
         if (number <= failures.size()) failures[number - 1].raise();
     };
     AlertThread thread(host.broker(), log.logger, milliseconds(1), look());
     thread.start(host.context());
     waitFor(static_cast<int>(failures.size()) + 1);
     thread.stop();
-    auto const lines = log.journal->take();
+    const auto lines = log.journal->take();
     EXPECT_EQ(lines.size(), failures.size());
-    for (auto const& line : lines) EXPECT_TRUE(line.starts_with("error: a look failed: ")) << line;
+    for (const auto& line : lines) EXPECT_TRUE(line.starts_with("error: a look failed: ")) << line;
 }
 
 TEST_F(AlertThreadTest, KeepsNothingThatALookHasMadeUntilTheNext) {
@@ -146,7 +146,7 @@ TEST_F(AlertThreadTest, LeavesOutALookForWhichTheObjectManagerPreparesNothing) {
     thread.start(host.context());
     waitFor(3);
     thread.stop();
-    auto const lines = log.journal->take();
+    const auto lines = log.journal->take();
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_TRUE(lines[0].starts_with("error: a look is left out: ")) << lines[0];
     EXPECT_EQ(faulty.calls("CMPIBrokerFT.attachThread"), static_cast<unsigned>(looks));
@@ -162,7 +162,7 @@ TEST_F(AlertThreadTest, SaysWhatTheObjectManagerRefuses) {
     faulty.failCall("CMPIBrokerFT.attachThread", 1, testsupport::FaultyBroker::Fault::status);
     thread.start(host.context());
     thread.stop();
-    auto const lines = log.journal->take();
+    const auto lines = log.journal->take();
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_TRUE(lines[0].starts_with("error: nothing is watched: ")) << lines[0];
     EXPECT_EQ(looks, 0);

@@ -1,15 +1,15 @@
 #include "providers/alerts/FailureText.h"
 
+#include "tests/common/Allocations.h"
+#include "tests/common/Failures.h"
+
 #include <gtest/gtest.h>
 
 #include <optional>
 
-#include "tests/common/Allocations.h"
-#include "tests/common/Failures.h"
-
 namespace {
 
-std::string textOf(Failure const& failure, bool isMemoryGone) {
+std::string textOf(const Failure& failure, bool isMemoryGone) {
     std::optional<FailingAllocation> failing;
     try {
         failure.raise();
@@ -23,7 +23,7 @@ std::string textOf(Failure const& failure, bool isMemoryGone) {
 TEST(FailureText, SaysWhatIsInFlight) {
     struct {
         Failure failure;
-        char const* text;
+        const char* text;
     } const rows[] = {
         {{"", [] { throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, "blind"); }},
          "CMPI_RC_ERR_FAILED (1): blind"},
@@ -33,14 +33,14 @@ TEST(FailureText, SaysWhatIsInFlight) {
         {{"", [] { throw 7; }}, "unknown exception"},
         {{"", [] { throw std::bad_alloc(); }}, "std::bad_alloc"},
     };
-    for (auto const& row : rows) EXPECT_EQ(textOf(row.failure, false), row.text);
+    for (const auto& row : rows) EXPECT_EQ(textOf(row.failure, false), row.text);
 }
 
 TEST(FailureText, ThrowsNothingWhenMemoryIsGone) {
-    Failure const wordy{
+    const Failure wordy{
         "", [] { throw std::runtime_error("something that takes more than a few letters"); }};
     EXPECT_EQ(textOf(wordy, true), "out of memory");
-    for (auto const& failure : allFailures()) EXPECT_NE(textOf(failure, true), "") << failure.name;
+    for (const auto& failure : allFailures()) EXPECT_NE(textOf(failure, true), "") << failure.name;
 }
 
 }  // namespace

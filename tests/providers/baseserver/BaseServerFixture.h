@@ -1,10 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "cmpicpp/CmpiArray.h"
 #include "cmpicpp/CmpiData.h"
 #include "cmpicpp/CmpiInstance.h"
@@ -13,6 +8,11 @@
 #include "tests/common/HostName.h"
 #include "tests/common/RedirectedFiles.h"
 #include "tests/common/TestBroker.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
 
 /// A broker that knows the classes of the module, and data for it.
 struct BaseServerFixture : testing::Test {
@@ -35,28 +35,28 @@ struct BaseServerFixture : testing::Test {
         return made;
     }
 
-    static std::string deviceText(std::string const& location) {
+    static std::string deviceText(const std::string& location) {
         return "//server-1/root/ktq:PYL_PCIDevice.CreationClassName=\"PYL_PCIDevice\","
                "SystemCreationClassName=\"PYL_ComputerSystem\",SystemName=\"server-1\","
                "DeviceID=\"KTQ:PYL_PCIDevice:0000:" +
                location + "\"";
     }
-    static inline std::string const systemText =
+    static inline const std::string systemText =
         "//server-1/root/ktq:PYL_ComputerSystem.CreationClassName=\"PYL_ComputerSystem\","
         "Name=\"server-1\"";
-    static inline std::string const chassisText =
+    static inline const std::string chassisText =
         "//server-1/root/ktq:PYL_ComputerSystemChassis."
         "CreationClassName=\"PYL_ComputerSystemChassis\",Tag=\"1\"";
 
-    static inline std::string const groupText =
+    static inline const std::string groupText =
         "//server-1/root/ktq:PYL_PCIDeviceGroup.InstanceID=\"KTQ:PYL_PCIDeviceGroup:1\"";
-    static inline std::string const workerText =
+    static inline const std::string workerText =
         "//server-1/root/ktq:PYL_BaseServerWorker.InstanceID=\"KTQ:PYL_BaseServerWorker:1\"";
 
     /// "type value" of a property; "absent" when it is not set.
-    static std::string property(CmpiCpp::CmpiInstance const& instance, char const* name) {
+    static std::string property(const CmpiCpp::CmpiInstance& instance, const char* name) {
         for (unsigned int i = 0; i < instance.getPropertyCount(); ++i) {
-            auto const [found, value] = instance.getPropertyAt(i);
+            const auto [found, value] = instance.getPropertyAt(i);
             if (!(found == CmpiCpp::CmpiName(name))) continue;
             return std::string(CmpiCpp::CmpiData::typeToString(value.getType())) +
                    (value.isArray() ? " array " : " ") + value.str();
@@ -66,9 +66,9 @@ struct BaseServerFixture : testing::Test {
 };
 
 /// A path as it stands inside quotes.
-inline std::string escaped(std::string const& path) {
+inline std::string escaped(const std::string& path) {
     std::string text;
-    for (char const character : path) {
+    for (const char character : path) {
         if (character == '"') text += '\\';
         text += character;
     }

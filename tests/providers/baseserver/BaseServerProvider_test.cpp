@@ -1,15 +1,15 @@
 #include "providers/baseserver/BaseServerProvider.h"
 
-#include <algorithm>
-#include <atomic>
-#include <future>
-
 #include "common/PYLUtil.h"
 #include "providers/baseserver/Worker.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
+
+#include <algorithm>
+#include <atomic>
+#include <future>
 
 namespace {
 
@@ -36,7 +36,7 @@ struct BaseServerProviderTest : BaseServerFixture {
                 },
                 [] { return std::chrono::steady_clock::time_point{}; }};
     }
-    CmpiObjectPath classPath(char const* className) {
+    CmpiObjectPath classPath(const char* className) {
         return CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
     }
 };
@@ -63,7 +63,7 @@ TEST_F(BaseServerProviderTest, GetsAnInstanceWhateverHostTheClientNames) {
 }
 
 TEST_F(BaseServerProviderTest, SaysWhichInstanceItHasNot) {
-    auto const missing = PYLUtil::getPCIDevicePath(0, 9, 9, 9);
+    const auto missing = PYLUtil::getPCIDevicePath(0, 9, 9, 9);
     EXPECT_EQ(outcomeOf([&] { provider.getInstance(host.context(), missing, nullptr, instances); }),
               "status 6 no such instance: " + missing.str());
     auto withMore = PYLUtil::getComputerSystemPath();
@@ -74,7 +74,7 @@ TEST_F(BaseServerProviderTest, SaysWhichInstanceItHasNot) {
 }
 
 TEST_F(BaseServerProviderTest, LeadsFromTheSystemToItsChassisAndDevicesAndBack) {
-    auto const system = PYLUtil::getComputerSystemPath();
+    const auto system = PYLUtil::getComputerSystemPath();
     provider.associatorNames(host.context(), system, "", "", "", "", paths);
     EXPECT_EQ(journal.take(),
               (Lines{"delivered " + chassisText, "delivered " + deviceText("00:02.0"),
@@ -91,7 +91,7 @@ TEST_F(BaseServerProviderTest, LeadsFromTheSystemToItsChassisAndDevicesAndBack) 
 }
 
 TEST_F(BaseServerProviderTest, ReportsTheLinksThemselves) {
-    auto const system = PYLUtil::getComputerSystemPath();
+    const auto system = PYLUtil::getComputerSystemPath();
     provider.references(host.context(), system, "CIM_SystemDevice", "", nullptr, instances);
     EXPECT_EQ(journal.take().size(), 2U);
     provider.referenceNames(host.context(), system, "PYL_ComputerSystemPackage", "", paths);
@@ -110,14 +110,14 @@ TEST_F(BaseServerProviderTest, RefusesWhatItsCollectionRefuses) {
 
 TEST_F(BaseServerProviderTest, DoesTheWorkersWorkAndCountsIt) {
     std::string posted;
-    host.onInvokeMethod = [&](CmpiObjectPath const& path, std::string const& name,
-                              CmpiCpp::CmpiArgs const& in) {
+    host.onInvokeMethod = [&](const CmpiObjectPath& path, const std::string& name,
+                              const CmpiCpp::CmpiArgs& in) {
         posted = name + " of " + path.str() + " " + in.getArg("ClassName").str() + " " +
                  in.getArg("Status").str();
     };
-    auto const worker = WorkerInstance().getPath();
-    auto const none = CmpiCpp::makeCmpiArgs(host.broker());
-    for (auto const* count : {"1", "2"}) {
+    const auto worker = WorkerInstance().getPath();
+    const auto none = CmpiCpp::makeCmpiArgs(host.broker());
+    for (const auto* count : {"1", "2"}) {
         provider.invokeMethod(host.context(), worker, "performwork", none, method);
         EXPECT_EQ(journal.take(), (Lines{std::string("delivered WorkCount = uint64 ") + count,
                                          "delivered uint32 0"}));
@@ -127,8 +127,8 @@ TEST_F(BaseServerProviderTest, DoesTheWorkersWorkAndCountsIt) {
 }
 
 TEST_F(BaseServerProviderTest, GoesOnCountingAfterARestart) {
-    auto const worker = WorkerInstance().getPath();
-    auto const none = CmpiCpp::makeCmpiArgs(host.broker());
+    const auto worker = WorkerInstance().getPath();
+    const auto none = CmpiCpp::makeCmpiArgs(host.broker());
     provider.invokeMethod(host.context(), worker, "PerformWork", none, method);
     journal.take();
     BaseServerProvider restarted(host.broker(), log, sources());
@@ -137,8 +137,8 @@ TEST_F(BaseServerProviderTest, GoesOnCountingAfterARestart) {
 }
 
 TEST_F(BaseServerProviderTest, KnowsNoOtherMethod) {
-    auto const none = CmpiCpp::makeCmpiArgs(host.broker());
-    auto const call = [&](CmpiObjectPath const& path, char const* name) {
+    const auto none = CmpiCpp::makeCmpiArgs(host.broker());
+    const auto call = [&](const CmpiObjectPath& path, const char* name) {
         return outcomeOf([&] { provider.invokeMethod(host.context(), path, name, none, method); });
     };
     EXPECT_EQ(call(WorkerInstance().getPath(), "Rest"), "status 17 no such method: Rest");
@@ -148,8 +148,8 @@ TEST_F(BaseServerProviderTest, KnowsNoOtherMethod) {
 }
 
 TEST_F(BaseServerProviderTest, TakesEveryFilterAndNeedsNoPolling) {
-    auto const path = classPath("PYL_BaseServerIndication");
-    std::string const name = "PYL_BaseServerIndication";
+    const auto path = classPath("PYL_BaseServerIndication");
+    const std::string name = "PYL_BaseServerIndication";
     provider.authorizeFilter(host.context(), nullptr, name, path, "me");
     provider.activateFilter(host.context(), nullptr, name, path, true);
     provider.deactivateFilter(host.context(), nullptr, name, path, true);
@@ -160,9 +160,10 @@ TEST_F(BaseServerProviderTest, TakesEveryFilterAndNeedsNoPolling) {
 TEST_F(BaseServerProviderTest, WatchesTheServerWhileIndicationsAreEnabled) {
     std::promise<std::string> first;
     std::atomic<bool> isFirst{true};
-    host.onIndication = [&](cimhost::Instance const& indication) {
-        if (isFirst.exchange(false))
+    host.onIndication = [&](const cimhost::Instance& indication) {
+        if (isFirst.exchange(false)) {
             first.set_value(indication.find("Summary")->value.get<cimhost::Text>()->str());
+        }
     };
     provider.enableIndications(host.context());
     EXPECT_EQ(first.get_future().get(), "WBEM Providers started ");
@@ -172,9 +173,9 @@ TEST_F(BaseServerProviderTest, WatchesTheServerWhileIndicationsAreEnabled) {
 }
 
 TEST_F(BaseServerProviderTest, IsReadOnly) {
-    auto const path = PYLUtil::getChassisPath();
-    auto const instance = CmpiCpp::makeCmpiInstance(host.broker(), path);
-    auto const refused = [](std::string const& outcome) {
+    const auto path = PYLUtil::getChassisPath();
+    const auto instance = CmpiCpp::makeCmpiInstance(host.broker(), path);
+    const auto refused = [](const std::string& outcome) {
         return outcome.starts_with("status 7 ");
     };
     EXPECT_TRUE(refused(outcomeOf([&] { provider.deleteInstance(host.context(), path); })));

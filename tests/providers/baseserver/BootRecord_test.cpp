@@ -1,21 +1,21 @@
 #include "providers/baseserver/BootRecord.h"
 
+#include "tests/common/Journal.h"
+#include "tests/common/RedirectedFiles.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
-#include "tests/common/Journal.h"
-#include "tests/common/RedirectedFiles.h"
-
 namespace {
 
 using baseserver::BootRecord;
 namespace fs = std::filesystem;
 
-constexpr char const* first = "0d7a1f0e-1111-4222-8333-444455556666";
-constexpr char const* second = "1e8b2f1f-1111-4222-8333-444455556666";
+constexpr const char* first = "0d7a1f0e-1111-4222-8333-444455556666";
+constexpr const char* second = "1e8b2f1f-1111-4222-8333-444455556666";
 
 struct BootRecordTest : testing::Test {
     RedirectedFiles files;
@@ -29,7 +29,7 @@ struct BootRecordTest : testing::Test {
     }
     ~BootRecordTest() override { fs::remove_all(root); }
 
-    void boot(std::string const& identifier) const {
+    void boot(const std::string& identifier) const {
         std::ofstream(root + "/proc/sys/kernel/random/boot_id") << identifier << '\n';
     }
     bool isNew() { return BootRecord("boot", log.logger, root).isNew(); }
@@ -57,7 +57,7 @@ TEST_F(BootRecordTest, IsNotNewWhereItCannotBeRemembered) {
     fs::create_directory(RedirectedFiles::real("/etc/cim/boot.txt"));
     EXPECT_FALSE(isNew());
     EXPECT_FALSE(isNew());
-    auto const lines = log.journal->take();
+    const auto lines = log.journal->take();
     ASSERT_EQ(lines.size(), 2U);
     EXPECT_TRUE(lines[0].starts_with(
         "warning: a boot of the operating system is not told: no store boot: "))

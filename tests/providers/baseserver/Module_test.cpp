@@ -1,5 +1,11 @@
 // The module as an object manager loads it: through its C entry points alone.
 
+#include "cimhost/broker/Objects.h"
+#include "common/PYLUtil.h"
+#include "platform/smbios/SmBios.h"
+#include "tests/common/FreshProcess.h"
+#include "tests/providers/baseserver/BaseServerFixture.h"
+
 #include <dlfcn.h>
 
 #include <filesystem>
@@ -7,30 +13,24 @@
 #include <string>
 #include <vector>
 
-#include "cimhost/broker/Objects.h"
-#include "common/PYLUtil.h"
-#include "platform/smbios/SmBios.h"
-#include "tests/common/FreshProcess.h"
-#include "tests/providers/baseserver/BaseServerFixture.h"
-
 namespace {
 
 struct Results : cimhost::ResultSink {
-    void instance(cimhost::Instance const& instance) override {
+    void instance(const cimhost::Instance& instance) override {
         classes.push_back(instance.path.className);
     }
-    void path(cimhost::ObjectPath const& path) override { classes.push_back(path.className); }
-    void data(cimhost::Value const&) override { ++values; }
+    void path(const cimhost::ObjectPath& path) override { classes.push_back(path.className); }
+    void data(const cimhost::Value&) override { ++values; }
     std::vector<std::string> classes;
     int values = 0;
 };
 
 struct BaseServerModule : BaseServerFixture {
-    using CreateInstanceMI = CMPIInstanceMI* (*)(CMPIBroker const*, CMPIContext const*,
+    using CreateInstanceMI = CMPIInstanceMI* (*)(const CMPIBroker*, const CMPIContext*,
                                                  CMPIStatus*);
-    using CreateAssociationMI = CMPIAssociationMI* (*)(CMPIBroker const*, CMPIContext const*,
+    using CreateAssociationMI = CMPIAssociationMI* (*)(const CMPIBroker*, const CMPIContext*,
                                                        CMPIStatus*);
-    using CreateMethodMI = CMPIMethodMI* (*)(CMPIBroker const*, CMPIContext const*, CMPIStatus*);
+    using CreateMethodMI = CMPIMethodMI* (*)(const CMPIBroker*, const CMPIContext*, CMPIStatus*);
 
     BaseServerModule() {
         SmBios::setSource(std::make_shared<SmbiosDumpFile>(PYL_SMBIOS_DUMPS "/wavek.bin"));
@@ -38,14 +38,14 @@ struct BaseServerModule : BaseServerFixture {
     ~BaseServerModule() override { SmBios::setSource(nullptr); }
 
     template <typename Function>
-    Function entryPoint(char const* name) {
-        auto const function = reinterpret_cast<Function>(::dlsym(module.get(), name));
+    Function entryPoint(const char* name) {
+        const auto function = reinterpret_cast<Function>(::dlsym(module.get(), name));
         EXPECT_NE(function, nullptr) << name;
         return function;
     }
-    CMPIContext const* context() { return host.context().toCMPI(); }
-    CMPIResult const* result() { return cimhost::makeResult(broker, results); }
-    CMPIObjectPath const* classPath(char const* className) {
+    const CMPIContext* context() { return host.context().toCMPI(); }
+    const CMPIResult* result() { return cimhost::makeResult(broker, results); }
+    const CMPIObjectPath* classPath(const char* className) {
         path = CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
         return path.toCMPI();
     }
@@ -66,15 +66,15 @@ struct BaseServerModule : BaseServerFixture {
         void operator()(void* handle) const { ::dlclose(handle); }
     };
     std::unique_ptr<void, Close> module{::dlopen(PYL_BASE_SERVER_MODULE, RTLD_NOW | RTLD_LOCAL)};
-    cimhost::Broker const& broker = cimhost::Broker::of(host.real());
+    const cimhost::Broker& broker = cimhost::Broker::of(host.real());
     Results results;
     CmpiCpp::CmpiObjectPath path;
 };
 
 TEST_F(BaseServerModule, HasTheEntryPointsOfItsProvider) {
     ASSERT_NE(module, nullptr) << ::dlerror();
-    for (auto const* kind : {"Instance", "Association", "Method", "Indication"}) {
-        auto const name = std::string("PYL_BaseServerProvider_Create_") + kind + "MI";
+    for (const auto* kind : {"Instance", "Association", "Method", "Indication"}) {
+        const auto name = std::string("PYL_BaseServerProvider_Create_") + kind + "MI";
         EXPECT_NE(::dlsym(module.get(), name.c_str()), nullptr) << name;
     }
 }
@@ -181,12 +181,13 @@ void BaseServerModule::timesItsRequests() {
     instances->ft->enumerateInstanceNames(instances, context(), result(),
                                           classPath("PYL_PCIDeviceGroup"));
     instances->ft->cleanup(instances, context(), 1);
-    auto const lines = log.take();
-    for (auto const* operation : {"constructor", "enumInstanceNames", "cleanup", "destructor"})
+    const auto lines = log.take();
+    for (const auto* operation : {"constructor", "enumInstanceNames", "cleanup", "destructor"}) {
         EXPECT_NE(lines.find(std::string("PYL_BaseServer:perfmon: information: ") + operation +
                              " completed in "),
                   std::string::npos)
             << lines;
+    }
 }
 
 TEST_F(BaseServerModule, TimesItsRequestsWhenRootHasAskedForIt) {

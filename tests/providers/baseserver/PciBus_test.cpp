@@ -24,7 +24,7 @@ TEST(PciAddress, IsReadInTheKernelsNotation) {
 }
 
 TEST(PciAddress, IsNothingElse) {
-    for (auto const* text : {"",
+    for (const auto* text : {"",
                              ":",
                              "0000",
                              "0000:00",
@@ -55,8 +55,9 @@ TEST(PciAddress, IsNothingElse) {
                              "99999999999999999999:00:00.0",
                              "0000:00:00.0:pcie001",
                              "..",
-                             "pci0000"})
+                             "pci0000"}) {
         EXPECT_EQ(parsePciAddress(text), std::nullopt) << text;
+    }
     EXPECT_EQ(parsePciAddress(std::string("0000:00:00.0\0", 13)), std::nullopt);
 }
 
@@ -68,15 +69,15 @@ struct PciBusTest : testing::Test {
     }
     ~PciBusTest() override { fs::remove_all(root); }
 
-    void write(std::string const& path, std::string const& text) const {
+    void write(const std::string& path, const std::string& text) const {
         fs::create_directories(fs::path(root + path).parent_path());
         std::ofstream(root + path, std::ios::binary) << text;
     }
-    void attribute(std::string const& device, std::string const& name,
-                   std::string const& text) const {
+    void attribute(const std::string& device, const std::string& name,
+                   const std::string& text) const {
         write("/sys/bus/pci/devices/" + device + "/" + name, text);
     }
-    void directory(std::string const& path) const { fs::create_directories(root + path); }
+    void directory(const std::string& path) const { fs::create_directories(root + path); }
 
     std::string root;
 };
@@ -89,7 +90,7 @@ TEST_F(PciBusTest, IsEmptyOnAHostWithoutOne) {
 }
 
 TEST_F(PciBusTest, GivesEveryAttributeOfAFunction) {
-    std::string const name = "0000:1a:03.1";
+    const std::string name = "0000:1a:03.1";
     attribute(name, "class", "0x020000\n");
     attribute(name, "vendor", "0x8086\n");
     attribute(name, "device", "0x1572\n");
@@ -100,9 +101,9 @@ TEST_F(PciBusTest, GivesEveryAttributeOfAFunction) {
                        root + "/sys/bus/pci/devices/" + name + "/driver");
     write("/sys/bus/pci/slots/4-1/address", "0000:1a:03\n");
 
-    auto const functions = readPciFunctions(root);
+    const auto functions = readPciFunctions(root);
     ASSERT_EQ(functions.size(), 1U);
-    auto const& function = functions[0];
+    const auto& function = functions[0];
     EXPECT_EQ(function.address, (PciAddress{0, 0x1a, 3, 1}));
     EXPECT_EQ(function.classCode, 0x020000U);
     EXPECT_EQ(function.vendorId, 0x8086);
@@ -116,13 +117,13 @@ TEST_F(PciBusTest, GivesEveryAttributeOfAFunction) {
 
 TEST_F(PciBusTest, LeavesOpenWhatTheKernelDoesNotTell) {
     directory("/sys/bus/pci/devices/0000:00:00.0");
-    auto const functions = readPciFunctions(root);
+    const auto functions = readPciFunctions(root);
     ASSERT_EQ(functions.size(), 1U);
     EXPECT_EQ(functions[0], baseserver::PciFunction{});
 }
 
 TEST_F(PciBusTest, LeavesOpenAttributesThatAreMalformedOrOutOfRange) {
-    for (auto const* text : {"", "\n", "0x", "x", "0x10000", "-1", "0x8086 0x1", "8086h", "0x0x8",
+    for (const auto* text : {"", "\n", "0x", "x", "0x10000", "-1", "0x8086 0x1", "8086h", "0x0x8",
                              "0x99999999999999999999", "+1"}) {
         attribute("0000:00:00.0", "vendor", text);
         EXPECT_EQ(readPciFunctions(root)[0].vendorId, std::nullopt) << text;
@@ -132,7 +133,7 @@ TEST_F(PciBusTest, LeavesOpenAttributesThatAreMalformedOrOutOfRange) {
     attribute("0000:00:00.0", "device", "1572\n");  // without the prefix
     attribute("0000:00:00.0", "driver", "a file, not a link");
     directory("/sys/bus/pci/devices/0000:00:00.0/subsystem_vendor");
-    auto const function = readPciFunctions(root)[0];
+    const auto function = readPciFunctions(root)[0];
     EXPECT_EQ(function.revision, std::nullopt);
     EXPECT_EQ(function.classCode, std::nullopt);
     EXPECT_EQ(function.deviceId, 0x1572);
@@ -141,23 +142,25 @@ TEST_F(PciBusTest, LeavesOpenAttributesThatAreMalformedOrOutOfRange) {
 }
 
 TEST_F(PciBusTest, PassesOverEntriesThatAreNoAddressAndSortsTheRest) {
-    for (auto const* name : {"0000:02:00.0", "0000:00:1f.3", "10000:00:00.0", "0000:00:1f.0",
-                             "readme", "0000:00:00.9", "0000:100:00.0"})
+    for (const auto* name : {"0000:02:00.0", "0000:00:1f.3", "10000:00:00.0", "0000:00:1f.0",
+                             "readme", "0000:00:00.9", "0000:100:00.0"}) {
         directory(std::string("/sys/bus/pci/devices/") + name);
+    }
     std::vector<PciAddress> addresses;
-    for (auto const& function : readPciFunctions(root)) addresses.push_back(function.address);
+    for (const auto& function : readPciFunctions(root)) addresses.push_back(function.address);
     EXPECT_EQ(addresses, (std::vector<PciAddress>{
                              {0, 0, 0x1f, 0}, {0, 0, 0x1f, 3}, {0, 2, 0, 0}, {0x10000, 0, 0, 0}}));
 }
 
 TEST_F(PciBusTest, NamesTheSlotOfEveryFunctionOfADevice) {
-    for (auto const* name : {"0000:3b:00.0", "0000:3b:00.1", "0000:3c:00.0"})
+    for (const auto* name : {"0000:3b:00.0", "0000:3b:00.1", "0000:3c:00.0"}) {
         directory(std::string("/sys/bus/pci/devices/") + name);
+    }
     write("/sys/bus/pci/slots/9/address", "0000:3b:00\n");
     write("/sys/bus/pci/slots/10/address", "0000:3b:00\n");  // of two names the first in order
     directory("/sys/bus/pci/slots/empty");
     write("/sys/bus/pci/slots/odd/address", "nonsense\n");
-    auto const functions = readPciFunctions(root);
+    const auto functions = readPciFunctions(root);
     ASSERT_EQ(functions.size(), 3U);
     EXPECT_EQ(functions[0].slot, "10");
     EXPECT_EQ(functions[1].slot, "10");
@@ -165,24 +168,24 @@ TEST_F(PciBusTest, NamesTheSlotOfEveryFunctionOfADevice) {
 }
 
 TEST(PciBus, ReadsThisHost) {
-    for (auto const& function : readPciFunctions()) {
+    for (const auto& function : readPciFunctions()) {
         EXPECT_LE(function.address.bus, 0xff);
         EXPECT_LE(function.address.function, 7);
     }
 }
 
 TEST_F(PciBusTest, CountsTheErrorsThatAFunctionReported) {
-    std::string const device = "0000:00:02.0";
+    const std::string device = "0000:00:02.0";
     attribute(device, "aer_dev_fatal", "Undefined 0\nDLP 0\nTOTAL_ERR_FATAL 12\n");
     attribute(device, "aer_dev_nonfatal", "Undefined 0\nTLP 3\nTOTAL_ERR_NONFATAL 3\n");
-    auto const functions = readPciFunctions(root);
+    const auto functions = readPciFunctions(root);
     ASSERT_EQ(functions.size(), 1U);
     EXPECT_EQ(functions[0].errors, (baseserver::PciErrors{12, 3}));
 }
 
 TEST_F(PciBusTest, CountsNoErrorsWhereTheKernelGivesNoGoodNumbers) {
-    std::string const device = "0000:00:02.0";
-    for (auto const* text :
+    const std::string device = "0000:00:02.0";
+    for (const auto* text :
          {"", "TOTAL_ERR_FATAL", "TOTAL_ERR_FATAL \n", "TOTAL_ERR_FATAL x\n",
           "TOTAL_ERR_FATAL -1\n", "TOTAL_ERR_FATAL 99999999999999999999\n", "Undefined 0\n"}) {
         attribute(device, "aer_dev_fatal", text);

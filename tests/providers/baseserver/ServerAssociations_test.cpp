@@ -25,7 +25,7 @@ TEST_F(ServerAssociationsTest, NameBothEndsInTheirPaths) {
 }
 
 TEST_F(ServerAssociationsTest, HoldBothEndsAsReferences) {
-    auto const instance = devices.getInstance();
+    const auto instance = devices.getInstance();
     EXPECT_EQ(instance.getPath(), devices.getPath());
     EXPECT_EQ(property(instance, "GroupComponent"), "reference \"" + escaped(systemText) + "\"");
     EXPECT_EQ(instance.getProperty("PartComponent").asObjectPath(),
@@ -35,8 +35,8 @@ TEST_F(ServerAssociationsTest, HoldBothEndsAsReferences) {
 }
 
 TEST_F(ServerAssociationsTest, LeadFromEachEndToTheOther) {
-    auto const system = PYLUtil::getComputerSystemPath();
-    auto const device = PYLUtil::getPCIDevicePath(0, 0x1a, 3, 1);
+    const auto system = PYLUtil::getComputerSystemPath();
+    const auto device = PYLUtil::getPCIDevicePath(0, 0x1a, 3, 1);
     EXPECT_EQ(devices.getAssociatedPath(system), device);
     EXPECT_EQ(devices.getAssociatedPath(device), system);
     EXPECT_EQ(package.getAssociatedPath(system), PYLUtil::getChassisPath());

@@ -1,12 +1,12 @@
 #include "providers/baseserver/ServerFacts.h"
 
-#include <gtest/gtest.h>
-
-#include <memory>
-
 #include "platform/smbios/SmBios.h"
 #include "tests/common/FreshProcess.h"
 #include "tests/common/QuietResults.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
 
 namespace {
 
@@ -15,7 +15,7 @@ using baseserver::readServerFacts;
 struct ServerFactsTest : testing::Test {
     ~ServerFactsTest() override { SmBios::setSource(nullptr); }
 
-    static void firmwareIs(std::string const& machine) {
+    static void firmwareIs(const std::string& machine) {
         SmBios::setSource(
             std::make_shared<SmbiosDumpFile>(PYL_SMBIOS_DUMPS "/" + machine + ".bin"));
     }
@@ -26,7 +26,7 @@ struct ServerFactsTest : testing::Test {
 TEST_F(ServerFactsTest, ComeFromTheFirmware) {
     firmwareIs("wavek");
     inFreshProcess([&] {
-        auto const facts = readServerFacts(log);
+        const auto facts = readServerFacts(log);
         EXPECT_EQ(facts.manufacturer, "kt");
         EXPECT_EQ(facts.model, "Server WaveK 400");
         EXPECT_EQ(facts.serialNumber, "KTQ0012345");
@@ -47,7 +47,7 @@ TEST_F(ServerFactsTest, ComeFromTheFirmware) {
 TEST_F(ServerFactsTest, AreOpenWhereTheFirmwareTellsNothing) {
     firmwareIs("empty");
     inFreshProcess([&] {
-        auto const facts = readServerFacts(log);
+        const auto facts = readServerFacts(log);
         EXPECT_EQ(facts.serverSystemId, std::nullopt);
         EXPECT_EQ(facts.chassisManufacturer, std::nullopt);
         EXPECT_EQ(facts.chassisSerialNumber, std::nullopt);
@@ -60,7 +60,7 @@ TEST_F(ServerFactsTest, AreOpenWhereTheFirmwareTellsNothing) {
 TEST_F(ServerFactsTest, AreReadWithoutFirmwareTables) {
     SmBios::setSource(std::make_shared<SmbiosMemory>(SmbiosSource::Bytes()));
     inFreshProcess([&] {
-        auto const facts = readServerFacts(log);
+        const auto facts = readServerFacts(log);
         EXPECT_EQ(facts.chassisType, std::nullopt);
         EXPECT_FALSE(facts.agentlessOnly);
         // The operating system is the kernel's and the distribution's to tell.

@@ -1,15 +1,15 @@
 #include "providers/baseserver/ServerInstances.h"
 
-#include <memory>
-
 #include "tests/providers/baseserver/BaseServerFixture.h"
+
+#include <memory>
 
 namespace {
 
 using namespace baseserver;
 
 struct ServerInstancesTest : BaseServerFixture {
-    static std::shared_ptr<ServerFacts const> allFacts() {
+    static std::shared_ptr<const ServerFacts> allFacts() {
         ServerFacts facts;
         facts.manufacturer = "KT";
         facts.model = "Wave \"K\"";
@@ -25,10 +25,10 @@ struct ServerInstancesTest : BaseServerFixture {
         facts.chassisSerialNumber = "CSN";
         facts.chassisAssetTag = "tag";
         facts.chassisType = 0x17;
-        return std::make_shared<ServerFacts const>(facts);
+        return std::make_shared<const ServerFacts>(facts);
     }
-    static std::shared_ptr<ServerFacts const> noFacts() {
-        return std::make_shared<ServerFacts const>();
+    static std::shared_ptr<const ServerFacts> noFacts() {
+        return std::make_shared<const ServerFacts>();
     }
 };
 
@@ -36,7 +36,7 @@ TEST_F(ServerInstancesTest, DescribeTheComputerSystem) {
     ComputerSystemInstance system(allFacts());
     EXPECT_EQ(system.getClassName().str(), "PYL_ComputerSystem");
     EXPECT_EQ(system.getPath().str(), systemText);
-    auto const instance = system.getInstance();
+    const auto instance = system.getInstance();
     EXPECT_EQ(instance.getPath().str(), systemText);
     EXPECT_EQ(property(instance, "CreationClassName"), "string \"PYL_ComputerSystem\"");
     EXPECT_EQ(property(instance, "Name"), "string \"server-1\"");
@@ -62,11 +62,12 @@ TEST_F(ServerInstancesTest, DescribeTheComputerSystem) {
 }
 
 TEST_F(ServerInstancesTest, LeaveOutWhatIsNotKnownOfTheComputerSystem) {
-    auto const instance = ComputerSystemInstance(noFacts()).getInstance();
-    for (auto const* name : {"Description", "Manufacturer", "Model", "SerialNumber", "UUID",
+    const auto instance = ComputerSystemInstance(noFacts()).getInstance();
+    for (const auto* name : {"Description", "Manufacturer", "Model", "SerialNumber", "UUID",
                              "BIOSVendor", "BIOSVersion", "OperatingSystem", "ServerSystemID",
-                             "OtherIdentifyingInfo", "IdentifyingDescriptions"})
+                             "OtherIdentifyingInfo", "IdentifyingDescriptions"}) {
         EXPECT_EQ(property(instance, name), "absent") << name;
+    }
     EXPECT_EQ(property(instance, "AgentlessOnly"), "boolean false");
     EXPECT_EQ(property(instance, "Name"), "string \"server-1\"");
 }
@@ -74,7 +75,7 @@ TEST_F(ServerInstancesTest, LeaveOutWhatIsNotKnownOfTheComputerSystem) {
 TEST_F(ServerInstancesTest, ListOnlyTheIdentifiersThatAreKnown) {
     auto facts = std::make_shared<ServerFacts>();
     facts->serialNumber = "SN1";
-    auto const instance = ComputerSystemInstance(facts).getInstance();
+    const auto instance = ComputerSystemInstance(facts).getInstance();
     EXPECT_EQ(property(instance, "OtherIdentifyingInfo"), "string array {\"SN1\"}");
     EXPECT_EQ(property(instance, "IdentifyingDescriptions"), "string array {\"Serial number\"}");
 }
@@ -83,7 +84,7 @@ TEST_F(ServerInstancesTest, DescribeTheChassis) {
     ChassisInstance chassis(allFacts());
     EXPECT_EQ(chassis.getClassName().str(), "PYL_ComputerSystemChassis");
     EXPECT_EQ(chassis.getPath().str(), chassisText);
-    auto const instance = chassis.getInstance();
+    const auto instance = chassis.getInstance();
     EXPECT_EQ(property(instance, "Tag"), "string \"1\"");
     EXPECT_EQ(property(instance, "ElementName"), "string \"server-1 chassis\"");
     EXPECT_EQ(property(instance, "Caption"), "string \"Server chassis\"");
@@ -99,7 +100,7 @@ TEST_F(ServerInstancesTest, DescribeAChassisOfUnknownKindByItsServer) {
     auto facts = std::make_shared<ServerFacts>();
     facts->manufacturer = "KT";
     facts->serialNumber = "SN1";
-    auto const instance = ChassisInstance(facts).getInstance();
+    const auto instance = ChassisInstance(facts).getInstance();
     EXPECT_EQ(property(instance, "Manufacturer"), "string \"KT\"");
     EXPECT_EQ(property(instance, "SerialNumber"), "string \"SN1\"");
     EXPECT_EQ(property(instance, "ChassisPackageType"), "uint16 0");
@@ -125,7 +126,7 @@ TEST_F(ServerInstancesTest, DescribeAPciFunction) {
     PciDeviceInstance device(data);
     EXPECT_EQ(device.getClassName().str(), "PYL_PCIDevice");
     EXPECT_EQ(device.getPath().str(), deviceText("1a:31.1"));
-    auto const instance = device.getInstance();
+    const auto instance = device.getInstance();
     EXPECT_EQ(property(instance, "DeviceID"), "string \"KTQ:PYL_PCIDevice:0000:1a:31.1\"");
     EXPECT_EQ(property(instance, "ElementName"), "string \"Ethernet controller 8086:0001\"");
     EXPECT_EQ(property(instance, "Description"), "string \"Ethernet controller 8086:0001\"");
@@ -144,17 +145,18 @@ TEST_F(ServerInstancesTest, DescribeAPciFunction) {
 }
 
 TEST_F(ServerInstancesTest, LeaveOutWhatIsNotKnownOfAPciFunction) {
-    auto const instance = PciDeviceInstance(function(0, 0, 0)).getInstance();
+    const auto instance = PciDeviceInstance(function(0, 0, 0)).getInstance();
     EXPECT_EQ(property(instance, "ElementName"), "string \"Unknown device\"");
-    for (auto const* name : {"ClassCode", "VendorID", "PCIDeviceID", "SubsystemVendorID",
-                             "SubsystemID", "RevisionID", "PhysicalSlot", "DriverName"})
+    for (const auto* name : {"ClassCode", "VendorID", "PCIDeviceID", "SubsystemVendorID",
+                             "SubsystemID", "RevisionID", "PhysicalSlot", "DriverName"}) {
         EXPECT_EQ(property(instance, name), "absent") << name;
+    }
 }
 
 TEST_F(ServerInstancesTest, TellTheStateOfAFunctionByItsErrors) {
     auto data = function(0, 2, 0);
-    auto const state = [&] {
-        auto const instance = PciDeviceInstance(data).getInstance();
+    const auto state = [&] {
+        const auto instance = PciDeviceInstance(data).getInstance();
         return property(instance, "OperationalStatus") + ", " + property(instance, "HealthState");
     };
     EXPECT_EQ(state(), "uint16 array {0}, uint16 0");
@@ -170,7 +172,7 @@ TEST_F(ServerInstancesTest, DescribeTheGroupOfPciDevices) {
     PciDeviceGroupInstance group(PYL::statusDegraded);
     EXPECT_EQ(group.getClassName().str(), "PYL_PCIDeviceGroup");
     EXPECT_EQ(group.getPath().str(), groupText);
-    auto const instance = group.getInstance();
+    const auto instance = group.getInstance();
     EXPECT_EQ(property(instance, "InstanceID"), "string \"KTQ:PYL_PCIDeviceGroup:1\"");
     EXPECT_EQ(property(instance, "GroupOperationalStatus"), "uint16 array {3}");
     EXPECT_EQ(property(instance, "HealthState"), "uint16 10");

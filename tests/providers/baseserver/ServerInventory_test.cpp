@@ -1,16 +1,16 @@
 #include "providers/baseserver/ServerInventory.h"
 
-#include <algorithm>
-#include <mutex>
-#include <stdexcept>
-#include <thread>
-
 #include "common/PYLUtil.h"
 #include "tests/common/Allocations.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
+
+#include <algorithm>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -42,15 +42,15 @@ struct ServerInventoryTest : BaseServerFixture {
     ServerInventory inventory{log, sources()};
 
     /// The paths of a class that the inventory reports.
-    Lines reported(ServerInventory& from, char const* className) {
+    Lines reported(ServerInventory& from, const char* className) {
         CapturedPaths paths(journal);
         from.collection().enumInstanceNames(
             paths, host.context(),
             CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className));
         return journal.take();
     }
-    Lines reported(char const* className) { return reported(inventory, className); }
-    std::string systemProperty(char const* name) {
+    Lines reported(const char* className) { return reported(inventory, className); }
+    std::string systemProperty(const char* name) {
         auto* const system =
             inventory.collection().getManagedInstance(PYL::PYLUtil::getComputerSystemPath());
         return property(system->getInstance(), name);
@@ -93,13 +93,15 @@ TEST_F(ServerInventoryTest, KeepsTheVeryInstancesOfWhatStaysTheSame) {
     functions = {function(0, 2, 0)};
     inventory.refresh();
     std::vector<PYL::CmpiManagedInstance*> before;
-    for (unsigned int i = 0; i < 6; ++i)
+    for (unsigned int i = 0; i < 6; ++i) {
         before.push_back(inventory.collection().getManagedInstance(i));
+    }
     now += seconds(100);
     inventory.refresh();
     ASSERT_EQ(inventory.collection().size(), 6U);
-    for (unsigned int i = 0; i < 6; ++i)
+    for (unsigned int i = 0; i < 6; ++i) {
         EXPECT_EQ(inventory.collection().getManagedInstance(i), before[i]);
+    }
 }
 
 TEST_F(ServerInventoryTest, DropsAFunctionThatVanished) {
@@ -116,7 +118,7 @@ TEST_F(ServerInventoryTest, DropsAFunctionThatVanished) {
 TEST_F(ServerInventoryTest, TakesUpAFunctionThatComesBack) {
     functions = {function(0, 2, 0)};
     inventory.refresh();
-    auto const saved = std::exchange(functions, {});
+    const auto saved = std::exchange(functions, {});
     now += seconds(2);
     inventory.refresh();
     EXPECT_EQ(reported("PYL_PCIDevice"), Lines{});
@@ -172,7 +174,7 @@ TEST_F(ServerInventoryTest, GroupsTheFunctionsUnderTheirWorstState) {
         std::optional<PciErrors> errors;
         PYL::operationalStatus worst;
     };
-    for (auto const& step : {Step{std::nullopt, PYL::statusUnknown}, Step{{{0, 0}}, PYL::statusOK},
+    for (const auto& step : {Step{std::nullopt, PYL::statusUnknown}, Step{{{0, 0}}, PYL::statusOK},
                              Step{{{0, 3}}, PYL::statusDegraded}, Step{{{1, 0}}, PYL::statusError},
                              Step{{{0, 0}}, PYL::statusOK}}) {
         functions[1].errors = step.errors;
@@ -221,17 +223,17 @@ TEST_F(ServerInventoryMemory, FindsItsWayBackAfterEveryAllocationThatFails) {
         machineIs(2);
         now += seconds(100);
         {
-            FailingAllocation const failing(nth, nth % 2 == 0);
+            const FailingAllocation failing(nth, nth % 2 == 0);
             try {
                 tested.refresh();
-            } catch (std::bad_alloc const&) {
+            } catch (const std::bad_alloc&) {
             }
         }
         // Either machine, and neither twice.
         EXPECT_EQ(reported(tested, "PYL_ComputerSystem").size(), 1U) << nth;
         EXPECT_GE(reported(tested, "PYL_PCIDevice").size(), 2U) << nth;
         // Back to what it was, which a half-done refresh must not take for fresh.
-        bool const failed = allocationHasFailed();
+        const bool failed = allocationHasFailed();
         machineIs(1);
         now += seconds(100);
         tested.refresh();
@@ -252,24 +254,24 @@ TEST_F(ServerInventoryTest, IsRefreshedAndAskedFromSeveralThreadsAtOnce) {
     int turn = 0;
     ServerInventory shared(log,
                            {[&](Logger&) {
-                                std::lock_guard const lock(mutex);
+                                const std::lock_guard lock(mutex);
                                 ServerFacts changing;
                                 changing.model = std::to_string(++turn);
                                 return changing;
                             },
                             [&] {
-                                std::lock_guard const lock(mutex);
+                                const std::lock_guard lock(mutex);
                                 return std::vector{function(0, turn % 4, 0), function(1, 0, 0)};
                             },
                             [&] {
-                                std::lock_guard const lock(mutex);
+                                const std::lock_guard lock(mutex);
                                 return now += seconds(30);
                             }});
     std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i)
+    for (int i = 0; i < 8; ++i) {
         threads.emplace_back([&] {
             for (int requests = 0; requests < 25; ++requests) {
-                cimhost::CallScope const scope;
+                const cimhost::CallScope scope;
                 shared.refresh();
                 CountedPaths devices;
                 CountedInstances systems;
@@ -287,6 +289,7 @@ TEST_F(ServerInventoryTest, IsRefreshedAndAskedFromSeveralThreadsAtOnce) {
                 EXPECT_GE(far.count, 1);
             }
         });
+    }
     for (auto& thread : threads) thread.join();
     EXPECT_EQ(reported(shared, "PYL_ComputerSystem").size(), 1U);
     EXPECT_EQ(reported(shared, "PYL_PCIDevice").size(), 2U);

@@ -1,15 +1,15 @@
 #include "providers/baseserver/ServerWatch.h"
 
-#include <unistd.h>
-
-#include <filesystem>
-#include <fstream>
-
 #include "common/DataStoreTxt.h"
 #include "platform/smbios/SmBios.h"
 #include "tests/common/QuietResults.h"
 #include "tests/platform/ipmi/FakeController.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
 
 namespace {
 
@@ -18,7 +18,7 @@ using baseserver::ServerWatch;
 using std::chrono::seconds;
 
 /// Root's marker: a link to a file that root owns whoever runs the test.
-void put(char const* marker) {
+void put(const char* marker) {
     fs::create_symlink("/etc/passwd", RedirectedFiles::real(marker));
 }
 
@@ -33,7 +33,7 @@ struct ServerWatchTest : BaseServerFixture {
         PYL::setDataStoreLogger(log);
         SmBios::setSource(std::make_shared<SmbiosMemory>(std::vector<std::uint8_t>()));
         controller.openStatus = ENOENT;
-        host.onIndication = [this](cimhost::Instance const& indication) {
+        host.onIndication = [this](const cimhost::Instance& indication) {
             raised.push_back(indication.find("Summary")->value.get<cimhost::Text>()->str());
         };
     }
@@ -94,11 +94,9 @@ TEST_F(ServerWatchTest, RaisesTheThreeTestEventsAtEachTrigger) {
 
 TEST_F(ServerWatchTest, TakesNoTriggerOfAnybodyElse) {
     look();
-    auto const marker = RedirectedFiles::real("/tmp/PYL.test");
+    const auto marker = RedirectedFiles::real("/tmp/PYL.test");
     std::ofstream(marker).close();
-    if (::geteuid() == 0) {
-        ASSERT_EQ(::chown(marker.c_str(), 65534, 65534), 0);
-    }
+    if (::geteuid() == 0) ASSERT_EQ(::chown(marker.c_str(), 65534, 65534), 0);
     EXPECT_EQ(look(), Summaries{});
     EXPECT_FALSE(fs::exists(marker));
 }

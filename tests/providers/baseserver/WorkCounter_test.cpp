@@ -1,5 +1,8 @@
 #include "providers/baseserver/WorkCounter.h"
 
+#include "tests/common/Journal.h"
+#include "tests/common/RedirectedFiles.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -7,9 +10,6 @@
 #include <iterator>
 #include <thread>
 #include <vector>
-
-#include "tests/common/Journal.h"
-#include "tests/common/RedirectedFiles.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ namespace fs = std::filesystem;
 struct WorkCounterTest : testing::Test {
     RedirectedFiles files;
     JournalLog log;
-    std::string const path = RedirectedFiles::real("/etc/cim/work.txt");
+    const std::string path = RedirectedFiles::real("/etc/cim/work.txt");
 
     WorkCounterTest() { PYL::setDataStoreLogger(Logger("store", std::make_shared<Journal>())); }
 
@@ -53,7 +53,7 @@ TEST_F(WorkCounterTest, StartsAnewFromAFileThatHoldsNoNumber) {
 TEST_F(WorkCounterTest, CountsInMemoryWithoutAStoreAndSaysSo) {
     fs::create_directory(path);
     WorkCounter counter("work", log.logger);
-    auto const lines = log.journal->take();
+    const auto lines = log.journal->take();
     ASSERT_EQ(lines.size(), 1U);
     EXPECT_EQ(lines[0].find("warning: the work count does not survive a restart: no store work: "),
               0U)
@@ -65,10 +65,11 @@ TEST_F(WorkCounterTest, CountsInMemoryWithoutAStoreAndSaysSo) {
 TEST_F(WorkCounterTest, CountsEveryThread) {
     WorkCounter counter("work", log.logger);
     std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
             for (int round = 0; round < 50; ++round) counter.increment();
         });
+    }
     threads.clear();
     EXPECT_EQ(counter.increment(), 201U);
 }

@@ -1,13 +1,13 @@
 #include "providers/consolidatedstatus/ConsolidatedStatusProvider.h"
 
-#include <thread>
-#include <vector>
-
 #include "common/PYLUtil.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
 #include "tests/common/TestBroker.h"
+
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -16,10 +16,10 @@ using CmpiCpp::CmpiObjectPath;
 using CmpiCpp::CmpiValue;
 using consolidatedstatus::ConsolidatedStatusProvider;
 
-constexpr char const* overallText =
+constexpr const char* overallText =
     "//server-1/root/ktq:PYL_ConsolidatedStatus.InstanceID=\"KTQ:PYL_ConsolidatedStatus\"";
 
-std::string postedText(std::string const& className) {
+std::string postedText(const std::string& className) {
     return "//server-1/root/ktq:PYL_ConsolidatedStatus.InstanceID=\"KTQ:PYL_ConsolidatedStatus:" +
            className + "\"";
 }
@@ -36,15 +36,15 @@ struct ConsolidatedStatusTest : testing::Test {
                                             return system_clock::time_point(seconds(86'400));
                                         }};
 
-    CmpiObjectPath classPath(char const* className) {
+    CmpiObjectPath classPath(const char* className) {
         return CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
     }
-    std::string call(CmpiArgs const& in, char const* name = "PostStatus",
-                     char const* className = "PYL_ComputerSystem") {
+    std::string call(const CmpiArgs& in, const char* name = "PostStatus",
+                     const char* className = "PYL_ComputerSystem") {
         return outcomeOf(
             [&] { provider.invokeMethod(host.context(), classPath(className), name, in, method); });
     }
-    std::string post(CmpiValue const& className, CmpiValue const& status) {
+    std::string post(const CmpiValue& className, const CmpiValue& status) {
         auto in = CmpiCpp::makeCmpiArgs(host.broker());
         in.addArg("ClassName", className);
         in.addArg("Status", status);
@@ -59,19 +59,20 @@ struct ConsolidatedStatusTest : testing::Test {
         return journal.take();
     }
     /// The one instance with this path.
-    std::string shown(std::string const& path) {
+    std::string shown(const std::string& path) {
         journal.take();
         provider.enumInstances(host.context(), classPath("PYL_ConsolidatedStatus"), nullptr,
                                instances);
-        for (auto const& line : journal.take())
+        for (const auto& line : journal.take()) {
             if (line.ends_with(" at " + path)) return line;
+        }
         return "none";
     }
 };
 
 TEST_F(ConsolidatedStatusTest, KnowsNothingAtFirst) {
     EXPECT_EQ(names(), Lines{std::string("delivered ") + overallText});
-    auto const overall = shown(overallText);
+    const auto overall = shown(overallText);
     EXPECT_NE(overall.find("OperationalStatus = {0};"), overall.npos) << overall;
     EXPECT_NE(overall.find("PostCount = 0;"), overall.npos) << overall;
     EXPECT_EQ(overall.find("LastPosted"), overall.npos) << overall;
@@ -96,7 +97,7 @@ TEST_F(ConsolidatedStatusTest, ShowsEachClassOnceAndTheWorstOfAll) {
     post("PYL_Power", status(2));
     post("PYL_Fan", status(3));
     EXPECT_EQ(names().size(), 3U);
-    auto const overall = shown(overallText);
+    const auto overall = shown(overallText);
     EXPECT_NE(overall.find("OperationalStatus = {3};"), overall.npos) << overall;
     EXPECT_NE(overall.find("PostCount = 3;"), overall.npos) << overall;
 }
@@ -132,24 +133,26 @@ TEST_F(ConsolidatedStatusTest, TellsTheCallerWhatIsWrongWithItsArguments) {
 }
 
 TEST_F(ConsolidatedStatusTest, RefusesWhatCannotBeAClass) {
-    for (std::string const& name :
+    for (const std::string& name :
          {std::string(), std::string("1Fan"), std::string("PYL Fan"), std::string("PYL_\n"),
-          std::string("PYL_F\xC3\xA4n"), std::string("%s%n"), std::string(256, 'a')})
+          std::string("PYL_F\xC3\xA4n"), std::string("%s%n"), std::string(256, 'a')}) {
         EXPECT_EQ(post(name, status(2)), "status 4 Argument 'ClassName' is not a class name")
             << name;
+    }
     EXPECT_TRUE(post(CmpiValue::null(CMPI_string), status(2)).starts_with("status "));
     EXPECT_EQ(names().size(), 1U);
     EXPECT_EQ(post(std::string(255, 'a'), status(2)), "none");
 }
 
 TEST_F(ConsolidatedStatusTest, HasRoomForSoManyClasses) {
-    for (std::size_t i = 0; i < consolidatedstatus::StatusBoard::mostClasses; ++i)
+    for (std::size_t i = 0; i < consolidatedstatus::StatusBoard::mostClasses; ++i) {
         post("PYL_" + std::to_string(i), status(2));
+    }
     EXPECT_EQ(post("PYL_More", status(2)), "status 1 too many classes have posted their status");
 }
 
 TEST_F(ConsolidatedStatusTest, KnowsNoOtherMethod) {
-    auto const in = CmpiCpp::makeCmpiArgs(host.broker());
+    const auto in = CmpiCpp::makeCmpiArgs(host.broker());
     EXPECT_EQ(call(in, "Reset"), "status 17 no such method: Reset");
     EXPECT_EQ(call(in, "PostStatus", "PYL_ConsolidatedStatus"),
               "status 17 no such method: PostStatus");
@@ -157,10 +160,10 @@ TEST_F(ConsolidatedStatusTest, KnowsNoOtherMethod) {
 
 TEST_F(ConsolidatedStatusTest, TakesPostsFromSeveralThreads) {
     std::vector<std::jthread> threads;
-    for (int thread = 0; thread < 4; ++thread)
+    for (int thread = 0; thread < 4; ++thread) {
         threads.emplace_back([&, thread] {
             for (int round = 0; round < 50; ++round) {
-                cimhost::CallScope const scope;
+                const cimhost::CallScope scope;
                 auto in = CmpiCpp::makeCmpiArgs(host.broker());
                 in.addArg("ClassName", "PYL_" + std::to_string((thread + round) % 5));
                 in.addArg("Status", status(2));
@@ -170,6 +173,7 @@ TEST_F(ConsolidatedStatusTest, TakesPostsFromSeveralThreads) {
                                       in, result);
             }
         });
+    }
     threads.clear();
     EXPECT_EQ(names().size(), 6U);
     EXPECT_NE(shown(overallText).find("PostCount = 200;"), std::string::npos);

@@ -12,7 +12,7 @@ struct StatusBoardTest : testing::Test {
     std::chrono::system_clock::time_point now{seconds(1'000'000)};
     bool isNew = false;
 
-    bool post(std::string const& className, PYL::operationalStatus status) {
+    bool post(const std::string& className, PYL::operationalStatus status) {
         return board.post(className, status, now, isNew);
     }
 };
@@ -28,7 +28,7 @@ TEST_F(StatusBoardTest, KeepsTheLastStatusOfEachClassAndCounts) {
     now += seconds(5);
     EXPECT_TRUE(post("PYL_Fan", PYL::statusOK));
     EXPECT_FALSE(isNew);
-    auto const posted = board.find("PYL_Fan");
+    const auto posted = board.find("PYL_Fan");
     ASSERT_TRUE(posted);
     EXPECT_EQ(posted->status, PYL::statusOK);
     EXPECT_EQ(posted->when, now);
@@ -40,7 +40,7 @@ TEST_F(StatusBoardTest, IsAsBadAsItsWorst) {
     post("PYL_Power", PYL::statusStressed);
     now += seconds(1);
     post("PYL_Memory", PYL::statusUnknown);
-    auto const overall = board.overall();
+    const auto overall = board.overall();
     ASSERT_TRUE(overall);
     EXPECT_EQ(overall->status, PYL::statusDegraded);
     EXPECT_EQ(overall->when, now);
@@ -50,8 +50,9 @@ TEST_F(StatusBoardTest, IsAsBadAsItsWorst) {
 }
 
 TEST_F(StatusBoardTest, HasNoRoomForMoreClassesThanItsMost) {
-    for (std::size_t i = 0; i < StatusBoard::mostClasses; ++i)
+    for (std::size_t i = 0; i < StatusBoard::mostClasses; ++i) {
         ASSERT_TRUE(post("PYL_" + std::to_string(i), PYL::statusOK));
+    }
     EXPECT_FALSE(post("PYL_More", PYL::statusError));
     EXPECT_FALSE(board.find("PYL_More"));
     EXPECT_EQ(board.overall()->status, PYL::statusOK);

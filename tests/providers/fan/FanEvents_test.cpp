@@ -7,23 +7,23 @@ namespace {
 using namespace fan;
 using Numbers = std::vector<FanEventNumber>;
 
-Fan turning(std::string const& id = "a") {
+Fan turning(const std::string& id = "a") {
     Fan fan;
     fan.id = id;
     fan.speed = 1000;
     return fan;
 }
-Fan failed(std::string const& id = "a") {
+Fan failed(const std::string& id = "a") {
     auto fan = turning(id);
     fan.fault = true;
     return fan;
 }
-Fan slow(std::string const& id = "a") {
+Fan slow(const std::string& id = "a") {
     auto fan = turning(id);
     fan.alarm = true;
     return fan;
 }
-Fan silent(std::string const& id = "a") {
+Fan silent(const std::string& id = "a") {
     auto fan = turning(id);
     fan.speed.reset();
     return fan;
@@ -31,9 +31,9 @@ Fan silent(std::string const& id = "a") {
 
 struct FanEventsTest : testing::Test {
     FanEvents events;
-    Numbers since(std::vector<Fan> const& fans) {
+    Numbers since(const std::vector<Fan>& fans) {
         Numbers numbers;
-        for (auto const& event : events.since(fans)) numbers.push_back(event.number);
+        for (const auto& event : events.since(fans)) numbers.push_back(event.number);
         return numbers;
     }
 };
@@ -50,7 +50,7 @@ TEST_F(FanEventsTest, TellFromTheBeginningOfWhatIsBroken) {
 TEST_F(FanEventsTest, TellOfFansThatComeAndGo) {
     since({turning("a")});
     EXPECT_EQ(since({turning("a"), turning("b")}), Numbers{fanInserted});
-    auto const gone = events.since({turning("b")});
+    const auto gone = events.since({turning("b")});
     ASSERT_EQ(gone.size(), 1U);
     EXPECT_EQ(gone[0], (FanEvent{fanRemoved, turning("a")}));
     EXPECT_EQ(since({turning("a"), turning("b")}), Numbers{fanInserted});

@@ -1,7 +1,5 @@
 #include "providers/fan/FanProvider.h"
 
-#include <gtest/gtest.h>
-
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
 #include "providers/fan/FanInstance.h"
@@ -10,6 +8,8 @@
 #include "tests/common/QuietResults.h"
 #include "tests/common/TestBroker.h"
 #include "tests/platform/ipmi/FakeController.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -35,21 +35,21 @@ struct FanProviderTest : testing::Test {
     FanProviderTest() {
         SmBios::setSource(std::make_shared<SmbiosMemory>(std::vector<std::uint8_t>()));
         controller.openStatus = ENOENT;
-        host.onIndication = [this](cimhost::Instance const& indication) {
+        host.onIndication = [this](const cimhost::Instance& indication) {
             raised.push_back(indication.find("Summary")->value.get<cimhost::Text>()->str() +
                              " at " +
                              *indication.find("HWPhysicalLocation")->value.get<cimhost::Text>());
         };
-        host.onInvokeMethod = [this](auto const&, auto const&, CmpiCpp::CmpiArgs const& in) {
+        host.onInvokeMethod = [this](const auto&, const auto&, const CmpiCpp::CmpiArgs& in) {
             posted.push_back(in.getArg("ClassName").str() + " " + in.getArg("Status").str());
         };
     }
     ~FanProviderTest() override { SmBios::setSource(nullptr); }
 
-    CmpiObjectPath classPath(char const* className) {
+    CmpiObjectPath classPath(const char* className) {
         return CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
     }
-    static std::string fanText(std::string const& id) {
+    static std::string fanText(const std::string& id) {
         return "//server-1/root/ktq:PYL_Fan.CreationClassName=\"PYL_Fan\","
                "SystemCreationClassName=\"PYL_ComputerSystem\",SystemName=\"server-1\","
                "DeviceID=\"KTQ:PYL_Fan:" +
@@ -68,14 +68,16 @@ TEST_F(FanProviderTest, NamesItsFansAndTheirGroup) {
 
 TEST_F(FanProviderTest, DescribesAFanByWhatIsKnown) {
     provider.enumInstances(host.context(), classPath("PYL_Fan"), nullptr, instances);
-    auto const lines = journal.take();
+    const auto lines = journal.take();
     ASSERT_EQ(lines.size(), 2U);
-    for (auto const* part : {"ElementName = \"CPU fan\";", "VariableSpeed = true;",
+    for (const auto* part : {"ElementName = \"CPU fan\";", "VariableSpeed = true;",
                              "DesiredSpeed = 1250;", "CurrentSpeed = 1200;", "MinimumSpeed = 300;",
-                             "OperationalStatus = {2};", "HealthState = 5;"})
+                             "OperationalStatus = {2};", "HealthState = 5;"}) {
         EXPECT_NE(lines[0].find(part), std::string::npos) << part;
-    for (auto const* part : {"DesiredSpeed", "CurrentSpeed", "MinimumSpeed"})
+    }
+    for (const auto* part : {"DesiredSpeed", "CurrentSpeed", "MinimumSpeed"}) {
         EXPECT_EQ(lines[1].find(part), std::string::npos) << part;
+    }
     EXPECT_NE(lines[1].find("OperationalStatus = {0};"), std::string::npos) << lines[1];
 }
 
@@ -113,7 +115,7 @@ TEST_F(FanProviderTest, RaisesWhatHappensAndPostsAChangeOfTheGroup) {
 }
 
 TEST_F(FanProviderTest, TakesEveryFilterAndNeedsNoPolling) {
-    auto const path = classPath("PYL_FanIndication");
+    const auto path = classPath("PYL_FanIndication");
     provider.authorizeFilter(host.context(), nullptr, "PYL_FanIndication", path, "me");
     provider.activateFilter(host.context(), nullptr, "PYL_FanIndication", path, true);
     provider.deactivateFilter(host.context(), nullptr, "PYL_FanIndication", path, true);

@@ -19,12 +19,12 @@ struct FanSensors : testing::Test {
     }
     ~FanSensors() override { fs::remove_all(root); }
 
-    void write(std::string const& monitor, std::string const& name, std::string const& text) const {
-        auto const directory = root + "/sys/class/hwmon/" + monitor;
+    void write(const std::string& monitor, const std::string& name, const std::string& text) const {
+        const auto directory = root + "/sys/class/hwmon/" + monitor;
         fs::create_directories(directory);
         std::ofstream(directory + "/" + name) << text;
     }
-    void device(std::string const& monitor, std::string const& name) const {
+    void device(const std::string& monitor, const std::string& name) const {
         fs::create_directories(root + "/sys/class/hwmon/" + monitor);
         fs::create_directories(root + "/sys/devices/" + name);
         fs::create_symlink("../../../devices/" + name,
@@ -50,7 +50,7 @@ TEST_F(FanSensors, TellEverythingTheKernelKnows) {
     write("hwmon4", "fan1_fault", "0\n");
     write("hwmon4", "fan1_alarm", "1\n");
     write("hwmon4", "fan1_enable", "1\n");
-    auto const fans = readFans(root);
+    const auto fans = readFans(root);
     ASSERT_EQ(fans.size(), 1U);
     EXPECT_EQ(fans[0],
               (Fan{"nct6775.656:fan1", "Chassis fan", 1200, 300, 1250, false, true, true}));
@@ -65,11 +65,11 @@ TEST_F(FanSensors, TellLittleOfAPoorMonitor) {
 }
 
 TEST_F(FanSensors, LeaveOutReadingsThatAreNoNumbers) {
-    for (auto const* text :
+    for (const auto* text :
          {"", "\n", "x\n", "-1\n", "12 34\n", "1e3\n", "99999999999999999999\n"}) {
         write("hwmon0", "fan1_input", text);
         write("hwmon0", "fan1_fault", text);
-        auto const fans = readFans(root);
+        const auto fans = readFans(root);
         ASSERT_EQ(fans.size(), 1U);
         EXPECT_EQ(fans[0].speed, std::nullopt) << text;
         EXPECT_EQ(fans[0].fault, std::nullopt) << text;
@@ -77,9 +77,10 @@ TEST_F(FanSensors, LeaveOutReadingsThatAreNoNumbers) {
 }
 
 TEST_F(FanSensors, AreFoundByTheNamesOfTheirReadings) {
-    for (auto const* name : {"fan_input", "fanx_input", "fan1_inputs", "fan1", "temp1_input",
-                             "fan1_min", "xfan1_input", "fan-1_input", "_input", "fan"})
+    for (const auto* name : {"fan_input", "fanx_input", "fan1_inputs", "fan1", "temp1_input",
+                             "fan1_min", "xfan1_input", "fan-1_input", "_input", "fan"}) {
         write("hwmon0", name, "1\n");
+    }
     EXPECT_TRUE(readFans(root).empty());
     write("hwmon0", "fan12_input", "1\n");
     EXPECT_EQ(readFans(root).at(0).id, "monitor:fan12");
@@ -90,7 +91,7 @@ TEST_F(FanSensors, KeepTheirNamesWhenMonitorsChangeTheirNumbers) {
     device("hwmon1", "b.2");
     write("hwmon0", "fan1_input", "1\n");
     write("hwmon1", "fan1_input", "2\n");
-    auto const before = readFans(root);
+    const auto before = readFans(root);
     fs::rename(root + "/sys/class/hwmon/hwmon0", root + "/sys/class/hwmon/hwmon7");
     EXPECT_EQ(readFans(root), before);
     ASSERT_EQ(before.size(), 2U);
@@ -99,7 +100,7 @@ TEST_F(FanSensors, KeepTheirNamesWhenMonitorsChangeTheirNumbers) {
 }
 
 TEST_F(FanSensors, AreNamedOnce) {
-    for (auto const* monitor : {"hwmon0", "hwmon1"}) {
+    for (const auto* monitor : {"hwmon0", "hwmon1"}) {
         write(monitor, "name", "same\n");
         write(monitor, "fan1_input", "1\n");
     }

@@ -1,8 +1,8 @@
 #include "providers/profiles/Conformance.h"
 
-#include <algorithm>
-
 #include "tests/providers/profiles/ProfilesFixture.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -22,31 +22,31 @@ struct ConformanceTest : ProfilesFixture {
     }
 
     /// "profile -> element" of every link of the collection in the namespace.
-    Lines links(PYL::CmpiManagedInstanceCollection& collection, char const* nameSpace) {
+    Lines links(PYL::CmpiManagedInstanceCollection& collection, const char* nameSpace) {
         Lines found;
         for (unsigned int i = 0; i < collection.size(); ++i) {
-            auto const path = collection.getManagedInstance(i)->getPath();
+            const auto path = collection.getManagedInstance(i)->getPath();
             EXPECT_EQ(path.getNameSpace().str(), nameSpace);
             found.push_back(path.getKey("ConformantStandard").asObjectPath().str() + " -> " +
                             path.getKey("ManagedElement").asObjectPath().str());
         }
         return found;
     }
-    Lines all(char const* nameSpace) {
+    Lines all(const char* nameSpace) {
         PYL::CmpiManagedInstanceCollection collection(log.logger);
         conformance.addAll(host.context(), nameSpace, collection);
         return links(collection, nameSpace);
     }
-    Lines around(CmpiObjectPath const& path) {
+    Lines around(const CmpiObjectPath& path) {
         PYL::CmpiManagedInstanceCollection collection(log.logger);
         conformance.addAround(host.context(), path, collection);
         return links(collection, path.getNameSpace().c_str());
     }
-    static std::string link(std::string const& profile, std::string const& elementPath) {
+    static std::string link(const std::string& profile, const std::string& elementPath) {
         return profileText(profile) + " -> " + elementPath;
     }
 
-    Lines const everything{link("26", elementText("PYL_ComputerSystem", "s")),
+    const Lines everything{link("26", elementText("PYL_ComputerSystem", "s")),
                            link("27", elementText("PYL_Fan", "1")),
                            link("27", elementText("PYL_Fan", "2"))};
 };
@@ -74,20 +74,20 @@ TEST_F(ConformanceTest, GoesOnWithoutAClassWhoseProviderFails) {
 
 TEST_F(ConformanceTest, NotesAClassThatNobodyServesWithoutAWarning) {
     elements.clear();
-    for (CMPIrc const code :
+    for (const CMPIrc code :
          {CMPI_RC_ERR_INVALID_CLASS, CMPI_RC_ERR_NOT_SUPPORTED, CMPI_RC_ERR_INVALID_NAMESPACE}) {
         elements["PYL_Fan"] = [code]() -> std::vector<CmpiObjectPath> {
             throw CmpiStatus(code, "nobody");
         };
         EXPECT_EQ(all("interop"), Lines{});
-        auto const lines = journal.take();
+        const auto lines = journal.take();
         EXPECT_EQ(std::ranges::count(lines,
                                      "information: no PYL_Fan in root/ktq to conform to "
                                      "\"KT Fan\": " +
                                          std::to_string(code) + " nobody"),
                   1);
         EXPECT_TRUE(std::ranges::none_of(
-            lines, [](auto const& line) { return line.starts_with("warning"); }));
+            lines, [](const auto& line) { return line.starts_with("warning"); }));
     }
 }
 

@@ -11,11 +11,11 @@ struct DataCollectionTest : ProfilesFixture {
 
     DataCollectionTest() { table->initialize(); }
 
-    std::string call(CmpiCpp::CmpiArgs const& in, char const* name = "GetCollectedClasses") {
+    std::string call(const CmpiCpp::CmpiArgs& in, const char* name = "GetCollectedClasses") {
         journal.take();
         return outcomeOf([&] { collection.invokeMethod(name, in, method); });
     }
-    std::string ask(CmpiCpp::CmpiValue const& name) {
+    std::string ask(const CmpiCpp::CmpiValue& name) {
         auto in = CmpiCpp::makeCmpiArgs(host.broker());
         in.addArg("RegisteredName", name);
         return call(in);
@@ -44,9 +44,10 @@ TEST_F(DataCollectionTest, KnowsTheNamespaceOfProfileRegistration) {
 }
 
 TEST_F(DataCollectionTest, FindsNothingUnderAnotherName) {
-    for (char const* name : {"", "KT memory", "KT Memory ", "Base Server", "%s%n"})
+    for (const char* name : {"", "KT memory", "KT Memory ", "Base Server", "%s%n"}) {
         EXPECT_EQ(ask(name),
                   std::string("status 6 nothing is collected of a profile \"") + name + "\"");
+    }
     EXPECT_EQ(delivered(), Lines{});
 }
 
@@ -65,7 +66,7 @@ TEST_F(DataCollectionTest, KnowsNoOtherMethod) {
 TEST_F(DataCollectionTest, ShowsWhatCanBeAskedFor) {
     EXPECT_EQ(collection.getPath().str(),
               "//server-1/root/ktq:PYL_PXDataCollection.InstanceID=\"KTQ:PYL_PXDataCollection:1\"");
-    auto const names = collection.getInstance().getProperty("RegisteredNames").str();
+    const auto names = collection.getInstance().getProperty("RegisteredNames").str();
     EXPECT_TRUE(names.starts_with("{\"KT Base Server\", \"KT Memory\", \"KT CPU\"")) << names;
     EXPECT_TRUE(names.ends_with("\"KT PCI\"}")) << names;
 }

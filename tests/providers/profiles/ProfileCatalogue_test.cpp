@@ -10,7 +10,7 @@ using namespace profiles;
 struct CatalogueCollectionTest : ProfilesFixture {
     PYL::CmpiManagedInstanceCollection collection{log.logger};
 
-    std::size_t count(char const* className) {
+    std::size_t count(const char* className) {
         journal.take();
         collection.enumInstanceNames(paths, host.context(), classPath("interop", className));
         return delivered().size();
@@ -26,9 +26,9 @@ TEST_F(CatalogueCollectionTest, AddsEveryProfileAndEveryRelation) {
 }
 
 TEST_F(CatalogueCollectionTest, LeavesOutARelationToAProfileThatIsNotThere) {
-    int const references[] = {1, 77, 0};
-    int const extends[] = {78, 0};
-    auto const db = std::make_shared<PYL::ProfileDB>(log.logger);
+    const int references[] = {1, 77, 0};
+    const int extends[] = {78, 0};
+    const auto db = std::make_shared<PYL::ProfileDB>(log.logger);
     db->make({1, 2, "", "one", "1", PYL::emptyString, PYL::emptyString, PYL::emptyString,
               references, extends});
     addCatalogue(db, collection);
@@ -38,7 +38,7 @@ TEST_F(CatalogueCollectionTest, LeavesOutARelationToAProfileThatIsNotThere) {
 }
 
 TEST_F(CatalogueCollectionTest, VisitsNothingOfAnEmptyDatabase) {
-    forEachRecord(PYL::ProfileDB(log.logger), [](PYL::PRPDBRec const&) { FAIL(); });
+    forEachRecord(PYL::ProfileDB(log.logger), [](const PYL::PRPDBRec&) { FAIL(); });
 }
 
 }  // namespace

@@ -8,14 +8,14 @@ namespace {
 using namespace profiles;
 
 struct ProfileLinkTest : ProfilesFixture {
-    ProfileLink::End at(char const* key) {
+    ProfileLink::End at(const char* key) {
         return [this, key] { return host.path("PYL_Fan", key); };
     }
     ProfileLink link{elementConformsToProfile, "interop", at("1"), at("2")};
 };
 
 TEST_F(ProfileLinkTest, HasItsEndsAsKeysInItsOwnNamespace) {
-    auto const path = link.getPath();
+    const auto path = link.getPath();
     EXPECT_EQ(path.getNameSpace().str(), "interop");
     EXPECT_EQ(path.getHost().str(), "server-1");
     EXPECT_EQ(link.getClassName().str(), "PYL_ElementConformsToProfile");

@@ -1,14 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <map>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "cimhost/broker/Objects.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/ProfileDB.h"
@@ -17,6 +8,15 @@
 #include "tests/common/HostName.h"
 #include "tests/common/Journal.h"
 #include "tests/common/TestBroker.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 /// A broker whose up-calls for the names of a class are answered by the test.
 struct ProfilesFixture : testing::Test {
@@ -49,7 +49,7 @@ struct ProfilesFixture : testing::Test {
     ProfilesFixture() {
         current = this;
         _functions = *host.real()->bft;
-        _functions.enumerateInstanceNames = upCall;
+        _functions.enumerateInstanceNames = _upCall;
         _broker = *host.real();
         _broker.bft = &_functions;
         host.use(&_broker);
@@ -57,68 +57,70 @@ struct ProfilesFixture : testing::Test {
     ~ProfilesFixture() override { current = nullptr; }
 
     /// A path with one key, "Id", as its provider gives it: without a host.
-    CmpiObjectPath element(char const* className, std::string const& id) {
+    CmpiObjectPath element(const char* className, const std::string& id) {
         return host.path("root/ktq", className, id, "");
     }
-    CmpiObjectPath classPath(char const* nameSpace, char const* className) {
+    CmpiObjectPath classPath(const char* nameSpace, const char* className) {
         return CmpiCpp::makeCmpiObjectPath(host.broker(), nameSpace, className);
     }
-    CmpiObjectPath profilePath(std::string const& id) {
+    CmpiObjectPath profilePath(const std::string& id) {
         auto path = classPath("interop", "PYL_RegisteredProfile");
         path.addKey("InstanceID", "KTQ:" + id);
         return path;
     }
-    static std::shared_ptr<PYL::ProfileDB const> catalogue(Logger& log) {
-        auto const made = std::make_shared<PYL::ProfileDB>(log);
+    static std::shared_ptr<const PYL::ProfileDB> catalogue(Logger& log) {
+        const auto made = std::make_shared<PYL::ProfileDB>(log);
         made->initialize();
         return made;
     }
 
-    static std::string profileText(std::string const& id) {
+    static std::string profileText(const std::string& id) {
         return "//server-1/interop:PYL_RegisteredProfile.InstanceID=\"KTQ:" + id + "\"";
     }
-    static std::string elementText(std::string const& className, std::string const& id) {
+    static std::string elementText(const std::string& className, const std::string& id) {
         return "//server-1/root/ktq:" + className + ".Id=\"" + id + "\"";
     }
 
     /// What was delivered since the last call, of all that happened.
     Lines delivered() { return only("delivered "); }
     Lines warnings() { return only("warning: "); }
-    Lines only(std::string const& prefix) {
+    Lines only(const std::string& prefix) {
         Lines found;
-        for (auto const& line : journal.take())
+        for (const auto& line : journal.take()) {
             if (line.starts_with(prefix)) found.push_back(line.substr(prefix.size()));
+        }
         return found;
     }
 
 private:
-    static CMPIEnumeration* upCall(CMPIBroker const*, CMPIContext const*,
-                                   CMPIObjectPath const* path, CMPIStatus* status);
+    static CMPIEnumeration* _upCall(const CMPIBroker*, const CMPIContext*,
+                                    const CMPIObjectPath* path, CMPIStatus* status);
 
     static inline ProfilesFixture* current = nullptr;  // C callbacks have no room for a this
     CMPIBrokerFT _functions;
     CMPIBroker _broker;
 };
 
-inline CMPIEnumeration* ProfilesFixture::upCall(CMPIBroker const* broker, CMPIContext const*,
-                                                CMPIObjectPath const* path, CMPIStatus* status) {
+inline CMPIEnumeration* ProfilesFixture::_upCall(const CMPIBroker* broker, const CMPIContext*,
+                                                 const CMPIObjectPath* path, CMPIStatus* status) {
     using CmpiCpp::CmpiHandle;
-    auto const refuse = [&](CMPIrc rc, std::string const& text) -> CMPIEnumeration* {
+    const auto refuse = [&](CMPIrc rc, const std::string& text) -> CMPIEnumeration* {
         *status = {rc, broker->eft->newString(broker, text.c_str(), nullptr)};
         return nullptr;
     };
-    auto const name =
+    const auto name =
         CmpiObjectPath(CmpiHandle<CMPIObjectPath>::borrowed(broker, path)).getClassName().str();
     current->asked.push_back(name);
-    auto const answer = current->elements.find(name);
-    if (answer == current->elements.end())
+    const auto answer = current->elements.find(name);
+    if (answer == current->elements.end()) {
         return refuse(CMPI_RC_ERR_INVALID_CLASS, "no class " + name);
+    }
     try {
         std::vector<cimhost::ObjectPath> found;
-        for (auto const& each : answer->second()) found.push_back(cimhost::modelOf(each.toCMPI()));
+        for (const auto& each : answer->second()) found.push_back(cimhost::modelOf(each.toCMPI()));
         *status = {CMPI_RC_OK, nullptr};
         return cimhost::makeEnumeration(cimhost::Broker::of(broker), std::move(found));
-    } catch (CmpiCpp::CmpiStatus const& refusal) {
+    } catch (const CmpiCpp::CmpiStatus& refusal) {
         return refuse(refusal.rc(), refusal.what());
     }
 }

@@ -1,11 +1,11 @@
 #include "providers/profiles/ProfilesProvider.h"
 
-#include <algorithm>
-#include <thread>
-
 #include "cmpicpp/CmpiArgs.h"
 #include "tests/common/QuietResults.h"
 #include "tests/providers/profiles/ProfilesFixture.h"
+
+#include <algorithm>
+#include <thread>
 
 namespace {
 
@@ -21,24 +21,25 @@ struct ProfilesProviderTest : ProfilesFixture {
         journal.take();
     }
 
-    Lines names(char const* nameSpace, char const* className) {
+    Lines names(const char* nameSpace, const char* className) {
         journal.take();
         provider.enumInstanceNames(host.context(), classPath(nameSpace, className), paths);
         return delivered();
     }
-    Lines farEnds(CmpiObjectPath const& path, char const* associationClass = "",
-                  char const* resultClass = "") {
+    Lines farEnds(const CmpiObjectPath& path, const char* associationClass = "",
+                  const char* resultClass = "") {
         journal.take();
         provider.associatorNames(host.context(), path, associationClass, resultClass, {}, {},
                                  paths);
         return delivered();
     }
-    Lines referenceClasses(CmpiObjectPath const& path, char const* resultClass = "") {
+    Lines referenceClasses(const CmpiObjectPath& path, const char* resultClass = "") {
         journal.take();
         provider.referenceNames(host.context(), path, resultClass, {}, paths);
         Lines classes;
-        for (auto const& line : delivered())
+        for (const auto& line : delivered()) {
             classes.push_back(line.substr(line.find(':') + 1, line.find('.') - line.find(':') - 1));
+        }
         return classes;
     }
 };
@@ -62,7 +63,7 @@ TEST_F(ProfilesProviderTest, AsksNobodyForTheProfilesThemselves) {
 }
 
 TEST_F(ProfilesProviderTest, GetsOneByItsPathUnderAnyNameOfTheHost) {
-    for (char const* hostName : {"", "localhost", "server-1"}) {
+    for (const char* hostName : {"", "localhost", "server-1"}) {
         auto path = profilePath("26");
         path.setHost(CmpiName(hostName));
         provider.getInstance(host.context(), path, nullptr, instances);
@@ -71,11 +72,12 @@ TEST_F(ProfilesProviderTest, GetsOneByItsPathUnderAnyNameOfTheHost) {
 }
 
 TEST_F(ProfilesProviderTest, SaysWhenThereIsNoSuchInstance) {
-    for (auto const& path : {profilePath("0"), profilePath("50"), profilePath(""),
-                             element("PYL_ElementConformsToProfile", "x")})
+    for (const auto& path : {profilePath("0"), profilePath("50"), profilePath(""),
+                             element("PYL_ElementConformsToProfile", "x")}) {
         EXPECT_EQ(
             outcomeOf([&] { provider.getInstance(host.context(), path, nullptr, instances); }),
             "status 6 no such instance: " + path.str());
+    }
 }
 
 TEST_F(ProfilesProviderTest, GetsALinkToAnElementByItsPath) {
@@ -123,14 +125,14 @@ TEST_F(ProfilesProviderTest, KnowsNothingOfAnElementThatIsNotThere) {
 }
 
 TEST_F(ProfilesProviderTest, DeliversAnElementAsItsOwnProviderGivesIt) {
-    host.onGetInstance = [&](CmpiObjectPath const& path) {
+    host.onGetInstance = [&](const CmpiObjectPath& path) {
         auto instance = CmpiCpp::makeCmpiInstance(host.broker(), path);
         instance.setProperty("ElementName", "from its provider");
         return instance;
     };
     provider.associators(host.context(), profilePath("26"), "PYL_ElementConformsToProfile", {}, {},
                          {}, nullptr, instances);
-    auto const found = delivered();
+    const auto found = delivered();
     ASSERT_EQ(found.size(), 1U);
     EXPECT_NE(found[0].find("from its provider"), std::string::npos);
 }
@@ -140,17 +142,17 @@ TEST_F(ProfilesProviderTest, DeliversTheRestWhenAnElementsProviderFails) {
         throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, "broken");
     };
     provider.associators(host.context(), profilePath("26"), {}, {}, {}, {}, nullptr, instances);
-    auto const lines = journal.take();
+    const auto lines = journal.take();
     EXPECT_EQ(std::ranges::count_if(
-                  lines, [](auto const& line) { return line.starts_with("delivered "); }),
+                  lines, [](const auto& line) { return line.starts_with("delivered "); }),
               5);
     EXPECT_EQ(std::ranges::count_if(
-                  lines, [](auto const& line) { return line.starts_with("warning: no PYL_"); }),
+                  lines, [](const auto& line) { return line.starts_with("warning: no PYL_"); }),
               1);
 }
 
 TEST_F(ProfilesProviderTest, MayBeAskedAgainByTheProviderThatItAsks) {
-    host.onGetInstance = [&](CmpiObjectPath const& path) {
+    host.onGetInstance = [&](const CmpiObjectPath& path) {
         // A provider of an element that looks up its own profile meanwhile, and lists all.
         Journal own;
         CapturedPaths inner(own);
@@ -182,7 +184,7 @@ TEST_F(ProfilesProviderTest, RunsTheMethodsOfTheDataCollection) {
     path.addKey("InstanceID", "KTQ:PYL_PXDataCollection:1");
     provider.invokeMethod(host.context(), path, "GetCollectedClasses", in, method);
     EXPECT_EQ(delivered().size(), 5U);
-    auto const other = classPath("root/ktq", "PYL_PXDataCollection");
+    const auto other = classPath("root/ktq", "PYL_PXDataCollection");
     EXPECT_EQ(outcomeOf([&] {
                   provider.invokeMethod(host.context(), other, "GetCollectedClasses", in, method);
               }),

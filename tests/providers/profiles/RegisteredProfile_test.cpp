@@ -8,7 +8,7 @@ namespace {
 using profiles::RegisteredProfile;
 
 struct RegisteredProfileTest : ProfilesFixture {
-    std::shared_ptr<PYL::ProfileDB const> db = catalogue(log.logger);
+    std::shared_ptr<const PYL::ProfileDB> db = catalogue(log.logger);
 
     PYL::PRPDBRec record(unsigned int id) {
         PYL::PRPDBRec found;

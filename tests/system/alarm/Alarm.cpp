@@ -1,9 +1,9 @@
+#include "cmpi/cmpimacs.h"
+
 #include <cstdint>
 #include <mutex>
 #include <string>
 #include <thread>
-
-#include "cmpi/cmpimacs.h"
 
 // Written against the C interface alone, as modules of others are.
 
@@ -62,8 +62,9 @@ CMPIrc raise(const CMPIContext* context, const std::string& className, std::uint
 }
 
 CMPIrc raiseMany(const CMPIContext* context, const std::string& className, std::uint32_t count) {
-    for (std::uint32_t i = 0; i < count; ++i)
+    for (std::uint32_t i = 0; i < count; ++i) {
         if (const CMPIrc code = raise(context, className, i); code != CMPI_RC_OK) return code;
+    }
     return CMPI_RC_OK;
 }
 
@@ -116,8 +117,9 @@ CMPIStatus authorizeFilter(CMPIIndicationMI*, const CMPIContext*, const CMPISele
                            const char* className, const CMPIObjectPath* path, const char*) {
     note("authorize " + std::string(className) + " " +
          textOf(path->ft->getNameSpace(path, nullptr)));
-    if (filterText(filter).find("Forbidden") != std::string::npos)
+    if (filterText(filter).find("Forbidden") != std::string::npos) {
         return fail(CMPI_RC_ERR_ACCESS_DENIED, "that word is forbidden");
+    }
     return ok;
 }
 

@@ -1,6 +1,6 @@
-/* Preloaded into a process, it moves the fixed files of the library, below /etc/cim/ and /tmp/PYL, into the
-   directory $PYL_TEST_FILES: tests run side by side, and leave the host's own alone. The firmware's tables
-   move too, once that directory has a sys/firmware/dmi. */
+/* Preloaded into a process, it moves the fixed files of the library, below /etc/cim/ and /tmp/PYL,
+   into the directory $PYL_TEST_FILES: tests run side by side, and leave the host's own alone. The
+   firmware's tables move too, once that directory has a sys/firmware/dmi. */
 
 #define _GNU_SOURCE
 #include <fcntl.h>

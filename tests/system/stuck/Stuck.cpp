@@ -1,7 +1,7 @@
+#include "cmpi/cmpimacs.h"
+
 #include <chrono>
 #include <thread>
-
-#include "cmpi/cmpimacs.h"
 
 // A module whose clean-up never returns.
 

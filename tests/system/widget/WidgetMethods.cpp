@@ -1,15 +1,15 @@
-#include <new>
-#include <stdexcept>
-
 #include "cmpicpp/CmpiArray.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/system/widget/WidgetProvider.h"
+
+#include <new>
+#include <stdexcept>
 
 using namespace CmpiCpp;
 
 namespace {
 
-[[noreturn]] void fail(std::string const& how) {
+[[noreturn]] void fail(const std::string& how) {
     if (how == "status") throw CmpiStatus(CMPI_RC_ERR_ACCESS_DENIED, "not <you> & \"yours\"");
     if (how == "system") throw CmpiStatus(CMPI_RC_ERROR_SYSTEM, "the system is at fault");
     if (how == "exception") throw std::runtime_error("an exception's own text");
@@ -19,10 +19,10 @@ namespace {
 
 }  // namespace
 
-void WidgetProvider::invokeMethod(CmpiContext const&, CmpiObjectPath const&, CmpiName const& method,
-                                  CmpiArgs const& in, CmpiMethodResult& result) {
+void WidgetProvider::invokeMethod(const CmpiContext&, const CmpiObjectPath&, const CmpiName& method,
+                                  const CmpiArgs& in, CmpiMethodResult& result) {
     if (method == CmpiName("Add")) {
-        auto const sum = in.getArg("A").asSint64() + in.getArg("B").asSint64();
+        const auto sum = in.getArg("A").asSint64() + in.getArg("B").asSint64();
         result.deliver(CmpiName("Words"), "the sum is " + std::to_string(sum));
         result.deliver(static_cast<int>(sum));
     } else if (method == CmpiName("Echo")) {

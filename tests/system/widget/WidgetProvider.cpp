@@ -14,124 +14,139 @@ std::string keyOf(CmpiObjectPath path) {
 
 }  // namespace
 
-std::vector<CmpiInstance> WidgetProvider::ofClass(CmpiObjectPath const& classPath) {
-    std::lock_guard const lock(_mutex);
+std::vector<CmpiInstance> WidgetProvider::ofClass(const CmpiObjectPath& classPath) {
+    const std::lock_guard lock(_mutex);
     std::vector<CmpiInstance> found;
-    for (auto const& [key, instance] : _instances)
-        if (instance.getPath().getClassName() == classPath.getClassName()) found.push_back(instance);
+    for (const auto& [key, instance] : _instances) {
+        if (instance.getPath().getClassName() == classPath.getClassName()) {
+            found.push_back(instance);
+        }
+    }
     return found;
 }
 
-CmpiInstance WidgetProvider::find(CmpiObjectPath const& path) {
-    std::lock_guard const lock(_mutex);
-    auto const found = _instances.find(keyOf(path));
-    if (found == _instances.end()) throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no widget " + path.str());
+CmpiInstance WidgetProvider::find(const CmpiObjectPath& path) {
+    const std::lock_guard lock(_mutex);
+    const auto found = _instances.find(keyOf(path));
+    if (found == _instances.end()) {
+        throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no widget " + path.str());
+    }
     return found->second;
 }
 
-void WidgetProvider::enumInstanceNames(CmpiContext const&, CmpiObjectPath const& path,
+void WidgetProvider::enumInstanceNames(const CmpiContext&, const CmpiObjectPath& path,
                                        CmpiObjectPathResult& result) {
-    for (auto const& instance : ofClass(path)) result.deliver(instance.getPath());
+    for (const auto& instance : ofClass(path)) result.deliver(instance.getPath());
 }
 
-void WidgetProvider::enumInstances(CmpiContext const&, CmpiObjectPath const& path, char const**,
+void WidgetProvider::enumInstances(const CmpiContext&, const CmpiObjectPath& path, const char**,
                                    CmpiInstanceResult& result) {
-    for (auto const& instance : ofClass(path)) result.deliver(instance);
+    for (const auto& instance : ofClass(path)) result.deliver(instance);
 }
 
-void WidgetProvider::getInstance(CmpiContext const&, CmpiObjectPath const& path, char const**,
+void WidgetProvider::getInstance(const CmpiContext&, const CmpiObjectPath& path, const char**,
                                  CmpiInstanceResult& result) {
     result.deliver(find(path));
 }
 
-void WidgetProvider::createInstance(CmpiContext const&, CmpiObjectPath const& path,
-                                    CmpiInstance const& instance, CmpiObjectPathResult& result) {
-    auto const made = instance.getPath().getKeyCount() > 0 ? instance.getPath() : path;
+void WidgetProvider::createInstance(const CmpiContext&, const CmpiObjectPath& path,
+                                    const CmpiInstance& instance, CmpiObjectPathResult& result) {
+    const auto made = instance.getPath().getKeyCount() > 0 ? instance.getPath() : path;
     {
-        std::lock_guard const lock(_mutex);
-        auto const [at, isNew] = _instances.try_emplace(keyOf(made), instance.clone());
+        const std::lock_guard lock(_mutex);
+        const auto [at, isNew] = _instances.try_emplace(keyOf(made), instance.clone());
         if (!isNew) throw CmpiStatus(CMPI_RC_ERR_ALREADY_EXISTS, "there is one: " + made.str());
     }
     result.deliver(made);
 }
 
-void WidgetProvider::modifyInstance(CmpiContext const&, CmpiObjectPath const& path,
-                                    CmpiInstance const& instance, char const**) {
+void WidgetProvider::modifyInstance(const CmpiContext&, const CmpiObjectPath& path,
+                                    const CmpiInstance& instance, const char**) {
     auto changed = find(path);
     for (unsigned int i = 0; i < instance.getPropertyCount(); ++i) {
-        auto const [name, value] = instance.getPropertyAt(i);
+        const auto [name, value] = instance.getPropertyAt(i);
         changed.setProperty(name, value);
     }
-    std::lock_guard const lock(_mutex);
+    const std::lock_guard lock(_mutex);
     _instances[keyOf(path)] = changed.clone();
 }
 
-void WidgetProvider::deleteInstance(CmpiContext const&, CmpiObjectPath const& path) {
-    std::lock_guard const lock(_mutex);
-    if (_instances.erase(keyOf(path)) == 0)
+void WidgetProvider::deleteInstance(const CmpiContext&, const CmpiObjectPath& path) {
+    const std::lock_guard lock(_mutex);
+    if (_instances.erase(keyOf(path)) == 0) {
         throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no widget " + path.str());
+    }
 }
 
-void WidgetProvider::execQuery(CmpiContext const&, CmpiObjectPath const& path, std::string const& query,
-                               std::string const&, CmpiObjectPathResult& result) {
-    if (query.find("WHERE") != std::string::npos)
+void WidgetProvider::execQuery(const CmpiContext&, const CmpiObjectPath& path,
+                               const std::string& query, const std::string&,
+                               CmpiObjectPathResult& result) {
+    if (query.find("WHERE") != std::string::npos) {
         throw CmpiStatus(CMPI_RC_ERR_INVALID_QUERY, "no conditions, please: " + query);
-    for (auto const& instance : ofClass(path)) result.deliver(instance.getPath());
+    }
+    for (const auto& instance : ofClass(path)) result.deliver(instance.getPath());
 }
 
-std::vector<WidgetProvider::FarEnd> WidgetProvider::farEnds(CmpiObjectPath const& source,
-                                                            CmpiName const& linkClass,
-                                                            CmpiName const& role) {
-    std::lock_guard const lock(_mutex);
+std::vector<WidgetProvider::FarEnd> WidgetProvider::farEnds(const CmpiObjectPath& source,
+                                                            const CmpiName& linkClass,
+                                                            const CmpiName& role) {
+    const std::lock_guard lock(_mutex);
     std::vector<FarEnd> found;
-    auto const wanted = keyOf(source);
-    for (auto const& [key, instance] : _instances) {
-        auto const path = instance.getPath();
+    const auto wanted = keyOf(source);
+    for (const auto& [key, instance] : _instances) {
+        const auto path = instance.getPath();
         if (!path.classPathIsA(_broker, "TST_Uses")) continue;
         if (!linkClass.empty() && !path.classPathIsA(_broker, linkClass.str())) continue;
-        auto const user = path.getKey("User").asObjectPath();
-        auto const used = path.getKey("Used").asObjectPath();
-        bool const asUser = role.empty() || role == CmpiName("User");
-        bool const asUsed = role.empty() || role == CmpiName("Used");
-        if (asUser && keyOf(user) == wanted) found.push_back({instance, used});
-        else if (asUsed && keyOf(used) == wanted) found.push_back({instance, user});
+        const auto user = path.getKey("User").asObjectPath();
+        const auto used = path.getKey("Used").asObjectPath();
+        const bool asUser = role.empty() || role == CmpiName("User");
+        const bool asUsed = role.empty() || role == CmpiName("Used");
+        if (asUser && keyOf(user) == wanted) {
+            found.push_back({instance, used});
+        } else if (asUsed && keyOf(used) == wanted) {
+            found.push_back({instance, user});
+        }
     }
     return found;
 }
 
-void WidgetProvider::associators(CmpiContext const&, CmpiObjectPath const& path,
-                                 CmpiName const& assocClass, CmpiName const& resultClass,
-                                 CmpiName const& role, CmpiName const&, char const**,
+void WidgetProvider::associators(const CmpiContext&, const CmpiObjectPath& path,
+                                 const CmpiName& assocClass, const CmpiName& resultClass,
+                                 const CmpiName& role, const CmpiName&, const char**,
                                  CmpiInstanceResult& result) {
-    for (auto const& end : farEnds(path, assocClass, role))
-        if (resultClass.empty() || end.path.classPathIsA(_broker, resultClass.str()))
+    for (const auto& end : farEnds(path, assocClass, role)) {
+        if (resultClass.empty() || end.path.classPathIsA(_broker, resultClass.str())) {
             result.deliver(find(end.path));
+        }
+    }
 }
 
-void WidgetProvider::associatorNames(CmpiContext const&, CmpiObjectPath const& path,
-                                     CmpiName const& assocClass, CmpiName const& resultClass,
-                                     CmpiName const& role, CmpiName const&,
+void WidgetProvider::associatorNames(const CmpiContext&, const CmpiObjectPath& path,
+                                     const CmpiName& assocClass, const CmpiName& resultClass,
+                                     const CmpiName& role, const CmpiName&,
                                      CmpiObjectPathResult& result) {
-    for (auto const& end : farEnds(path, assocClass, role))
-        if (resultClass.empty() || end.path.classPathIsA(_broker, resultClass.str()))
+    for (const auto& end : farEnds(path, assocClass, role)) {
+        if (resultClass.empty() || end.path.classPathIsA(_broker, resultClass.str())) {
             result.deliver(end.path);
+        }
+    }
 }
 
-void WidgetProvider::references(CmpiContext const&, CmpiObjectPath const& path,
-                                CmpiName const& resultClass, CmpiName const& role, char const**,
+void WidgetProvider::references(const CmpiContext&, const CmpiObjectPath& path,
+                                const CmpiName& resultClass, const CmpiName& role, const char**,
                                 CmpiInstanceResult& result) {
-    for (auto const& end : farEnds(path, resultClass, role)) result.deliver(end.link);
+    for (const auto& end : farEnds(path, resultClass, role)) result.deliver(end.link);
 }
 
-void WidgetProvider::referenceNames(CmpiContext const&, CmpiObjectPath const& path,
-                                    CmpiName const& resultClass, CmpiName const& role,
+void WidgetProvider::referenceNames(const CmpiContext&, const CmpiObjectPath& path,
+                                    const CmpiName& resultClass, const CmpiName& role,
                                     CmpiObjectPathResult& result) {
-    for (auto const& end : farEnds(path, resultClass, role)) result.deliver(end.link.getPath());
+    for (const auto& end : farEnds(path, resultClass, role)) result.deliver(end.link.getPath());
 }
 
 namespace {
 
-CmpiProvider* makeProvider(CmpiBroker const& broker, CMPIContext const*) {
+CmpiProvider* makeProvider(const CmpiBroker& broker, const CMPIContext*) {
     return new WidgetProvider(broker);
 }
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <map>
-#include <mutex>
-#include <string>
-#include <vector>
-
 #include "cmpicpp/CmpiAssociationProvider.h"
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "cmpicpp/CmpiMethodProvider.h"
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <vector>
 
 /// Keeps what clients create, by the text of its path without the host. Links of TST_Uses and its
 /// subclass are instances like any other; association requests are answered from their references.
@@ -16,39 +16,40 @@ class WidgetProvider : public CmpiCpp::CmpiInstanceProvider,
                        public CmpiCpp::CmpiMethodProvider,
                        public CmpiCpp::CmpiAssociationProvider {
 public:
-    explicit WidgetProvider(CmpiCpp::CmpiBroker const& broker) : _broker(broker) {}
+    explicit WidgetProvider(const CmpiCpp::CmpiBroker& broker) : _broker(broker) {}
 
     CMPIBroker* getBroker() override { return _broker.toRawCMPI(); }
 
-    void enumInstanceNames(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
+    void enumInstanceNames(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
                            CmpiCpp::CmpiObjectPathResult&) override;
-    void enumInstances(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&, char const**,
+    void enumInstances(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&, const char**,
                        CmpiCpp::CmpiInstanceResult&) override;
-    void getInstance(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&, char const**,
+    void getInstance(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&, const char**,
                      CmpiCpp::CmpiInstanceResult&) override;
-    void createInstance(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
-                        CmpiCpp::CmpiInstance const&, CmpiCpp::CmpiObjectPathResult&) override;
-    void modifyInstance(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
-                        CmpiCpp::CmpiInstance const&, char const**) override;
-    void deleteInstance(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&) override;
-    void execQuery(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&, std::string const&,
-                   std::string const&, CmpiCpp::CmpiObjectPathResult&) override;
+    void createInstance(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
+                        const CmpiCpp::CmpiInstance&, CmpiCpp::CmpiObjectPathResult&) override;
+    void modifyInstance(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
+                        const CmpiCpp::CmpiInstance&, const char**) override;
+    void deleteInstance(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&) override;
+    void execQuery(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&, const std::string&,
+                   const std::string&, CmpiCpp::CmpiObjectPathResult&) override;
 
-    void invokeMethod(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
-                      CmpiCpp::CmpiName const&, CmpiCpp::CmpiArgs const&,
+    void invokeMethod(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
+                      const CmpiCpp::CmpiName&, const CmpiCpp::CmpiArgs&,
                       CmpiCpp::CmpiMethodResult&) override;
 
-    void associators(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
-                     CmpiCpp::CmpiName const&, CmpiCpp::CmpiName const&, CmpiCpp::CmpiName const&,
-                     CmpiCpp::CmpiName const&, char const**, CmpiCpp::CmpiInstanceResult&) override;
-    void associatorNames(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
-                         CmpiCpp::CmpiName const&, CmpiCpp::CmpiName const&, CmpiCpp::CmpiName const&,
-                         CmpiCpp::CmpiName const&, CmpiCpp::CmpiObjectPathResult&) override;
-    void references(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
-                    CmpiCpp::CmpiName const&, CmpiCpp::CmpiName const&, char const**,
+    void associators(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
+                     const CmpiCpp::CmpiName&, const CmpiCpp::CmpiName&, const CmpiCpp::CmpiName&,
+                     const CmpiCpp::CmpiName&, const char**, CmpiCpp::CmpiInstanceResult&) override;
+    void associatorNames(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
+                         const CmpiCpp::CmpiName&, const CmpiCpp::CmpiName&,
+                         const CmpiCpp::CmpiName&, const CmpiCpp::CmpiName&,
+                         CmpiCpp::CmpiObjectPathResult&) override;
+    void references(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
+                    const CmpiCpp::CmpiName&, const CmpiCpp::CmpiName&, const char**,
                     CmpiCpp::CmpiInstanceResult&) override;
-    void referenceNames(CmpiCpp::CmpiContext const&, CmpiCpp::CmpiObjectPath const&,
-                        CmpiCpp::CmpiName const&, CmpiCpp::CmpiName const&,
+    void referenceNames(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
+                        const CmpiCpp::CmpiName&, const CmpiCpp::CmpiName&,
                         CmpiCpp::CmpiObjectPathResult&) override;
 
 private:
@@ -57,10 +58,10 @@ private:
         CmpiCpp::CmpiObjectPath path;
     };
 
-    std::vector<CmpiCpp::CmpiInstance> ofClass(CmpiCpp::CmpiObjectPath const& classPath);
-    CmpiCpp::CmpiInstance find(CmpiCpp::CmpiObjectPath const& path);
-    std::vector<FarEnd> farEnds(CmpiCpp::CmpiObjectPath const& source,
-                                CmpiCpp::CmpiName const& linkClass, CmpiCpp::CmpiName const& role);
+    std::vector<CmpiCpp::CmpiInstance> ofClass(const CmpiCpp::CmpiObjectPath& classPath);
+    CmpiCpp::CmpiInstance find(const CmpiCpp::CmpiObjectPath& path);
+    std::vector<FarEnd> farEnds(const CmpiCpp::CmpiObjectPath& source,
+                                const CmpiCpp::CmpiName& linkClass, const CmpiCpp::CmpiName& role);
 
     CmpiCpp::CmpiBroker _broker;
     std::mutex _mutex;

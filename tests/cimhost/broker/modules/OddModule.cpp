@@ -1,9 +1,9 @@
 // A module in C++ whose providers misbehave, each in the way that its name says.
 
+#include "cmpi/cmpift.h"
+
 #include <cstring>
 #include <stdexcept>
-
-#include "cmpi/cmpift.h"
 
 #define TEST_EXPORT extern "C" __attribute__((visibility("default")))
 

@@ -1,9 +1,9 @@
 /* A module in C with specific entry points. Tests steer and watch it through what it exports. */
-#include <stddef.h>
-#include <string.h>
-
 #include "cmpi/cmpift.h"
 #include "cmpi/cmpimacs.h"
+
+#include <stddef.h>
+#include <string.h>
 
 #define TEST_EXPORT __attribute__((visibility("default")))
 
