@@ -16,6 +16,11 @@ struct Failure {
     CMPIrc code;
 };
 
+/// Throws the failure of a result or an object that was handed something.
+inline void requireTaken(const CMPIStatus& status) {
+    if (status.rc != CMPI_RC_OK) throw Failure{status.rc};
+}
+
 /// The status for the exception in flight, with its text as a string of the current scope.
 CMPIStatus statusOfException(const Broker& broker) noexcept;
 

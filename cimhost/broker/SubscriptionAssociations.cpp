@@ -33,10 +33,6 @@ Walk makeWalk(const SubscriptionModule& module, const CMPIObjectPath* path) {
     return {target, source, module.subscriptions().all(target.nameSpace, subscriptionClass)};
 }
 
-void requireTaken(const CMPIStatus& status) {
-    if (status.rc != CMPI_RC_OK) throw Failure{status.rc};
-}
-
 /// Runs the work of an MI function and ends its result.
 template <typename Work>
 CMPIStatus answer(const CMPIAssociationMI* mi, const CMPIResult* result, Work&& work) noexcept {

@@ -25,10 +25,6 @@ CMPIStatus answer(const CMPIInstanceMI* mi, Work&& work) noexcept {
     return status;
 }
 
-void requireTaken(const CMPIStatus& status) {
-    if (status.rc != CMPI_RC_OK) throw Failure{status.rc};
-}
-
 std::vector<Instance> instancesOf(const SubscriptionModule& module, const CMPIObjectPath* path) {
     const ObjectPath& wanted = modelOf(path);
     return module.subscriptions().all(module.broker().repository().get(wanted.nameSpace),

@@ -18,16 +18,10 @@ namespace {
 constexpr auto interopNames =
     std::to_array<std::string_view>({"interop", "root/interop", "root/PG_InterOp"});
 
-constexpr std::uint64_t stateEnabled = 2;
-constexpr std::uint64_t stateDisabled = 4;
 constexpr std::uint64_t policyIgnore = 2;    // of OnFatalErrorPolicy
 constexpr std::uint64_t repetitionNone = 2;  // of RepeatNotificationPolicy
 constexpr std::uint64_t protocolCimXml = 2;
 constexpr std::uint64_t removalIgnore = 4;  // of SubscriptionRemovalAction
-
-[[noreturn]] void invalid(const std::string& message) {
-    throw CimError(CimCode::invalidParameter, message);
-}
 
 [[noreturn]] void unsupported(const std::string& message) {
     throw CimError(CimCode::notSupported, message);
@@ -47,7 +41,7 @@ std::optional<std::uint64_t> numberOf(const Instance& instance, std::string_view
 std::string requiredText(const Instance& instance, std::string_view property) {
     const Value* const value = valueOf(instance, property);
     const auto* const text = value ? value->get<Text>() : nullptr;
-    if (!text) invalid("property " + std::string(property) + " has no value");
+    if (!text) throwInvalidParameter("property " + std::string(property) + " has no value");
     return text->str();
 }
 
@@ -148,14 +142,14 @@ Instance completeInstance(const NameSpace& nameSpace, Instance instance) {
         if (!property->isKey) continue;
         if (!valueOf(instance, property->name)) {
             const auto usual = usualKey(definition.name, property->name);
-            if (!usual) invalid("key " + property->name + " has no value");
+            if (!usual) throwInvalidParameter("key " + property->name + " has no value");
             instance.set(property->name, Value::string(*usual));
         }
         instance.path.setKey(property->name, *valueOf(instance, property->name));
     }
     const Value* const creationClass = valueOf(instance, "CreationClassName");
     if (creationClass && !equalNames(*creationClass->get<Text>(), definition.name)) {
-        invalid("CreationClassName is not " + definition.name + ", the class of the instance");
+        throwInvalidParameter("CreationClassName is not " + definition.name + ", the class of the instance");
     }
     return instance;
 }
@@ -199,11 +193,11 @@ ListenerUrl judgeDestination(const Instance& destination) {
 
 void judgeSubscription(const Instance& subscription) {
     for (const std::string_view end : {"Filter", "Handler"}) {
-        if (!referenceOf(subscription, end)) invalid(std::string(end) + " has no value");
+        if (!referenceOf(subscription, end)) throwInvalidParameter(std::string(end) + " has no value");
     }
     const std::uint64_t state = numberOf(subscription, "SubscriptionState").value_or(stateEnabled);
     if (state != stateEnabled && state != stateDisabled) {
-        invalid("SubscriptionState is neither enabled (2) nor disabled (4)");
+        throwInvalidParameter("SubscriptionState is neither enabled (2) nor disabled (4)");
     }
     if (numberOf(subscription, "OnFatalErrorPolicy").value_or(policyIgnore) != policyIgnore) {
         unsupported("OnFatalErrorPolicy can only be to ignore errors (2)");

@@ -6,12 +6,17 @@
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Repository.h"
 
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
 /// What filters, destinations and subscriptions must be like. Pure functions, safe from several
 /// threads.
 namespace cimhost {
+
+// The value map of CIM_IndicationSubscription.SubscriptionState (CIM schema 2.x).
+inline constexpr std::uint64_t stateEnabled = 2;
+inline constexpr std::uint64_t stateDisabled = 4;
 
 /// The kinds of instances that make up subscriptions.
 enum class SubscriptionPart { filter, destination, subscription, service };

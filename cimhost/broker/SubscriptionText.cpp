@@ -14,7 +14,7 @@ namespace {
 constexpr std::string_view header = "cimhost subscriptions 1";
 constexpr std::string_view indent = "    ";
 
-std::string quoted(std::string_view text) {
+std::string escaped(std::string_view text) {
     constexpr std::string_view digits = "0123456789abcdef";
     std::string result = "\"";
     for (const char character : text) {
@@ -38,9 +38,9 @@ std::string formatValue(const Value& value) {
         }
         return result + "}";
     }
-    if (const auto* const text = value.get<Text>()) return quoted(*text);
+    if (const auto* const text = value.get<Text>()) return escaped(*text);
     if (const auto* const path = value.get<std::shared_ptr<const ObjectPath>>()) {
-        return quoted(describe(**path));
+        return escaped(describe(**path));
     }
     return describe(value);
 }

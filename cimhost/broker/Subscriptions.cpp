@@ -2,6 +2,7 @@
 
 #include "cimhost/broker/SubscriptionFile.h"
 #include "cimhost/broker/SubscriptionParts.h"
+#include "cimhost/broker/SubscriptionRules.h"
 #include "cimhost/broker/SubscriptionText.h"
 #include "cimhost/broker/Target.h"
 #include "cimhost/repository/CimError.h"
@@ -12,8 +13,6 @@
 namespace cimhost {
 
 namespace {
-
-constexpr std::uint64_t stateDisabled = 4;
 
 void requireRoom(std::size_t count, std::size_t limit, const char* what) {
     if (count < limit) return;

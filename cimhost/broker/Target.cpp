@@ -10,14 +10,10 @@ namespace cimhost {
 
 namespace {
 
-[[noreturn]] void invalid(const std::string& message) {
-    throw CimError(CimCode::invalidParameter, message);
-}
-
 const PropertyDefinition& requireKey(const Class& definition, std::string_view name) {
     const PropertyDefinition* const key = definition.findProperty(name);
     if (!key || !key->isKey) {
-        invalid("class " + definition.name + " has no key '" + std::string(name) + "'");
+        throwInvalidParameter("class " + definition.name + " has no key '" + std::string(name) + "'");
     }
     return *key;
 }
@@ -25,11 +21,11 @@ const PropertyDefinition& requireKey(const Class& definition, std::string_view n
 Value keyValue(const Repository& repository, const Target& target, const KeyBinding& given,
                const PropertyDefinition& key) {
     const std::string subject = "key " + key.name + " of " + target.definition.name;
-    if (given.value.isNull()) invalid(subject + " has no value");
+    if (given.value.isNull()) throwInvalidParameter(subject + " has no value");
     try {
         return declaredValue(repository, target, given.value, key.type, key.isArray);
     } catch (const CimError& error) {
-        invalid(subject + ": " + error.what());
+        throwInvalidParameter(subject + ": " + error.what());
     }
 }
 
@@ -41,7 +37,7 @@ ObjectPath declaredReference(const Repository& repository, const Target& target,
     try {
         return home->conformPath(std::move(path));
     } catch (const CimError& error) {
-        invalid(error.what());
+        throwInvalidParameter(error.what());
     }
 }
 
@@ -88,7 +84,7 @@ Target requireTarget(const Repository& repository, const RequestContext& request
                      const ObjectPath& path) {
     const NameSpace& nameSpace =
         repository.get(path.nameSpace.empty() ? request.nameSpace : path.nameSpace);
-    if (path.className.empty()) invalid("the object path names no class");
+    if (path.className.empty()) throwInvalidParameter("the object path names no class");
     const Class* const definition = nameSpace.findClass(path.className);
     if (!definition) {
         throw CimError(CimCode::invalidClass,
@@ -102,12 +98,12 @@ ObjectPath requireInstancePath(const Repository& repository, const Target& targe
     ObjectPath result = target.classPath();
     for (const KeyBinding& given : path.keys) {
         const PropertyDefinition& key = requireKey(target.definition, given.name);
-        if (result.findKey(key.name)) invalid("key " + key.name + " is given twice");
+        if (result.findKey(key.name)) throwInvalidParameter("key " + key.name + " is given twice");
         result.keys.push_back({key.name, keyValue(repository, target, given, key)});
     }
     for (const auto& property : target.definition.properties) {
         if (property->isKey && !result.findKey(property->name)) {
-            invalid("key " + property->name + " of " + target.definition.name + " is missing");
+            throwInvalidParameter("key " + property->name + " of " + target.definition.name + " is missing");
         }
     }
     return result;
@@ -124,7 +120,7 @@ Instance declaredProperties(const Repository& repository, const Target& target, 
     Instance result{std::move(instance.path), {}};
     result.properties.reserve(instance.properties.size());
     for (PropertyValue& property : instance.properties) {
-        if (result.find(property.name)) invalid("property " + property.name + " is given twice");
+        if (result.find(property.name)) throwInvalidParameter("property " + property.name + " is given twice");
         result.properties.push_back(declaredProperty(repository, target, std::move(property)));
     }
     return result;

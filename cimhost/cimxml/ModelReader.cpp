@@ -17,10 +17,6 @@ constexpr unsigned embeddingLimit = 16;
 /// Far more than any class has, and few enough to be searched one by one.
 constexpr std::size_t keyLimit = 256;
 
-[[noreturn]] void invalid(const std::string& description) {
-    throw CimError(CimCode::invalidParameter, description);
-}
-
 /// "<what> is no uint8", with as much of the text as a message can bear.
 std::string refusal(const ValueShape& shape, std::string_view text) {
     constexpr std::size_t shown = 64;
@@ -42,7 +38,7 @@ class DistinctNames {
 public:
     void add(std::string_view name) {
         if (!_names.insert(name).second) {
-            invalid("property " + std::string(name) + " is given more than once");
+            throwInvalidParameter("property " + std::string(name) + " is given more than once");
         }
     }
 
@@ -55,7 +51,7 @@ CimType declaredType(const Element& property) {
     const std::string_view name = property.attributeText(Attribute::type);
     const CimType type = typeFromName(name);
     if (type == CimType::none || type == CimType::reference || type == CimType::instance) {
-        invalid("property " + std::string(property.attributeText(Attribute::name)) +
+        throwInvalidParameter("property " + std::string(property.attributeText(Attribute::name)) +
                 " has the unknown type \"" + std::string(name) + "\"");
     }
     if (type == CimType::string && property.attribute(Attribute::embeddedObject)) {
@@ -272,14 +268,14 @@ void ModelReader::_readKeys(const Element& name, const Class* definition, Object
         const bool isNamed = child.tag() == Tag::keyBinding;
         const PropertyDefinition* const only = isNamed ? nullptr : onlyKey(definition);
         // A bare value stands for the only key of its class.
-        if (!isNamed && !only) invalid("a key of " + path.className + " has no name");
+        if (!isNamed && !only) throwInvalidParameter("a key of " + path.className + " has no name");
         const std::string_view key = isNamed ? child.attributeText(Attribute::name) : only->name;
         if (path.findKey(key) != nullptr) {
-            invalid("key " + std::string(key) + " of " + path.className +
+            throwInvalidParameter("key " + std::string(key) + " of " + path.className +
                     " is given more than once");
         }
         if (path.keys.size() == keyLimit) {
-            invalid("a path of " + path.className + " has too many keys");
+            throwInvalidParameter("a path of " + path.className + " has too many keys");
         }
         path.keys.push_back(
             {std::string(key), _keyValue(isNamed ? *child.firstChild() : child, definition, key)});
@@ -296,14 +292,14 @@ Value ModelReader::_keyValue(const Element& element, const Class* definition,
     }
     const ValueShape shape{property->type, false, "key", property->name, definition->name};
     if (isReference != (property->type == CimType::reference)) {
-        invalid(shape.text() + " is of type " + std::string(typeName(property->type)));
+        throwInvalidParameter(shape.text() + " is of type " + std::string(typeName(property->type)));
     }
     return isReference ? Value::reference(reference(element)) : _typedKey(element, shape);
 }
 
 Value ModelReader::_typedKey(const Element& keyValue, const ValueShape& shape) const {
     std::optional<Value> value = readScalar(shape.type, keyValue.text());
-    if (!value) invalid(refusal(shape, keyValue.text()));
+    if (!value) throwInvalidParameter(refusal(shape, keyValue.text()));
     return std::move(*value);
 }
 

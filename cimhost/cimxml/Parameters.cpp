@@ -42,10 +42,6 @@ static_assert(rows.size() == parameterCount);
 // Every property of every result is looked up in the list, one by one.
 constexpr std::size_t propertyLimit = 1024;
 
-[[noreturn]] void invalid(const std::string& description) {
-    throw CimError(CimCode::invalidParameter, description);
-}
-
 std::string nameOf(Parameter parameter) {
     return std::string(std::ranges::find(rows, parameter, &ParameterRow::parameter)->name);
 }
@@ -66,10 +62,10 @@ Parameters::Parameters(const Element& intrinsicCall, ParameterSet allowed) {
         const std::string operation(intrinsicCall.attributeText(Attribute::name));
         const ParameterRow* const row = findRow(name);
         if (!row || !allowed.contains(row->parameter)) {
-            invalid(operation + " has no parameter " + std::string(name));
+            throwInvalidParameter(operation + " has no parameter " + std::string(name));
         }
         const auto index = static_cast<std::size_t>(row->parameter);
-        if (given[index]) invalid("parameter " + std::string(name) + " is given more than once");
+        if (given[index]) throwInvalidParameter("parameter " + std::string(name) + " is given more than once");
         given[index] = true;
         _values[index] = element.firstChild();
     }
@@ -82,14 +78,14 @@ std::optional<Element> Parameters::find(Parameter parameter) const noexcept {
 std::optional<Element> Parameters::_optional(Parameter parameter, TagSet tags) const {
     const std::optional<Element> value = find(parameter);
     if (value && !tags.contains(value->tag())) {
-        invalid("parameter " + nameOf(parameter) + " cannot be a " + std::string(value->tagName()));
+        throwInvalidParameter("parameter " + nameOf(parameter) + " cannot be a " + std::string(value->tagName()));
     }
     return value;
 }
 
 Element Parameters::required(Parameter parameter, TagSet tags) const {
     const std::optional<Element> value = _optional(parameter, tags);
-    if (!value) invalid("parameter " + nameOf(parameter) + " is missing");
+    if (!value) throwInvalidParameter("parameter " + nameOf(parameter) + " is missing");
     return *value;
 }
 
@@ -97,7 +93,7 @@ bool Parameters::boolean(Parameter parameter, bool defaultValue) const {
     const std::optional<Element> element = _optional(parameter, {Tag::value});
     if (!element) return defaultValue;
     const std::optional<Value> value = readScalar(CimType::boolean, element->text());
-    if (!value) invalid("parameter " + nameOf(parameter) + " is neither true nor false");
+    if (!value) throwInvalidParameter("parameter " + nameOf(parameter) + " is neither true nor false");
     return *value->get<bool>();
 }
 
@@ -125,9 +121,9 @@ std::optional<std::vector<std::string>> Parameters::propertyList() const {
     std::set<std::string_view, NameLess> seen;
     std::vector<std::string> names;
     for (const Element name : list->children()) {
-        if (name.tag() == Tag::valueNull) invalid("parameter PropertyList holds NULL");
+        if (name.tag() == Tag::valueNull) throwInvalidParameter("parameter PropertyList holds NULL");
         if (!seen.insert(name.text()).second) continue;
-        if (names.size() == propertyLimit) invalid("parameter PropertyList is too long");
+        if (names.size() == propertyLimit) throwInvalidParameter("parameter PropertyList is too long");
         names.emplace_back(name.text());
     }
     return names;

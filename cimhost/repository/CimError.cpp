@@ -37,6 +37,10 @@ constexpr auto codeRows = std::to_array<CodeRow>({
 
 }  // namespace
 
+void throwInvalidParameter(const std::string& description) {
+    throw CimError(CimCode::invalidParameter, description);
+}
+
 const char* codeName(CimCode code) noexcept {
     const auto* const row = std::find_if(codeRows.begin(), codeRows.end(),
                                          [code](const CodeRow& each) { return each.code == code; });

@@ -42,6 +42,9 @@ private:
     CimCode _code;
 };
 
+/// Fails with CIM_ERR_INVALID_PARAMETER.
+[[noreturn]] void throwInvalidParameter(const std::string& description);
+
 /// The standard's name of the code, such as "CIM_ERR_NOT_FOUND".
 const char* codeName(CimCode code) noexcept;
 

@@ -8,12 +8,15 @@
 #include <utility>
 
 namespace cimhost {
-namespace {
 
-struct Found {
+struct HostResolver::Found {
     int error = 0;
     std::vector<SocketAddress> addresses;
 };
+
+namespace {
+
+using Found = HostResolver::Found;
 
 Found lookUp(const std::string& host, const std::string& port, int flags) {
     addrinfo hints{};

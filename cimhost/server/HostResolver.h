@@ -31,6 +31,9 @@ public:
     /// Ends a look-up that is waited for, and later ones. From any thread.
     void abort() noexcept;
 
+    /// What the system's look-up gave.
+    struct Found;
+
 private:
     struct Lookup;
 
