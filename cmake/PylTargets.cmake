@@ -2,6 +2,9 @@
 
 find_package(Threads REQUIRED)
 
+# Includes are written from here.
+cmake_path(GET CMAKE_CURRENT_LIST_DIR PARENT_PATH PYL_ROOT)
+
 find_program(PYL_CCACHE ccache)
 if(PYL_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
     set(CMAKE_C_COMPILER_LAUNCHER "${PYL_CCACHE}")
@@ -10,10 +13,11 @@ endif()
 
 add_library(pyl_flags INTERFACE)
 target_compile_features(pyl_flags INTERFACE cxx_std_20)
-target_include_directories(pyl_flags INTERFACE "${PROJECT_SOURCE_DIR}" "${PROJECT_BINARY_DIR}/generated")
+target_include_directories(pyl_flags INTERFACE "${PYL_ROOT}" "${CMAKE_BINARY_DIR}/generated")
 target_link_libraries(pyl_flags INTERFACE Threads::Threads)
 target_compile_options(pyl_flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    -Wall -Wextra -Wpedantic -Wconversion
+    $<IF:$<BOOL:${CMAKE_UNITY_BUILD}>,-Wshadow=local,-Wshadow>
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
     $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
@@ -67,7 +71,7 @@ endfunction()
 function(pyl_add_part name)
     add_library(${name} STATIC ${ARGN})
     pyl_prepare(${name})
-    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
+    target_include_directories(${name} PUBLIC "${PYL_ROOT}")
 endfunction()
 
 # A test program of GoogleTest cases, each its own CTest test.

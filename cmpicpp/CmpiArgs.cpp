@@ -1,6 +1,6 @@
 #include "cmpicpp/CmpiArgs.h"
 
-#include "cmpicpp/Calls.h"
+#include "cmpicpp/detail/Calls.h"
 
 namespace CmpiCpp {
 

@@ -1,7 +1,7 @@
 #include "cmpicpp/CmpiContext.h"
 
-#include "cmpicpp/Calls.h"
-#include "cmpicpp/DataKind.h"
+#include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/DataKind.h"
 
 namespace CmpiCpp {
 

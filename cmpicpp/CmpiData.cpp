@@ -1,13 +1,13 @@
 #include "cmpicpp/CmpiData.h"
 
-#include "cmpicpp/Calls.h"
 #include "cmpicpp/CmpiArray.h"
 #include "cmpicpp/CmpiDateTime.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiObjectPath.h"
-#include "cmpicpp/DataKind.h"
-#include "cmpicpp/Equality.h"
-#include "cmpicpp/TextForm.h"
+#include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/DataKind.h"
+#include "cmpicpp/detail/Equality.h"
+#include "cmpicpp/detail/TextForm.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "cmpicpp/CmpiDateTime.h"
 
-#include "cmpicpp/Calls.h"
+#include "cmpicpp/detail/Calls.h"
 
 #include <string_view>
 

@@ -1,6 +1,6 @@
 #include "cmpicpp/CmpiHandle.h"
 
-#include "cmpicpp/Calls.h"
+#include "cmpicpp/detail/Calls.h"
 
 #include <memory>
 

@@ -1,7 +1,7 @@
 #include "cmpicpp/CmpiInstance.h"
 
-#include "cmpicpp/Calls.h"
-#include "cmpicpp/TextForm.h"
+#include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/TextForm.h"
 
 namespace CmpiCpp {
 

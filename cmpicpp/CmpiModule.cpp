@@ -1,7 +1,7 @@
 #include "cmpicpp/CmpiModule.h"
 
 #include "cmpicpp/CmpiStatus.h"
-#include "cmpicpp/MiTables.h"
+#include "cmpicpp/detail/MiTables.h"
 
 #include <exception>
 #include <memory>

@@ -1,8 +1,8 @@
 #include "cmpicpp/CmpiObjectPath.h"
 
-#include "cmpicpp/Calls.h"
-#include "cmpicpp/Equality.h"
-#include "cmpicpp/TextForm.h"
+#include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/Equality.h"
+#include "cmpicpp/detail/TextForm.h"
 
 #include <ostream>
 

@@ -1,6 +1,6 @@
 #include "cmpicpp/CmpiStatus.h"
 
-#include "cmpicpp/Calls.h"
+#include "cmpicpp/detail/Calls.h"
 
 #include <algorithm>
 #include <array>

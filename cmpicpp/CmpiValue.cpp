@@ -1,12 +1,12 @@
 #include "cmpicpp/CmpiValue.h"
 
-#include "cmpicpp/Calls.h"
 #include "cmpicpp/CmpiArray.h"
 #include "cmpicpp/CmpiData.h"
 #include "cmpicpp/CmpiDateTime.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiObjectPath.h"
-#include "cmpicpp/DataKind.h"
+#include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/DataKind.h"
 
 namespace CmpiCpp {
 

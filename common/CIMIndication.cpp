@@ -1,7 +1,7 @@
 #include "common/CIMIndication.h"
 
-#include "common/IndicationValues.h"
 #include "common/PYLUtil.h"
+#include "common/detail/IndicationValues.h"
 
 #include <atomic>
 

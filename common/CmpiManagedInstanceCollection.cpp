@@ -1,8 +1,8 @@
 #include "common/CmpiManagedInstanceCollection.h"
 
 #include "common/AutoMutex.h"
-#include "common/LocalRequest.h"
-#include "common/LockedWalk.h"
+#include "common/detail/LocalRequest.h"
+#include "common/detail/LockedWalk.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -4,9 +4,9 @@
 #include "cmpicpp/CmpiMBService.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/CmpiManagedInstanceCollection.h"
-#include "common/LocalRequest.h"
-#include "common/LockedWalk.h"
 #include "common/PYLUtil.h"
+#include "common/detail/LocalRequest.h"
+#include "common/detail/LockedWalk.h"
 
 #include <string>
 #include <typeinfo>

@@ -1,6 +1,6 @@
 #include "common/CollectionClassNames.h"
 
-#include "common/CollectionClassRows.h"
+#include "common/detail/CollectionClassRows.h"
 
 // clang-format off
 

@@ -2,8 +2,8 @@
 
 #include "common/AutoMutex.h"
 #include "common/PYLConstants.h"
-#include "common/StoreRewrite.h"
-#include "common/WordReader.h"
+#include "common/detail/StoreRewrite.h"
+#include "common/detail/WordReader.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

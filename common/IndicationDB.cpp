@@ -1,6 +1,6 @@
 #include "common/IndicationDB.h"
 
-#include "common/IndicationCatalogue.h"
+#include "common/detail/IndicationCatalogue.h"
 
 #include <sys/utsname.h>
 

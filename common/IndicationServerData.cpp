@@ -1,9 +1,9 @@
 // What KTAlertIndication tells of the server and of its enclosure, read when an instance is made.
 
-#include "common/IndicationValues.h"
 #include "common/KTAlertIndication.h"
-#include "platform/blade/BladeMRA.h"
-#include "platform/computersystem/ComputerSystemMRA.h"
+#include "common/detail/IndicationValues.h"
+#include "platform/host/BladeMRA.h"
+#include "platform/host/ComputerSystemMRA.h"
 
 #include <array>
 #include <memory>

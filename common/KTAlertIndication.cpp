@@ -1,8 +1,8 @@
 #include "common/KTAlertIndication.h"
 
 #include "cmpicpp/CmpiMBService.h"
-#include "common/IndicationValues.h"
 #include "common/PYLUtil.h"
+#include "common/detail/IndicationValues.h"
 
 #include <array>
 #include <charconv>

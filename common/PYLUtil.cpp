@@ -1,6 +1,6 @@
 #include "common/PYLUtil.h"
 
-#include "platform/computersystem/ComputerSystemMRA.h"
+#include "platform/host/ComputerSystemMRA.h"
 
 #include <unistd.h>
 

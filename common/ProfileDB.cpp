@@ -2,7 +2,7 @@
 
 #include "cmpicpp/CmpiBroker.h"
 #include "common/PYLUtil.h"
-#include "common/TableViews.h"
+#include "common/detail/TableViews.h"
 
 #include <algorithm>
 

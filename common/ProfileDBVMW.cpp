@@ -3,7 +3,7 @@
 #include "common/ImplementationClassNames.h"
 #include "common/PYLConstants.h"
 #include "common/ProfileDB.h"
-#include "common/TableViews.h"
+#include "common/detail/TableViews.h"
 
 #include <algorithm>
 #include <iterator>

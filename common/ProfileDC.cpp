@@ -1,7 +1,7 @@
 #include "common/ProfileDC.h"
 
 #include "cmpi/cmpidt.h"
-#include "common/TableViews.h"
+#include "common/detail/TableViews.h"
 
 #include <utility>
 

@@ -1,10 +1,10 @@
 // What the data collection gathers: a row a profile, and the levels of its classes.
 
 #include "common/CollectionClassNames.h"
-#include "common/CollectionClassRows.h"
 #include "common/PYLConstants.h"
 #include "common/ProfileDC.h"
-#include "common/TableViews.h"
+#include "common/detail/CollectionClassRows.h"
+#include "common/detail/TableViews.h"
 
 #include <iterator>
 

@@ -1,7 +1,7 @@
 #include "common/entities.h"
 
-#include "common/EntityIndex.h"
-#include "common/NamedEntities.h"
+#include "common/detail/EntityIndex.h"
+#include "common/detail/NamedEntities.h"
 
 #include <bit>
 #include <cctype>

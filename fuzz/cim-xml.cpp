@@ -1,10 +1,11 @@
 // CIM-XML requests: each is refused or gets a reply that follows DSP0203, and what our parser takes
 // for well-formed XML another parser does too.
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/ModuleHost.h"
-#include "cimhost/broker/Operations.h"
 #include "cimhost/cimxml/XmlDocument.h"
-#include "cimhost/repository/MofReader.h"
+#include "cimhost/modules/ModuleHost.h"
+#include "cimhost/mof/MofReader.h"
+#include "cimhost/objects/Broker.h"
+#include "cimhost/operations/Operations.h"
+#include "cimhost/operations/UpCalls.h"
 #include "fuzz/Require.h"
 #include "tests/cimhost/cimxml/ReplyChecker.h"
 #include "tests/cimhost/cimxml/Requests.h"
@@ -40,7 +41,7 @@ instance of TEST_Link { Antecedent = "TEST_Pump.Id=\"p1\""; Dependent = "TEST_Pu
 struct Manager {
     Repository repository = makeRepository();
     SilentLog log;
-    Broker broker{repository, log};
+    Broker broker{repository, log, fillUpCalls};
     ModuleHost modules{broker, {}, {}};
     Operations operations{broker, modules};
     CimXmlHandler handler{operations, repository};

@@ -1,5 +1,5 @@
 // HTTP requests: read alike however their bytes arrive.
-#include "cimhost/server/HttpParser.h"
+#include "cimhost/http/HttpParser.h"
 #include "fuzz/Require.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // MOF: a text is read, or refused with a place in it.
-#include "cimhost/repository/MofReader.h"
+#include "cimhost/mof/MofReader.h"
 #include "cimhost/repository/Names.h"
 #include "fuzz/Require.h"
 

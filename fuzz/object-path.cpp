@@ -1,5 +1,5 @@
 // Object paths as text: what is read and written is read as the same path again.
-#include "cimhost/broker/Description.h"
+#include "cimhost/objects/Description.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/ModelPathText.h"
 #include "fuzz/Require.h"

@@ -1,8 +1,8 @@
 // Queries: a text is refused for what is wrong with it, or it is a query whose normal forms hold
 // of an instance exactly when the query itself does.
-#include "cimhost/broker/WqlEvaluation.h"
-#include "cimhost/broker/WqlNormalForm.h"
-#include "cimhost/broker/WqlParser.h"
+#include "cimhost/query/WqlEvaluation.h"
+#include "cimhost/query/WqlNormalForm.h"
+#include "cimhost/query/WqlParser.h"
 #include "cimhost/repository/CimError.h"
 #include "fuzz/Require.h"
 

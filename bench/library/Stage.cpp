@@ -1,6 +1,7 @@
 #include "bench/library/Stage.h"
 
 #include "bench/library/PlainPath.h"
+#include "cimhost/operations/UpCalls.h"
 #include "cmpicpp/CmpiBroker.h"
 #include "common/PYLUtil.h"
 
@@ -28,7 +29,7 @@ cimhost::ObjectPath requestFor(const char* className, std::string_view deviceId)
 const cimhost::Broker& stageBroker() {
     static const cimhost::Repository repository;
     static NoLog log;
-    static const cimhost::Broker broker(repository, log);
+    static const cimhost::Broker broker(repository, log, cimhost::fillUpCalls);
     static const bool isKnown = [] {
         PYL::PYLUtil::setBroker(CmpiCpp::CmpiBroker(broker.handle()));
         return true;

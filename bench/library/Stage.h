@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cimhost/broker/Broker.h"
+#include "cimhost/objects/Broker.h"
 #include "cmpi/cmpift.h"
 
 #include <optional>

@@ -2,7 +2,7 @@
 #include "bench/library/Rows.h"
 #include "common/DataStoreTxt.h"
 #include "platform/logger/LogSink.h"
-#include "tests/common/RedirectedFiles.h"
+#include "tests/support/RedirectedFiles.h"
 
 #include <unistd.h>
 

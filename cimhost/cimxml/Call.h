@@ -1,11 +1,11 @@
 #pragma once
 
-#include "cimhost/broker/Operations.h"
 #include "cimhost/cimxml/Message.h"
 #include "cimhost/cimxml/ModelReader.h"
 #include "cimhost/cimxml/ObjectWriter.h"
 #include "cimhost/cimxml/Parameters.h"
 #include "cimhost/cimxml/ReplyStream.h"
+#include "cimhost/operations/Operations.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Repository.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cimhost/broker/IndicationOutlet.h"
 #include "cimhost/cimxml/XmlBuffer.h"
+#include "cimhost/indications/IndicationOutlet.h"
 
 #include <cstdint>
 #include <optional>

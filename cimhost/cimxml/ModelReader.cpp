@@ -52,7 +52,7 @@ CimType declaredType(const Element& property) {
     const CimType type = typeFromName(name);
     if (type == CimType::none || type == CimType::reference || type == CimType::instance) {
         throwInvalidParameter("property " + std::string(property.attributeText(Attribute::name)) +
-                " has the unknown type \"" + std::string(name) + "\"");
+                              " has the unknown type \"" + std::string(name) + "\"");
     }
     if (type == CimType::string && property.attribute(Attribute::embeddedObject)) {
         return CimType::instance;
@@ -272,7 +272,7 @@ void ModelReader::_readKeys(const Element& name, const Class* definition, Object
         const std::string_view key = isNamed ? child.attributeText(Attribute::name) : only->name;
         if (path.findKey(key) != nullptr) {
             throwInvalidParameter("key " + std::string(key) + " of " + path.className +
-                    " is given more than once");
+                                  " is given more than once");
         }
         if (path.keys.size() == keyLimit) {
             throwInvalidParameter("a path of " + path.className + " has too many keys");
@@ -292,7 +292,8 @@ Value ModelReader::_keyValue(const Element& element, const Class* definition,
     }
     const ValueShape shape{property->type, false, "key", property->name, definition->name};
     if (isReference != (property->type == CimType::reference)) {
-        throwInvalidParameter(shape.text() + " is of type " + std::string(typeName(property->type)));
+        throwInvalidParameter(shape.text() + " is of type " +
+                              std::string(typeName(property->type)));
     }
     return isReference ? Value::reference(reference(element)) : _typedKey(element, shape);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cimhost/broker/Operations.h"
 #include "cimhost/cimxml/XmlBuffer.h"
+#include "cimhost/operations/Operations.h"
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Schema.h"
 

@@ -65,7 +65,9 @@ Parameters::Parameters(const Element& intrinsicCall, ParameterSet allowed) {
             throwInvalidParameter(operation + " has no parameter " + std::string(name));
         }
         const auto index = static_cast<std::size_t>(row->parameter);
-        if (given[index]) throwInvalidParameter("parameter " + std::string(name) + " is given more than once");
+        if (given[index]) {
+            throwInvalidParameter("parameter " + std::string(name) + " is given more than once");
+        }
         given[index] = true;
         _values[index] = element.firstChild();
     }
@@ -78,7 +80,8 @@ std::optional<Element> Parameters::find(Parameter parameter) const noexcept {
 std::optional<Element> Parameters::_optional(Parameter parameter, TagSet tags) const {
     const std::optional<Element> value = find(parameter);
     if (value && !tags.contains(value->tag())) {
-        throwInvalidParameter("parameter " + nameOf(parameter) + " cannot be a " + std::string(value->tagName()));
+        throwInvalidParameter("parameter " + nameOf(parameter) + " cannot be a " +
+                              std::string(value->tagName()));
     }
     return value;
 }
@@ -93,7 +96,9 @@ bool Parameters::boolean(Parameter parameter, bool defaultValue) const {
     const std::optional<Element> element = _optional(parameter, {Tag::value});
     if (!element) return defaultValue;
     const std::optional<Value> value = readScalar(CimType::boolean, element->text());
-    if (!value) throwInvalidParameter("parameter " + nameOf(parameter) + " is neither true nor false");
+    if (!value) {
+        throwInvalidParameter("parameter " + nameOf(parameter) + " is neither true nor false");
+    }
     return *value->get<bool>();
 }
 
@@ -121,9 +126,13 @@ std::optional<std::vector<std::string>> Parameters::propertyList() const {
     std::set<std::string_view, NameLess> seen;
     std::vector<std::string> names;
     for (const Element name : list->children()) {
-        if (name.tag() == Tag::valueNull) throwInvalidParameter("parameter PropertyList holds NULL");
+        if (name.tag() == Tag::valueNull) {
+            throwInvalidParameter("parameter PropertyList holds NULL");
+        }
         if (!seen.insert(name.text()).second) continue;
-        if (names.size() == propertyLimit) throwInvalidParameter("parameter PropertyList is too long");
+        if (names.size() == propertyLimit) {
+            throwInvalidParameter("parameter PropertyList is too long");
+        }
         names.emplace_back(name.text());
     }
     return names;

@@ -16,10 +16,6 @@
 namespace cimhost {
 namespace {
 
-[[noreturn]] void refuse(const std::string& message) {
-    throw CimError(CimCode::invalidParameter, message);
-}
-
 // The place of each name; hashed, because a hostile class has very many.
 using Places = std::unordered_map<std::string_view, std::size_t, NameHash, NameEqual>;
 
@@ -37,8 +33,8 @@ void checkDistinct(const Members& own, std::string_view kind, const std::string&
     seen.reserve(own.size());
     for (const auto& member : own) {
         if (!seen.emplace(member->name, 0).second) {
-            refuse(std::string(kind) + " '" + member->name + "' of '" + className +
-                   "' is declared twice");
+            throwInvalidParameter(std::string(kind) + " '" + member->name + "' of '" + className +
+                                  "' is declared twice");
         }
     }
 }
@@ -65,11 +61,12 @@ Members merge(const Members& own, const Members& inherited, Resolve resolve) {
 
 void checkAssociation(const Class& definition, const Class* superClass) {
     if (definition.isAssociation && definition.isIndication) {
-        refuse("class '" + definition.name + "' cannot be an association and an indication");
+        throwInvalidParameter("class '" + definition.name +
+                              "' cannot be an association and an indication");
     }
     if (superClass && definition.isAssociation && !superClass->isAssociation) {
-        refuse("association '" + definition.name + "' has the superclass '" + superClass->name +
-               "', which is no association");
+        throwInvalidParameter("association '" + definition.name + "' has the superclass '" +
+                              superClass->name + "', which is no association");
     }
 }
 
@@ -78,7 +75,8 @@ void checkReferenceCount(const Class& definition) {
     const auto references =
         std::count_if(definition.properties.begin(), definition.properties.end(),
                       [](const auto& property) { return property->type == CimType::reference; });
-    if (references < 2) refuse("association '" + definition.name + "' needs two references");
+    if (references < 2)
+        throwInvalidParameter("association '" + definition.name + "' needs two references");
 }
 
 // A subclass may name keys only when none are inherited. Its inherited members have kept their
@@ -89,8 +87,8 @@ void checkKeys(const Class& definition, const Class* superClass) {
     for (std::size_t i = 0; i < definition.properties.size(); ++i) {
         const PropertyDefinition& property = *definition.properties[i];
         if (!property.isKey || (i < inherited.size() && inherited[i]->isKey)) continue;
-        refuse("class '" + definition.name + "' adds the key '" + property.name +
-               "' to the keys of '" + superClass->name + "'");
+        throwInvalidParameter("class '" + definition.name + "' adds the key '" + property.name +
+                              "' to the keys of '" + superClass->name + "'");
     }
 }
 

@@ -19,18 +19,14 @@ constexpr std::uint16_t bits(Scope scope) noexcept {
     return static_cast<std::uint16_t>(scope);
 }
 
-[[noreturn]] void refuse(const std::string& message) {
-    throw CimError(CimCode::invalidParameter, message);
-}
-
 void checkType(const QualifierDeclaration& declaration, const Value& value,
                const std::string& element) {
     const bool null = value.isNull();
     if (value.isArray() == declaration.isArray && (null || value.type() == declaration.type)) {
         return;
     }
-    refuse(element + ": qualifier '" + declaration.name + "' is declared as " +
-           typeText(declaration.type, declaration.isArray, declaration.arraySize));
+    throwInvalidParameter(element + ": qualifier '" + declaration.name + "' is declared as " +
+                          typeText(declaration.type, declaration.isArray, declaration.arraySize));
 }
 
 }  // namespace
@@ -59,7 +55,8 @@ std::uint16_t classScopeMask(const Qualifiers& qualifiers) noexcept {
 void checkScope(const QualifierDeclaration& declaration, std::uint16_t scopes,
                 const std::string& element) {
     if ((declaration.scopes & scopes) != 0) return;
-    refuse(element + ": qualifier '" + declaration.name + "' has no place here by its scope");
+    throwInvalidParameter(element + ": qualifier '" + declaration.name +
+                          "' has no place here by its scope");
 }
 
 void checkQualifiers(const NameSpace& nameSpace, const Qualifiers& qualifiers, std::uint16_t scopes,
@@ -67,9 +64,10 @@ void checkQualifiers(const NameSpace& nameSpace, const Qualifiers& qualifiers, s
     std::unordered_set<std::string_view, NameHash, NameEqual> seen;
     for (const Qualifier& qualifier : qualifiers) {
         const QualifierDeclaration* const declaration = nameSpace.findQualifier(qualifier.name);
-        if (!declaration) refuse(element + ": qualifier '" + qualifier.name + "' is not declared");
+        if (!declaration)
+            throwInvalidParameter(element + ": qualifier '" + qualifier.name + "' is not declared");
         if (!seen.insert(qualifier.name).second) {
-            refuse(element + ": qualifier '" + qualifier.name + "' is given twice");
+            throwInvalidParameter(element + ": qualifier '" + qualifier.name + "' is given twice");
         }
         checkScope(*declaration, scopes, element);
         checkType(*declaration, qualifier.value, element);
@@ -89,7 +87,8 @@ void inheritQualifiers(Qualifiers& qualifiers, const Qualifiers& inherited,
             added.push_back(each);
             added.back().propagated = true;
         } else if (!each.flavor.overridable && !(given->second->value == each.value)) {
-            refuse(element + ": qualifier '" + each.name + "' must not be overridden");
+            throwInvalidParameter(element + ": qualifier '" + each.name +
+                                  "' must not be overridden");
         }
     }
     std::move(added.begin(), added.end(), std::back_inserter(qualifiers));

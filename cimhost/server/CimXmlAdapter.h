@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cimhost/cimxml/Handler.h"
-#include "cimhost/server/HttpHandler.h"
+#include "cimhost/http/HttpHandler.h"
 
 namespace cimhost {
 

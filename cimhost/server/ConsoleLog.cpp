@@ -1,6 +1,6 @@
 #include "cimhost/server/ConsoleLog.h"
 
-#include "cimhost/server/Timestamp.h"
+#include "cimhost/http/Timestamp.h"
 
 #include <unistd.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/IndicationOutlet.h"
+#include "cimhost/indications/IndicationOutlet.h"
+#include "cimhost/objects/Broker.h"
 #include "cimhost/server/ListenerConnection.h"
 
 #include <chrono>

@@ -1,7 +1,7 @@
 #include "cimhost/server/IndicationText.h"
 
-#include "cimhost/broker/DateTime.h"
-#include "cimhost/broker/Description.h"
+#include "cimhost/objects/Description.h"
+#include "cimhost/repository/DateTime.h"
 #include "cimhost/repository/Names.h"
 
 #include <algorithm>

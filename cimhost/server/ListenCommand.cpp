@@ -1,9 +1,9 @@
 #include "cimhost/cimxml/ExportHandler.h"
+#include "cimhost/http/HttpServer.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/server/CimXmlAdapter.h"
 #include "cimhost/server/Command.h"
 #include "cimhost/server/EndSignals.h"
-#include "cimhost/server/HttpServer.h"
 #include "cimhost/server/IndicationText.h"
 
 #include <CLI/CLI.hpp>

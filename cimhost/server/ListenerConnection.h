@@ -1,10 +1,10 @@
 #pragma once
 
-#include "cimhost/broker/ListenerUrl.h"
-#include "cimhost/server/Descriptor.h"
-#include "cimhost/server/HostResolver.h"
-#include "cimhost/server/HttpAnswer.h"
-#include "cimhost/server/PlainStream.h"
+#include "cimhost/http/Descriptor.h"
+#include "cimhost/http/HostResolver.h"
+#include "cimhost/http/HttpAnswer.h"
+#include "cimhost/http/PlainStream.h"
+#include "cimhost/indications/ListenerUrl.h"
 
 #include <chrono>
 #include <mutex>

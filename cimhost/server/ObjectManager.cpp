@@ -1,5 +1,7 @@
 #include "cimhost/server/ObjectManager.h"
 
+#include "cimhost/operations/UpCalls.h"
+
 #include <utility>
 
 namespace cimhost {
@@ -17,7 +19,7 @@ Registrations withSubscriptions(Registrations registrations, const Repository& r
 ObjectManager::ObjectManager(const Repository& repository, Registrations registrations,
                              std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
                              const IndicationSettings& indications)
-    : _broker(repository, log),
+    : _broker(repository, log, fillUpCalls),
       _delivery(indications.delivery, log),
       _routes(repository, log),
       _modules(_broker, withSubscriptions(std::move(registrations), repository),

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/IndicationRoutes.h"
-#include "cimhost/broker/ModuleHost.h"
-#include "cimhost/broker/Operations.h"
-#include "cimhost/broker/SubscriptionModule.h"
-#include "cimhost/broker/Subscriptions.h"
 #include "cimhost/cimxml/Handler.h"
+#include "cimhost/indications/IndicationRoutes.h"
+#include "cimhost/indications/SubscriptionModule.h"
+#include "cimhost/indications/Subscriptions.h"
+#include "cimhost/modules/ModuleHost.h"
+#include "cimhost/objects/Broker.h"
+#include "cimhost/operations/Operations.h"
 #include "cimhost/server/CimXmlAdapter.h"
 #include "cimhost/server/IndicationDelivery.h"
 

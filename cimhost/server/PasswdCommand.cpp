@@ -1,6 +1,6 @@
+#include "cimhost/http/PasswordFile.h"
+#include "cimhost/http/PasswordHash.h"
 #include "cimhost/server/Command.h"
-#include "cimhost/server/PasswordFile.h"
-#include "cimhost/server/PasswordHash.h"
 
 #include <CLI/CLI.hpp>
 #include <termios.h>

@@ -1,6 +1,6 @@
 #include "cimhost/server/SchemaOptions.h"
 
-#include "cimhost/repository/MofReader.h"
+#include "cimhost/mof/MofReader.h"
 #include "cimhost/server/Command.h"
 
 #include <CLI/CLI.hpp>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cimhost/broker/Registration.h"
+#include "cimhost/modules/Registration.h"
 #include "cimhost/repository/Repository.h"
 
 #include <filesystem>

@@ -1,12 +1,12 @@
-#include "cimhost/server/BasicAuth.h"
+#include "cimhost/http/BasicAuth.h"
+#include "cimhost/http/HttpServer.h"
+#include "cimhost/http/TlsStream.h"
 #include "cimhost/server/Command.h"
 #include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/EndDeadline.h"
 #include "cimhost/server/EndSignals.h"
-#include "cimhost/server/HttpServer.h"
 #include "cimhost/server/ObjectManager.h"
 #include "cimhost/server/ServeOptions.h"
-#include "cimhost/server/TlsStream.h"
 
 #include <CLI/CLI.hpp>
 

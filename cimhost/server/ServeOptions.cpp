@@ -1,8 +1,8 @@
 #include "cimhost/server/ServeOptions.h"
 
+#include "cimhost/http/ListenSocket.h"
 #include "cimhost/server/Command.h"
 #include "cimhost/server/ConsoleLog.h"
-#include "cimhost/server/ListenSocket.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cimhost/broker/Broker.h"
-#include "cimhost/server/HttpLimits.h"
+#include "cimhost/http/HttpLimits.h"
+#include "cimhost/objects/Broker.h"
 #include "cimhost/server/ObjectManager.h"
 #include "cimhost/server/SchemaOptions.h"
 

@@ -1,7 +1,7 @@
 #include "platform/ipmi/Bmc.h"
 
-#include "platform/ipmi/BmcWays.h"
-#include "platform/ipmi/IpmiCodes.h"
+#include "platform/ipmi/detail/BmcWays.h"
+#include "platform/ipmi/detail/IpmiCodes.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,7 +1,7 @@
 // The command channel to the enclosure's module. docs/ipmi.md describes its messages.
 
 #include "platform/ipmi/Bmc.h"
-#include "platform/ipmi/IpmiCodes.h"
+#include "platform/ipmi/detail/IpmiCodes.h"
 
 #include <algorithm>
 #include <cerrno>

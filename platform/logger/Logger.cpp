@@ -1,8 +1,8 @@
 #include "platform/logger/Logger.h"
 
-#include "platform/logger/LogFormat.h"
 #include "platform/logger/StandardErrorSink.h"
 #include "platform/logger/SystemLogSink.h"
+#include "platform/logger/detail/LogFormat.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,7 +1,7 @@
 #include "platform/smbios/SmBios.h"
 
-#include "platform/smbios/DmiDecoder.h"
 #include "platform/smbios/SmbiosEntryPoint.h"
+#include "platform/smbios/detail/DmiDecoder.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,7 +1,7 @@
 #include "platform/smbios/SmbiosTable.h"
 
-#include "platform/smbios/LittleEndian.h"
 #include "platform/smbios/SmbiosSource.h"
+#include "platform/smbios/detail/LittleEndian.h"
 
 #include <algorithm>
 #include <string>

@@ -1,7 +1,7 @@
 #include "providers/baseserver/BootRecord.h"
 
 #include "common/DataStoreTxt.h"
-#include "platform/computersystem/HostFiles.h"
+#include "platform/host/HostFiles.h"
 
 #include <memory>
 

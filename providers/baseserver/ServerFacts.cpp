@@ -1,7 +1,7 @@
 #include "providers/baseserver/ServerFacts.h"
 
 #include "common/PYLUtil.h"
-#include "platform/computersystem/ComputerSystemMRA.h"
+#include "platform/host/ComputerSystemMRA.h"
 #include "platform/smbios/SmBios.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 #include "providers/fan/FanSensors.h"
 
-#include "platform/computersystem/HostFiles.h"
+#include "platform/host/HostFiles.h"
 
 #include <algorithm>
 #include <charconv>

@@ -8,7 +8,7 @@
 #include "cmpicpp/CmpiDateTime.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiModule.h"
-#include "cmpicpp/ResultSinks.h"
+#include "cmpicpp/detail/ResultSinks.h"
 #include "tests/cmpicpp/BrokerFixture.h"
 #include "tests/cmpicpp/EverythingProvider.h"
 #include "tests/cmpicpp/RecordingSink.h"
@@ -221,10 +221,10 @@ TEST_F(BrokerFailureTest, WhileAMethodDelivers) {
     });
 }
 
-Script* script = nullptr;
+Script* scriptInUse = nullptr;
 
 CmpiProvider* makeProvider(const CmpiBroker& broker, const CMPIContext*) {
-    return new EverythingProvider(const_cast<CMPIBroker*>(broker.toCMPI()), *script);
+    return new EverythingProvider(const_cast<CMPIBroker*>(broker.toCMPI()), *scriptInUse);
 }
 
 constinit CmpiModule module("Faulty", makeProvider);
@@ -232,7 +232,7 @@ constinit CmpiModule module("Faulty", makeProvider);
 TEST_F(BrokerFailureTest, WhileAProviderServes) {
     failEachCallOf([this] {
         Script current;
-        script = &current;
+        scriptInUse = &current;
         RecordingSink recording;
         auto* const result = FaultyBroker::adopt(cimhost::makeResult(_broker, recording));
         auto* const path =
@@ -261,7 +261,7 @@ TEST_F(BrokerFailureTest, WhileAProviderServes) {
 
 TEST_F(BrokerFailureTest, KeepsTheCodeWhenTheMessageCannotBeMade) {
     Script current;
-    script = &current;
+    scriptInUse = &current;
     current.act = [] { throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "text"); };
     CMPIInstanceMI* const mi = module.createInstanceMI(_faulty.handle(), nullptr, nullptr);
     ASSERT_NE(mi, nullptr);

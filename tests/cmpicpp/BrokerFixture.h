@@ -1,7 +1,8 @@
 #pragma once
 
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/Objects.h"
+#include "cimhost/objects/Broker.h"
+#include "cimhost/objects/Objects.h"
+#include "cimhost/operations/UpCalls.h"
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiObjectPath.h"
 #include "cmpicpp/CmpiStatus.h"
@@ -41,7 +42,7 @@ protected:
 
     cimhost::Repository _repository;
     CountingLog _log;
-    cimhost::Broker _broker{_repository, _log};
+    cimhost::Broker _broker{_repository, _log, cimhost::fillUpCalls};
     cimhost::CallScope _scope;
 };
 

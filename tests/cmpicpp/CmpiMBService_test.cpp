@@ -25,7 +25,7 @@ struct Script {
     std::string asked;
 };
 
-Script* script = nullptr;
+Script* answersInUse = nullptr;
 
 std::string text(const char* name) {
     return !name ? " -" : std::string(" ") + name;
@@ -37,14 +37,14 @@ std::string text(const char** properties) {
 
 template <typename Result>
 Result answer(const std::string& asked, Result result, CMPIStatus* status) {
-    script->asked = asked;
-    *status = script->status;
+    answersInUse->asked = asked;
+    *status = answersInUse->status;
     return result;
 }
 
 CMPIStatus answer(const std::string& asked) {
-    script->asked = asked;
-    return script->status;
+    answersInUse->asked = asked;
+    return answersInUse->status;
 }
 
 using Broker = const CMPIBroker*;
@@ -56,17 +56,17 @@ CMPIBrokerFT upCalls() {
     CMPIBrokerFT table{};
     table.brokerVersion = CMPIVersion210;
     table.getInstance = [](Broker, Context, Path, const char** properties, CMPIStatus* status) {
-        return answer("getInstance" + text(properties), script->instance, status);
+        return answer("getInstance" + text(properties), answersInUse->instance, status);
     };
     table.enumerateInstances = [](Broker, Context, Path, const char** properties,
                                   CMPIStatus* status) {
-        return answer("enumerateInstances" + text(properties), script->enumeration, status);
+        return answer("enumerateInstances" + text(properties), answersInUse->enumeration, status);
     };
     table.enumerateInstanceNames = [](Broker, Context, Path, CMPIStatus* status) {
-        return answer("enumerateInstanceNames", script->enumeration, status);
+        return answer("enumerateInstanceNames", answersInUse->enumeration, status);
     };
     table.createInstance = [](Broker, Context, Path, Instance, CMPIStatus* status) {
-        return answer("createInstance", script->path, status);
+        return answer("createInstance", answersInUse->path, status);
     };
     table.modifyInstance = [](Broker, Context, Path, Instance, const char** properties) {
         return answer("modifyInstance" + text(properties));
@@ -74,36 +74,37 @@ CMPIBrokerFT upCalls() {
     table.deleteInstance = [](Broker, Context, Path) { return answer("deleteInstance"); };
     table.execQuery = [](Broker, Context, Path, const char* query, const char* language,
                          CMPIStatus* status) {
-        return answer("execQuery" + text(query) + text(language), script->enumeration, status);
+        return answer("execQuery" + text(query) + text(language), answersInUse->enumeration,
+                      status);
     };
     table.associators = [](Broker, Context, Path, const char* a, const char* b, const char* c,
                            const char* d, const char** properties, CMPIStatus* status) {
         return answer("associators" + text(a) + text(b) + text(c) + text(d) + text(properties),
-                      script->enumeration, status);
+                      answersInUse->enumeration, status);
     };
     table.associatorNames = [](Broker, Context, Path, const char* a, const char* b, const char* c,
                                const char* d, CMPIStatus* status) {
         return answer("associatorNames" + text(a) + text(b) + text(c) + text(d),
-                      script->enumeration, status);
+                      answersInUse->enumeration, status);
     };
     table.references = [](Broker, Context, Path, const char* a, const char* b,
                           const char** properties, CMPIStatus* status) {
-        return answer("references" + text(a) + text(b) + text(properties), script->enumeration,
-                      status);
+        return answer("references" + text(a) + text(b) + text(properties),
+                      answersInUse->enumeration, status);
     };
     table.referenceNames = [](Broker, Context, Path, const char* a, const char* b,
                               CMPIStatus* status) {
-        return answer("referenceNames" + text(a) + text(b), script->enumeration, status);
+        return answer("referenceNames" + text(a) + text(b), answersInUse->enumeration, status);
     };
     table.invokeMethod = [](Broker, Context, Path, const char* method, const CMPIArgs* in,
                             CMPIArgs* out, CMPIStatus* status) {
         const CMPIValue value{7};
         out->ft->addArg(out, "Out", &value, CMPI_uint8);
         const auto count = std::to_string(in->ft->getArgCount(in, nullptr));
-        return answer("invokeMethod" + text(method) + " " + count, script->data, status);
+        return answer("invokeMethod" + text(method) + " " + count, answersInUse->data, status);
     };
     table.getProperty = [](Broker, Context, Path, const char* name, CMPIStatus* status) {
-        return answer("getProperty" + text(name), script->data, status);
+        return answer("getProperty" + text(name), answersInUse->data, status);
     };
     table.setProperty = [](Broker, Context, Path, const char* name, const CMPIValue* value,
                            CMPIType type) {
@@ -119,16 +120,16 @@ CMPIBrokerFT upCalls() {
 class CmpiMBServiceTest : public test::BrokerTest {
 protected:
     CmpiMBServiceTest() {
-        script = &_script;
+        answersInUse = &_script;
         _script.real = handle();
         _script.path = cimhost::makeObjectPath(_broker, {"", "n", "C", {}});
         _script.instance = cimhost::makeInstance(_broker, {{"", "n", "C", {}}, {}});
         _script.enumeration = instances();
         _factories.newArgs = [](Broker, CMPIStatus* status) {
-            return script->real->eft->newArgs(script->real, status);
+            return answersInUse->real->eft->newArgs(answersInUse->real, status);
         };
         _factories.newString = [](Broker, const char* characters, CMPIStatus* status) {
-            return script->real->eft->newString(script->real, characters, status);
+            return answersInUse->real->eft->newString(answersInUse->real, characters, status);
         };
         _upCallBroker.bft = &_upCalls;
         _upCallBroker.eft = &_factories;
@@ -332,15 +333,15 @@ class CmpiThreadContextTest : public CmpiMBServiceTest {
 protected:
     CmpiThreadContextTest() {
         _upCalls.prepareAttachThread = [](Broker, Context) -> CMPIContext* {
-            return script->status.rc == CMPI_RC_OK ? &preparedContext : nullptr;
+            return answersInUse->status.rc == CMPI_RC_OK ? &preparedContext : nullptr;
         };
         _upCalls.attachThread = [](Broker, Context context) -> CMPIStatus {
-            script->asked += context == &preparedContext ? "attach " : "foreign ";
-            return script->status;
+            answersInUse->asked += context == &preparedContext ? "attach " : "foreign ";
+            return answersInUse->status;
         };
         _upCalls.detachThread = [](Broker, Context context) -> CMPIStatus {
-            script->asked += context == &preparedContext ? "detach " : "foreign ";
-            return script->status;
+            answersInUse->asked += context == &preparedContext ? "detach " : "foreign ";
+            return answersInUse->status;
         };
     }
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cimhost/broker/Objects.h"
+#include "cimhost/objects/Objects.h"
 
 #include <vector>
 

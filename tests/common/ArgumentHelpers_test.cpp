@@ -1,7 +1,7 @@
 #include "common/PYLUtil.h"
 #include "tests/common/Failures.h"
-#include "tests/common/TestBroker.h"
 #include "tests/support/FaultyBroker.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include "tests/common/Failures.h"
 #include "tests/common/NarrowProviders.h"
 #include "tests/common/ProviderOperations.h"
-#include "tests/common/Things.h"
+#include "tests/support/Things.h"
 
 #include <atomic>
 #include <memory>
@@ -272,7 +272,9 @@ TEST_P(AutostartOperation, ForwardsToTheInnerProviderThatItStarts) {
     run(*decorator);
     EXPECT_EQ(takeInner(), Lines{"inner " + operation.inner});
     EXPECT_EQ(product->context.load(), &request.context);
-    if (product->path.load()) EXPECT_EQ(product->path.load(), &request.path);
+    if (product->path.load()) {
+        EXPECT_EQ(product->path.load(), &request.path);
+    }
     EXPECT_EQ(starts.count, 1);
 }
 

@@ -3,7 +3,7 @@
 #include "cmpicpp/CmpiData.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiResult.h"
-#include "tests/common/Journal.h"
+#include "tests/support/Journal.h"
 
 #include <functional>
 #include <string>

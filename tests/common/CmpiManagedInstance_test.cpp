@@ -3,8 +3,8 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
-#include "tests/common/Things.h"
 #include "tests/common/VirtualTable.h"
+#include "tests/support/Things.h"
 
 #include <gtest/gtest.h>
 

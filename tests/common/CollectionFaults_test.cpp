@@ -1,10 +1,10 @@
 // Every call of the broker and every allocation fails in turn: whatever comes of a request is
 // orderly, and the next one finds the collection as it was.
 
-#include "tests/common/Allocations.h"
 #include "tests/common/CollectionFixture.h"
 #include "tests/common/CollectionRequests.h"
 #include "tests/common/Failures.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/FaultyBroker.h"
 
 namespace {
@@ -77,7 +77,9 @@ TEST_P(CollectionFaults, OfMemoryAreExceptionsAndLeaveTheCollectionAsItWas) {
             ASSERT_EQ(run(), GetParam().delivered);
             ASSERT_LT(nth, 5000);
         } while (allocationHasFailed() && !HasFailure());
-        if (!forever) EXPECT_GT(nth, 1);
+        if (!forever) {
+            EXPECT_GT(nth, 1);
+        }
     }
 }
 

@@ -2,10 +2,10 @@
 
 #include "common/CmpiManagedInstanceCollection.h"
 #include "tests/common/CapturedResults.h"
-#include "tests/common/HostName.h"
-#include "tests/common/Journal.h"
-#include "tests/common/TestBroker.h"
-#include "tests/common/Things.h"
+#include "tests/support/HostName.h"
+#include "tests/support/Journal.h"
+#include "tests/support/TestBroker.h"
+#include "tests/support/Things.h"
 
 #include <gmock/gmock.h>
 

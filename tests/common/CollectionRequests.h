@@ -2,8 +2,8 @@
 
 #include "common/CmpiManagedInstanceCollection.h"
 #include "tests/common/QuietResults.h"
-#include "tests/common/TestBroker.h"
-#include "tests/common/Things.h"
+#include "tests/support/TestBroker.h"
+#include "tests/support/Things.h"
 
 #include <string>
 #include <vector>

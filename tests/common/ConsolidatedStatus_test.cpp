@@ -2,14 +2,14 @@
 
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
-#include "tests/common/Allocations.h"
 #include "tests/common/Failures.h"
-#include "tests/common/FreshProcess.h"
-#include "tests/common/Journal.h"
 #include "tests/common/QuietResults.h"
-#include "tests/common/TestBroker.h"
 #include "tests/platform/smbios/SmbiosImage.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/FaultyBroker.h"
+#include "tests/support/FreshProcess.h"
+#include "tests/support/Journal.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 
 constexpr auto faults =
     std::to_array<Verdict>({EIO, ENOSPC, EDQUOT, EROFS, EACCES, EMFILE, EINTR, halved});
-constexpr auto sizes = std::to_array<std::size_t>({0, 1, 20, 1000});
+constexpr auto keyCounts = std::to_array<std::size_t>({0, 1, 20, 1000});
 
 std::string keyNumber(std::size_t number) {
     return numberedRecord(number).substr(0, 7);
@@ -261,7 +261,7 @@ struct FaultRows : DataStoreFaults {
 
 TEST_F(FaultRows, AreThoseOfThePageAndNoOthers) {
     for (const auto& operation : operations()) {
-        for (const auto size : sizes) failInTurn(operation, size);
+        for (const auto size : keyCounts) failInTurn(operation, size);
     }
     for (const auto& operation : operations()) failTwice(operation, 20);
     EXPECT_EQ(found, rowsOfThePage());

@@ -101,7 +101,9 @@ TEST_F(DataStoreTxtTest, ThrowsForADirectoryInPlaceOfTheFile) {
 }
 
 TEST_F(DataStoreTxtTest, ThrowsInADirectoryThatItMustNotWrite) {
-    if (geteuid() == 0) GTEST_SKIP() << "root writes in every directory";
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "root writes in every directory";
+    }
     const auto directory = fs::path(path).parent_path();
     fs::permissions(directory, fs::perms(0500));
     EXPECT_EQ(messageOf([] { open(); }), "Permission denied");
@@ -109,7 +111,9 @@ TEST_F(DataStoreTxtTest, ThrowsInADirectoryThatItMustNotWrite) {
 }
 
 TEST_F(DataStoreTxtTest, RemovesWithoutACopyInADirectoryThatItMustNotWrite) {
-    if (geteuid() == 0) GTEST_SKIP() << "root writes in every directory";
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "root writes in every directory";
+    }
     write("a 1\r\nb 2\r\n");
     const auto directory = fs::path(path).parent_path();
     fs::permissions(directory, fs::perms(0500));

@@ -3,9 +3,9 @@
 #include "cmpicpp/CmpiArray.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
-#include "tests/common/HostName.h"
 #include "tests/common/InnerProvider.h"
-#include "tests/common/TestBroker.h"
+#include "tests/support/HostName.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "common/KTAlertIndication.h"
-#include "tests/common/Allocations.h"
-#include "tests/common/HostName.h"
-#include "tests/common/Journal.h"
 #include "tests/common/QuietResults.h"
-#include "tests/common/SystemName.h"
 #include "tests/platform/ipmi/FakeController.h"
+#include "tests/support/Allocations.h"
+#include "tests/support/HostName.h"
+#include "tests/support/Journal.h"
+#include "tests/support/SystemName.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // The switches of PYLUtil that are files.
 
 #include "common/PYLUtil.h"
-#include "tests/common/RedirectedFiles.h"
+#include "tests/support/RedirectedFiles.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -33,7 +33,9 @@ constexpr const char* rootsFile = "/etc/passwd";
 void makeForeign(const std::string& path) {
     std::ofstream(path) << "x";
     constexpr uid_t somebody = 65534;
-    if (::geteuid() == 0) ASSERT_EQ(::chown(path.c_str(), somebody, somebody), 0);
+    if (::geteuid() == 0) {
+        ASSERT_EQ(::chown(path.c_str(), somebody, somebody), 0);
+    }
 }
 
 struct FeatureSwitch : testing::TestWithParam<Switch> {
@@ -50,7 +52,9 @@ TEST_P(FeatureSwitch, IsOffWithoutItsMarker) {
 }
 
 TEST_P(FeatureSwitch, IsOnByAMarkerOfRootAndATriggerOnlyOnce) {
-    if (::geteuid() != 0) GTEST_SKIP() << "needs root";
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "needs root";
+    }
     std::ofstream(marker).close();
     ASSERT_EQ(::chmod(marker.c_str(), 0), 0);
     EXPECT_TRUE(isOn());

@@ -1,11 +1,11 @@
 #include "common/IndicationDB.h"
 
 #include "platform/logger/CapturingSink.h"
-#include "tests/common/Allocations.h"
 #include "tests/common/Failures.h"
-#include "tests/common/Journal.h"
 #include "tests/common/QuietResults.h"
-#include "tests/common/SystemName.h"
+#include "tests/support/Allocations.h"
+#include "tests/support/Journal.h"
+#include "tests/support/SystemName.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 // Every call of the broker and every allocation fails in turn while an indication is made: what
 // comes of it is orderly, and nothing is left over.
 
-#include "tests/common/Allocations.h"
 #include "tests/common/Failures.h"
 #include "tests/common/IndicationFixture.h"
 #include "tests/common/QuietResults.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/FaultyBroker.h"
 
 #include <string>

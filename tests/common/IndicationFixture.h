@@ -2,10 +2,10 @@
 
 #include "cmpicpp/CmpiDateTime.h"
 #include "common/PYLIndication.h"
-#include "tests/common/DataSources.h"
-#include "tests/common/HostName.h"
-#include "tests/common/Journal.h"
-#include "tests/common/TestBroker.h"
+#include "tests/support/DataSources.h"
+#include "tests/support/HostName.h"
+#include "tests/support/Journal.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

@@ -5,8 +5,8 @@
 #include "cmpicpp/CmpiIndicationProvider.h"
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "cmpicpp/CmpiMethodProvider.h"
-#include "tests/common/Journal.h"
-#include "tests/common/TestBroker.h"
+#include "tests/support/Journal.h"
+#include "tests/support/TestBroker.h"
 
 #include <atomic>
 #include <functional>

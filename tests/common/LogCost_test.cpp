@@ -2,11 +2,11 @@
 
 #include "common/DecoratorUtils.h"
 #include "common/LoggedProvider.h"
-#include "tests/common/Allocations.h"
 #include "tests/common/CollectionFixture.h"
 #include "tests/common/CollectionRequests.h"
 #include "tests/common/Failures.h"
 #include "tests/common/ProviderOperations.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/FaultyBroker.h"
 
 #include <memory>

@@ -1,10 +1,10 @@
 // Every call of the broker and every allocation fails in turn while a request passes the decorator.
 
 #include "common/LoggedProvider.h"
-#include "tests/common/Allocations.h"
 #include "tests/common/Failures.h"
 #include "tests/common/ProviderOperations.h"
 #include "tests/common/QuietResults.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/FaultyBroker.h"
 
 #include <memory>

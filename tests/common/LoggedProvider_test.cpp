@@ -1,5 +1,6 @@
 #include "common/LoggedProvider.h"
 
+#include "tests/common/Construction.h"
 #include "tests/common/Failures.h"
 #include "tests/common/NarrowProviders.h"
 #include "tests/common/ProviderOperations.h"
@@ -14,29 +15,6 @@ using CmpiCpp::CmpiBroker;
 using CmpiCpp::CmpiProvider;
 using PYL::LoggedProvider;
 
-/// What the factories below make or throw, and what they were given.
-struct Construction {
-    CmpiProvider* product = nullptr;
-    void (*raise)() = nullptr;
-    const CmpiBroker* broker = nullptr;
-    Logger* logger = nullptr;
-    const CMPIContext* context = nullptr;
-} construction;
-
-CmpiProvider* make(const CmpiBroker& broker, Logger& logger) {
-    construction.broker = &broker;
-    construction.logger = &logger;
-    logger.info("in the factory");
-    if (construction.raise) construction.raise();
-    return construction.product;
-}
-
-CmpiProvider* makeWithContext(const CmpiBroker& broker, Logger& logger,
-                              const CMPIContext* context) {
-    construction.context = context;
-    return make(broker, logger);
-}
-
 struct LoggedProviderBase {
     TestBroker host;
     JournalLog log;
@@ -48,7 +26,7 @@ struct LoggedProviderBase {
 
     std::unique_ptr<LoggedProvider> wrap(CmpiProvider* provider) {
         construction.product = provider;
-        auto wrapped = std::make_unique<LoggedProvider>(broker, log.logger, make);
+        auto wrapped = std::make_unique<LoggedProvider>(broker, log.logger, makeProvider);
         journal.take();
         return wrapped;
     }
@@ -59,7 +37,7 @@ struct LoggedProviderTest : LoggedProviderBase, testing::Test {};
 TEST_F(LoggedProviderTest, MakesOwnsAndDeletesTheInnerProvider) {
     construction.product = new InnerProvider(host, journal);
     {
-        const LoggedProvider provider(broker, log.logger, make);
+        const LoggedProvider provider(broker, log.logger, makeProvider);
         EXPECT_EQ(construction.broker, &broker);
         EXPECT_EQ(construction.logger, &log.logger);
         EXPECT_EQ(journal.take(),
@@ -73,7 +51,7 @@ TEST_F(LoggedProviderTest, MakesOwnsAndDeletesTheInnerProvider) {
 TEST_F(LoggedProviderTest, HandsTheRawContextToTheFactoryThatTakesOne) {
     construction.product = new InnerProvider(host, journal);
     {
-        const LoggedProvider provider(broker, log.logger, makeWithContext,
+        const LoggedProvider provider(broker, log.logger, makeProviderWithContext,
                                       request.context.toCMPI());
         EXPECT_EQ(construction.context, request.context.toCMPI());
         EXPECT_EQ(construction.broker, &broker);
@@ -90,7 +68,7 @@ TEST_F(LoggedProviderTest, KeepsItsOwnCopyOfTheLogger) {
     const auto other = std::make_shared<Journal>();
     construction.product = new InnerProvider(host, journal);
     Logger logger = log.logger;
-    const auto provider = std::make_unique<LoggedProvider>(broker, logger, make);
+    const auto provider = std::make_unique<LoggedProvider>(broker, logger, makeProvider);
     logger = Logger("other", other);
     journal.take();
     provider->enableIndications(request.context);
@@ -110,9 +88,12 @@ TEST_F(LoggedProviderTest, FailsToBeMadeWithWhatTheFactoryThrows) {
             expected.push_back(
                 "information: provider cxtor exception: CMPI_RC_ERR_FAILED (1): broken");
         }
-        EXPECT_EQ(outcomeOf([&] { LoggedProvider(broker, log.logger, make); }), failure.name);
+        EXPECT_EQ(outcomeOf([&] { LoggedProvider(broker, log.logger, makeProvider); }),
+                  failure.name);
         EXPECT_EQ(journal.take(), expected);
-        EXPECT_EQ(outcomeOf([&] { LoggedProvider(broker, log.logger, makeWithContext, nullptr); }),
+        EXPECT_EQ(outcomeOf([&] {
+                      LoggedProvider(broker, log.logger, makeProviderWithContext, nullptr);
+                  }),
                   failure.name);
         EXPECT_EQ(journal.take(), expected);
     }
@@ -271,7 +252,9 @@ TEST_P(LoggedOperation, HandsOverTheCallersOwnContextAndPath) {
     const auto provider = wrap(inner);
     operation.run(*provider, request);
     EXPECT_EQ(inner->context.load(), &request.context);
-    if (inner->path.load()) EXPECT_EQ(inner->path.load(), &request.path);
+    if (inner->path.load()) {
+        EXPECT_EQ(inner->path.load(), &request.path);
+    }
 }
 
 TEST_P(LoggedOperation, LogsAStatusAndPassesOnWhatWasThrownUnchanged) {

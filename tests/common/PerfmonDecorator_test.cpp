@@ -1,5 +1,6 @@
 #include "common/PerfmonDecorator.h"
 
+#include "tests/common/Construction.h"
 #include "tests/common/Failures.h"
 #include "tests/common/NarrowProviders.h"
 #include "tests/common/ProviderOperations.h"
@@ -15,29 +16,6 @@ using CmpiCpp::CmpiProvider;
 using PYL::PerfmonDecorator;
 using testing::ElementsAre;
 using testing::MatchesRegex;
-
-/// What the factories below make or throw, and what they were given.
-struct Construction {
-    CmpiProvider* product = nullptr;
-    void (*raise)() = nullptr;
-    const CmpiBroker* broker = nullptr;
-    Logger* logger = nullptr;
-    const CMPIContext* context = nullptr;
-} construction;
-
-CmpiProvider* make(const CmpiBroker& broker, Logger& logger) {
-    construction.broker = &broker;
-    construction.logger = &logger;
-    logger.info("in the factory");
-    if (construction.raise) construction.raise();
-    return construction.product;
-}
-
-CmpiProvider* makeWithContext(const CmpiBroker& broker, Logger& logger,
-                              const CMPIContext* context) {
-    construction.context = context;
-    return make(broker, logger);
-}
 
 /// The line of an operation, however long it took.
 auto timed(const std::string& operation) {
@@ -55,7 +33,7 @@ struct PerfmonBase {
 
     std::unique_ptr<PerfmonDecorator> wrap(CmpiProvider* provider) {
         construction.product = provider;
-        auto wrapped = std::make_unique<PerfmonDecorator>(broker, log.logger, make);
+        auto wrapped = std::make_unique<PerfmonDecorator>(broker, log.logger, makeProvider);
         journal.take();
         return wrapped;
     }
@@ -67,7 +45,7 @@ struct PerfmonDecoratorTest : PerfmonBase, testing::Test {};
 TEST_F(PerfmonDecoratorTest, TimesConstructionAndDestruction) {
     construction.product = inner();
     {
-        const PerfmonDecorator provider(broker, log.logger, make);
+        const PerfmonDecorator provider(broker, log.logger, makeProvider);
         EXPECT_EQ(construction.broker, &broker);
         EXPECT_EQ(construction.logger, &log.logger);
         EXPECT_THAT(journal.take(),
@@ -77,7 +55,8 @@ TEST_F(PerfmonDecoratorTest, TimesConstructionAndDestruction) {
 }
 
 TEST_F(PerfmonDecoratorTest, HandsTheRawContextToTheFactoryThatTakesOne) {
-    const PerfmonDecorator provider(broker, log.logger, makeWithContext, request.context.toCMPI());
+    const PerfmonDecorator provider(broker, log.logger, makeProviderWithContext,
+                                    request.context.toCMPI());
     EXPECT_EQ(construction.context, request.context.toCMPI());
     EXPECT_EQ(construction.broker, &broker);
     EXPECT_EQ(construction.logger, &log.logger);
@@ -87,12 +66,14 @@ TEST_F(PerfmonDecoratorTest, HandsTheRawContextToTheFactoryThatTakesOne) {
 TEST_F(PerfmonDecoratorTest, TimesAConstructionThatFails) {
     for (const auto& failure : allFailures()) {
         construction.raise = failure.raise;
-        EXPECT_EQ(outcomeOf([&] { PerfmonDecorator(broker, log.logger, make); }), failure.name);
+        EXPECT_EQ(outcomeOf([&] { PerfmonDecorator(broker, log.logger, makeProvider); }),
+                  failure.name);
         EXPECT_THAT(journal.take(),
                     ElementsAre("information: in the factory", timed("constructor")));
-        EXPECT_EQ(
-            outcomeOf([&] { PerfmonDecorator(broker, log.logger, makeWithContext, nullptr); }),
-            failure.name);
+        EXPECT_EQ(outcomeOf([&] {
+                      PerfmonDecorator(broker, log.logger, makeProviderWithContext, nullptr);
+                  }),
+                  failure.name);
         EXPECT_THAT(journal.take(),
                     ElementsAre("information: in the factory", timed("constructor")));
     }
@@ -109,7 +90,7 @@ TEST_F(PerfmonDecoratorTest, LogsUnderItsOwnSource) {
     const auto sources = std::make_shared<Sources>();
     Logger logger("PYL_Fan", sources);
     construction.product = inner();
-    PerfmonDecorator provider(broker, logger, make);
+    PerfmonDecorator provider(broker, logger, makeProvider);
     EXPECT_EQ(sources->last, "PYL_Fan:perfmon");
     EXPECT_EQ(logger.logSource(), "PYL_Fan");
 }
@@ -144,7 +125,7 @@ public:
 };
 
 struct PerfmonArithmetic : PerfmonDecoratorTest {
-    Clockwork clockwork{broker, log.logger, make};
+    Clockwork clockwork{broker, log.logger, makeProvider};
     std::string taken(timeval start, timeval end) {
         journal.take();
         clockwork.log(start, end);

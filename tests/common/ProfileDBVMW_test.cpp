@@ -3,9 +3,9 @@
 #include "common/ImplementationClassNames.h"
 #include "common/PYLConstants.h"
 #include "common/ProfileDB.h"
-#include "tests/common/Allocations.h"
-#include "tests/common/Journal.h"
-#include "tests/common/TestBroker.h"
+#include "tests/support/Allocations.h"
+#include "tests/support/Journal.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

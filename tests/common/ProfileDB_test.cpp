@@ -3,12 +3,12 @@
 #include "common/ImplementationClassNames.h"
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
-#include "tests/common/Allocations.h"
 #include "tests/common/Failures.h"
-#include "tests/common/HostName.h"
-#include "tests/common/Journal.h"
-#include "tests/common/TestBroker.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/FaultyBroker.h"
+#include "tests/support/HostName.h"
+#include "tests/support/Journal.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

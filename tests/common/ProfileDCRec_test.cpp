@@ -3,8 +3,8 @@
 #include "common/PYLConstants.h"
 #include "common/ProfileDB.h"
 #include "common/ProfileDC.h"
-#include "tests/common/Allocations.h"
-#include "tests/common/Journal.h"
+#include "tests/support/Allocations.h"
+#include "tests/support/Journal.h"
 
 #include <gtest/gtest.h>
 

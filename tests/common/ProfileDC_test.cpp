@@ -1,8 +1,8 @@
 #include "common/ProfileDC.h"
 
 #include "common/ImplementationClassNames.h"
-#include "tests/common/Allocations.h"
-#include "tests/common/Journal.h"
+#include "tests/support/Allocations.h"
+#include "tests/support/Journal.h"
 
 #include <gtest/gtest.h>
 
@@ -22,10 +22,10 @@ static_assert(std::is_constructible_v<PRPDCRec, int, std::string, std::string, c
                                       const char**, int*>,
               "tables that are not constant are taken too");
 
-constexpr int none[] = {-1};
+constexpr int noLevels[] = {-1};
 
 PRPDCRec row(int id, const std::string& name) {
-    return {id, name, "root/x", PYL::emptyString, PYL::emptyString, none};
+    return {id, name, "root/x", PYL::emptyString, PYL::emptyString, noLevels};
 }
 
 /// The row and its classes, as text; a class without a type or a level would end the program.
@@ -57,7 +57,7 @@ std::unique_ptr<PRPDCRec> fullRow() {
     return std::make_unique<PRPDCRec>(7, "Fan", "root/x", names, types, levels);
 }
 
-const std::string fullText = "7|Fan|root/x|A Instance 0,B Association 4,";
+const std::string fullRowText = "7|Fan|root/x|A Instance 0,B Association 4,";
 
 TEST(PRPDCRec, IsEmptyAtFirst) {
     EXPECT_EQ(text(PRPDCRec()), "0|||");
@@ -66,7 +66,7 @@ TEST(PRPDCRec, IsEmptyAtFirst) {
 }
 
 TEST(PRPDCRec, ReadsEachTableToItsEndAndKeepsLevelZero) {
-    EXPECT_EQ(text(*fullRow()), fullText);
+    EXPECT_EQ(text(*fullRow()), fullRowText);
     EXPECT_EQ(fullRow()->getSizeofCollectionNameType(), 2U);
 }
 
@@ -89,13 +89,13 @@ TEST(PRPDCRec, KeepsWhatItWasMadeFromInItsCopies) {
     auto original = fullRow();
     auto copy = *original;
     const auto moved = std::move(*original);
-    EXPECT_EQ(text(*original), fullText);
+    EXPECT_EQ(text(*original), fullRowText);
     original.reset();
     PRPDCRec assigned;
     assigned = copy;
     copy = row(1, "other");
-    EXPECT_EQ(text(moved), fullText);
-    EXPECT_EQ(text(assigned), fullText);
+    EXPECT_EQ(text(moved), fullRowText);
+    EXPECT_EQ(text(assigned), fullRowText);
 }
 
 TEST(PRPDCRec, AppendsImplementedClassesOneValueAtATime) {
@@ -107,7 +107,7 @@ TEST(PRPDCRec, AppendsImplementedClassesOneValueAtATime) {
     full.setImplementClassTypes("Association");
     full.setImplementClassLevels(-1);
     EXPECT_EQ(implemented(full), "C Instance 0,D Association -1,");
-    EXPECT_EQ(text(full), fullText);
+    EXPECT_EQ(text(full), fullRowText);
 }
 
 TEST(PRPDCRec, LosesNothingWhenMemoryEnds) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "tests/common/CapturedResults.h"
-#include "tests/common/HostName.h"
 #include "tests/common/InnerProvider.h"
+#include "tests/support/HostName.h"
 
 #include <functional>
 #include <string>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "common/WordReader.h"
+#include "common/detail/WordReader.h"
 #include "tests/common/PlainStore.h"
 
 #include <string>

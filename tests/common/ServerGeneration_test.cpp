@@ -2,9 +2,9 @@
 
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
-#include "tests/common/FreshProcess.h"
-#include "tests/common/Journal.h"
 #include "tests/platform/smbios/SmbiosImage.h"
+#include "tests/support/FreshProcess.h"
+#include "tests/support/Journal.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "common/DataStoreTxt.h"
-#include "tests/common/Journal.h"
-#include "tests/common/RedirectedFiles.h"
+#include "tests/support/Journal.h"
+#include "tests/support/RedirectedFiles.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

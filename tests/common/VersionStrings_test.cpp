@@ -36,7 +36,7 @@ void PrintTo(const Part& part, std::ostream* out) {
     *out << (part.found ? "found " : "none ") << part.value;
 }
 
-constexpr Part none{false, 65535};
+constexpr Part noPart{false, 65535};
 
 Part partOf(const std::string& version, int index) {
     unsigned short value = 1;
@@ -49,15 +49,15 @@ TEST(StringVersionGetPart, CountsFromZero) {
     EXPECT_EQ(partOf("2.10.0.34", 1), (Part{true, 10}));
     EXPECT_EQ(partOf("2.10.0.34", 2), (Part{true, 0}));
     EXPECT_EQ(partOf("2.10.0.34", 3), (Part{true, 34}));
-    EXPECT_EQ(partOf("2.10.0.34", 4), none);
+    EXPECT_EQ(partOf("2.10.0.34", 4), noPart);
 }
 
 TEST(StringVersionGetPart, DoesNotCountAPrefix) {
     for (const auto* prefix : {"T", "F", "v"}) {
         EXPECT_EQ(partOf(std::string(prefix) + ".5.6", 0), (Part{true, 5})) << prefix;
         EXPECT_EQ(partOf(std::string(prefix) + ".5.6", 1), (Part{true, 6})) << prefix;
-        EXPECT_EQ(partOf(std::string(prefix) + ".5.6", 2), none) << prefix;
-        EXPECT_EQ(partOf(prefix, 0), none) << prefix;
+        EXPECT_EQ(partOf(std::string(prefix) + ".5.6", 2), noPart) << prefix;
+        EXPECT_EQ(partOf(prefix, 0), noPart) << prefix;
     }
 }
 
@@ -74,21 +74,21 @@ TEST(StringVersionGetPart, TakesNothingElseForAPrefix) {
 TEST(StringVersionGetPart, SkipsEmptyParts) {
     EXPECT_EQ(partOf("..1...2..", 0), (Part{true, 1}));
     EXPECT_EQ(partOf("..1...2..", 1), (Part{true, 2}));
-    EXPECT_EQ(partOf("..1...2..", 2), none);
+    EXPECT_EQ(partOf("..1...2..", 2), noPart);
     EXPECT_EQ(partOf(".T.7", 0), (Part{true, 7}));
 }
 
 TEST(StringVersionGetPart, HasNoPartOfAnEmptyText) {
-    EXPECT_EQ(partOf("", 0), none);
-    EXPECT_EQ(partOf("....", 0), none);
-    EXPECT_EQ(partOf("v", 0), none);
+    EXPECT_EQ(partOf("", 0), noPart);
+    EXPECT_EQ(partOf("....", 0), noPart);
+    EXPECT_EQ(partOf("v", 0), noPart);
 }
 
 TEST(StringVersionGetPart, HasNoPartWithANegativeNumberAndRunsOutBeforeAHugeOne) {
-    EXPECT_EQ(partOf("1.2", -1), none);
-    EXPECT_EQ(partOf("1.2", -2147483647 - 1), none);
-    EXPECT_EQ(partOf("1.2", 2147483647), none);
-    EXPECT_EQ(partOf("T.1.2", 2147483647), none);
+    EXPECT_EQ(partOf("1.2", -1), noPart);
+    EXPECT_EQ(partOf("1.2", -2147483647 - 1), noPart);
+    EXPECT_EQ(partOf("1.2", 2147483647), noPart);
+    EXPECT_EQ(partOf("T.1.2", 2147483647), noPart);
 }
 
 TEST(StringVersionGetPart, ReadsNumbersAsStrtolDoes) {
@@ -113,7 +113,7 @@ TEST(StringVersionGetPart, TakesTextsOfAnySize) {
     const std::string digits(1 << 20, '1');
     EXPECT_EQ(partOf(digits, 0), (Part{true, 65535}));
     EXPECT_EQ(partOf(std::string(1 << 20, '.') + "5", 0), (Part{true, 5}));
-    EXPECT_EQ(partOf(std::string("1.2\0.3", 6), 2), none);
+    EXPECT_EQ(partOf(std::string("1.2\0.3", 6), 2), noPart);
 }
 
 TEST(StringVersionGetPart, LeavesTheTextAndErrnoAlone) {

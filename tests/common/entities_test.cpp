@@ -1,6 +1,6 @@
 #include "common/entities.h"
 
-#include "common/NamedEntities.h"
+#include "common/detail/NamedEntities.h"
 #include "tests/common/HtmlEntities.h"
 #include "tests/common/PlainDecoder.h"
 

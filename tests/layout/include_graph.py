@@ -8,54 +8,71 @@ import pathlib
 import re
 import sys
 
-# A folder and what its sources may include, besides themselves. The longest prefix decides.
+# A room and what its sources may include, besides themselves. A name covers the folders below it.
 # cimhost knows a module by the C interface only: so a module that runs in it runs in any object manager.
+MODEL = ("cimhost/repository",)
+OBJECTS = (*MODEL, "cimhost/query", "cmpi")
+MODULES = (*OBJECTS, "cimhost/objects")
+OPERATIONS = (*MODULES, "cimhost/modules")
+INDICATIONS = (*OPERATIONS, "cimhost/operations")
 MAY_INCLUDE = {
     "cmpi": (),
     "cmpicpp": ("cmpi",),
     "platform/logger": (),
-    "platform": ("platform/logger",),
-    "platform/computersystem": ("platform/logger", "platform/smbios"),  # docs/decisions/0005
-    "platform/blade": ("platform/logger", "platform/smbios", "platform/computersystem"),  # the same
+    "platform/smbios": ("platform/logger",),
+    "platform/ipmi": ("platform/logger",),
+    "platform/host": ("platform/logger", "platform/smbios"),  # docs/decisions/0005
     "common": ("cmpicpp", "cmpi", "platform"),
     "providers": ("common", "cmpicpp", "cmpi", "platform"),
-    "cimhost": ("cmpi",),
+    "cimhost/repository": (),
+    "cimhost/mof": MODEL,
+    "cimhost/query": MODEL,
+    "cimhost/objects": OBJECTS,
+    "cimhost/modules": MODULES,
+    "cimhost/operations": OPERATIONS,
+    "cimhost/indications": INDICATIONS,
+    "cimhost/cimxml": (*INDICATIONS, "cimhost/indications"),
+    "cimhost/http": (),
+    "cimhost/server": ("cimhost", "cmpi"),
 }
-FOLDERS = ("cmpi", "cmpicpp", "common", "platform", "providers", "cimhost", "tests", "bench", "fuzz")
+# Private headers: for their own layer, wherever in it.
+LAYERS = ("cmpicpp", "common", "platform/logger", "platform/smbios", "platform/ipmi", "platform/host")
+FREE = ("tests", "bench", "fuzz")
 SOURCES = (".h", ".cpp", ".c")
 INCLUDE = re.compile(r'^\s*#\s*include(?:_next)?\s*[<"]([^">]+)[">]', re.MULTILINE)
+FOLDERS = {room.split("/")[0] for room in MAY_INCLUDE} | set(FREE)
 
 
-def unit_of(path):
-    """The folder whose rule holds for a file: two levels below platform/, one elsewhere."""
-    parts = path.split("/")
-    return "/".join(parts[:2]) if parts[0] == "platform" and len(parts) > 2 else parts[0]
+def is_below(name, folder):
+    return name == folder or name.startswith(folder + "/")
 
 
-def rule_for(unit):
-    return MAY_INCLUDE.get(unit, MAY_INCLUDE.get(unit.split("/")[0]))
+def room_of(name):
+    """The room whose rule holds for a file, or None for one that is in none."""
+    return next((room for room in MAY_INCLUDE if is_below(name, room)), None)
 
 
-def is_allowed(unit, target):
-    if target == unit:
-        return True
-    return any(target == allowed or target.startswith(allowed + "/") for allowed in rule_for(unit))
+def is_allowed(name, header):
+    room = room_of(name)
+    if "/detail/" in header and not any(is_below(name, layer) and is_below(header, layer)
+                                        for layer in LAYERS):
+        return False
+    return any(is_below(header, allowed) for allowed in (room, *MAY_INCLUDE[room]))
 
 
 def violations(root):
     """Every include that the rules forbid, as "file: includes header"."""
     found = []
-    for folder in MAY_INCLUDE:
+    for folder in sorted(FOLDERS - set(FREE)):
         for path in sorted((root / folder).rglob("*")):
             if path.suffix not in SOURCES:
                 continue
             name = path.relative_to(root).as_posix()
-            if name.count("/") and unit_of(name).split("/")[0] != folder.split("/")[0]:
+            if not room_of(name):
+                found.append(f"{name}: is in no room that the rules know")
                 continue
             for header in INCLUDE.findall(path.read_text(encoding="utf-8", errors="replace")):
-                if header.split("/")[0] not in FOLDERS:
-                    continue
-                if not is_allowed(unit_of(name), unit_of(header)):
+                if header.split("/")[0] in FOLDERS and not is_allowed(name, header):
                     found.append(f"{name}: includes {header}")
     return sorted(set(found))
 

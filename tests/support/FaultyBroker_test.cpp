@@ -1,6 +1,7 @@
 #include "tests/support/FaultyBroker.h"
 
-#include "cimhost/broker/Broker.h"
+#include "cimhost/objects/Broker.h"
+#include "cimhost/operations/UpCalls.h"
 
 #include <gtest/gtest.h>
 
@@ -25,7 +26,7 @@ protected:
 
     cimhost::Repository repository;
     QuietLog log;
-    cimhost::Broker real{repository, log};
+    cimhost::Broker real{repository, log, cimhost::fillUpCalls};
     FaultyBroker faulty{real.handle()};
     cimhost::CallScope call;
     CMPIStatus status{CMPI_RC_OK, nullptr};

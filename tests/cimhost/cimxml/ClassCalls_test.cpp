@@ -9,10 +9,6 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-std::string className(std::string_view name) {
-    return parameter("ClassName", "<CLASSNAME NAME=\"" + std::string(name) + "\"/>");
-}
-
 std::string classNames(std::initializer_list<std::string_view> names) {
     std::string text = "<IRETURNVALUE>";
     for (const std::string_view name : names) {

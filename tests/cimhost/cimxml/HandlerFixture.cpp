@@ -1,7 +1,8 @@
 #include "tests/cimhost/cimxml/HandlerFixture.h"
 
 #include "cimhost/cimxml/XmlDocument.h"
-#include "cimhost/repository/MofReader.h"
+#include "cimhost/mof/MofReader.h"
+#include "cimhost/operations/UpCalls.h"
 #include "tests/cimhost/cimxml/ReplyChecker.h"
 #include "tests/cimhost/cimxml/TestSchema.h"
 
@@ -44,7 +45,7 @@ std::string unescaped(const std::string& text) {
 
 HandlerTest::HandlerTest()
     : repository(makeRepository()),
-      _broker(repository, _log),
+      _broker(repository, _log, fillUpCalls),
       provider(_broker),
       _modules(_broker, makeRegistrations(), {}),
       _operations(_broker, _modules),

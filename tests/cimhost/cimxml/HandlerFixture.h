@@ -1,9 +1,9 @@
 #pragma once
 
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/ModuleHost.h"
-#include "cimhost/broker/Operations.h"
 #include "cimhost/cimxml/Handler.h"
+#include "cimhost/modules/ModuleHost.h"
+#include "cimhost/objects/Broker.h"
+#include "cimhost/operations/Operations.h"
 #include "tests/cimhost/cimxml/Requests.h"
 #include "tests/cimhost/cimxml/TestProvider.h"
 

@@ -9,10 +9,6 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-std::string className(std::string_view name) {
-    return parameter("ClassName", "<CLASSNAME NAME=\"" + std::string(name) + "\"/>");
-}
-
 std::string fanName(std::string_view id = "f1") {
     return parameter("InstanceName", instanceName("TEST_Fan", "Id", id));
 }

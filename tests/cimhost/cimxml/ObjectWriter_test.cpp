@@ -23,7 +23,7 @@ ObjectPath fanPath(std::string nameSpace = "root/test") {
     return path;
 }
 
-constexpr std::string_view fanName =
+constexpr std::string_view writtenFanName =
     "<INSTANCENAME CLASSNAME=\"TEST_Fan\"><KEYBINDING NAME=\"Id\"><KEYVALUE VALUETYPE=\"string\">"
     "f&lt;1&gt;</KEYVALUE></KEYBINDING></INSTANCENAME>";
 
@@ -97,7 +97,7 @@ TEST_F(ObjectWriterTest, WritesArraysWithNullElements) {
               "<VALUE.ARRAY><VALUE>1</VALUE><VALUE.NULL/></VALUE.ARRAY>");
     EXPECT_EQ(value(Value::nullArray(CimType::uint8)), "");
     EXPECT_EQ(value(Value::array(CimType::reference, {Value::reference(fanPath())})),
-              "<VALUE.REFARRAY><VALUE.REFERENCE>" + std::string(fanName) +
+              "<VALUE.REFARRAY><VALUE.REFERENCE>" + std::string(writtenFanName) +
                   "</VALUE.REFERENCE></VALUE.REFARRAY>");
 }
 
@@ -130,9 +130,9 @@ TEST_F(ObjectWriterTest, WritesANameWithoutKeysWithAnEndTag) {
 
 TEST_F(ObjectWriterTest, WritesReferencesWithinTheNamespaceByName) {
     EXPECT_EQ(value(Value::reference(fanPath(""))),
-              "<VALUE.REFERENCE>" + std::string(fanName) + "</VALUE.REFERENCE>");
+              "<VALUE.REFERENCE>" + std::string(writtenFanName) + "</VALUE.REFERENCE>");
     EXPECT_EQ(value(Value::reference(fanPath("ROOT/test"))),
-              "<VALUE.REFERENCE>" + std::string(fanName) + "</VALUE.REFERENCE>");
+              "<VALUE.REFERENCE>" + std::string(writtenFanName) + "</VALUE.REFERENCE>");
 }
 
 TEST_F(ObjectWriterTest, WritesReferencesAcrossNamespacesInFull) {
@@ -141,7 +141,7 @@ TEST_F(ObjectWriterTest, WritesReferencesAcrossNamespacesInFull) {
         "<VALUE.REFERENCE><INSTANCEPATH><NAMESPACEPATH><HOST>host:5988</HOST><LOCALNAMESPACEPATH>"
         "<NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"other\"/></LOCALNAMESPACEPATH>"
         "</NAMESPACEPATH>" +
-            std::string(fanName) + "</INSTANCEPATH></VALUE.REFERENCE>");
+            std::string(writtenFanName) + "</INSTANCEPATH></VALUE.REFERENCE>");
 }
 
 TEST_F(ObjectWriterTest, WritesFullPathsWithTheRequestsNamespaceUnlessTheyHaveTheirOwn) {
@@ -194,7 +194,7 @@ TEST_F(ObjectWriterTest, WritesPropertiesWithTheTypeOfTheirValue) {
     EXPECT_EQ(property(Value::nullArray(CimType::string)),
               "<PROPERTY.ARRAY NAME=\"P\" TYPE=\"string\"></PROPERTY.ARRAY>");
     EXPECT_EQ(property(Value::reference(fanPath())),
-              "<PROPERTY.REFERENCE NAME=\"P\"><VALUE.REFERENCE>" + std::string(fanName) +
+              "<PROPERTY.REFERENCE NAME=\"P\"><VALUE.REFERENCE>" + std::string(writtenFanName) +
                   "</VALUE.REFERENCE></PROPERTY.REFERENCE>");
 }
 

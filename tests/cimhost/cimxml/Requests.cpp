@@ -82,6 +82,10 @@ TestRequest extrinsic(std::string_view method, std::string_view target, std::str
                      "</METHODCALL></SIMPLEREQ>")};
 }
 
+std::string className(std::string_view name) {
+    return parameter("ClassName", "<CLASSNAME NAME=\"" + std::string(name) + "\"/>");
+}
+
 void RecordingReply::refuse(int newStatus, std::string_view newCimError) {
     status = newStatus;
     cimError = newCimError;

@@ -48,6 +48,9 @@ TestRequest intrinsic(std::string_view operation, std::string_view parameters = 
 TestRequest extrinsic(std::string_view method, std::string_view target, std::string_view object,
                       std::string_view parameters = {});
 
+/// The parameter ClassName.
+std::string className(std::string_view name);
+
 /// Keeps what it is told. Commits like a server does when more than `hold` bytes have come.
 class RecordingReply : public CimXmlReply {
 public:

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "cimhost/broker/Broker.h"
-#include "cimhost/broker/ModuleHost.h"
-#include "cimhost/broker/Operations.h"
+#include "cimhost/modules/ModuleHost.h"
+#include "cimhost/objects/Broker.h"
+#include "cimhost/operations/Operations.h"
 #include "cimhost/repository/Instance.h"
 
 #include <functional>

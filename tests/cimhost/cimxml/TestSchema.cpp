@@ -1,6 +1,6 @@
 #include "tests/cimhost/cimxml/TestSchema.h"
 
-#include "cimhost/repository/MofReader.h"
+#include "cimhost/mof/MofReader.h"
 
 namespace cimhost {
 namespace {

@@ -1,4 +1,4 @@
-#include "cimhost/repository/MofReader.h"
+#include "cimhost/mof/MofReader.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "cimhost/repository/ClassAssociations.h"
 
 #include "cimhost/repository/CimError.h"
-#include "tests/cimhost/repository/MofText.h"
+#include "tests/cimhost/mof/MofText.h"
 
 #include <gtest/gtest.h>
 
@@ -9,13 +9,8 @@ namespace cimhost {
 namespace {
 
 using test::MofText;
+using test::namesOf;
 using Names = std::vector<std::string>;
-
-Names namesOf(const std::vector<const Class*>& classes) {
-    Names names;
-    for (const Class* const each : classes) names.push_back(each->name);
-    return names;
-}
 
 class ClassAssociations : public testing::Test {
 protected:

@@ -1,7 +1,7 @@
 #include "cimhost/repository/ClassResolver.h"
 
 #include "cimhost/repository/CimError.h"
-#include "tests/cimhost/repository/MofText.h"
+#include "tests/cimhost/mof/MofText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "cimhost/repository/ElementResolver.h"
 
-#include "tests/cimhost/repository/MofText.h"
+#include "tests/cimhost/mof/MofText.h"
 
 #include <gtest/gtest.h>
 
@@ -80,12 +80,12 @@ TEST_F(ElementResolver, MethodsInheritQualifiersOfTheirOwnAndOfTheirParameters) 
     EXPECT_EQ(go.classOrigin, "T_Sub");
 }
 
-struct ErrorRow {
+struct ResolverErrorRow {
     const char* text;
     const char* message;
 };
 
-constexpr ErrorRow errorRows[] = {
+constexpr ResolverErrorRow resolverErrorRows[] = {
     {"class C : T_Base { [Override(\"Speed\")] uint32 Speed; };",
      "t.mof:1:7: property 'Speed' of 'C': is uint32 but uint64 in the superclass"},
     {"class C : T_Base { uint64 Speed[]; };",
@@ -109,7 +109,7 @@ constexpr ErrorRow errorRows[] = {
 };
 
 TEST_F(ElementResolver, SaysWhichRuleAnOverrideBreaks) {
-    for (const ErrorRow& row : errorRows) {
+    for (const ResolverErrorRow& row : resolverErrorRows) {
         EXPECT_EQ(_mof.errorOf(row.text), row.message) << row.text;
     }
 }

@@ -1,7 +1,7 @@
 #include "cimhost/repository/NameSpace.h"
 
 #include "cimhost/repository/CimError.h"
-#include "tests/cimhost/repository/MofText.h"
+#include "tests/cimhost/mof/MofText.h"
 
 #include <gtest/gtest.h>
 
@@ -11,12 +11,7 @@ namespace cimhost {
 namespace {
 
 using test::MofText;
-
-std::vector<std::string> namesOf(const std::vector<const Class*>& classes) {
-    std::vector<std::string> names;
-    for (const Class* const each : classes) names.push_back(each->name);
-    return names;
-}
+using test::namesOf;
 
 using Names = std::vector<std::string>;
 

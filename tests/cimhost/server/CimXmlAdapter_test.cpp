@@ -1,9 +1,9 @@
 #include "cimhost/server/CimXmlAdapter.h"
 
-#include "MemoryStream.h"
-#include "RawClient.h"
 #include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/ObjectManager.h"
+#include "tests/cimhost/http/MemoryStream.h"
+#include "tests/cimhost/http/RawClient.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "cimhost/cimxml/ExportHandler.h"
+#include "cimhost/http/HttpServer.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/server/CimXmlAdapter.h"
-#include "cimhost/server/HttpServer.h"
 #include "cimhost/server/IndicationDelivery.h"
 
 #include <gtest/gtest.h>

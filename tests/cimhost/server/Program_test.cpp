@@ -1,7 +1,7 @@
-#include "TemporaryFolder.h"
-#include "TestServer.h"
-#include "cimhost/server/PasswordFile.h"
-#include "cimhost/server/PasswordHash.h"
+#include "cimhost/http/PasswordFile.h"
+#include "cimhost/http/PasswordHash.h"
+#include "tests/cimhost/http/TestServer.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

@@ -1,9 +1,9 @@
 #include "cimhost/server/SchemaOptions.h"
 
-#include "CommandLine.h"
-#include "TemporaryFolder.h"
-#include "cimhost/repository/MofReader.h"
+#include "cimhost/mof/MofReader.h"
 #include "cimhost/server/Command.h"
+#include "tests/cimhost/server/CommandLine.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "cimhost/server/ServeOptions.h"
 
-#include "CommandLine.h"
 #include "cimhost/server/Command.h"
+#include "tests/cimhost/server/CommandLine.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

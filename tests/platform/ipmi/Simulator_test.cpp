@@ -3,7 +3,7 @@
 #include "tests/platform/ipmi/Simulator.h"
 
 #include "platform/ipmi/Bmc.h"
-#include "platform/ipmi/BmcWays.h"
+#include "platform/ipmi/detail/BmcWays.h"
 
 #include <gtest/gtest.h>
 

@@ -61,7 +61,9 @@ std::string dmidecodeString(const std::string& keyword, const std::string& machi
 class Dmidecode : public testing::TestWithParam<const char*> {
 protected:
     void SetUp() override {
-        if (dmidecode.empty()) GTEST_SKIP() << "dmidecode is not installed";
+        if (dmidecode.empty()) {
+            GTEST_SKIP() << "dmidecode is not installed";
+        }
     }
 };
 

@@ -95,7 +95,9 @@ TEST_F(SmbiosSourceTest, DoesNotWaitForAPipe) {
 }
 
 TEST_F(SmbiosSourceTest, SaysThatAFileIsNotForThisUser) {
-    if (::geteuid() == 0) GTEST_SKIP() << "root may read every file";
+    if (::geteuid() == 0) {
+        GTEST_SKIP() << "root may read every file";
+    }
     const std::string path = write("dump", readDump("wavej"));
     ASSERT_EQ(::chmod(path.c_str(), 0), 0);
     EXPECT_THAT(errorOfFile(path), HasSubstr("Permission denied"));

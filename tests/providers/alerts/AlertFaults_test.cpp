@@ -4,16 +4,16 @@
 
 #include "cimhost/repository/CimError.h"
 #include "providers/alerts/AlertSource.h"
-#include "tests/common/Allocations.h"
-#include "tests/common/DataSources.h"
 #include "tests/common/Failures.h"
-#include "tests/common/HostName.h"
-#include "tests/common/Journal.h"
 #include "tests/common/QuietResults.h"
-#include "tests/common/SystemName.h"
-#include "tests/common/TestBroker.h"
 #include "tests/platform/ipmi/FakeController.h"
+#include "tests/support/Allocations.h"
+#include "tests/support/DataSources.h"
 #include "tests/support/FaultyBroker.h"
+#include "tests/support/HostName.h"
+#include "tests/support/Journal.h"
+#include "tests/support/SystemName.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

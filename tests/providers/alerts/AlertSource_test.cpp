@@ -3,10 +3,10 @@
 #include "cimhost/repository/CimError.h"
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
-#include "tests/common/Journal.h"
-#include "tests/common/SystemName.h"
-#include "tests/common/TestBroker.h"
 #include "tests/platform/ipmi/FakeController.h"
+#include "tests/support/Journal.h"
+#include "tests/support/SystemName.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/common/Failures.h"
-#include "tests/common/Journal.h"
-#include "tests/common/TestBroker.h"
 #include "tests/support/FaultyBroker.h"
+#include "tests/support/Journal.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

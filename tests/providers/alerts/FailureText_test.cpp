@@ -1,7 +1,7 @@
 #include "providers/alerts/FailureText.h"
 
-#include "tests/common/Allocations.h"
 #include "tests/common/Failures.h"
+#include "tests/support/Allocations.h"
 
 #include <gtest/gtest.h>
 

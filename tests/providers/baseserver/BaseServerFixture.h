@@ -5,9 +5,9 @@
 #include "cmpicpp/CmpiInstance.h"
 #include "providers/baseserver/PciBus.h"
 #include "providers/baseserver/ServerFacts.h"
-#include "tests/common/HostName.h"
-#include "tests/common/RedirectedFiles.h"
-#include "tests/common/TestBroker.h"
+#include "tests/support/HostName.h"
+#include "tests/support/RedirectedFiles.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

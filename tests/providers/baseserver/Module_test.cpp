@@ -1,10 +1,10 @@
 // The module as an object manager loads it: through its C entry points alone.
 
-#include "cimhost/broker/Objects.h"
+#include "cimhost/objects/Objects.h"
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
-#include "tests/common/FreshProcess.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
+#include "tests/support/FreshProcess.h"
 
 #include <dlfcn.h>
 

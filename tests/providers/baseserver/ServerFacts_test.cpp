@@ -1,8 +1,8 @@
 #include "providers/baseserver/ServerFacts.h"
 
 #include "platform/smbios/SmBios.h"
-#include "tests/common/FreshProcess.h"
 #include "tests/common/QuietResults.h"
+#include "tests/support/FreshProcess.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
 #include "providers/baseserver/ServerInventory.h"
 
 #include "common/PYLUtil.h"
-#include "tests/common/Allocations.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
+#include "tests/support/Allocations.h"
 
 #include <algorithm>
 #include <mutex>

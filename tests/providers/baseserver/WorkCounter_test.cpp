@@ -1,7 +1,7 @@
 #include "providers/baseserver/WorkCounter.h"
 
-#include "tests/common/Journal.h"
-#include "tests/common/RedirectedFiles.h"
+#include "tests/support/Journal.h"
+#include "tests/support/RedirectedFiles.h"
 
 #include <gtest/gtest.h>
 

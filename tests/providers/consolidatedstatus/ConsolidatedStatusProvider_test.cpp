@@ -4,7 +4,7 @@
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
-#include "tests/common/TestBroker.h"
+#include "tests/support/TestBroker.h"
 
 #include <thread>
 #include <vector>

@@ -6,8 +6,8 @@
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
-#include "tests/common/TestBroker.h"
 #include "tests/platform/ipmi/FakeController.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // The module as an object manager loads it: through its C entry points alone.
 
-#include "cimhost/broker/Objects.h"
+#include "cimhost/objects/Objects.h"
 #include "common/PYLUtil.h"
 #include "tests/providers/profiles/ProfilesFixture.h"
 

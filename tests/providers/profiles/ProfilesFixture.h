@@ -1,13 +1,13 @@
 #pragma once
 
-#include "cimhost/broker/Objects.h"
+#include "cimhost/objects/Objects.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/ProfileDB.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
-#include "tests/common/HostName.h"
-#include "tests/common/Journal.h"
-#include "tests/common/TestBroker.h"
+#include "tests/support/HostName.h"
+#include "tests/support/Journal.h"
+#include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
 

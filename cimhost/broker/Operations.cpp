@@ -1,7 +1,0 @@
-#include "cimhost/broker/Operations.h"
-
-namespace cimhost {
-
-Operations::Operations(Broker& broker, ModuleHost& modules) : _broker(broker), _modules(modules) {}
-
-}  // namespace cimhost

@@ -1,0 +1,115 @@
+#include "cimhost/http/BasicAuth.h"
+
+#include "cimhost/http/HttpRequest.h"
+#include "cimhost/http/PasswordHash.h"
+
+#include <openssl/crypto.h>
+#include <openssl/evp.h>
+#include <openssl/hmac.h>
+#include <openssl/rand.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace cimhost {
+namespace {
+
+bool isBase64(std::string_view text) noexcept {
+    if (text.empty() || text.size() % 4 != 0) return false;
+    for (int count = 0; count < 2 && text.ends_with('='); ++count) text.remove_suffix(1);
+    return std::all_of(text.begin(), text.end(), [](char character) {
+        return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'z') ||
+               (character >= 'A' && character <= 'Z') || character == '+' || character == '/';
+    });
+}
+
+/// OpenSSL decodes but does not judge: padding comes out as zero bytes.
+std::optional<std::string> decodeBase64(std::string_view text) {
+    if (!isBase64(text)) return std::nullopt;
+    std::string decoded(text.size() / 4 * 3, '\0');
+    const int size = EVP_DecodeBlock(reinterpret_cast<unsigned char*>(decoded.data()),
+                                     reinterpret_cast<const unsigned char*>(text.data()),
+                                     static_cast<int>(text.size()));
+    if (size < 0) return std::nullopt;
+    const auto padding = static_cast<std::size_t>(std::count(text.end() - 2, text.end(), '='));
+    decoded.resize(static_cast<std::size_t>(size) - padding);
+    return decoded;
+}
+
+bool isControl(char character) noexcept {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte < 0x20 || byte == 0x7F;
+}
+
+}  // namespace
+
+std::optional<Credentials> parseBasic(std::string_view authorization) {
+    const std::size_t blank = authorization.find(' ');
+    if (blank == authorization.npos || !equalTokens(authorization.substr(0, blank), "Basic")) {
+        return std::nullopt;
+    }
+    authorization.remove_prefix(
+        std::min(authorization.find_first_not_of(' ', blank), authorization.size()));
+    std::optional<std::string> decoded = decodeBase64(authorization);
+    if (!decoded || std::any_of(decoded->begin(), decoded->end(), isControl)) return std::nullopt;
+    const std::size_t colon = decoded->find(':');
+    if (colon == decoded->npos || colon == 0) return std::nullopt;
+    Credentials credentials{decoded->substr(0, colon), decoded->substr(colon + 1)};
+    wipe(*decoded);
+    return credentials;
+}
+
+BasicAuth::BasicAuth(PasswordFile file) : _file(std::move(file)) {
+    if (RAND_bytes(_key.data(), static_cast<int>(_key.size())) != 1) {
+        throw std::runtime_error("the system gives no random bytes");
+    }
+}
+
+std::string_view BasicAuth::authenticate(std::string_view authorization) {
+    std::optional<Credentials> credentials = parseBasic(authorization);
+    if (!credentials) return {};
+    const Digest digest = _digest(*credentials);
+    bool isProven = _isRemembered(credentials->user, digest);
+    if (!isProven) {
+        const std::lock_guard slow(_slowCheck);
+        isProven = _isRemembered(credentials->user, digest) || _matches(*credentials);
+        if (isProven) {
+            const std::lock_guard lock(_mutex);
+            _remembered[credentials->user] = digest;
+        }
+    }
+    wipe(credentials->password);
+    const auto entry = _file.entries().find(credentials->user);
+    return isProven && entry != _file.entries().end() ? std::string_view(entry->first)
+                                                      : std::string_view{};
+}
+
+BasicAuth::Digest BasicAuth::_digest(const Credentials& credentials) const {
+    std::string text = credentials.user + ":" + credentials.password;  // no colon in a user's name
+    Digest digest{};
+    unsigned size = 0;
+    HMAC(EVP_sha256(), _key.data(), static_cast<int>(_key.size()),
+         reinterpret_cast<const unsigned char*>(text.data()), text.size(), digest.data(), &size);
+    wipe(text);
+    if (size != digest.size()) throw std::runtime_error("SHA-256 is not available");
+    return digest;
+}
+
+bool BasicAuth::_isRemembered(const std::string& user, const Digest& digest) const {
+    const std::shared_lock lock(_mutex);
+    const auto entry = _remembered.find(user);
+    return entry != _remembered.end() &&
+           CRYPTO_memcmp(entry->second.data(), digest.data(), digest.size()) == 0;
+}
+
+bool BasicAuth::_matches(const Credentials& credentials) const {
+    const auto& entries = _file.entries();
+    const auto entry = entries.find(credentials.user);
+    const bool isKnown = entry != entries.end();
+    if (entries.empty()) return false;
+    // Somebody's hash stands in for that of a stranger, for the time it takes.
+    const std::string& hash = isKnown ? entry->second : entries.begin()->second;
+    return matchesHash(credentials.password, hash) && isKnown;
+}
+
+}  // namespace cimhost

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "cimhost/http/AccessLog.h"
+#include "cimhost/http/HttpHandler.h"
+#include "cimhost/http/HttpLimits.h"
+#include "cimhost/http/HttpParser.h"
+#include "cimhost/http/Stream.h"
+
+#include <atomic>
+#include <memory>
+#include <string>
+
+namespace cimhost {
+
+/// What the connections of one server share. All of it outlives them.
+struct HttpServices {
+    HttpHandler& handler;
+    const HttpLimits& limits;
+    Authenticator* authenticator = nullptr;  ///< none: everybody may come in, as nobody
+    AccessLog* accessLog = nullptr;
+};
+
+/// What a connection tells the server that holds it, and the other way round. Each member is
+/// atomic.
+struct HttpPresence {
+    /// When the wait for the client began (Clock ticks); 0 while a request is worked on.
+    std::atomic<Clock::rep> waitingSince{0};
+    /// The status for a request that is cut off half-way because the server wants the connection to
+    /// end; 0 while it does not.
+    std::atomic<int> endStatus{0};
+};
+
+struct HttpAddresses {
+    std::string peer;
+    std::string local;
+};
+
+/// Serves the requests of one connection, one after the other, pipelined ones too, until either
+/// side has enough. Used by one thread.
+class HttpConnection {
+public:
+    HttpConnection(Stream& stream, const HttpServices& services, const HttpAddresses& addresses,
+                   HttpPresence& presence);
+
+    void serve() noexcept;
+
+    /// Answers with this status whatever the client may send.
+    void refuse(int status) noexcept;
+
+private:
+    bool _serveRequest();
+    bool _receiveRequest();
+    bool _receiveMore();
+    void _feedParser();
+    void _judgeHead();
+    void _endHere(int status);
+    Clock::time_point _deadline() const;
+    bool _answer();
+    void _fill(HttpReply& reply);
+    void _callHandler(HttpReply& reply);
+    void _log(HttpReply& reply, Clock::time_point start);
+    void _linger();
+
+    static constexpr std::size_t _bufferBytes = 64 * 1024;
+
+    Stream& _stream;
+    const HttpServices& _services;
+    const HttpLimits& _limits;
+    const HttpAddresses& _addresses;
+    HttpPresence& _presence;
+    HttpParser _parser;
+    std::unique_ptr<char[]> _buffer;
+    std::size_t _begin = 0;  ///< of what arrived and is not used yet
+    std::size_t _end = 0;
+    Clock::time_point _waitBegin;
+    Clock::time_point _firstByte;
+    std::uint64_t _bodyBytes = 0;
+    int _refusal = 0;
+    bool _closes = false;  ///< where the next request begins is not known
+};
+
+}  // namespace cimhost

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "cimhost/http/HttpReply.h"
+#include "cimhost/http/HttpRequest.h"
+
+namespace cimhost {
+
+/// Answers requests that HTTP itself found nothing wrong with. Called by several threads at once.
+class HttpHandler {
+public:
+    virtual ~HttpHandler() = default;
+
+    /// Fills the reply; the caller finishes it. A StreamError of the reply may pass through;
+    /// another exception is answered with 500, or by a broken connection when the reply is on its
+    /// way.
+    virtual void handle(const HttpRequest& request, HttpReply& reply) = 0;
+};
+
+/// Knows which users may come in. Called by several threads at once.
+class Authenticator {
+public:
+    virtual ~Authenticator() = default;
+
+    /// The user whom an Authorization header proves, or empty. Good as long as the authenticator.
+    virtual std::string_view authenticate(std::string_view authorization) = 0;
+};
+
+}  // namespace cimhost

@@ -1,0 +1,156 @@
+#include "cimhost/http/HttpReply.h"
+
+#include "cimhost/http/HttpDate.h"
+
+#include <algorithm>
+#include <array>
+#include <cassert>
+#include <charconv>
+#include <span>
+
+namespace cimhost {
+namespace {
+
+struct Phrase {
+    int status;
+    std::string_view text;
+};
+
+constexpr auto phrases = std::to_array<Phrase>({
+    {200, "OK"},
+    {400, "Bad Request"},
+    {401, "Unauthorized"},
+    {403, "Forbidden"},
+    {405, "Method Not Allowed"},
+    {406, "Not Acceptable"},
+    {408, "Request Timeout"},
+    {411, "Length Required"},
+    {413, "Content Too Large"},
+    {414, "URI Too Long"},
+    {415, "Unsupported Media Type"},
+    {417, "Expectation Failed"},
+    {431, "Request Header Fields Too Large"},
+    {500, "Internal Server Error"},
+    {501, "Not Implemented"},
+    {503, "Service Unavailable"},
+    {505, "HTTP Version Not Supported"},
+});
+
+char withoutControl(char character) noexcept {
+    const auto byte = static_cast<unsigned char>(character);
+    return byte < 0x20 || byte == 0x7F ? ' ' : character;
+}
+
+/// The size line of a chunk of this many bytes, after the end of the one before.
+std::string_view writeChunkLine(std::array<char, 24>& line, std::size_t size, bool isFirst) {
+    char* position = line.data();
+    if (!isFirst) position = std::copy_n("\r\n", 2, position);
+    position = std::to_chars(position, line.data() + line.size() - 2, size, 16).ptr;
+    position = std::copy_n("\r\n", 2, position);
+    return {line.data(), static_cast<std::size_t>(position - line.data())};
+}
+
+}  // namespace
+
+HttpReply::HttpReply(Stream& stream, Manner manner) : _stream(stream), _manner(manner) {}
+
+void HttpReply::addHeader(HttpHeader header) {
+    _appendLine(_headers, header);
+}
+
+void HttpReply::setTrailer(HttpHeader trailer) {
+    _appendLine(_trailers, trailer);
+}
+
+void HttpReply::_appendLine(std::string& lines, HttpHeader header) {
+    lines.append(header.name).append(": ");
+    std::transform(header.value.begin(), header.value.end(), std::back_inserter(lines),
+                   withoutControl);
+    lines.append("\r\n");
+}
+
+void HttpReply::write(std::string_view text) {
+    assert(!_finished);
+    while (text.size() > bufferBytes - _body.size()) {
+        const std::size_t fits = bufferBytes - _body.size();
+        _sendChunk(text.substr(0, fits), {});
+        text.remove_prefix(fits);
+    }
+    _body.append(text);
+}
+
+bool HttpReply::restart() {
+    if (_committed) return false;
+    _headers.clear();
+    _body.clear();
+    return true;
+}
+
+void HttpReply::refuse(int status, std::initializer_list<HttpHeader> headers) {
+    assert(!_committed && !_finished);
+    restart();
+    for (const HttpHeader& header : headers) addHeader(header);
+    _status = status;
+}
+
+void HttpReply::finish() {
+    assert(!_finished);
+    _finished = true;
+    if (_committed) return _sendChunk({}, "0\r\n");
+    _beginHead(_status);
+    _head.append("Content-Length: ").append(std::to_string(_body.size())).append("\r\n\r\n");
+    _send({_head, _body});
+}
+
+/// Sends the buffer, and more behind it, as the next piece of a streamed reply; `end` closes the
+/// last one.
+void HttpReply::_sendChunk(std::string_view more, std::string_view end) {
+    const bool isFirst = !_committed;
+    _committed = true;
+    if (isFirst) {
+        if (!_manner.isHttp11) _manner.keepAlive = false;
+        _beginHead(200);
+        if (_manner.isHttp11) _appendLine(_head, {"Transfer-Encoding", "chunked"});
+        if (_manner.isHttp11 && !_announced.empty()) _appendLine(_head, {"Trailer", _announced});
+        _head.append("\r\n");
+    }
+    std::array<char, 24> line;
+    const std::size_t size = _body.size() + more.size();
+    if (!_manner.isHttp11) {
+        _send({_head, _body, more});
+    } else if (end.empty()) {
+        _send({_head, writeChunkLine(line, size, isFirst), _body, more});
+    } else if (size == 0) {
+        _send({"\r\n", end, _trailers, "\r\n"});
+    } else {
+        _send({writeChunkLine(line, size, isFirst), _body, "\r\n", end, _trailers, "\r\n"});
+    }
+    _head.clear();
+    _body.clear();
+}
+
+void HttpReply::_beginHead(int status) {
+    _head.reserve(256 + _headers.size());
+    _head.append("HTTP/1.1 ").append(std::to_string(status)).append(" ");
+    _head.append(reasonPhrase(status)).append("\r\nDate: ").append(httpDate()).append("\r\n");
+    _head.append(_headers);
+    if (!_manner.keepAlive) {
+        _head.append("Connection: close\r\n");
+    } else if (!_manner.isHttp11) {
+        _head.append("Connection: keep-alive\r\n");
+    }
+}
+
+void HttpReply::_send(std::initializer_list<std::string_view> pieces) {
+    for (const std::string_view piece : pieces) _sentBytes += piece.size();
+    _stream.send({pieces.begin(), pieces.size()}, Clock::now() + _manner.sendTime);
+}
+
+std::string_view reasonPhrase(int status) noexcept {
+    const auto* row = std::find_if(phrases.begin(), phrases.end(), [status](const Phrase& phrase) {
+        return phrase.status == status;
+    });
+    return row == phrases.end() ? std::string_view("Error") : row->text;
+}
+
+}  // namespace cimhost

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "cimhost/http/Stream.h"
+
+#include <chrono>
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cimhost {
+
+/// One header line that we send. Control characters in a value go out as blanks.
+struct HttpHeader {
+    std::string_view name;
+    std::string_view value;
+};
+
+/// What a handler tells the access log about a request. Any text; escaped there.
+struct RequestNotes {
+    std::string operation;
+    std::string object;
+    std::string outcome;
+};
+
+/// The reply to one request, on its way to the client.
+///
+/// Up to 64 KiB of body are held back: a reply that ends within them leaves in one piece with its
+/// length, and can still be started anew. A longer one is streamed: in chunks, or to an HTTP/1.0
+/// client up to the end of the connection. Used by one thread; what a send throws is a StreamError.
+class HttpReply {
+public:
+    struct Manner {
+        bool isHttp11 = true;
+        bool keepAlive = true;
+        std::chrono::milliseconds sendTime{30'000};  ///< for each buffer
+    };
+
+    HttpReply(Stream& stream, Manner manner);
+    HttpReply(const HttpReply&) = delete;
+    HttpReply& operator=(const HttpReply&) = delete;
+
+    /// A header line of the 200 reply, with no effect after commit.
+    void addHeader(HttpHeader header);
+    /// The names of trailers that a chunked reply may end with, as the Trailer header has them.
+    void announceTrailers(std::string_view names) { _announced = names; }
+
+    /// Appends to the body of the 200 reply.
+    void write(std::string_view text);
+
+    /// Drops the body and the headers of a 200 reply; false when some of it has left already.
+    bool restart();
+
+    /// Answers with this status and an empty body instead. Only before commit.
+    void refuse(int status, std::initializer_list<HttpHeader> headers = {});
+
+    /// A trailer line, sent when the reply is chunked. May be set until the reply is finished.
+    void setTrailer(HttpHeader trailer);
+
+    /// Sends what is left. Nothing may be written afterwards.
+    void finish();
+
+    bool isCommitted() const noexcept { return _committed; }
+    bool isFinished() const noexcept { return _finished; }
+    /// True when the connection can carry another request after this reply.
+    bool keepsAlive() const noexcept { return _manner.keepAlive; }
+    /// From now on the reply says that the connection will be closed.
+    void closeAfterwards() noexcept { _manner.keepAlive = false; }
+
+    int status() const noexcept { return _status; }
+    std::uint64_t sentBytes() const noexcept { return _sentBytes; }
+    RequestNotes& notes() noexcept { return _notes; }
+
+    static constexpr std::size_t bufferBytes = 64 * 1024;
+
+private:
+    void _beginHead(int status);
+    void _appendLine(std::string& lines, HttpHeader header);
+    void _sendChunk(std::string_view more, std::string_view end);
+    void _send(std::initializer_list<std::string_view> pieces);
+
+    Stream& _stream;
+    Manner _manner;
+    std::string _head;
+    std::string _headers;
+    std::string _body;
+    std::string _trailers;
+    std::string_view _announced;
+    RequestNotes _notes;
+    int _status = 200;
+    std::uint64_t _sentBytes = 0;
+    bool _committed = false;
+    bool _finished = false;
+};
+
+/// The standard's words for a status that this server sends.
+std::string_view reasonPhrase(int status) noexcept;
+
+}  // namespace cimhost

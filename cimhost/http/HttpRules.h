@@ -1,0 +1,18 @@
+#pragma once
+
+#include "cimhost/http/HttpReply.h"
+#include "cimhost/http/HttpRequest.h"
+
+namespace cimhost {
+
+/// Judges a request by its head alone, before any of its body is read: method, Host, expectation
+/// and length. Returns the status that refuses it, or 0.
+int refusalOf(const HttpRequest& request) noexcept;
+
+/// True when the client wants "100 Continue" before it sends the body.
+bool wantsContinue(const HttpRequest& request) noexcept;
+
+/// Answers with the status that refuses a request, and the header that goes with it.
+void refuse(HttpReply& reply, int status);
+
+}  // namespace cimhost

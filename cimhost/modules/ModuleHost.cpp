@@ -1,0 +1,290 @@
+#include "cimhost/modules/ModuleHost.h"
+
+#include "cimhost/modules/ProviderStatus.h"
+#include "cimhost/objects/Broker.h"
+#include "cimhost/repository/CimError.h"
+
+#include <algorithm>
+#include <optional>
+#include <tuple>
+
+namespace cimhost {
+
+struct ModuleHost::Hosted {
+    std::string name;
+    std::optional<StaticModule> factories;  ///< of a part of this program
+    std::unique_ptr<Module> code;           ///< null while it is not loaded
+};
+
+/// One MI and who is using it.
+struct ModuleHost::Slot {
+    virtual ~Slot() = default;
+    virtual CMPIStatus cleanUp(const CMPIContext* context, bool isTerminating) = 0;
+
+    Provider* provider = nullptr;
+    CallGate gate;           ///< open while the MI may be called
+    bool isBusy = false;     ///< being made or cleaned up
+    bool isForever = false;  ///< the MI asked never to be unloaded
+};
+
+template <typename MI>
+struct ModuleHost::TypedSlot final : Slot {
+    CMPIStatus cleanUp(const CMPIContext* context, bool isTerminating) override {
+        if (!mi->ft->cleanup) return {CMPI_RC_OK, nullptr};
+        return mi->ft->cleanup(mi, context, isTerminating ? 1 : 0);
+    }
+
+    MI* mi = nullptr;
+};
+
+struct ModuleHost::Provider {
+    Provider(const Registration& registration, Hosted& home)
+        : name(registration.provider), nameSpace(registration.nameSpace), module(home) {
+        std::apply([this](auto&... slot) { ((slot.provider = this), ...); }, slots);
+    }
+
+    std::string name;
+    std::string nameSpace;  ///< one it is registered for
+    Hosted& module;
+    std::tuple<TypedSlot<CMPIInstanceMI>, TypedSlot<CMPIAssociationMI>, TypedSlot<CMPIMethodMI>,
+               TypedSlot<CMPIIndicationMI>>
+        slots;
+};
+
+namespace {
+
+class Mark {
+public:
+    explicit Mark(bool& flag) noexcept : _flag(flag) { _flag = true; }
+    ~Mark() { _flag = false; }
+    Mark(const Mark&) = delete;
+    Mark& operator=(const Mark&) = delete;
+
+private:
+    bool& _flag;
+};
+
+[[noreturn]] void refuseCreation(const std::string& provider, const std::string& kind,
+                                 const CMPIStatus& status) {
+    // Other codes would say something of the client's request that the factory cannot know.
+    const CimCode code = status.rc == CMPI_RC_ERR_ACCESS_DENIED   ? CimCode::accessDenied
+                         : status.rc == CMPI_RC_ERR_NOT_SUPPORTED ? CimCode::notSupported
+                                                                  : CimCode::failed;
+    std::string reason = messageOf(status);
+    if (reason.empty()) reason = "CMPI return code " + std::to_string(static_cast<int>(status.rc));
+    throw CimError(code, "provider " + provider + " made no " + kind + " MI: " + reason);
+}
+
+std::chrono::steady_clock::time_point endOf(std::chrono::milliseconds patience) {
+    using Clock = std::chrono::steady_clock;
+    const auto now = Clock::now();
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(Clock::time_point::max() - now);
+    return patience < left ? now + patience : Clock::time_point::max();
+}
+
+}  // namespace
+
+ModuleHost::ModuleHost(const Broker& broker, Registrations registrations,
+                       std::vector<std::filesystem::path> folders)
+    : _broker(broker), _registrations(std::move(registrations)), _folders(std::move(folders)) {
+    for (const Registration& registration : _registrations.all()) {
+        auto& module = _modules[registration.module];
+        if (!module) module = std::make_unique<Hosted>(Hosted{registration.module, {}, {}});
+        auto& provider = _providers[registration.provider];
+        if (!provider) provider = std::make_unique<Provider>(registration, *module);
+    }
+}
+
+ModuleHost::~ModuleHost() {
+    shutDown();
+}
+
+void ModuleHost::addStatic(const std::string& module, StaticModule factories) {
+    auto& hosted = _modules[module];
+    if (!hosted) hosted = std::make_unique<Hosted>(Hosted{module, {}, {}});
+    hosted->factories = std::move(factories);
+}
+
+template <typename MI>
+MiUse<MI> ModuleHost::use(const Registration& registration) {
+    Provider& provider = *_providers.at(registration.provider);
+    auto& slot = std::get<TypedSlot<MI>>(provider.slots);
+    if (!slot.gate.enter()) _start(provider, slot);
+    return MiUse<MI>(slot.mi, slot.gate, provider.name);
+}
+
+template MiUse<CMPIInstanceMI> ModuleHost::use(const Registration&);
+template MiUse<CMPIAssociationMI> ModuleHost::use(const Registration&);
+template MiUse<CMPIMethodMI> ModuleHost::use(const Registration&);
+template MiUse<CMPIIndicationMI> ModuleHost::use(const Registration&);
+
+void ModuleHost::_refuseWhenStopping() const {
+    if (!_isStopping) return;
+    throw CimError(CimCode::serverIsShuttingDown, "the server is shutting down");
+}
+
+// On return the caller is inside the gate.
+template <typename MI>
+void ModuleHost::_start(Provider& provider, TypedSlot<MI>& slot) {
+    _refuseWhenStopping();
+    const std::lock_guard lock(_lifecycle);
+    _refuseWhenStopping();
+    if (slot.gate.enter()) return;  // another thread was faster
+    try {
+        if (slot.isBusy) {
+            throw CimError(CimCode::failed, "provider " + provider.name +
+                                                " is called while it is made or cleaned up");
+        }
+        const Mark busy(slot.isBusy);
+        _created.reserve(_created.size() + 1);
+        slot.mi = _create<MI>(provider);
+        _created.push_back(&slot);
+    } catch (const CimError& error) {
+        _broker.log().write(BrokerLog::Level::error, provider.name, error.what());
+        throw;
+    }
+    slot.gate.open();
+    slot.gate.enter();
+}
+
+template <typename MI>
+MI* ModuleHost::_create(Provider& provider) {
+    _load(provider.module);
+    const std::string kind(MiKind<MI>::word);
+    const MiFactory<MI> factory = provider.module.code->factory<MI>(provider.name);
+    if (!factory) {
+        throw CimError(CimCode::failed, "module " + provider.module.name + " has no entry point " +
+                                            provider.name + "_Create_" + kind + "MI");
+    }
+    const CallScope scope;
+    RequestContext request;
+    request.nameSpace = provider.nameSpace;
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const CMPIContext* const context = makeContext(_broker, request);
+    MI* const mi = callProvider(provider.name, [&] {
+        return factory(_broker.handle(), context, provider.name.c_str(), &status);
+    });
+    if (!mi) refuseCreation(provider.name, kind, status);
+    if (!mi->ft) {
+        throw CimError(CimCode::failed,
+                       "provider " + provider.name + " made an MI without a function table");
+    }
+    return mi;
+}
+
+void ModuleHost::_load(Hosted& module) {
+    if (module.code) return;
+    _loaded.reserve(_loaded.size() + 1);
+    try {
+        module.code = module.factories ? std::make_unique<Module>(*module.factories)
+                                       : Module::load(module.name, _folders);
+    } catch (const CimError& error) {
+        throw CimError(error.code(),
+                       "module " + module.name + " cannot be loaded: " + error.what());
+    }
+    _loaded.push_back(&module);
+}
+
+CMPIStatus ModuleHost::_cleanUp(Slot& slot, bool isTerminating) noexcept {
+    const std::string& name = slot.provider->name;
+    const Mark busy(slot.isBusy);
+    CMPIStatus status{CMPI_RC_ERR_FAILED, nullptr};
+    try {
+        const CallScope scope;
+        RequestContext request;
+        request.nameSpace = slot.provider->nameSpace;
+        const CMPIContext* const context = makeContext(_broker, request);
+        status = callProvider(name, [&] { return slot.cleanUp(context, isTerminating); });
+        const bool stays = status.rc == CMPI_RC_DO_NOT_UNLOAD || status.rc == CMPI_RC_NEVER_UNLOAD;
+        if (isTerminating || !stays) requireSuccess(status, name);
+    } catch (const std::exception& error) {
+        _broker.log().write(BrokerLog::Level::warning, name, error.what());
+    }
+    status.msg = nullptr;  // it ended with the scope
+    return status;
+}
+
+void ModuleHost::_remove(Slot& slot) noexcept {
+    slot.isForever = false;
+    std::erase(_created, &slot);
+}
+
+std::vector<ModuleHost::Slot*> ModuleHost::_slotsOf(const Hosted& module) const {
+    std::vector<Slot*> slots;
+    std::copy_if(_created.rbegin(), _created.rend(), std::back_inserter(slots),
+                 [&](const Slot* slot) { return &slot->provider->module == &module; });
+    return slots;
+}
+
+bool ModuleHost::_closeIfIdle(const std::vector<Slot*>& slots) noexcept {
+    const auto inUse = std::find_if(slots.begin(), slots.end(), [](Slot* slot) {
+        return slot->isBusy || !slot->gate.closeIfIdle();
+    });
+    if (inUse == slots.end()) return true;
+    std::for_each(slots.begin(), inUse, [](Slot* slot) { slot->gate.open(); });
+    return false;
+}
+
+// True when the MI is gone; otherwise it can be called again.
+bool ModuleHost::_askToLeave(Slot& slot) noexcept {
+    if (!slot.isForever) {
+        const CMPIrc answer = _cleanUp(slot, false).rc;
+        if (answer != CMPI_RC_DO_NOT_UNLOAD && answer != CMPI_RC_NEVER_UNLOAD) {
+            _remove(slot);
+            return true;
+        }
+        slot.isForever = answer == CMPI_RC_NEVER_UNLOAD;
+    }
+    slot.gate.open();
+    return false;
+}
+
+UnloadOutcome ModuleHost::unload(const std::string& module) {
+    const std::lock_guard lock(_lifecycle);
+    const auto found = _modules.find(module);
+    if (found == _modules.end() || !found->second->code || _isStopping) {
+        return UnloadOutcome::notLoaded;
+    }
+    const std::vector<Slot*> slots = _slotsOf(*found->second);
+    if (!_closeIfIdle(slots)) return UnloadOutcome::busy;
+    bool isEmpty = true;
+    for (Slot* const slot : slots) isEmpty = _askToLeave(*slot) && isEmpty;
+    if (!isEmpty) return UnloadOutcome::kept;
+    std::erase(_loaded, found->second.get());
+    found->second->code.reset();
+    return UnloadOutcome::unloaded;
+}
+
+bool ModuleHost::shutDown(std::chrono::milliseconds patience) {
+    const auto end = endOf(patience);
+    const std::lock_guard alone(_shutDown);
+    {
+        const std::lock_guard lock(_lifecycle);
+        _isStopping = true;
+        for (Slot* const slot : _created) slot->gate.close();
+    }
+    // From here on nothing is made any more. The lock is not held, lest a provider whose cleanup
+    // waits for its own thread wait for ever: that thread may want the lock only to be refused.
+    const std::vector<Slot*> created(_created.rbegin(), _created.rend());
+    const bool isIdle = std::all_of(created.begin(), created.end(),
+                                    [end](Slot* slot) { return slot->gate.waitUntilIdle(end); });
+    for (Slot* const slot : created) {
+        if (!slot->gate.waitUntilIdle(std::chrono::steady_clock::now())) continue;
+        _cleanUp(*slot, true);
+        _remove(*slot);
+    }
+    _closeUnused();
+    return isIdle;
+}
+
+void ModuleHost::_closeUnused() {
+    const std::vector<Hosted*> loaded(_loaded.rbegin(), _loaded.rend());
+    for (Hosted* const module : loaded) {
+        if (!_slotsOf(*module).empty()) continue;
+        std::erase(_loaded, module);
+        module->code.reset();
+    }
+}
+
+}  // namespace cimhost

@@ -1,0 +1,131 @@
+#pragma once
+
+#include "cimhost/modules/CallGate.h"
+#include "cimhost/modules/Module.h"
+#include "cimhost/modules/Registration.h"
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace cimhost {
+
+class Broker;
+
+/// An MI during one call: it is not cleaned up, nor its module unloaded, while this lives.
+template <typename MI>
+class MiUse {
+public:
+    /// The call has entered the gate already.
+    MiUse(MI* mi, CallGate& gate, std::string_view provider) noexcept
+        : _mi(mi), _gate(&gate), _provider(provider) {}
+    MiUse(MiUse&& other) noexcept
+        : _mi(other._mi), _gate(std::exchange(other._gate, nullptr)), _provider(other._provider) {}
+    MiUse& operator=(MiUse&&) = delete;
+    ~MiUse() {
+        if (_gate) _gate->leave();
+    }
+
+    MI* get() const noexcept { return _mi; }
+    std::string_view provider() const noexcept { return _provider; }
+
+private:
+    MI* _mi;
+    CallGate* _gate;
+    std::string_view _provider;
+};
+
+enum class UnloadOutcome {
+    unloaded,   ///< every MI was cleaned up and the library closed
+    notLoaded,  ///< there was nothing to unload
+    busy,       ///< a call was in progress, or an MI is being made: nothing was done
+    kept,       ///< an MI wants to stay; those that do not are cleaned up and made anew when needed
+};
+
+/// Loads the modules that registrations name and makes their MIs.
+///
+/// An MI is made when the first call needs it, once for each provider and type, so that a module
+/// that cannot be loaded delays nobody and is tried again at the next call. Making and cleaning up
+/// go one at a time, on the thread that asks; a factory may make up-calls. Safe from several
+/// threads, addStatic excepted. The broker must outlive the host.
+class ModuleHost {
+public:
+    /// `folders` are where modules are looked for, in this order.
+    ModuleHost(const Broker& broker, Registrations registrations,
+               std::vector<std::filesystem::path> folders);
+
+    /// Shuts down and waits for calls in progress, however long they take.
+    ~ModuleHost();
+
+    ModuleHost(const ModuleHost&) = delete;
+    ModuleHost& operator=(const ModuleHost&) = delete;
+
+    /// The module is part of this program and not looked for in the folders. Before its first use.
+    void addStatic(const std::string& module, StaticModule factories);
+
+    const Registrations& registrations() const noexcept { return _registrations; }
+
+    /// The MI of the registered provider for a call, made when it is not there yet. MI is one of
+    /// CMPIInstanceMI, CMPIAssociationMI, CMPIMethodMI, CMPIIndicationMI; the registration is one
+    /// of this host's. Throws CimError: serverIsShuttingDown; and, with a line in the log each
+    /// time, failed when the module cannot be loaded, has no such entry point, made no MI, or when
+    /// the MI is asked for while it is being made on this thread; accessDenied and notSupported as
+    /// the factory says.
+    template <typename MI>
+    MiUse<MI> use(const Registration& registration);
+
+    /// Asks the module's MIs to clean up, not terminating, and closes the library when all did. One
+    /// that answers CMPI_RC_DO_NOT_UNLOAD will be asked again next time, one that answers
+    /// CMPI_RC_NEVER_UNLOAD no more until shutDown. A later call makes the MIs anew. Other calls
+    /// that need an MI made wait meanwhile: a cleanup must not wait for a thread that makes such
+    /// up-calls.
+    UnloadOutcome unload(const std::string& module);
+
+    /// Refuses new calls, waits for those in progress, cleans every MI up, terminating, and closes
+    /// the libraries, both in reverse order. False when a call did not end within `patience`; what
+    /// it runs in stays as it is then, and another shutDown may follow. Not from within a call.
+    bool shutDown(std::chrono::milliseconds patience = std::chrono::milliseconds::max());
+
+private:
+    struct Slot;
+    struct Hosted;
+    struct Provider;
+    template <typename MI>
+    struct TypedSlot;
+
+    template <typename MI>
+    void _start(Provider& provider, TypedSlot<MI>& slot);
+    template <typename MI>
+    MI* _create(Provider& provider);
+    void _load(Hosted& module);
+    void _remove(Slot& slot) noexcept;
+    CMPIStatus _cleanUp(Slot& slot, bool isTerminating) noexcept;
+    std::vector<Slot*> _slotsOf(const Hosted& module) const;
+    bool _closeIfIdle(const std::vector<Slot*>& slots) noexcept;
+    bool _askToLeave(Slot& slot) noexcept;
+    void _refuseWhenStopping() const;
+    void _closeUnused();
+
+    const Broker& _broker;
+    Registrations _registrations;
+    std::vector<std::filesystem::path> _folders;
+    std::map<std::string, std::unique_ptr<Hosted>> _modules;
+    std::map<std::string, std::unique_ptr<Provider>> _providers;
+
+    // Held while an MI is made or cleaned up. One for all, lest two factories that call each
+    // other's providers wait for each other; recursive, because a factory may make up-calls.
+    std::recursive_mutex _lifecycle;
+    std::vector<Slot*> _created;   // in order of creation
+    std::vector<Hosted*> _loaded;  // in order of loading
+    std::atomic<bool> _isStopping = false;
+    std::mutex _shutDown;  // one shutDown at a time
+};
+
+}  // namespace cimhost

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "cimhost/modules/ModuleHost.h"
+#include "cimhost/modules/ProviderStatus.h"
+#include "cimhost/objects/Broker.h"
+#include "cimhost/objects/Objects.h"
+
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cimhost {
+
+/// Counts the provider calls that this thread is inside of.
+class CallNesting {
+public:
+    /// Providers that call each other in a circle end here rather than on the end of the stack.
+    static constexpr unsigned limit = 32;
+
+    /// Throws CimError failed beyond the limit.
+    CallNesting();
+    ~CallNesting() { --depth; }
+    CallNesting(const CallNesting&) = delete;
+    CallNesting& operator=(const CallNesting&) = delete;
+
+private:
+    inline static constinit thread_local unsigned depth = 0;
+};
+
+/// A property list in the form of MI functions. Good as long as the names that it was made of.
+class PropertyNames {
+public:
+    explicit PropertyNames(const std::optional<std::vector<std::string>>& names) {
+        if (!names) return;
+        for (const std::string& name : *names) _names.push_back(name.c_str());
+        _names.push_back(nullptr);
+    }
+
+    /// Null for all properties.
+    const char** get() noexcept { return _names.empty() ? nullptr : _names.data(); }
+
+private:
+    std::vector<const char*> _names;
+};
+
+/// One call of an MI function: the objects made during it live as long as this, the arguments
+/// included. For one thread, as a local variable.
+class ProviderCall {
+public:
+    /// Throws CimError failed when provider calls are nested too deeply.
+    ProviderCall(const Broker& broker, const RequestContext& request, ResultSink& sink)
+        : _context(makeContext(broker, request)), _result(makeResult(broker, sink)) {}
+
+    /// Calls the function in this slot of the MI's table, with the context, the result and the
+    /// arguments. Throws what the sink threw, else the provider's failure as a CimError:
+    /// notSupported for a null slot.
+    template <typename MI, typename Table, typename Function, typename... Arguments>
+    void run(const MiUse<MI>& use, Function Table::*slot, Arguments... arguments) {
+        _requireSlot(use, slot);
+        const CMPIStatus status = callProvider(use.provider(), [&] {
+            return (use.get()->ft->*slot)(use.get(), _context, _result, arguments...);
+        });
+        if (const std::exception_ptr failure = failureOf(_result)) std::rethrow_exception(failure);
+        requireSuccess(status, use.provider());
+    }
+
+    /// The same for functions that have no result.
+    template <typename MI, typename Table, typename Function, typename... Arguments>
+    void tell(const MiUse<MI>& use, Function Table::*slot, Arguments... arguments) {
+        _requireSlot(use, slot);
+        tellAs(use, use.get()->ft->*slot, arguments...);
+    }
+
+    /// The same for a function that is known already.
+    template <typename MI, typename Function, typename... Arguments>
+    void tellAs(const MiUse<MI>& use, Function function, Arguments... arguments) {
+        const CMPIStatus status = callProvider(
+            use.provider(), [&] { return function(use.get(), _context, arguments...); });
+        requireSuccess(status, use.provider());
+    }
+
+private:
+    template <typename MI, typename Slot>
+    static void _requireSlot(const MiUse<MI>& use, Slot slot) {
+        if (use.get()->ft && use.get()->ft->*slot) return;
+        throw CimError(CimCode::notSupported, "provider " + std::string(use.provider()) +
+                                                  " does not offer this operation");
+    }
+
+    CallNesting _nesting;
+    CallScope _scope;
+    CMPIContext* _context;
+    CMPIResult* _result;
+};
+
+}  // namespace cimhost

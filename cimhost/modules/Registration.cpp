@@ -1,0 +1,197 @@
+#include "cimhost/modules/Registration.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <utility>
+
+namespace cimhost {
+
+namespace {
+
+constexpr auto typeNames =
+    std::to_array<std::string_view>({"instance", "association", "method", "indication"});
+static_assert(typeNames.size() == providerTypeCount);
+
+constexpr auto fieldNames =
+    std::to_array<const char*>({"class", "namespace", "provider", "module", "type"});
+
+constexpr std::string_view blanks = " \t\r";
+
+[[noreturn]] void refuse(const std::string& message) {
+    throw RegistrationError(message);
+}
+
+std::vector<std::string_view> splitFields(std::string_view line) {
+    line = line.substr(0, line.find('#'));
+    std::vector<std::string_view> fields;
+    for (;;) {
+        const std::size_t begin = line.find_first_not_of(blanks);
+        if (begin == std::string_view::npos) return fields;
+        line.remove_prefix(begin);
+        fields.push_back(line.substr(0, line.find_first_of(blanks)));
+        line.remove_prefix(fields.back().size());
+    }
+}
+
+std::size_t typeFromText(std::string_view text) {
+    for (std::size_t type = 0; type < typeNames.size(); ++type) {
+        if (equalNames(typeNames[type], text)) return type;
+    }
+    refuse("unknown type '" + std::string(text) +
+           "' (known are instance, association, method, indication)");
+}
+
+Registration registrationFrom(const std::vector<std::string_view>& fields) {
+    if (fields.size() < fieldNames.size()) {
+        refuse(std::string("the ") + fieldNames[fields.size()] +
+               " is missing (Class Namespace Provider Module type...)");
+    }
+    Registration registration{std::string(fields[0]),
+                              std::string(trimmedSlashes(fields[1])),
+                              std::string(fields[2]),
+                              std::string(fields[3]),
+                              {}};
+    for (std::size_t i = 4; i < fields.size(); ++i) {
+        const std::size_t type = typeFromText(fields[i]);
+        if (registration.types[type]) {
+            refuse("type '" + std::string(typeNames[type]) + "' is given twice");
+        }
+        registration.types.set(type);
+    }
+    return registration;
+}
+
+bool isIdentifier(std::string_view text) noexcept {
+    return !text.empty() && findNameEnd(text) == text.size();
+}
+
+bool isNameSpace(std::string_view text) noexcept {
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char character) {
+        return character > ' ' && character != 0x7f && character != ':';
+    });
+}
+
+// The name becomes part of a file name: it must not lead out of the folders of modules.
+bool isModuleName(std::string_view text) noexcept {
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char character) {
+        return character > ' ' && character != 0x7f && character != '/';
+    });
+}
+
+void checkFields(const Registration& registration) {
+    if (!isIdentifier(registration.className)) {
+        refuse("'" + registration.className + "' is not a class name");
+    }
+    if (!isNameSpace(registration.nameSpace)) {
+        refuse("'" + registration.nameSpace + "' is not a namespace");
+    }
+    if (!isIdentifier(registration.provider)) {
+        refuse("'" + registration.provider + "' is not a provider name");
+    }
+    if (!isModuleName(registration.module)) {
+        refuse("'" + registration.module + "' is not the base name of a module");
+    }
+    if (registration.types.none()) refuse("the type is missing");
+}
+
+// Two providers cannot both answer for an instance or a method.
+bool takesOneProvider(std::size_t type) noexcept {
+    return type == static_cast<std::size_t>(ProviderType::instance) ||
+           type == static_cast<std::size_t>(ProviderType::method);
+}
+
+std::string subjectText(const Registration& registration, std::size_t type) {
+    return std::string(typeNames[type]) + " of class " + registration.className + " in namespace " +
+           registration.nameSpace;
+}
+
+}  // namespace
+
+std::string_view providerTypeName(ProviderType type) noexcept {
+    return typeNames[static_cast<std::size_t>(type)];
+}
+
+void Registrations::readFile(const std::filesystem::path& file) {
+    try {
+        std::ifstream stream;
+        stream.exceptions(std::ios::failbit);
+        stream.open(file, std::ios::binary);
+        stream.exceptions(std::ios::badbit);
+        readText(std::string(std::istreambuf_iterator<char>(stream), {}), file.string());
+    } catch (const std::ios_base::failure&) {
+        refuse(file.string() + ": cannot be read: " + std::strerror(errno));
+    }
+}
+
+void Registrations::readText(std::string_view text, const std::string& name) {
+    for (std::size_t line = 1; !text.empty(); ++line) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        const auto fields = splitFields(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+        if (fields.empty()) continue;
+        try {
+            add(registrationFrom(fields));
+        } catch (const RegistrationError& error) {
+            refuse(name + ":" + std::to_string(line) + ": " + error.what());
+        }
+    }
+}
+
+void Registrations::add(Registration registration) {
+    registration.nameSpace = trimmedSlashes(registration.nameSpace);
+    checkFields(registration);
+    _check(registration);
+    const Registration& added = _registrations.emplace_back(std::move(registration));
+    _modules.emplace(added.provider, added.module);
+    Indexes& indexes = _nameSpaces[added.nameSpace];
+    for (std::size_t type = 0; type < providerTypeCount; ++type) {
+        if (!added.types[type]) continue;
+        indexes[type].inOrder.push_back(&added);
+        indexes[type].byClass.emplace(added.className, &added);
+    }
+}
+
+void Registrations::_check(const Registration& registration) const {
+    const auto module = _modules.find(registration.provider);
+    if (module != _modules.end() && module->second != registration.module) {
+        refuse("provider " + registration.provider + " is registered in module " + module->second +
+               " already");
+    }
+    for (std::size_t type = 0; type < providerTypeCount; ++type) {
+        if (!registration.types[type]) continue;
+        for (const Registration* const other :
+             all(static_cast<ProviderType>(type), registration.nameSpace)) {
+            if (!equalNames(other->className, registration.className)) continue;
+            if (other->provider == registration.provider || takesOneProvider(type)) {
+                refuse(subjectText(registration, type) + " is registered for provider " +
+                       other->provider + " already");
+            }
+        }
+    }
+}
+
+const Registrations::Index* Registrations::_find(ProviderType type,
+                                                 std::string_view nameSpace) const noexcept {
+    const auto found = _nameSpaces.find(trimmedSlashes(nameSpace));
+    return found == _nameSpaces.end() ? nullptr : &found->second[static_cast<std::size_t>(type)];
+}
+
+const Registration* Registrations::find(ProviderType type, std::string_view nameSpace,
+                                        std::string_view className) const noexcept {
+    const Index* const index = _find(type, nameSpace);
+    if (!index) return nullptr;
+    const auto found = index->byClass.find(className);
+    return found == index->byClass.end() ? nullptr : found->second;
+}
+
+const std::vector<const Registration*>& Registrations::all(
+    ProviderType type, std::string_view nameSpace) const noexcept {
+    static const std::vector<const Registration*> none;
+    const Index* const index = _find(type, nameSpace);
+    return index ? index->inOrder : none;
+}
+
+}  // namespace cimhost

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "cimhost/mof/MofError.h"
+#include "cimhost/repository/Repository.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cimhost {
+
+/// Reads MOF (DSP0004, annex A) into a repository.
+///
+/// Not safe from several threads. A text that fails leaves the classes and qualifiers before the
+/// error in the repository. Instances are added last, when every alias is known, up to the one that
+/// fails. What a text may ask for is bounded: 32 levels of includes, 32 MiB of text, and the
+/// repository's memory budget. References and embedded instances nest no deeper than 16.
+class MofReader {
+public:
+    /// Definitions go into `nameSpace` until a `#pragma namespace` says otherwise. Such a pragma
+    /// holds to the end of its file. CimError invalidNamespace from reading when the name is empty.
+    MofReader(Repository& repository, std::string nameSpace);
+
+    /// Folders where `#pragma include` looks after the including file's own.
+    void addSearchPath(std::filesystem::path folder);
+
+    /// Throws MofError; a file that cannot be read is one too.
+    void readFile(const std::filesystem::path& file);
+
+    /// `name` stands for the file in messages; includes are looked for in the current folder first.
+    void readText(std::string_view text, const std::string& name);
+
+private:
+    Repository& _repository;
+    std::string _nameSpace;
+    std::vector<std::filesystem::path> _searchPaths;
+};
+
+}  // namespace cimhost

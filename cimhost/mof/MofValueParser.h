@@ -1,0 +1,60 @@
+#pragma once
+
+#include "cimhost/mof/MofCursor.h"
+#include "cimhost/repository/MemoryBudget.h"
+#include "cimhost/repository/Value.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cimhost {
+
+/// A literal as written, or an alias.
+struct MofElement {
+    Value literal;      ///< in the type of its form; NULL has type none
+    std::string alias;  ///< with its '$'; empty for a literal
+    MofPosition position;
+};
+
+/// What stands behind '=' or in a qualifier: one element, or those between braces.
+struct MofInitializer {
+    bool isArray = false;
+    std::vector<MofElement> elements;
+    MofPosition position;
+};
+
+/// A declared type as values are held against it.
+struct MofType {
+    CimType type = CimType::none;
+    bool isArray = false;
+    std::optional<std::uint32_t> arraySize;
+};
+
+/// Strings next to each other are one. Throws MofError.
+MofElement parseElement(MofCursor& cursor);
+
+/// `{...}` with its elements; the cursor is at the brace.
+MofInitializer parseArray(MofCursor& cursor, MemoryBudget& budget);
+
+MofInitializer parseInitializer(MofCursor& cursor, MemoryBudget& budget);
+
+/// The string literal that must be here, joined with those that follow it.
+std::string parseString(MofCursor& cursor, const char* what);
+
+/// What an element stands for, in the given type. Throws MofError at the element.
+using ElementConverter = std::function<Value(const MofElement&, CimType)>;
+
+/// For literals; an alias is an error, since only an instance may use one.
+Value convertLiteral(const MofElement& element, CimType type);
+
+/// The whole initializer as the declared type. Throws MofError at the element that does not fit.
+Value convertInitializer(const MofInitializer& initializer, const MofType& type,
+                         const ElementConverter& convert = convertLiteral);
+
+/// `[]`, `[5]` or nothing behind a name.
+void parseArrayMark(MofCursor& cursor, MofType& type);
+
+}  // namespace cimhost

@@ -1,0 +1,84 @@
+#include "cimhost/objects/ArgsHandle.h"
+
+#include "cimhost/objects/Entry.h"
+#include "cimhost/objects/StringHandle.h"
+#include "cimhost/objects/Values.h"
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
+
+#include <algorithm>
+
+namespace cimhost {
+
+namespace {
+
+Argument* findArgument(Arguments& arguments, std::string_view name) noexcept {
+    const auto found =
+        std::find_if(arguments.begin(), arguments.end(),
+                     [name](const Argument& argument) { return equalNames(argument.name, name); });
+    return found == arguments.end() ? nullptr : &*found;
+}
+
+CMPIStatus addArg(const CMPIArgs* args, const char* name, const CMPIValue* value,
+                  CMPIType type) noexcept {
+    return enter<ArgsObject>(args, [&](ArgsObject& object, CMPIrc&) {
+        const std::string_view wanted = required(name);
+        Value content = valueOf(value, type);
+        if (Argument* const argument = findArgument(object.model, wanted)) {
+            argument->value = std::move(content);
+        } else {
+            object.model.push_back({std::string(wanted), std::move(content)});
+        }
+    });
+}
+
+CMPIData getArg(const CMPIArgs* args, const char* name, CMPIStatus* status) noexcept {
+    return enter<ArgsObject>(args, status, [&](ArgsObject& object, CMPIrc& code) {
+        const Argument* const argument = findArgument(object.model, required(name));
+        if (argument) return toCmpi(partOf(object), argument->value);
+        code = CMPI_RC_ERR_NO_SUCH_PROPERTY;
+        return CMPIData{};
+    });
+}
+
+CMPIData getArgAt(const CMPIArgs* args, CMPICount index, CMPIString** name,
+                  CMPIStatus* status) noexcept {
+    return enter<ArgsObject>(args, status, [&](ArgsObject& object, CMPIrc& code) {
+        if (index >= object.model.size()) {
+            code = CMPI_RC_ERR_NO_SUCH_PROPERTY;
+            return CMPIData{};
+        }
+        const Argument& argument = object.model[index];
+        if (name) *name = &makeText(partOf(object), argument.name);
+        return toCmpi(partOf(object), argument.value);
+    });
+}
+
+CMPICount getArgCount(const CMPIArgs* args, CMPIStatus* status) noexcept {
+    return enter<ArgsObject>(args, status, [](ArgsObject& object, CMPIrc&) {
+        return static_cast<CMPICount>(object.model.size());
+    });
+}
+
+}  // namespace
+
+const CMPIArgsFT ArgsObject::table = {
+    CMPICurrentVersion,
+    releaseObject<ArgsObject>,
+    cloneObject<ArgsObject>,
+    addArg,
+    getArg,
+    getArgAt,
+    getArgCount,
+};
+
+CMPIArgs* makeArgs(const Broker& broker, Arguments arguments) {
+    return &make<ArgsObject>(Home{broker}, std::move(arguments));
+}
+
+const Arguments& modelOf(const CMPIArgs* arguments) {
+    if (const auto* const object = findObject<ArgsObject>(arguments)) return object->model;
+    throw CimError(CimCode::failed, "an argument container of this broker was expected");
+}
+
+}  // namespace cimhost

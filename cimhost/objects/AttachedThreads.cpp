@@ -1,0 +1,97 @@
+#include "cimhost/objects/AttachedThreads.h"
+
+#include "cimhost/objects/ContextHandle.h"
+#include "cimhost/objects/Entry.h"
+#include "cimhost/objects/InstanceHandle.h"
+
+namespace cimhost {
+
+namespace {
+
+// What this thread is attached with.
+constinit thread_local const CMPIContext* attachedContext = nullptr;
+constinit thread_local const ObjectScope* attachedScope = nullptr;
+
+CMPIContext* prepareAttachThread(const CMPIBroker* handle, const CMPIContext* context) noexcept {
+    return enter(handle, nullptr, [&](const Broker& broker, CMPIrc&) {
+        return broker.preparedContexts().prepare(context);
+    });
+}
+
+CMPIStatus attachThread(const CMPIBroker* handle, const CMPIContext* context) noexcept {
+    return enter(handle,
+                 [&](const Broker& broker, CMPIrc&) { broker.preparedContexts().attach(context); });
+}
+
+CMPIStatus detachThread(const CMPIBroker* handle, const CMPIContext* context) noexcept {
+    return enter(handle,
+                 [&](const Broker& broker, CMPIrc&) { broker.preparedContexts().detach(context); });
+}
+
+CMPIStatus deliverIndication(const CMPIBroker* handle, const CMPIContext* context,
+                             const char* nameSpace, const CMPIInstance* indication) noexcept {
+    return enter(handle, [&](const Broker& broker, CMPIrc& code) {
+        const RequestContext& request = requiredObject<ContextObject>(context).request;
+        const Instance& instance = requiredObject<InstanceObject>(indication).complete();
+        const std::string_view origin = required(nameSpace);
+        if (IndicationSink* const sink = broker.indicationSink()) {
+            sink->deliver(request, origin, instance);
+        } else {
+            code = CMPI_RC_ERR_NOT_SUPPORTED;
+        }
+    });
+}
+
+}  // namespace
+
+PreparedContexts::~PreparedContexts() {
+    for (const auto& [context, attached] : _contexts) _end(context);
+}
+
+CMPIContext* PreparedContexts::prepare(const CMPIContext* context) {
+    const ContextObject& original = requiredObject<ContextObject>(context);
+    ContextObject& copy = makeClone<ContextObject>(*original.broker, 0, original);
+    // Not for the provider to release: detaching ends it.
+    copy.origin = Origin::broker;
+    try {
+        const std::lock_guard lock(_mutex);
+        _contexts.emplace(&copy, false);
+    } catch (...) {
+        endObject(copy);
+        throw;
+    }
+    return &copy;
+}
+
+void PreparedContexts::attach(const CMPIContext* context) {
+    // A scope that is gone was ended by the call it was begun in, without detaching.
+    if (attachedContext && ObjectScope::find(attachedScope)) throw Failure{CMPI_RC_ERR_FAILED};
+    const std::lock_guard lock(_mutex);
+    const auto found = _contexts.find(context);
+    if (found == _contexts.end() || found->second) throw Failure{CMPI_RC_ERR_INVALID_HANDLE};
+    attachedScope = ObjectScope::begin(ObjectScope::Kind::attached);
+    attachedContext = context;
+    found->second = true;
+}
+
+void PreparedContexts::detach(const CMPIContext* context) {
+    if (!context || context != attachedContext) throw Failure{CMPI_RC_ERR_INVALID_HANDLE};
+    if (ObjectScope* const scope = ObjectScope::find(attachedScope)) ObjectScope::end(scope);
+    attachedContext = nullptr;
+    attachedScope = nullptr;
+    const std::lock_guard lock(_mutex);
+    if (_contexts.erase(context) != 0) _end(context);
+}
+
+void PreparedContexts::_end(const CMPIContext* context) noexcept {
+    if (ContextObject* const object = findObject<ContextObject>(context)) endObject(*object);
+}
+
+void fillThreadsAndIndications(CMPIBrokerFT& table) {
+    table.prepareAttachThread = prepareAttachThread;
+    table.attachThread = attachThread;
+    table.detachThread = detachThread;
+    table.deliverIndication = deliverIndication;
+}
+
+}  // namespace cimhost

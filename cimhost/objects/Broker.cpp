@@ -1,0 +1,134 @@
+#include "cimhost/objects/Broker.h"
+
+#include "cimhost/objects/AttachedThreads.h"
+#include "cimhost/objects/BrokerTables.h"
+#include "cimhost/objects/MemoryBlocks.h"
+
+#include <array>
+#include <atomic>
+#include <cassert>
+#include <stdexcept>
+
+namespace cimhost {
+
+namespace {
+
+constexpr unsigned int capabilities =
+    CMPI_MB_InstanceManipulation | CMPI_MB_AssociationTraversal | CMPI_MB_BasicQualifierSupport |
+    CMPI_MB_OSEncapsulationSupport | CMPI_MB_Supports_MemEnhancements |
+    CMPI_MB_Supports_Extended_Error | CMPI_MB_Logging | CMPI_MB_Tracing |
+    CMPI_MB_PropertyFiltering | CMPI_MB_CodepageConversion |
+    // Query objects alone: what execQuery can do is up to the providers.
+    (CMPI_MB_QueryNormalization & ~CMPI_MB_QueryExecution);
+
+// The brokers alive, by which a foreign handle is told. Looking one up takes no lock; nearly always
+// it is the first.
+std::array<std::atomic<const Broker*>, 64> liveBrokers{};
+
+void enlist(const Broker* broker) {
+    for (auto& place : liveBrokers) {
+        const Broker* none = nullptr;
+        if (place.compare_exchange_strong(none, broker)) return;
+    }
+    throw std::runtime_error("more than 64 brokers at a time");
+}
+
+void strikeOff(const Broker* broker) noexcept {
+    for (auto& place : liveBrokers) {
+        const Broker* expected = broker;
+        if (place.compare_exchange_strong(expected, nullptr)) return;
+    }
+}
+
+}  // namespace
+
+struct Broker::Tables {
+    Tables(const Repository& classes, BrokerLog& lines) : repository(classes), log(lines) {}
+
+    const Repository& repository;
+    BrokerLog& log;
+    std::atomic<Operations*> operations = nullptr;
+    std::atomic<IndicationSink*> indicationSink = nullptr;
+    std::atomic<bool> hasWarned = false;
+    MemoryBlocks memoryBlocks;
+    PreparedContexts preparedContexts;
+    CMPIBrokerFT brokerTable{};
+    CMPIBroker handle{};
+};
+
+Broker::Broker(const Repository& repository, BrokerLog& log, UpCallFiller upCalls)
+    : _tables(std::make_unique<Tables>(repository, log)) {
+    CMPIBrokerFT& table = _tables->brokerTable;
+    table.brokerCapabilities = capabilities;
+    table.brokerVersion = CMPICurrentVersion;
+    table.brokerName = "cimhost";
+    fillThreadsAndIndications(table);
+    upCalls(table);
+    _tables->handle = {this, &table, &encapsulationTable, &systemTable, &memoryTable};
+    enlist(this);
+}
+
+Broker::~Broker() {
+    strikeOff(this);
+}
+
+const CMPIBroker* Broker::handle() const noexcept {
+    return &_tables->handle;
+}
+
+const Broker& Broker::of(const CMPIBroker* handle) noexcept {
+    assert(find(handle));
+    return *static_cast<const Broker*>(handle->hdl);
+}
+
+const Broker* Broker::find(const CMPIBroker* handle) noexcept {
+    if (!handle || !handle->hdl) return nullptr;
+    for (const auto& place : liveBrokers) {
+        const Broker* const broker = place.load(std::memory_order_acquire);
+        if (broker == handle->hdl) return broker;
+    }
+    return nullptr;
+}
+
+const Repository& Broker::repository() const noexcept {
+    return _tables->repository;
+}
+
+BrokerLog& Broker::log() const noexcept {
+    return _tables->log;
+}
+
+void Broker::setOperations(Operations* operations) noexcept {
+    _tables->operations = operations;
+}
+
+Operations* Broker::operations() const noexcept {
+    return _tables->operations;
+}
+
+void Broker::setIndicationSink(IndicationSink* sink) noexcept {
+    constexpr unsigned int ownBit = CMPI_MB_Indications & ~CMPI_MB_BasicRead;
+    _tables->indicationSink = sink;
+    unsigned int& bits = _tables->brokerTable.brokerCapabilities;
+    bits = sink ? bits | ownBit : bits & ~ownBit;
+}
+
+IndicationSink* Broker::indicationSink() const noexcept {
+    return _tables->indicationSink;
+}
+
+void Broker::warnOfStrayThread() const noexcept {
+    if (_tables->hasWarned.exchange(true)) return;
+    log().write(BrokerLog::Level::warning, "broker",
+                "objects were made on a thread that is not attached; they live until it ends");
+}
+
+MemoryBlocks& Broker::memoryBlocks() const noexcept {
+    return _tables->memoryBlocks;
+}
+
+PreparedContexts& Broker::preparedContexts() const noexcept {
+    return _tables->preparedContexts;
+}
+
+}  // namespace cimhost

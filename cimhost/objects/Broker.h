@@ -1,0 +1,78 @@
+#pragma once
+
+#include "cimhost/objects/Objects.h"
+#include "cimhost/repository/Repository.h"
+
+#include <memory>
+#include <string_view>
+
+namespace cimhost {
+
+class MemoryBlocks;
+class Operations;
+class PreparedContexts;
+
+/// Where log lines of cimhost and of providers (logMessage, trace) go. Safe from several threads.
+class BrokerLog {
+public:
+    enum class Level { error, warning, information, debug };
+    virtual ~BrokerLog() = default;
+    virtual void write(Level level, std::string_view source, std::string_view message) noexcept = 0;
+};
+
+/// Where indications that providers raise go. Safe from several threads; may throw CimError.
+class IndicationSink {
+public:
+    virtual ~IndicationSink() = default;
+    virtual void deliver(const RequestContext& context, std::string_view nameSpace,
+                         const Instance& indication) = 0;
+};
+
+/// Fills the up-call slots of a broker's table, from enumerateInstanceNames on.
+using UpCallFiller = void (*)(CMPIBrokerFT& table);
+
+/// The CMPI broker: the five tables that providers call, over one repository.
+///
+/// Lives as long as any module that got its handle. The tables may be called from any number of
+/// threads that the broker serves or that attached themselves.
+class Broker {
+public:
+    /// Repository and log must outlive the broker. At most 64 brokers live at a time.
+    /// The up-calls come from the operations, which stand on this: see operations/UpCalls.h.
+    Broker(const Repository& repository, BrokerLog& log, UpCallFiller upCalls);
+    ~Broker();
+    Broker(const Broker&) = delete;
+    Broker& operator=(const Broker&) = delete;
+
+    const CMPIBroker* handle() const noexcept;
+    /// The broker behind a handle of ours.
+    static const Broker& of(const CMPIBroker* handle) noexcept;
+    /// The same, or nullptr for a null or foreign handle.
+    static const Broker* find(const CMPIBroker* handle) noexcept;
+
+    const Repository& repository() const noexcept;
+    BrokerLog& log() const noexcept;
+
+    /// Up-calls are answered by these operations; until they are set each answers NOT_SUPPORTED.
+    void setOperations(Operations* operations) noexcept;
+    Operations* operations() const noexcept;
+
+    /// deliverIndication hands over to this sink; without one it answers NOT_SUPPORTED. The sink is
+    /// a capability that modules look at when they are loaded: set it before.
+    void setIndicationSink(IndicationSink* sink) noexcept;
+    IndicationSink* indicationSink() const noexcept;
+
+    /// Logs, the first time, that a thread makes objects outside of any call without being
+    /// attached.
+    void warnOfStrayThread() const noexcept;
+
+    /// What the tables keep beside the objects.
+    MemoryBlocks& memoryBlocks() const noexcept;
+    PreparedContexts& preparedContexts() const noexcept;
+
+private:
+    struct Tables;
+    std::unique_ptr<Tables> _tables;
+};
+
+}  // namespace cimhost

@@ -1,0 +1,182 @@
+#include "cimhost/objects/ContextHandle.h"
+
+#include "cimhost/objects/Entry.h"
+#include "cimhost/objects/StringHandle.h"
+#include "cimhost/objects/Values.h"
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
+
+#include <algorithm>
+#include <array>
+
+namespace cimhost {
+
+namespace {
+
+struct TextRow {
+    std::string_view name;
+    std::string& (*text)(ContextObject&) noexcept;
+    bool mayBeEmpty;
+};
+
+constexpr auto textRows = std::to_array<TextRow>({
+    {CMPIInitNameSpace,
+     [](ContextObject& object) noexcept -> std::string& { return object.request.nameSpace; },
+     false},
+    {CMPIPrincipal,
+     [](ContextObject& object) noexcept -> std::string& { return object.request.principal; },
+     false},
+    {CMPIRole, [](ContextObject& object) noexcept -> std::string& { return object.role; }, true},
+    {CMPIAcceptLanguage,
+     [](ContextObject& object) noexcept -> std::string& { return object.request.acceptLanguage; },
+     true},
+    {CMPIContentLanguage,
+     [](ContextObject& object) noexcept -> std::string& { return object.request.contentLanguage; },
+     true},
+});
+
+CMPIData textData(ContextObject& object, const std::string& text) {
+    CMPIData data{CMPI_string, CMPI_goodValue, {}};
+    data.value.string = &makeText(partOf(object), text);
+    return data;
+}
+
+CMPIData flagsData(const ContextObject& object) noexcept {
+    CMPIData data{CMPI_uint32, CMPI_goodValue, {}};
+    data.value.uint32 = object.request.flags;
+    return data;
+}
+
+CMPIData addedData(ContextObject& object, const ContextObject::Entry& entry) {
+    if (!entry.bytes) return toCmpi(partOf(object), entry.value);
+    CMPIData data{CMPI_ptr, CMPI_goodValue, {}};
+    data.value.dataPtr = *entry.bytes;
+    return data;
+}
+
+bool isPresent(const TextRow& row, ContextObject& object) noexcept {
+    return row.mayBeEmpty || !row.text(object).empty();
+}
+
+// Calls `visit(name, makeData)` for every entry until it says true.
+template <typename Visit>
+void visitEntries(ContextObject& object, Visit&& visit) {
+    for (const TextRow& row : textRows) {
+        if (!isPresent(row, object)) continue;
+        if (visit(row.name, [&] { return textData(object, row.text(object)); })) return;
+    }
+    if (visit(std::string_view(CMPIInvocationFlags), [&] { return flagsData(object); })) return;
+    for (const ContextObject::Entry& entry : object.added) {
+        if (visit(std::string_view(entry.name), [&] { return addedData(object, entry); })) return;
+    }
+}
+
+CMPIData getEntry(const CMPIContext* context, const char* name, CMPIStatus* status) noexcept {
+    return enter<ContextObject>(context, status, [&](ContextObject& object, CMPIrc& code) {
+        const std::string_view wanted = required(name);
+        CMPIData data{};
+        code = CMPI_RC_ERR_NO_SUCH_PROPERTY;
+        visitEntries(object, [&](std::string_view entry, auto&& makeData) {
+            if (!equalNames(entry, wanted)) return false;
+            data = makeData();
+            code = CMPI_RC_OK;
+            return true;
+        });
+        return data;
+    });
+}
+
+CMPIData getEntryAt(const CMPIContext* context, CMPICount index, CMPIString** name,
+                    CMPIStatus* status) noexcept {
+    return enter<ContextObject>(context, status, [&](ContextObject& object, CMPIrc& code) {
+        CMPIData data{};
+        CMPICount place = 0;
+        code = CMPI_RC_ERR_NO_SUCH_PROPERTY;
+        visitEntries(object, [&](std::string_view entry, auto&& makeData) {
+            if (place++ != index) return false;
+            data = makeData();
+            if (name) *name = &makeText(partOf(object), entry);
+            code = CMPI_RC_OK;
+            return true;
+        });
+        return data;
+    });
+}
+
+CMPICount getEntryCount(const CMPIContext* context, CMPIStatus* status) noexcept {
+    return enter<ContextObject>(context, status, [](ContextObject& object, CMPIrc&) {
+        CMPICount count = 0;
+        visitEntries(object, [&count](std::string_view, auto&&) {
+            ++count;
+            return false;
+        });
+        return count;
+    });
+}
+
+void setText(std::string& text, const CMPIValue* value, CMPIType type) {
+    const Value given = valueOf(value, type);
+    if (type != CMPI_string && type != CMPI_chars) throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};
+    const Text* const content = given.get<Text>();
+    text = content ? content->str() : std::string();
+}
+
+ContextObject::Entry entryFrom(std::string_view name, const CMPIValue* value, CMPIType type) {
+    ContextObject::Entry entry{std::string(name), {}, std::nullopt};
+    if (type != CMPI_ptr) {
+        entry.value = valueOf(value, type);
+    } else {
+        entry.bytes = value ? value->dataPtr : CMPIValuePtr{nullptr, 0};
+    }
+    return entry;
+}
+
+void addOwnEntry(ContextObject& object, ContextObject::Entry entry) {
+    const auto found = std::find_if(
+        object.added.begin(), object.added.end(),
+        [&](const ContextObject::Entry& each) { return equalNames(each.name, entry.name); });
+    if (found == object.added.end()) {
+        object.added.push_back(std::move(entry));
+    } else {
+        *found = std::move(entry);
+    }
+}
+
+CMPIStatus addEntry(const CMPIContext* context, const char* name, const CMPIValue* value,
+                    CMPIType type) noexcept {
+    return enter<ContextObject>(context, [&](ContextObject& object, CMPIrc&) {
+        const std::string_view wanted = required(name);
+        for (const TextRow& row : textRows) {
+            if (equalNames(row.name, wanted)) return setText(row.text(object), value, type);
+        }
+        if (equalNames(CMPIInvocationFlags, wanted)) {
+            if (type != CMPI_uint32) throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};
+            object.request.flags = value ? value->uint32 : 0;
+        } else {
+            addOwnEntry(object, entryFrom(wanted, value, type));
+        }
+    });
+}
+
+}  // namespace
+
+const CMPIContextFT ContextObject::table = {
+    CMPICurrentVersion,
+    releaseObject<ContextObject>,
+    cloneObject<ContextObject>,
+    getEntry,
+    getEntryAt,
+    getEntryCount,
+    addEntry,
+};
+
+CMPIContext* makeContext(const Broker& broker, const RequestContext& context) {
+    return &make<ContextObject>(Home{broker}, context);
+}
+
+const RequestContext& modelOf(const CMPIContext* context) {
+    if (const auto* const object = findObject<ContextObject>(context)) return object->request;
+    throw CimError(CimCode::failed, "a context of this broker was expected");
+}
+
+}  // namespace cimhost

@@ -1,0 +1,267 @@
+#include "cimhost/objects/Values.h"
+
+#include "cimhost/objects/ArrayHandle.h"
+#include "cimhost/objects/DateTimeHandle.h"
+#include "cimhost/objects/Entry.h"
+#include "cimhost/objects/InstanceHandle.h"
+#include "cimhost/objects/ObjectPathHandle.h"
+#include "cimhost/objects/StringHandle.h"
+#include "cimhost/repository/CimError.h"
+
+#include <array>
+#include <cstdint>
+
+namespace cimhost {
+
+namespace {
+
+struct TypeRow {
+    CimType model;
+    CMPIType code;
+};
+
+constexpr auto typeRows = std::to_array<TypeRow>({
+    {CimType::none, CMPI_null},
+    {CimType::boolean, CMPI_boolean},
+    {CimType::char16, CMPI_char16},
+    {CimType::uint8, CMPI_uint8},
+    {CimType::uint16, CMPI_uint16},
+    {CimType::uint32, CMPI_uint32},
+    {CimType::uint64, CMPI_uint64},
+    {CimType::sint8, CMPI_sint8},
+    {CimType::sint16, CMPI_sint16},
+    {CimType::sint32, CMPI_sint32},
+    {CimType::sint64, CMPI_sint64},
+    {CimType::real32, CMPI_real32},
+    {CimType::real64, CMPI_real64},
+    {CimType::string, CMPI_string},
+    {CimType::dateTime, CMPI_dateTime},
+    {CimType::reference, CMPI_ref},
+    {CimType::instance, CMPI_instance},
+});
+
+// The way back from a code that is no array's. Not a search of the rows: it is asked for every
+// value that a provider sets.
+constexpr CimType modelTypeOf(int code) noexcept {
+    switch (code) {
+        case CMPI_boolean:
+            return CimType::boolean;
+        case CMPI_char16:
+            return CimType::char16;
+        case CMPI_uint8:
+            return CimType::uint8;
+        case CMPI_uint16:
+            return CimType::uint16;
+        case CMPI_uint32:
+            return CimType::uint32;
+        case CMPI_uint64:
+            return CimType::uint64;
+        case CMPI_sint8:
+            return CimType::sint8;
+        case CMPI_sint16:
+            return CimType::sint16;
+        case CMPI_sint32:
+            return CimType::sint32;
+        case CMPI_sint64:
+            return CimType::sint64;
+        case CMPI_real32:
+            return CimType::real32;
+        case CMPI_real64:
+            return CimType::real64;
+        case CMPI_string:
+        case CMPI_chars:
+            return CimType::string;
+        case CMPI_dateTime:
+            return CimType::dateTime;
+        case CMPI_ref:
+            return CimType::reference;
+        case CMPI_instance:
+            return CimType::instance;
+        default:
+            return CimType::none;
+    }
+}
+
+// The row of a type is found by its place.
+static_assert([] {
+    for (std::size_t i = 0; i < typeRows.size(); ++i) {
+        if (static_cast<std::size_t>(typeRows[i].model) != i) return false;
+        if (modelTypeOf(typeRows[i].code) != typeRows[i].model) return false;
+    }
+    return true;
+}());
+
+constexpr bool isArrayCode(CMPIType type) noexcept {
+    return (type & CMPI_ARRAY) != 0;
+}
+
+template <typename Number, typename Held>
+Number numberIn(const Value& value) noexcept {
+    const Held* const held = value.get<Held>();
+    return held ? static_cast<Number>(*held) : Number{};
+}
+
+CMPIValue scalarToCmpi(const Home& home, const Value& value) {
+    CMPIValue result{};
+    switch (value.type()) {
+        case CimType::none:
+            break;
+        case CimType::boolean:
+            result.boolean = numberIn<CMPIBoolean, bool>(value);
+            break;
+        case CimType::char16:
+        case CimType::uint8:
+        case CimType::uint16:
+        case CimType::uint32:
+        case CimType::uint64:
+            // On a little-endian machine the narrow members are the low bytes of the wide one.
+            result.uint64 = numberIn<CMPIUint64, std::uint64_t>(value);
+            break;
+        case CimType::sint8:
+            result.sint8 = numberIn<CMPISint8, std::int64_t>(value);
+            break;
+        case CimType::sint16:
+            result.sint16 = numberIn<CMPISint16, std::int64_t>(value);
+            break;
+        case CimType::sint32:
+            result.sint32 = numberIn<CMPISint32, std::int64_t>(value);
+            break;
+        case CimType::sint64:
+            result.sint64 = numberIn<CMPISint64, std::int64_t>(value);
+            break;
+        case CimType::real32:
+            result.real32 = numberIn<CMPIReal32, double>(value);
+            break;
+        case CimType::real64:
+            result.real64 = numberIn<CMPIReal64, double>(value);
+            break;
+        case CimType::string:
+            result.string = &makeText(home, *value.get<Text>());
+            break;
+        case CimType::dateTime:
+            result.dateTime = &makeDateTimeObject(home, *value.get<Text>());
+            break;
+        case CimType::reference:
+            result.ref =
+                &make<ObjectPathObject>(home, *value.get<std::shared_ptr<const ObjectPath>>());
+            break;
+        case CimType::instance:
+            result.inst =
+                &make<InstanceObject>(home, *value.get<std::shared_ptr<const Instance>>());
+            break;
+    }
+    return result;
+}
+
+Value textValue(CimType type, std::string_view text) {
+    return Value(type, Value::Data(std::in_place_type<Text>, text));
+}
+
+Value arrayValue(CimType type, const CMPIValue& value) {
+    if (!value.array) return Value::nullArray(type);
+    const ArrayObject& array = requiredObject<ArrayObject>(value.array);
+    if (array.elementType != type) throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};
+    return Value::array(type, array.elements);
+}
+
+Value objectValue(CimType type, const CMPIValue& value) {
+    if (!value.string) return Value::null(type);  // any of the pointers
+    switch (type) {
+        case CimType::string:
+            return textValue(type, requiredObject<StringObject>(value.string).view());
+        case CimType::dateTime:
+            return textValue(type, requiredObject<DateTimeObject>(value.dateTime).view());
+        case CimType::reference:
+            return Value(type, requiredObject<ObjectPathObject>(value.ref).model.share());
+        default:
+            return Value(type, requiredObject<InstanceObject>(value.inst).share());
+    }
+}
+
+Value scalarValue(CMPIType type, const CMPIValue& value) {
+    switch (type) {
+        case CMPI_boolean:
+            return Value::boolean(value.boolean != 0);
+        case CMPI_char16:
+            return Value::unsignedInteger(CimType::char16, value.char16);
+        case CMPI_uint8:
+            return Value::unsignedInteger(CimType::uint8, value.uint8);
+        case CMPI_uint16:
+            return Value::unsignedInteger(CimType::uint16, value.uint16);
+        case CMPI_uint32:
+            return Value::unsignedInteger(CimType::uint32, value.uint32);
+        case CMPI_uint64:
+            return Value::unsignedInteger(CimType::uint64, value.uint64);
+        case CMPI_sint8:
+            return Value::signedInteger(CimType::sint8, value.sint8);
+        case CMPI_sint16:
+            return Value::signedInteger(CimType::sint16, value.sint16);
+        case CMPI_sint32:
+            return Value::signedInteger(CimType::sint32, value.sint32);
+        case CMPI_sint64:
+            return Value::signedInteger(CimType::sint64, value.sint64);
+        case CMPI_real32:
+            return Value(CimType::real32, static_cast<double>(value.real32));
+        case CMPI_real64:
+            return Value(CimType::real64, value.real64);
+        case CMPI_string:
+        case CMPI_dateTime:
+        case CMPI_ref:
+        case CMPI_instance:
+            return objectValue(modelTypeOf(type), value);
+        default:
+            throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
+    }
+}
+
+}  // namespace
+
+CMPIType cmpiType(CimType type, bool isArray) noexcept {
+    const CMPIType code = typeRows[static_cast<std::size_t>(type)].code;
+    return isArray ? static_cast<CMPIType>(code | CMPI_ARRAY) : code;
+}
+
+CimType cimType(CMPIType type) noexcept {
+    return modelTypeOf(type & ~CMPI_ARRAY);
+}
+
+CMPIData toCmpi(const Home& home, const Value& value) {
+    CMPIData data{cmpiType(value.type(), value.isArray()), CMPI_goodValue, {}};
+    if (value.isNull()) {
+        data.state = CMPI_nullValue;
+    } else if (value.isArray()) {
+        data.value.array = &make<ArrayObject>(home, value.type(), *value.get<Value::Array>());
+    } else {
+        data.value = scalarToCmpi(home, value);
+    }
+    return data;
+}
+
+CMPIData toCmpi(const Broker& broker, const Value& value) {
+    return toCmpi(Home{broker}, value);
+}
+
+Value valueOf(const CMPIValue* value, CMPIType type) {
+    // Not a CMPIValue at all, so it is not looked at as one.
+    if (value && type == CMPI_chars) {
+        return textValue(CimType::string, reinterpret_cast<const char*>(value));
+    }
+    if (value && !isArrayCode(type)) return scalarValue(type, *value);
+    const CimType model = cimType(type);
+    if (model == CimType::none) throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
+    return value ? arrayValue(model, *value) : Value::nullOf(model, isArrayCode(type));
+}
+
+Value fromCmpi(const CMPIValue* value, CMPIType type) {
+    try {
+        return valueOf(value, type);
+    } catch (const Failure& failure) {
+        if (failure.code == CMPI_RC_ERR_INVALID_HANDLE) {
+            throw CimError(CimCode::failed, "a value holds an object that is not of this broker");
+        }
+        throw CimError(CimCode::typeMismatch,
+                       "type code " + std::to_string(type) + " does not fit the value");
+    }
+}
+
+}  // namespace cimhost

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "cimhost/objects/Object.h"
+#include "cimhost/objects/Objects.h"
+
+namespace cimhost {
+
+/// As toCmpi of Objects.h, with the objects made for this home.
+CMPIData toCmpi(const Home& home, const Value& value);
+
+/// As fromCmpi of Objects.h, for table functions: a type code that cannot be kept is Failure
+/// CMPI_RC_ERR_INVALID_DATA_TYPE, a foreign handle CMPI_RC_ERR_INVALID_HANDLE, an array of another
+/// type CMPI_RC_ERR_TYPE_MISMATCH.
+Value valueOf(const CMPIValue* value, CMPIType type);
+
+/// Adds CMPI_keyValue.
+inline CMPIData asKey(CMPIData data) noexcept {
+    data.state = static_cast<CMPIValueState>(data.state | CMPI_keyValue);
+    return data;
+}
+
+}  // namespace cimhost

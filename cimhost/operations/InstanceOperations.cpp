@@ -1,0 +1,155 @@
+#include "cimhost/operations/Dispatch.h"
+#include "cimhost/operations/HostInstances.h"
+#include "cimhost/operations/Operations.h"
+#include "cimhost/repository/Names.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace cimhost {
+
+namespace {
+
+[[noreturn]] void refuseReadOnly(const ObjectPath& path) {
+    throw CimError(CimCode::notSupported,
+                   "the instances of class " + path.className + " can only be read");
+}
+
+// Who may change the instance. A class that the host serves itself is read only, unless a provider
+// is registered for just that class.
+const Registration& requireWriter(const Repository& repository, const ModuleHost& modules,
+                                  const Target& target, const ObjectPath& path) {
+    if (const auto* const own = registrationOf(modules, ProviderType::instance, target)) {
+        return *own;
+    }
+    if (findHostInstance(repository, target.nameSpace, path)) refuseReadOnly(path);
+    const auto* const nearest = nearestRegistration(modules, ProviderType::instance, target);
+    if (nearest) return *nearest;
+    if (isHostClass(target.nameSpace, target.definition)) refuseReadOnly(path);
+    refuseUnserved(target);
+}
+
+// A path has all keys or none.
+void takeKeys(const Class& definition, Instance& instance) {
+    for (const auto& property : definition.properties) {
+        if (!property->isKey) continue;
+        const PropertyValue* const given = instance.find(property->name);
+        if (!given || given->value.isNull()) {
+            instance.path.keys.clear();
+            return;
+        }
+        instance.path.setKey(property->name, given->value);
+    }
+}
+
+bool selects(const std::optional<std::vector<std::string>>& names, std::string_view property) {
+    return PropertySelection{names, nullptr}.selects(property);
+}
+
+[[noreturn]] void refuseUnknown(const std::string& className, const std::string& property) {
+    throw CimError(CimCode::noSuchProperty,
+                   "class " + className + " has no property '" + property + "'");
+}
+
+// A key may come along with the others, as long as it says the same as the path.
+void checkModification(const Target& target, const Instance& instance,
+                       const std::optional<std::vector<std::string>>& propertyList) {
+    const std::string& className = target.definition.name;
+    if (propertyList) {
+        for (const std::string& name : *propertyList) {
+            if (!target.definition.findProperty(name)) refuseUnknown(className, name);
+        }
+    }
+    for (const PropertyValue& property : instance.properties) {
+        const Value* const key = instance.path.findKey(property.name);
+        if (!key || *key == property.value || !selects(propertyList, property.name)) continue;
+        throw CimError(CimCode::invalidParameter,
+                       "key " + property.name + " of " + className + " cannot be modified");
+    }
+}
+
+void notFound(const ObjectPath& path) {
+    throw CimError(CimCode::notFound, "there is no such instance of class " + path.className);
+}
+
+}  // namespace
+
+void Operations::getInstance(const RequestContext& request, const ObjectPath& path,
+                             const InstanceOptions& options, InstanceSink& sink) {
+    const Repository& repository = _broker.repository();
+    const Target target = requireTarget(repository, request, path);
+    const ObjectPath wanted = requireInstancePath(repository, target, path);
+    const PropertySelection selection{options.propertyList, nullptr};
+    const Registration* registration = registrationOf(_modules, ProviderType::instance, target);
+    if (!registration) {
+        if (const auto found = findHostInstance(repository, target.nameSpace, wanted)) {
+            return sink.deliver(*found, &target.definition, selection);
+        }
+        registration = nearestRegistration(_modules, ProviderType::instance, target);
+    }
+    if (!registration && isHostClass(target.nameSpace, target.definition)) notFound(wanted);
+    if (!registration) refuseUnserved(target);
+
+    PropertyNames names(options.propertyList);
+    const CMPIFlags flags = flagsOf(options) & ~CMPIFlags{CMPI_FLAG_DeepInheritance};
+    SingleInstance result(target, wanted, registration->provider, sink, selection);
+    const auto mi = _modules.use<CMPIInstanceMI>(*registration);
+    ProviderCall call(_broker, providerContext(request, target.nameSpace, flags), result);
+    call.run(mi, &CMPIInstanceMIFT::getInstance, makeObjectPath(_broker, wanted), names.get());
+    if (!result.isDelivered()) notFound(wanted);
+}
+
+ObjectPath Operations::createInstance(const RequestContext& request, const Instance& instance) {
+    const Repository& repository = _broker.repository();
+    const Target target = requireTarget(repository, request, instance.path);
+    if (target.definition.isAbstract) {
+        throw CimError(CimCode::invalidParameter,
+                       "class " + target.definition.name + " is abstract and has no instances");
+    }
+    Instance declared = declaredProperties(repository, target, instance);
+    declared.path = target.classPath();
+    takeKeys(target.definition, declared);
+    const Registration& registration = requireWriter(repository, _modules, target, declared.path);
+
+    SinglePath result(registration.provider);
+    const auto mi = _modules.use<CMPIInstanceMI>(registration);
+    ProviderCall call(_broker, providerContext(request, target.nameSpace, 0), result);
+    call.run(mi, &CMPIInstanceMIFT::createInstance, makeObjectPath(_broker, target.classPath()),
+             makeInstance(_broker, std::move(declared)));
+    ObjectPath created = result.take();
+    if (created.nameSpace.empty()) created.nameSpace = target.nameSpace.name();
+    if (created.className.empty()) created.className = target.definition.name;
+    return created;
+}
+
+void Operations::modifyInstance(const RequestContext& request, const Instance& instance,
+                                const std::optional<std::vector<std::string>>& propertyList) {
+    const Repository& repository = _broker.repository();
+    const Target target = requireTarget(repository, request, instance.path);
+    Instance declared = declaredProperties(repository, target, instance);
+    declared.path = requireInstancePath(repository, target, instance.path);
+    checkModification(target, declared, propertyList);
+    const Registration& registration = requireWriter(repository, _modules, target, declared.path);
+
+    PropertyNames names(propertyList);
+    NoResult result(registration.provider);
+    const auto mi = _modules.use<CMPIInstanceMI>(registration);
+    ProviderCall call(_broker, providerContext(request, target.nameSpace, 0), result);
+    const CMPIObjectPath* const path = makeObjectPath(_broker, declared.path);
+    call.run(mi, &CMPIInstanceMIFT::modifyInstance, path,
+             makeInstance(_broker, std::move(declared)), names.get());
+}
+
+void Operations::deleteInstance(const RequestContext& request, const ObjectPath& path) {
+    const Repository& repository = _broker.repository();
+    const Target target = requireTarget(repository, request, path);
+    ObjectPath wanted = requireInstancePath(repository, target, path);
+    const Registration& registration = requireWriter(repository, _modules, target, wanted);
+
+    NoResult result(registration.provider);
+    const auto mi = _modules.use<CMPIInstanceMI>(registration);
+    ProviderCall call(_broker, providerContext(request, target.nameSpace, 0), result);
+    call.run(mi, &CMPIInstanceMIFT::deleteInstance, makeObjectPath(_broker, std::move(wanted)));
+}
+
+}  // namespace cimhost

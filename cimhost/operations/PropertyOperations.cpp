@@ -1,0 +1,61 @@
+#include "cimhost/objects/Broker.h"
+#include "cimhost/operations/Operations.h"
+#include "cimhost/operations/Target.h"
+#include "cimhost/repository/CimError.h"
+
+#include <utility>
+
+// Single properties are read and written as parts of their instances: MIs for single properties are
+// deprecated by CMPI 2.1 and not asked.
+
+namespace cimhost {
+
+namespace {
+
+const PropertyDefinition& requireProperty(const Class& definition, std::string_view name) {
+    if (const PropertyDefinition* const property = definition.findProperty(name)) return *property;
+    throw CimError(CimCode::noSuchProperty,
+                   "class " + definition.name + " has no property '" + std::string(name) + "'");
+}
+
+class OneProperty final : public InstanceSink {
+public:
+    explicit OneProperty(const PropertyDefinition& property)
+        : _name(property.name),
+          _value(property.isArray ? Value::nullArray(property.type) : Value::null(property.type)) {}
+
+    void deliver(const Instance& instance, const Class*, const PropertySelection&) override {
+        if (const PropertyValue* const found = instance.find(_name)) _value = found->value;
+    }
+
+    Value take() { return std::move(_value); }
+
+private:
+    const std::string& _name;
+    Value _value;
+};
+
+}  // namespace
+
+Value Operations::getProperty(const RequestContext& request, const ObjectPath& path,
+                              std::string_view property) {
+    const Target target = requireTarget(_broker.repository(), request, path);
+    const PropertyDefinition& declared = requireProperty(target.definition, property);
+    InstanceOptions options;
+    options.propertyList = {declared.name};
+    OneProperty sink(declared);
+    getInstance(request, path, options, sink);
+    return sink.take();
+}
+
+void Operations::setProperty(const RequestContext& request, const ObjectPath& path,
+                             std::string_view property, Value value) {
+    const Target target = requireTarget(_broker.repository(), request, path);
+    const PropertyDefinition& declared = requireProperty(target.definition, property);
+    Instance instance;
+    instance.path = path;
+    instance.set(declared.name, std::move(value));
+    modifyInstance(request, instance, std::vector<std::string>{declared.name});
+}
+
+}  // namespace cimhost

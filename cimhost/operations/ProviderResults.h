@@ -1,0 +1,180 @@
+#pragma once
+
+#include "cimhost/modules/Registration.h"
+#include "cimhost/objects/Broker.h"
+#include "cimhost/operations/Operations.h"
+#include "cimhost/operations/Target.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Where MI functions deliver: each result is completed, held against the request and passed on at
+/// once. For one MI call, on its thread. What does not belong into a result of the operation is
+/// CimError failed that names the provider.
+namespace cimhost {
+
+/// Base: takes nothing.
+class ProviderSink : public ResultSink {
+public:
+    explicit ProviderSink(std::string_view provider) : _provider(provider) {}
+
+    void instance(const Instance& instance) override;
+    void path(const ObjectPath& path) override;
+    void data(const Value& value) override;
+
+protected:
+    [[noreturn]] void refuse(const std::string& what) const;
+
+private:
+    std::string_view _provider;
+};
+
+/// Which results of a walk pass.
+class ResultFilter {
+public:
+    virtual ~ResultFilter() = default;
+    /// `nameSpace` and `definition` are null where the repository does not know them.
+    virtual bool accepts(const NameSpace* nameSpace, const Class* definition) const = 0;
+};
+
+/// For an enumeration that asks about `asked`: its instances, and those of its subclasses, but for
+/// subclasses that are registered: those are asked about on their own. Results of unknown classes
+/// pass, since modules may serve what nobody declared.
+class EnumerationFilter final : public ResultFilter {
+public:
+    EnumerationFilter(const Registrations& registrations, const Target& asked)
+        : _registrations(registrations), _asked(asked) {}
+
+    bool accepts(const NameSpace* nameSpace, const Class* definition) const override;
+
+private:
+    const Registrations& _registrations;
+    const Target& _asked;
+};
+
+/// Instances of the named class and its subclasses; of all classes, and of unknown ones, for an
+/// empty name. The class is looked up in the namespace of each result.
+class ClassFilter final : public ResultFilter {
+public:
+    explicit ClassFilter(std::string_view className) : _className(className) {}
+
+    bool accepts(const NameSpace* nameSpace, const Class* definition) const override;
+
+private:
+    std::string_view _className;
+};
+
+/// What walks share: completes the paths of results and finds their classes.
+class WalkSink : public ProviderSink {
+public:
+    WalkSink(const Repository& repository, const Target& asked, const ResultFilter& filter,
+             std::string_view provider)
+        : ProviderSink(provider), _repository(repository), _asked(asked), _filter(filter) {}
+
+protected:
+    bool isComplete(const ObjectPath& path) const noexcept;
+    void complete(ObjectPath& path) const;
+
+    /// The class, null where the repository does not know it, and whether the filter accepts it.
+    struct Verdict {
+        std::string nameSpace;
+        std::string className;
+        const Class* definition = nullptr;
+        bool isAccepted = false;
+    };
+    /// Good until the next is asked for.
+    const Verdict& judge(const ObjectPath& path);
+
+private:
+    Verdict _judgeAnew(const ObjectPath& path) const;
+
+    const Repository& _repository;
+    const Target& _asked;
+    const ResultFilter& _filter;
+    std::optional<Verdict> _last;
+};
+
+class InstanceWalk final : public WalkSink {
+public:
+    InstanceWalk(const Repository& repository, const Target& asked, const ResultFilter& filter,
+                 std::string_view provider, InstanceSink& sink, const PropertySelection& selection)
+        : WalkSink(repository, asked, filter, provider), _sink(sink), _selection(selection) {}
+
+    void instance(const Instance& instance) override;
+
+private:
+    InstanceSink& _sink;
+    const PropertySelection& _selection;
+};
+
+class PathWalk final : public WalkSink {
+public:
+    PathWalk(const Repository& repository, const Target& asked, const ResultFilter& filter,
+             std::string_view provider, PathSink& sink)
+        : WalkSink(repository, asked, filter, provider), _sink(sink) {}
+
+    void path(const ObjectPath& path) override;
+
+private:
+    PathSink& _sink;
+};
+
+/// Exactly one instance, of the class asked for or a subclass.
+class SingleInstance final : public ProviderSink {
+public:
+    SingleInstance(const Target& asked, const ObjectPath& path, std::string_view provider,
+                   InstanceSink& sink, const PropertySelection& selection)
+        : ProviderSink(provider), _asked(asked), _path(path), _sink(sink), _selection(selection) {}
+
+    void instance(const Instance& instance) override;
+
+    bool isDelivered() const noexcept { return _isDelivered; }
+
+private:
+    const Target& _asked;
+    const ObjectPath& _path;
+    InstanceSink& _sink;
+    const PropertySelection& _selection;
+    bool _isDelivered = false;
+};
+
+/// Exactly one path.
+class SinglePath final : public ProviderSink {
+public:
+    using ProviderSink::ProviderSink;
+
+    void path(const ObjectPath& path) override;
+
+    /// CimError failed when none was delivered.
+    ObjectPath take();
+
+private:
+    std::optional<ObjectPath> _path;
+};
+
+/// At most one value: an embedded instance or a reference may come as such.
+class SingleValue final : public ProviderSink {
+public:
+    using ProviderSink::ProviderSink;
+
+    void instance(const Instance& instance) override;
+    void path(const ObjectPath& path) override;
+    void data(const Value& value) override;
+
+    const std::optional<Value>& value() const noexcept { return _value; }
+
+private:
+    void _set(Value value);
+
+    std::optional<Value> _value;
+};
+
+/// For functions that deliver nothing.
+class NoResult final : public ProviderSink {
+public:
+    using ProviderSink::ProviderSink;
+};
+
+}  // namespace cimhost

@@ -1,0 +1,315 @@
+#include "cimhost/operations/UpCalls.h"
+
+#include "cimhost/objects/Broker.h"
+#include "cimhost/objects/Entry.h"
+#include "cimhost/operations/Operations.h"
+#include "cimhost/repository/CimError.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace cimhost {
+
+namespace {
+
+Operations& requireOperations(const Broker& broker) {
+    if (Operations* const operations = broker.operations()) return *operations;
+    throw CimError(CimCode::notSupported, "this broker answers no up-calls");
+}
+
+std::string textOf(const char* text) {
+    return text ? text : std::string();
+}
+
+std::optional<std::vector<std::string>> namesOf(const char** names) {
+    if (!names) return std::nullopt;
+    std::vector<std::string> result;
+    for (; *names; ++names) result.emplace_back(*names);
+    return result;
+}
+
+InstanceOptions optionsOf(const RequestContext& request, const char** properties) {
+    InstanceOptions options;
+    options.propertyList = namesOf(properties);
+    options.localOnly = (request.flags & CMPI_FLAG_LocalOnly) != 0;
+    options.deepInheritance = (request.flags & CMPI_FLAG_DeepInheritance) != 0;
+    options.includeQualifiers = (request.flags & CMPI_FLAG_IncludeQualifiers) != 0;
+    options.includeClassOrigin = (request.flags & CMPI_FLAG_IncludeClassOrigin) != 0;
+    return options;
+}
+
+// CMPI has the broker ignore the keys of class paths.
+ObjectPath classPathOf(const CMPIObjectPath* path) {
+    ObjectPath result = modelOf(path);
+    result.keys.clear();
+    return result;
+}
+
+/// What one up-call needs beside its arguments.
+struct UpCall {
+    const Broker& broker;
+    Operations& operations;
+    const RequestContext& request;
+};
+
+// Runs `work(call)` and returns its result, or a zeroed one when it fails.
+template <typename Work>
+auto answerCall(const CMPIBroker* broker, const CMPIContext* context, CMPIStatus* status,
+                Work&& work) noexcept {
+    return enter(broker, status, [&](const Broker& self, CMPIrc&) {
+        return work(UpCall{self, requireOperations(self), modelOf(context)});
+    });
+}
+
+template <typename Work>
+CMPIStatus answerCall(const CMPIBroker* broker, const CMPIContext* context, Work&& work) noexcept {
+    return enter(broker, [&](const Broker& self, CMPIrc&) {
+        work(UpCall{self, requireOperations(self), modelOf(context)});
+    });
+}
+
+/// Keeps what an operation finds, without the properties that were not asked for.
+class Instances final : public InstanceSink {
+public:
+    void deliver(const Instance& instance, const Class*,
+                 const PropertySelection& selection) override {
+        Instance& kept = _found.emplace_back(Instance{instance.path, {}});
+        std::copy_if(instance.properties.begin(), instance.properties.end(),
+                     std::back_inserter(kept.properties), [&](const PropertyValue& property) {
+                         return selection.selects(property.name);
+                     });
+    }
+
+    std::vector<Instance> take() { return std::move(_found); }
+
+private:
+    std::vector<Instance> _found;
+};
+
+class Paths final : public PathSink {
+public:
+    void deliver(const ObjectPath& path) override { _found.push_back(path); }
+
+    std::vector<ObjectPath> take() { return std::move(_found); }
+
+private:
+    std::vector<ObjectPath> _found;
+};
+
+CMPIEnumeration* enumerateInstanceNames(const CMPIBroker* broker, const CMPIContext* context,
+                                        const CMPIObjectPath* path, CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        Paths found;
+        call.operations.enumerateInstanceNames(call.request, classPathOf(path), found);
+        return makeEnumeration(call.broker, found.take());
+    });
+}
+
+CMPIEnumeration* enumerateInstances(const CMPIBroker* broker, const CMPIContext* context,
+                                    const CMPIObjectPath* path, const char** properties,
+                                    CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        Instances found;
+        call.operations.enumerateInstances(call.request, classPathOf(path),
+                                           optionsOf(call.request, properties), found);
+        return makeEnumeration(call.broker, found.take());
+    });
+}
+
+CMPIInstance* getInstance(const CMPIBroker* broker, const CMPIContext* context,
+                          const CMPIObjectPath* path, const char** properties,
+                          CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        Instances found;
+        call.operations.getInstance(call.request, modelOf(path),
+                                    optionsOf(call.request, properties), found);
+        return makeInstance(call.broker, std::move(found.take().at(0)));
+    });
+}
+
+CMPIObjectPath* createInstance(const CMPIBroker* broker, const CMPIContext* context,
+                               const CMPIObjectPath* path, const CMPIInstance* instance,
+                               CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        Instance wanted = modelOf(instance);
+        wanted.path = modelOf(path);
+        return makeObjectPath(call.broker, call.operations.createInstance(call.request, wanted));
+    });
+}
+
+CMPIStatus modifyInstance(const CMPIBroker* broker, const CMPIContext* context,
+                          const CMPIObjectPath* path, const CMPIInstance* instance,
+                          const char** properties) noexcept {
+    return answerCall(broker, context, [&](const UpCall& call) {
+        Instance wanted = modelOf(instance);
+        wanted.path = modelOf(path);
+        call.operations.modifyInstance(call.request, wanted, namesOf(properties));
+    });
+}
+
+CMPIStatus deleteInstance(const CMPIBroker* broker, const CMPIContext* context,
+                          const CMPIObjectPath* path) noexcept {
+    return answerCall(broker, context, [&](const UpCall& call) {
+        call.operations.deleteInstance(call.request, modelOf(path));
+    });
+}
+
+CMPIEnumeration* execQuery(const CMPIBroker* broker, const CMPIContext* context,
+                           const CMPIObjectPath* path, const char* query, const char* language,
+                           CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        RequestContext request = call.request;
+        if (const std::string& nameSpace = modelOf(path).nameSpace; !nameSpace.empty()) {
+            request.nameSpace = nameSpace;
+        }
+        Instances found;
+        call.operations.execQuery(request, textOf(language), textOf(query), found);
+        return makeEnumeration(call.broker, found.take());
+    });
+}
+
+CMPIEnumeration* associators(const CMPIBroker* broker, const CMPIContext* context,
+                             const CMPIObjectPath* path, const char* associationClass,
+                             const char* resultClass, const char* role, const char* resultRole,
+                             const char** properties, CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        Instances found;
+        const AssociationFilter filter{textOf(associationClass), textOf(resultClass), textOf(role),
+                                       textOf(resultRole)};
+        InstanceOptions options;
+        options.propertyList = namesOf(properties);
+        call.operations.associators(call.request, modelOf(path), filter, options, found);
+        return makeEnumeration(call.broker, found.take());
+    });
+}
+
+CMPIEnumeration* associatorNames(const CMPIBroker* broker, const CMPIContext* context,
+                                 const CMPIObjectPath* path, const char* associationClass,
+                                 const char* resultClass, const char* role, const char* resultRole,
+                                 CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        Paths found;
+        const AssociationFilter filter{textOf(associationClass), textOf(resultClass), textOf(role),
+                                       textOf(resultRole)};
+        call.operations.associatorNames(call.request, modelOf(path), filter, found);
+        return makeEnumeration(call.broker, found.take());
+    });
+}
+
+CMPIEnumeration* references(const CMPIBroker* broker, const CMPIContext* context,
+                            const CMPIObjectPath* path, const char* resultClass, const char* role,
+                            const char** properties, CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        Instances found;
+        const AssociationFilter filter{{}, textOf(resultClass), textOf(role), {}};
+        InstanceOptions options;
+        options.propertyList = namesOf(properties);
+        call.operations.references(call.request, modelOf(path), filter, options, found);
+        return makeEnumeration(call.broker, found.take());
+    });
+}
+
+CMPIEnumeration* referenceNames(const CMPIBroker* broker, const CMPIContext* context,
+                                const CMPIObjectPath* path, const char* resultClass,
+                                const char* role, CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        Paths found;
+        const AssociationFilter filter{{}, textOf(resultClass), textOf(role), {}};
+        call.operations.referenceNames(call.request, modelOf(path), filter, found);
+        return makeEnumeration(call.broker, found.take());
+    });
+}
+
+void addOutput(const Broker& broker, CMPIArgs* outputs, const Argument& argument) {
+    const CMPIData data = toCmpi(broker, argument.value);
+    const bool isNull = (data.state & CMPI_nullValue) != 0;
+    const CMPIStatus status = outputs->ft->addArg(outputs, argument.name.c_str(),
+                                                  isNull ? nullptr : &data.value, data.type);
+    if (status.rc != CMPI_RC_OK) throw Failure{status.rc};
+}
+
+CMPIData invokeMethod(const CMPIBroker* broker, const CMPIContext* context,
+                      const CMPIObjectPath* path, const char* method, const CMPIArgs* inputs,
+                      CMPIArgs* outputs, CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        modelOf(outputs);  // refused before anything is done
+        const MethodResult result = call.operations.invokeMethod(
+            call.request, modelOf(path), std::string(required(method)), modelOf(inputs));
+        for (const Argument& argument : result.out) addOutput(call.broker, outputs, argument);
+        return toCmpi(call.broker, result.returnValue);
+    });
+}
+
+CMPIStatus setProperty(const CMPIBroker* broker, const CMPIContext* context,
+                       const CMPIObjectPath* path, const char* name, const CMPIValue* value,
+                       CMPIType type) noexcept {
+    return answerCall(broker, context, [&](const UpCall& call) {
+        call.operations.setProperty(call.request, modelOf(path), required(name),
+                                    fromCmpi(value, type));
+    });
+}
+
+CMPIData getProperty(const CMPIBroker* broker, const CMPIContext* context,
+                     const CMPIObjectPath* path, const char* name, CMPIStatus* status) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        return toCmpi(call.broker,
+                      call.operations.getProperty(call.request, modelOf(path), required(name)));
+    });
+}
+
+CMPIEnumeration* refuseFilter(const CMPIBroker* broker, CMPIStatus* status) noexcept {
+    return enter(broker, status, [](const Broker&, CMPIrc&) -> CMPIEnumeration* {
+        throw CimError(CimCode::notSupported, "this broker does not filter by queries");
+    });
+}
+
+CMPIEnumeration* enumerateInstancesFiltered(const CMPIBroker* broker, const CMPIContext* context,
+                                            const CMPIObjectPath* path, const char** properties,
+                                            const char* language, const char* filter,
+                                            CMPIStatus* status) noexcept {
+    if (language && filter) return refuseFilter(broker, status);
+    return enumerateInstances(broker, context, path, properties, status);
+}
+
+CMPIEnumeration* associatorsFiltered(const CMPIBroker* broker, const CMPIContext* context,
+                                     const CMPIObjectPath* path, const char* associationClass,
+                                     const char* resultClass, const char* role,
+                                     const char* resultRole, const char** properties,
+                                     const char* language, const char* filter,
+                                     CMPIStatus* status) noexcept {
+    if (language && filter) return refuseFilter(broker, status);
+    return associators(broker, context, path, associationClass, resultClass, role, resultRole,
+                       properties, status);
+}
+
+CMPIEnumeration* referencesFiltered(const CMPIBroker* broker, const CMPIContext* context,
+                                    const CMPIObjectPath* path, const char* resultClass,
+                                    const char* role, const char** properties, const char* language,
+                                    const char* filter, CMPIStatus* status) noexcept {
+    if (language && filter) return refuseFilter(broker, status);
+    return references(broker, context, path, resultClass, role, properties, status);
+}
+
+}  // namespace
+
+void fillUpCalls(CMPIBrokerFT& table) {
+    table.enumerateInstanceNames = enumerateInstanceNames;
+    table.getInstance = getInstance;
+    table.createInstance = createInstance;
+    table.modifyInstance = modifyInstance;
+    table.deleteInstance = deleteInstance;
+    table.execQuery = execQuery;
+    table.enumerateInstances = enumerateInstances;
+    table.associators = associators;
+    table.associatorNames = associatorNames;
+    table.references = references;
+    table.referenceNames = referenceNames;
+    table.invokeMethod = invokeMethod;
+    table.setProperty = setProperty;
+    table.getProperty = getProperty;
+    table.enumerateInstancesFiltered = enumerateInstancesFiltered;
+    table.associatorsFiltered = associatorsFiltered;
+    table.referencesFiltered = referencesFiltered;
+}
+
+}  // namespace cimhost

@@ -1,0 +1,246 @@
+#include "cmpicpp/detail/TextForm.h"
+
+#include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/DataKind.h"
+#include "cmpicpp/detail/Equality.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <string_view>
+
+namespace CmpiCpp {
+
+namespace {
+
+bool isControl(char character) noexcept {
+    return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
+}
+
+// MOF reads one to four digits after \x: always four, so that the next character cannot join them.
+void appendCode(std::string& out, unsigned code) {
+    static constexpr std::string_view digits = "0123456789ABCDEF";
+    out += "\\x";
+    for (int shift = 12; shift >= 0; shift -= 4) out += digits[(code >> shift) & 0xF];
+}
+
+void appendControl(std::string& out, char character) {
+    switch (character) {
+        case '\b':
+            out += "\\b";
+            break;
+        case '\t':
+            out += "\\t";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\f':
+            out += "\\f";
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        default:
+            appendCode(out, static_cast<unsigned char>(character));
+    }
+}
+
+/// Appends text with another spelling for each special character.
+template <typename IsSpecial, typename Spell>
+void appendSpelled(std::string& out, std::string_view text, IsSpecial isSpecial, Spell spell) {
+    for (auto from = text.begin(); from != text.end();) {
+        const auto special = std::find_if(from, text.end(), isSpecial);
+        out.append(from, special);
+        if (special == text.end()) return;
+        spell(*special);
+        from = special + 1;
+    }
+}
+
+void appendEscaped(std::string& out, std::string_view text, char quote) {
+    const auto isSpecial = [quote](char character) {
+        return isControl(character) || character == quote || character == '\\';
+    };
+    appendSpelled(out, text, isSpecial, [&](char special) {
+        if (isControl(special)) {
+            appendControl(out, special);
+        } else {
+            out.append({'\\', special});
+        }
+    });
+}
+
+void appendQuoted(std::string& out, std::string_view text) {
+    out += '"';
+    appendEscaped(out, text, '"');
+    out += '"';
+}
+
+// Names stand without quotes, so only what would break the line is escaped.
+void appendName(std::string& out, std::string_view name) {
+    appendSpelled(out, name, isControl, [&out](char control) { appendControl(out, control); });
+}
+
+template <typename Number>
+void appendNumber(std::string& out, Number number) {
+    std::array<char, 40> digits;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+    out.append(digits.data(), end);
+}
+
+void appendInteger(std::string& out, Integer integer) {
+    if (integer.negative) {
+        appendNumber(out, static_cast<long long>(integer.bits));
+    } else {
+        appendNumber(out, integer.bits);
+    }
+}
+
+// The shortest digits that read back as the same number. MOF wants a point in every real.
+template <typename Real>
+void appendReal(std::string& out, Real real) {
+    const std::size_t begin = out.size();
+    appendNumber(out, real);
+    const std::size_t end = out.find_first_of(".ein", begin);
+    if (end == std::string::npos) {
+        out += ".0";
+    } else if (out[end] == 'e') {
+        out.insert(end, ".0");
+    }
+}
+
+void appendChar16(std::string& out, CMPIChar16 unit) {
+    std::string text;
+    out += '\'';
+    if (appendUtf8(text, unit)) {
+        appendEscaped(out, text, '\'');
+    } else {
+        appendCode(out, unit);
+    }
+    out += '\'';
+}
+
+void appendReference(std::string& out, const CMPIObjectPath* path) {
+    std::string text;
+    appendPath(text, path);
+    appendQuoted(out, text);
+}
+
+void appendGoodData(std::string& out, const CMPIData& data) {
+    switch (kindOf(data)) {
+        case DataKind::null:
+            out += "NULL";
+            break;
+        case DataKind::boolean:
+            out += data.value.boolean != 0 ? "true" : "false";
+            break;
+        case DataKind::char16:
+            appendChar16(out, data.value.char16);
+            break;
+        case DataKind::integer:
+            appendInteger(out, integerOf(data));
+            break;
+        case DataKind::real:
+            if (data.type == CMPI_real32) {
+                appendReal(out, data.value.real32);
+            } else {
+                appendReal(out, data.value.real64);
+            }
+            break;
+        case DataKind::text:
+        case DataKind::dateTime:
+            appendQuoted(out, charactersOf(data));
+            break;
+        case DataKind::reference:
+            appendReference(out, data.value.ref);
+            break;
+        case DataKind::instance:
+            appendInstance(out, data.value.inst);
+            break;
+        case DataKind::array:
+            appendArray(out, data.value.array);
+            break;
+        case DataKind::bad:
+        case DataKind::other:
+            throw CmpiStatus(CMPI_RC_ERR_INVALID_DATA_TYPE);
+    }
+}
+
+}  // namespace
+
+void appendData(std::string& out, const CMPIData& data) {
+    const std::size_t begin = out.size();
+    try {
+        appendGoodData(out, data);
+    } catch (const CmpiStatus&) {
+        out.resize(begin);
+        out += "<bad value>";
+    }
+}
+
+void appendPath(std::string& out, const CMPIObjectPath* path) {
+    if (const auto host = textOf(ask(path->ft->getHostname, path)); !host.empty()) {
+        out += "//";
+        appendName(out, host);
+    }
+    out += '/';
+    appendName(out, textOf(ask(path->ft->getNameSpace, path)));
+    out += ':';
+    appendName(out, textOf(ask(path->ft->getClassName, path)));
+    const CMPICount count = ask(path->ft->getKeyCount, path);
+    for (CMPICount index = 0; index < count; ++index) {
+        CMPIString* name = nullptr;
+        const CMPIData data = ask(path->ft->getKeyAt, path, index, &name);
+        out += index == 0 ? '.' : ',';
+        appendName(out, textOf(name));
+        out += '=';
+        appendData(out, data);
+    }
+}
+
+void appendInstance(std::string& out, const CMPIInstance* instance) {
+    const CMPIObjectPath* const path = made(ask(instance->ft->getObjectPath, instance), "path");
+    out += "instance of ";
+    appendName(out, textOf(ask(path->ft->getClassName, path)));
+    out += " {";
+    const CMPICount count = ask(instance->ft->getPropertyCount, instance);
+    for (CMPICount index = 0; index < count; ++index) {
+        CMPIString* name = nullptr;
+        const CMPIData data = ask(instance->ft->getPropertyAt, instance, index, &name);
+        if (index != 0) out += ' ';
+        appendName(out, textOf(name));
+        out += " = ";
+        appendData(out, data);
+        out += ';';
+    }
+    out += '}';
+}
+
+void appendArray(std::string& out, const CMPIArray* array) {
+    out += '{';
+    const CMPICount size = ask(array->ft->getSize, array);
+    for (CMPICount index = 0; index < size; ++index) {
+        if (index != 0) out += ", ";
+        appendData(out, ask(array->ft->getElementAt, array, index));
+    }
+    out += '}';
+}
+
+bool appendUtf8(std::string& out, CMPIChar16 unit) {
+    if (unit >= 0xD800 && unit < 0xE000) return false;
+    const auto continuation = [](unsigned bits) { return static_cast<char>(0x80 | (bits & 0x3F)); };
+    if (unit < 0x80) {
+        out += static_cast<char>(unit);
+    } else if (unit < 0x800) {
+        out += static_cast<char>(0xC0 | (unit >> 6));
+        out += continuation(unit);
+    } else {
+        out += static_cast<char>(0xE0 | (unit >> 12));
+        out += continuation(unit >> 6);
+        out += continuation(unit);
+    }
+    return true;
+}
+
+}  // namespace CmpiCpp

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "cimhost/http/Stream.h"
+
+#include <algorithm>
+#include <deque>
+#include <string>
+
+namespace cimhost {
+
+/// The in-memory twin of a connection: gives what the test put in, piece by piece, then the end of
+/// the stream, and keeps what was sent.
+class MemoryStream final : public Stream {
+public:
+    std::deque<std::string> incoming;
+    std::string sent;
+    std::size_t sendCount = 0;
+    bool isSilent = false;  ///< after `incoming`, nothing comes until the deadline
+    bool isLost = false;    ///< each send fails
+    bool hasEnded = false;
+
+    void establish(Clock::time_point) override {}
+
+    std::size_t receive(std::span<char> buffer, Clock::time_point) override {
+        if (incoming.empty() && isSilent) throw StreamError(StreamError::Kind::timeout, "silence");
+        if (incoming.empty()) return 0;
+        const std::string_view rest = std::string_view(incoming.front()).substr(_taken);
+        const std::size_t count = std::min(buffer.size(), rest.size());
+        std::copy_n(rest.data(), count, buffer.data());
+        _taken += count;
+        if (count == rest.size()) {
+            incoming.pop_front();
+            _taken = 0;
+        }
+        return count;
+    }
+
+    void send(std::span<const std::string_view> pieces, Clock::time_point) override {
+        if (isLost) throw StreamError(StreamError::Kind::lost, "gone");
+        ++sendCount;
+        for (const std::string_view piece : pieces) sent.append(piece);
+    }
+
+    void endSending() noexcept override { hasEnded = true; }
+
+private:
+    std::size_t _taken = 0;  ///< of the first piece
+};
+
+}  // namespace cimhost

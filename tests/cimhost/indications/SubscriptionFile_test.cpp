@@ -1,0 +1,64 @@
+#include "cimhost/indications/SubscriptionFile.h"
+
+#include "tests/support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+
+namespace cimhost {
+namespace {
+
+mode_t modeOf(const std::filesystem::path& file) {
+    struct stat status {};
+    EXPECT_EQ(stat(file.c_str(), &status), 0);
+    return status.st_mode & 0777U;
+}
+
+TEST(SubscriptionFile, IsNothingWhenItIsNotThere) {
+    const TemporaryFolder folder;
+    EXPECT_FALSE(readWholeFile(folder / "state"));
+}
+
+TEST(SubscriptionFile, IsReplacedAsAWholeAndForItsOwnerAlone) {
+    const TemporaryFolder folder;
+    const auto file = folder / "state";
+    std::ofstream(file) << "something much longer than what follows";
+    std::filesystem::permissions(file, std::filesystem::perms(0644));
+    replaceFile(file, "new");
+    EXPECT_EQ(readWholeFile(file), "new");
+    EXPECT_EQ(modeOf(file), 0600U);
+    EXPECT_FALSE(std::filesystem::exists(folder / "state.new"));
+}
+
+TEST(SubscriptionFile, StaysAsItWasWhenItCannotBeReplaced) {
+    const TemporaryFolder folder;
+    const auto file = folder / "state";
+    replaceFile(file, "old");
+    // A folder stands where the new file would.
+    std::filesystem::create_directories(folder / "state.new");
+    EXPECT_THROW(replaceFile(file, "new"), std::runtime_error);
+    EXPECT_EQ(readWholeFile(file), "old");
+    EXPECT_THROW(replaceFile(folder / "gone" / "state", "new"), std::runtime_error);
+}
+
+TEST(SubscriptionFile, IsNotWrittenThroughALink) {
+    const TemporaryFolder folder;
+    std::filesystem::create_symlink(folder / "elsewhere", folder / "state.new");
+    EXPECT_THROW(replaceFile(folder / "state", "new"), std::runtime_error);
+    EXPECT_FALSE(std::filesystem::exists(folder / "elsewhere"));
+}
+
+TEST(SubscriptionFile, ThatCannotBeReadIsNamed) {
+    const TemporaryFolder folder;
+    try {
+        readWholeFile(folder.path());
+        FAIL() << "a folder was read";
+    } catch (const std::runtime_error& error) {
+        EXPECT_NE(std::string(error.what()).find(folder.path().string()), std::string::npos);
+    }
+}
+
+}  // namespace
+}  // namespace cimhost

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "cimhost/modules/ModuleHost.h"
+#include "cimhost/operations/Operations.h"
+#include "cimhost/operations/UpCalls.h"
+#include "cimhost/repository/CimError.h"
+#include "tests/cimhost/operations/ScriptedProvider.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace cimhost::test {
+
+/// Keeps the lines that are written. Safe from several threads.
+class CapturedLog final : public BrokerLog {
+public:
+    void write(Level level, std::string_view source, std::string_view message) noexcept override;
+
+    /// As "error FanProvider: text".
+    std::vector<std::string> lines() const;
+    std::size_t countOf(std::string_view part) const;
+
+private:
+    mutable std::mutex _mutex;
+    std::vector<std::string> _lines;
+};
+
+struct FoundInstance {
+    Instance instance;
+    const Class* definition = nullptr;
+    std::vector<std::string> shown;  ///< the properties that the selection lets through
+};
+
+class FoundInstances final : public InstanceSink {
+public:
+    void deliver(const Instance& instance, const Class* definition,
+                 const PropertySelection& selection) override;
+
+    std::vector<FoundInstance> all;
+};
+
+class FoundPaths final : public PathSink {
+public:
+    void deliver(const ObjectPath& path) override { all.push_back(path); }
+
+    /// The class and the first key of each, such as "TST_Fan.a".
+    std::vector<std::string> texts() const;
+
+    std::vector<ObjectPath> all;
+};
+
+ObjectPath classPath(const std::string& className, const std::string& nameSpace = {});
+
+/// A path with one key.
+ObjectPath pathOf(const std::string& className, const std::string& key, Value value,
+                  const std::string& nameSpace = {});
+/// A path with the key Name.
+ObjectPath named(const std::string& className, const std::string& name,
+                 const std::string& nameSpace = {});
+/// The class and the first key, such as "TST_Fan.a".
+std::string textOf(const ObjectPath& path);
+
+Value uint32Value(std::uint64_t number);
+Value uint16Value(std::uint64_t number);
+
+/// What the call fails with, as "6: there is no ..."; empty when it does not.
+std::string failureOfCall(const std::function<void()>& call);
+/// The number alone; 0 when it does not fail.
+int codeOfCall(const std::function<void()>& call);
+
+/// A repository with the namespaces root/test and interop, and operations over scripted providers.
+/// Everything is registered before `start`.
+class OperationsTest : public testing::Test {
+protected:
+    OperationsTest();
+    ~OperationsTest() override;
+
+    /// Adds MOF to a namespace.
+    void readMof(const std::string& mof, const std::string& nameSpace = "root/test");
+
+    /// Registers a line's class, namespace and types: `TST_Fan root/test instance`.
+    ScriptedProvider& serve(const std::string& provider, const std::string& what);
+
+    /// Makes the host and its operations.
+    void start();
+
+    Operations& operations() { return *_operations; }
+    ModuleHost& host() { return *_host; }
+    const RequestContext& request() const { return _request; }
+    void stop() { _host.reset(); }
+
+    const CMPIBroker* handle() const { return broker.handle(); }
+
+    Repository repository;
+    CapturedLog log;
+    Broker broker{repository, log, fillUpCalls};
+
+private:
+    Registrations _registrations;
+    std::map<std::string, std::unique_ptr<ScriptedProvider>> _providers;
+    RequestContext _request;
+    std::unique_ptr<ModuleHost> _host;
+    std::unique_ptr<Operations> _operations;
+};
+
+}  // namespace cimhost::test

@@ -1,0 +1,219 @@
+#include "cmpicpp/detail/MiTables.h"
+
+#include "tests/cmpicpp/ModuleFixture.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace CmpiCpp::test {
+namespace {
+
+/// Overrides nothing that it need not.
+class ReadOnly : public CmpiInstanceProvider {
+public:
+    void enumInstanceNames(const CmpiContext&, const CmpiObjectPath&,
+                           CmpiObjectPathResult&) override {}
+    void enumInstances(const CmpiContext&, const CmpiObjectPath&, const char**,
+                       CmpiInstanceResult&) override {}
+    void getInstance(const CmpiContext&, const CmpiObjectPath&, const char**,
+                     CmpiInstanceResult&) override {}
+    CMPIBroker* getBroker() override { return nullptr; }
+};
+
+class MiTablesTest : public ModuleTest {};
+
+TEST_F(MiTablesTest, FillsItsTables) {
+    createAll();
+    EXPECT_EQ(_instanceMi->ft->ftVersion, 200);
+    EXPECT_EQ(_associationMi->ft->ftVersion, 200);
+    EXPECT_EQ(_methodMi->ft->ftVersion, 200);
+    EXPECT_EQ(_indicationMi->ft->ftVersion, 200);
+    EXPECT_STREQ(_instanceMi->ft->miName, "Test_Provider");
+    EXPECT_EQ(_methodMi->ft->miVersion, 200);
+}
+
+TEST_F(MiTablesTest, PassesEveryOperationOn) {
+    createAll();
+    const std::vector<std::string> expected{
+        "enumInstanceNames /root/ktq:PYL_Fan for alice",
+        "enumInstances all /root/ktq:PYL_Fan for alice",
+        "getInstance all /root/ktq:PYL_Fan for alice",
+        "createInstance instance of PYL_Fan {} /root/ktq:PYL_Fan for alice",
+        "modifyInstance instance of PYL_Fan {} all /root/ktq:PYL_Fan for alice",
+        "deleteInstance /root/ktq:PYL_Fan for alice",
+        "execQuery l:q /root/ktq:PYL_Fan for alice",
+        "associators A - r - all /root/ktq:PYL_Fan for alice",
+        "associatorNames - B - s /root/ktq:PYL_Fan for alice",
+        "references - - all /root/ktq:PYL_Fan for alice",
+        "referenceNames A r /root/ktq:PYL_Fan for alice",
+        "invokeMethod Reset/1 /root/ktq:PYL_Fan for alice",
+        "authorizeFilter C/owner /root/ktq:PYL_Fan for alice",
+        "activateFilter C/1 /root/ktq:PYL_Fan for alice",
+        "deactivateFilter C/0 /root/ktq:PYL_Fan for alice",
+        "enableIndications  for alice",
+        "disableIndications  for alice",
+    };
+    for (const Operation& operation : operations()) {
+        _sink.dones = 0;
+        expectStatus(operation.call(), CMPI_RC_OK, "", operation.name);
+        const bool produces = operation.delivers || operation.name == "invokeMethod";
+        EXPECT_EQ(_sink.dones, produces ? 1 : 0) << operation.name;
+    }
+    EXPECT_EQ(_script.calls, expected);
+}
+
+TEST_F(MiTablesTest, PassesPropertyListsOn) {
+    createAll();
+    const char* wanted[] = {"Slot", nullptr};
+    const char* none[] = {nullptr};
+    _instanceMi->ft->enumerateInstances(_instanceMi, _context, _result, _path, wanted);
+    _associationMi->ft->references(_associationMi, _context, _result, _path, nullptr, nullptr,
+                                   none);
+    EXPECT_EQ(_script.calls.at(0).substr(0, 21), "enumInstances [Slot] ");
+    EXPECT_EQ(_script.calls.at(1).substr(0, 18), "references - - [] ");
+}
+
+TEST_F(MiTablesTest, ToleratesMissingArguments) {
+    createAll();
+    auto* const mi = _indicationMi;
+    EXPECT_EQ(mi->ft->authorizeFilter(mi, nullptr, nullptr, nullptr, nullptr, nullptr).rc,
+              CMPI_RC_OK);
+    EXPECT_EQ(_script.calls.at(0), "authorizeFilter /  for ");
+    EXPECT_EQ(
+        _instanceMi->ft->execQuery(_instanceMi, _context, _result, _path, nullptr, nullptr).rc,
+        CMPI_RC_OK);
+    EXPECT_EQ(
+        _methodMi->ft->invokeMethod(_methodMi, _context, _result, nullptr, nullptr, nullptr, _out)
+            .rc,
+        CMPI_RC_OK);
+}
+
+TEST_F(MiTablesTest, ReturnsWhatIsDelivered) {
+    createAll();
+    scriptDeliveries();
+    for (const Operation& operation : operations()) {
+        if (!operation.delivers || operation.name == "execQuery") continue;
+        _sink.paths.clear();
+        _sink.instances.clear();
+        EXPECT_EQ(operation.call().rc, CMPI_RC_OK) << operation.name;
+        EXPECT_EQ(_sink.paths.size() + _sink.instances.size(), 3U) << operation.name;
+    }
+}
+
+TEST_F(MiTablesTest, ReturnsMethodResultsAndOutputs) {
+    createAll();
+    _methodMi->ft->invokeMethod(_methodMi, _context, _result, _path, "Reset", _in, _out);
+    ASSERT_EQ(_sink.values.size(), 1U);
+    EXPECT_EQ(_sink.values[0].type(), cimhost::CimType::uint32);
+    ASSERT_EQ(cimhost::modelOf(_out).size(), 1U);
+    EXPECT_EQ(cimhost::modelOf(_out)[0].value, cimhost::Value::string("done"));
+}
+
+TEST_F(MiTablesTest, AQueryReturnsTheInstancesAtThePathsThatItFound) {
+    createAll();
+    scriptDeliveries();
+    _script.instances.resize(1);
+    const Operation query = instanceOperations().back();
+    EXPECT_EQ(query.call().rc, CMPI_RC_OK);
+    EXPECT_TRUE(_sink.paths.empty());
+    EXPECT_EQ(_sink.instances.size(), 3U) << "one for each getInstance";
+    EXPECT_EQ(_script.calls.size(), 4U);
+    EXPECT_EQ(_sink.dones, 1);
+}
+
+TEST_F(MiTablesTest, AQueryLeavesOutWhatHasGoneMeanwhile) {
+    createAll();
+    scriptDeliveries();
+    const Operation query = instanceOperations().back();
+    _script.act = [&] {
+        if (_script.calls.size() == 2) throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND);
+    };
+    EXPECT_EQ(query.call().rc, CMPI_RC_OK);
+    EXPECT_EQ(_script.calls.size(), 4U);
+    _script.act = [&] {
+        if (_script.calls.size() == 6) throw CmpiStatus(CMPI_RC_ERR_FAILED, "broken");
+    };
+    expectStatus(query.call(), CMPI_RC_ERR_FAILED, "broken");
+    EXPECT_EQ(_script.calls.size(), 6U) << "the rest is not asked for";
+}
+
+TEST_F(MiTablesTest, TurnsWhateverIsThrownIntoAStatus) {
+    createAll();
+    scriptDeliveries();
+    for (const Operation& operation : operations()) {
+        for (const Thrown& thrown : everythingThatIsThrown()) {
+            for (const std::size_t place : {0U, 1U, 3U}) {
+                const std::string note = operation.name + ", " + thrown.what;
+                _script.actAt = place;
+                _script.act = thrown.act;
+                _sink.dones = 0;
+                // A query that finds its instances gone has merely found nothing.
+                if (operation.name == "execQuery" && thrown.rc == CMPI_RC_ERR_NOT_FOUND) continue;
+                expectStatus(operation.call(), thrown.rc, thrown.message, note);
+                EXPECT_EQ(_sink.dones, 0) << note;
+            }
+        }
+        _script.act = [] {};
+        EXPECT_EQ(operation.call().rc, CMPI_RC_OK) << operation.name << " works again";
+    }
+}
+
+TEST_F(MiTablesTest, KeepsWhatWasDeliveredBeforeAFailure) {
+    createAll();
+    scriptDeliveries();
+    _script.actAt = 2;
+    _script.act = [] { throw CmpiStatus(CMPI_RC_ERR_FAILED); };
+    instanceOperations().front().call();
+    EXPECT_EQ(_sink.paths.size(), 2U);
+}
+
+TEST_F(MiTablesTest, PollingIsNotSupportedByEitherSignature) {
+    createAll();
+    EXPECT_EQ(_indicationMi->ft->mustPoll(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr).rc,
+              CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_TRUE(_script.calls.empty());
+}
+
+TEST_F(MiTablesTest, SlotsOfNewerLevelsAreNotSupported) {
+    createAll();
+    // What comes last is no status to some object managers: it must not be touched.
+    auto* const disputed = reinterpret_cast<CMPIStatus*>(std::uintptr_t{1});
+    EXPECT_EQ(_instanceMi->ft
+                  ->enumerateInstancesFiltered(_instanceMi, _context, _result, _path, nullptr,
+                                               nullptr, nullptr, disputed)
+                  .rc,
+              CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(_associationMi->ft
+                  ->associatorsFiltered(_associationMi, _context, _result, _path, nullptr, nullptr,
+                                        nullptr, nullptr, nullptr, nullptr, nullptr, 0)
+                  .rc,
+              CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(_associationMi->ft
+                  ->referencesFiltered(_associationMi, _context, _result, _path, nullptr, nullptr,
+                                       nullptr, nullptr, nullptr, 0)
+                  .rc,
+              CMPI_RC_ERR_NOT_SUPPORTED);
+    auto* const mi = _indicationMi;
+    EXPECT_EQ(mi->ft->authorizeFilterCollection(mi, _context, _instance).rc,
+              CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(mi->ft->activateFilterCollection(mi, _context, _instance, 1).rc,
+              CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(mi->ft->deActivateFilterCollection(mi, _context, _instance, 1).rc,
+              CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
+TEST_F(MiTablesTest, WhatAProviderDoesNotOverrideIsNotSupported) {
+    maker = [](const CmpiBroker&) -> CmpiProvider* { return new ReadOnly; };
+    _instanceMi = Test_Provider_Create_InstanceMI(handle(), _context, nullptr);
+    ASSERT_NE(_instanceMi, nullptr);
+    const auto all = instanceOperations();
+    for (const std::size_t index : {3U, 4U, 5U, 6U}) {
+        expectStatus(all[index].call(), CMPI_RC_ERR_NOT_SUPPORTED,
+                     all[index].name + " is not supported by this provider");
+    }
+    EXPECT_EQ(clean(_instanceMi, 0).rc, CMPI_RC_OK) << "unloading is fine by default";
+}
+
+}  // namespace
+}  // namespace CmpiCpp::test
