@@ -10,7 +10,7 @@ import sys
 import time
 import unittest
 
-from host import BASE_SERVER, BUILD, SOURCE, Host
+from host import BASE_SERVER, BUILD, SOURCE, Host, long
 from indications_test import SubscribedCase
 from listeners import Listener
 
@@ -190,6 +190,7 @@ class EnclosureFaults(AlertCase):
         self.assertEqual([("", reason)] * 3, self.outcomes(3))
 
     @unittest.skipUnless(IS_ROOT, "/etc/cim/ipmi.conf must belong to root")
+    @long
     def test_a_controller_that_goes_and_comes_back_costs_the_forwarding_meanwhile(self):
         self.simulator_starts()
         self.subscribe_to_alerts()
@@ -200,6 +201,7 @@ class EnclosureFaults(AlertCase):
         self.expect_forwarding()
 
     @unittest.skipUnless(IS_ROOT, "/etc/cim/ipmi.conf must belong to root")
+    @long
     def test_a_controller_that_dies_in_the_middle_of_a_command_is_a_line_in_the_log(self):
         self.simulator_starts()
         self.subscribe_to_alerts()
@@ -217,6 +219,7 @@ class EnclosureFaults(AlertCase):
         self.expect_forwarding()
 
     @unittest.skipUnless(IS_ROOT, "/etc/cim/ipmi.conf must belong to root")
+    @long
     def test_a_controller_that_answers_nothing_is_given_up_in_time(self):
         self.simulator_starts()
         self.subscribe_to_alerts()
@@ -230,6 +233,7 @@ class EnclosureFaults(AlertCase):
         self.expect_forwarding()
 
     @unittest.skipUnless(IS_ROOT, "/etc/cim/ipmi.conf must belong to root")
+    @long
     def test_what_the_enclosure_refuses_is_said_in_words(self):
         self.simulator_starts()
         self.subscribe_to_alerts()
@@ -367,6 +371,7 @@ class FirmwareFaults(AlertCase):
         self.assertEqual(1, len(told), told)
         self.assertRegex(told.pop(), rf"^No SMBIOS data from {TABLES}: {words}$")
 
+    @long
     def test_hostile_tables_cost_their_properties_and_one_clear_line(self):
         self.subscribe_to_alerts()
         self.expect_a_blade()

@@ -22,6 +22,11 @@ BASE_SERVER = (
 )
 
 
+def long(test):
+    """Marks a test that takes more than a few seconds: ./check leaves it out unless told --long."""
+    return test
+
+
 class Answer:
     """What wbemcli printed. Its exit status does not tell every failure, its words do."""
 

@@ -8,7 +8,7 @@ import tempfile
 import time
 import unittest
 
-from host import BUILD, SOURCE, Host
+from host import BUILD, SOURCE, Host, long
 from listeners import ANSWER, ListenCommand, Listener, good, reply
 
 ALARM = SOURCE / "tests/system/alarm"
@@ -255,6 +255,7 @@ class Delivering(SubscribedCase):
             self.assertNotIn("AlertType", bodies[0])
             self.assertIn('CLASSNAME="TST_LoudAlarm"', bodies[2])
 
+    @long
     def test_a_listener_that_fails_at_first_gets_all_in_order(self):
         failures = [reply("", "500 No"), b"nonsense\r\n\r\n", b"", reply("<a>"),
                     reply(ANSWER.format('<ERROR CODE="1" DESCRIPTION="full"/>'))]
@@ -275,6 +276,7 @@ class Delivering(SubscribedCase):
             self.host.stop()
         self.assertEqual((4, 4, 0), counts_in(self.host.log())["d"], self.host.log())
 
+    @long
     def test_dead_listeners_are_given_up_and_counted(self):
         with socket.create_server(("127.0.0.1", 0)) as taken:
             url = f"http://127.0.0.1:{taken.getsockname()[1]}/"

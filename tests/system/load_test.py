@@ -5,13 +5,14 @@ import threading
 import time
 import unittest
 
-from host import Host
+from host import Host, long
 
 CLIENTS = 8
 SECONDS = 30
 
 
 class Load(unittest.TestCase):
+    @long
     def test_eight_clients_for_thirty_seconds_get_only_right_answers(self):
         with Host() as host:
             requests = self._requests(host)

@@ -10,7 +10,7 @@ import threading
 import time
 import unittest
 
-from host import BASE_SERVER, BUILD, SOURCE, Host
+from host import BASE_SERVER, BUILD, SOURCE, Host, long
 
 REQUEST = (
     '<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSION="2.0">'
@@ -67,6 +67,7 @@ class Start(unittest.TestCase):
 
 
 class Stop(unittest.TestCase):
+    @long
     def test_a_hundred_stops_with_requests_running_end_in_order(self):
         broken = []
         for number in range(STOPS):
@@ -81,6 +82,7 @@ class Stop(unittest.TestCase):
                 thread.join()
             self.assertEqual([], broken)
 
+    @long
     def test_a_module_whose_clean_up_never_returns_does_not_keep_the_server(self):
         folder = SOURCE / "tests/system/stuck"
         host = Host(arguments=(
