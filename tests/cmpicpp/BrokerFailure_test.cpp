@@ -10,8 +10,8 @@
 #include "cmpicpp/CmpiModule.h"
 #include "cmpicpp/detail/ResultSinks.h"
 #include "tests/cmpicpp/BrokerFixture.h"
-#include "tests/cmpicpp/EverythingProvider.h"
 #include "tests/cmpicpp/RecordingSink.h"
+#include "tests/cmpicpp/ScriptProvider.h"
 #include "tests/support/FaultyBroker.h"
 
 #include <functional>
@@ -192,7 +192,7 @@ TEST_F(BrokerFailureTest, WhileAContextIsRead) {
     cimhost::RequestContext request;
     request.principal = "alice";
     failEachCallOf([&] {
-        const CmpiContext context(FaultyBroker::adopt(cimhost::makeContext(_broker, request)));
+        const CmpiContext context(FaultyBroker::adopt(cimhost::makeContext(realBroker, request)));
         EXPECT_NO_THROW(context.nameSpace());
         EXPECT_NO_THROW(context.principal());
         EXPECT_NO_THROW(context.acceptLanguage());
@@ -213,8 +213,8 @@ TEST_F(BrokerFailureTest, WhileAMethodDelivers) {
     failEachCallOf([this] {
         RecordingSink recording;
         MethodSink sink(_faulty.handle(),
-                        FaultyBroker::adopt(cimhost::makeResult(_broker, recording)),
-                        FaultyBroker::adopt(cimhost::makeArgs(_broker, {})));
+                        FaultyBroker::adopt(cimhost::makeResult(realBroker, recording)),
+                        FaultyBroker::adopt(cimhost::makeArgs(realBroker, {})));
         sink.deliver("text");
         sink.deliver(faultyPath());
         sink.deliver(CmpiName("Out"), "text");
@@ -224,7 +224,7 @@ TEST_F(BrokerFailureTest, WhileAMethodDelivers) {
 Script* scriptInUse = nullptr;
 
 CmpiProvider* makeProvider(const CmpiBroker& broker, const CMPIContext*) {
-    return new EverythingProvider(const_cast<CMPIBroker*>(broker.toCMPI()), *scriptInUse);
+    return new ScriptProvider(const_cast<CMPIBroker*>(broker.toCMPI()), *scriptInUse);
 }
 
 constinit CmpiModule module("Faulty", makeProvider);
@@ -234,10 +234,10 @@ TEST_F(BrokerFailureTest, WhileAProviderServes) {
         Script current;
         scriptInUse = &current;
         RecordingSink recording;
-        auto* const result = FaultyBroker::adopt(cimhost::makeResult(_broker, recording));
-        auto* const path =
-            FaultyBroker::adopt(cimhost::makeObjectPath(_broker, {"", "root/ktq", "PYL_Fan", {}}));
-        auto* const context = FaultyBroker::adopt(cimhost::makeContext(_broker, {}));
+        auto* const result = FaultyBroker::adopt(cimhost::makeResult(realBroker, recording));
+        auto* const path = FaultyBroker::adopt(
+            cimhost::makeObjectPath(realBroker, {"", "root/ktq", "PYL_Fan", {}}));
+        auto* const context = FaultyBroker::adopt(cimhost::makeContext(realBroker, {}));
         CMPIInstanceMI* const mi = module.createInstanceMI(_faulty.handle(), context, nullptr);
         ASSERT_NE(mi, nullptr);
         try {

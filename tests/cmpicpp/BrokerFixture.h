@@ -1,36 +1,20 @@
 #pragma once
 
-#include "cimhost/objects/Broker.h"
-#include "cimhost/objects/Objects.h"
-#include "cimhost/operations/UpCalls.h"
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiObjectPath.h"
 #include "cmpicpp/CmpiStatus.h"
+#include "tests/support/BrokerFixture.h"
 
-#include <gtest/gtest.h>
-
-#include <atomic>
 #include <string>
 
 namespace CmpiCpp::test {
 
-/// Counts what the broker complains about: handles ended twice, or by somebody who may not.
-class CountingLog final : public cimhost::BrokerLog {
-public:
-    void write(Level, std::string_view, std::string_view) noexcept override { ++_lines; }
-
-    int lines() const noexcept { return _lines; }
-
-private:
-    std::atomic<int> _lines{0};
-};
-
-/// A real broker, and the scope of one provider call around each test.
-class BrokerTest : public ::testing::Test {
+/// The broker of all tests, as the C++ values see it.
+class BrokerTest : public cimhost::BrokerTest {
 protected:
-    void TearDown() override { EXPECT_EQ(_log.lines(), 0) << "the broker has complained"; }
+    void TearDown() override { EXPECT_TRUE(log.lines().empty()) << "the broker has complained"; }
 
-    const CMPIBroker* handle() const { return _broker.handle(); }
+    const CMPIBroker* handle() const { return realBroker.handle(); }
     CmpiBroker broker() const { return CmpiBroker(handle()); }
 
     CmpiObjectPath path() const {
@@ -39,11 +23,6 @@ protected:
         made.addKey("Slot", 2U);
         return made;
     }
-
-    cimhost::Repository _repository;
-    CountingLog _log;
-    cimhost::Broker _broker{_repository, _log, cimhost::fillUpCalls};
-    cimhost::CallScope _scope;
 };
 
 /// The status that the action throws, or CMPI_RC_OK.

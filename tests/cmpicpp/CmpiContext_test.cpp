@@ -8,7 +8,7 @@ namespace {
 class CmpiContextTest : public test::BrokerTest {
 protected:
     const CMPIContext* context(const cimhost::RequestContext& request) const {
-        return cimhost::makeContext(_broker, request);
+        return cimhost::makeContext(realBroker, request);
     }
 };
 
@@ -26,7 +26,7 @@ TEST_F(CmpiContextTest, TellsWhoAsksWhereAndHow) {
 }
 
 TEST_F(CmpiContextTest, ReadsMissingEntriesAsNothing) {
-    CMPIContext* const bare = cimhost::makeContext(_broker, {});
+    CMPIContext* const bare = cimhost::makeContext(realBroker, {});
     CMPIContextFT table = *bare->ft;
     table.getEntry = [](const CMPIContext*, const char*, CMPIStatus* status) -> CMPIData {
         *status = {CMPI_RC_ERR_NO_SUCH_PROPERTY, nullptr};

@@ -122,8 +122,8 @@ protected:
     CmpiMBServiceTest() {
         answersInUse = &_script;
         _script.real = handle();
-        _script.path = cimhost::makeObjectPath(_broker, {"", "n", "C", {}});
-        _script.instance = cimhost::makeInstance(_broker, {{"", "n", "C", {}}, {}});
+        _script.path = cimhost::makeObjectPath(realBroker, {"", "n", "C", {}});
+        _script.instance = cimhost::makeInstance(realBroker, {{"", "n", "C", {}}, {}});
         _script.enumeration = instances();
         _factories.newArgs = [](Broker, CMPIStatus* status) {
             return answersInUse->real->eft->newArgs(answersInUse->real, status);
@@ -138,12 +138,13 @@ protected:
     CMPIEnumeration* instances() const {
         const cimhost::Instance first{{"", "n", "First", {}}, {}};
         const cimhost::Instance second{{"", "n", "Second", {}}, {}};
-        return cimhost::makeEnumeration(_broker, std::vector{first, second});
+        return cimhost::makeEnumeration(realBroker, std::vector{first, second});
     }
 
     CMPIEnumeration* paths() const {
         return cimhost::makeEnumeration(
-            _broker, std::vector<cimhost::ObjectPath>{{"", "n", "First", {}}, {"", "n", "C", {}}});
+            realBroker,
+            std::vector<cimhost::ObjectPath>{{"", "n", "First", {}}, {"", "n", "C", {}}});
     }
 
     void fail(CMPIrc rc, const char* message) {

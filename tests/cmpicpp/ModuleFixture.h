@@ -3,8 +3,8 @@
 #include "cmpicpp/CmpiArgs.h"
 #include "cmpicpp/CmpiModule.h"
 #include "tests/cmpicpp/BrokerFixture.h"
-#include "tests/cmpicpp/EverythingProvider.h"
 #include "tests/cmpicpp/RecordingSink.h"
+#include "tests/cmpicpp/ScriptProvider.h"
 
 #include <functional>
 #include <new>
@@ -30,7 +30,7 @@ inline Script* script = nullptr;
 using Maker = CmpiProvider* (*)(const CmpiBroker& broker);
 
 inline CmpiProvider* makeEverything(const CmpiBroker& broker) {
-    return new EverythingProvider(const_cast<CMPIBroker*>(broker.toCMPI()), *script);
+    return new ScriptProvider(const_cast<CMPIBroker*>(broker.toCMPI()), *script);
 }
 
 /// What the module's factory does next.
@@ -69,12 +69,12 @@ protected:
         script = &_script;
         maker = makeEverything;
         _request.principal = "alice";
-        _context = cimhost::makeContext(_broker, _request);
-        _result = cimhost::makeResult(_broker, _sink);
-        _path = cimhost::makeObjectPath(_broker, {"", "root/ktq", "PYL_Fan", {}});
-        _instance = cimhost::makeInstance(_broker, {{"", "root/ktq", "PYL_Fan", {}}, {}});
-        _in = cimhost::makeArgs(_broker, {{"A", cimhost::Value::boolean(true)}});
-        _out = cimhost::makeArgs(_broker, {});
+        _context = cimhost::makeContext(realBroker, _request);
+        _result = cimhost::makeResult(realBroker, _sink);
+        _path = cimhost::makeObjectPath(realBroker, {"", "root/ktq", "PYL_Fan", {}});
+        _instance = cimhost::makeInstance(realBroker, {{"", "root/ktq", "PYL_Fan", {}}, {}});
+        _in = cimhost::makeArgs(realBroker, {{"A", cimhost::Value::boolean(true)}});
+        _out = cimhost::makeArgs(realBroker, {});
     }
 
     /// Ends every MI that is still there, as an object manager does that ends itself.

@@ -1,7 +1,6 @@
 #include "tests/support/FaultyBroker.h"
 
-#include "cimhost/objects/Broker.h"
-#include "cimhost/operations/UpCalls.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -12,24 +11,14 @@ namespace {
 
 using Fault = FaultyBroker::Fault;
 
-class QuietLog : public cimhost::BrokerLog {
-public:
-    void write(Level, std::string_view, std::string_view) noexcept override {}
-};
-
-class FaultyBrokerTest : public testing::Test {
+class FaultyBrokerTest : public cimhost::BrokerTest {
 protected:
     CMPIObjectPath* newPath() {
         return broker()->eft->newObjectPath(broker(), "root/test", "Test_Class", &status);
     }
     const CMPIBroker* broker() const { return faulty.handle(); }
 
-    cimhost::Repository repository;
-    QuietLog log;
-    cimhost::Broker real{repository, log, cimhost::fillUpCalls};
-    FaultyBroker faulty{real.handle()};
-    cimhost::CallScope call;
-    CMPIStatus status{CMPI_RC_OK, nullptr};
+    FaultyBroker faulty{realBroker.handle()};
 };
 
 TEST_F(FaultyBrokerTest, LetsEverythingPassWhenNothingIsOrdered) {
@@ -70,7 +59,7 @@ TEST_F(FaultyBrokerTest, FailsCallsOfObjectsThatItGaveOut) {
 }
 
 TEST_F(FaultyBrokerTest, FailsCallsOfObjectsThatItAdopts) {
-    CMPIContext* const context = FaultyBroker::adopt(cimhost::makeContext(real, {}));
+    CMPIContext* const context = FaultyBroker::adopt(cimhost::makeContext(realBroker, {}));
     faulty.failCall("CMPIContextFT.getEntry", 1, Fault::status, CMPI_RC_ERR_FAILED);
     context->ft->getEntry(context, CMPIRole, &status);
     EXPECT_EQ(status.rc, CMPI_RC_ERR_FAILED);
@@ -118,7 +107,8 @@ TEST_F(FaultyBrokerTest, DoesTheWorkOfAFailingRelease) {
 
 TEST_F(FaultyBrokerTest, LeavesTheRealBrokerAlone) {
     faulty.failFrom("CMPIBrokerEncFT.newObjectPath", 1, Fault::status);
-    EXPECT_NE(real.handle()->eft->newObjectPath(real.handle(), "n", "C", nullptr), nullptr);
+    EXPECT_NE(realBroker.handle()->eft->newObjectPath(realBroker.handle(), "n", "C", nullptr),
+              nullptr);
 }
 
 TEST_F(FaultyBrokerTest, ListsTheSlotsOfAllTables) {
@@ -141,7 +131,7 @@ TEST_F(FaultyBrokerTest, EverySlotCanBeOrderedToFail) {
 }
 
 TEST_F(FaultyBrokerTest, ExistsOnce) {
-    EXPECT_THROW(FaultyBroker(real.handle()), std::logic_error);
+    EXPECT_THROW(FaultyBroker(realBroker.handle()), std::logic_error);
 }
 
 }  // namespace

@@ -45,7 +45,8 @@ void interposeData(const CMPIData& data) {
 
 template <typename T>
 concept HandlePointer = requires(T value) {
-    interpose(value);
+    value->hdl;
+    value->ft;
 };
 
 template <typename T>
@@ -165,14 +166,6 @@ const Table* faultyTable(const Table& real) {
     return &Tables::faulty;
 }
 
-template <typename Handle>
-void interposeHandle(const Handle* object) {
-    if (!object) return;
-    auto* const handle = const_cast<Handle*>(object);
-    const auto* const faulty = faultyTable(*handle->ft);
-    if (handle->ft != faulty) handle->ft = faulty;
-}
-
 }  // namespace
 
 std::vector<Slot*>& allSlots() {
@@ -190,54 +183,30 @@ std::vector<Slot*>& allSlots() {
     return slots;
 }
 
-void interpose(const CMPIContext* object) {
-    interposeHandle(object);
+template <typename Handle>
+void interpose(const Handle* object) {
+    if (!object) return;
+    auto* const handle = const_cast<Handle*>(object);
+    const auto* const faulty = faultyTable(*handle->ft);
+    if (handle->ft != faulty) handle->ft = faulty;
 }
-void interpose(const CMPIResult* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIString* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIArray* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIEnumeration* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIInstance* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIObjectPath* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIArgs* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIDateTime* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPISelectExp* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPISelectCond* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPISubCond* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIPredicate* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIError* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIPropertyList* object) {
-    interposeHandle(object);
-}
-void interpose(const CMPIEnumerationFilter* object) {
-    interposeHandle(object);
-}
+
+template void interpose(const CMPIContext*);
+template void interpose(const CMPIResult*);
+template void interpose(const CMPIString*);
+template void interpose(const CMPIArray*);
+template void interpose(const CMPIEnumeration*);
+template void interpose(const CMPIInstance*);
+template void interpose(const CMPIObjectPath*);
+template void interpose(const CMPIArgs*);
+template void interpose(const CMPIDateTime*);
+template void interpose(const CMPISelectExp*);
+template void interpose(const CMPISelectCond*);
+template void interpose(const CMPISubCond*);
+template void interpose(const CMPIPredicate*);
+template void interpose(const CMPIError*);
+template void interpose(const CMPIPropertyList*);
+template void interpose(const CMPIEnumerationFilter*);
 
 CMPIBroker interposed(const CMPIBroker& real) {
     // Brokers of one program share their tables but the first, which therefore is copied anew.

@@ -1,6 +1,5 @@
 #include "tests/support/TestBroker.h"
 
-#include "cimhost/operations/UpCalls.h"
 #include "cimhost/repository/CimError.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/PYLUtil.h"
@@ -22,23 +21,22 @@ cimhost::Class derived(const char* name, const char* superClass) {
 
 TestBroker::TestBroker(const Classes& classes) {
     for (const char* name : {"root/ktq", "root/other", "interop"}) {
-        auto& nameSpace = _repository.make(name);
+        auto& nameSpace = _call.repository.make(name);
         for (const auto& [className, superClass] : classes) {
             nameSpace.addClass(derived(className, superClass));
         }
     }
-    _host = std::make_unique<cimhost::Broker>(_repository, _log, cimhost::fillUpCalls);
-    _scope = std::make_unique<cimhost::CallScope>();
-    _host->setIndicationSink(&_indications);
-    _functions = *_host->handle()->bft;
+    cimhost::Broker& host = _call.realBroker;
+    host.setIndicationSink(&_indications);
+    _functions = *host.handle()->bft;
     _functions.getInstance = _upCall;
     _functions.enumerateInstances = _enumCall;
     _functions.invokeMethod = _methodCall;
-    _broker = *_host->handle();
+    _broker = *host.handle();
     _broker.bft = &_functions;
     cimhost::RequestContext request;
     request.nameSpace = "root/ktq";
-    _context = cimhost::makeContext(*_host, request);
+    _context = cimhost::makeContext(host, request);
     currentBroker = this;
     use(&_broker);
 }
@@ -91,7 +89,7 @@ CMPIEnumeration* TestBroker::_enumCall(const CMPIBroker* broker, const CMPIConte
             models.push_back(cimhost::modelOf(instance.toCMPI()));
         }
         *status = {CMPI_RC_OK, nullptr};
-        return cimhost::makeEnumeration(*currentBroker->_host, std::move(models));
+        return cimhost::makeEnumeration(currentBroker->_call.realBroker, std::move(models));
     } catch (const CmpiCpp::CmpiStatus& refusal) {
         *status = {refusal.rc(), broker->eft->newString(broker, refusal.what(), nullptr)};
         return nullptr;

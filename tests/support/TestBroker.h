@@ -1,14 +1,12 @@
 #pragma once
 
-#include "cimhost/objects/Broker.h"
-#include "cimhost/repository/Repository.h"
 #include "cmpicpp/CmpiArgs.h"
 #include "cmpicpp/CmpiContext.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiObjectPath.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -64,10 +62,6 @@ public:
                                  const std::string& key, const std::string& host) const;
 
 private:
-    struct SilentLog : cimhost::BrokerLog {
-        void write(Level, std::string_view, std::string_view) noexcept override {}
-    };
-
     struct Indications : cimhost::IndicationSink {
         explicit Indications(const TestBroker& owner) : broker(owner) {}
         void deliver(const cimhost::RequestContext&, std::string_view,
@@ -82,11 +76,8 @@ private:
     static CMPIData _methodCall(const CMPIBroker*, const CMPIContext*, const CMPIObjectPath*,
                                 const char*, const CMPIArgs*, CMPIArgs*, CMPIStatus*);
 
-    cimhost::Repository _repository;
-    SilentLog _log;
     Indications _indications{*this};
-    std::unique_ptr<cimhost::Broker> _host;
-    std::unique_ptr<cimhost::CallScope> _scope;
+    cimhost::BrokerCall _call;
     CMPIBrokerFT _functions;
     CMPIBroker _broker;
     const CMPIBroker* _used = nullptr;

@@ -6,6 +6,7 @@
 #include "cimhost/operations/Operations.h"
 #include "tests/cimhost/cimxml/Requests.h"
 #include "tests/cimhost/cimxml/TestProvider.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -37,15 +38,11 @@ protected:
     static Instance fan(std::string_view id);
 
 private:
-    class SilentLog : public BrokerLog {
-        void write(Level, std::string_view, std::string_view) noexcept override {}
-    };
-
 protected:
     Repository repository;
 
 private:
-    SilentLog _log;
+    CapturingLog _log;
     Broker _broker;
 
 protected:

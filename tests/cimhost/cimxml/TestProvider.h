@@ -1,9 +1,7 @@
 #pragma once
 
-#include "cimhost/modules/ModuleHost.h"
-#include "cimhost/objects/Broker.h"
 #include "cimhost/operations/Operations.h"
-#include "cimhost/repository/Instance.h"
+#include "tests/support/ScriptedProvider.h"
 
 #include <functional>
 #include <optional>
@@ -12,13 +10,13 @@
 
 namespace cimhost {
 
-/// A provider in this program whose doings tests read and change. Must outlive the module host.
+/// A scripted provider that keeps instances, and what it was asked. Must outlive the module host.
 class TestProvider {
 public:
-    explicit TestProvider(const Broker& broker) : _broker(broker) {}
+    explicit TestProvider(const Broker& broker);
 
     /// For ModuleHost::addStatic.
-    StaticModule module();
+    StaticModule module() { return _provider.module(); }
 
     std::vector<Instance> instances;       ///< what enumerations and look-ups find
     std::optional<std::size_t> failAfter;  ///< enumerations fail after that many instances
@@ -38,11 +36,14 @@ public:
     CMPIFlags flags = 0;
 
 private:
-    friend struct TestProviderTables;
+    CMPIStatus _fail() const;
+    void _remember(const test::ProviderCalled& called);
+    /// Every instance of the class through `deliver`, up to the failure that the test asked for.
+    CMPIStatus _walk(const test::ProviderCalled& called,
+                     const std::function<CMPIStatus(const Instance&)>& deliver);
+    CMPIStatus _invoke(const test::ProviderCalled& called);
 
-    const Broker& _broker;
-    CMPIInstanceMI _instanceMi{};
-    CMPIMethodMI _methodMi{};
+    test::ScriptedProvider _provider;
 };
 
 }  // namespace cimhost

@@ -2,7 +2,7 @@
 
 #include "cimhost/query/WqlParser.h"
 #include "tests/cimhost/indications/IndicationFixture.h"
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <gtest/gtest.h>
 

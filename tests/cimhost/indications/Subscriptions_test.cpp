@@ -6,7 +6,7 @@
 #include "cimhost/operations/UpCalls.h"
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/indications/IndicationFixture.h"
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

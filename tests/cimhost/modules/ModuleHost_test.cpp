@@ -81,7 +81,7 @@ protected:
         "A root/test Plain plainModule instance method\nB root/test Plain plainModule instance\n";
 
     Repository repository;
-    CapturedLog log;
+    CapturingLog log;
     Broker broker{repository, log, fillUpCalls};
     std::unique_ptr<cimhost::ModuleHost> host;
     std::unique_ptr<Operations> operations;

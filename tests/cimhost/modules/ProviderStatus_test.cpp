@@ -18,7 +18,7 @@ protected:
     }
 
     Repository repository;
-    CapturedLog log;
+    CapturingLog log;
     Broker broker{repository, log, fillUpCalls};
     CallScope scope;
 };

@@ -1,5 +1,5 @@
 #include "tests/cimhost/objects/AllocationFaults.h"
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <functional>
 

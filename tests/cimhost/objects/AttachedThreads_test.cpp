@@ -1,6 +1,6 @@
 #include "cimhost/objects/AttachedThreads.h"
 
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <thread>
 

@@ -1,7 +1,7 @@
 #include "cimhost/objects/Broker.h"
 
 #include "cimhost/operations/UpCalls.h"
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <thread>
 

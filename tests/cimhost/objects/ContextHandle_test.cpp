@@ -1,7 +1,7 @@
 #include "cimhost/objects/ContextHandle.h"
 
 #include "cimhost/repository/CimError.h"
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <set>
 

@@ -1,5 +1,5 @@
 #include "cimhost/repository/CimError.h"
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 namespace cimhost {
 namespace {

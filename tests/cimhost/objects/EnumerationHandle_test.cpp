@@ -1,6 +1,6 @@
 #include "cimhost/objects/EnumerationHandle.h"
 
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 namespace cimhost {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "cimhost/objects/Object.h"
 #include "cimhost/operations/UpCalls.h"
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <memory>
 #include <optional>

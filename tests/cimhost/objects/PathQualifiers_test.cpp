@@ -1,4 +1,4 @@
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 namespace cimhost {
 namespace {

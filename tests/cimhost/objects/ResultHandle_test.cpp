@@ -1,7 +1,7 @@
 #include "cimhost/objects/ResultHandle.h"
 
 #include "cimhost/repository/CimError.h"
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <optional>
 #include <thread>

@@ -1,7 +1,7 @@
 #include "cimhost/objects/SelectExpHandle.h"
 
 #include "cimhost/objects/SelectCondHandle.h"
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 namespace cimhost {
 namespace {

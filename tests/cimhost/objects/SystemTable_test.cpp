@@ -1,5 +1,5 @@
 #include "cimhost/objects/BrokerTables.h"
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
 
 #include <cerrno>
 #include <ctime>

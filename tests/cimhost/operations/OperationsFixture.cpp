@@ -2,7 +2,6 @@
 
 #include "cimhost/mof/MofReader.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace cimhost::test {
@@ -67,25 +66,6 @@ class __Namespace { [Key] string Name; };
 )";
 
 }  // namespace
-
-void CapturedLog::write(Level level, std::string_view source, std::string_view message) noexcept {
-    static constexpr const char* names[] = {"error", "warning", "information", "debug"};
-    const std::lock_guard lock(_mutex);
-    _lines.push_back(std::string(names[static_cast<int>(level)]) + " " + std::string(source) +
-                     ": " + std::string(message));
-}
-
-std::vector<std::string> CapturedLog::lines() const {
-    const std::lock_guard lock(_mutex);
-    return _lines;
-}
-
-std::size_t CapturedLog::countOf(std::string_view part) const {
-    const auto all = lines();
-    return static_cast<std::size_t>(std::count_if(
-        all.begin(), all.end(),
-        [part](const std::string& line) { return line.find(part) != std::string::npos; }));
-}
 
 void FoundInstances::deliver(const Instance& instance, const Class* definition,
                              const PropertySelection& selection) {
@@ -180,14 +160,7 @@ ScriptedProvider& OperationsTest::serve(const std::string& provider, const std::
 void OperationsTest::start() {
     _host = std::make_unique<ModuleHost>(broker, std::move(_registrations),
                                          std::vector<std::filesystem::path>{});
-    for (auto& [name, provider] : _providers) {
-        ScriptedProvider* const scripted = provider.get();
-        _host->addStatic(name + "Module",
-                         {[scripted](auto...) { return scripted->instanceMi(); },
-                          [scripted](auto...) { return scripted->associationMi(); },
-                          [scripted](auto...) { return scripted->methodMi(); },
-                          [scripted](auto...) { return scripted->indicationMi(); }});
-    }
+    for (auto& [name, provider] : _providers) _host->addStatic(name + "Module", provider->module());
     _operations = std::make_unique<Operations>(broker, *_host);
     broker.setOperations(_operations.get());
 }

@@ -4,32 +4,18 @@
 #include "cimhost/operations/Operations.h"
 #include "cimhost/operations/UpCalls.h"
 #include "cimhost/repository/CimError.h"
-#include "tests/cimhost/operations/ScriptedProvider.h"
+#include "tests/support/BrokerFixture.h"
+#include "tests/support/ScriptedProvider.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
 namespace cimhost::test {
-
-/// Keeps the lines that are written. Safe from several threads.
-class CapturedLog final : public BrokerLog {
-public:
-    void write(Level level, std::string_view source, std::string_view message) noexcept override;
-
-    /// As "error FanProvider: text".
-    std::vector<std::string> lines() const;
-    std::size_t countOf(std::string_view part) const;
-
-private:
-    mutable std::mutex _mutex;
-    std::vector<std::string> _lines;
-};
 
 struct FoundInstance {
     Instance instance;
@@ -98,7 +84,7 @@ protected:
     const CMPIBroker* handle() const { return broker.handle(); }
 
     Repository repository;
-    CapturedLog log;
+    CapturingLog log;
     Broker broker{repository, log, fillUpCalls};
 
 private:

@@ -41,7 +41,7 @@ protected:
     }
 
     test::RecordingSink _sink;
-    CMPIResult* const _result = cimhost::makeResult(_broker, _sink);
+    CMPIResult* const _result = cimhost::makeResult(realBroker, _sink);
     CMPIArgs* const _out = handle()->eft->newArgs(handle(), nullptr);
 };
 

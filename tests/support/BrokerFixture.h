@@ -18,7 +18,8 @@ inline bool operator==(const CMPIStatus& status, CMPIrc code) noexcept {
 
 namespace cimhost {
 
-class CapturingLog : public BrokerLog {
+/// Keeps the lines that are written. Safe from several threads.
+class CapturingLog final : public BrokerLog {
 public:
     struct Line {
         Level level;
@@ -35,6 +36,8 @@ public:
         const std::lock_guard lock(_mutex);
         return _lines;
     }
+    /// How many lines have this part, as "error FanProvider: text".
+    std::size_t countOf(std::string_view part) const;
 
 private:
     mutable std::mutex _mutex;
@@ -45,11 +48,17 @@ private:
 /// Test_Other.
 Repository testRepository();
 
-/// A broker over the test classes, within one call.
-class BrokerTest : public testing::Test {
-protected:
-    BrokerTest() : repository(testRepository()), realBroker(repository, log, fillUpCalls) {}
+/// A broker and the scope of one provider call: what a provider finds when it is called.
+struct BrokerCall {
+    Repository repository = testRepository();
+    CapturingLog log;
+    Broker realBroker{repository, log, fillUpCalls};
+    CallScope scope;
+};
 
+/// A broker over the test classes, within one call.
+class BrokerTest : public testing::Test, protected BrokerCall {
+protected:
     const CMPIBroker* broker() const { return realBroker.handle(); }
     const CMPIBrokerEncFT& eft() const { return *broker()->eft; }
     const CMPIBrokerMemFT& mft() const { return *broker()->mft; }
@@ -62,10 +71,6 @@ protected:
         return eft().newInstance(broker(), newPath(className), &status);
     }
 
-    Repository repository;
-    CapturingLog log;
-    Broker realBroker;
-    CallScope scope;
     CMPIStatus status{CMPI_RC_OK, nullptr};
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cimhost/modules/Module.h"
+#include "cimhost/modules/ModuleHost.h"
 #include "cimhost/objects/Broker.h"
 #include "cimhost/objects/Objects.h"
 
@@ -27,8 +27,11 @@ struct ProviderCalled {
 
 using Behaviour = std::function<CMPIStatus(const ProviderCalled&)>;
 
-/// A provider that does what a test says. A behaviour that is not set is a null slot when its MI is
-/// made. Behaviours are set before the first call and may be called from several threads.
+/// A provider behind the C interface that does what a test says. It knows nothing of the library's
+/// C++, as cimhost knows nothing of it: providers in C++ are EverythingProvider.
+///
+/// A behaviour that is not set is a null slot when its MI is made. Behaviours are set before the
+/// first call and may be called from several threads.
 class ScriptedProvider {
 public:
     explicit ScriptedProvider(const Broker& broker) : _broker(broker) {}
@@ -49,9 +52,9 @@ public:
     std::function<CMPIStatus(bool)> cleanUp;
 
     /// Where the slots deliver to and how statuses are made.
-    void deliver(const CMPIResult* result, Instance instance) const;
-    void deliver(const CMPIResult* result, ObjectPath path) const;
-    void deliver(const CMPIResult* result, const Value& value) const;
+    CMPIStatus deliver(const CMPIResult* result, Instance instance) const;
+    CMPIStatus deliver(const CMPIResult* result, ObjectPath path) const;
+    CMPIStatus deliver(const CMPIResult* result, const Value& value) const;
     CMPIStatus fail(int code, const char* message = nullptr) const;
     static CMPIStatus succeed() { return {CMPI_RC_OK, nullptr}; }
 
@@ -62,6 +65,9 @@ public:
     CMPIAssociationMI* associationMi();
     CMPIMethodMI* methodMi();
     CMPIIndicationMI* indicationMi();
+
+    /// All four, for ModuleHost::addStatic; good as long as the provider.
+    StaticModule module();
 
 private:
     const Broker& _broker;

@@ -1,4 +1,7 @@
-#include "tests/cimhost/objects/BrokerFixture.h"
+#include "tests/support/BrokerFixture.h"
+
+#include <algorithm>
+#include <array>
 
 namespace cimhost {
 
@@ -46,6 +49,15 @@ Class base() {
 }
 
 }  // namespace
+
+std::size_t CapturingLog::countOf(std::string_view part) const {
+    constexpr std::array names = {"error", "warning", "information", "debug"};
+    const auto all = lines();
+    return static_cast<std::size_t>(std::count_if(all.begin(), all.end(), [&](const Line& line) {
+        const std::string level = names.at(static_cast<std::size_t>(line.level));
+        return (level + " " + line.source + ": " + line.message).find(part) != std::string::npos;
+    }));
+}
 
 Repository testRepository() {
     Repository repository;
