@@ -1,6 +1,7 @@
 // Texts that are made to exhaust whoever reads them: each is read, or refused at a line and column.
 #include "cimhost/mof/MofReader.h"
 #include "tests/cimhost/mof/MofText.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,7 +10,6 @@ namespace cimhost {
 namespace {
 
 using test::MofText;
-using test::TemporaryFolder;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;

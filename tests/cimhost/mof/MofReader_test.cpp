@@ -2,13 +2,12 @@
 
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/mof/MofText.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 namespace cimhost {
 namespace {
-
-using test::TemporaryFolder;
 
 TEST(MofReader, ReadsTextsAndFilesIntoItsNamespace) {
     const TemporaryFolder folder;

@@ -1,9 +1,6 @@
 #include "tests/cimhost/mof/MofText.h"
 
-#include <cstdlib>
-#include <fstream>
 #include <stdexcept>
-#include <system_error>
 
 namespace cimhost::test {
 
@@ -72,24 +69,6 @@ std::vector<std::string> namesOf(const std::vector<const Class*>& classes) {
     std::vector<std::string> names;
     for (const Class* const each : classes) names.push_back(each->name);
     return names;
-}
-
-TemporaryFolder::TemporaryFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "mof-XXXXXX").string();
-    if (!mkdtemp(pattern.data())) throw std::system_error(errno, std::generic_category(), pattern);
-    _path = pattern;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(_path, ignored);
-}
-
-std::filesystem::path TemporaryFolder::write(const std::string& name, std::string_view text) const {
-    std::filesystem::path file = _path / name;
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << text;
-    return file;
 }
 
 }  // namespace cimhost::test

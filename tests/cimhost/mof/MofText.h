@@ -2,7 +2,6 @@
 
 #include "cimhost/mof/MofReader.h"
 
-#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,20 +38,5 @@ private:
 
 /// The names of classes, in their order.
 std::vector<std::string> namesOf(const std::vector<const Class*>& classes);
-
-/// A folder of its own that is gone with its owner.
-class TemporaryFolder {
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::filesystem::path& path() const { return _path; }
-    std::filesystem::path write(const std::string& name, std::string_view text) const;
-
-private:
-    std::filesystem::path _path;
-};
 
 }  // namespace cimhost::test

@@ -1,4 +1,4 @@
-#include "tests/cimhost/objects/AllocationFaults.h"
+#include "tests/support/Allocations.h"
 #include "tests/support/BrokerFixture.h"
 
 #include <functional>
@@ -22,11 +22,13 @@ protected:
     // Repeats the call with its first, second, ... allocation failing until none does.
     void failEachAllocation(const char* name, const Call& call) {
         int failures = 0;
-        for (int n = 0;; ++n) {
+        for (int n = 1;; ++n) {
             CMPIStatus outcome{CMPI_RC_OK, nullptr};
-            failAllocationAfter(n);
-            outcome = call(outcome);
-            if (!healAllocation()) {
+            {
+                const FailingAllocation failing(n, false);
+                outcome = call(outcome);
+            }
+            if (!allocationHasFailed()) {
                 EXPECT_EQ(outcome, CMPI_RC_OK) << name;
                 break;
             }

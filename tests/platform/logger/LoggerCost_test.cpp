@@ -2,7 +2,7 @@
 
 #include "platform/logger/CapturingSink.h"
 #include "platform/logger/Logger.h"
-#include "tests/platform/logger/AllocationCount.h"
+#include "tests/support/Allocations.h"
 
 #include <gtest/gtest.h>
 
