@@ -37,6 +37,8 @@ struct CapturedInstances : CmpiCpp::CmpiInstanceResult {
 /// Notes the type with each value, such as "delivered uint8 200" and "delivered Speed = uint8 200".
 class CapturedMethodResult : public CmpiCpp::CmpiMethodResult {
 public:
+    using Name = CmpiCpp::CmpiName;
+
     explicit CapturedMethodResult(Journal& events) : journal(events) {}
 
     void deliver(const CmpiCpp::CmpiData& value) override { _note("data", value.str()); }
@@ -55,49 +57,29 @@ public:
     void deliver(const std::string& value) override { _note("string", value); }
     void deliver(const CmpiCpp::CmpiObjectPath& value) override { _note("path", value.str()); }
 
-    void deliver(const CmpiCpp::CmpiName& name, const CmpiCpp::CmpiData& value) override {
+    void deliver(const Name& name, const CmpiCpp::CmpiData& value) override {
         _note(name, "data", value.str());
     }
-    void deliver(const CmpiCpp::CmpiName& name, unsigned char value) override {
-        _note(name, "uint8", value);
-    }
-    void deliver(const CmpiCpp::CmpiName& name, signed char value) override {
-        _note(name, "sint8", value);
-    }
-    void deliver(const CmpiCpp::CmpiName& name, unsigned short value) override {
-        _note(name, "uint16", value);
-    }
-    void deliver(const CmpiCpp::CmpiName& name, short value) override {
-        _note(name, "sint16", value);
-    }
-    void deliver(const CmpiCpp::CmpiName& name, unsigned int value) override {
-        _note(name, "uint32", value);
-    }
-    void deliver(const CmpiCpp::CmpiName& name, int value) override {
-        _note(name, "sint32", value);
-    }
-    void deliver(const CmpiCpp::CmpiName& name, unsigned long long value) override {
+    void deliver(const Name& name, unsigned char value) override { _note(name, "uint8", value); }
+    void deliver(const Name& name, signed char value) override { _note(name, "sint8", value); }
+    void deliver(const Name& name, unsigned short value) override { _note(name, "uint16", value); }
+    void deliver(const Name& name, short value) override { _note(name, "sint16", value); }
+    void deliver(const Name& name, unsigned int value) override { _note(name, "uint32", value); }
+    void deliver(const Name& name, int value) override { _note(name, "sint32", value); }
+    void deliver(const Name& name, unsigned long long value) override {
         _note(name, "uint64", value);
     }
-    void deliver(const CmpiCpp::CmpiName& name, long long value) override {
-        _note(name, "sint64", value);
-    }
-    void deliver(const CmpiCpp::CmpiName& name, float value) override {
-        _note(name, "real32", value);
-    }
-    void deliver(const CmpiCpp::CmpiName& name, double value) override {
-        _note(name, "real64", value);
-    }
-    void deliver(const CmpiCpp::CmpiName& name, bool value) override {
-        _note(name, "boolean", value);
-    }
-    void deliver(const CmpiCpp::CmpiName& name, const char* value) override {
+    void deliver(const Name& name, long long value) override { _note(name, "sint64", value); }
+    void deliver(const Name& name, float value) override { _note(name, "real32", value); }
+    void deliver(const Name& name, double value) override { _note(name, "real64", value); }
+    void deliver(const Name& name, bool value) override { _note(name, "boolean", value); }
+    void deliver(const Name& name, const char* value) override {
         _note(name, "text", value ? value : "NULL");
     }
-    void deliver(const CmpiCpp::CmpiName& name, const std::string& value) override {
+    void deliver(const Name& name, const std::string& value) override {
         _note(name, "string", value);
     }
-    void deliver(const CmpiCpp::CmpiName& name, const CmpiCpp::CmpiObjectPath& value) override {
+    void deliver(const Name& name, const CmpiCpp::CmpiObjectPath& value) override {
         _note(name, "path", value.str());
     }
 

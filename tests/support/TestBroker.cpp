@@ -5,6 +5,7 @@
 #include "common/PYLUtil.h"
 
 using CmpiCpp::CmpiObjectPath;
+using CmpiCpp::CmpiStatus;
 
 namespace {
 
@@ -15,6 +16,23 @@ cimhost::Class derived(const char* name, const char* superClass) {
     definition.name = name;
     definition.superClass = superClass;
     return definition;
+}
+
+CmpiObjectPath borrowed(const CMPIBroker* broker, const CMPIObjectPath* path) {
+    return CmpiObjectPath(CmpiCpp::CmpiHandle<CMPIObjectPath>::borrowed(broker, path));
+}
+
+/// What a test's function answers; a status that it throws is that of the up-call.
+template <typename Result>
+Result answer(const CMPIBroker* broker, CMPIStatus* status, const auto& body) {
+    try {
+        const Result result = body();
+        *status = {CMPI_RC_OK, nullptr};
+        return result;
+    } catch (const CmpiStatus& refusal) {
+        *status = {refusal.rc(), broker->eft->newString(broker, refusal.what(), nullptr)};
+        return Result{};
+    }
 }
 
 }  // namespace
@@ -61,61 +79,37 @@ void TestBroker::use(const CMPIBroker* broker) {
 
 CMPIInstance* TestBroker::_upCall(const CMPIBroker* broker, const CMPIContext*,
                                   const CMPIObjectPath* path, const char**, CMPIStatus* status) {
-    const auto refuse = [&](CMPIrc rc, const char* text) -> CMPIInstance* {
-        *status = {rc, broker->eft->newString(broker, text, nullptr)};
-        return nullptr;
-    };
-    if (!currentBroker->onGetInstance) return refuse(CMPI_RC_ERR_NOT_FOUND, "nobody serves it");
-    try {
-        const auto instance = currentBroker->onGetInstance(
-            CmpiObjectPath(CmpiCpp::CmpiHandle<CMPIObjectPath>::borrowed(broker, path)));
-        *status = {CMPI_RC_OK, nullptr};
-        return const_cast<CMPIInstance*>(instance.toCMPI());
-    } catch (const CmpiCpp::CmpiStatus& refusal) {
-        return refuse(refusal.rc(), refusal.what());
-    }
+    return answer<CMPIInstance*>(broker, status, [&] {
+        const auto& body = currentBroker->onGetInstance;
+        if (!body) throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "nobody serves it");
+        return const_cast<CMPIInstance*>(body(borrowed(broker, path)).toCMPI());
+    });
 }
 
 CMPIEnumeration* TestBroker::_enumCall(const CMPIBroker* broker, const CMPIContext*,
                                        const CMPIObjectPath* path, const char**,
                                        CMPIStatus* status) {
-    try {
-        if (!currentBroker->onEnumInstances) {
-            throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED, "nobody enumerates");
-        }
+    return answer<CMPIEnumeration*>(broker, status, [&] {
+        const auto& body = currentBroker->onEnumInstances;
+        if (!body) throw CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED, "nobody enumerates");
         std::vector<cimhost::Instance> models;
-        for (const auto& instance : currentBroker->onEnumInstances(
-                 CmpiObjectPath(CmpiCpp::CmpiHandle<CMPIObjectPath>::borrowed(broker, path)))) {
+        for (const auto& instance : body(borrowed(broker, path))) {
             models.push_back(cimhost::modelOf(instance.toCMPI()));
         }
-        *status = {CMPI_RC_OK, nullptr};
         return cimhost::makeEnumeration(currentBroker->_call.realBroker, std::move(models));
-    } catch (const CmpiCpp::CmpiStatus& refusal) {
-        *status = {refusal.rc(), broker->eft->newString(broker, refusal.what(), nullptr)};
-        return nullptr;
-    }
+    });
 }
 
 CMPIData TestBroker::_methodCall(const CMPIBroker* broker, const CMPIContext*,
                                  const CMPIObjectPath* path, const char* method, const CMPIArgs* in,
                                  CMPIArgs*, CMPIStatus* status) {
-    using CmpiCpp::CmpiHandle;
-    CMPIrc rc = CMPI_RC_ERR_METHOD_NOT_FOUND;
-    std::string text = "no such method";
-    try {
-        if (currentBroker->onInvokeMethod) {
-            currentBroker->onInvokeMethod(
-                CmpiObjectPath(CmpiHandle<CMPIObjectPath>::borrowed(broker, path)), method,
-                CmpiCpp::CmpiArgs(CmpiHandle<CMPIArgs>::borrowed(broker, in)));
-            *status = {CMPI_RC_OK, nullptr};
-            return {};
-        }
-    } catch (const CmpiCpp::CmpiStatus& refusal) {
-        rc = refusal.rc();
-        text = refusal.what();
-    }
-    *status = {rc, broker->eft->newString(broker, text.c_str(), nullptr)};
-    return {};
+    return answer<CMPIData>(broker, status, [&] {
+        const auto& body = currentBroker->onInvokeMethod;
+        if (!body) throw CmpiStatus(CMPI_RC_ERR_METHOD_NOT_FOUND, "no such method");
+        body(borrowed(broker, path), method,
+             CmpiCpp::CmpiArgs(CmpiCpp::CmpiHandle<CMPIArgs>::borrowed(broker, in)));
+        return CMPIData{};
+    });
 }
 
 CmpiObjectPath TestBroker::path(const char* className, const std::string& key) const {

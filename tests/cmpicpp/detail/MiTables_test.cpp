@@ -3,6 +3,7 @@
 #include "tests/cmpicpp/ModuleFixture.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,101 @@ public:
     CMPIBroker* getBroker() override { return nullptr; }
 };
 
-class MiTablesTest : public ModuleTest {};
+class MiTablesTest : public ModuleTest {
+protected:
+    struct Operation {
+        std::string name;
+        std::function<CMPIStatus()> call;
+        bool delivers = false;
+    };
+
+    std::vector<Operation> instanceOperations() {
+        auto* const mi = _instanceMi;
+        return {
+            {"enumInstanceNames",
+             [=, this] { return mi->ft->enumerateInstanceNames(mi, _context, _result, _path); },
+             true},
+            {"enumInstances",
+             [=, this] {
+                 return mi->ft->enumerateInstances(mi, _context, _result, _path, nullptr);
+             },
+             true},
+            {"getInstance",
+             [=, this] { return mi->ft->getInstance(mi, _context, _result, _path, nullptr); },
+             true},
+            {"createInstance",
+             [=, this] { return mi->ft->createInstance(mi, _context, _result, _path, _instance); },
+             true},
+            {"modifyInstance",
+             [=, this] {
+                 return mi->ft->modifyInstance(mi, _context, _result, _path, _instance, nullptr);
+             }},
+            {"deleteInstance",
+             [=, this] { return mi->ft->deleteInstance(mi, _context, _result, _path); }},
+            {"execQuery",
+             [=, this] { return mi->ft->execQuery(mi, _context, _result, _path, "q", "l"); }, true},
+        };
+    }
+
+    std::vector<Operation> otherOperations() {
+        auto* const a = _associationMi;
+        auto* const m = _methodMi;
+        auto* const i = _indicationMi;
+        return {
+            {"associators",
+             [=, this] {
+                 return a->ft->associators(a, _context, _result, _path, "A", nullptr, "r", nullptr,
+                                           nullptr);
+             },
+             true},
+            {"associatorNames",
+             [=, this] {
+                 return a->ft->associatorNames(a, _context, _result, _path, nullptr, "B", nullptr,
+                                               "s");
+             },
+             true},
+            {"references",
+             [=, this] {
+                 return a->ft->references(a, _context, _result, _path, nullptr, nullptr, nullptr);
+             },
+             true},
+            {"referenceNames",
+             [=, this] { return a->ft->referenceNames(a, _context, _result, _path, "A", "r"); },
+             true},
+            {"invokeMethod",
+             [=, this] {
+                 return m->ft->invokeMethod(m, _context, _result, _path, "Reset", _in, _out);
+             }},
+            {"authorizeFilter",
+             [=, this] {
+                 return i->ft->authorizeFilter(i, _context, nullptr, "C", _path, "owner");
+             }},
+            {"activateFilter",
+             [=, this] { return i->ft->activateFilter(i, _context, nullptr, "C", _path, 0x80); }},
+            {"deactivateFilter",
+             [=, this] { return i->ft->deActivateFilter(i, _context, nullptr, "C", _path, 0); }},
+            {"enableIndications", [=, this] { return i->ft->enableIndications(i, _context); }},
+            {"disableIndications", [=, this] { return i->ft->disableIndications(i, _context); }},
+        };
+    }
+
+    /// Every operation that reaches the provider object.
+    std::vector<Operation> operations() {
+        std::vector<Operation> all = instanceOperations();
+        for (Operation& operation : otherOperations()) all.push_back(std::move(operation));
+        return all;
+    }
+
+    /// Three paths and three instances for every operation that delivers.
+    void scriptDeliveries() {
+        for (const char* const id : {"1", "2", "3"}) {
+            CmpiObjectPath made = path();
+            made.addKey("DeviceID", id);
+            _script.paths.push_back(made);
+            _script.instances.push_back(makeCmpiInstance(broker(), made));
+        }
+    }
+};
 
 TEST_F(MiTablesTest, FillsItsTables) {
     createAll();
