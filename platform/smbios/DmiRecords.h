@@ -4,8 +4,8 @@
 #include <string>
 
 // The structures that the stack uses, decoded. A text or number that the firmware does not give is
-// empty or 0. The layouts are those of DSP0134, clause 7; the maker's own are in
-// docs/smbios-records.md.
+// empty or 0, and so is a text of nothing but blanks. The layouts are those of DSP0134, clause 7;
+// the maker's own are in docs/smbios-records.md.
 
 /// BIOS information (type 0).
 struct DmiBios {

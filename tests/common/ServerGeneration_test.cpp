@@ -281,10 +281,12 @@ TEST_F(ServerGeneration, LooksForTheServerSystemIdentifierAgainUntilItIsFound) {
         EXPECT_EQ(serverSystemId(), "");
         tableIs({identifier("")});
         EXPECT_EQ(serverSystemId(), "");
+        tableIs({identifier("   ")});
+        EXPECT_EQ(serverSystemId(), "");
         tableIs({identifier("late")});
         EXPECT_EQ(serverSystemId(), "late");
         EXPECT_EQ(serverSystemId(), "late");
-        EXPECT_EQ(lines(), (Lines{scanning, scanning, scanning, scanning, known}));
+        EXPECT_EQ(lines(), (Lines{scanning, scanning, scanning, scanning, scanning, known}));
     });
 }
 

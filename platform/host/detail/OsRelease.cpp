@@ -31,6 +31,6 @@ std::optional<std::string> osReleaseValue(std::string_view text, std::string_vie
             result = unquoted(withoutTrailingBlanks(line.substr(name.size() + 1)));
         }
     }
-    if (result && result->empty()) result.reset();
+    if (result && result->find_first_not_of(" \t\r") == std::string::npos) result.reset();
     return result;
 }

@@ -17,8 +17,11 @@ constexpr std::uint8_t serverProfileType = 0xdb;
 constexpr std::size_t signatureOffset = 0x04;
 constexpr std::string_view signature = "KTQ";
 
+/// Firmware fills a field that it has no value for with no text at all or with blanks.
 std::string text(const SmbiosRecord& record, std::size_t offset) {
-    return std::string(record.string(offset));
+    const std::string_view text = record.string(offset);
+    if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) return {};
+    return std::string(text);
 }
 
 using Uuid = std::array<std::uint8_t, 16>;

@@ -89,6 +89,34 @@ TEST(DmiRecords, LeaveOutEverythingThatAHeaderAloneDoesNotHave) {
     EXPECT_EQ(scanned->getDmiChassis()->type, 0);
 }
 
+TEST(DmiRecords, TakeATextOfBlanksForNone) {
+    const ScannedDump scanned(SmbiosImage(concatenated(
+        {structure(0, 0, {1, 2}, {"  ", "1.0"}),
+         structure(1, 1, concatenated({{1, 2, 0, 3}, countingUuid, {6, 4, 4}}),
+                   {" ", "Product", "   ", "\t \r\n"}),
+         structure(2, 2, {1, 1, 1, 1, 1}, {" "}), structure(3, 3, {1, 1, 1, 1, 1}, {" "}),
+         structure(0xd9, 4, {1, 2}, {"KTQ", "    "}),
+         structure(0xda, 5, {1, 1, 2, 2}, {"KTQ", "  "}),
+         structure(0xdb, 6, {1, 2, 2}, {"KTQ", " "}), endOfTable()})));
+    ASSERT_EQ(scanned.result(), 0);
+    EXPECT_EQ(scanned->getDmiBios()->vendor, "");
+    EXPECT_EQ(scanned->getDmiBios()->version, "1.0");
+    const DmiSystem& system = *scanned->getDmiSystem();
+    EXPECT_EQ(system.manufacturer + system.serialNumber + system.skuNumber + system.family, "");
+    EXPECT_EQ(system.productName, "Product");
+    const DmiBaseboard& baseboard = *scanned->getDmiBaseboard();
+    EXPECT_EQ(baseboard.manufacturer + baseboard.product + baseboard.version, "");
+    EXPECT_EQ(baseboard.serialNumber + baseboard.assetTag, "");
+    const DmiChassis& chassis = *scanned->getDmiChassis();
+    EXPECT_EQ(chassis.manufacturer + chassis.version, "");
+    EXPECT_EQ(chassis.serialNumber + chassis.assetTag, "");
+    EXPECT_EQ(scanned->getKTQServerSystemId()->identifier, "");
+    const KTQEnclosure& enclosure = *scanned->getKTQEnclosure();
+    EXPECT_EQ(enclosure.enclosureName + enclosure.rackName, "");
+    const KTQServerProfile& profile = *scanned->getKTQServerProfile();
+    EXPECT_EQ(profile.virtualSerialNumber + profile.solutionName, "");
+}
+
 TEST(DmiRecords, OrderTheUuidByTheVersionOfTheTable) {
     const std::string littleEndian = "33221100-5544-7766-8899-aabbccddeeff";
     const std::string asItStands = "00112233-4455-6677-8899-aabbccddeeff";

@@ -2,6 +2,7 @@
 
 #include "platform/smbios/SmBios.h"
 #include "tests/common/QuietResults.h"
+#include "tests/platform/smbios/SmbiosImage.h"
 #include "tests/support/FreshProcess.h"
 
 #include <gtest/gtest.h>
@@ -54,6 +55,22 @@ TEST_F(ServerFactsTest, AreOpenWhereTheFirmwareTellsNothing) {
         EXPECT_EQ(facts.chassisAssetTag, std::nullopt);
         EXPECT_EQ(facts.chassisType, std::nullopt);
         EXPECT_FALSE(facts.agentlessOnly);
+    });
+}
+
+TEST_F(ServerFactsTest, AreOpenWhereTheFirmwareTellsBlanks) {
+    SmBios::setSource(std::make_shared<SmbiosMemory>(
+        SmbiosImage(concatenated({structure(1, 1, {1, 1, 1, 1}, {" "}),
+                                  structure(3, 3, {1, 0x17, 1, 2, 1}, {"  ", " \t"}),
+                                  structure(0xd9, 4, {1, 2}, {"KTQ", "   "}), endOfTable()}))
+            .dump()));
+    inFreshProcess([&] {
+        const auto facts = readServerFacts(log);
+        EXPECT_EQ(facts.chassisType, 0x17);
+        EXPECT_EQ(facts.chassisManufacturer, std::nullopt);
+        EXPECT_EQ(facts.chassisSerialNumber, std::nullopt);
+        EXPECT_EQ(facts.chassisAssetTag, std::nullopt);
+        EXPECT_EQ(facts.serverSystemId, std::nullopt);
     });
 }
 

@@ -43,4 +43,9 @@ TEST_F(OsRelease, PassesOverOtherLines) {
     EXPECT_EQ(versionIn("VERSION_ID='\n"), "(absent)");
 }
 
+TEST_F(OsRelease, TakesAValueOfBlanksForNone) {
+    EXPECT_EQ(versionIn("VERSION_ID=\"  \"\n"), "(absent)");
+    EXPECT_EQ(versionIn("VERSION_ID=' \t'\n"), "(absent)");
+}
+
 }  // namespace
