@@ -1,5 +1,7 @@
 // The facts about the server's kind that PYLUtil reads from SMBIOS.
 
+#include "common/ServerGeneration.h"
+
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
 
@@ -46,15 +48,6 @@ const DmiBios* biosOf(const SmBios& smbios, Logger& log) {
     return bios;
 }
 
-/// By the firmware's marker, else by the maker's name and the product's.
-bool namesAgentlessOnly(const SmBios& smbios, Logger& log) {
-    const auto* bios = biosOf(smbios, log);
-    if (bios && bios->newerGeneration != 0) return true;
-    const auto* system = systemOf(smbios, log);
-    return system && isMadeByKT(system->manufacturer) &&
-           upperCase(system->productName).find("WAVEK") != std::string::npos;
-}
-
 bool scanned(SmBios& smbios, Logger& log) {
     if (smbios.scan() == 0) return true;
     log.warn("Could not find SMBios, ensure root permission");
@@ -62,6 +55,14 @@ bool scanned(SmBios& smbios, Logger& log) {
 }
 
 }  // namespace
+
+bool isAgentlessOnly(const SmBios& firmware, Logger& log) {
+    const auto* bios = biosOf(firmware, log);
+    if (bios && bios->newerGeneration != 0) return true;
+    const auto* system = systemOf(firmware, log);
+    return system && isMadeByKT(system->manufacturer) &&
+           upperCase(system->productName).find("WAVEK") != std::string::npos;
+}
 
 constinit std::atomic<const std::string*> PYLUtil::_serverSystemId{nullptr};
 constinit std::atomic<std::uint8_t> PYLUtil::smBios_scanned{0};
@@ -104,7 +105,7 @@ bool PYLUtil::isAgentlessOnlyServer(Logger& log) {
 
     SmBios smbios(log);
     if (!scanned(smbios, log)) return false;
-    const bool answer = namesAgentlessOnly(smbios, log);
+    const bool answer = isAgentlessOnly(smbios, log);
     // The flag comes last: a caller that sees it set must see the answer too.
     isWaveKorNewer.store(answer ? 1 : 0, std::memory_order_relaxed);
     smBios_scanned.store(1, std::memory_order_release);

@@ -1,9 +1,40 @@
 #pragma once
 
-#include "platform/host/BladeMRADataObject.h"
-#include "platform/host/MRAStatus.h"
+#include "platform/host/HostFacts.h"
 #include "platform/logger/Logger.h"
 #include "pylcommon_export.h"
+
+#include <string>
+#include <utility>
+
+/// The enclosure of one server, as its data source read it.
+///
+/// Each getter with a status fills its argument and answers MRA_STATUS_SUCCESS, or leaves the
+/// argument alone and answers MRA_STATUS_DATA_NOT_AVAILABLE. Before the first fill the server is no
+/// blade and all data are absent. The getters may be called from several threads at once, but not
+/// beside setFacts().
+class PYL_EXPORT BladeMRADataObject {
+public:
+    /// Data objects of every kind are made with a logger; this one has nothing to log.
+    explicit BladeMRADataObject(const Logger&) {}
+
+    /// Whether the server is a blade in an enclosure.
+    bool isBlade() const noexcept { return _facts.isBlade; }
+    /// Whether the server is one of the SL line: it shares an enclosure's power and cooling, but
+    /// its events concern that server alone.
+    bool isSLServer() const noexcept { return _facts.isSLServer; }
+    MRAStatusEnum getEnclosureName(std::string& name) const {
+        return giveFact(_facts.enclosureName, name);
+    }
+    MRAStatusEnum getRackName(std::string& name) const { return giveFact(_facts.rackName, name); }
+    MRAStatusEnum getRackUUID(std::string& uuid) const { return giveFact(_facts.rackUuid, uuid); }
+
+    /// For data sources: replaces everything that is known.
+    void setFacts(HostFacts facts) { _facts = std::move(facts); }
+
+private:
+    HostFacts _facts;
+};
 
 /// A source of enclosure data. A source belongs to one thread at a time.
 class PYL_EXPORT BladeMRA {

@@ -87,6 +87,12 @@ void setIdentifyingInfo(CmpiInstance& instance, const ServerFacts& facts) {
     instance.setProperty("IdentifyingDescriptions", descriptions);
 }
 
+/// "Debian GNU/Linux 12", or without a version where none is known.
+std::optional<std::string> operatingSystem(const ServerFacts& facts) {
+    if (!facts.osName || !facts.osVersion) return facts.osName;
+    return *facts.osName + " " + *facts.osVersion;
+}
+
 std::string hexText(std::uint16_t number) {
     char text[5];
     std::snprintf(text, sizeof text, "%04x", static_cast<unsigned int>(number));
@@ -119,14 +125,14 @@ CmpiInstance ComputerSystemInstance::getInstance() {
     instance.setProperty("RequestedState", notApplicable);
     instance.setProperty("Dedicated", arrayOf(CMPI_uint16, {notDedicated}));
     setIdentifyingInfo(instance, *_facts);
-    setKnown(instance, "Description", _facts->model);
+    setKnown(instance, "Description", _facts->productName);
     setKnown(instance, "Manufacturer", _facts->manufacturer);
-    setKnown(instance, "Model", _facts->model);
+    setKnown(instance, "Model", _facts->productName);
     setKnown(instance, "SerialNumber", _facts->serialNumber);
     setKnown(instance, "UUID", _facts->uuid);
     setKnown(instance, "BIOSVendor", _facts->biosVendor);
     setKnown(instance, "BIOSVersion", _facts->biosVersion);
-    setKnown(instance, "OperatingSystem", _facts->operatingSystem);
+    setKnown(instance, "OperatingSystem", operatingSystem(*_facts));
     setKnown(instance, "ServerSystemID", _facts->serverSystemId);
     instance.setProperty("AgentlessOnly", _facts->agentlessOnly);
     return instance;
@@ -145,7 +151,7 @@ CmpiInstance ChassisInstance::getInstance() {
     instance.setProperty("Caption", "Server chassis");
     setKnown(instance, "Manufacturer",
              _facts->chassisManufacturer ? _facts->chassisManufacturer : _facts->manufacturer);
-    setKnown(instance, "Model", _facts->model);
+    setKnown(instance, "Model", _facts->productName);
     setKnown(instance, "PartNumber", _facts->productId);
     setKnown(instance, "SerialNumber",
              _facts->chassisSerialNumber ? _facts->chassisSerialNumber : _facts->serialNumber);

@@ -47,19 +47,18 @@ const Lines everything{"OSType uint16 36",
                        "RackUUID string \"rack-uuid\"",
                        "ImpactedDomain uint16 3"};
 
-using Facts = ComputerSystemFacts;
 constexpr struct {
-    std::optional<std::string> Facts::*fact;
+    std::optional<std::string> HostFacts::*fact;
     const char* property;
-} texts[] = {{&Facts::osVersion, "OSVersion"},
-             {&Facts::biosVersion, "SystemFirmwareVersion"},
-             {&Facts::serialNumber, "SystemSerialNumber"},
-             {&Facts::virtualSerialNumber, "SystemVirtualSerialNumber"},
-             {&Facts::productId, "SystemProductID"},
-             {&Facts::productName, "SystemModel"},
-             {&Facts::uuid, "SystemGUID"},
-             {&Facts::virtualUuid, "SystemVirtualUUID"},
-             {&Facts::solutionName, "SolutionProductModel"}};
+} texts[] = {{&HostFacts::osVersion, "OSVersion"},
+             {&HostFacts::biosVersion, "SystemFirmwareVersion"},
+             {&HostFacts::serialNumber, "SystemSerialNumber"},
+             {&HostFacts::virtualSerialNumber, "SystemVirtualSerialNumber"},
+             {&HostFacts::productId, "SystemProductID"},
+             {&HostFacts::productName, "SystemModel"},
+             {&HostFacts::uuid, "SystemGUID"},
+             {&HostFacts::virtualUuid, "SystemVirtualUUID"},
+             {&HostFacts::solutionName, "SolutionProductModel"}};
 
 TEST_F(ServerData, AreToldInTheirOrder) {
     everythingIsKnown();
@@ -97,7 +96,7 @@ TEST_F(ServerData, AreSentEmptyUnlessTheServerNeedNotHaveThem) {
     everythingIsKnown();
     for (const auto& text : texts) (*sources.computerSystem).*text.fact = "";
     sources.computerSystem->osType.reset();
-    sources.blade->enclosureName = sources.blade->rackName = sources.blade->rackUUID = "";
+    sources.blade->enclosureName = sources.blade->rackName = sources.blade->rackUuid = "";
     EXPECT_EQ(told(), (Lines{"OSVersion string \"\"", "SystemFirmwareVersion string[] {\"\"}",
                              "SystemSerialNumber string \"\"", "SystemProductID string \"\"",
                              "SystemModel string \"\"", "SystemGUID string \"\"",
@@ -157,7 +156,7 @@ TEST_F(ServerData, AreMissedWithALineForEachSource) {
 
 TEST_F(ServerData, TellNothingOfAnEnclosureThatTheServerIsNoBladeOf) {
     everythingIsKnown();
-    sources.computerSystem = ComputerSystemFacts();
+    sources.computerSystem = HostFacts();
     for (const bool isSLServer : {false, true}) {
         sources.blade->isBlade = false;
         sources.blade->isSLServer = isSLServer;
@@ -168,7 +167,7 @@ TEST_F(ServerData, TellNothingOfAnEnclosureThatTheServerIsNoBladeOf) {
 
 TEST_F(ServerData, ConcernTheServerAloneOnServersOfTheSLLine) {
     everythingIsKnown();
-    sources.computerSystem = ComputerSystemFacts();
+    sources.computerSystem = HostFacts();
     sources.blade->isSLServer = true;
     EXPECT_EQ(told(), (Lines{"EnclosureName string \"enc\"", "RackName string \"rack\"",
                              "RackUUID string \"rack-uuid\"", "ImpactedDomain uint16 4"}));
@@ -176,9 +175,9 @@ TEST_F(ServerData, ConcernTheServerAloneOnServersOfTheSLLine) {
 
 TEST_F(ServerData, LeaveOutWhatTheEnclosureDoesNotTell) {
     for (const auto fact :
-         {&BladeFacts::enclosureName, &BladeFacts::rackName, &BladeFacts::rackUUID}) {
+         {&HostFacts::enclosureName, &HostFacts::rackName, &HostFacts::rackUuid}) {
         everythingIsKnown();
-        sources.computerSystem = ComputerSystemFacts();
+        sources.computerSystem = HostFacts();
         ((*sources.blade).*fact).reset();
         EXPECT_EQ(told().size(), 3U);
         EXPECT_EQ(told().back(), "ImpactedDomain uint16 3");

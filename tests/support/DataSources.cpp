@@ -1,7 +1,6 @@
 #include "tests/support/DataSources.h"
 
-#include "platform/host/HostBladeMRA.h"
-#include "platform/host/HostComputerSystemMRA.h"
+#include "platform/host/HostSource.h"
 
 #include <memory>
 
@@ -76,19 +75,19 @@ void DataSources::everythingIsKnown() {
     enclosure.isBlade = true;
     enclosure.enclosureName = "enc";
     enclosure.rackName = "rack";
-    enclosure.rackUUID = "rack-uuid";
+    enclosure.rackUuid = "rack-uuid";
 }
 
 // These two take the place of the library's.
 ComputerSystemMRA* computerSystemMRAFactory(Logger& log) noexcept try {
-    if (!currentSources) return new HostComputerSystemMRA(log);
+    if (!currentSources) return new HostSource(log);
     return currentSources->hasComputerSystem ? new TestComputerSystem : nullptr;
 } catch (const std::bad_alloc&) {
     return nullptr;
 }
 
 BladeMRA* BladeMRAFactory(Logger& log) noexcept try {
-    if (!currentSources) return new HostBladeMRA(log);
+    if (!currentSources) return new HostSource(log);
     return currentSources->hasBlade ? new TestBlade : nullptr;
 } catch (const std::bad_alloc&) {
     return nullptr;

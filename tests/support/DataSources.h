@@ -19,8 +19,8 @@ public:
     bool hasBlade = true;
 
     /// What the source reads; nullopt makes the read fail.
-    std::optional<ComputerSystemFacts> computerSystem;
-    std::optional<BladeFacts> blade;
+    std::optional<HostFacts> computerSystem;
+    std::optional<HostFacts> blade;
 
     /// Both are there and read: a blade that tells all of itself and of its enclosure.
     void everythingIsKnown();

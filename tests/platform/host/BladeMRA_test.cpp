@@ -1,6 +1,6 @@
 #include "platform/host/BladeMRA.h"
 
-#include "platform/host/HostBladeMRA.h"
+#include "platform/host/HostSource.h"
 #include "tests/platform/smbios/SmbiosImage.h"
 
 #include <gmock/gmock.h>
@@ -28,7 +28,7 @@ struct Blade : testing::Test {
         SmBios::setSource(std::make_shared<SmbiosMemory>(Bytes()));
     }
 
-    MRAStatusEnum fill() { return HostBladeMRA(log).getEnclosureData(data); }
+    MRAStatusEnum fill() { return HostSource(log).getEnclosureData(data); }
 
     /// What a getter fills in, or "(absent)" when it answers so and leaves its argument alone.
     std::string get(Getter getter) const {

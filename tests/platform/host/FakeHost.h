@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/host/HostComputerSystemMRA.h"
+#include "platform/host/HostSource.h"
 #include "platform/logger/CapturingSink.h"
 #include "platform/logger/Logger.h"
 #include "platform/smbios/SmBios.h"
@@ -39,7 +39,7 @@ protected:
     }
 
     MRAStatusEnum fill(unsigned selector = ComputerSystemMRA::systemData) {
-        return HostComputerSystemMRA(_log, HostFiles(_root.string())).getFirstData(selector, _data);
+        return HostSource(_log, HostFiles(_root.string())).getFirstData(selector, _data);
     }
 
     using Getter = MRAStatusEnum (ComputerSystemMRADataObject::*)(std::string&) const;

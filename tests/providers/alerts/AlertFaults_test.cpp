@@ -168,26 +168,25 @@ constexpr std::uint8_t execute = 0x42;
 constexpr std::uint8_t read = 0x43;
 constexpr std::uint8_t end = 0x44;
 
-using Server = ComputerSystemFacts;
 constexpr struct {
-    std::optional<std::string> Server::*fact;
+    std::optional<std::string> HostFacts::*fact;
     const char* property;
-} serverFacts[] = {{&Server::osVersion, "OSVersion"},
-                   {&Server::biosVersion, "SystemFirmwareVersion"},
-                   {&Server::serialNumber, "SystemSerialNumber"},
-                   {&Server::virtualSerialNumber, "SystemVirtualSerialNumber"},
-                   {&Server::productId, "SystemProductID"},
-                   {&Server::productName, "SystemModel"},
-                   {&Server::uuid, "SystemGUID"},
-                   {&Server::virtualUuid, "SystemVirtualUUID"},
-                   {&Server::solutionName, "SolutionProductModel"}};
+} serverFacts[] = {{&HostFacts::osVersion, "OSVersion"},
+                   {&HostFacts::biosVersion, "SystemFirmwareVersion"},
+                   {&HostFacts::serialNumber, "SystemSerialNumber"},
+                   {&HostFacts::virtualSerialNumber, "SystemVirtualSerialNumber"},
+                   {&HostFacts::productId, "SystemProductID"},
+                   {&HostFacts::productName, "SystemModel"},
+                   {&HostFacts::uuid, "SystemGUID"},
+                   {&HostFacts::virtualUuid, "SystemVirtualUUID"},
+                   {&HostFacts::solutionName, "SolutionProductModel"}};
 
 constexpr struct {
-    std::optional<std::string> BladeFacts::*fact;
+    std::optional<std::string> HostFacts::*fact;
     const char* property;
-} bladeFacts[] = {{&BladeFacts::enclosureName, "EnclosureName"},
-                  {&BladeFacts::rackName, "RackName"},
-                  {&BladeFacts::rackUUID, "RackUUID"}};
+} bladeFacts[] = {{&HostFacts::enclosureName, "EnclosureName"},
+                  {&HostFacts::rackName, "RackName"},
+                  {&HostFacts::rackUuid, "RackUUID"}};
 
 TEST_F(AlertFaults, LeaveOutOneByOneWhatTheServerDoesNotTell) {
     for (const auto& [fact, property] : serverFacts) {

@@ -12,13 +12,14 @@ struct ServerInstancesTest : BaseServerFixture {
     static std::shared_ptr<const ServerFacts> allFacts() {
         ServerFacts facts;
         facts.manufacturer = "KT";
-        facts.model = "Wave \"K\"";
+        facts.productName = "Wave \"K\"";
         facts.serialNumber = "SN1";
         facts.uuid = "uuid-1";
         facts.productId = "P1";
         facts.biosVendor = "BV";
         facts.biosVersion = "1.2";
-        facts.operatingSystem = "Linux 6";
+        facts.osName = "Linux";
+        facts.osVersion = "6";
         facts.serverSystemId = "ID-1";
         facts.agentlessOnly = true;
         facts.chassisManufacturer = "KT chassis";
@@ -70,6 +71,16 @@ TEST_F(ServerInstancesTest, LeaveOutWhatIsNotKnownOfTheComputerSystem) {
     }
     EXPECT_EQ(property(instance, "AgentlessOnly"), "boolean false");
     EXPECT_EQ(property(instance, "Name"), "string \"server-1\"");
+}
+
+TEST_F(ServerInstancesTest, NameAnOperatingSystemOfUnknownVersion) {
+    auto facts = std::make_shared<ServerFacts>();
+    facts->osVersion = "6";
+    EXPECT_EQ(property(ComputerSystemInstance(facts).getInstance(), "OperatingSystem"), "absent");
+    facts->osName = "Linux";
+    facts->osVersion.reset();
+    EXPECT_EQ(property(ComputerSystemInstance(facts).getInstance(), "OperatingSystem"),
+              "string \"Linux\"");
 }
 
 TEST_F(ServerInstancesTest, ListOnlyTheIdentifiersThatAreKnown) {

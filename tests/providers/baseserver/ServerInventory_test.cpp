@@ -4,8 +4,10 @@
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
+#include "tests/platform/smbios/SmbiosImage.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
 #include "tests/support/Allocations.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <mutex>
@@ -142,9 +144,9 @@ TEST_F(ServerInventoryTest, ReplacesAFunctionThatChanged) {
 }
 
 TEST_F(ServerInventoryTest, ReplacesTheServerWhenItsFactsChange) {
-    facts.model = "old";
+    facts.productName = "old";
     inventory.refresh();
-    facts.model = "new";
+    facts.productName = "new";
     inventory.refresh();
     EXPECT_EQ(systemProperty("Model"), "string \"old\"");
     now += seconds(60);
@@ -207,7 +209,7 @@ TEST_F(ServerInventoryTest, ReadsAgainAtOnceAfterAReadThatFailed) {
 /// Two machines that differ in everything that can differ.
 struct ServerInventoryMemory : ServerInventoryTest {
     void machineIs(int number) {
-        facts.model = "model " + std::to_string(number);
+        facts.productName = "model " + std::to_string(number);
         functions = {function(0, 2, 0), function(0, 3, number)};
         functions[0].driver = "driver " + std::to_string(number);
     }
@@ -256,7 +258,7 @@ TEST_F(ServerInventoryTest, IsRefreshedAndAskedFromSeveralThreadsAtOnce) {
                            {[&](Logger&) {
                                 const std::lock_guard lock(mutex);
                                 ServerFacts changing;
-                                changing.model = std::to_string(++turn);
+                                changing.productName = std::to_string(++turn);
                                 return changing;
                             },
                             [&] {
@@ -293,6 +295,60 @@ TEST_F(ServerInventoryTest, IsRefreshedAndAskedFromSeveralThreadsAtOnce) {
     for (auto& thread : threads) thread.join();
     EXPECT_EQ(reported(shared, "PYL_ComputerSystem").size(), 1U);
     EXPECT_EQ(reported(shared, "PYL_PCIDevice").size(), 2U);
+}
+
+/// The tables that the kernel exports, and how often their file is opened.
+class CountedTables : public SmbiosKernelTables {
+public:
+    using SmbiosKernelTables::SmbiosKernelTables;
+    Bytes table(std::uint64_t address, std::size_t length) const override {
+        ++opened;
+        return SmbiosKernelTables::table(address, length);
+    }
+    mutable int opened = 0;
+};
+
+/// An inventory that reads the firmware's tables itself.
+struct FirmwareInventoryTest : ServerInventoryTest {
+    FirmwareInventoryTest() { SmBios::setSource(tables); }
+    ~FirmwareInventoryTest() override { SmBios::setSource(nullptr); }
+
+    void firmwareIs(const std::string& machine) const {
+        const Bytes dump = readDump(machine);
+        const std::string bytes(dump.begin(), dump.end());
+        folder.write("smbios_entry_point", bytes.substr(0, SmbiosImage::tableOffset));
+        folder.write("DMI", bytes.substr(SmbiosImage::tableOffset));
+    }
+    /// After a refresh that reads everything again.
+    std::string systemNow(const char* name) {
+        ofFirmware.refreshNow();
+        const auto path = PYL::PYLUtil::getComputerSystemPath();
+        return property(ofFirmware.collection().getManagedInstance(path)->getInstance(), name);
+    }
+
+    cimhost::TemporaryFolder folder;
+    std::shared_ptr<CountedTables> tables = std::make_shared<CountedTables>(folder.path());
+    ServerInventory ofFirmware{log, {.pciFunctions = [] { return std::vector<PciFunction>(); }}};
+};
+
+TEST_F(FirmwareInventoryTest, OpensTheTableOnceForEachRefresh) {
+    for (const auto* machine : {"empty", "wavek", "wavek"}) {
+        firmwareIs(machine);
+        tables->opened = 0;
+        ofFirmware.refreshNow();
+        EXPECT_EQ(tables->opened, 1) << machine;
+    }
+}
+
+TEST_F(FirmwareInventoryTest, SeesATableThatChangedSinceTheLastRefresh) {
+    firmwareIs("wavek");
+    EXPECT_EQ(systemNow("Model"), "string \"Server WaveK 400\"");
+    EXPECT_EQ(systemNow("ServerSystemID"), "string \"KTQ-K-0002\"");
+    EXPECT_EQ(systemNow("AgentlessOnly"), "boolean true");
+    firmwareIs("wavej");
+    EXPECT_EQ(systemNow("Model"), "string \"Server Wave 300 J\"");
+    EXPECT_EQ(systemNow("ServerSystemID"), "string \"KTQ-J-0001\"");
+    EXPECT_EQ(systemNow("AgentlessOnly"), "boolean false");
 }
 
 }  // namespace
