@@ -1,11 +1,8 @@
 #!/usr/bin/env python3
-"""Writes SMBIOS dump files, in the form of dmidecode --dump-bin, into a directory.
+"""Writes SMBIOS dump files, in the form of dmidecode --dump-bin, into a directory."""
 
-usage: make_dumps.py DIRECTORY
-"""
-
+import argparse
 import struct
-import sys
 import uuid
 from pathlib import Path
 
@@ -146,9 +143,9 @@ DUMPS = {
 
 
 def main():
-    if len(sys.argv) != 2:
-        sys.exit(__doc__)
-    directory = Path(sys.argv[1])
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("directory", type=Path)
+    directory = parser.parse_args().directory
     directory.mkdir(parents=True, exist_ok=True)
     for name, data in DUMPS.items():
         (directory / f"{name}.bin").write_bytes(data)

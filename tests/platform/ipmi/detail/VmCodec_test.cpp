@@ -6,7 +6,13 @@
 
 namespace {
 
-using namespace ipmi;
+using ipmi::commandMark;
+using ipmi::decodeResponse;
+using ipmi::encodeRequest;
+using ipmi::escapeMark;
+using ipmi::messageMark;
+using ipmi::parseWay;
+using ipmi::VmFrames;
 using Bytes = std::vector<std::uint8_t>;
 
 /// The frames in a stream, each with its kind.

@@ -19,7 +19,11 @@
 
 namespace {
 
-using namespace ipmi;
+using ipmi::commandMark;
+using ipmi::escapeMark;
+using ipmi::messageMark;
+using ipmi::openVmSocket;
+using ipmi::vmGreeting;
 using Bytes = std::vector<std::uint8_t>;
 
 /// Accepts one client and does with it what the test says.
