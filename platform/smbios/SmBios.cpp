@@ -38,13 +38,6 @@ ProcessSource& processSource() noexcept {
     return source;
 }
 
-template <typename Decoder>
-auto decode(const SmbiosRecord* record, const Decoder& decoder)
-    -> std::optional<decltype(decoder(*record))> {
-    if (!record) return std::nullopt;
-    return decoder(*record);
-}
-
 template <typename Record>
 const Record* pointerTo(const std::optional<Record>& record) noexcept {
     return record ? &*record : nullptr;
@@ -53,28 +46,16 @@ const Record* pointerTo(const std::optional<Record>& record) noexcept {
 }  // namespace
 
 struct SmBios::Records {
-    explicit Records(SmbiosTable scanned)
-        : table(std::move(scanned)),
-          bios(decode(table.findType(0), [this](auto& bytes) { return decodeBios(table, bytes); })),
-          system(decode(table.findType(1),
-                        [this](auto& bytes) { return decodeSystem(table, bytes); })),
-          baseboard(decode(table.findType(2), decodeBaseboard)),
-          chassis(decode(table.findType(3), decodeChassis)),
-          serverSystemId(decode(findServerSystemIdRecord(table), decodeServerSystemId)),
-          enclosure(decode(findEnclosureRecord(table),
-                           [this](auto& bytes) { return decodeEnclosure(table, bytes); })),
-          serverProfile(decode(findServerProfileRecord(table),
-                               [this](auto& bytes) { return decodeServerProfile(table, bytes); })) {
-    }
+    explicit Records(SmbiosTable scanned) : table(std::move(scanned)) {}
 
     SmbiosTable table;
-    std::optional<DmiBios> bios;
-    std::optional<DmiSystem> system;
-    std::optional<DmiBaseboard> baseboard;
-    std::optional<DmiChassis> chassis;
-    std::optional<KTQServerSystemId> serverSystemId;
-    std::optional<KTQEnclosure> enclosure;
-    std::optional<KTQServerProfile> serverProfile;
+    std::optional<DmiBios> bios = decodeBios(table);
+    std::optional<DmiSystem> system = decodeSystem(table);
+    std::optional<DmiBaseboard> baseboard = decodeBaseboard(table);
+    std::optional<DmiChassis> chassis = decodeChassis(table);
+    std::optional<KTQServerSystemId> serverSystemId = decodeServerSystemId(table);
+    std::optional<KTQEnclosure> enclosure = decodeEnclosure(table);
+    std::optional<KTQServerProfile> serverProfile = decodeServerProfile(table);
 };
 
 SmBios::SmBios(const Logger& log) : SmBios(log, processSource().get()) {}

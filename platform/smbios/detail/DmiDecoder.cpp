@@ -56,6 +56,7 @@ std::string decodeUuid(const SmbiosTable& table, const SmbiosRecord& record) {
     return uuidText(uuid);
 }
 
+/// The maker's structure: the first one of its type that carries the maker's signature.
 const SmbiosRecord* findSigned(const SmbiosTable& table, std::uint8_t type) noexcept {
     const auto found = std::ranges::find_if(table.records(), [type](const SmbiosRecord& record) {
         return record.type() == type && record.string(signatureOffset) == signature;
@@ -65,11 +66,13 @@ const SmbiosRecord* findSigned(const SmbiosTable& table, std::uint8_t type) noex
 
 }  // namespace
 
-DmiBios decodeBios(const SmbiosTable& table, const SmbiosRecord& record) {
-    DmiBios bios{.vendor = text(record, 0x04),
-                 .version = text(record, 0x05),
-                 .releaseDate = text(record, 0x08),
-                 .characteristics = record.quadWord(0x0a).value_or(0)};
+std::optional<DmiBios> decodeBios(const SmbiosTable& table) {
+    const SmbiosRecord* const record = table.findType(0);
+    if (!record) return std::nullopt;
+    DmiBios bios{.vendor = text(*record, 0x04),
+                 .version = text(*record, 0x05),
+                 .releaseDate = text(*record, 0x08),
+                 .characteristics = record->quadWord(0x0a).value_or(0)};
     if (const SmbiosRecord* const firmware = findSigned(table, firmwareType)) {
         // The upper characteristics bits are free for each maker of systems (DSP0134,
         // clause 7.1.1).
@@ -79,63 +82,63 @@ DmiBios decodeBios(const SmbiosTable& table, const SmbiosRecord& record) {
     return bios;
 }
 
-DmiSystem decodeSystem(const SmbiosTable& table, const SmbiosRecord& record) {
-    return {.manufacturer = text(record, 0x04),
-            .productName = text(record, 0x05),
-            .version = text(record, 0x06),
-            .serialNumber = text(record, 0x07),
-            .uuid = decodeUuid(table, record),
-            .wakeUpType = record.byte(0x18).value_or(0),
-            .skuNumber = text(record, 0x19),
-            .family = text(record, 0x1a)};
+std::optional<DmiSystem> decodeSystem(const SmbiosTable& table) {
+    const SmbiosRecord* const record = table.findType(1);
+    if (!record) return std::nullopt;
+    return DmiSystem{.manufacturer = text(*record, 0x04),
+                     .productName = text(*record, 0x05),
+                     .version = text(*record, 0x06),
+                     .serialNumber = text(*record, 0x07),
+                     .uuid = decodeUuid(table, *record),
+                     .wakeUpType = record->byte(0x18).value_or(0),
+                     .skuNumber = text(*record, 0x19),
+                     .family = text(*record, 0x1a)};
 }
 
-DmiBaseboard decodeBaseboard(const SmbiosRecord& record) {
-    return {.manufacturer = text(record, 0x04),
-            .product = text(record, 0x05),
-            .version = text(record, 0x06),
-            .serialNumber = text(record, 0x07),
-            .assetTag = text(record, 0x08)};
+std::optional<DmiBaseboard> decodeBaseboard(const SmbiosTable& table) {
+    const SmbiosRecord* const record = table.findType(2);
+    if (!record) return std::nullopt;
+    return DmiBaseboard{.manufacturer = text(*record, 0x04),
+                        .product = text(*record, 0x05),
+                        .version = text(*record, 0x06),
+                        .serialNumber = text(*record, 0x07),
+                        .assetTag = text(*record, 0x08)};
 }
 
-DmiChassis decodeChassis(const SmbiosRecord& record) {
+std::optional<DmiChassis> decodeChassis(const SmbiosTable& table) {
+    const SmbiosRecord* const record = table.findType(3);
+    if (!record) return std::nullopt;
     // The topmost bit of the type tells whether the chassis has a lock.
-    return {.manufacturer = text(record, 0x04),
-            .type = static_cast<std::uint8_t>(record.byte(0x05).value_or(0) & 0x7f),
-            .version = text(record, 0x06),
-            .serialNumber = text(record, 0x07),
-            .assetTag = text(record, 0x08)};
+    return DmiChassis{.manufacturer = text(*record, 0x04),
+                      .type = static_cast<std::uint8_t>(record->byte(0x05).value_or(0) & 0x7f),
+                      .version = text(*record, 0x06),
+                      .serialNumber = text(*record, 0x07),
+                      .assetTag = text(*record, 0x08)};
 }
 
-KTQServerSystemId decodeServerSystemId(const SmbiosRecord& record) {
-    return {.identifier = text(record, 0x05)};
+std::optional<KTQServerSystemId> decodeServerSystemId(const SmbiosTable& table) {
+    const SmbiosRecord* const record = findSigned(table, serverSystemIdType);
+    if (!record) return std::nullopt;
+    return KTQServerSystemId{.identifier = text(*record, 0x05)};
 }
 
-KTQEnclosure decodeEnclosure(const SmbiosTable& table, const SmbiosRecord& record) {
+std::optional<KTQEnclosure> decodeEnclosure(const SmbiosTable& table) {
     constexpr unsigned bladeFlag = 0x01;
     constexpr unsigned slServerFlag = 0x02;
-    const unsigned flags = record.byte(0x05).value_or(0);
-    return {.isBlade = (flags & bladeFlag) != 0,
-            .isSLServer = (flags & slServerFlag) != 0,
-            .enclosureName = text(record, 0x06),
-            .rackName = text(record, 0x07),
-            .rackUuid = decodeUuid(table, record)};
+    const SmbiosRecord* const record = findSigned(table, enclosureType);
+    if (!record) return std::nullopt;
+    const unsigned flags = record->byte(0x05).value_or(0);
+    return KTQEnclosure{.isBlade = (flags & bladeFlag) != 0,
+                        .isSLServer = (flags & slServerFlag) != 0,
+                        .enclosureName = text(*record, 0x06),
+                        .rackName = text(*record, 0x07),
+                        .rackUuid = decodeUuid(table, *record)};
 }
 
-KTQServerProfile decodeServerProfile(const SmbiosTable& table, const SmbiosRecord& record) {
-    return {.virtualSerialNumber = text(record, 0x05),
-            .virtualUuid = decodeUuid(table, record),
-            .solutionName = text(record, 0x06)};
-}
-
-const SmbiosRecord* findServerSystemIdRecord(const SmbiosTable& table) noexcept {
-    return findSigned(table, serverSystemIdType);
-}
-
-const SmbiosRecord* findEnclosureRecord(const SmbiosTable& table) noexcept {
-    return findSigned(table, enclosureType);
-}
-
-const SmbiosRecord* findServerProfileRecord(const SmbiosTable& table) noexcept {
-    return findSigned(table, serverProfileType);
+std::optional<KTQServerProfile> decodeServerProfile(const SmbiosTable& table) {
+    const SmbiosRecord* const record = findSigned(table, serverProfileType);
+    if (!record) return std::nullopt;
+    return KTQServerProfile{.virtualSerialNumber = text(*record, 0x05),
+                            .virtualUuid = decodeUuid(table, *record),
+                            .solutionName = text(*record, 0x06)};
 }
