@@ -91,7 +91,9 @@ void forEachFarEnd(CmpiManagedInstance& instance, AssociationKinds& kinds, Local
         instance,
         [&](CmpiManagedInstanceAssociation& association) {
             const auto farEnd = association.getAssociatedPath(request.path());
-            if (!farEnd.empty() && inNameSpaceOf(association, request)) visit(farEnd);
+            // The namespace first, as in involves(): so an association that cannot tell its path
+            // ends every operation, and not just those that ask for it before the far end.
+            if (inNameSpaceOf(association, request) && !farEnd.empty()) visit(farEnd);
         },
         [&](CmpiManagedInstanceMultiAssociation& multi) {
             for (const auto& farEnd : multi.getAssociatedPaths(request.path())) {

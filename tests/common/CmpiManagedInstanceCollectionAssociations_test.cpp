@@ -321,6 +321,33 @@ TEST_F(AssociationsTest, AsksTheAssociationBeforeItsNamespaceOrAfter) {
     EXPECT_EQ(asked, (Lines{"getPath l", "getAssociatedPath l", "getPath l"}));
 }
 
+TEST_F(AssociationsTest, ComparesTheNamespaceOfAnAssociationThatLeadsNowhereToo) {
+    Lines asked;
+    calls.onCall = [&](const std::string& call) { asked.push_back(call); };
+    associators(thing("c"));
+    associatorNames(thing("c"));
+    EXPECT_EQ(asked,
+              (Lines{"getAssociatedPath l", "getPath l", "getAssociatedPath l", "getPath l"}));
+}
+
+TEST_F(AssociationsTest, FailsInEveryOperationForAnAssociationThatCannotTellItsPath) {
+    for (const auto* source : {"a", "c"}) {
+        for (const auto& failure : allFailures()) {
+            calls.onCall = [&](const std::string& call) {
+                if (call == "getPath l") failure.raise();
+            };
+            EXPECT_EQ(outcomeOf([&] { associators(thing(source)); }), failure.name);
+            EXPECT_EQ(outcomeOf([&] { associatorNames(thing(source)); }), failure.name);
+            EXPECT_EQ(outcomeOf([&] { references(thing(source)); }), failure.name);
+            EXPECT_EQ(outcomeOf([&] { referenceNames(thing(source)); }), failure.name);
+            EXPECT_EQ(journal.take(), (Lines{"locked error: associators() exception:",
+                                             "locked error: associatorNames() exception:",
+                                             "locked error: references exception:",
+                                             "locked error: referenceNames exception:"}));
+        }
+    }
+}
+
 TEST_F(AssociationsTest, IgnoresInstancesThatAreNoAssociations) {
     collection.deleteInstance(linkPath("l"));
     Lines asked;
