@@ -4,6 +4,14 @@
 
 namespace PYL {
 
+CmpiManagedInstance::CmpiManagedInstance(const CmpiManagedInstance& other)
+    : _visible(other.visible()) {}
+
+CmpiManagedInstance& CmpiManagedInstance::operator=(const CmpiManagedInstance& other) {
+    setVisible(other.visible());
+    return *this;
+}
+
 CmpiManagedInstance::~CmpiManagedInstance() = default;
 
 void CmpiManagedInstance::invokeMethod(const CmpiCpp::CmpiName&, const CmpiCpp::CmpiArgs&,

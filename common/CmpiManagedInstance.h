@@ -16,12 +16,10 @@ namespace PYL {
 ///
 /// A CmpiManagedInstanceCollection owns it and calls it under its lock, so no operation may call
 /// back into that collection. A hidden instance is reported by nothing and goes at the next
-/// clean-up.
+/// clean-up. A copy made by a derived class is as visible as the original and belongs to its maker.
 class PYL_EXPORT CmpiManagedInstance {
 public:
     CmpiManagedInstance() = default;
-    CmpiManagedInstance(const CmpiManagedInstance&) = delete;
-    CmpiManagedInstance& operator=(const CmpiManagedInstance&) = delete;
     virtual ~CmpiManagedInstance();
 
     /// The full path: namespace, class, keys, and the local host name as PYLUtil gives it.
@@ -44,6 +42,9 @@ public:
     void setVisible(bool visible) { _visible.store(visible, std::memory_order_release); }
 
 protected:
+    CmpiManagedInstance(const CmpiManagedInstance& other);
+    CmpiManagedInstance& operator=(const CmpiManagedInstance& other);
+
     std::atomic<bool> _visible{true};
 };
 

@@ -1,6 +1,7 @@
 #include "common/CmpiManagedInstance.h"
 
 #include "cmpicpp/CmpiStatus.h"
+#include "common/CmpiManagedInstanceCollection.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/VirtualTable.h"
@@ -8,12 +9,15 @@
 
 #include <gtest/gtest.h>
 
+#include <concepts>
 #include <type_traits>
+#include <vector>
 
 namespace {
 
 using PYL::CmpiManagedInstance;
 using PYL::CmpiManagedInstanceAssociation;
+using PYL::CmpiManagedInstanceCollection;
 using PYL::CmpiManagedInstanceMultiAssociation;
 
 static_assert(std::has_virtual_destructor_v<CmpiManagedInstance>);
@@ -28,6 +32,35 @@ static_assert(
 static_assert(
     !std::is_base_of_v<CmpiManagedInstanceMultiAssociation, CmpiManagedInstanceAssociation>);
 
+/// An instance with a value of its own.
+template <typename Base>
+struct Numbered : Base {
+    int number = 0;
+    CmpiCpp::CmpiObjectPath getPath() override { return {}; }
+    CmpiCpp::CmpiInstance getInstance() override { return {}; }
+    CmpiCpp::CmpiName getClassName() override { return "PYL_Thing"; }
+};
+
+struct NumberedLink : Numbered<CmpiManagedInstanceAssociation> {
+    CmpiCpp::CmpiObjectPath getAssociatedPath(const CmpiCpp::CmpiObjectPath&) override {
+        return {};
+    }
+};
+
+struct NumberedMultiLink : Numbered<CmpiManagedInstanceMultiAssociation> {
+    std::vector<CmpiCpp::CmpiObjectPath> getAssociatedPaths(
+        const CmpiCpp::CmpiObjectPath&) override {
+        return {};
+    }
+};
+
+// A provider may copy its instances; a collection owns its own and is not copied.
+static_assert(std::copyable<Numbered<CmpiManagedInstance>>);
+static_assert(std::copyable<NumberedLink>);
+static_assert(std::copyable<NumberedMultiLink>);
+static_assert(!std::is_copy_constructible_v<CmpiManagedInstanceCollection>);
+static_assert(!std::is_copy_assignable_v<CmpiManagedInstanceCollection>);
+
 struct CmpiManagedInstanceTest : testing::Test {
     TestBroker host;
     Calls calls;
@@ -41,6 +74,19 @@ TEST_F(CmpiManagedInstanceTest, IsVisibleUntilItIsHidden) {
     EXPECT_FALSE(constant.visible());
     thing.setVisible(true);
     EXPECT_TRUE(constant.visible());
+}
+
+TEST(CmpiManagedInstanceCopy, IsAsVisibleAsTheOriginalAndThenStandsAlone) {
+    Numbered<CmpiManagedInstance> original;
+    original.number = 7;
+    original.setVisible(false);
+    auto copy = original;
+    EXPECT_FALSE(copy.visible());
+    EXPECT_EQ(copy.number, 7);
+    original.setVisible(true);
+    EXPECT_FALSE(copy.visible());
+    copy = original;
+    EXPECT_TRUE(copy.visible());
 }
 
 TEST_F(CmpiManagedInstanceTest, KnowsNoMethodUnlessOneIsWritten) {
