@@ -22,6 +22,9 @@ class PYL_EXPORT CmpiObjectPath {
 public:
     /// The empty path.
     CmpiObjectPath() noexcept = default;
+    /// An empty path too, which names the broker that there is no path from.
+    explicit CmpiObjectPath(const CmpiBroker& broker) noexcept
+        : _handle(CmpiHandle<CMPIObjectPath>::borrowed(broker.toCMPI(), nullptr)) {}
     explicit CmpiObjectPath(CmpiHandle<CMPIObjectPath> handle) noexcept
         : _handle(std::move(handle)) {}
 

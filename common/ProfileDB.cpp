@@ -8,6 +8,7 @@
 
 namespace PYL {
 
+using CmpiCpp::CmpiBroker;
 using CmpiCpp::CmpiObjectPath;
 
 PRPDBRec::PRPDBRec(int id, int regOrgId, const std::string& otherRegOrg, const std::string& regName,
@@ -60,9 +61,9 @@ CmpiObjectPath ProfileDB::getECTPpath(int regOrgId, const std::string& otherRegO
     const auto found = std::ranges::find_if(_records, [&](const PRPDBRec& record) {
         return record._is(regOrgId, otherRegOrg, regName, regVersion);
     });
-    if (found == _records.end()) return {};
-    auto path = CmpiCpp::makeCmpiObjectPath(CmpiCpp::CmpiBroker(PYLUtil::getBroker()), PRPNameSpace,
-                                            PRPRegisteredClassName);
+    const CmpiBroker broker(PYLUtil::getBroker());
+    if (found == _records.end()) return CmpiObjectPath(broker);
+    auto path = CmpiCpp::makeCmpiObjectPath(broker, PRPNameSpace, PRPRegisteredClassName);
     path.setHost(CmpiCpp::CmpiName(PYLUtil::getHostName()));
     path.addKey("InstanceID", "KTQ:" + std::to_string(found->_Id));
     return path;
@@ -73,8 +74,8 @@ CmpiObjectPath ProfileDB::getScopedPathToComputerSystem() const {
 }
 
 CmpiObjectPath ProfileDB::getScopedPathToFCHBAComputerSystem() {
-    auto path = CmpiCpp::makeCmpiObjectPath(CmpiCpp::CmpiBroker(PYLUtil::getBroker()),
-                                            BaseServerNameSpace, ScopedFCHBACentralClassName);
+    auto path = CmpiCpp::makeCmpiObjectPath(CmpiBroker(PYLUtil::getBroker()), BaseServerNameSpace,
+                                            ScopedFCHBACentralClassName);
     path.setHost(CmpiCpp::CmpiName(PYLUtil::getHostName()));
     path.addKey("CreationClassName", ScopedFCHBACentralClassName);
     path.addKey("Name", PYLUtil::getSystemUUID(_log));

@@ -119,9 +119,9 @@ public:
     /// CMPI_RC_ERR_INVALID_PARAMETER) when there is none, and `record` stays as it is.
     int getRecord(unsigned int recordNumber, PRPDBRec& record) const;
 
-    /// The path of the registered profile, or the empty path when there is none. Names compare
-    /// exactly. An empty version matches all: the first that was added counts. Throws what the
-    /// broker answers when it cannot make the path.
+    /// The path of the registered profile, or an empty path of the broker when there is none. Names
+    /// compare exactly. An empty version matches all: the first that was added counts. Throws what
+    /// the broker answers when it cannot make the path.
     CmpiCpp::CmpiObjectPath getECTPpath(int regOrgId, const std::string& otherRegOrg,
                                         const std::string& regName,
                                         const std::string& regVersion) const;

@@ -83,6 +83,16 @@ TEST_F(CmpiObjectPathTest, EmptyPathsReadAsNothing) {
     EXPECT_EQ(codeOf([&] { none.getKeyAt(0); }), CMPI_RC_ERR_NO_SUCH_PROPERTY);
 }
 
+TEST_F(CmpiObjectPathTest, EmptyPathsMayNameTheirBroker) {
+    const CmpiObjectPath none(broker());
+    EXPECT_TRUE(none.empty());
+    EXPECT_EQ(none.broker(), broker().toCMPI());
+    EXPECT_EQ(CmpiObjectPath(none).broker(), broker().toCMPI());
+    EXPECT_EQ(none, CmpiObjectPath());
+    EXPECT_EQ(none.str(), "");
+    EXPECT_EQ(none.toCMPI(), nullptr);
+}
+
 TEST_F(CmpiObjectPathTest, EmptyPathsCannotBeChanged) {
     CmpiObjectPath none;
     EXPECT_EQ(codeOf([&] { none.setHost("h"); }), CMPI_RC_ERR_INVALID_HANDLE);

@@ -223,6 +223,16 @@ TEST_F(ProfileDBTest, ComparesEverythingExactly) {
     }
 }
 
+TEST_F(ProfileDBTest, AnswersAMissWithAnEmptyPathOfTheBroker) {
+    const auto missed = profiles.getECTPpath(2, "", "Fan", "");
+    EXPECT_TRUE(missed.empty());
+    EXPECT_EQ(missed.broker(), host.broker().toCMPI());
+    EXPECT_TRUE(missed.getNameSpace().empty());
+    EXPECT_TRUE(missed.getClassName().empty());
+    EXPECT_TRUE(missed.getHost().empty());
+    EXPECT_EQ(missed.getKeyCount(), 0U);
+}
+
 TEST_F(ProfileDBTest, FindsTheFirstOfSeveralVersionsWhenNoneIsGiven) {
     profiles.make(record(3, "Fan"));
     profiles.make(record(2, "Fan"));
