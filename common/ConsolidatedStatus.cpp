@@ -48,9 +48,9 @@ CmpiArgs makeArguments(const CMPIBroker* broker) {
     return CmpiArgs(CmpiHandle<CMPIArgs>::fresh(broker, broker->eft->newArgs(broker, nullptr)));
 }
 
-/// Throws the CmpiStatus of the broker and of the method.
-void invokePostStatus(const CmpiContext& ctx, const CmpiInstance& instance,
-                      operationalStatus status) {
+/// What the method answers. Throws the CmpiStatus of what fails before it is called.
+CMPIStatus invokePostStatus(const CmpiContext& ctx, const CmpiInstance& instance,
+                            operationalStatus status) {
     const auto* const broker = PYLUtil::getBroker();
     const auto path = CmpiCpp::makeCmpiObjectPath(CmpiBroker(broker), BaseServerNameSpace,
                                                   ScopedCentralClassName);
@@ -61,7 +61,7 @@ void invokePostStatus(const CmpiContext& ctx, const CmpiInstance& instance,
     CMPIStatus rc{};
     broker->bft->invokeMethod(broker, ctx.toCMPI(), path.toCMPI(), "PostStatus", in.toCMPI(), out,
                               &rc);
-    CmpiCpp::check(rc);
+    return rc;
 }
 
 }  // namespace
@@ -73,12 +73,14 @@ void PYLUtil::postStatus(Logger& log, const CmpiContext& ctx, const CmpiInstance
     }
     const auto status = readStatusIfPresent(instance, log);
     if (!status) return;
+    // Nobody waits for the post: the group's own provider must not fail for it.
     try {
-        invokePostStatus(ctx, instance, *status);
-    } catch (const CmpiStatus& failure) {
-        // Nobody waits for the post: the group's own provider must not fail for it.
+        const auto rc = invokePostStatus(ctx, instance, *status);
+        if (rc.rc == CMPI_RC_OK) return;
         log.info("ignoring exception thrown in invokeMethod() upcall in PYLUtil::postStatus(): %s",
-                 failure.str());
+                 CmpiStatus(rc).str());
+    } catch (const CmpiStatus& failure) {
+        log.error("the post could not be prepared in PYLUtil::postStatus(): %s", failure.str());
     }
 }
 

@@ -198,16 +198,30 @@ TEST_F(PostStatusFaults, OfEverySlotAreThrownOrLogged) {
 }
 
 TEST_F(PostStatusFaults, OfTheInvocationAreALineInTheLog) {
-    for (const auto* slot : {"CMPIBrokerEncFT.newObjectPath", "CMPIBrokerEncFT.newArgs",
-                             "CMPIArgsFT.addArg", "CMPIBrokerFT.invokeMethod"}) {
+    faulty.failCall("CMPIBrokerFT.invokeMethod", 1, FaultyBroker::Fault::status,
+                    CMPI_RC_ERR_NOT_FOUND);
+    EXPECT_EQ(run(), "none");
+    const auto lines = taken();
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_TRUE(
+        lines[0].starts_with("information: ignoring exception thrown in "
+                             "invokeMethod() upcall in PYLUtil::postStatus(): "
+                             "CMPI_RC_ERR_NOT_FOUND (6)"))
+        << lines[0];
+}
+
+TEST_F(PostStatusFaults, OfThePreparationAreALineThatDoesNotBlameTheInvocation) {
+    for (const auto* slot :
+         {"CMPIBrokerEncFT.newObjectPath", "CMPIBrokerEncFT.newArgs", "CMPIArgsFT.addArg"}) {
         faulty.failCall(slot, 1, FaultyBroker::Fault::status);
         EXPECT_EQ(run(), "none");
         const auto lines = taken();
         ASSERT_EQ(lines.size(), 1U) << slot;
         EXPECT_TRUE(
-            lines[0].starts_with("information: ignoring exception thrown in "
-                                 "invokeMethod() upcall in PYLUtil::postStatus(): "))
+            lines[0].starts_with("error: the post could not be prepared in "
+                                 "PYLUtil::postStatus(): CMPI_RC_ERR_"))
             << lines[0];
+        EXPECT_EQ(faulty.calls("CMPIBrokerFT.invokeMethod"), 0U) << slot;
     }
 }
 
