@@ -6,12 +6,15 @@
 
 #include <array>
 #include <charconv>
+#include <optional>
 #include <utility>
 
 namespace PYL {
 
 using CmpiCpp::CmpiContext;
+using CmpiCpp::CmpiData;
 using CmpiCpp::CmpiInstance;
+using CmpiCpp::CmpiStatus;
 
 namespace {
 
@@ -27,14 +30,29 @@ std::string textOf(float value) {
     return {text.data(), end.ptr};
 }
 
+/// The endpoint's property where it has one of this type; an endpoint is another provider's, and
+/// what is wrong with one is not to cost the others.
+std::optional<CmpiData> givenAs(CMPIType type, const CmpiInstance& endpoint, const char* name) {
+    try {
+        const auto data = endpoint.getProperty(name);
+        if (data.getType() == type && !data.isArray() && !data.isNull()) return data;
+    } catch (const CmpiStatus& status) {
+        if (status.rc() != CMPI_RC_ERR_NOT_FOUND) throw;
+    }
+    return std::nullopt;
+}
+
 /// The address of an IP endpoint, appended where the endpoint has one of a known kind.
 void appendAddress(std::vector<std::string>& addresses, const CmpiInstance& endpoint) {
     // The value map of CIM_IPProtocolEndpoint.ProtocolIFType (CIM schema 2.x).
     constexpr unsigned ipv4 = 4096;
     constexpr unsigned ipv6 = 4097;
-    const auto kind = endpoint.getProperty("ProtocolIFType").asUint64();
-    if (kind == ipv4) addresses.push_back(endpoint.getProperty("IPv4Address").asString());
-    if (kind == ipv6) addresses.push_back(endpoint.getProperty("IPv6Address").asString());
+    const auto kind = givenAs(CMPI_uint16, endpoint, "ProtocolIFType");
+    if (!kind || (kind->asUint64() != ipv4 && kind->asUint64() != ipv6)) return;
+    const auto* const name = kind->asUint64() == ipv4 ? "IPv4Address" : "IPv6Address";
+    if (const auto address = givenAs(CMPI_string, endpoint, name)) {
+        addresses.push_back(address->asString());
+    }
 }
 
 }  // namespace

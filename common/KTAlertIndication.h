@@ -50,8 +50,8 @@ public:
     void setTemperatureVariables(float caution, float fatal);
 
     /// Appends the addresses of all IP endpoints that the object manager knows, in its order, by an
-    /// up-call. Throws the CmpiStatus of the up-call, or of an endpoint that does not tell its kind
-    /// or its address; nothing is appended then.
+    /// up-call. An endpoint without a kind (uint16) or without its address (string) is passed over.
+    /// Throws the CmpiStatus of the object manager; nothing is appended then.
     void setNetworkIPAddress(const CmpiCpp::CmpiContext& ctx);
 
     /// Forwards the event, if it is one of those that the enclosure's management module wants, by

@@ -222,15 +222,30 @@ TEST_F(Addresses, AreAppendedWithEachCall) {
     EXPECT_EQ(property("NetworkAddresses"), "string[] {\"10.0.0.1\", \"10.0.0.1\"}");
 }
 
-TEST_F(Addresses, ThatCannotBeReadAreAnErrorAndAddNothing) {
+TEST_F(Addresses, ThatAnEndpointDoesNotHaveCostNoOther) {
     endpointIs(4096, "10.0.0.1", std::nullopt);
     endpointIs(4096, std::nullopt, std::nullopt);
-    EXPECT_TRUE(outcome().starts_with("status 6 ")) << outcome();
-    EXPECT_EQ(property("NetworkAddresses"), "");
-    endpoints.pop_back();
+    endpointIs(4097, "10.0.0.2", std::nullopt);
+    endpointIs(std::nullopt, "10.0.0.3", std::nullopt);
+    endpointIs(4096, "10.0.0.4", std::nullopt);
+    endpoints.back().setProperty("IPv4Address", CmpiCpp::CmpiValue::null(CMPI_string));
+    endpointIs(4096, "10.0.0.5", std::nullopt);
+    endpoints.back().setProperty("ProtocolIFType", CmpiCpp::CmpiValue::null(CMPI_uint16));
+    endpointIs(4097, std::nullopt, "fe80::1");
+    ASSERT_EQ(outcome(), "none");
+    EXPECT_EQ(property("NetworkAddresses"), "string[] {\"10.0.0.1\", \"fe80::1\"}");
+}
+
+TEST_F(Addresses, AreTakenOnlyFromPropertiesOfTheirType) {
+    endpointIs(std::nullopt, "10.0.0.1", std::nullopt);
+    endpoints.back().setProperty("ProtocolIFType", 4096U);
     endpointIs(std::nullopt, "10.0.0.2", std::nullopt);
-    EXPECT_TRUE(outcome().starts_with("status 6 ")) << outcome();
-    EXPECT_EQ(property("NetworkAddresses"), "");
+    endpoints.back().setProperty("ProtocolIFType", "4096");
+    endpointIs(4096, std::nullopt, std::nullopt);
+    endpoints.back().setProperty("IPv4Address", 167772163U);
+    endpointIs(4096, "10.0.0.4", std::nullopt);
+    ASSERT_EQ(outcome(), "none");
+    EXPECT_EQ(property("NetworkAddresses"), "string[] {\"10.0.0.4\"}");
 }
 
 TEST_F(Addresses, ThatNobodyServesAreAnError) {
