@@ -119,6 +119,8 @@ void DataStoreTxt::_finishRewrite() {
     PYL::StoreRewrite copy(_filename);
     if (copy.restore()) {
         _log.warn("%s was restored after an interrupted removal", _filename);
+    } else if (errno == EWOULDBLOCK) {
+        _log.info("%s is being rewritten by a removal that is running", _filename);
     } else if (errno != ENOENT) {
         _log.error("%s cannot be restored after an interrupted removal: %s", _filename,
                    std::strerror(errno));

@@ -73,9 +73,10 @@ PYL_EXPORT void setDataStoreLogger(const Logger& log);
 /// another length damages what stands behind it. Values that are updated are to have one length
 /// (flags, numbers with leading zeros). docs/data-store.md says exactly what can be lost, and how.
 ///
-/// Every operation reads the file afresh, so what other processes wrote is seen; nothing
-/// coordinates them. Threads: one store may be used from several; exists() alone does not wait for
-/// the others. A failing write is a line in the log and otherwise reported as success.
+/// Every operation reads the file afresh, so what other processes wrote is seen; nothing but the
+/// copy that a removal keeps is locked against them. Threads: one store may be used from several;
+/// exists() alone does not wait for the others. A failing write is a line in the log and otherwise
+/// reported as success.
 class PYL_EXPORT DataStoreTxt : public PYL::DataStore {
 public:
     explicit DataStoreTxt(const std::string& name);

@@ -1,6 +1,7 @@
 #include "common/detail/StoreRewrite.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -40,6 +41,38 @@ bool takeOver(int descriptor, int from) noexcept {
     return fchmod(descriptor, wanted.st_mode & 07777U) == 0;
 }
 
+/// Locks the open file, without waiting, and sees that it is still the one under this path: it may
+/// have been renamed or deleted before the lock was ours. False with errno where it is not; it is
+/// EWOULDBLOCK where somebody else holds the lock.
+bool lockedAs(const std::string& path, int descriptor) noexcept {
+    // A file system without locks is used without them.
+    if (flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return false;
+    struct stat locked {};
+    struct stat named {};
+    if (fstat(descriptor, &locked) != 0 || stat(path.c_str(), &named) != 0) return false;
+    if (locked.st_ino == named.st_ino && locked.st_dev == named.st_dev) return true;
+    errno = EWOULDBLOCK;
+    return false;
+}
+
+/// Opens and locks a file that an earlier rewrite left. Below 0 as lockedAs() says, or when there
+/// is none.
+int openLocked(const std::string& path) noexcept {
+    // Neither a pipe nor a link is ours.
+    const int descriptor = openFile(path, O_RDONLY | O_NONBLOCK | O_NOFOLLOW);
+    if (descriptor < 0 || lockedAs(path, descriptor)) return descriptor;
+    closed(descriptor, false);
+    return -1;
+}
+
+/// Deletes what an earlier rewrite left under this path. False when one that is running holds it,
+/// and when it could not be deleted.
+bool cleared(const std::string& path) noexcept {
+    const int descriptor = openLocked(path);
+    if (descriptor < 0) return errno == ENOENT;
+    return closed(descriptor, ::unlink(path.c_str()) == 0);
+}
+
 }  // namespace
 
 int openFile(const std::string& path, int flags) noexcept {
@@ -64,12 +97,21 @@ bool writeAndClose(int descriptor, const std::string& text) noexcept {
     return closed(descriptor, writeAt(descriptor, text, 0) && synced(descriptor));
 }
 
-bool StoreRewrite::_writeUnfinished(const std::string& content, int openFile) noexcept {
+StoreRewrite::~StoreRewrite() {
+    if (_locked >= 0) ::close(_locked);
+}
+
+bool StoreRewrite::_place(const std::string& content, int openFile) noexcept {
+    _locked = PYL::openFile(_unfinished, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
+    if (_locked < 0 || !lockedAs(_unfinished, _locked)) return false;
+    if (takeOver(_locked, openFile) && writeAt(_locked, content, 0) && synced(_locked) &&
+        std::rename(_unfinished.c_str(), _copy.c_str()) == 0) {
+        return true;
+    }
+    const int error = errno;
     ::unlink(_unfinished.c_str());
-    const int descriptor = PYL::openFile(_unfinished, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW);
-    if (descriptor < 0) return false;
-    if (!takeOver(descriptor, openFile)) return closed(descriptor, false);
-    return writeAndClose(descriptor, content);
+    errno = error;
+    return false;
 }
 
 bool StoreRewrite::_syncDirectory() noexcept {
@@ -78,19 +120,18 @@ bool StoreRewrite::_syncDirectory() noexcept {
 }
 
 bool StoreRewrite::keep(const std::string& content, int openFile) noexcept {
-    if (_writeUnfinished(content, openFile) &&
-        std::rename(_unfinished.c_str(), _copy.c_str()) == 0 && _syncDirectory()) {
-        return true;
-    }
+    // A copy that a killed rewrite left would undo this one.
+    if (!cleared(_unfinished) || !cleared(_copy) || !_place(content, openFile)) return false;
+    if (_syncDirectory()) return true;
     const int error = errno;
-    ::unlink(_unfinished.c_str());
     drop();
     errno = error;
     return false;
 }
 
 bool StoreRewrite::restore() noexcept {
-    return std::rename(_copy.c_str(), _file.c_str()) == 0;
+    if (_locked < 0) _locked = openLocked(_copy);
+    return _locked >= 0 && std::rename(_copy.c_str(), _file.c_str()) == 0;
 }
 
 bool StoreRewrite::drop() noexcept {

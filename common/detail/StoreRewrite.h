@@ -8,6 +8,10 @@ namespace PYL {
 /// itself is cut short and written again: a process that is killed meanwhile, a power cut or a full
 /// disk loses nothing. The copy is on the disk, whole, before keep() returns. Nothing throws but
 /// the constructor; a failure is errno.
+///
+/// The process that keeps a copy holds a lock on it (flock(2)) until this object ends: a copy that
+/// is locked belongs to a rewrite that is running, and nobody else takes it or replaces it. Nobody
+/// waits for the lock either: who finds it held is told EWOULDBLOCK.
 class StoreRewrite {
 public:
     explicit StoreRewrite(const std::string& file)
@@ -15,13 +19,17 @@ public:
           _directory(file.substr(0, file.rfind('/') + 1)),
           _copy(file + ".rewrite"),
           _unfinished(file + ".rewrite.new") {}
+    ~StoreRewrite();
+    StoreRewrite(const StoreRewrite&) = delete;
+    StoreRewrite& operator=(const StoreRewrite&) = delete;
 
     /// Keeps the content, with the mode and the owner of the open file. False when it could not be
     /// kept.
     bool keep(const std::string& content, int openFile) noexcept;
 
-    /// Puts the kept content in the place of the file. False when it could not; errno is ENOENT
-    /// when none was kept.
+    /// Puts the kept content in the place of the file, be it of this rewrite or of one that did not
+    /// come to its end. False when it could not; errno is ENOENT when none was kept and EWOULDBLOCK
+    /// when the rewrite is still running.
     bool restore() noexcept;
 
     /// The file is whole: the copy is not needed any more. False when it is still there: the next
@@ -29,13 +37,14 @@ public:
     bool drop() noexcept;
 
 private:
-    bool _writeUnfinished(const std::string& content, int openFile) noexcept;
+    bool _place(const std::string& content, int openFile) noexcept;
     bool _syncDirectory() noexcept;
 
     std::string _file;
     std::string _directory;
     std::string _copy;
     std::string _unfinished;  // not a copy yet: an earlier one that was not finished is replaced
+    int _locked = -1;         // the descriptor of the copy that is ours
 };
 
 /// As open(2), but for the owner alone, not passed on to children, and again when interrupted.

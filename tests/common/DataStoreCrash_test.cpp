@@ -12,12 +12,14 @@
 
 #include <array>
 #include <csignal>
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <map>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -134,20 +136,17 @@ TEST_F(DataStoreCrash, LosesNothingInARemoval) {
                 EXPECT_FALSE(fs::exists(copy));
             }
         }
-        const Lines changes = removed.empty() ? Lines{"unlink t.txt.rewrite.new",
-                                                      "open t.txt.rewrite.new",
-                                                      "fchmod t.txt.rewrite.new",
-                                                      "rename t.txt.rewrite.new",
-                                                      "open t.txt",
-                                                      "unlink t.txt.rewrite"}
-                                              : Lines{"unlink t.txt.rewrite.new",
-                                                      "open t.txt.rewrite.new",
-                                                      "fchmod t.txt.rewrite.new",
-                                                      "pwrite t.txt.rewrite.new",
-                                                      "rename t.txt.rewrite.new",
-                                                      "open t.txt",
-                                                      "pwrite t.txt",
-                                                      "unlink t.txt.rewrite"};
+        const Lines changes =
+            removed.empty()
+                ? Lines{"open t.txt.rewrite.new", "fchmod t.txt.rewrite.new",
+                        "rename t.txt.rewrite.new", "open t.txt", "unlink t.txt.rewrite"}
+                : Lines{"open t.txt.rewrite.new",
+                        "fchmod t.txt.rewrite.new",
+                        "pwrite t.txt.rewrite.new",
+                        "rename t.txt.rewrite.new",
+                        "open t.txt",
+                        "pwrite t.txt",
+                        "unlink t.txt.rewrite"};
         EXPECT_EQ(calls, changes);
         EXPECT_EQ(torn > 0, !removed.empty()) << "the copy was never needed";
     }
@@ -155,11 +154,9 @@ TEST_F(DataStoreCrash, LosesNothingInARemoval) {
 
 TEST_F(DataStoreCrash, LeavesNoFileOrOneOfTheTightModeWhenItCreates) {
     fs::remove(path);
-    EXPECT_EQ(killedBefore(0, false, [] { open(); }), "rename t.txt.rewrite");
+    EXPECT_EQ(killedBefore(0, false, [] { open(); }), "open t.txt");
     EXPECT_FALSE(fs::exists(path));
-    EXPECT_EQ(killedBefore(1, false, [] { open(); }), "open t.txt");
-    EXPECT_FALSE(fs::exists(path));
-    EXPECT_EQ(killedBefore(2, false, [] { open(); }), "chmod t.txt");
+    EXPECT_EQ(killedBefore(1, false, [] { open(); }), "chmod t.txt");
     open();
     struct stat facts {};
     ASSERT_EQ(::stat(path.c_str(), &facts), 0);
@@ -171,6 +168,106 @@ TEST_F(DataStoreCrash, FinishesARemovalEvenWhenItIsKilledWhileItFinishesOne) {
     write(copy, "b 2\r\n");
     EXPECT_EQ(killedBefore(0, false, [] { open(); }), "rename t.txt.rewrite");
     EXPECT_EQ(open()->fetchString("b"), "2");
+}
+
+// Two processes
+
+/// A removal of one of twenty keys in another process, which waits before it cuts the file, and is
+/// killed before it writes it again.
+struct HeldRemoval : DataStoreCrash {
+    const std::string bytes = numberedRecords(20);
+    const std::string key = numberedRecord(10).substr(0, 7);
+    const std::string removed = done(bytes, [this](auto& store) { store.remove(key); });
+
+    HeldRemoval() {
+        start(bytes);
+        if (pipe(_held.data()) != 0 || pipe(_released.data()) != 0) std::abort();
+        _child = fork();
+        if (_child == 0) _removeAndDie();
+        ::close(_held[1]);
+        ::close(_released[0]);
+        char byte = 0;
+        EXPECT_EQ(::read(_held[0], &byte, 1), 1);
+        log.journal->take();
+    }
+    ~HeldRemoval() override {
+        if (_child > 0) finish();
+        ::close(_held[0]);
+    }
+
+    /// Lets the process go on to its end; or not, and it is killed where it waits.
+    void finish(bool goOn = true) {
+        if (!goOn) kill(_child, SIGKILL);
+        ::close(_released[1]);
+        int status = 0;
+        waitpid(std::exchange(_child, -1), &status, 0);
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL) << status;
+    }
+
+    std::size_t keysOf(PYL::DataStore& store) const {
+        std::size_t found = 0;
+        for (std::size_t i = 0; i < 20; ++i) {
+            found += store.exists(numberedRecord(i).substr(0, 7)) ? 1 : 0;
+        }
+        return found;
+    }
+
+private:
+    [[noreturn]] void _removeAndDie() {
+        ::close(_released[1]);
+        const auto store = open();
+        const HookedFileCalls hooked([this](const FileCall& call) {
+            if (call.path != path) return made;
+            if (call.name == "pwrite") kill(getpid(), SIGKILL);
+            if ((call.flags & O_TRUNC) != 0) {
+                char byte = 0;
+                if (::write(_held[1], &byte, 1) != 1 || ::read(_released[0], &byte, 1) < 0) {
+                    _exit(1);
+                }
+            }
+            return made;
+        });
+        store->remove(key);
+        _exit(0);
+    }
+
+    std::array<int, 2> _held{};
+    std::array<int, 2> _released{};
+    pid_t _child = -1;
+};
+
+TEST_F(HeldRemoval, KeepsItsCopyFromAStoreThatIsOpenedMeanwhile) {
+    const auto other = open();
+    EXPECT_EQ(log.journal->take()[2],
+              "information: /etc/cim/t.txt is being rewritten by a removal that is running");
+    EXPECT_EQ(keysOf(*other), 20U);
+    EXPECT_TRUE(fs::exists(copy));
+    finish();
+    EXPECT_EQ(content(), "");
+    const auto next = open();
+    EXPECT_EQ(keysOf(*next), 19U);
+    EXPECT_EQ(content(), removed);
+    EXPECT_FALSE(fs::exists(copy));
+}
+
+TEST_F(HeldRemoval, LeavesItsCopyToTheNextStoreWhenItIsKilledWhereItWaits) {
+    open();
+    finish(false);
+    EXPECT_EQ(content(), bytes);
+    EXPECT_EQ(keysOf(*open()), 19U);
+    EXPECT_EQ(content(), removed);
+}
+
+TEST_F(HeldRemoval, KeepsItsCopyFromAnotherRemoval) {
+    const auto other = open();
+    log.journal->take();
+    other->remove(numberedRecord(3).substr(0, 7));
+    EXPECT_EQ(log.journal->take(), (Lines{"information: remove():",
+                                          "warning: /etc/cim/t.txt is rewritten without a copy: "
+                                          "Resource temporarily unavailable"}));
+    EXPECT_TRUE(fs::exists(copy));
+    finish();
+    EXPECT_EQ(keysOf(*open()), 19U);
 }
 
 // Power cuts

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -98,6 +99,12 @@ PYL_INTERPOSE int fcntl(int descriptor, int command, ...) {
     const Verdict verdict = ask("fcntl", descriptor);
     return verdict > 0 ? failed(verdict)
                        : static_cast<int>(syscall(SYS_fcntl, descriptor, command, argument));
+}
+
+PYL_INTERPOSE int flock(int descriptor, int operation) noexcept {
+    const Verdict verdict = ask("flock", descriptor);
+    return verdict > 0 ? failed(verdict)
+                       : static_cast<int>(syscall(SYS_flock, descriptor, operation));
 }
 
 PYL_INTERPOSE int dup3(int from, int to, int flags) noexcept {

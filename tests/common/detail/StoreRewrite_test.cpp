@@ -115,6 +115,56 @@ TEST_F(DataStoreRemoval, LeavesAnUnfinishedCopyAlone) {
     EXPECT_FALSE(fs::exists(unfinished));
 }
 
+TEST_F(DataStoreRemoval, TakesAwayTheCopyOfAnotherThatWasKilled) {
+    write("a 1\r\nb 2\r\n");
+    const auto store = open();
+    write(copy, "c 3\r\n");
+    log.journal->take();
+    store->remove("a");
+    EXPECT_EQ(log.journal->take(), Lines{"information: remove():"});
+    EXPECT_EQ(content(), "b 2\r\n");
+    EXPECT_FALSE(fs::exists(copy));
+}
+
+TEST_F(DataStoreRemoval, IsLeftAloneByAStoreThatTheSameProcessOpensMeanwhile) {
+    write("a 1\r\nb 2\r\n");
+    const auto store = open();
+    {
+        const HookedFileCalls hooked([&](const FileCall& call) {
+            if ((call.flags & O_TRUNC) != 0) {
+                open();
+                EXPECT_TRUE(fs::exists(copy));
+            }
+            return made;
+        });
+        store->remove("a");
+    }
+    EXPECT_EQ(content(), "b 2\r\n");
+    EXPECT_FALSE(fs::exists(copy));
+}
+
+TEST_F(DataStoreRemoval, IsFinishedWhereTheFileSystemHasNoLocks) {
+    write("b ");
+    write(copy, "a 1\r\nb 2\r\n");
+    {
+        const HookedFileCalls noLocks(
+            [&](const FileCall& call) { return call.name == "flock" ? ENOLCK : made; });
+        open()->remove("a");
+    }
+    EXPECT_EQ(content(), "b 2\r\n");
+    EXPECT_FALSE(fs::exists(copy));
+}
+
+TEST_F(DataStoreRemoval, FollowsNoLinkInThePlaceOfItsCopy) {
+    write("b 2\r\n");
+    fs::create_symlink("/etc/passwd", copy);
+    open();
+    EXPECT_EQ(content(), "b 2\r\n");
+    EXPECT_EQ(log.journal->take()[2],
+              "error: /etc/cim/t.txt cannot be restored after an interrupted removal: "
+              "Too many levels of symbolic links");
+}
+
 TEST_F(DataStoreRemoval, SaysThatACopyCannotBeTaken) {
     write("b 2\r\n");
     fs::create_directory(copy);
