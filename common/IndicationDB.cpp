@@ -17,8 +17,13 @@ constexpr int recordNotFound = 4;
 
 /// What a database holds that knows of no events.
 IndDBRec placeholder() {
-    return {"NONE", 0, "NONE", "NONE", severityInformational, "", "", 0, 0, "", alertTypeDevice, "",
-            "",     0, "",     ""};
+    IndDBRec record;
+    record._providerName = "NONE";
+    record._WBEMProviderName = "NONE";
+    record._WBEMEventID = "NONE";
+    record._severity = severityInformational;
+    record._alertType = alertTypeDevice;
+    return record;
 }
 
 }  // namespace
@@ -83,12 +88,21 @@ void IndicationDB::_makeGroup(const std::string& providerName, RecordSet set) {
 
 void IndicationDB::_makeRow(const std::string& providerName, const IndicationRow& row) {
     // Made in place: a record has many texts to copy.
-    _records.emplace_back(
-        providerName, row.eventID, std::string(row.WBEMProviderName), std::string(row.WBEMEventID),
-        row.severity, std::string(row.description), std::string(row.summary), row.eventCategory,
-        row.eventSubCategory, std::string(row.otherEventSubCategory), row.alertType, std::string(),
-        std::string(), row.probableCause, std::string(row.probableCauseDescription),
-        std::string(row.recommendedActions));
+    IndDBRec& record = _records.emplace_back();
+    record._providerName = providerName;
+    record._eventID = row.eventID;
+    record._WBEMProviderName = row.family.WBEMProviderName;
+    record._WBEMEventID = row.WBEMEventID;
+    record._severity = row.severity;
+    record._description = row.description;
+    record._summary = row.summary;
+    record._eventCategory = row.family.eventCategory;
+    record._eventSubCategory = row.family.eventSubCategory;
+    record._otherEventSubCategory = row.family.otherEventSubCategory;
+    record._alertType = row.family.alertType;
+    record._probableCause = row.probableCause;
+    record._probableCauseDescription = row.probableCauseDescription;
+    record._recommendedActions = row.recommendedActions;
 }
 
 int IndicationDB::getRecord(int eventID, IndDBRec& out) const {

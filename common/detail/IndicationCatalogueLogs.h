@@ -11,20 +11,45 @@ namespace PYL {
 
 // The provider replaces every text of these two by the one that it read from the log.
 inline constexpr auto machineCheckLogRows = std::to_array<IndicationRow>({
-    {valmor, 1, "201", "KT MCA Record Log", severityInformational, 6, 0, alertTypeDevice, 1, "<Probable Cause>", "<Summary>", "<Description>", "<Recommended Action>"},
+    {
+        .family = {.sets = valmor, .WBEMProviderName = "KT MCA Record Log", .eventCategory = 6},
+        .eventID = 1, .WBEMEventID = "201",
+        .severity = severityInformational,
+        .probableCauseDescription = "<Probable Cause>",
+        .summary = "<Summary>",
+        .description = "<Description>",
+        .recommendedActions = "<Recommended Action>",
+    },
 });
 
 inline constexpr auto systemEventLogRows = std::to_array<IndicationRow>({
-    {valmor, 1, "201", "KT SEL Record Log", severityInformational, 6, 0, alertTypeDevice, 1, "<Probable Cause>", "<Summary>", "<Description>", "<Recommended Action>"},
+    {
+        .family = {.sets = valmor, .WBEMProviderName = "KT SEL Record Log", .eventCategory = 6},
+        .eventID = 1, .WBEMEventID = "201",
+        .severity = severityInformational,
+        .probableCauseDescription = "<Probable Cause>",
+        .summary = "<Summary>",
+        .description = "<Description>",
+        .recommendedActions = "<Recommended Action>",
+    },
 });
 
 inline constexpr auto configurationLogRows = std::to_array<IndicationRow>({
-    {both, 100, "100", "KT Configuration Record Log", severityInformational, 1, 0, alertTypeDevice, 1, "Config Record Log Heart Beat", "Config Record Log Heart Beat indication Id:", "Config Record Log Heart Beat test indication", noAction},
-    {both, 201, "20", "KT Configuration Record Log", severityInformational, 6, 0, alertTypeDevice, 1, "Record Added", "Record added to the Configuration Record Log.", "A change of the hardware or firmware configuration of the server was recorded in the Configuration Record Log.", noAction},
+    {.family = {.WBEMProviderName = "KT Configuration Record Log"}, PYL_HEART_BEAT("Config Record Log")},
+    {
+        .family = {.WBEMProviderName = "KT Configuration Record Log", .eventCategory = 6},
+        .eventID = 201, .WBEMEventID = "20",
+        .severity = severityInformational,
+        .probableCauseDescription = "Record Added",
+        .summary = "Record added to the Configuration Record Log.",
+        .description =
+            "A change of the hardware or firmware configuration of the server was recorded in the Configuration "
+            "Record Log.",
+    },
 });
 
 inline constexpr auto installerRows = std::to_array<IndicationRow>({
-    {nonValmor, 100, "100", "KT SC Installer", severityInformational, 1, 0, alertTypeDevice, 1, "SC Installer Heart Beat", "SC Installer Heart Beat indication Id:", "SC Installer Heart Beat test indication", noAction},
+    {.family = {.sets = nonValmor, .WBEMProviderName = "KT SC Installer"}, PYL_HEART_BEAT("SC Installer")},
 });
 
 // clang-format on

@@ -9,40 +9,283 @@ namespace PYL {
 
 // clang-format off
 
+inline constexpr IndicationFamily ethernetLinks{
+    .WBEMProviderName = "KT Ethernet", .eventCategory = 9,
+    .alertType = alertTypeCommunications,
+};
+inline constexpr IndicationFamily ethernetProvider{
+    .WBEMProviderName = "KT Ethernet", .eventCategory = 9,
+    .eventSubCategory = 1,
+    .alertType = alertTypeCommunications,
+};
+inline constexpr IndicationFamily ethernetTeams{
+    .WBEMProviderName = "KT Ethernet", .eventCategory = 9,
+    .eventSubCategory = 12,
+    .alertType = alertTypeCommunications,
+};
+
 // The heart beat comes first, and in one of the sets two events stand before the first.
 inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
-    {both, 100, "100", "KT Ethernet", severityInformational, 1, 0, alertTypeCommunications, 1, "Ethernet Heart Beat", "Ethernet Heart Beat indication Id:", "Ethernet Heart Beat test indication", noAction},
-    {nonValmor, 2, "2", "KT Ethernet", severityCritical, 9, 0, alertTypeCommunications, 7, "Network Interface Lost Connectivity", "The Network interface has lost connectivity.", "A network interface has lost its link. Nothing is sent or received on it; a team moves its traffic to another member.", "Check the cable, the transceiver and the port of the switch. Check that neither side was disabled."},
-    {nonValmor, 3, "3", "KT Ethernet", severityInformational, 9, 0, alertTypeCommunications, 1, "Network Interface Connectivity Restored", "The interface network connectivity has been restored.", "A network interface has its link again and carries traffic.", noAction},
-    {both, 1, "1", "KT Ethernet", severityMajor, 9, 1, alertTypeCommunications, 47, "Event Provider Fatal Error", "Event provider fatal error", "The provider of network events has met an error that it cannot recover from, and has stopped. Changes of network interfaces are no longer reported.", "Restart the object manager. If the error returns, read its log and update or reinstall the providers."},
-    {valmor, 2, "2", "KT Ethernet", severityCritical, 9, 0, alertTypeCommunications, 7, "Network Interface Lost Connectivity", "Network interface lost connectivity", "The link of a network interface is down. Nothing is sent or received on it; a team moves its traffic to another member.", "Check the cable, the transceiver and the port of the switch. Check that neither side was disabled."},
-    {valmor, 3, "3", "KT Ethernet", severityInformational, 9, 0, alertTypeCommunications, 1, "Network Connectivity now Restored", "Network connectivity restored", "The link of a network interface is up again and carries traffic.", noAction},
-    {both, 4, "4", "KT Ethernet", severityWarning, 9, 12, alertTypeCommunications, 88, "Ethernet Team Redundancy Decreased", "Ethernet team's redundancy decreased", "A member of the network team is out of service. The team still has more than one working member.", "Check the link and the driver of the members of the team, and restore the one that is out of service."},
-    {both, 5, "5", "KT Ethernet", severityCritical, 9, 12, alertTypeCommunications, 88, "Ethernet Team Redundancy Lost", "Ethernet team lost redundancy", "The network team has one working member left. If that loses its link too, the server is cut off from the network.", "Restore the other members of the team: check their cables, switch ports and drivers."},
-    {both, 6, "6", "KT Ethernet", severityInformational, 9, 12, alertTypeCommunications, 1, "Ethernet Team Redundancy Increased", "Ethernet team redundancy increased", "A member of the network team is back in service. The team can bear the loss of more members than before.", noAction},
-    {both, 7, "7", "KT Ethernet", severityInformational, 9, 12, alertTypeCommunications, 1, "Ethernet Team Member Added to Team", "Ethernet team member added to team", "A network interface was added to a team.", noAction},
-    {both, 8, "8", "KT Ethernet", severityInformational, 9, 12, alertTypeCommunications, 1, "Ethernet Team Member Dropped from Team", "Ethernet team member dropped from team", "A network interface was removed from a team.", "If the interface was not removed on purpose, check its state and the configuration of the team."},
-    {both, 9, "9", "KT Ethernet", severityInformational, 9, 12, alertTypeCommunications, 1, "Ethernet Team Member Reported Role Change", "Ethernet team member reported role change", "The part that a network interface plays in its team has changed, for example from standby to active.", noAction},
-    {both, 10, "10", "KT Ethernet", severityInformational, 9, 12, alertTypeCommunications, 1, "Ethernet Team Member Status Change", "Ethernet team member reported status change", "The status of a network interface in its team has changed.", noAction},
-    {both, 11, "11", "KT Ethernet", severityInformational, 9, 12, alertTypeCommunications, 1, "New Network Interface Available", "New network interface available", "A network interface was added to the server or enabled.", noAction},
-    {both, 12, "12", "KT Ethernet", severityWarning, 9, 12, alertTypeCommunications, 1, "Network Interface Unavailable", "Network interface no longer available", "A network interface was removed from the server or disabled. Traffic that used it takes another way or stops.", "If this was not done on purpose, check that the adapter is seated properly, and look for driver errors in the log of the operating system."},
-    {both, 13, "13", "KT Ethernet", severityInformational, 9, 12, alertTypeCommunications, 1, "Ethernet Team reported change in number of active members", "Ethernet team reported change in number of active members", "The number of members that carry the traffic of a network team has changed.", noAction},
-    {both, 14, "14", "KT Ethernet", severityInformational, 9, 1, alertTypeCommunications, 1, "Provider Cannot Access Data Source", "Provider cannot access data source", "The provider of network events cannot read the data of the network interfaces. Events may be missed until it can.", "Check that the network drivers and management services are installed and running."},
-    {both, 15, "15", "KT Ethernet", severityInformational, 9, 12, alertTypeCommunications, 1, "Ethernet Team Redundancy Status Changed to Fully Redundant", "Ethernet team redundancy Fully Redundant", "Every member of the network team is in service. The team has its full redundancy.", noAction},
-    {both, 201, "1", "KT Consolidated Status", severityInformational, 1, 0, alertTypeModelChange, 1, "This group status policy change is caused by activation or deactivation of State Propagation Filtering for existing managed elements in KT_GroupSystemSpecificCollection", policySummary, policyDescription, policyActions, policySubCategory},
+    {.family = {.WBEMProviderName = "KT Ethernet", .alertType = alertTypeCommunications}, PYL_HEART_BEAT("Ethernet")},
+    {
+        .family = ethernetLinks, .sets = nonValmor,
+        .eventID = 2, .WBEMEventID = "2",
+        .severity = severityCritical, .probableCause = causeCommunicationsFailure,
+        .probableCauseDescription = "Network Interface Lost Connectivity",
+        .summary = "The Network interface has lost connectivity.",
+        .description =
+            "A network interface has lost its link. Nothing is sent or received on it; a team moves its traffic to "
+            "another member.",
+        .recommendedActions =
+            "Check the cable, the transceiver and the port of the switch. Check that neither side was disabled.",
+    },
+    {
+        .family = ethernetLinks, .sets = nonValmor,
+        .eventID = 3, .WBEMEventID = "3",
+        .severity = severityInformational,
+        .probableCauseDescription = "Network Interface Connectivity Restored",
+        .summary = "The interface network connectivity has been restored.",
+        .description = "A network interface has its link again and carries traffic.",
+    },
+    {
+        .family = ethernetProvider,
+        .eventID = 1, .WBEMEventID = "1",
+        .severity = severityMajor, .probableCause = causeSoftwareError,
+        .probableCauseDescription = "Event Provider Fatal Error",
+        .summary = "Event provider fatal error",
+        .description =
+            "The provider of network events has met an error that it cannot recover from, and has stopped. Changes of "
+            "network interfaces are no longer reported.",
+        .recommendedActions =
+            "Restart the object manager. If the error returns, read its log and update or reinstall the providers.",
+    },
+    {
+        .family = ethernetLinks, .sets = valmor,
+        .eventID = 2, .WBEMEventID = "2",
+        .severity = severityCritical, .probableCause = causeCommunicationsFailure,
+        .probableCauseDescription = "Network Interface Lost Connectivity",
+        .summary = "Network interface lost connectivity",
+        .description =
+            "The link of a network interface is down. Nothing is sent or received on it; a team moves its traffic to "
+            "another member.",
+        .recommendedActions =
+            "Check the cable, the transceiver and the port of the switch. Check that neither side was disabled.",
+    },
+    {
+        .family = ethernetLinks, .sets = valmor,
+        .eventID = 3, .WBEMEventID = "3",
+        .severity = severityInformational,
+        .probableCauseDescription = "Network Connectivity now Restored",
+        .summary = "Network connectivity restored",
+        .description = "The link of a network interface is up again and carries traffic.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 4, .WBEMEventID = "4",
+        .severity = severityWarning, .probableCause = causeRedundancyLost,
+        .probableCauseDescription = "Ethernet Team Redundancy Decreased",
+        .summary = "Ethernet team's redundancy decreased",
+        .description =
+            "A member of the network team is out of service. The team still has more than one working member.",
+        .recommendedActions =
+            "Check the link and the driver of the members of the team, and restore the one that is out of service.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 5, .WBEMEventID = "5",
+        .severity = severityCritical, .probableCause = causeRedundancyLost,
+        .probableCauseDescription = "Ethernet Team Redundancy Lost",
+        .summary = "Ethernet team lost redundancy",
+        .description =
+            "The network team has one working member left. If that loses its link too, the server is cut off from the "
+            "network.",
+        .recommendedActions = "Restore the other members of the team: check their cables, switch ports and drivers.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 6, .WBEMEventID = "6",
+        .severity = severityInformational,
+        .probableCauseDescription = "Ethernet Team Redundancy Increased",
+        .summary = "Ethernet team redundancy increased",
+        .description =
+            "A member of the network team is back in service. The team can bear the loss of more members than before.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 7, .WBEMEventID = "7",
+        .severity = severityInformational,
+        .probableCauseDescription = "Ethernet Team Member Added to Team",
+        .summary = "Ethernet team member added to team",
+        .description = "A network interface was added to a team.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 8, .WBEMEventID = "8",
+        .severity = severityInformational,
+        .probableCauseDescription = "Ethernet Team Member Dropped from Team",
+        .summary = "Ethernet team member dropped from team",
+        .description = "A network interface was removed from a team.",
+        .recommendedActions =
+            "If the interface was not removed on purpose, check its state and the configuration of the team.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 9, .WBEMEventID = "9",
+        .severity = severityInformational,
+        .probableCauseDescription = "Ethernet Team Member Reported Role Change",
+        .summary = "Ethernet team member reported role change",
+        .description =
+            "The part that a network interface plays in its team has changed, for example from standby to active.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 10, .WBEMEventID = "10",
+        .severity = severityInformational,
+        .probableCauseDescription = "Ethernet Team Member Status Change",
+        .summary = "Ethernet team member reported status change",
+        .description = "The status of a network interface in its team has changed.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 11, .WBEMEventID = "11",
+        .severity = severityInformational,
+        .probableCauseDescription = "New Network Interface Available",
+        .summary = "New network interface available",
+        .description = "A network interface was added to the server or enabled.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 12, .WBEMEventID = "12",
+        .severity = severityWarning,
+        .probableCauseDescription = "Network Interface Unavailable",
+        .summary = "Network interface no longer available",
+        .description =
+            "A network interface was removed from the server or disabled. Traffic that used it takes another way or "
+            "stops.",
+        .recommendedActions =
+            "If this was not done on purpose, check that the adapter is seated properly, and look for driver errors "
+            "in the log of the operating system.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 13, .WBEMEventID = "13",
+        .severity = severityInformational,
+        .probableCauseDescription = "Ethernet Team reported change in number of active members",
+        .summary = "Ethernet team reported change in number of active members",
+        .description = "The number of members that carry the traffic of a network team has changed.",
+    },
+    {
+        .family = ethernetProvider,
+        .eventID = 14, .WBEMEventID = "14",
+        .severity = severityInformational,
+        .probableCauseDescription = "Provider Cannot Access Data Source",
+        .summary = "Provider cannot access data source",
+        .description =
+            "The provider of network events cannot read the data of the network interfaces. Events may be missed "
+            "until it can.",
+        .recommendedActions = "Check that the network drivers and management services are installed and running.",
+    },
+    {
+        .family = ethernetTeams,
+        .eventID = 15, .WBEMEventID = "15",
+        .severity = severityInformational,
+        .probableCauseDescription = "Ethernet Team Redundancy Status Changed to Fully Redundant",
+        .summary = "Ethernet team redundancy Fully Redundant",
+        .description = "Every member of the network team is in service. The team has its full redundancy.",
+    },
+    policyChange(201, "1"),
 });
 
+inline constexpr IndicationFamily fibreChannelPorts{.WBEMProviderName = "KT FCHBA", .eventCategory = 11};
+
 inline constexpr auto fibreChannelPortRows = std::to_array<IndicationRow>({
-    {both, 100, "100", "KT FCHBA", severityInformational, 1, 0, alertTypeDevice, 1, "FCHBAFCPort Heart Beat", "FCHBAFCPort Heart Beat indication Id:", "FCHBAFCPort Heart Beat test indication", noAction},
-    {both, 1, "1", "KT FCHBA", severityInformational, 11, 0, alertTypeDevice, 1, "FC HBA Port State Changed to Unknown", "FC HBA port state Unknown", "The driver of the Fibre Channel host bus adapter (HBA) reports a state of the port that is not known.", "If the state lasts, check the driver and the firmware of the adapter."},
-    {both, 2, "2", "KT FCHBA", severityInformational, 11, 0, alertTypeDevice, 1, "FC HBA Port Status Changed to OK", "FC HBA port OK", "The port of the Fibre Channel host bus adapter (HBA) is online and carries traffic.", noAction},
-    {both, 3, "3", "KT FCHBA", severityInformational, 11, 0, alertTypeDevice, 1, "FC HBA Port State Changed to Offine", "FC HBA port in offine state", "The port of the Fibre Channel host bus adapter (HBA) was taken offline. Storage is not reached through it.", "If the port was not taken offline on purpose, bring it online with the tools of the adapter or of the operating system."},
-    {both, 4, "4", "KT FCHBA", severityInformational, 11, 0, alertTypeDevice, 1, "FC HBA Port State Changed to Bypass", "FC HBA port in bypass state", "The port of the Fibre Channel host bus adapter (HBA) is bypassed and takes no part in its loop.", "If this was not done on purpose, check the hub or the storage device that bypasses the port."},
-    {both, 5, "5", "KT FCHBA", severityInformational, 11, 0, alertTypeDevice, 1, "FC HBA Port State Changed to Diagnostic", "FC port in diagnostic state", "The port of the Fibre Channel host bus adapter (HBA) runs diagnostics and carries no traffic meanwhile.", noAction},
-    {both, 6, "6", "KT FCHBA", severityMajor, 11, 0, alertTypeDevice, 5, "FC HBA Port State Changed to Link Down", "FC HBA port in link down state", "The port of the Fibre Channel host bus adapter (HBA) has lost its link. Storage is reached by other paths, if there are any.", "Check the cable, the transceivers and the port of the switch or storage device at the far end."},
-    {both, 7, "7", "KT FCHBA", severityMajor, 11, 0, alertTypeDevice, 2, "FC HBA Port Status Changed to Failed", "FC HBA port Failed", "The port of the Fibre Channel host bus adapter (HBA) has failed. Storage is reached by other paths, if there are any.", "Update the firmware and the driver of the adapter. Replace the adapter if the port fails again."},
-    {both, 8, "8", "KT FCHBA", severityInformational, 11, 0, alertTypeDevice, 1, "FC HBA Port State Changed to Loopback", "FC HBA port in loopback state", "The port of the Fibre Channel host bus adapter (HBA) is in loopback for a test and carries no traffic meanwhile.", noAction},
-    {both, 9, "9", "KT Consolidated Status", severityInformational, 1, 0, alertTypeModelChange, 1, "This group status policy change is caused by activation or deactivation of State Propagation Filtering for existing managed elements in KT_GroupSystemSpecificCollection", policySummary, policyDescription, policyActions, policySubCategory},
+    {.family = {.WBEMProviderName = "KT FCHBA"}, PYL_HEART_BEAT("FCHBAFCPort")},
+    {
+        .family = fibreChannelPorts,
+        .eventID = 1, .WBEMEventID = "1",
+        .severity = severityInformational,
+        .probableCauseDescription = "FC HBA Port State Changed to Unknown",
+        .summary = "FC HBA port state Unknown",
+        .description =
+            "The driver of the Fibre Channel host bus adapter (HBA) reports a state of the port that is not known.",
+        .recommendedActions = "If the state lasts, check the driver and the firmware of the adapter.",
+    },
+    {
+        .family = fibreChannelPorts,
+        .eventID = 2, .WBEMEventID = "2",
+        .severity = severityInformational,
+        .probableCauseDescription = "FC HBA Port Status Changed to OK",
+        .summary = "FC HBA port OK",
+        .description = "The port of the Fibre Channel host bus adapter (HBA) is online and carries traffic.",
+    },
+    {
+        .family = fibreChannelPorts,
+        .eventID = 3, .WBEMEventID = "3",
+        .severity = severityInformational,
+        .probableCauseDescription = "FC HBA Port State Changed to Offine",
+        .summary = "FC HBA port in offine state",
+        .description =
+            "The port of the Fibre Channel host bus adapter (HBA) was taken offline. Storage is not reached through "
+            "it.",
+        .recommendedActions =
+            "If the port was not taken offline on purpose, bring it online with the tools of the adapter or of the "
+            "operating system.",
+    },
+    {
+        .family = fibreChannelPorts,
+        .eventID = 4, .WBEMEventID = "4",
+        .severity = severityInformational,
+        .probableCauseDescription = "FC HBA Port State Changed to Bypass",
+        .summary = "FC HBA port in bypass state",
+        .description =
+            "The port of the Fibre Channel host bus adapter (HBA) is bypassed and takes no part in its loop.",
+        .recommendedActions =
+            "If this was not done on purpose, check the hub or the storage device that bypasses the port.",
+    },
+    {
+        .family = fibreChannelPorts,
+        .eventID = 5, .WBEMEventID = "5",
+        .severity = severityInformational,
+        .probableCauseDescription = "FC HBA Port State Changed to Diagnostic",
+        .summary = "FC port in diagnostic state",
+        .description =
+            "The port of the Fibre Channel host bus adapter (HBA) runs diagnostics and carries no traffic meanwhile.",
+    },
+    {
+        .family = fibreChannelPorts,
+        .eventID = 6, .WBEMEventID = "6",
+        .severity = severityMajor, .probableCause = causeConnectionError,
+        .probableCauseDescription = "FC HBA Port State Changed to Link Down",
+        .summary = "FC HBA port in link down state",
+        .description =
+            "The port of the Fibre Channel host bus adapter (HBA) has lost its link. Storage is reached by other "
+            "paths, if there are any.",
+        .recommendedActions =
+            "Check the cable, the transceivers and the port of the switch or storage device at the far end.",
+    },
+    {
+        .family = fibreChannelPorts,
+        .eventID = 7, .WBEMEventID = "7",
+        .severity = severityMajor, .probableCause = causeAdapterError,
+        .probableCauseDescription = "FC HBA Port Status Changed to Failed",
+        .summary = "FC HBA port Failed",
+        .description =
+            "The port of the Fibre Channel host bus adapter (HBA) has failed. Storage is reached by other paths, if "
+            "there are any.",
+        .recommendedActions =
+            "Update the firmware and the driver of the adapter. Replace the adapter if the port fails again.",
+    },
+    {
+        .family = fibreChannelPorts,
+        .eventID = 8, .WBEMEventID = "8",
+        .severity = severityInformational,
+        .probableCauseDescription = "FC HBA Port State Changed to Loopback",
+        .summary = "FC HBA port in loopback state",
+        .description =
+            "The port of the Fibre Channel host bus adapter (HBA) is in loopback for a test and carries no traffic "
+            "meanwhile.",
+    },
+    policyChange(9, "9"),
 });
 
 // clang-format on

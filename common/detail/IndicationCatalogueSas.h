@@ -9,27 +9,229 @@ namespace PYL {
 
 // clang-format off
 
+inline constexpr IndicationFamily sasAdapters{.sets = nonValmor, .WBEMProviderName = "KT SAS HBA", .eventCategory = 11};
+inline constexpr IndicationFamily sasDrives{.sets = nonValmor, .WBEMProviderName = "KT SAS", .eventCategory = 6};
+inline constexpr IndicationFamily sasEnclosurePower{
+    .sets = nonValmor, .WBEMProviderName = "KT SAS", .eventCategory = 17,
+};
+inline constexpr IndicationFamily sasEnclosureClimate{
+    .sets = nonValmor, .WBEMProviderName = "KT SAS", .eventCategory = 24,
+};
+
 inline constexpr auto sasRows = std::to_array<IndicationRow>({
-    {nonValmor, 1, "1", "KT SAS HBA", severityInformational, 11, 0, alertTypeDevice, 1, "HBA Status Changed to OK", "HBA status OK", "The SAS host bus adapter (HBA) works normally.", noAction},
-    {nonValmor, 2, "2", "KT SAS HBA", severityMajor, 11, 0, alertTypeDevice, 2, "HBA Status Changed to Error", "HBA status Error", "The SAS host bus adapter (HBA) reports an error, or does not answer any more. The drives behind it may be out of reach.", "Check that the adapter is seated properly, and update its firmware and driver. Replace the adapter if the error stays."},
-    {nonValmor, 101, "101", "KT SAS", severityInformational, 6, 0, alertTypeDevice, 1, "Logical Drive Status Changed to OK", "Logical Drive status OK", "The logical drive of the SAS host bus adapter is in order and all its physical drives take part in it.", noAction},
-    {nonValmor, 102, "102", "KT SAS", severityMajor, 6, 0, alertTypeDevice, 86, "Logical Drive Status Changed to Error", "Logical drive status Error", "The logical drive of the SAS host bus adapter has failed: more of its physical drives are lost than it can bear. Its data cannot be reached.", "Check power and cabling of the drives first; then replace the failed ones and restore the data from a backup."},
-    {nonValmor, 103, "103", "KT SAS", severityWarning, 6, 0, alertTypeDevice, 86, "Logical Drive State Changed to Degraded", "Logical drive degraded state", "The logical drive of the SAS host bus adapter has lost a physical drive. Its data are complete, but another failure would lose them.", "Replace the failed physical drive and let the logical drive be rebuilt."},
-    {nonValmor, 201, "201", "KT SAS", severityInformational, 6, 0, alertTypeDevice, 1, "Physical Drive Status Changed to OK", "Physical Drive Status is now OK", "The physical drive of the SAS host bus adapter is online and works normally.", noAction},
-    {nonValmor, 202, "202", "KT SAS", severityMajor, 6, 0, alertTypeDevice, 86, "Physical Drive Status Changed to Error", "Physical drive status Error", "The physical drive of the SAS host bus adapter has failed. Its data can be reached only if it is a part of a fault-tolerant logical drive.", "Replace the physical drive."},
-    {nonValmor, 203, "203", "KT SAS", severityInformational, 6, 0, alertTypeDevice, 1, "Physical Drive Rebuilding", "Physical drive rebuilding", "The data of the logical drive are being rebuilt on the physical drive. Another failure may lose them until that is done.", noAction},
-    {nonValmor, 204, "204", "KT SAS", severityMajor, 6, 0, alertTypeDevice, 86, "Physical Drive Predictive Failure", "Physical drive predictive failure", "The physical drive of the SAS host bus adapter foresees its own failure (S.M.A.R.T.). It still works, but is likely to fail soon.", "Back up the data and replace the physical drive."},
-    {nonValmor, 301, "301", "KT SAS", severityWarning, 17, 0, alertTypeDevice, 89, "Redundant Power Supply Status Changed to Non-Redundant", "Power Supply status Non-Redundant", "The storage enclosure behind the SAS host bus adapter runs on its last working power supply. If that fails too, its drives lose power.", "Replace the failed power supply of the enclosure, or restore its input power."},
-    {nonValmor, 302, "302", "KT SAS", severityInformational, 17, 0, alertTypeDevice, 1, "Redundant Power Supply Status Changed to OK", "Redundant power supply status OK", "The power supplies of the storage enclosure behind the SAS host bus adapter work normally and are redundant.", noAction},
-    {nonValmor, 303, "303", "KT SAS", severityWarning, 17, 0, alertTypeDevice, 89, "Redundant Power Supply Degraded", "Power supply status Redundant Degraded", "A redundant power supply of the storage enclosure behind the SAS host bus adapter is degraded or has failed. The others carry the load.", "Check the power supplies of the enclosure and their input power, and replace the one that is at fault."},
-    {nonValmor, 304, "304", "KT SAS", severityInformational, 24, 0, alertTypeDevice, 1, "Fan Status Changed to OK", "Fan status OK", "The fans of the storage enclosure behind the SAS host bus adapter work normally.", noAction},
-    {nonValmor, 305, "305", "KT SAS", severityWarning, 24, 0, alertTypeDevice, 94, "Fan Degraded", "Fan status Degraded", "A fan of the storage enclosure behind the SAS host bus adapter runs outside its limits or has failed. The others still cool the enclosure.", "Check the fans of the enclosure for dust and blocked air, and replace the one that is degraded."},
-    {nonValmor, 306, "306", "KT SAS", severityMajor, 24, 0, alertTypeDevice, 94, "Fan Failure", "Fan status Error", "The fans of the storage enclosure behind the SAS host bus adapter no longer cool it well enough. Its drives may overheat.", "Replace the failed fan of the enclosure at once."},
-    {nonValmor, 307, "307", "KT SAS", severityInformational, 24, 0, alertTypeDevice, 1, "Temperature Status Changed to OK", "Temperature sensor status OK", "The temperature of the storage enclosure behind the SAS host bus adapter is within its normal range.", noAction},
-    {nonValmor, 308, "308", "KT SAS", severityWarning, 24, 0, alertTypeDevice, 51, "Temperature Status Changed to Warning Condition", "Temperature sensor status Warning Condition", "The temperature of the storage enclosure behind the SAS host bus adapter has passed its warning threshold. The drives in it age faster.", "Check the fans and the air path of the enclosure and the temperature of the room."},
-    {nonValmor, 309, "309", "KT SAS", severityMajor, 24, 0, alertTypeDevice, 51, "Temperature Status Changed to Critical", "Temperature sensor status Critical", "The temperature of the storage enclosure behind the SAS host bus adapter has passed its critical threshold. Drives may fail or switch themselves off.", "Stop access to the drives and shut the enclosure down until it is cooled properly again."},
-    {nonValmor, 401, "401", "KT SAS", severityMajor, 24, 0, alertTypeDevice, 51, "Physical drive status has changed to Predictive Failure ", "Physical drive in Predictive Failure  state", "The solid state drive of the SAS host bus adapter has used up most of the writes that its flash memory endures. It is likely to fail soon.", "Back up the data and replace the solid state drive."},
-    {nonValmor, 402, "402", "KT SAS", severityWarning, 29, 0, alertTypeDevice, 62, "Physical drive status has changed to authentication failure ", "Physical drive status authentication failure", "The SAS host bus adapter could not verify that the physical drive is one of the maker's. Its firmware, its indicators and its failure prediction cannot be relied on.", "Reseat the drive and try again. Replace it with a genuine KT drive if it still cannot be authenticated."},
+    {
+        .family = sasAdapters,
+        .eventID = 1, .WBEMEventID = "1",
+        .severity = severityInformational,
+        .probableCauseDescription = "HBA Status Changed to OK",
+        .summary = "HBA status OK",
+        .description = "The SAS host bus adapter (HBA) works normally.",
+    },
+    {
+        .family = sasAdapters,
+        .eventID = 2, .WBEMEventID = "2",
+        .severity = severityMajor, .probableCause = causeAdapterError,
+        .probableCauseDescription = "HBA Status Changed to Error",
+        .summary = "HBA status Error",
+        .description =
+            "The SAS host bus adapter (HBA) reports an error, or does not answer any more. The drives behind it may "
+            "be out of reach.",
+        .recommendedActions =
+            "Check that the adapter is seated properly, and update its firmware and driver. Replace the adapter if "
+            "the error stays.",
+    },
+    {
+        .family = sasDrives,
+        .eventID = 101, .WBEMEventID = "101",
+        .severity = severityInformational,
+        .probableCauseDescription = "Logical Drive Status Changed to OK",
+        .summary = "Logical Drive status OK",
+        .description =
+            "The logical drive of the SAS host bus adapter is in order and all its physical drives take part in it.",
+    },
+    {
+        .family = sasDrives,
+        .eventID = 102, .WBEMEventID = "102",
+        .severity = severityMajor, .probableCause = causeDiskFailure,
+        .probableCauseDescription = "Logical Drive Status Changed to Error",
+        .summary = "Logical drive status Error",
+        .description =
+            "The logical drive of the SAS host bus adapter has failed: more of its physical drives are lost than it "
+            "can bear. Its data cannot be reached.",
+        .recommendedActions =
+            "Check power and cabling of the drives first; then replace the failed ones and restore the data from a "
+            "backup.",
+    },
+    {
+        .family = sasDrives,
+        .eventID = 103, .WBEMEventID = "103",
+        .severity = severityWarning, .probableCause = causeDiskFailure,
+        .probableCauseDescription = "Logical Drive State Changed to Degraded",
+        .summary = "Logical drive degraded state",
+        .description =
+            "The logical drive of the SAS host bus adapter has lost a physical drive. Its data are complete, but "
+            "another failure would lose them.",
+        .recommendedActions = "Replace the failed physical drive and let the logical drive be rebuilt.",
+    },
+    {
+        .family = sasDrives,
+        .eventID = 201, .WBEMEventID = "201",
+        .severity = severityInformational,
+        .probableCauseDescription = "Physical Drive Status Changed to OK",
+        .summary = "Physical Drive Status is now OK",
+        .description = "The physical drive of the SAS host bus adapter is online and works normally.",
+    },
+    {
+        .family = sasDrives,
+        .eventID = 202, .WBEMEventID = "202",
+        .severity = severityMajor, .probableCause = causeDiskFailure,
+        .probableCauseDescription = "Physical Drive Status Changed to Error",
+        .summary = "Physical drive status Error",
+        .description =
+            "The physical drive of the SAS host bus adapter has failed. Its data can be reached only if it is a part "
+            "of a fault-tolerant logical drive.",
+        .recommendedActions = "Replace the physical drive.",
+    },
+    {
+        .family = sasDrives,
+        .eventID = 203, .WBEMEventID = "203",
+        .severity = severityInformational,
+        .probableCauseDescription = "Physical Drive Rebuilding",
+        .summary = "Physical drive rebuilding",
+        .description =
+            "The data of the logical drive are being rebuilt on the physical drive. Another failure may lose them "
+            "until that is done.",
+    },
+    {
+        .family = sasDrives,
+        .eventID = 204, .WBEMEventID = "204",
+        .severity = severityMajor, .probableCause = causeDiskFailure,
+        .probableCauseDescription = "Physical Drive Predictive Failure",
+        .summary = "Physical drive predictive failure",
+        .description =
+            "The physical drive of the SAS host bus adapter foresees its own failure (S.M.A.R.T.). It still works, "
+            "but is likely to fail soon.",
+        .recommendedActions = "Back up the data and replace the physical drive.",
+    },
+    {
+        .family = sasEnclosurePower,
+        .eventID = 301, .WBEMEventID = "301",
+        .severity = severityWarning, .probableCause = causePowerSupplyFailure,
+        .probableCauseDescription = "Redundant Power Supply Status Changed to Non-Redundant",
+        .summary = "Power Supply status Non-Redundant",
+        .description =
+            "The storage enclosure behind the SAS host bus adapter runs on its last working power supply. If that "
+            "fails too, its drives lose power.",
+        .recommendedActions = "Replace the failed power supply of the enclosure, or restore its input power.",
+    },
+    {
+        .family = sasEnclosurePower,
+        .eventID = 302, .WBEMEventID = "302",
+        .severity = severityInformational,
+        .probableCauseDescription = "Redundant Power Supply Status Changed to OK",
+        .summary = "Redundant power supply status OK",
+        .description =
+            "The power supplies of the storage enclosure behind the SAS host bus adapter work normally and are "
+            "redundant.",
+    },
+    {
+        .family = sasEnclosurePower,
+        .eventID = 303, .WBEMEventID = "303",
+        .severity = severityWarning, .probableCause = causePowerSupplyFailure,
+        .probableCauseDescription = "Redundant Power Supply Degraded",
+        .summary = "Power supply status Redundant Degraded",
+        .description =
+            "A redundant power supply of the storage enclosure behind the SAS host bus adapter is degraded or has "
+            "failed. The others carry the load.",
+        .recommendedActions =
+            "Check the power supplies of the enclosure and their input power, and replace the one that is at fault.",
+    },
+    {
+        .family = sasEnclosureClimate,
+        .eventID = 304, .WBEMEventID = "304",
+        .severity = severityInformational,
+        .probableCauseDescription = "Fan Status Changed to OK",
+        .summary = "Fan status OK",
+        .description = "The fans of the storage enclosure behind the SAS host bus adapter work normally.",
+    },
+    {
+        .family = sasEnclosureClimate,
+        .eventID = 305, .WBEMEventID = "305",
+        .severity = severityWarning, .probableCause = causeFanFailure,
+        .probableCauseDescription = "Fan Degraded",
+        .summary = "Fan status Degraded",
+        .description =
+            "A fan of the storage enclosure behind the SAS host bus adapter runs outside its limits or has failed. "
+            "The others still cool the enclosure.",
+        .recommendedActions =
+            "Check the fans of the enclosure for dust and blocked air, and replace the one that is degraded.",
+    },
+    {
+        .family = sasEnclosureClimate,
+        .eventID = 306, .WBEMEventID = "306",
+        .severity = severityMajor, .probableCause = causeFanFailure,
+        .probableCauseDescription = "Fan Failure",
+        .summary = "Fan status Error",
+        .description =
+            "The fans of the storage enclosure behind the SAS host bus adapter no longer cool it well enough. Its "
+            "drives may overheat.",
+        .recommendedActions = "Replace the failed fan of the enclosure at once.",
+    },
+    {
+        .family = sasEnclosureClimate,
+        .eventID = 307, .WBEMEventID = "307",
+        .severity = severityInformational,
+        .probableCauseDescription = "Temperature Status Changed to OK",
+        .summary = "Temperature sensor status OK",
+        .description =
+            "The temperature of the storage enclosure behind the SAS host bus adapter is within its normal range.",
+    },
+    {
+        .family = sasEnclosureClimate,
+        .eventID = 308, .WBEMEventID = "308",
+        .severity = severityWarning, .probableCause = causeTemperature,
+        .probableCauseDescription = "Temperature Status Changed to Warning Condition",
+        .summary = "Temperature sensor status Warning Condition",
+        .description =
+            "The temperature of the storage enclosure behind the SAS host bus adapter has passed its warning "
+            "threshold. The drives in it age faster.",
+        .recommendedActions = "Check the fans and the air path of the enclosure and the temperature of the room.",
+    },
+    {
+        .family = sasEnclosureClimate,
+        .eventID = 309, .WBEMEventID = "309",
+        .severity = severityMajor, .probableCause = causeTemperature,
+        .probableCauseDescription = "Temperature Status Changed to Critical",
+        .summary = "Temperature sensor status Critical",
+        .description =
+            "The temperature of the storage enclosure behind the SAS host bus adapter has passed its critical "
+            "threshold. Drives may fail or switch themselves off.",
+        .recommendedActions =
+            "Stop access to the drives and shut the enclosure down until it is cooled properly again.",
+    },
+    {
+        .family = sasEnclosureClimate,
+        .eventID = 401, .WBEMEventID = "401",
+        .severity = severityMajor, .probableCause = causeTemperature,
+        .probableCauseDescription = "Physical drive status has changed to Predictive Failure ",
+        .summary = "Physical drive in Predictive Failure  state",
+        .description =
+            "The solid state drive of the SAS host bus adapter has used up most of the writes that its flash memory "
+            "endures. It is likely to fail soon.",
+        .recommendedActions = "Back up the data and replace the solid state drive.",
+    },
+    {
+        .family = {.sets = nonValmor, .WBEMProviderName = "KT SAS", .eventCategory = 29},
+        .eventID = 402, .WBEMEventID = "402",
+        .severity = severityWarning, .probableCause = causeSecurityBreached,
+        .probableCauseDescription = "Physical drive status has changed to authentication failure ",
+        .summary = "Physical drive status authentication failure",
+        .description =
+            "The SAS host bus adapter could not verify that the physical drive is one of the maker's. Its firmware, "
+            "its indicators and its failure prediction cannot be relied on.",
+        .recommendedActions =
+            "Reseat the drive and try again. Replace it with a genuine KT drive if it still cannot be authenticated.",
+    },
 });
 
 // clang-format on

@@ -9,46 +9,316 @@ namespace PYL {
 
 // clang-format off
 
+inline constexpr IndicationFamily providersThemselves{.WBEMProviderName = "KT WBEM"};
+inline constexpr IndicationFamily tests{.WBEMProviderName = "KT Test"};
+inline constexpr IndicationFamily recoveryFromPower{
+    .sets = nonValmor, .WBEMProviderName = "KT Recovery", .eventCategory = 16,
+};
+inline constexpr IndicationFamily recoveryFromHeat{
+    .sets = nonValmor, .WBEMProviderName = "KT Recovery", .eventCategory = 23,
+};
+
 inline constexpr auto baseServerRows = std::to_array<IndicationRow>({
-    {both, 1, "1", "KT WBEM", severityInformational, 1, 0, alertTypeDevice, 1, "WBEM Providers Started", "WBEM Providers started ", "KT Management WBEM Providers have started.", noAction},
-    {nonValmor, 4, "4", "KT WBEM", severityInformational, 1, 0, alertTypeDevice, 1, "This event indicates the operating system has completed its initialization and ready for use.  This is an informational message.  No action is needed.", "OS boot completed", "The operating system has completed its initialization and the server is ready for use.", noAction},
-    {both, 100, "100", "KT Server", severityInformational, 1, 0, alertTypeDevice, 1, "Base Server Heart Beat", "Base Server Heart Beat indication Id:", "Base Server Heart Beat test indication", noAction},
-    {both, 101, "1", "KT Test", severityInformational, 1, 0, alertTypeDevice, 1, "Test Indication", "Test Event Id: ", "This is an Informational Test Event. ", noAction},
-    {both, 102, "2", "KT Test", severityWarning, 1, 0, alertTypeDevice, 1, "Test Indication", "Test Event Id: ", "This is a Warning Test Event. ", noAction},
-    {both, 103, "3", "KT Test", severityCritical, 1, 0, alertTypeDevice, 1, "Test Indication", "Test Event Id: ", "This is a Critical Test Event. ", noAction},
-    {nonValmor, 200, "1", "KT Recovery", severityMajor, 16, 0, alertTypeDevice, 111, "ASR Reboot Occurred", "ASR reboot occurred", "Automatic Server Recovery (ASR) has restarted the server, because the operating system did not reset the watchdog timer in time. It had stopped responding or was too busy to do so.", "Look for the cause in the operating system's logs and crash dump and in the management log of the time before the restart. Update firmware and drivers if hardware did not cause it."},
-    {nonValmor, 201, "2", "KT Recovery", severityMajor, 23, 0, alertTypeDevice, 51, "Thermal Reboot Occurred", "Thermal reboot occurred", "The server was restarted because a temperature exceeded its critical threshold. Running on could have damaged components.", "Check the temperature of the room, the air filters, blanking panels and all fans, and read the management log for the sensor that tripped."},
-    {nonValmor, 202, "1", "KT POST", severityMajor, 4, 0, alertTypeDevice, 8, "POST Errors Occurred", "POST errors occurred", "The Power On Self Test (POST) of the last start found one or more errors. A component may be disabled, or not work as configured.", "Read the POST messages in the management log and service the components that they name."},
-    {nonValmor, 203, "3", "KT Recovery", severityMajor, 23, 0, alertTypeDevice, 94, "Fan Failure Reboot Occurred", "Fan failure reboot occurred", "The server was restarted because too few fans were running to cool it.", "Replace the failed fans before the server is put back to work, and check that no other component was overheated."},
-    {nonValmor, 204, "4", "KT Recovery", severityMajor, 16, 0, alertTypeDevice, 89, "VRM Failure Reboot Occurred", "VRM failure reboot occurred", "The server was restarted because a voltage regulator module (VRM) no longer held the voltage of the component that it feeds.", "Read the management log for the VRM that failed. Replace it, or the processor or system board that carries it."},
+    {
+        .family = providersThemselves,
+        .eventID = 1, .WBEMEventID = "1",
+        .severity = severityInformational,
+        .probableCauseDescription = "WBEM Providers Started",
+        .summary = "WBEM Providers started ",
+        .description = "KT Management WBEM Providers have started.",
+    },
+    {
+        .family = providersThemselves, .sets = nonValmor,
+        .eventID = 4, .WBEMEventID = "4",
+        .severity = severityInformational,
+        .probableCauseDescription =
+            "This event indicates the operating system has completed its initialization and ready for use.  This is "
+            "an informational message.  No action is needed.",
+        .summary = "OS boot completed",
+        .description = "The operating system has completed its initialization and the server is ready for use.",
+    },
+    {.family = {.WBEMProviderName = "KT Server"}, PYL_HEART_BEAT("Base Server")},
+    {
+        .family = tests,
+        .eventID = 101, .WBEMEventID = "1",
+        .severity = severityInformational,
+        .probableCauseDescription = "Test Indication",
+        .summary = "Test Event Id: ",
+        .description = "This is an Informational Test Event. ",
+    },
+    {
+        .family = tests,
+        .eventID = 102, .WBEMEventID = "2",
+        .severity = severityWarning,
+        .probableCauseDescription = "Test Indication",
+        .summary = "Test Event Id: ",
+        .description = "This is a Warning Test Event. ",
+    },
+    {
+        .family = tests,
+        .eventID = 103, .WBEMEventID = "3",
+        .severity = severityCritical,
+        .probableCauseDescription = "Test Indication",
+        .summary = "Test Event Id: ",
+        .description = "This is a Critical Test Event. ",
+    },
+    {
+        .family = recoveryFromPower,
+        .eventID = 200, .WBEMEventID = "1",
+        .severity = severityMajor, .probableCause = causeTimeout,
+        .probableCauseDescription = "ASR Reboot Occurred",
+        .summary = "ASR reboot occurred",
+        .description =
+            "Automatic Server Recovery (ASR) has restarted the server, because the operating system did not reset the "
+            "watchdog timer in time. It had stopped responding or was too busy to do so.",
+        .recommendedActions =
+            "Look for the cause in the operating system's logs and crash dump and in the management log of the time "
+            "before the restart. Update firmware and drivers if hardware did not cause it.",
+    },
+    {
+        .family = recoveryFromHeat,
+        .eventID = 201, .WBEMEventID = "2",
+        .severity = severityMajor, .probableCause = causeTemperature,
+        .probableCauseDescription = "Thermal Reboot Occurred",
+        .summary = "Thermal reboot occurred",
+        .description =
+            "The server was restarted because a temperature exceeded its critical threshold. Running on could have "
+            "damaged components.",
+        .recommendedActions =
+            "Check the temperature of the room, the air filters, blanking panels and all fans, and read the "
+            "management log for the sensor that tripped.",
+    },
+    {
+        .family = {.sets = nonValmor, .WBEMProviderName = "KT POST", .eventCategory = 4},
+        .eventID = 202, .WBEMEventID = "1",
+        .severity = severityMajor, .probableCause = causeConfigurationError,
+        .probableCauseDescription = "POST Errors Occurred",
+        .summary = "POST errors occurred",
+        .description =
+            "The Power On Self Test (POST) of the last start found one or more errors. A component may be disabled, "
+            "or not work as configured.",
+        .recommendedActions = "Read the POST messages in the management log and service the components that they name.",
+    },
+    {
+        .family = recoveryFromHeat,
+        .eventID = 203, .WBEMEventID = "3",
+        .severity = severityMajor, .probableCause = causeFanFailure,
+        .probableCauseDescription = "Fan Failure Reboot Occurred",
+        .summary = "Fan failure reboot occurred",
+        .description = "The server was restarted because too few fans were running to cool it.",
+        .recommendedActions =
+            "Replace the failed fans before the server is put back to work, and check that no other component was "
+            "overheated.",
+    },
+    {
+        .family = recoveryFromPower,
+        .eventID = 204, .WBEMEventID = "4",
+        .severity = severityMajor, .probableCause = causePowerSupplyFailure,
+        .probableCauseDescription = "VRM Failure Reboot Occurred",
+        .summary = "VRM failure reboot occurred",
+        .description =
+            "The server was restarted because a voltage regulator module (VRM) no longer held the voltage of the "
+            "component that it feeds.",
+        .recommendedActions =
+            "Read the management log for the VRM that failed. Replace it, or the processor or system board that "
+            "carries it.",
+    },
 });
+
+inline constexpr IndicationFamily processors{.sets = nonValmor, .WBEMProviderName = "KT Processor", .eventCategory = 2};
 
 inline constexpr auto cpuRows = std::to_array<IndicationRow>({
-    {nonValmor, 1, "1", "KT Processor", severityMinor, 2, 0, alertTypeDevice, 1, "CPU Failed Power on Self Test (POST)", "CPU Failed Power on Self Test (POST)", "A processor did not pass the Power On Self Test (POST). It takes no part in the work of the server.", "Reseat the processor and check its socket and heat sink. Replace the processor if it fails again."},
-    {nonValmor, 2, "2", "KT Processor", severityMinor, 2, 0, alertTypeDevice, 1, "CPU has been disabled by BIOS or EFI", "CPU has been disabled by BIOS or EFI", "The system firmware has switched a processor off, because of a fault that it found or because of a setting. The server runs with fewer processors.", "If the processor was not disabled on purpose, read the management log for the fault and replace the processor; then enable it in the firmware setup."},
-    {nonValmor, 3, "3", "KT Processor", severityMinor, 2, 0, alertTypeDevice, 1, "CPU Predictive failure detected", "CPU Predictive failure detected", "A processor has corrected more internal errors than is normal. It still works, but is likely to fail.", "Plan the replacement of the processor at the next maintenance window. Update the system firmware first if a newer release handles corrected errors differently."},
-    {both, 100, "100", "KT Processor", severityInformational, 1, 0, alertTypeDevice, 1, "CPU Heart Beat", "CPU Heart Beat indication Id:", "CPU Heart Beat test indication", noAction},
+    {
+        .family = processors,
+        .eventID = 1, .WBEMEventID = "1",
+        .severity = severityMinor,
+        .probableCauseDescription = "CPU Failed Power on Self Test (POST)",
+        .summary = "CPU Failed Power on Self Test (POST)",
+        .description =
+            "A processor did not pass the Power On Self Test (POST). It takes no part in the work of the server.",
+        .recommendedActions =
+            "Reseat the processor and check its socket and heat sink. Replace the processor if it fails again.",
+    },
+    {
+        .family = processors,
+        .eventID = 2, .WBEMEventID = "2",
+        .severity = severityMinor,
+        .probableCauseDescription = "CPU has been disabled by BIOS or EFI",
+        .summary = "CPU has been disabled by BIOS or EFI",
+        .description =
+            "The system firmware has switched a processor off, because of a fault that it found or because of a "
+            "setting. The server runs with fewer processors.",
+        .recommendedActions =
+            "If the processor was not disabled on purpose, read the management log for the fault and replace the "
+            "processor; then enable it in the firmware setup.",
+    },
+    {
+        .family = processors,
+        .eventID = 3, .WBEMEventID = "3",
+        .severity = severityMinor,
+        .probableCauseDescription = "CPU Predictive failure detected",
+        .summary = "CPU Predictive failure detected",
+        .description =
+            "A processor has corrected more internal errors than is normal. It still works, but is likely to fail.",
+        .recommendedActions =
+            "Plan the replacement of the processor at the next maintenance window. Update the system firmware first "
+            "if a newer release handles corrected errors differently.",
+    },
+    {.family = {.WBEMProviderName = "KT Processor"}, PYL_HEART_BEAT("CPU")},
 });
+
+inline constexpr IndicationFamily memory{.sets = nonValmor, .WBEMProviderName = "KT Memory", .eventCategory = 3};
 
 inline constexpr auto memoryRows = std::to_array<IndicationRow>({
-    {nonValmor, 1, "1", "KT Memory", severityMajor, 3, 0, alertTypeDevice, 1, "Memory Module Failed or Predicted to Fail", "Memory module has failed or is predicted to fail", "A memory module had an error that could not be corrected, or corrected errors at a rate that foretells one. The data in it are at risk.", "Replace the memory module that the event names. If the error stays with the slot, check the slot and the memory board."},
-    {nonValmor, 2, "2", "KT Memory", severityMajor, 3, 0, alertTypeDevice, 1, "Memory Board Error", "Memory board error", "A memory board reports an error. Its memory modules may be out of use or run without protection.", "Reseat the memory board and its modules. Replace the board if the error returns."},
-    {nonValmor, 3, "3", "KT Memory", severityMajor, 3, 0, alertTypeDevice, 88, "Advanced Memory Protection Degraded", "Advanced Memory Protection degraded", "The protection of the memory, by a spare, a mirror or an additional module, is used up or out of order. The next error that cannot be corrected may stop the server.", "Replace the memory module that made the protection take over, and check in the firmware setup that the protection is active after the next start."},
-    {nonValmor, 4, "4", "KT Memory", severityInformational, 3, 0, alertTypeDevice, 1, "Advanced Memory Protection now Fully Operational", "Advanced Memory Protection redundancy is fully operational", "The spare, mirrored or additional memory is in place again. The server can bear the failure of a memory module.", noAction},
-    {both, 100, "100", "KT Memory", severityInformational, 1, 0, alertTypeDevice, 1, "Memory Heart Beat", "Memory Heart Beat indication Id:", "Memory Heart Beat test indication", noAction},
+    {
+        .family = memory,
+        .eventID = 1, .WBEMEventID = "1",
+        .severity = severityMajor,
+        .probableCauseDescription = "Memory Module Failed or Predicted to Fail",
+        .summary = "Memory module has failed or is predicted to fail",
+        .description =
+            "A memory module had an error that could not be corrected, or corrected errors at a rate that foretells "
+            "one. The data in it are at risk.",
+        .recommendedActions =
+            "Replace the memory module that the event names. If the error stays with the slot, check the slot and the "
+            "memory board.",
+    },
+    {
+        .family = memory,
+        .eventID = 2, .WBEMEventID = "2",
+        .severity = severityMajor,
+        .probableCauseDescription = "Memory Board Error",
+        .summary = "Memory board error",
+        .description =
+            "A memory board reports an error. Its memory modules may be out of use or run without protection.",
+        .recommendedActions = "Reseat the memory board and its modules. Replace the board if the error returns.",
+    },
+    {
+        .family = memory,
+        .eventID = 3, .WBEMEventID = "3",
+        .severity = severityMajor, .probableCause = causeRedundancyLost,
+        .probableCauseDescription = "Advanced Memory Protection Degraded",
+        .summary = "Advanced Memory Protection degraded",
+        .description =
+            "The protection of the memory, by a spare, a mirror or an additional module, is used up or out of order. "
+            "The next error that cannot be corrected may stop the server.",
+        .recommendedActions =
+            "Replace the memory module that made the protection take over, and check in the firmware setup that the "
+            "protection is active after the next start.",
+    },
+    {
+        .family = memory,
+        .eventID = 4, .WBEMEventID = "4",
+        .severity = severityInformational,
+        .probableCauseDescription = "Advanced Memory Protection now Fully Operational",
+        .summary = "Advanced Memory Protection redundancy is fully operational",
+        .description =
+            "The spare, mirrored or additional memory is in place again. The server can bear the failure of a memory "
+            "module.",
+    },
+    {.family = {.WBEMProviderName = "KT Memory"}, PYL_HEART_BEAT("Memory")},
 });
 
+inline constexpr IndicationFamily consolidatedStatus{
+    .WBEMProviderName = "KT Consolidated Status",
+    .alertType = alertTypeModelChange,
+};
+inline constexpr IndicationFamily managementProcessor{.WBEMProviderName = "KT MP"};
+
+inline constexpr IndicationRow membersRecovered{
+    .family = consolidatedStatus, .sets = nonValmor,
+    .eventID = 2, .WBEMEventID = "2",
+    .severity = severityInformational,
+    .probableCauseDescription =
+        "Operational Status of participating members in this collection have transitioned to OK from Degraded or "
+        "Error state. These Operational Status changes could have also affected the "
+        "KT_GroupSystemSpecificCollections operational status.",
+    .summary = "Consolidated Status Collection operational status has transitioned to OK.",
+    .description = "Members of the collection have recovered, and the status of the whole collection is OK.",
+};
+
+inline constexpr IndicationRow membersDegraded{
+    .family = consolidatedStatus, .sets = nonValmor,
+    .eventID = 3, .WBEMEventID = "3",
+    .severity = severityWarning,
+    .probableCauseDescription =
+        "Operational Status of participating members in this collection have transitioned to Degraded or Error "
+        "state. These Operational Status changes could have also affected the KT_GroupSystemSpecificCollections "
+        "operational status",
+    .summary = "Consolidated Status Collection operational status has transitioned to Degraded.",
+    .description =
+        "Members of the collection have become degraded or faulty. The status of the whole collection is "
+        "Degraded: the server still does its work, but with less reserve.",
+    .recommendedActions =
+        "Inspect the members of the collection for the one that is degraded or faulty, and act on its own events.",
+};
+
 inline constexpr auto managementProcessorRows = std::to_array<IndicationRow>({
-    {both, 100, "100", "KT MP", severityInformational, 1, 0, alertTypeModelChange, 1, "MP Heart Beat", "MP Heart Beat indication Id:", "MP Heart Beat test indication", noAction},
-    {both, 1, "1", "KT Consolidated Status", severityInformational, 1, 0, alertTypeModelChange, 1, "This group status policy change is caused by activation or deactivation of State Propagation Filtering for existing managed elements in KT_GroupSystemSpecificCollection", policySummary, policyDescription, policyActions, policySubCategory},
-    {nonValmor, 2, "2", "KT Consolidated Status", severityInformational, 1, 0, alertTypeModelChange, 1, "Operational Status of participating members in this collection have transitioned to OK from Degraded or Error state. These Operational Status changes could have also affected the KT_GroupSystemSpecificCollections operational status.", "Consolidated Status Collection operational status has transitioned to OK.", "Members of the collection have recovered, and the status of the whole collection is OK.", noAction},
-    {nonValmor, 3, "3", "KT Consolidated Status", severityWarning, 1, 0, alertTypeModelChange, 1, "Operational Status of participating members in this collection have transitioned to Degraded or Error state. These Operational Status changes could have also affected the KT_GroupSystemSpecificCollections operational status", "Consolidated Status Collection operational status has transitioned to Degraded.", "Members of the collection have become degraded or faulty. The status of the whole collection is Degraded: the server still does its work, but with less reserve.", "Inspect the members of the collection for the one that is degraded or faulty, and act on its own events."},
-    {valmor, 2, "2", "KT Consolidated Status", severityInformational, 1, 0, alertTypeModelChange, 1, "Operational Status of participating members in this collection have transitioned to OK from Degraded or Error state. These Operational Status changes could have also affected the KT_GroupSystemSpecificCollection operational status.", "Consolidated Status Collection operational status has transitioned to OK.", "Members of the collection have recovered, and the status of the whole collection is OK.", noAction},
-    {valmor, 3, "3", "KT Consolidated Status", severityWarning, 1, 0, alertTypeModelChange, 1, "Operational Status of participating members in this collection have transitioned to Degraded or Error state. These Operational Status changes could have also affected the KT_GroupSystemSpecificCollection operational status", "Consolidated Status Collection operational status has transitioned to Degraded.", "Members of the collection have become degraded or faulty. The status of the whole collection is Degraded: the server still does its work, but with less reserve.", "Inspect the members of the collection for the one that is degraded or faulty, and act on its own events."},
-    {both, 4, "4", "KT Consolidated Status", severityMajor, 1, 0, alertTypeModelChange, 1, "Operational Status of participating members in this collection have transitioned to Error state and caused operational status for the for the collection to transition to Error", "Consolidated Status Collection operational status has transitioned to Error", "Members of the collection have become faulty, and with them the status of the whole collection is Error.", "Inspect the members of the collection for the one that is faulty, and act on its own events without delay."},
-    {both, 5, "5", "KT MP", severityInformational, 1, 0, alertTypeDevice, 1, "Remote Periscope/ Lumio Controller Unauthorized Login Attempts threshold reached", "Remote Periscope/ Lumio Controller Unauthorized Login Attempts Threshold Reached.", "Logins to the management processor have failed more often than its threshold allows. Somebody may be guessing its passwords.", "Find out in the event log of the management processor where the attempts came from. Restrict access to its network and change its passwords."},
-    {both, 6, "6", "KT MP", severityWarning, 1, 0, alertTypeDevice, 1, "Remote Periscope/ Lumio Controller Self Test Error", "Remote Periscope/ Lumio Controller Self Test Error.", "The self test of the management processor found an error. Remote management, sensors or logs may not be available; the server itself goes on.", "Reset the management processor. Update its firmware or have the system board serviced if the self test fails again."},
-    {both, 7, "7", "KT MP", severityWarning, 1, 0, alertTypeDevice, 1, "Remote Periscope/ Lumio Controller Interface Error", "Remote Periscope/ Lumio Controller Interface Error.", "The operating system cannot communicate with the management processor. Health data and events from it are missing.", "Check that the driver of the management processor is installed and running. Reset the management processor if it still does not answer."},
+    {.family = {.WBEMProviderName = "KT MP", .alertType = alertTypeModelChange}, PYL_HEART_BEAT("MP")},
+    policyChange(1, "1"),
+    membersRecovered,
+    onValmor(membersRecovered,
+        "Operational Status of participating members in this collection have transitioned to OK from Degraded or "
+        "Error state. These Operational Status changes could have also affected the KT_GroupSystemSpecificCollection "
+        "operational status."),
+    membersDegraded,
+    onValmor(membersDegraded,
+        "Operational Status of participating members in this collection have transitioned to Degraded or Error state. "
+        "These Operational Status changes could have also affected the KT_GroupSystemSpecificCollection operational "
+        "status"),
+    {
+        .family = consolidatedStatus,
+        .eventID = 4, .WBEMEventID = "4",
+        .severity = severityMajor,
+        .probableCauseDescription =
+            "Operational Status of participating members in this collection have transitioned to Error state and "
+            "caused operational status for the for the collection to transition to Error",
+        .summary = "Consolidated Status Collection operational status has transitioned to Error",
+        .description =
+            "Members of the collection have become faulty, and with them the status of the whole collection is Error.",
+        .recommendedActions =
+            "Inspect the members of the collection for the one that is faulty, and act on its own events without "
+            "delay.",
+    },
+    {
+        .family = managementProcessor,
+        .eventID = 5, .WBEMEventID = "5",
+        .severity = severityInformational,
+        .probableCauseDescription = "Remote Periscope/ Lumio Controller Unauthorized Login Attempts threshold reached",
+        .summary = "Remote Periscope/ Lumio Controller Unauthorized Login Attempts Threshold Reached.",
+        .description =
+            "Logins to the management processor have failed more often than its threshold allows. Somebody may be "
+            "guessing its passwords.",
+        .recommendedActions =
+            "Find out in the event log of the management processor where the attempts came from. Restrict access to "
+            "its network and change its passwords.",
+    },
+    {
+        .family = managementProcessor,
+        .eventID = 6, .WBEMEventID = "6",
+        .severity = severityWarning,
+        .probableCauseDescription = "Remote Periscope/ Lumio Controller Self Test Error",
+        .summary = "Remote Periscope/ Lumio Controller Self Test Error.",
+        .description =
+            "The self test of the management processor found an error. Remote management, sensors or logs may not be "
+            "available; the server itself goes on.",
+        .recommendedActions =
+            "Reset the management processor. Update its firmware or have the system board serviced if the self test "
+            "fails again.",
+    },
+    {
+        .family = managementProcessor,
+        .eventID = 7, .WBEMEventID = "7",
+        .severity = severityWarning,
+        .probableCauseDescription = "Remote Periscope/ Lumio Controller Interface Error",
+        .summary = "Remote Periscope/ Lumio Controller Interface Error.",
+        .description =
+            "The operating system cannot communicate with the management processor. Health data and events from it "
+            "are missing.",
+        .recommendedActions =
+            "Check that the driver of the management processor is installed and running. Reset the management "
+            "processor if it still does not answer.",
+    },
 });
 
 // clang-format on

@@ -51,7 +51,7 @@ bool isHeartBeat(const IndicationRow& row) {
 }
 
 bool isPolicy(const IndicationRow& row) {
-    return row.otherEventSubCategory == "Consolidated Status Policy Changed";
+    return row.family.otherEventSubCategory == "Consolidated Status Policy Changed";
 }
 
 bool isTemplate(const IndicationRow& row) {
@@ -162,7 +162,7 @@ TEST(IndicationCatalogue, SpeaksOfOneCollectionOnValmorAndOfSeveralElsewhere) {
 TEST(IndicationCatalogue, SaysInEveryRecordWhatHappenedAndWhatToDo) {
     forEachRow([](const IndicationGroup&, const IndicationRow& row) {
         EXPECT_FALSE(row.WBEMEventID.empty());
-        EXPECT_TRUE(row.WBEMProviderName.starts_with("KT "));
+        EXPECT_TRUE(row.family.WBEMProviderName.starts_with("KT "));
         EXPECT_FALSE(row.probableCauseDescription.empty());
         EXPECT_FALSE(row.summary.empty());
         EXPECT_FALSE(row.description.empty());
@@ -174,9 +174,9 @@ TEST(IndicationCatalogue, SaysInEveryRecordWhatHappenedAndWhatToDo) {
 
 TEST(IndicationCatalogue, HoldsTextsThatEveryConsoleCanShow) {
     forEachRow([](const IndicationGroup&, const IndicationRow& row) {
-        for (const auto text :
-             {row.WBEMEventID, row.WBEMProviderName, row.probableCauseDescription, row.summary,
-              row.description, row.recommendedActions, row.otherEventSubCategory}) {
+        for (const auto text : {row.WBEMEventID, row.family.WBEMProviderName,
+                                row.probableCauseDescription, row.summary, row.description,
+                                row.recommendedActions, row.family.otherEventSubCategory}) {
             EXPECT_TRUE(std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; }))
                 << text;
         }
@@ -187,7 +187,7 @@ TEST(IndicationCatalogue, HoldsTextsThatEveryConsoleCanShow) {
 
 TEST(IndicationCatalogue, RecommendsAnActionForEveryFault) {
     forEachRow([](const IndicationGroup&, const IndicationRow& row) {
-        const bool isTest = row.WBEMProviderName == "KT Test";
+        const bool isTest = row.family.WBEMProviderName == "KT Test";
         if (row.severity <= PYL::severityInformational || isTest) return;
         EXPECT_NE(row.recommendedActions, "No action is recommended");
     });
@@ -209,9 +209,10 @@ TEST(IndicationCatalogue, UsesTheCodesThatConsolesKnow) {
         const bool isNetwork = group.providerName == "PYL_EthernetIndication";
         EXPECT_GE(row.severity, PYL::severityInformational);
         EXPECT_LE(row.severity, PYL::severityCritical);
-        EXPECT_TRUE(categories.contains(row.eventCategory)) << row.eventCategory;
-        EXPECT_TRUE(row.eventSubCategory == 0 || isNetwork);
-        EXPECT_EQ(row.alertType == PYL::alertTypeCommunications, isNetwork && !isPolicy(row));
+        EXPECT_TRUE(categories.contains(row.family.eventCategory)) << row.family.eventCategory;
+        EXPECT_TRUE(row.family.eventSubCategory == 0 || isNetwork);
+        EXPECT_EQ(row.family.alertType == PYL::alertTypeCommunications,
+                  isNetwork && !isPolicy(row));
         EXPECT_GE(row.probableCause, 1);
     });
 }
@@ -225,11 +226,11 @@ TEST(IndicationCatalogue, WritesAllHeartBeatsAlike) {
         EXPECT_EQ(row.eventID, 100);
         EXPECT_EQ(row.WBEMEventID, "100");
         EXPECT_EQ(row.severity, PYL::severityInformational);
-        EXPECT_EQ(row.eventCategory, 1U);
+        EXPECT_EQ(row.family.eventCategory, 1U);
         EXPECT_EQ(row.summary, title + " indication Id:");
         EXPECT_EQ(row.description, title + " test indication");
         EXPECT_EQ(row.recommendedActions, "No action is recommended");
-        EXPECT_EQ(row.alertType == PYL::alertTypeModelChange,
+        EXPECT_EQ(row.family.alertType == PYL::alertTypeModelChange,
                   group.providerName == "PYL_MPIndication");
     });
     EXPECT_EQ(count, 12);
@@ -239,12 +240,12 @@ TEST(IndicationCatalogue, WritesAllChangesOfPolicyAlike) {
     int count = 0;
     forEachRow([&count](const IndicationGroup& group, const IndicationRow& row) {
         if (!isPolicy(row)) {
-            EXPECT_EQ(row.otherEventSubCategory, "");
+            EXPECT_EQ(row.family.otherEventSubCategory, "");
             return;
         }
         ++count;
-        EXPECT_EQ(row.WBEMProviderName, "KT Consolidated Status");
-        EXPECT_EQ(row.alertType, PYL::alertTypeModelChange);
+        EXPECT_EQ(row.family.WBEMProviderName, "KT Consolidated Status");
+        EXPECT_EQ(row.family.alertType, PYL::alertTypeModelChange);
         EXPECT_EQ(row.sets, RecordSet::both);
         const bool isPower = group.providerName == "PYL_PowerSupplyIndication";
         EXPECT_TRUE(row.probableCauseDescription.starts_with(
@@ -275,12 +276,12 @@ TEST(IndicationCatalogue, NamesTheProviderThatARecordIsShownUnder) {
     for (const auto& group : groups) {
         std::map<std::string_view, std::set<int>> found;
         for (const auto& row : rowsOf(group.provider, RecordSet::nonValmor)) {
-            found[row.WBEMProviderName].insert(row.eventID);
+            found[row.family.WBEMProviderName].insert(row.eventID);
         }
         EXPECT_EQ(found, group.events) << group.provider;
     }
-    EXPECT_EQ(rowOf("PYL_SASIndication", 2).WBEMProviderName, "KT SAS HBA");
-    EXPECT_EQ(rowOf("PYL_SASIndication", 101).WBEMProviderName, "KT SAS");
+    EXPECT_EQ(rowOf("PYL_SASIndication", 2).family.WBEMProviderName, "KT SAS HBA");
+    EXPECT_EQ(rowOf("PYL_SASIndication", 101).family.WBEMProviderName, "KT SAS");
 }
 
 TEST(IndicationCatalogue, LeavesTheTextsOfRecordLogsToTheirProviders) {
