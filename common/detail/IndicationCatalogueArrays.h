@@ -19,8 +19,8 @@ inline constexpr auto arrayRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Controller Battery Status Changed to OK",
         .summary = "Controller battery status OK",
         .description =
-            "The battery of the array controller's write cache is charged and in order. The write cache is protected "
-            "from a loss of power.",
+            "The battery of the array controller's write cache is charged and works normally. The write cache is "
+            "protected against a loss of power.",
     },
     {
         .family = arrays,
@@ -30,10 +30,10 @@ inline constexpr auto arrayRows = std::to_array<IndicationRow>({
         .summary = "Controller Battery Status set to Not Fully Charged",
         .description =
             "The battery of the array controller's write cache is not fully charged. Until it is, the controller may "
-            "write through to the drives, which is slower.",
+            "bypass the cache, which makes writing slower.",
         .recommendedActions =
-            "Let the battery charge, which takes a few hours after a long time without power. Replace the battery if "
-            "it does not become fully charged.",
+            "Let the battery charge, which takes a few hours after the server has been without power. Replace the "
+            "battery if it does not become fully charged.",
     },
     {
         .family = arrays,
@@ -61,10 +61,10 @@ inline constexpr auto arrayRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Array Controller Cache Status Changed to Temporarily Disabled",
         .summary = "Controller cache status temporarily disabled",
         .description =
-            "The array controller has disabled its cache for now, for example while the battery charges or a capacity "
-            "expansion runs. Data are safe; writing is slower.",
+            "The array controller has temporarily disabled its cache, for example while the battery charges or a "
+            "capacity expansion runs. No data is lost; writing is slower.",
         .recommendedActions =
-            "Wait until the condition is over. If the cache stays disabled, check the battery and the cache module of "
+            "Wait until the cause has passed. If the cache stays disabled, check the battery and the cache module of "
             "the array controller.",
     },
     {
@@ -75,10 +75,9 @@ inline constexpr auto arrayRows = std::to_array<IndicationRow>({
         .summary = "Array controller cache status permanently disabled",
         .description =
             "The array controller has disabled its cache until it is serviced, because the cache module or its "
-            "battery is faulty. Data that were still in the cache may be lost.",
+            "battery is faulty. The controller works without the cache, which is slower.",
         .recommendedActions =
-            "Check the data of the logical drives, and replace the cache module or the battery that the controller's "
-            "diagnostic report names.",
+            "Replace the cache module or the battery, whichever the controller's diagnostic report names as faulty.",
     },
     {
         .family = arrays,
@@ -87,10 +86,10 @@ inline constexpr auto arrayRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Array Controller Cache Status Changed to not configured",
         .summary = "Array controller cache status not configured",
         .description =
-            "The cache of the array controller is not configured. The controller reads and writes without it, which "
-            "is slower.",
+            "The cache of the array controller is not configured. The controller works without the cache, which is "
+            "slower.",
         .recommendedActions =
-            "Configure the cache and its ratio of reading to writing with the array configuration utility.",
+            "Configure the cache and its ratio of read to write cache with the array configuration utility.",
     },
     {
         .family = arrays,
@@ -110,10 +109,10 @@ inline constexpr auto arrayRows = std::to_array<IndicationRow>({
         .summary = "Array controller ASIC encryption self test status failed",
         .description =
             "The self test of the encryption circuit (ASIC) of the array controller has failed. The controller cannot "
-            "encrypt or decrypt, and encrypted logical drives are out of reach.",
+            "encrypt or decrypt data, and encrypted logical drives are not accessible.",
         .recommendedActions =
-            "Restart the server to repeat the self test. Replace the array controller if the test fails again, and "
-            "restore its encryption keys.",
+            "Restart the server to repeat the self test. If the test fails again, replace the array controller and "
+            "import the encryption keys into the new one.",
     },
     {
         .family = arrays,
@@ -123,7 +122,7 @@ inline constexpr auto arrayRows = std::to_array<IndicationRow>({
         .summary = "Array controller encryption CSP NVRAM status OK",
         .description =
             "The memory in which the array controller keeps the critical security parameters (CSP) of its encryption "
-            "is in order.",
+            "works normally.",
     },
     {
         .family = arrays,
@@ -135,8 +134,8 @@ inline constexpr auto arrayRows = std::to_array<IndicationRow>({
             "The memory in which the array controller keeps the critical security parameters (CSP) of its encryption "
             "has failed. The controller may not be able to unlock encrypted logical drives.",
         .recommendedActions =
-            "Keep a backup of the encryption keys at hand. Replace the array controller and import the keys into the "
-            "new one.",
+            "Make sure that there is a backup of the encryption keys. Then replace the array controller and import "
+            "the keys into the new one.",
     },
     {.family = {.WBEMProviderName = "KT Vela Array"}, PYL_HEART_BEAT("Vela Array")},
 });
@@ -157,11 +156,10 @@ inline constexpr auto arrayControllerRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Array Controller Status Changed to Error",
         .summary = "Controller status Error",
         .description =
-            "The array controller reports an error, or does not answer any more. Its logical drives may be out of "
-            "reach.",
+            "The array controller reports an error or no longer responds. Its logical drives may not be accessible.",
         .recommendedActions =
-            "Check that the controller is seated properly and read its diagnostic report. Update its firmware or "
-            "replace the controller if the error stays.",
+            "Check that the controller is seated properly and read its diagnostic report. If the error persists, "
+            "update its firmware or replace the controller.",
     },
 });
 
@@ -172,7 +170,7 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .severity = severityInformational,
         .probableCauseDescription = "Logical Drive Status Changed to OK",
         .summary = "Logical drive status OK",
-        .description = "The logical drive is in order and all its physical drives take part in it.",
+        .description = "The logical drive works normally and all of its physical drives are in use.",
     },
     {
         .family = arrays,
@@ -181,8 +179,8 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical Drive Status Changed to Error",
         .summary = "Logical drive status error",
         .description =
-            "The logical drive has failed: more of its physical drives are lost than its fault tolerance can bear. "
-            "Its data cannot be reached.",
+            "The logical drive has failed: more of its physical drives have failed than its fault tolerance allows. "
+            "Its data is not accessible.",
         .recommendedActions =
             "Do not replace several drives at once. Check power and cabling of the drives first; then replace the "
             "failed ones and restore the data from a backup.",
@@ -194,9 +192,9 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical Drive Status Changed to Degraded",
         .summary = "Logical drive in degraded state",
         .description =
-            "The logical drive has lost a physical drive. Its data are complete, but its fault tolerance is reduced "
-            "or used up.",
-        .recommendedActions = "Replace the failed physical drive. The logical drive is rebuilt without further help.",
+            "A physical drive of the logical drive has failed. The data is complete, but the fault tolerance of the "
+            "logical drive is reduced or lost.",
+        .recommendedActions = "Replace the failed physical drive. The logical drive is then rebuilt automatically.",
     },
     {
         .family = arrays,
@@ -205,8 +203,8 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical State Changed to Degraded",
         .summary = "Logical drive in degraded state - multipath failure",
         .description =
-            "The logical drive is reached by one path only. Its data are complete, but the failure of the remaining "
-            "cable, port or controller makes it unreachable.",
+            "Only one path to the logical drive is left. Its data is accessible, but will not be if the cable, port "
+            "or controller on that path fails too.",
         .recommendedActions =
             "Check the cables and the input/output modules between the array controller and the storage enclosure, "
             "and restore the second path.",
@@ -218,9 +216,9 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical State Changed to expanding",
         .summary = "Logical drive in expanding state.",
         .description =
-            "The logical drive is being expanded onto more capacity. Its data stay in reach, and access to them is "
-            "slower meanwhile.",
-        .recommendedActions = "Let the expansion complete. Do not switch the server off or remove drives meanwhile.",
+            "The capacity of the logical drive is being expanded. Its data remains accessible, but access is slower "
+            "until the expansion is complete.",
+        .recommendedActions = "Let the expansion complete. Until then, do not switch the server off or remove drives.",
     },
     {
         .family = arrays,
@@ -229,9 +227,9 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical State Changed to queued for expansion",
         .summary = "Logical drive in queued for expansion state.",
         .description =
-            "The logical drive waits for its expansion, because the array controller is still at work on another one. "
-            "Its data stay in reach.",
-        .recommendedActions = "Let the operations that are under way complete. Do not remove drives meanwhile.",
+            "The logical drive waits for its expansion until the array controller has finished another operation. Its "
+            "data remains accessible.",
+        .recommendedActions = "Let the operations in progress complete. Until then, do not remove drives.",
     },
     {
         .family = arrays,
@@ -243,7 +241,7 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
             "The logical drive is not yet available, because the array controller is still preparing it. It cannot be "
             "read or written.",
         .recommendedActions =
-            "Wait until the preparation is complete. If the state lasts, check the physical drives and the "
+            "Wait until the preparation is complete. If the state persists, check the physical drives and the "
             "configuration of the array.",
     },
     {
@@ -253,9 +251,9 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical State Changed to No Access- Encrypted with No Controller Key state",
         .summary = "Logical drive in No Access- Encrypted with No Controller Key.",
         .description =
-            "The logical drive is encrypted and the array controller has no key for it. Its data are intact, but "
+            "The logical drive is encrypted and the array controller has no key for it. Its data is intact, but "
             "cannot be read or written.",
-        .recommendedActions = "Import or enter the controller key that the logical drive was encrypted with.",
+        .recommendedActions = "Import or enter the controller key with which the logical drive was encrypted.",
     },
     {
         .family = arrays,
@@ -264,11 +262,11 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical State Changed to transforming from Unencrypted to Encrypted",
         .summary = "Logical drive in transforming from Unencrypted to Encrypted state.",
         .description =
-            "The plain data of the logical drive are being encrypted. They stay in reach, and access to them is "
-            "slower meanwhile.",
+            "The unencrypted data of the logical drive is being encrypted. It remains accessible, but access is "
+            "slower until the transformation is complete.",
         .recommendedActions =
-            "Let the transformation complete. Do not move the drives to another controller meanwhile, and keep the "
-            "encryption keys safe.",
+            "Let the transformation complete. Until then, do not move the drives to another controller. Make sure "
+            "that there is a backup of the encryption keys.",
     },
     {
         .family = arrays,
@@ -278,7 +276,7 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
             "Logical State Changed to No Access - Encrypted with Controller Encryption Not Enabled",
         .summary = "Logical drive in No Access - Encrypted with Controller Encryption Not Enabled state.",
         .description =
-            "The logical drive is encrypted, but encryption is not enabled on the array controller. Its data are "
+            "The logical drive is encrypted, but encryption is not enabled on the array controller. Its data is "
             "intact, but cannot be read or written.",
         .recommendedActions = "Enable encryption on the array controller and provide the key of the logical drive.",
     },
@@ -289,9 +287,9 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical State Changed to Rapid Parity Initialization in progress",
         .summary = "Logical drive in Rapid Parity Initialization in progress state.",
         .description =
-            "The parity of the logical drive is being computed for all of its capacity at once. Until it is complete "
-            "the logical drive is not available.",
-        .recommendedActions = "Wait until the initialization is complete. Do not remove drives meanwhile.",
+            "The parity of the logical drive is being initialized by the rapid method. The logical drive is not "
+            "available until the initialization is complete.",
+        .recommendedActions = "Let the initialization complete. Until then, do not remove drives.",
     },
     {
         .family = arrays,
@@ -300,9 +298,9 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical State Changed to Rapid Parity Initialization Queued",
         .summary = "Logical drive in Rapid Parity Initialization Queued state.",
         .description =
-            "The logical drive waits for the initialization of its parity, because the array controller is still at "
-            "work on another one. Until then it is not available.",
-        .recommendedActions = "Let the operations that are under way complete.",
+            "The logical drive waits for the initialization of its parity until the array controller has finished "
+            "another operation. It is not available until the initialization is complete.",
+        .recommendedActions = "Let the operations in progress complete.",
     },
     {
         .family = arrays,
@@ -311,9 +309,10 @@ inline constexpr auto storageVolumeRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical State Changed to New Logical Drive Key Rekey In Progress",
         .summary = "Logical drive in New Logical Drive Key Rekey In Progress.",
         .description =
-            "The logical drive is being encrypted anew with another drive key. Its data stay in reach, and access to "
-            "them is slower meanwhile.",
-        .recommendedActions = "Let the operation complete. Do not switch the server off or move the drives meanwhile.",
+            "The logical drive is being re-encrypted with a new drive key. Its data remains accessible, but access is "
+            "slower until the operation is complete.",
+        .recommendedActions =
+            "Let the operation complete. Until then, do not switch the server off or move the drives.",
     },
 });
 
@@ -325,9 +324,9 @@ inline constexpr IndicationRow wornOutDrive{
         "Physical drive status has changed to Predictive Failure due to Solid State wear out.",
     .summary = "Physical drive in Predictive Failure  state",
     .description =
-        "The solid state drive has used up most of the writes that its flash memory endures. It is likely to stop "
-        "accepting data soon.",
-    .recommendedActions = "Replace the solid state drive before its life is used up.",
+        "The solid state drive has reached the end of its rated write endurance. It still works, but is likely to "
+        "fail soon.",
+    .recommendedActions = "Back up the data and replace the solid state drive as soon as possible.",
 };
 
 inline constexpr IndicationRow foreignDrive{
@@ -339,10 +338,9 @@ inline constexpr IndicationRow foreignDrive{
         "genuine KT hard drive.",
     .summary = "Physical drive status Degraded",
     .description =
-        "The array controller could not verify that the physical drive is one of the maker's. Its firmware, its "
+        "The array controller could not verify that the physical drive is a genuine KT drive. Its firmware, its "
         "indicators and its failure prediction cannot be relied on.",
-    .recommendedActions =
-        "Reseat the drive and try again. Replace it with a genuine KT drive if it still cannot be authenticated.",
+    .recommendedActions = "Reseat the drive. If it still cannot be authenticated, replace it with a genuine KT drive.",
 };
 
 // There is no event 12, and the numbers for consoles go on without a gap.
@@ -362,8 +360,8 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Physical Drive Status Changed to Error",
         .summary = "Physical drive status error",
         .description =
-            "The physical drive has failed and was taken out of use. Logical drives on it have lost fault tolerance, "
-            "or their data.",
+            "The physical drive has failed and was taken out of use. Logical drives that use it have lost fault "
+            "tolerance or have failed.",
         .recommendedActions = "Replace the physical drive with one of the same kind and of at least the same capacity.",
     },
     {
@@ -373,8 +371,8 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Physical Drive Status Changed to Rebuilding",
         .summary = "Physical drive is now rebuilding.",
         .description =
-            "The data of the logical drives are being rebuilt on the physical drive. Their fault tolerance is reduced "
-            "until that is done.",
+            "The data of the logical drives is being rebuilt on the physical drive. Their fault tolerance is reduced "
+            "until the rebuild is complete.",
     },
     {
         .family = arrays,
@@ -383,9 +381,9 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Physical Drive Status Changed to Predictive Failure",
         .summary = "Physical drive status Predictive Failure.",
         .description =
-            "The physical drive foresees its own failure (S.M.A.R.T.). It still works, but is likely to fail soon.",
-        .recommendedActions =
-            "Back up the data, and replace the physical drive while its logical drives are fault tolerant.",
+            "The self-monitoring of the physical drive (S.M.A.R.T.) predicts a failure. The drive still works, but is "
+            "likely to fail soon.",
+        .recommendedActions = "Back up the data and replace the physical drive before it fails.",
     },
     {
         .family = arrays,
@@ -393,9 +391,11 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .severity = severityInformational, .probableCause = causeDiskFailure,
         .probableCauseDescription = "Physical Drive Status Changed to Degraded",
         .summary = "Physical drive in degraded state",
-        .description = "The physical drive still works, but not to its full extent, or by one of its two ports only.",
+        .description =
+            "The physical drive works with reduced performance or redundancy, for example through only one of its two "
+            "ports.",
         .recommendedActions =
-            "Check the drive's connection and the paths to it. Replace the drive if it stays degraded.",
+            "Check the connection of the drive and the paths to it. Replace the drive if it stays degraded.",
     },
     wornOutDrive,
     onValmor(wornOutDrive,
@@ -410,7 +410,7 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .severity = severityInformational,
         .probableCauseDescription = "Physical Drive Status Changed to OK",
         .summary = "Physical drive SSD status OK",
-        .description = "The solid state drive is online and has enough of its write endurance left.",
+        .description = "The solid state drive works normally and is within its rated write endurance.",
     },
     {
         .family = arrays,
@@ -418,10 +418,8 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .severity = severityInformational, .probableCause = causeDiskFailure,
         .probableCauseDescription = "Physical drive status has changed to Predictive Failure ",
         .summary = "Physical drive in Predictive Failure  state",
-        .description =
-            "The solid state drive foresees, from the way it is being written to, that its flash memory will wear out "
-            "in the near future.",
-        .recommendedActions = "Plan the replacement of the solid state drive.",
+        .description = "The physical drive reports an early sign of a failure to come. It still works normally.",
+        .recommendedActions = "Plan the replacement of the physical drive for a maintenance window.",
     },
     {
         .family = arrays,
@@ -429,8 +427,8 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .severity = severityInformational, .probableCause = causeDiskFailure,
         .probableCauseDescription = "Physical drive status has changed to Predictive Failure ",
         .summary = "Physical drive in Predictive Failure  state",
-        .description = "The solid state drive has little left of the writes that its flash memory endures.",
-        .recommendedActions = "Order a replacement, and exchange the solid state drive at the next maintenance window.",
+        .description = "The physical drive reports an early sign of a failure to come. It still works normally.",
+        .recommendedActions = "Plan the replacement of the physical drive for a maintenance window.",
     },
     {
         .family = arrays,
@@ -438,8 +436,8 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .severity = severityInformational, .probableCause = causeDiskFailure,
         .probableCauseDescription = "Physical drive status has changed to Predictive Failure ",
         .summary = "Physical drive in Predictive Failure  state",
-        .description = "The solid state drive has almost nothing left of the writes that its flash memory endures.",
-        .recommendedActions = "Replace the solid state drive without delay.",
+        .description = "The physical drive reports an early sign of a failure to come. It still works normally.",
+        .recommendedActions = "Plan the replacement of the physical drive for a maintenance window.",
     },
     {
         .family = arrays,
@@ -448,9 +446,9 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Physical Drive is in Secure Erase State.",
         .summary = "Physical drive status Secure Erase.",
         .description =
-            "The physical drive is being erased securely. It takes no part in the array, and its former data cannot "
-            "be recovered.",
-        .recommendedActions = "Let the erasure complete. Do not remove the drive or switch it off meanwhile.",
+            "The physical drive is being securely erased. It is not available to the array, and its data cannot be "
+            "recovered.",
+        .recommendedActions = "Let the erase operation complete. Until then, do not remove the drive or switch it off.",
     },
     {
         .family = arrays,
@@ -459,7 +457,8 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Physical Drive is Online and operational, Secure Erase operation is completed",
         .summary = "Physical Drive status Online",
         .description =
-            "The secure erasure of the physical drive is complete. The drive is online and can be configured again.",
+            "The secure erase operation of the physical drive is complete. The drive is online and can be configured "
+            "again.",
     },
 });
 
@@ -474,7 +473,8 @@ inline constexpr auto storageEnclosureRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Redundant Power Supply Status Changed to Non-Redundant",
         .summary = "Power Supply status Non-Redundant",
         .description =
-            "The storage enclosure runs on its last working power supply. If that fails too, its drives lose power.",
+            "The power supplies of the storage enclosure are no longer redundant. If another one fails, its drives "
+            "may lose power.",
         .recommendedActions = "Replace the failed power supply of the storage enclosure, or restore its input power.",
     },
     {
@@ -492,11 +492,11 @@ inline constexpr auto storageEnclosureRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Redundant Power Supply Degraded",
         .summary = "Redundant Power Supply status Redundant Degraded",
         .description =
-            "One of the redundant power supplies of the storage enclosure is degraded or has failed. The others carry "
-            "the load.",
+            "One of the redundant power supplies of the storage enclosure is degraded. The enclosure still has "
+            "sufficient power.",
         .recommendedActions =
-            "Check the power supplies of the storage enclosure and their input power, and replace the one that is at "
-            "fault.",
+            "Check the power supplies of the storage enclosure and their input power, and replace the one that is "
+            "degraded.",
     },
     {
         .family = enclosureClimate,
@@ -513,10 +513,11 @@ inline constexpr auto storageEnclosureRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Fan Degraded",
         .summary = "Fan status Degraded",
         .description =
-            "A fan of the storage enclosure runs outside its limits or has failed, and the others take over its part. "
-            "The enclosure is still cooled.",
+            "A fan of the storage enclosure runs outside its normal limits. The enclosure is still cooled "
+            "sufficiently.",
         .recommendedActions =
-            "Check the fans of the storage enclosure for dust and blocked air, and replace the one that is degraded.",
+            "Check the fans of the storage enclosure for dust and blocked airflow, and replace the one that is "
+            "degraded.",
     },
     {
         .family = enclosureClimate,
@@ -524,10 +525,12 @@ inline constexpr auto storageEnclosureRows = std::to_array<IndicationRow>({
         .severity = severityMajor, .probableCause = causeFanFailure,
         .probableCauseDescription = "Fan Failure",
         .summary = "Fan status Error",
-        .description = "The fans of the storage enclosure no longer cool it well enough. Its drives may overheat.",
+        .description =
+            "A fan of the storage enclosure has failed, and the enclosure may no longer be cooled sufficiently. Its "
+            "drives may overheat.",
         .recommendedActions =
-            "Replace the failed fan of the storage enclosure at once. Stop access to its drives if the temperature "
-            "goes on rising.",
+            "Replace the failed fan of the storage enclosure at once. If the temperature rises, stop access to its "
+            "drives.",
     },
 });
 
@@ -547,9 +550,9 @@ inline constexpr auto enclosureTemperatureRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Temperature Status Changed to Warning Condition",
         .summary = "Temperature sensor status Warning Condition",
         .description =
-            "The temperature of the storage enclosure has passed its warning threshold. The drives in it age faster.",
-        .recommendedActions =
-            "Check the fans and the air path of the storage enclosure and the temperature of the room.",
+            "The temperature of the storage enclosure has exceeded its warning threshold. If it rises further, drives "
+            "may fail.",
+        .recommendedActions = "Check the fans and the airflow of the storage enclosure and the room temperature.",
     },
     {
         .family = enclosureClimate,
@@ -558,10 +561,10 @@ inline constexpr auto enclosureTemperatureRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Temperature Status Changed to Critical",
         .summary = "Temperature sensor status Critical",
         .description =
-            "The temperature of the storage enclosure has passed its critical threshold. Drives may fail or switch "
-            "themselves off.",
+            "The temperature of the storage enclosure has exceeded its critical threshold. Drives may fail or shut "
+            "themselves down.",
         .recommendedActions =
-            "Stop access to the drives and shut the storage enclosure down until it is cooled properly again.",
+            "Stop access to the drives and shut the storage enclosure down until its cooling is restored.",
     },
 });
 

@@ -19,11 +19,11 @@ inline constexpr auto fanRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Fan Removed",
         .summary = "Fan removed",
         .description =
-            "A fan has been taken out of its bay. The remaining fans speed up to hold the airflow until it is put "
-            "back.",
+            "A fan has been taken out of its bay. The remaining fans run faster to maintain the airflow until it is "
+            "put back.",
         .recommendedActions =
-            "If the fan was not removed for service, reseat it. Do not leave a fan bay empty longer than it takes to "
-            "exchange the fan.",
+            "If the fan was not removed for service, reseat it. Do not leave the fan bay empty for longer than it "
+            "takes to replace the fan.",
     },
     {
         .family = fans,
@@ -31,7 +31,7 @@ inline constexpr auto fanRows = std::to_array<IndicationRow>({
         .severity = severityInformational,
         .probableCauseDescription = "Fan Inserted",
         .summary = "Fan inserted",
-        .description = "A fan has been put into its bay and was recognized by the server.",
+        .description = "A fan has been inserted into its bay and recognized by the server.",
     },
     {
         .family = fans,
@@ -40,8 +40,8 @@ inline constexpr auto fanRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Fan Failed",
         .summary = "Fan failed",
         .description =
-            "A fan has stopped or no longer reaches the speed that it is told to run at. The remaining fans speed up; "
-            "without a redundant fan the server may shut down when it becomes too hot.",
+            "A fan has stopped or no longer reaches its requested speed. The remaining fans run faster; without "
+            "redundant fans the server may become too hot and shut down.",
         .recommendedActions =
             "Replace the failed fan. Check that nothing blocks its rotor and that its connector is fully seated.",
     },
@@ -51,7 +51,7 @@ inline constexpr auto fanRows = std::to_array<IndicationRow>({
         .severity = severityInformational,
         .probableCauseDescription = "Fan Repaired",
         .summary = "Fan repaired",
-        .description = "A fan that had failed runs at the speed that it is told to run at again.",
+        .description = "A fan that had failed runs at its requested speed again.",
     },
     {
         .family = fans,
@@ -60,10 +60,9 @@ inline constexpr auto fanRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Cooling Redundancy has been Reduced",
         .summary = "Cooling redundancy reduced",
         .description =
-            "A fan of the redundant set is missing or has failed. The set still cools the server and can still bear "
-            "the loss of another fan.",
-        .recommendedActions =
-            "Find the fan that was removed or has failed, and replace it to bring the set back to full redundancy.",
+            "A fan of the redundant set is missing or has failed. The set still cools the server and can tolerate the "
+            "failure of another fan.",
+        .recommendedActions = "Find the fan that was removed or has failed, and replace it to restore full redundancy.",
     },
     {
         .family = fans,
@@ -72,8 +71,8 @@ inline constexpr auto fanRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Cooling Redundancy has been Lost",
         .summary = "Cooling redundancy lost",
         .description =
-            "The fan set still cools the server, but has no fan to spare. The loss of one more fan can make the "
-            "server shut down to protect itself from heat.",
+            "The fan set still cools the server, but is no longer redundant. If another fan fails, the server may "
+            "shut down to protect itself from overheating.",
         .recommendedActions = "Replace the fans that are missing or have failed as soon as possible.",
     },
     {
@@ -83,7 +82,8 @@ inline constexpr auto fanRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Cooling Redundancy has been Restored",
         .summary = "Cooling redundancy restored",
         .description =
-            "Every fan of the redundant set is present and running. The server can bear the loss of a fan again.",
+            "Every fan of the redundant set is present and running. The server can tolerate the failure of a fan "
+            "again.",
     },
     {
         .family = fans,
@@ -91,10 +91,10 @@ inline constexpr auto fanRows = std::to_array<IndicationRow>({
         .severity = severityMinor,
         .probableCauseDescription = "Fan Degraded",
         .summary = "Fan degraded.",
-        .description =
-            "A fan still runs, but below the speed that it is told to run at or unevenly. It is likely to fail.",
+        .description = "A fan still runs, but unevenly or below its requested speed. It may fail.",
         .recommendedActions =
-            "Clean the fan and its air path from dust and check its seating. Replace the fan if it stays degraded.",
+            "Remove dust from the fan and its airflow path, and check that the fan is fully seated. Replace the fan "
+            "if it stays degraded.",
     },
     {
         .family = fans,
@@ -104,7 +104,7 @@ inline constexpr auto fanRows = std::to_array<IndicationRow>({
         .summary = "Cooling redundancy set failed",
         .description =
             "Too few fans of the set are running to cool the server. The server may shut down at any moment to "
-            "protect its components from heat.",
+            "protect its components from overheating.",
         .recommendedActions =
             "Move the workload away or shut the server down in an orderly way, then replace the failed fans.",
     },
@@ -131,7 +131,7 @@ inline constexpr auto powerSupplyRows = std::to_array<IndicationRow>({
         .severity = severityInformational,
         .probableCauseDescription = "Power Supply has been inserted",
         .summary = "Power supply inserted",
-        .description = "A power supply has been put into its bay and was recognized by the server.",
+        .description = "A power supply has been inserted into its bay and recognized by the server.",
     },
     {
         .family = powerSupplies,
@@ -141,7 +141,7 @@ inline constexpr auto powerSupplyRows = std::to_array<IndicationRow>({
         .summary = "Power supply failed",
         .description =
             "A power supply no longer delivers power within its limits. The remaining power supplies carry the load; "
-            "without one to spare the server loses power.",
+            "without redundant power supplies the server may lose power.",
         .recommendedActions = "Replace the failed power supply with one of the same type.",
     },
     {
@@ -160,10 +160,9 @@ inline constexpr auto powerSupplyRows = std::to_array<IndicationRow>({
         .summary = "Power redundancy reduced",
         .description =
             "A power supply of the redundant set is missing or has failed. The set still carries the load and can "
-            "still bear the loss of another power supply.",
+            "tolerate the failure of another power supply.",
         .recommendedActions =
-            "Find the power supply that was removed or has failed, and replace it to bring the set back to full "
-            "redundancy.",
+            "Find the power supply that was removed or has failed, and replace it to restore full redundancy.",
     },
     {
         .family = powerSupplies,
@@ -172,8 +171,8 @@ inline constexpr auto powerSupplyRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Power Redundancy has been Lost",
         .summary = "Power redundancy lost",
         .description =
-            "The power supplies still carry the load, but none is to spare. The loss of one more power supply, or of "
-            "its feed, switches the server off.",
+            "The power supplies still carry the load, but are no longer redundant. If another power supply or its "
+            "input power fails, the server may lose power.",
         .recommendedActions =
             "Replace the power supplies that are missing or have failed, and check that every power supply has input "
             "power.",
@@ -185,8 +184,8 @@ inline constexpr auto powerSupplyRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Power Redundancy has been Restored",
         .summary = "Power redundancy restored",
         .description =
-            "Every power supply of the redundant set is present and delivers power. The server can bear the loss of a "
-            "power supply again.",
+            "Every power supply of the redundant set is present and delivers power. The server can tolerate the "
+            "failure of a power supply again.",
     },
     {
         .family = powerSupplies,
@@ -194,7 +193,8 @@ inline constexpr auto powerSupplyRows = std::to_array<IndicationRow>({
         .severity = severityMajor, .probableCause = causePowerSupplyFailure,
         .probableCauseDescription = "Power Supply failed due to input power loss",
         .summary = "Power supply failed - input power lost",
-        .description = "A power supply has no input power and delivers none. The power supply itself may be in order.",
+        .description =
+            "A power supply has no input power and delivers none. The power supply itself may not be faulty.",
         .recommendedActions =
             "Check the power cord, the outlet, the circuit breaker and the power distribution unit that feed the "
             "power supply.",
@@ -207,7 +207,7 @@ inline constexpr auto powerSupplyRows = std::to_array<IndicationRow>({
         .summary = "Power supply degraded.",
         .description =
             "A power supply still delivers power, but reports a condition that makes it less reliable, such as a high "
-            "temperature, an irregular fan or input voltage near its limit.",
+            "temperature, a failing fan or an input voltage near its limits.",
         .recommendedActions =
             "Check the airflow and the input voltage of the power supply. Replace it if it stays degraded.",
     },
@@ -218,7 +218,7 @@ inline constexpr auto powerSupplyRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Power Redundancy Set has Failed",
         .summary = "Power redundancy set failed",
         .description =
-            "Too few power supplies of the set deliver power for the load of the server. The server may switch off at "
+            "Too few power supplies of the set deliver power for the load of the server. The server may lose power at "
             "any moment.",
         .recommendedActions =
             "Move the workload away or shut the server down in an orderly way, then replace the failed power supplies "
@@ -242,9 +242,9 @@ inline constexpr auto sensorRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Temperature threshold exceeded detected",
         .summary = "Temperature threshhold exceeded detected",
         .description =
-            "A temperature sensor reads more than its threshold. If the temperature goes on rising the server shuts "
-            "down to protect itself.",
-        .recommendedActions = "Check the temperature of the room, the air path and the fans near the sensor.",
+            "A temperature sensor reports a value above its threshold. If the temperature rises further, the server "
+            "may shut down to protect itself.",
+        .recommendedActions = "Check the room temperature, and the airflow and the fans near the sensor.",
     },
     {
         .family = temperatures,
@@ -252,7 +252,7 @@ inline constexpr auto sensorRows = std::to_array<IndicationRow>({
         .severity = severityInformational, .probableCause = causeThresholdCrossed,
         .probableCauseDescription = "Threshold exceeded condition has recovered",
         .summary = "Threshold exceeded condition has recovered",
-        .description = "The temperature is below the threshold again.",
+        .description = "The temperature has returned below its threshold.",
     },
     {.family = {.WBEMProviderName = "KT Sensor"}, PYL_HEART_BEAT("Sensor")},
 });

@@ -34,10 +34,10 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Network Interface Lost Connectivity",
         .summary = "The Network interface has lost connectivity.",
         .description =
-            "A network interface has lost its link. Nothing is sent or received on it; a team moves its traffic to "
-            "another member.",
+            "A network interface has lost its link and carries no traffic. If it belongs to a team, another member "
+            "takes over its traffic.",
         .recommendedActions =
-            "Check the cable, the transceiver and the port of the switch. Check that neither side was disabled.",
+            "Check the cable, the transceiver and the switch port. Check that neither end was disabled.",
     },
     {
         .family = ethernetLinks, .sets = nonValmor,
@@ -54,10 +54,10 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Event Provider Fatal Error",
         .summary = "Event provider fatal error",
         .description =
-            "The provider of network events has met an error that it cannot recover from, and has stopped. Changes of "
+            "The provider of network events has stopped because of an error from which it cannot recover. Changes of "
             "network interfaces are no longer reported.",
         .recommendedActions =
-            "Restart the object manager. If the error returns, read its log and update or reinstall the providers.",
+            "Restart the object manager. If the error returns, check its log, and update or reinstall the providers.",
     },
     {
         .family = ethernetLinks, .sets = valmor,
@@ -66,10 +66,10 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Network Interface Lost Connectivity",
         .summary = "Network interface lost connectivity",
         .description =
-            "The link of a network interface is down. Nothing is sent or received on it; a team moves its traffic to "
-            "another member.",
+            "A network interface has lost its link and carries no traffic. If it belongs to a team, another member "
+            "takes over its traffic.",
         .recommendedActions =
-            "Check the cable, the transceiver and the port of the switch. Check that neither side was disabled.",
+            "Check the cable, the transceiver and the switch port. Check that neither end was disabled.",
     },
     {
         .family = ethernetLinks, .sets = valmor,
@@ -77,7 +77,7 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .severity = severityInformational,
         .probableCauseDescription = "Network Connectivity now Restored",
         .summary = "Network connectivity restored",
-        .description = "The link of a network interface is up again and carries traffic.",
+        .description = "A network interface has its link again and carries traffic.",
     },
     {
         .family = ethernetTeams,
@@ -97,8 +97,8 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Ethernet Team Redundancy Lost",
         .summary = "Ethernet team lost redundancy",
         .description =
-            "The network team has one working member left. If that loses its link too, the server is cut off from the "
-            "network.",
+            "The network team has one working member left. If that one fails too, the server loses its connection to "
+            "the network.",
         .recommendedActions = "Restore the other members of the team: check their cables, switch ports and drivers.",
     },
     {
@@ -108,7 +108,8 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Ethernet Team Redundancy Increased",
         .summary = "Ethernet team redundancy increased",
         .description =
-            "A member of the network team is back in service. The team can bear the loss of more members than before.",
+            "A member of the network team is back in service. The team can tolerate the failure of more members than "
+            "before.",
     },
     {
         .family = ethernetTeams,
@@ -126,7 +127,7 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .summary = "Ethernet team member dropped from team",
         .description = "A network interface was removed from a team.",
         .recommendedActions =
-            "If the interface was not removed on purpose, check its state and the configuration of the team.",
+            "If the interface was not removed intentionally, check its state and the configuration of the team.",
     },
     {
         .family = ethernetTeams,
@@ -134,8 +135,7 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .severity = severityInformational,
         .probableCauseDescription = "Ethernet Team Member Reported Role Change",
         .summary = "Ethernet team member reported role change",
-        .description =
-            "The part that a network interface plays in its team has changed, for example from standby to active.",
+        .description = "The role of a network interface in its team has changed, for example from standby to active.",
     },
     {
         .family = ethernetTeams,
@@ -160,11 +160,11 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Network Interface Unavailable",
         .summary = "Network interface no longer available",
         .description =
-            "A network interface was removed from the server or disabled. Traffic that used it takes another way or "
-            "stops.",
+            "A network interface was removed from the server or disabled. If it belonged to a team, the other members "
+            "carry its traffic; otherwise the traffic stops.",
         .recommendedActions =
-            "If this was not done on purpose, check that the adapter is seated properly, and look for driver errors "
-            "in the log of the operating system.",
+            "If this was not intended, check that the adapter is seated properly, and look for driver errors in the "
+            "log of the operating system.",
     },
     {
         .family = ethernetTeams,
@@ -181,8 +181,8 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Provider Cannot Access Data Source",
         .summary = "Provider cannot access data source",
         .description =
-            "The provider of network events cannot read the data of the network interfaces. Events may be missed "
-            "until it can.",
+            "The provider of network events cannot read the data of the network interfaces. Until it can, events may "
+            "be missed.",
         .recommendedActions = "Check that the network drivers and management services are installed and running.",
     },
     {
@@ -191,7 +191,7 @@ inline constexpr auto ethernetRows = std::to_array<IndicationRow>({
         .severity = severityInformational,
         .probableCauseDescription = "Ethernet Team Redundancy Status Changed to Fully Redundant",
         .summary = "Ethernet team redundancy Fully Redundant",
-        .description = "Every member of the network team is in service. The team has its full redundancy.",
+        .description = "Every member of the network team is in service. The team is fully redundant.",
     },
     policyChange(201, "1"),
 });
@@ -206,9 +206,8 @@ inline constexpr auto fibreChannelPortRows = std::to_array<IndicationRow>({
         .severity = severityInformational,
         .probableCauseDescription = "FC HBA Port State Changed to Unknown",
         .summary = "FC HBA port state Unknown",
-        .description =
-            "The driver of the Fibre Channel host bus adapter (HBA) reports a state of the port that is not known.",
-        .recommendedActions = "If the state lasts, check the driver and the firmware of the adapter.",
+        .description = "The port of the Fibre Channel host bus adapter (HBA) is in a state that is not known.",
+        .recommendedActions = "If the state persists, check the driver and the firmware of the adapter.",
     },
     {
         .family = fibreChannelPorts,
@@ -225,10 +224,9 @@ inline constexpr auto fibreChannelPortRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "FC HBA Port State Changed to Offine",
         .summary = "FC HBA port in offine state",
         .description =
-            "The port of the Fibre Channel host bus adapter (HBA) was taken offline. Storage is not reached through "
-            "it.",
+            "The port of the Fibre Channel host bus adapter (HBA) is offline. Storage is not accessible through it.",
         .recommendedActions =
-            "If the port was not taken offline on purpose, bring it online with the tools of the adapter or of the "
+            "If the port was not taken offline intentionally, bring it online with the tools of the adapter or of the "
             "operating system.",
     },
     {
@@ -238,9 +236,8 @@ inline constexpr auto fibreChannelPortRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "FC HBA Port State Changed to Bypass",
         .summary = "FC HBA port in bypass state",
         .description =
-            "The port of the Fibre Channel host bus adapter (HBA) is bypassed and takes no part in its loop.",
-        .recommendedActions =
-            "If this was not done on purpose, check the hub or the storage device that bypasses the port.",
+            "The port of the Fibre Channel host bus adapter (HBA) is bypassed and does not take part in its loop.",
+        .recommendedActions = "If this was not intended, check the hub or the storage device that bypasses the port.",
     },
     {
         .family = fibreChannelPorts,
@@ -249,7 +246,8 @@ inline constexpr auto fibreChannelPortRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "FC HBA Port State Changed to Diagnostic",
         .summary = "FC port in diagnostic state",
         .description =
-            "The port of the Fibre Channel host bus adapter (HBA) runs diagnostics and carries no traffic meanwhile.",
+            "The port of the Fibre Channel host bus adapter (HBA) is running diagnostics and carries no traffic until "
+            "they are complete.",
     },
     {
         .family = fibreChannelPorts,
@@ -258,10 +256,10 @@ inline constexpr auto fibreChannelPortRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "FC HBA Port State Changed to Link Down",
         .summary = "FC HBA port in link down state",
         .description =
-            "The port of the Fibre Channel host bus adapter (HBA) has lost its link. Storage is reached by other "
-            "paths, if there are any.",
+            "The port of the Fibre Channel host bus adapter (HBA) has lost its link. Storage is accessible only "
+            "through other paths, if there are any.",
         .recommendedActions =
-            "Check the cable, the transceivers and the port of the switch or storage device at the far end.",
+            "Check the cable, the transceivers and the port of the switch or storage device at the other end.",
     },
     {
         .family = fibreChannelPorts,
@@ -270,10 +268,10 @@ inline constexpr auto fibreChannelPortRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "FC HBA Port Status Changed to Failed",
         .summary = "FC HBA port Failed",
         .description =
-            "The port of the Fibre Channel host bus adapter (HBA) has failed. Storage is reached by other paths, if "
-            "there are any.",
+            "The port of the Fibre Channel host bus adapter (HBA) has failed. Storage is accessible only through "
+            "other paths, if there are any.",
         .recommendedActions =
-            "Update the firmware and the driver of the adapter. Replace the adapter if the port fails again.",
+            "Reset the adapter, and update its firmware and its driver. Replace the adapter if the port fails again.",
     },
     {
         .family = fibreChannelPorts,
@@ -282,8 +280,8 @@ inline constexpr auto fibreChannelPortRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "FC HBA Port State Changed to Loopback",
         .summary = "FC HBA port in loopback state",
         .description =
-            "The port of the Fibre Channel host bus adapter (HBA) is in loopback for a test and carries no traffic "
-            "meanwhile.",
+            "The port of the Fibre Channel host bus adapter (HBA) is in loopback mode for a test and carries no "
+            "traffic until it is complete.",
     },
     policyChange(9, "9"),
 });

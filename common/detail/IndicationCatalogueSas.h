@@ -34,11 +34,11 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "HBA Status Changed to Error",
         .summary = "HBA status Error",
         .description =
-            "The SAS host bus adapter (HBA) reports an error, or does not answer any more. The drives behind it may "
-            "be out of reach.",
+            "The SAS host bus adapter (HBA) reports an error or no longer responds. The drives attached to it may not "
+            "be accessible.",
         .recommendedActions =
             "Check that the adapter is seated properly, and update its firmware and driver. Replace the adapter if "
-            "the error stays.",
+            "the error persists.",
     },
     {
         .family = sasDrives,
@@ -47,7 +47,7 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical Drive Status Changed to OK",
         .summary = "Logical Drive status OK",
         .description =
-            "The logical drive of the SAS host bus adapter is in order and all its physical drives take part in it.",
+            "The logical drive of the SAS host bus adapter works normally and all of its physical drives are in use.",
     },
     {
         .family = sasDrives,
@@ -56,8 +56,8 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical Drive Status Changed to Error",
         .summary = "Logical drive status Error",
         .description =
-            "The logical drive of the SAS host bus adapter has failed: more of its physical drives are lost than it "
-            "can bear. Its data cannot be reached.",
+            "The logical drive of the SAS host bus adapter has failed: more of its physical drives have failed than "
+            "its fault tolerance allows. Its data is not accessible.",
         .recommendedActions =
             "Check power and cabling of the drives first; then replace the failed ones and restore the data from a "
             "backup.",
@@ -69,9 +69,9 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Logical Drive State Changed to Degraded",
         .summary = "Logical drive degraded state",
         .description =
-            "The logical drive of the SAS host bus adapter has lost a physical drive. Its data are complete, but "
-            "another failure would lose them.",
-        .recommendedActions = "Replace the failed physical drive and let the logical drive be rebuilt.",
+            "A physical drive in a logical drive of the SAS host bus adapter has failed. The data is complete, but "
+            "the fault tolerance of the logical drive is reduced or lost.",
+        .recommendedActions = "Replace the failed physical drive and let the logical drive rebuild.",
     },
     {
         .family = sasDrives,
@@ -88,8 +88,8 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Physical Drive Status Changed to Error",
         .summary = "Physical drive status Error",
         .description =
-            "The physical drive of the SAS host bus adapter has failed. Its data can be reached only if it is a part "
-            "of a fault-tolerant logical drive.",
+            "The physical drive of the SAS host bus adapter has failed. Its data remains accessible only if the drive "
+            "belongs to a fault-tolerant logical drive.",
         .recommendedActions = "Replace the physical drive.",
     },
     {
@@ -99,8 +99,8 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Physical Drive Rebuilding",
         .summary = "Physical drive rebuilding",
         .description =
-            "The data of the logical drive are being rebuilt on the physical drive. Another failure may lose them "
-            "until that is done.",
+            "The data of a logical drive of the SAS host bus adapter is being rebuilt on the physical drive. The "
+            "fault tolerance of the logical drive is reduced until the rebuild is complete.",
     },
     {
         .family = sasDrives,
@@ -109,9 +109,9 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Physical Drive Predictive Failure",
         .summary = "Physical drive predictive failure",
         .description =
-            "The physical drive of the SAS host bus adapter foresees its own failure (S.M.A.R.T.). It still works, "
-            "but is likely to fail soon.",
-        .recommendedActions = "Back up the data and replace the physical drive.",
+            "The self-monitoring of the physical drive of the SAS host bus adapter (S.M.A.R.T.) predicts a failure. "
+            "The drive still works, but is likely to fail soon.",
+        .recommendedActions = "Back up the data and replace the physical drive before it fails.",
     },
     {
         .family = sasEnclosurePower,
@@ -120,8 +120,8 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Redundant Power Supply Status Changed to Non-Redundant",
         .summary = "Power Supply status Non-Redundant",
         .description =
-            "The storage enclosure behind the SAS host bus adapter runs on its last working power supply. If that "
-            "fails too, its drives lose power.",
+            "The power supplies of the storage enclosure attached to the SAS host bus adapter are no longer "
+            "redundant. If another one fails, its drives may lose power.",
         .recommendedActions = "Replace the failed power supply of the enclosure, or restore its input power.",
     },
     {
@@ -131,7 +131,7 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Redundant Power Supply Status Changed to OK",
         .summary = "Redundant power supply status OK",
         .description =
-            "The power supplies of the storage enclosure behind the SAS host bus adapter work normally and are "
+            "The power supplies of the storage enclosure attached to the SAS host bus adapter work normally and are "
             "redundant.",
     },
     {
@@ -141,10 +141,10 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Redundant Power Supply Degraded",
         .summary = "Power supply status Redundant Degraded",
         .description =
-            "A redundant power supply of the storage enclosure behind the SAS host bus adapter is degraded or has "
-            "failed. The others carry the load.",
+            "A redundant power supply of the storage enclosure attached to the SAS host bus adapter is degraded. The "
+            "enclosure still has sufficient power.",
         .recommendedActions =
-            "Check the power supplies of the enclosure and their input power, and replace the one that is at fault.",
+            "Check the power supplies of the enclosure and their input power, and replace the one that is degraded.",
     },
     {
         .family = sasEnclosureClimate,
@@ -152,7 +152,7 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .severity = severityInformational,
         .probableCauseDescription = "Fan Status Changed to OK",
         .summary = "Fan status OK",
-        .description = "The fans of the storage enclosure behind the SAS host bus adapter work normally.",
+        .description = "The fans of the storage enclosure attached to the SAS host bus adapter work normally.",
     },
     {
         .family = sasEnclosureClimate,
@@ -161,10 +161,10 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Fan Degraded",
         .summary = "Fan status Degraded",
         .description =
-            "A fan of the storage enclosure behind the SAS host bus adapter runs outside its limits or has failed. "
-            "The others still cool the enclosure.",
+            "A fan of the storage enclosure attached to the SAS host bus adapter runs outside its normal limits. The "
+            "enclosure is still cooled sufficiently.",
         .recommendedActions =
-            "Check the fans of the enclosure for dust and blocked air, and replace the one that is degraded.",
+            "Check the fans of the enclosure for dust and blocked airflow, and replace the one that is degraded.",
     },
     {
         .family = sasEnclosureClimate,
@@ -173,8 +173,8 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Fan Failure",
         .summary = "Fan status Error",
         .description =
-            "The fans of the storage enclosure behind the SAS host bus adapter no longer cool it well enough. Its "
-            "drives may overheat.",
+            "A fan of the storage enclosure attached to the SAS host bus adapter has failed, and the enclosure may no "
+            "longer be cooled sufficiently. Its drives may overheat.",
         .recommendedActions = "Replace the failed fan of the enclosure at once.",
     },
     {
@@ -184,7 +184,7 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Temperature Status Changed to OK",
         .summary = "Temperature sensor status OK",
         .description =
-            "The temperature of the storage enclosure behind the SAS host bus adapter is within its normal range.",
+            "The temperature of the storage enclosure attached to the SAS host bus adapter is within its normal range.",
     },
     {
         .family = sasEnclosureClimate,
@@ -193,9 +193,9 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Temperature Status Changed to Warning Condition",
         .summary = "Temperature sensor status Warning Condition",
         .description =
-            "The temperature of the storage enclosure behind the SAS host bus adapter has passed its warning "
-            "threshold. The drives in it age faster.",
-        .recommendedActions = "Check the fans and the air path of the enclosure and the temperature of the room.",
+            "The temperature of the storage enclosure attached to the SAS host bus adapter has exceeded its warning "
+            "threshold. If it rises further, drives may fail.",
+        .recommendedActions = "Check the fans and the airflow of the enclosure and the room temperature.",
     },
     {
         .family = sasEnclosureClimate,
@@ -204,10 +204,9 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Temperature Status Changed to Critical",
         .summary = "Temperature sensor status Critical",
         .description =
-            "The temperature of the storage enclosure behind the SAS host bus adapter has passed its critical "
-            "threshold. Drives may fail or switch themselves off.",
-        .recommendedActions =
-            "Stop access to the drives and shut the enclosure down until it is cooled properly again.",
+            "The temperature of the storage enclosure attached to the SAS host bus adapter has exceeded its critical "
+            "threshold. Drives may fail or shut themselves down.",
+        .recommendedActions = "Stop access to the drives and shut the enclosure down until its cooling is restored.",
     },
     {
         .family = sasEnclosureClimate,
@@ -216,9 +215,11 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Physical drive status has changed to Predictive Failure ",
         .summary = "Physical drive in Predictive Failure  state",
         .description =
-            "The solid state drive of the SAS host bus adapter has used up most of the writes that its flash memory "
-            "endures. It is likely to fail soon.",
-        .recommendedActions = "Back up the data and replace the solid state drive.",
+            "The physical drive of the SAS host bus adapter predicts a failure because of its temperature. It still "
+            "works, but is likely to fail soon.",
+        .recommendedActions =
+            "Check the fans and the airflow of the enclosure and the room temperature. Back up the data and replace "
+            "the physical drive before it fails.",
     },
     {
         .family = {.sets = nonValmor, .WBEMProviderName = "KT SAS", .eventCategory = 29},
@@ -227,10 +228,10 @@ inline constexpr auto sasRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Physical drive status has changed to authentication failure ",
         .summary = "Physical drive status authentication failure",
         .description =
-            "The SAS host bus adapter could not verify that the physical drive is one of the maker's. Its firmware, "
+            "The SAS host bus adapter could not verify that the physical drive is a genuine KT drive. Its firmware, "
             "its indicators and its failure prediction cannot be relied on.",
         .recommendedActions =
-            "Reseat the drive and try again. Replace it with a genuine KT drive if it still cannot be authenticated.",
+            "Reseat the drive. If it still cannot be authenticated, replace it with a genuine KT drive.",
     },
 });
 

@@ -70,10 +70,10 @@ inline constexpr auto baseServerRows = std::to_array<IndicationRow>({
         .summary = "ASR reboot occurred",
         .description =
             "Automatic Server Recovery (ASR) has restarted the server, because the operating system did not reset the "
-            "watchdog timer in time. It had stopped responding or was too busy to do so.",
+            "watchdog timer in time. It had stopped responding or was too busy.",
         .recommendedActions =
-            "Look for the cause in the operating system's logs and crash dump and in the management log of the time "
-            "before the restart. Update firmware and drivers if hardware did not cause it.",
+            "Look for the cause in the operating system's logs and crash dump, and in the management log for the time "
+            "before the restart. If it was not a hardware fault, update firmware and drivers.",
     },
     {
         .family = recoveryFromHeat,
@@ -82,11 +82,11 @@ inline constexpr auto baseServerRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Thermal Reboot Occurred",
         .summary = "Thermal reboot occurred",
         .description =
-            "The server was restarted because a temperature exceeded its critical threshold. Running on could have "
-            "damaged components.",
+            "The server was restarted because a temperature exceeded its critical threshold. Continued operation "
+            "could have damaged components.",
         .recommendedActions =
-            "Check the temperature of the room, the air filters, blanking panels and all fans, and read the "
-            "management log for the sensor that tripped.",
+            "Check the room temperature, the air filters, the blanking panels and all fans. The management log names "
+            "the sensor that exceeded its threshold.",
     },
     {
         .family = {.sets = nonValmor, .WBEMProviderName = "KT POST", .eventCategory = 4},
@@ -95,9 +95,11 @@ inline constexpr auto baseServerRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "POST Errors Occurred",
         .summary = "POST errors occurred",
         .description =
-            "The Power On Self Test (POST) of the last start found one or more errors. A component may be disabled, "
-            "or not work as configured.",
-        .recommendedActions = "Read the POST messages in the management log and service the components that they name.",
+            "The Power On Self Test (POST) of the last start found one or more errors. A component may be disabled or "
+            "may not work as configured.",
+        .recommendedActions =
+            "Check the POST messages in the management log, and correct the configuration of the components that they "
+            "name or replace them.",
     },
     {
         .family = recoveryFromHeat,
@@ -107,8 +109,8 @@ inline constexpr auto baseServerRows = std::to_array<IndicationRow>({
         .summary = "Fan failure reboot occurred",
         .description = "The server was restarted because too few fans were running to cool it.",
         .recommendedActions =
-            "Replace the failed fans before the server is put back to work, and check that no other component was "
-            "overheated.",
+            "Replace the failed fans before the server is put back into service, and check that no other component "
+            "has overheated.",
     },
     {
         .family = recoveryFromPower,
@@ -117,11 +119,10 @@ inline constexpr auto baseServerRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "VRM Failure Reboot Occurred",
         .summary = "VRM failure reboot occurred",
         .description =
-            "The server was restarted because a voltage regulator module (VRM) no longer held the voltage of the "
-            "component that it feeds.",
+            "The server was restarted because a voltage regulator module (VRM) no longer supplied its component with "
+            "the correct voltage.",
         .recommendedActions =
-            "Read the management log for the VRM that failed. Replace it, or the processor or system board that "
-            "carries it.",
+            "Find the failed VRM in the management log. Replace it, or the processor or system board on which it is.",
     },
 });
 
@@ -134,8 +135,7 @@ inline constexpr auto cpuRows = std::to_array<IndicationRow>({
         .severity = severityMinor,
         .probableCauseDescription = "CPU Failed Power on Self Test (POST)",
         .summary = "CPU Failed Power on Self Test (POST)",
-        .description =
-            "A processor did not pass the Power On Self Test (POST). It takes no part in the work of the server.",
+        .description = "A processor did not pass the Power On Self Test (POST). The server does not use it.",
         .recommendedActions =
             "Reseat the processor and check its socket and heat sink. Replace the processor if it fails again.",
     },
@@ -146,11 +146,11 @@ inline constexpr auto cpuRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "CPU has been disabled by BIOS or EFI",
         .summary = "CPU has been disabled by BIOS or EFI",
         .description =
-            "The system firmware has switched a processor off, because of a fault that it found or because of a "
-            "setting. The server runs with fewer processors.",
+            "The system firmware has disabled a processor, because of a fault or because of a setting. The server "
+            "runs with fewer processors.",
         .recommendedActions =
-            "If the processor was not disabled on purpose, read the management log for the fault and replace the "
-            "processor; then enable it in the firmware setup.",
+            "If the processor was not disabled intentionally, find the fault in the management log, replace the "
+            "processor and enable it in the firmware setup.",
     },
     {
         .family = processors,
@@ -158,8 +158,7 @@ inline constexpr auto cpuRows = std::to_array<IndicationRow>({
         .severity = severityMinor,
         .probableCauseDescription = "CPU Predictive failure detected",
         .summary = "CPU Predictive failure detected",
-        .description =
-            "A processor has corrected more internal errors than is normal. It still works, but is likely to fail.",
+        .description = "A processor has corrected more internal errors than normal. It still works, but may fail.",
         .recommendedActions =
             "Plan the replacement of the processor at the next maintenance window. Update the system firmware first "
             "if a newer release handles corrected errors differently.",
@@ -177,11 +176,11 @@ inline constexpr auto memoryRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Memory Module Failed or Predicted to Fail",
         .summary = "Memory module has failed or is predicted to fail",
         .description =
-            "A memory module had an error that could not be corrected, or corrected errors at a rate that foretells "
-            "one. The data in it are at risk.",
+            "A memory module has had an error that could not be corrected, or corrects errors so often that such an "
+            "error is likely. The server may stop if it occurs.",
         .recommendedActions =
-            "Replace the memory module that the event names. If the error stays with the slot, check the slot and the "
-            "memory board.",
+            "Replace the memory module that the event names. If the error persists, check the slot and the memory "
+            "board.",
     },
     {
         .family = memory,
@@ -190,7 +189,7 @@ inline constexpr auto memoryRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Memory Board Error",
         .summary = "Memory board error",
         .description =
-            "A memory board reports an error. Its memory modules may be out of use or run without protection.",
+            "A memory board reports an error. Its memory modules may be disabled or may run without protection.",
         .recommendedActions = "Reseat the memory board and its modules. Replace the board if the error returns.",
     },
     {
@@ -200,11 +199,11 @@ inline constexpr auto memoryRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Advanced Memory Protection Degraded",
         .summary = "Advanced Memory Protection degraded",
         .description =
-            "The protection of the memory, by a spare, a mirror or an additional module, is used up or out of order. "
+            "The protection of the memory, by spare, mirrored or additional memory, has been used or no longer works. "
             "The next error that cannot be corrected may stop the server.",
         .recommendedActions =
-            "Replace the memory module that made the protection take over, and check in the firmware setup that the "
-            "protection is active after the next start.",
+            "Replace the memory module whose errors caused this, and check after the next start that the protection "
+            "is active.",
     },
     {
         .family = memory,
@@ -213,8 +212,8 @@ inline constexpr auto memoryRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Advanced Memory Protection now Fully Operational",
         .summary = "Advanced Memory Protection redundancy is fully operational",
         .description =
-            "The spare, mirrored or additional memory is in place again. The server can bear the failure of a memory "
-            "module.",
+            "The spare, mirrored or additional memory is available again. The server can tolerate the failure of a "
+            "memory module.",
     },
     {.family = {.WBEMProviderName = "KT Memory"}, PYL_HEART_BEAT("Memory")},
 });
@@ -247,10 +246,11 @@ inline constexpr IndicationRow membersDegraded{
         "operational status",
     .summary = "Consolidated Status Collection operational status has transitioned to Degraded.",
     .description =
-        "Members of the collection have become degraded or faulty. The status of the whole collection is "
-        "Degraded: the server still does its work, but with less reserve.",
+        "Members of the collection have become degraded or faulty. The status of the whole collection is Degraded: "
+        "the server still works, but with reduced redundancy or performance.",
     .recommendedActions =
-        "Inspect the members of the collection for the one that is degraded or faulty, and act on its own events.",
+        "Find the members of the collection that are degraded or faulty, and follow the recommendations of their own "
+        "events.",
 };
 
 inline constexpr auto managementProcessorRows = std::to_array<IndicationRow>({
@@ -274,11 +274,10 @@ inline constexpr auto managementProcessorRows = std::to_array<IndicationRow>({
             "Operational Status of participating members in this collection have transitioned to Error state and "
             "caused operational status for the for the collection to transition to Error",
         .summary = "Consolidated Status Collection operational status has transitioned to Error",
-        .description =
-            "Members of the collection have become faulty, and with them the status of the whole collection is Error.",
+        .description = "Members of the collection have become faulty, and the status of the whole collection is Error.",
         .recommendedActions =
-            "Inspect the members of the collection for the one that is faulty, and act on its own events without "
-            "delay.",
+            "Find the members of the collection that are faulty, and follow the recommendations of their own events "
+            "without delay.",
     },
     {
         .family = managementProcessor,
@@ -287,11 +286,11 @@ inline constexpr auto managementProcessorRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Remote Periscope/ Lumio Controller Unauthorized Login Attempts threshold reached",
         .summary = "Remote Periscope/ Lumio Controller Unauthorized Login Attempts Threshold Reached.",
         .description =
-            "Logins to the management processor have failed more often than its threshold allows. Somebody may be "
-            "guessing its passwords.",
+            "Logins to the management processor have failed more often than its threshold allows. Someone may be "
+            "trying to guess a password.",
         .recommendedActions =
-            "Find out in the event log of the management processor where the attempts came from. Restrict access to "
-            "its network and change its passwords.",
+            "Find the source of the attempts in the event log of the management processor. If they were not "
+            "legitimate, restrict access to its network and change its passwords.",
     },
     {
         .family = managementProcessor,
@@ -301,10 +300,10 @@ inline constexpr auto managementProcessorRows = std::to_array<IndicationRow>({
         .summary = "Remote Periscope/ Lumio Controller Self Test Error.",
         .description =
             "The self test of the management processor found an error. Remote management, sensors or logs may not be "
-            "available; the server itself goes on.",
+            "available; the server itself keeps running.",
         .recommendedActions =
-            "Reset the management processor. Update its firmware or have the system board serviced if the self test "
-            "fails again.",
+            "Reset the management processor. If the self test fails again, update its firmware or replace the system "
+            "board.",
     },
     {
         .family = managementProcessor,
@@ -313,11 +312,11 @@ inline constexpr auto managementProcessorRows = std::to_array<IndicationRow>({
         .probableCauseDescription = "Remote Periscope/ Lumio Controller Interface Error",
         .summary = "Remote Periscope/ Lumio Controller Interface Error.",
         .description =
-            "The operating system cannot communicate with the management processor. Health data and events from it "
-            "are missing.",
+            "The operating system cannot communicate with the management processor. Its health data and events are "
+            "not available.",
         .recommendedActions =
             "Check that the driver of the management processor is installed and running. Reset the management "
-            "processor if it still does not answer.",
+            "processor if it still does not respond.",
     },
 });
 
