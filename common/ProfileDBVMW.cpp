@@ -10,29 +10,39 @@
 
 namespace PYL {
 
-/// What PRPDBRec is made from, as constants.
+namespace {
+
+constexpr int none[] = {0};
+
+}  // namespace
+
+/// Whom a profile is registered by: a value of CIM_RegisteredProfile.RegisteredOrganization (CIM
+/// schema 2.x), and the name that goes with "other".
+struct ProfileOwner {
+    int organization;
+    std::string_view name = OrgNameNA;
+};
+
+/// What PRPDBRec is made from, as constants. What a row leaves out is empty.
 struct ProfileRow {
     int id;
-    int organization;
-    std::string_view otherOrganization;
+    ProfileOwner owner;
     std::string_view name;
     std::string_view version;
-    const char* const* classNames;
-    const char* const* nameSpaces;
-    const char* const* profiles;
-    const int* references;
-    const int* extends;
+    const char* const* classNames = emptyString;
+    const char* const* nameSpaces = emptyString;
+    const char* const* profiles = emptyString;
+    const int* references = none;
+    const int* extends = none;
 };
 
 namespace {
 
-// Values of CIM_RegisteredProfile.RegisteredOrganization (CIM schema 2.x).
-constexpr int other = 1;
-constexpr int dmtf = 2;
-constexpr int snia = 11;
+constexpr ProfileOwner dmtf{.organization = 2};
+constexpr ProfileOwner snia{.organization = 11};
+constexpr ProfileOwner kt{.organization = 1, .name = OrgNameKT};
 
 // Ids of referenced and extended profiles, ended by 0.
-constexpr int none[] = {0};
 constexpr int one[] = {1, 0};
 constexpr int two[] = {2, 0};
 constexpr int three[] = {3, 0};
@@ -62,59 +72,89 @@ constexpr int ktCollectionRefs[] = {48, 0};
 // only.
 // clang-format off
 constexpr ProfileRow catalogue[] = {
-    // id, organisation and its name, profile and its version, classes and their namespaces,
-    // profiles, references, extends
-    { 1, dmtf, OrgNameNA, "Software Inventory", "1.0.0", dmtfSWInvClassNames, dmtfSWInvNameSpaces, emptyString, none, none},
-    { 2, dmtf, OrgNameNA, "Physical Asset", "1.0.0", emptyString, emptyString, emptyString, none, none},
-    { 3, dmtf, OrgNameNA, "Fan", "1.0.0", emptyString, emptyString, emptyString, none, none},
-    { 4, dmtf, OrgNameNA, "Power Supply", "1.1.0", emptyString, emptyString, emptyString, none, none},
-    { 5, dmtf, OrgNameNA, "System Memory", "1.0.0", emptyString, emptyString, emptyString, none, none},
-    { 6, dmtf, OrgNameNA, "CPU", "1.0.0", emptyString, emptyString, emptyString, none, none},
-    { 7, dmtf, OrgNameNA, "Profile Registration", "1.0.0", emptyString, emptyString, emptyString, none, none},
-    { 8, dmtf, OrgNameNA, "Record Log", "1.0.0", emptyString, emptyString, emptyString, none, none},
-    { 9, dmtf, OrgNameNA, "Ethernet Port", "1.1.0", dmtfEthPortClassNames, dmtfEthPortNameSpaces, emptyString, none, none},
-    {10, dmtf, OrgNameNA, "IP Interface", "1.0.1", dmtfIPInterfaceClassNames, dmtfIPInterfaceNameSpaces, emptyString, none, none},
-    {11, dmtf, OrgNameNA, "Sensors", "1.0.1", emptyString, emptyString, emptyString, none, none},
-    {12, dmtf, OrgNameNA, "OS Status", "1.0.0", dmtfOSClassNames, dmtfOSNameSpaces, emptyString, none, none},
-    {13, dmtf, OrgNameNA, "PCI Device", "1.0.0", dmtfPCIDeviceClassNames, dmtfPCIDeviceNameSpaces, emptyString, none, none},
-    {14, dmtf, OrgNameNA, "Base Server", "1.0.0", emptyString, emptyString, emptyString, bsRefs, none},
-    {15, snia, OrgNameNA, "Block Services", "1.3.0", emptyString, emptyString, emptyString, none, none},
-    {16, snia, OrgNameNA, "Disk Drive Lite", "1.3.0", emptyString, emptyString, emptyString, none, none},
-    {17, snia, OrgNameNA, "Extent Composition", "1.2.0", emptyString, emptyString, emptyString, none, none},
-    {18, snia, OrgNameNA, "Disk Sparing", "1.3.0", emptyString, emptyString, emptyString, none, none},
-    {19, snia, OrgNameNA, "Generic Initiator Ports", "1.3.0", emptyString, emptyString, emptyString, none, none},
-    {20, snia, OrgNameNA, "DA Target Ports", "1.3.0", emptyString, emptyString, emptyString, none, none},
-    {21, snia, OrgNameNA, "Indication", "1.3.0", emptyString, emptyString, emptyString, none, none},
-    {22, snia, OrgNameNA, "Host Hardware RAID Controller", "1.1.0", emptyString, emptyString, emptyString, hhrcRefs, none},
-    {23, snia, OrgNameNA, "FC Initiator Port", "1.3.0", emptyString, emptyString, emptyString, none, none},
-    {24, snia, OrgNameNA, "FC HBA", "1.3.0", emptyString, emptyString, emptyString, fcRefs, none},
-    {25, other, OrgNameKT, "KT CPU Consolidated Status", "1.0.0", ktCPUConStatClassNames, ktCPUConStatNameSpaces, emptyString, none, none},
-    {26, other, OrgNameKT, "KT Base Server", "3.2.0", ktCSClassNames, ktCSNameSpaces, emptyString, ktBsRefs, ktBsExtend},
-    {27, other, OrgNameKT, "KT Fan", "1.3.0", ktFanClassNames, ktFanNameSpaces, emptyString, none, three},
-    {28, other, OrgNameKT, "KT Power Supply", "1.3.1", ktPowerSupplyClassNames, ktPowerSupplyNameSpaces, emptyString, none, four},
-    {29, other, OrgNameKT, "KT Memory", "1.0.0", ktMemoryClassNames, ktMemoryNameSpaces, emptyString, none, five},
-    {30, other, OrgNameKT, "KT CPU", "1.1.0", ktCPUClassNames, ktCPUNameSpaces, emptyString, none, six},
-    {31, other, OrgNameKT, "KT Fan Physical Asset", "1.1.0", ktPhysFanClassNames, ktPhysFanNameSpaces, emptyString, none, two},
-    {32, other, OrgNameKT, "KT CPU Physical Asset", "1.0.0", ktPhysCPUClassNames, ktPhysCPUNameSpaces, emptyString, none, two},
-    {33, other, OrgNameKT, "KT Memory Physical Asset", "2.3.0", ktPhysMemoryClassNames, ktPhysMemoryNameSpaces, emptyString, none, two},
-    {34, other, OrgNameKT, "KT Power Supply Physical Asset", "1.0.2", ktPhysPowerSupplyClassNames, ktPhysPowerSupplyNameSpaces, emptyString, none, two},
-    {35, other, OrgNameKT, "KT Base Server Physical Asset", "1.4.0", ktPhysCSClassNames, ktPhysCSNameSpaces, emptyString, none, two},
-    {36, other, OrgNameKT, "KT Sensors", "1.2.0", ktSensorClassNames, ktSensorNameSpaces, emptyString, none, eleven},
-    {37, other, OrgNameKT, "KT Record Log", "1.1.0", ktRecordLogClassNames, ktRecordLogNameSpaces, emptyString, none, eight},
-    {38, other, OrgNameKT, "KT Software Inventory", "2.0.0", ktSWInvClassNames, ktSWInvNameSpaces, emptyString, none, one},
+    {.id = 1, .owner = dmtf, .name = "Software Inventory", .version = "1.0.0",
+     .classNames = dmtfSWInvClassNames, .nameSpaces = dmtfSWInvNameSpaces},
+    {.id = 2, .owner = dmtf, .name = "Physical Asset", .version = "1.0.0"},
+    {.id = 3, .owner = dmtf, .name = "Fan", .version = "1.0.0"},
+    {.id = 4, .owner = dmtf, .name = "Power Supply", .version = "1.1.0"},
+    {.id = 5, .owner = dmtf, .name = "System Memory", .version = "1.0.0"},
+    {.id = 6, .owner = dmtf, .name = "CPU", .version = "1.0.0"},
+    {.id = 7, .owner = dmtf, .name = "Profile Registration", .version = "1.0.0"},
+    {.id = 8, .owner = dmtf, .name = "Record Log", .version = "1.0.0"},
+    {.id = 9, .owner = dmtf, .name = "Ethernet Port", .version = "1.1.0",
+     .classNames = dmtfEthPortClassNames, .nameSpaces = dmtfEthPortNameSpaces},
+    {.id = 10, .owner = dmtf, .name = "IP Interface", .version = "1.0.1",
+     .classNames = dmtfIPInterfaceClassNames, .nameSpaces = dmtfIPInterfaceNameSpaces},
+    {.id = 11, .owner = dmtf, .name = "Sensors", .version = "1.0.1"},
+    {.id = 12, .owner = dmtf, .name = "OS Status", .version = "1.0.0",
+     .classNames = dmtfOSClassNames, .nameSpaces = dmtfOSNameSpaces},
+    {.id = 13, .owner = dmtf, .name = "PCI Device", .version = "1.0.0",
+     .classNames = dmtfPCIDeviceClassNames, .nameSpaces = dmtfPCIDeviceNameSpaces},
+    {.id = 14, .owner = dmtf, .name = "Base Server", .version = "1.0.0", .references = bsRefs},
+
+    {.id = 15, .owner = snia, .name = "Block Services", .version = "1.3.0"},
+    {.id = 16, .owner = snia, .name = "Disk Drive Lite", .version = "1.3.0"},
+    {.id = 17, .owner = snia, .name = "Extent Composition", .version = "1.2.0"},
+    {.id = 18, .owner = snia, .name = "Disk Sparing", .version = "1.3.0"},
+    {.id = 19, .owner = snia, .name = "Generic Initiator Ports", .version = "1.3.0"},
+    {.id = 20, .owner = snia, .name = "DA Target Ports", .version = "1.3.0"},
+    {.id = 21, .owner = snia, .name = "Indication", .version = "1.3.0"},
+    {.id = 22, .owner = snia, .name = "Host Hardware RAID Controller", .version = "1.1.0", .references = hhrcRefs},
+    {.id = 23, .owner = snia, .name = "FC Initiator Port", .version = "1.3.0"},
+    {.id = 24, .owner = snia, .name = "FC HBA", .version = "1.3.0", .references = fcRefs},
+
+    {.id = 25, .owner = kt, .name = "KT CPU Consolidated Status", .version = "1.0.0",
+     .classNames = ktCPUConStatClassNames, .nameSpaces = ktCPUConStatNameSpaces},
+    {.id = 26, .owner = kt, .name = "KT Base Server", .version = "3.2.0",
+     .classNames = ktCSClassNames, .nameSpaces = ktCSNameSpaces, .references = ktBsRefs, .extends = ktBsExtend},
+    {.id = 27, .owner = kt, .name = "KT Fan", .version = "1.3.0",
+     .classNames = ktFanClassNames, .nameSpaces = ktFanNameSpaces, .extends = three},
+    {.id = 28, .owner = kt, .name = "KT Power Supply", .version = "1.3.1",
+     .classNames = ktPowerSupplyClassNames, .nameSpaces = ktPowerSupplyNameSpaces, .extends = four},
+    {.id = 29, .owner = kt, .name = "KT Memory", .version = "1.0.0",
+     .classNames = ktMemoryClassNames, .nameSpaces = ktMemoryNameSpaces, .extends = five},
+    {.id = 30, .owner = kt, .name = "KT CPU", .version = "1.1.0",
+     .classNames = ktCPUClassNames, .nameSpaces = ktCPUNameSpaces, .extends = six},
+    {.id = 31, .owner = kt, .name = "KT Fan Physical Asset", .version = "1.1.0",
+     .classNames = ktPhysFanClassNames, .nameSpaces = ktPhysFanNameSpaces, .extends = two},
+    {.id = 32, .owner = kt, .name = "KT CPU Physical Asset", .version = "1.0.0",
+     .classNames = ktPhysCPUClassNames, .nameSpaces = ktPhysCPUNameSpaces, .extends = two},
+    {.id = 33, .owner = kt, .name = "KT Memory Physical Asset", .version = "2.3.0",
+     .classNames = ktPhysMemoryClassNames, .nameSpaces = ktPhysMemoryNameSpaces, .extends = two},
+    {.id = 34, .owner = kt, .name = "KT Power Supply Physical Asset", .version = "1.0.2",
+     .classNames = ktPhysPowerSupplyClassNames, .nameSpaces = ktPhysPowerSupplyNameSpaces, .extends = two},
+    {.id = 35, .owner = kt, .name = "KT Base Server Physical Asset", .version = "1.4.0",
+     .classNames = ktPhysCSClassNames, .nameSpaces = ktPhysCSNameSpaces, .extends = two},
+    {.id = 36, .owner = kt, .name = "KT Sensors", .version = "1.2.0",
+     .classNames = ktSensorClassNames, .nameSpaces = ktSensorNameSpaces, .extends = eleven},
+    {.id = 37, .owner = kt, .name = "KT Record Log", .version = "1.1.0",
+     .classNames = ktRecordLogClassNames, .nameSpaces = ktRecordLogNameSpaces, .extends = eight},
+    {.id = 38, .owner = kt, .name = "KT Software Inventory", .version = "2.0.0",
+     .classNames = ktSWInvClassNames, .nameSpaces = ktSWInvNameSpaces, .extends = one},
     // Registered in two versions, here and below. By name alone this one is found; the data
     // collection references the other.
-    {39, other, OrgNameKT, "KT Profile Registration", "2.0.0", emptyString, emptyString, emptyString, none, seven},
-    {40, other, OrgNameKT, "KT Carrow Lite", "3.3.0", ktCarrowLiteClassNames, ktCarrowLiteNameSpaces, emptyString, carrowLiteRefs, none},
-    {41, other, OrgNameKT, "KT Management Processor Lite", "2.3.0", ktMPLiteClassNames, ktMPLiteNameSpaces, emptyString, mpLiteRefs, none},
-    {42, other, OrgNameKT, "KT FC HBA", "1.0.5", ktFCHBAClassNames, ktFCHBANameSpaces, emptyString, none, ktFCHBAExtends},
-    {43, other, OrgNameKT, "KT Storage Enclosure", "1.0.2", ktStorageEncClassNames, ktStorageEncNameSpaces, emptyString, none, none},
-    {44, other, OrgNameKT, "KT Vela Array", "2.14.3", ktVAClassNames, ktVANameSpaces, emptyString, ktVARefs, ktVAExtends},
-    {45, other, OrgNameKT, "KT SAS HBA", "2.1.0", ktSASClassNames, ktSASNameSpaces, emptyString, ktVARefs, ktVAExtends},
-    {46, other, OrgNameKT, "KT SCSI HBA", "1.0.1", ktSCSIClassNames, ktSCSINameSpaces, emptyString, none, ktSCSIExtends},
-    {47, other, OrgNameKT, "KT Server Product", "1.1.1", ktServerProductClassNames, ktServerProductNameSpaces, emptyString, ktServerProductRefs, none},
-    {48, other, OrgNameKT, "KT Profile Registration", "2.1.0", emptyString, emptyString, emptyString, none, seven},
-    {49, other, OrgNameKT, "KT Configuration Data Collection", "3.0.0", ktCollectionClassNames, ktCollectionNameSpaces, ktCollectionProfile, ktCollectionRefs, none},
+    {.id = 39, .owner = kt, .name = "KT Profile Registration", .version = "2.0.0", .extends = seven},
+    {.id = 40, .owner = kt, .name = "KT Carrow Lite", .version = "3.3.0",
+     .classNames = ktCarrowLiteClassNames, .nameSpaces = ktCarrowLiteNameSpaces, .references = carrowLiteRefs},
+    {.id = 41, .owner = kt, .name = "KT Management Processor Lite", .version = "2.3.0",
+     .classNames = ktMPLiteClassNames, .nameSpaces = ktMPLiteNameSpaces, .references = mpLiteRefs},
+    {.id = 42, .owner = kt, .name = "KT FC HBA", .version = "1.0.5",
+     .classNames = ktFCHBAClassNames, .nameSpaces = ktFCHBANameSpaces, .extends = ktFCHBAExtends},
+    {.id = 43, .owner = kt, .name = "KT Storage Enclosure", .version = "1.0.2",
+     .classNames = ktStorageEncClassNames, .nameSpaces = ktStorageEncNameSpaces},
+    {.id = 44, .owner = kt, .name = "KT Vela Array", .version = "2.14.3",
+     .classNames = ktVAClassNames, .nameSpaces = ktVANameSpaces, .references = ktVARefs, .extends = ktVAExtends},
+    {.id = 45, .owner = kt, .name = "KT SAS HBA", .version = "2.1.0",
+     .classNames = ktSASClassNames, .nameSpaces = ktSASNameSpaces, .references = ktVARefs, .extends = ktVAExtends},
+    {.id = 46, .owner = kt, .name = "KT SCSI HBA", .version = "1.0.1",
+     .classNames = ktSCSIClassNames, .nameSpaces = ktSCSINameSpaces, .extends = ktSCSIExtends},
+    {.id = 47, .owner = kt, .name = "KT Server Product", .version = "1.1.1",
+     .classNames = ktServerProductClassNames, .nameSpaces = ktServerProductNameSpaces,
+     .references = ktServerProductRefs},
+    {.id = 48, .owner = kt, .name = "KT Profile Registration", .version = "2.1.0", .extends = seven},
+    {.id = 49, .owner = kt, .name = "KT Configuration Data Collection", .version = "3.0.0",
+     .classNames = ktCollectionClassNames, .nameSpaces = ktCollectionNameSpaces, .profiles = ktCollectionProfile,
+     .references = ktCollectionRefs},
 };
 // clang-format on
 
@@ -143,8 +183,8 @@ static_assert(relationsAreClosed());
 
 inline PRPDBRec::PRPDBRec(const ProfileRow& row) noexcept
     : _Id(row.id),
-      _registeredOrganization(row.organization),
-      _otherRegisteredOrganization(row.otherOrganization),
+      _registeredOrganization(row.owner.organization),
+      _otherRegisteredOrganization(row.owner.name),
       _registeredName(row.name),
       _registeredVersion(row.version),
       _referencedProfiles(entriesOf(row.references, 0)),

@@ -14,7 +14,7 @@ namespace PYL {
 struct CollectionRow {
     int id;
     std::string_view name;
-    std::string_view nameSpace;
+    std::string_view nameSpace = BaseServerNameSpace;
     const char* const* classNames;
     const char* const* classTypes;
     const int* classLevels;
@@ -32,8 +32,8 @@ PYL_LEVELS(CPU)
 PYL_LEVELS(CPUPhysicalAsset)
 PYL_LEVELS(MemoryPhysical)
 PYL_LEVELS(BaseServerPhysicalAsset)
-// Two levels more than there are classes. They belong to the table; since a level is read by the index
-// of its class only, nobody meets them.
+// Two levels more than there are classes. They belong to the table; since a level is read by the
+// index of its class only, nobody meets them.
 constexpr int RecordLogClassLevels[] = {PYL_RecordLogClasses(PYL_CLASS_LEVEL) 4, 4, -1};
 PYL_LEVELS(SoftwareInventory)
 PYL_LEVELS(ProfileRegistration)
@@ -47,28 +47,53 @@ PYL_LEVELS(ConsolidatedStatus)
 PYL_LEVELS(SASHBA)
 PYL_LEVELS(PCI)
 
-// Clients ask by these names; not each of them is that of a registered profile. Profile registration is
-// collected from "root/interop", whatever the namespace of our own registered profiles.
+// Clients ask by these names; not each of them is that of a registered profile. Profile
+// registration is collected from "root/interop", whatever the namespace of our own registered
+// profiles.
 constexpr CollectionRow table[] = {
-    // id, profile, namespace, classes, their types, their levels
-    {105, "KT Base Server", BaseServerNameSpace, BaseServerClassNames, BaseServerClassTypes, BaseServerClassLevels},
-    {110, "KT Memory", BaseServerNameSpace, MemoryClassNames, MemoryClassTypes, MemoryClassLevels},
-    {106, "KT CPU", BaseServerNameSpace, CPUClassNames, CPUClassTypes, CPUClassLevels},
-    {108, "KT CPU Physical Asset", BaseServerNameSpace, CPUPhysicalAssetClassNames, CPUPhysicalAssetClassTypes, CPUPhysicalAssetClassLevels},
-    {111, "KT Memory Physical Asset", BaseServerNameSpace, MemoryPhysicalClassNames, MemoryPhysicalClassTypes, MemoryPhysicalClassLevels},
-    {114, "KT Base Server Physical Asset", BaseServerNameSpace, BaseServerPhysicalAssetClassNames, BaseServerPhysicalAssetClassTypes, BaseServerPhysicalAssetClassLevels},
-    {109, "KT Record Log", BaseServerNameSpace, RecordLogClassNames, RecordLogClassTypes, RecordLogClassLevels},
-    {127, "KT Software Inventory and Update", BaseServerNameSpace, SoftwareInventoryClassNames, SoftwareInventoryClassTypes, SoftwareInventoryClassLevels},
-    {100, "KT Profile Registration", "root/interop", ProfileRegistrationClassNames, ProfileRegistrationClassTypes, ProfileRegistrationClassLevels},
-    {125, "KT Carrow Lite", BaseServerNameSpace, CarrowLiteClassNames, CarrowLiteClassTypes, CarrowLiteClassLevels},
-    {101, "KT Management Processor Lite", BaseServerNameSpace, MPLiteClassNames, MPLiteClassTypes, MPLiteClassLevels},
-    {119, "KT FC HBA", BaseServerNameSpace, FCHBAClassNames, FCHBAClassTypes, FCHBAClassLevels},
-    {121, "KT Vela Array", BaseServerNameSpace, VelaArrayClassNames, VelaArrayClassTypes, VelaArrayClassLevels},
-    {117, "KT Ethernet Teaming", BaseServerNameSpace, EthernetTeamingClassNames, EthernetTeamingClassTypes, EthernetTeamingClassLevels},
-    {124, "KT Location", BaseServerNameSpace, LocationClassNames, LocationClassTypes, LocationClassLevels},
-    {113, "KT Consolidated Status", BaseServerNameSpace, ConsolidatedStatusClassNames, ConsolidatedStatusClassTypes, ConsolidatedStatusClassLevels},
-    {122, "KT SAS HBA", BaseServerNameSpace, SASHBAClassNames, SASHBAClassTypes, SASHBAClassLevels},
-    {199, "KT PCI", BaseServerNameSpace, PCIClassNames, PCIClassTypes, PCIClassLevels},
+    {.id = 105, .name = "KT Base Server",
+     .classNames = BaseServerClassNames, .classTypes = BaseServerClassTypes, .classLevels = BaseServerClassLevels},
+    {.id = 110, .name = "KT Memory",
+     .classNames = MemoryClassNames, .classTypes = MemoryClassTypes, .classLevels = MemoryClassLevels},
+    {.id = 106, .name = "KT CPU",
+     .classNames = CPUClassNames, .classTypes = CPUClassTypes, .classLevels = CPUClassLevels},
+    {.id = 108, .name = "KT CPU Physical Asset",
+     .classNames = CPUPhysicalAssetClassNames, .classTypes = CPUPhysicalAssetClassTypes,
+     .classLevels = CPUPhysicalAssetClassLevels},
+    {.id = 111, .name = "KT Memory Physical Asset",
+     .classNames = MemoryPhysicalClassNames, .classTypes = MemoryPhysicalClassTypes,
+     .classLevels = MemoryPhysicalClassLevels},
+    {.id = 114, .name = "KT Base Server Physical Asset",
+     .classNames = BaseServerPhysicalAssetClassNames, .classTypes = BaseServerPhysicalAssetClassTypes,
+     .classLevels = BaseServerPhysicalAssetClassLevels},
+    {.id = 109, .name = "KT Record Log",
+     .classNames = RecordLogClassNames, .classTypes = RecordLogClassTypes, .classLevels = RecordLogClassLevels},
+    {.id = 127, .name = "KT Software Inventory and Update",
+     .classNames = SoftwareInventoryClassNames, .classTypes = SoftwareInventoryClassTypes,
+     .classLevels = SoftwareInventoryClassLevels},
+    {.id = 100, .name = "KT Profile Registration", .nameSpace = "root/interop",
+     .classNames = ProfileRegistrationClassNames, .classTypes = ProfileRegistrationClassTypes,
+     .classLevels = ProfileRegistrationClassLevels},
+    {.id = 125, .name = "KT Carrow Lite",
+     .classNames = CarrowLiteClassNames, .classTypes = CarrowLiteClassTypes, .classLevels = CarrowLiteClassLevels},
+    {.id = 101, .name = "KT Management Processor Lite",
+     .classNames = MPLiteClassNames, .classTypes = MPLiteClassTypes, .classLevels = MPLiteClassLevels},
+    {.id = 119, .name = "KT FC HBA",
+     .classNames = FCHBAClassNames, .classTypes = FCHBAClassTypes, .classLevels = FCHBAClassLevels},
+    {.id = 121, .name = "KT Vela Array",
+     .classNames = VelaArrayClassNames, .classTypes = VelaArrayClassTypes, .classLevels = VelaArrayClassLevels},
+    {.id = 117, .name = "KT Ethernet Teaming",
+     .classNames = EthernetTeamingClassNames, .classTypes = EthernetTeamingClassTypes,
+     .classLevels = EthernetTeamingClassLevels},
+    {.id = 124, .name = "KT Location",
+     .classNames = LocationClassNames, .classTypes = LocationClassTypes, .classLevels = LocationClassLevels},
+    {.id = 113, .name = "KT Consolidated Status",
+     .classNames = ConsolidatedStatusClassNames, .classTypes = ConsolidatedStatusClassTypes,
+     .classLevels = ConsolidatedStatusClassLevels},
+    {.id = 122, .name = "KT SAS HBA",
+     .classNames = SASHBAClassNames, .classTypes = SASHBAClassTypes, .classLevels = SASHBAClassLevels},
+    {.id = 199, .name = "KT PCI",
+     .classNames = PCIClassNames, .classTypes = PCIClassTypes, .classLevels = PCIClassLevels},
 };
 // clang-format on
 
