@@ -2,195 +2,103 @@
 
 #include "common/PYLConstants.h"
 
-// A row is a class and its namespace; both tables of a pair are made from the same rows.
+// All classes are in one namespace; both tables of a pair are made from the same classes.
 // clang-format off
 
-#define PYL_CLASS(className, nameSpace) className,
-#define PYL_NAMESPACE(className, nameSpace) nameSpace,
+#define PYL_CLASS(className) className,
+#define PYL_NAMESPACE(className) BaseServerNameSpace,
 #define PYL_TABLES(profile)                                                                  \
     constinit const char* const profile##ClassNames[] = {PYL_##profile(PYL_CLASS) nullptr};  \
     constinit const char* const profile##NameSpaces[] = {PYL_##profile(PYL_NAMESPACE) nullptr};
+
+// The tables of a profile that one class implements.
+#define PYL_TABLES_OF(profile, className)                                          \
+    constinit const char* const profile##ClassNames[] = {className, nullptr};      \
+    constinit const char* const profile##NameSpaces[] = {BaseServerNameSpace, nullptr};
 
 namespace PYL {
 
 constinit const char* const emptyString[] = {nullptr};
 constinit const char* const ktCollectionProfile[] = {"KT Configuration Data Collection", nullptr};
 
-#define PYL_dmtfEthPort(row) \
-    row("PYL_EthernetPort", BaseServerNameSpace) \
-
-PYL_TABLES(dmtfEthPort)
-
-#define PYL_dmtfIPInterface(row) \
-    row("PYL_IPProtocolEndpoint", BaseServerNameSpace) \
-
-PYL_TABLES(dmtfIPInterface)
-
-#define PYL_dmtfOS(row) \
-    row("PYL_OperatingSystem", BaseServerNameSpace) \
-
-PYL_TABLES(dmtfOS)
-
-#define PYL_dmtfPCIDevice(row) \
-    row("PYL_PCIDevice", BaseServerNameSpace) \
-
-PYL_TABLES(dmtfPCIDevice)
+PYL_TABLES_OF(dmtfEthPort, "PYL_EthernetPort")
+PYL_TABLES_OF(dmtfIPInterface, "PYL_IPProtocolEndpoint")
+PYL_TABLES_OF(dmtfOS, "PYL_OperatingSystem")
+PYL_TABLES_OF(dmtfPCIDevice, "PYL_PCIDevice")
 
 // "Identiti" is how the provider of that class spells its name.
 #define PYL_dmtfSWInv(row) \
-    row("PYL_BladeEnclosureFW", BaseServerNameSpace) \
-    row("PYL_EthernetPortControllerSoftwareIdentity", BaseServerNameSpace) \
-    row("PYL_EthernetPortControllerFirmwareIdentity", BaseServerNameSpace) \
-    row("PYL_FCHBAFirmwareIdentitiBIOS", BaseServerNameSpace) \
-    row("PYL_FCHBAFirmwareIdentityFW", BaseServerNameSpace) \
-    row("PYL_FCHBASoftwareIdentityDrv", BaseServerNameSpace) \
-    row("PYL_MPFirmware", BaseServerNameSpace) \
-    row("PYL_SASDiskDriveFirmware", BaseServerNameSpace) \
-    row("PYL_SASFirmware", BaseServerNameSpace) \
-    row("PYL_VADiskDriveFirmware", BaseServerNameSpace) \
+    row("PYL_BladeEnclosureFW") \
+    row("PYL_EthernetPortControllerSoftwareIdentity") \
+    row("PYL_EthernetPortControllerFirmwareIdentity") \
+    row("PYL_FCHBAFirmwareIdentitiBIOS") \
+    row("PYL_FCHBAFirmwareIdentityFW") \
+    row("PYL_FCHBASoftwareIdentityDrv") \
+    row("PYL_MPFirmware") \
+    row("PYL_SASDiskDriveFirmware") \
+    row("PYL_SASFirmware") \
+    row("PYL_VADiskDriveFirmware") \
 
 PYL_TABLES(dmtfSWInv)
 
 #define PYL_sniaArray(row) \
-    row("PYL_VAArraySystem", BaseServerNameSpace) \
-    row("PYL_SASArraySystem", BaseServerNameSpace) \
+    row("PYL_VAArraySystem") \
+    row("PYL_SASArraySystem") \
 
 PYL_TABLES(sniaArray)
 
 #define PYL_sniaHHRC(row) \
-    row("PYL_VAPortController", BaseServerNameSpace) \
-    row("PYL_SASPortController", BaseServerNameSpace) \
+    row("PYL_VAPortController") \
+    row("PYL_SASPortController") \
 
 PYL_TABLES(sniaHHRC)
 
-#define PYL_ktCarrowLite(row) \
-    row("PYL_BladeEnclosureCS", BaseServerNameSpace) \
-
-PYL_TABLES(ktCarrowLite)
-
-#define PYL_ktCPU(row) \
-    row("PYL_Processor", BaseServerNameSpace) \
-
-PYL_TABLES(ktCPU)
-
-#define PYL_ktCPUConStat(row) \
-    row("PYL_ProcessorCollection", BaseServerNameSpace) \
-
-PYL_TABLES(ktCPUConStat)
-
-#define PYL_ktCS(row) \
-    row("PYL_ComputerSystem", BaseServerNameSpace) \
-
-PYL_TABLES(ktCS)
-
-#define PYL_ktCollection(row) \
-    row("PYL_PXDataCollection", BaseServerNameSpace) \
-
-PYL_TABLES(ktCollection)
-
-#define PYL_ktEthernetTeaming(row) \
-    row("PYL_EthernetPort", BaseServerNameSpace) \
-
-PYL_TABLES(ktEthernetTeaming)
-
-#define PYL_ktFCHBA(row) \
-    row("PYL_FCHBAComputerSystem", BaseServerNameSpace) \
-
-PYL_TABLES(ktFCHBA)
-
-#define PYL_ktFan(row) \
-    row("PYL_Fan", BaseServerNameSpace) \
-
-PYL_TABLES(ktFan)
-
-#define PYL_ktMPLite(row) \
-    row("PYL_ManagementProcessor", BaseServerNameSpace) \
-
-PYL_TABLES(ktMPLite)
-
-#define PYL_ktMemory(row) \
-    row("PYL_Memory", BaseServerNameSpace) \
-
-PYL_TABLES(ktMemory)
-
-#define PYL_ktPhysCPU(row) \
-    row("PYL_ProcessorChip", BaseServerNameSpace) \
-
-PYL_TABLES(ktPhysCPU)
-
-#define PYL_ktPhysCS(row) \
-    row("PYL_ComputerSystemChassis", BaseServerNameSpace) \
-
-PYL_TABLES(ktPhysCS)
-
-#define PYL_ktPhysFan(row) \
-    row("PYL_FanModule", BaseServerNameSpace) \
-
-PYL_TABLES(ktPhysFan)
-
-#define PYL_ktPhysMemory(row) \
-    row("PYL_MemoryModule", BaseServerNameSpace) \
-
-PYL_TABLES(ktPhysMemory)
-
-#define PYL_ktPhysPowerSupply(row) \
-    row("PYL_PowerSupplyModule", BaseServerNameSpace) \
-
-PYL_TABLES(ktPhysPowerSupply)
-
-#define PYL_ktPowerSupply(row) \
-    row("PYL_PowerSupply", BaseServerNameSpace) \
-
-PYL_TABLES(ktPowerSupply)
-
-#define PYL_ktRecordLog(row) \
-    row("PYL_IMLRecordLog", BaseServerNameSpace) \
-
-PYL_TABLES(ktRecordLog)
-
-#define PYL_ktVA(row) \
-    row("PYL_VAArraySystem", BaseServerNameSpace) \
-
-PYL_TABLES(ktVA)
-
-#define PYL_ktSAS(row) \
-    row("PYL_SASArraySystem", BaseServerNameSpace) \
-
-PYL_TABLES(ktSAS)
-
-#define PYL_ktSCSI(row) \
-    row("PYL_SCSIHBAComputerSystem", BaseServerNameSpace) \
-
-PYL_TABLES(ktSCSI)
+PYL_TABLES_OF(ktCarrowLite, "PYL_BladeEnclosureCS")
+PYL_TABLES_OF(ktCPU, "PYL_Processor")
+PYL_TABLES_OF(ktCPUConStat, "PYL_ProcessorCollection")
+PYL_TABLES_OF(ktCS, "PYL_ComputerSystem")
+PYL_TABLES_OF(ktCollection, "PYL_PXDataCollection")
+PYL_TABLES_OF(ktEthernetTeaming, "PYL_EthernetPort")
+PYL_TABLES_OF(ktFCHBA, "PYL_FCHBAComputerSystem")
+PYL_TABLES_OF(ktFan, "PYL_Fan")
+PYL_TABLES_OF(ktMPLite, "PYL_ManagementProcessor")
+PYL_TABLES_OF(ktMemory, "PYL_Memory")
+PYL_TABLES_OF(ktPhysCPU, "PYL_ProcessorChip")
+PYL_TABLES_OF(ktPhysCS, "PYL_ComputerSystemChassis")
+PYL_TABLES_OF(ktPhysFan, "PYL_FanModule")
+PYL_TABLES_OF(ktPhysMemory, "PYL_MemoryModule")
+PYL_TABLES_OF(ktPhysPowerSupply, "PYL_PowerSupplyModule")
+PYL_TABLES_OF(ktPowerSupply, "PYL_PowerSupply")
+PYL_TABLES_OF(ktRecordLog, "PYL_IMLRecordLog")
+PYL_TABLES_OF(ktVA, "PYL_VAArraySystem")
+PYL_TABLES_OF(ktSAS, "PYL_SASArraySystem")
+PYL_TABLES_OF(ktSCSI, "PYL_SCSIHBAComputerSystem")
 
 #define PYL_ktSWInv(row) \
-    row("PYL_PYLSoftwareIdentity", BaseServerNameSpace) \
-    row("PYL_SystemFirmware", BaseServerNameSpace) \
-    row("PYL_PowerControllerFirmware", BaseServerNameSpace) \
-    row("PYL_SASEnclosureFirmware", BaseServerNameSpace) \
-    row("PYL_VAEnclosureFirmware", BaseServerNameSpace) \
-    row("PYL_VAFirmware", BaseServerNameSpace) \
-    row("PYL_SPSFirmware", BaseServerNameSpace) \
-    row("PYL_CPLDFirmware", BaseServerNameSpace) \
-    row("PYL_VASoftwareIdentityDriver", BaseServerNameSpace) \
-    row("PYL_SASSoftwareIdentityDriver", BaseServerNameSpace) \
+    row("PYL_PYLSoftwareIdentity") \
+    row("PYL_SystemFirmware") \
+    row("PYL_PowerControllerFirmware") \
+    row("PYL_SASEnclosureFirmware") \
+    row("PYL_VAEnclosureFirmware") \
+    row("PYL_VAFirmware") \
+    row("PYL_SPSFirmware") \
+    row("PYL_CPLDFirmware") \
+    row("PYL_VASoftwareIdentityDriver") \
+    row("PYL_SASSoftwareIdentityDriver") \
 
 PYL_TABLES(ktSWInv)
 
-#define PYL_ktSensor(row) \
-    row("PYL_NumericSensor", BaseServerNameSpace) \
-
-PYL_TABLES(ktSensor)
+PYL_TABLES_OF(ktSensor, "PYL_NumericSensor")
 
 #define PYL_ktServerProduct(row) \
-    row("PYL_ServerProduct", BaseServerNameSpace) \
-    row("PYL_ServerProductPhysicalComponent", BaseServerNameSpace) \
+    row("PYL_ServerProduct") \
+    row("PYL_ServerProductPhysicalComponent") \
 
 PYL_TABLES(ktServerProduct)
 
 #define PYL_ktStorageEnc(row) \
-    row("PYL_VAStorageEnclosure", BaseServerNameSpace) \
-    row("PYL_SASStorageEnclosure", BaseServerNameSpace) \
+    row("PYL_VAStorageEnclosure") \
+    row("PYL_SASStorageEnclosure") \
 
 PYL_TABLES(ktStorageEnc)
 

@@ -1,12 +1,8 @@
 #pragma once
 
 /// The classes of the data collection: each row is a class, its kind and its level. The tables of a
-/// family are all made from its rows, so that entry i of each speaks of the same class:
-///
-///     constinit const char* const MemoryClassNames[] = {PYL_MemoryClasses(PYL_CLASS_NAME)
-/// nullptr};
-///
-/// For the sources of those tables alone.
+/// family are all made from its rows, so that entry i of each speaks of the same class. For the
+/// sources of those tables alone.
 // clang-format off
 
 #define PYL_CLASS_NAME(className, kind, level) className,

@@ -9,7 +9,11 @@
 
 namespace {
 
-using namespace PYL;
+using PYL::ConfigurationDataClassLevels;
+using PYL::FCHBAClassNames;
+using PYL::LocalFileClassLevels;
+using PYL::SCSIHBAClassLevels;
+using PYL::SCSIHBAClassTypes;
 using Texts = std::vector<std::string>;
 
 struct Family {
@@ -20,7 +24,7 @@ struct Family {
 };
 
 #define PYL_FAMILY(family, size) \
-    { #family, family##ClassNames, family##ClassTypes, size }
+    { #family, PYL::family##ClassNames, PYL::family##ClassTypes, size }
 
 const Family families[] = {
     PYL_FAMILY(BaseServer, 14),

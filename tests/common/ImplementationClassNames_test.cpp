@@ -9,7 +9,15 @@
 
 namespace {
 
-using namespace PYL;
+using PYL::dmtfEthPortClassNames;
+using PYL::dmtfSWInvClassNames;
+using PYL::emptyString;
+using PYL::ktCollectionProfile;
+using PYL::ktCSClassNames;
+using PYL::ktEthernetTeamingClassNames;
+using PYL::ktSASClassNames;
+using PYL::ktVAClassNames;
+using PYL::sniaArrayClassNames;
 
 static_assert(std::is_same_v<std::remove_extent_t<decltype(emptyString)>, const char* const>,
               "a table cannot be written to");
@@ -22,7 +30,7 @@ struct Pair {
 };
 
 #define PYL_PAIR(profile, size) \
-    { #profile, profile##ClassNames, profile##NameSpaces, size }
+    { #profile, PYL::profile##ClassNames, PYL::profile##NameSpaces, size }
 
 const Pair pairs[] = {
     PYL_PAIR(dmtfEthPort, 1),
