@@ -21,17 +21,20 @@ namespace {
 
 void logTimeTaken(const Logger& log, std::string_view operation, const timeval& start,
                   const timeval& end) {
-    constexpr std::int64_t second = 1'000'000;
+    constexpr std::uint32_t second = 1'000'000;
     constexpr std::int32_t hundredth = 10'000;
-    const std::int64_t secs = end.tv_sec - start.tv_sec;
-    std::int64_t difference = end.tv_usec - start.tv_usec;
+    // Unsigned, so that readings that no clock gives wrap round: 64 bits of seconds, of which 32 are
+    // printed, and 32 bits of microseconds.
+    const auto secs =
+        static_cast<std::uint64_t>(end.tv_sec) - static_cast<std::uint64_t>(start.tv_sec);
+    auto usecs =
+        static_cast<std::uint32_t>(end.tv_usec) - static_cast<std::uint32_t>(start.tv_usec);
     if (secs != 0) {
-        difference += second;
-        if (difference >= second) difference -= second;
+        usecs += second;
+        if (static_cast<std::int32_t>(usecs) >= static_cast<std::int32_t>(second)) usecs -= second;
     }
-    const auto usecs = static_cast<std::int32_t>(difference);
     log.info("%s completed in %d.%02ds", operation, static_cast<std::int32_t>(secs),
-             usecs / hundredth);
+             static_cast<std::int32_t>(usecs) / hundredth);
 }
 
 }  // namespace

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
+#include <limits>
 #include <memory>
 
 namespace {
@@ -164,6 +166,21 @@ TEST_F(PerfmonArithmetic, PrintsAClockThatStepsBackAsItComes) {
 
 TEST_F(PerfmonArithmetic, PrintsTheSecondsAs32Bits) {
     EXPECT_EQ(taken({0, 0}, {0x1'0000'0002, 0}), "2.00s");
+}
+
+/// What no clock gives, and a caller of the arithmetic may.
+TEST_F(PerfmonArithmetic, ReckonsTheMicrosecondsIn32BitsThatWrapRound) {
+    EXPECT_EQ(taken({1, 0}, {2, 0x7fff'ffff}), "1.-214648s");
+    EXPECT_EQ(taken({1, 0}, {2, 20'000 - 0x1'0000'0000}), "1.02s");
+    EXPECT_EQ(taken({1, 0}, {1, 0x8000'0000}), "0.-214748s");
+    EXPECT_EQ(taken({1, 0}, {1, 0x1'0000'0000 + 20'000}), "0.02s");
+}
+
+TEST_F(PerfmonArithmetic, TakesReadingsAsFarApartAsTheyGet) {
+    constexpr auto least = std::numeric_limits<std::int64_t>::min();
+    constexpr auto greatest = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(taken({least, least}, {greatest, greatest}), "-1.99s");
+    EXPECT_EQ(taken({greatest, greatest}, {least, least}), "1.00s");
 }
 
 struct PerfmonOperation : PerfmonBase, testing::TestWithParam<ProviderOperation> {
