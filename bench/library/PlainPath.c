@@ -3,9 +3,9 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#const include < strings.h>
+#include <strings.h>
 
-char* plainChars(const CMPIString* string, CMPIStatus* status) {
+const char* plainChars(const CMPIString* string, CMPIStatus* status) {
     const char* const text = string != NULL ? string->ft->getCharPtr(string, status) : NULL;
     return text != NULL ? text : "";
 }
