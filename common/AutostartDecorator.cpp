@@ -7,12 +7,10 @@
 
 namespace PYL {
 
-using CmpiCpp::CmpiArgs;
 using CmpiCpp::CmpiBroker;
 using CmpiCpp::CmpiContext;
-using CmpiCpp::CmpiInstance;
+using CmpiCpp::CmpiInstanceProvider;
 using CmpiCpp::CmpiInstanceResult;
-using CmpiCpp::CmpiMethodResult;
 using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
 using CmpiCpp::CmpiObjectPathResult;
@@ -63,135 +61,66 @@ CmpiCpp::CmpiIndicationProvider* AutostartDecorator::_asIndicationProvider() {
     return asIndicationProvider(_p.load(std::memory_order_relaxed));
 }
 
-void AutostartDecorator::enumInstanceNames(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                           CmpiObjectPathResult& result) {
+template <auto asInterface, auto operation, typename... Arguments>
+void AutostartDecorator::_forward(const char*, Arguments&... arguments) {
+    _startProvider();
+    (asInterface(_p.load(std::memory_order_relaxed))->*operation)(arguments...);
+}
+
+// What the worker instance answers itself.
+
+template <>
+void AutostartDecorator::_forward<asInstanceProvider, &CmpiInstanceProvider::enumInstanceNames>(
+    const char*, const CmpiContext& context, const CmpiObjectPath& path,
+    CmpiObjectPathResult& result) {
     if (path.getClassName() == _autostartInstance->getClassName()) {
         result.deliver(_autostartInstance->getPath());
         return;
     }
-    _asInstanceProvider()->enumInstanceNames(ctx, path, result);
+    _asInstanceProvider()->enumInstanceNames(context, path, result);
 }
 
-void AutostartDecorator::enumInstances(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                       const char** properties, CmpiInstanceResult& result) {
+template <>
+void AutostartDecorator::_forward<asInstanceProvider, &CmpiInstanceProvider::enumInstances>(
+    const char*, const CmpiContext& context, const CmpiObjectPath& path, const char**& properties,
+    CmpiInstanceResult& result) {
     if (path.getClassName() == _autostartInstance->getClassName()) {
         result.deliver(_autostartInstance->getInstance());
         return;
     }
-    _asInstanceProvider()->enumInstances(ctx, path, properties, result);
+    _asInstanceProvider()->enumInstances(context, path, properties, result);
 }
 
-void AutostartDecorator::getInstance(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                     const char** properties, CmpiInstanceResult& result) {
+template <>
+void AutostartDecorator::_forward<asInstanceProvider, &CmpiInstanceProvider::getInstance>(
+    const char*, const CmpiContext& context, const CmpiObjectPath& path, const char**& properties,
+    CmpiInstanceResult& result) {
     auto local = path;
     local.setHost(CmpiName(PYLUtil::getHostName()));
     if (local == _autostartInstance->getPath()) {
         result.deliver(_autostartInstance->getInstance());
         return;
     }
-    _asInstanceProvider()->getInstance(ctx, path, properties, result);
-}
-
-void AutostartDecorator::createInstance(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                        const CmpiInstance& instance,
-                                        CmpiObjectPathResult& result) {
-    _asInstanceProvider()->createInstance(ctx, path, instance, result);
-}
-
-void AutostartDecorator::modifyInstance(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                        const CmpiInstance& instance, const char** properties) {
-    _asInstanceProvider()->modifyInstance(ctx, path, instance, properties);
-}
-
-void AutostartDecorator::deleteInstance(const CmpiContext& ctx, const CmpiObjectPath& path) {
-    _asInstanceProvider()->deleteInstance(ctx, path);
-}
-
-void AutostartDecorator::execQuery(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                   const std::string& query, const std::string& language,
-                                   CmpiObjectPathResult& result) {
-    _asInstanceProvider()->execQuery(ctx, path, query, language, result);
+    _asInstanceProvider()->getInstance(context, path, properties, result);
 }
 
 CMPIBroker* AutostartDecorator::getBroker() {
     return CmpiBroker(PYLUtil::getBroker()).toRawCMPI();
 }
 
-int AutostartDecorator::unloadOK(const CmpiContext& ctx) {
+int AutostartDecorator::unloadOK(const CmpiContext& context) {
     constexpr int doNotUnloadNow = 1;
     auto* const started = _p.load(std::memory_order_acquire);
-    return started ? started->unloadOK(ctx) : doNotUnloadNow;
+    return started ? started->unloadOK(context) : doNotUnloadNow;
 }
 
-void AutostartDecorator::cleanup(const CmpiContext& ctx, bool terminating) {
+void AutostartDecorator::cleanup(const CmpiContext& context, bool terminating) {
     if (auto* const started = _p.load(std::memory_order_acquire)) {
-        started->cleanup(ctx, terminating);
+        started->cleanup(context, terminating);
     }
 }
 
-void AutostartDecorator::invokeMethod(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                      const CmpiName& methodName, const CmpiArgs& in,
-                                      CmpiMethodResult& result) {
-    _asMethodProvider()->invokeMethod(ctx, path, methodName, in, result);
-}
-
-void AutostartDecorator::associators(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                     const CmpiName& assocClass, const CmpiName& resultClass,
-                                     const CmpiName& role, const CmpiName& resultRole,
-                                     const char** properties, CmpiInstanceResult& result) {
-    _asAssociationProvider()->associators(ctx, path, assocClass, resultClass, role, resultRole,
-                                          properties, result);
-}
-
-void AutostartDecorator::associatorNames(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                         const CmpiName& assocClass, const CmpiName& resultClass,
-                                         const CmpiName& role, const CmpiName& resultRole,
-                                         CmpiObjectPathResult& result) {
-    _asAssociationProvider()->associatorNames(ctx, path, assocClass, resultClass, role, resultRole,
-                                              result);
-}
-
-void AutostartDecorator::references(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                    const CmpiName& resultClass, const CmpiName& role,
-                                    const char** properties, CmpiInstanceResult& result) {
-    _asAssociationProvider()->references(ctx, path, resultClass, role, properties, result);
-}
-
-void AutostartDecorator::referenceNames(const CmpiContext& ctx, const CmpiObjectPath& path,
-                                        const CmpiName& resultClass, const CmpiName& role,
-                                        CmpiObjectPathResult& result) {
-    _asAssociationProvider()->referenceNames(ctx, path, resultClass, role, result);
-}
-
-void AutostartDecorator::authorizeFilter(const CmpiContext& ctx, const CMPISelectExp* filter,
-                                         const std::string& className, const CmpiObjectPath& path,
-                                         const std::string& owner) {
-    _asIndicationProvider()->authorizeFilter(ctx, filter, className, path, owner);
-}
-
-void AutostartDecorator::mustPoll(const CmpiContext& ctx, const CMPISelectExp* filter,
-                                  const std::string& className, const CmpiObjectPath& path) {
-    _asIndicationProvider()->mustPoll(ctx, filter, className, path);
-}
-
-void AutostartDecorator::activateFilter(const CmpiContext& ctx, const CMPISelectExp* filter,
-                                        const std::string& className, const CmpiObjectPath& path,
-                                        bool last) {
-    _asIndicationProvider()->activateFilter(ctx, filter, className, path, last);
-}
-
-void AutostartDecorator::deactivateFilter(const CmpiContext& ctx, const CMPISelectExp* filter,
-                                          const std::string& className, const CmpiObjectPath& path,
-                                          bool last) {
-    _asIndicationProvider()->deactivateFilter(ctx, filter, className, path, last);
-}
-
-void AutostartDecorator::enableIndications(const CmpiContext& ctx) {
-    _asIndicationProvider()->enableIndications(ctx);
-}
-
-void AutostartDecorator::disableIndications(const CmpiContext& ctx) {
-    _asIndicationProvider()->disableIndications(ctx);
-}
+#define PYL_DECORATOR AutostartDecorator
+#include "common/detail/ForwardedOperations.inc"
 
 }  // namespace PYL

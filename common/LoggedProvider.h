@@ -1,15 +1,10 @@
 #pragma once
 
 #include "cmpi/cmpidt.h"
-#include "cmpicpp/CmpiAssociationProvider.h"
 #include "cmpicpp/CmpiBroker.h"
-#include "cmpicpp/CmpiIndicationProvider.h"
-#include "cmpicpp/CmpiInstanceProvider.h"
-#include "cmpicpp/CmpiMethodProvider.h"
+#include "common/ProviderOperations.h"
 #include "platform/logger/Logger.h"
 #include "pylcommon_export.h"
-
-#include <string>
 
 namespace PYL {
 
@@ -36,67 +31,15 @@ public:
                    const CMPIContext* context);
     ~LoggedProvider() override;
 
-    void enumInstanceNames(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                           CmpiCpp::CmpiObjectPathResult& result) override;
-    void enumInstances(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                       const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void getInstance(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void createInstance(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                        const CmpiCpp::CmpiInstance& instance,
-                        CmpiCpp::CmpiObjectPathResult& result) override;
-    void modifyInstance(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                        const CmpiCpp::CmpiInstance& instance, const char** properties) override;
-    void deleteInstance(const CmpiCpp::CmpiContext& ctx,
-                        const CmpiCpp::CmpiObjectPath& path) override;
-    void execQuery(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                   const std::string& query, const std::string& language,
-                   CmpiCpp::CmpiObjectPathResult& result) override;
-
-    CMPIBroker* getBroker() override;
-    int unloadOK(const CmpiCpp::CmpiContext& ctx) override;
-    void cleanup(const CmpiCpp::CmpiContext& ctx, bool terminating) override;
-
-    void invokeMethod(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                      const CmpiCpp::CmpiName& methodName, const CmpiCpp::CmpiArgs& in,
-                      CmpiCpp::CmpiMethodResult& result) override;
-
-    void associators(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                     const CmpiCpp::CmpiName& assocClass, const CmpiCpp::CmpiName& resultClass,
-                     const CmpiCpp::CmpiName& role, const CmpiCpp::CmpiName& resultRole,
-                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void associatorNames(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                         const CmpiCpp::CmpiName& assocClass, const CmpiCpp::CmpiName& resultClass,
-                         const CmpiCpp::CmpiName& role, const CmpiCpp::CmpiName& resultRole,
-                         CmpiCpp::CmpiObjectPathResult& result) override;
-    void references(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                    const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
-                    const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void referenceNames(const CmpiCpp::CmpiContext& ctx, const CmpiCpp::CmpiObjectPath& path,
-                        const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
-                        CmpiCpp::CmpiObjectPathResult& result) override;
-
-    void authorizeFilter(const CmpiCpp::CmpiContext& ctx, const CMPISelectExp* filter,
-                         const std::string& className, const CmpiCpp::CmpiObjectPath& path,
-                         const std::string& owner) override;
-    void mustPoll(const CmpiCpp::CmpiContext& ctx, const CMPISelectExp* filter,
-                  const std::string& className, const CmpiCpp::CmpiObjectPath& path) override;
-    void activateFilter(const CmpiCpp::CmpiContext& ctx, const CMPISelectExp* filter,
-                        const std::string& className, const CmpiCpp::CmpiObjectPath& path,
-                        bool last) override;
-    void deactivateFilter(const CmpiCpp::CmpiContext& ctx, const CMPISelectExp* filter,
-                          const std::string& className, const CmpiCpp::CmpiObjectPath& path,
-                          bool last) override;
-    void enableIndications(const CmpiCpp::CmpiContext& ctx) override;
-    void disableIndications(const CmpiCpp::CmpiContext& ctx) override;
+    PYL_PROVIDER_OPERATIONS;
 
 private:
-    template <typename Call>
-    auto _forward(const char* exceptionLine, Call call);
-    void _logReturned(int count, const char* operation);
+    /// Every operation that needs an interface of the inner provider goes through this one.
+    template <auto asInterface, auto operation, typename... Arguments>
+    PYL_INTERNAL void _forward(const char* name, Arguments&... arguments);
 
     Logger _log;
-    CmpiCpp::CmpiProvider* _p = nullptr;
+    CmpiCpp::CmpiProvider* _p;
 };
 
 }  // namespace PYL

@@ -8,13 +8,34 @@
 #include "tests/common/ProviderOperations.h"
 #include "tests/common/VirtualTable.h"
 
+#include <cxxabi.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 
 #include <cstring>
+#include <iterator>
+#include <type_traits>
+#include <typeinfo>
 #include <vector>
 
 namespace {
 
+using CmpiCpp::CmpiArgs;
+using CmpiCpp::CmpiAssociationProvider;
+using CmpiCpp::CmpiBroker;
+using CmpiCpp::CmpiContext;
+using CmpiCpp::CmpiData;
+using CmpiCpp::CmpiIndicationProvider;
+using CmpiCpp::CmpiInstance;
+using CmpiCpp::CmpiInstanceProvider;
+using CmpiCpp::CmpiInstanceResult;
+using CmpiCpp::CmpiMethodProvider;
+using CmpiCpp::CmpiMethodResult;
+using CmpiCpp::CmpiName;
+using CmpiCpp::CmpiObjectPath;
+using CmpiCpp::CmpiObjectPathResult;
+using CmpiCpp::CmpiProvider;
+using CmpiCpp::CmpiStatus;
 using PYL::LoggedProvider;
 
 /// The operations, given in their order, stand one behind the other after the destructor's two
@@ -47,8 +68,77 @@ TYPED_TEST(DecoratorTables, HoldThePrimaryTableInItsOrder) {
                  slotOf(&P::disableIndications)});
 }
 
+/// What is to be called with these arguments: exactly, and as the decorator's own, since a member
+/// that a class inherits has a type of the base's.
+template <typename Member>
+struct Is {
+    template <typename Actual>
+    void operator()(Actual) const {
+        static_assert(std::is_same_v<Actual, Member>);
+    }
+};
+
+TYPED_TEST(DecoratorTables, OverrideEveryOperationThemselvesWithItsSignature) {
+    using P = TypeParam;
+    using Context = const CmpiContext&;
+    using Path = const CmpiObjectPath&;
+    using Instance = const CmpiInstance&;
+    using Name = const CmpiName&;
+    using Text = const std::string&;
+    using Filter = const CMPISelectExp*;
+    using List = const char**;
+    using Paths = CmpiObjectPathResult&;
+    using Instances = CmpiInstanceResult&;
+    Is<void (P::*)(Context, Path, Paths)>{}(&P::enumInstanceNames);
+    Is<void (P::*)(Context, Path, List, Instances)>{}(&P::enumInstances);
+    Is<void (P::*)(Context, Path, List, Instances)>{}(&P::getInstance);
+    Is<void (P::*)(Context, Path, Instance, Paths)>{}(&P::createInstance);
+    Is<void (P::*)(Context, Path, Instance, List)>{}(&P::modifyInstance);
+    Is<void (P::*)(Context, Path)>{}(&P::deleteInstance);
+    Is<void (P::*)(Context, Path, Text, Text, Paths)>{}(&P::execQuery);
+    Is<CMPIBroker* (P::*)()>{}(&P::getBroker);
+    Is<int (P::*)(Context)>{}(&P::unloadOK);
+    Is<void (P::*)(Context, bool)>{}(&P::cleanup);
+    Is<void (P::*)(Context, Path, Name, const CmpiArgs&, CmpiMethodResult&)>{}(&P::invokeMethod);
+    Is<void (P::*)(Context, Path, Name, Name, Name, Name, List, Instances)>{}(&P::associators);
+    Is<void (P::*)(Context, Path, Name, Name, Name, Name, Paths)>{}(&P::associatorNames);
+    Is<void (P::*)(Context, Path, Name, Name, List, Instances)>{}(&P::references);
+    Is<void (P::*)(Context, Path, Name, Name, Paths)>{}(&P::referenceNames);
+    Is<void (P::*)(Context, Filter, Text, Path, Text)>{}(&P::authorizeFilter);
+    Is<void (P::*)(Context, Filter, Text, Path)>{}(&P::mustPoll);
+    Is<void (P::*)(Context, Filter, Text, Path, bool)>{}(&P::activateFilter);
+    Is<void (P::*)(Context, Filter, Text, Path, bool)>{}(&P::deactivateFilter);
+    Is<void (P::*)(Context)>{}(&P::enableIndications);
+    Is<void (P::*)(Context)>{}(&P::disableIndications);
+}
+
+/// By the description of the class that dynamic_cast reads: what stands between a class and its
+/// interfaces would be its one base.
+TYPED_TEST(DecoratorTables, DeriveFromTheFourInterfacesDirectlyInTheirOrder) {
+    const auto* const type = dynamic_cast<const abi::__vmi_class_type_info*>(&typeid(TypeParam));
+    ASSERT_TRUE(type);
+    const std::type_info* const interfaces[] = {
+        &typeid(CmpiInstanceProvider), &typeid(CmpiMethodProvider),
+        &typeid(CmpiAssociationProvider), &typeid(CmpiIndicationProvider)};
+    ASSERT_EQ(type->__base_count, std::size(interfaces));
+    for (unsigned i = 0; i < type->__base_count; ++i) {
+        const auto& base = type->__base_info[i];
+        EXPECT_TRUE(*base.__base_type == *interfaces[i]) << base.__base_type->name();
+        EXPECT_TRUE(base.__is_public_p());
+        EXPECT_FALSE(base.__is_virtual_p());
+        EXPECT_EQ(base.__offset(), static_cast<std::ptrdiff_t>(i * sizeof(void*)));
+    }
+}
+
+/// Four tables, the members, and the shared base, which comes last.
+template <typename... Members>
+constexpr std::size_t sizeWith = 4 * sizeof(void*) + (sizeof(Members) + ...) + sizeof(CmpiProvider);
+static_assert(sizeof(PYL::LoggedProvider) == sizeWith<Logger, void*>);
+static_assert(sizeof(PYL::PerfmonDecorator) == sizeWith<CmpiBroker, Logger, void*>);
+static_assert(sizeof(PYL::AutostartDecorator) ==
+              sizeWith<CmpiBroker, Logger, void*, void*, pthread_mutex_t, void*>);
+
 TEST(ProviderTables, HoldTheTablesOfTheInterfacesInTheirOrder) {
-    using namespace CmpiCpp;
     expectOrder({slotOf(&CmpiProvider::unloadOK), slotOf(&CmpiProvider::cleanup),
                  slotOf(&CmpiProvider::getBroker)});
     expectOrder(
@@ -72,14 +162,12 @@ TEST(ProviderTables, HoldTheTablesOfTheInterfacesInTheirOrder) {
 
 template <typename... Value>
 std::vector<int> methodResultSlots() {
-    using Result = CmpiCpp::CmpiMethodResult;
+    using Result = CmpiMethodResult;
     return {slotOf(static_cast<void (Result::*)(Value)>(&Result::deliver))...,
-            slotOf(static_cast<void (Result::*)(const CmpiCpp::CmpiName&, Value)>(
-                &Result::deliver))...};
+            slotOf(static_cast<void (Result::*)(const CmpiName&, Value)>(&Result::deliver))...};
 }
 
 TEST(ProviderTables, HoldTheResultsInTheirOrder) {
-    using namespace CmpiCpp;
     expectOrder({slotOf(&CmpiObjectPathResult::deliver)});
     expectOrder({slotOf(&CmpiInstanceResult::deliver)});
     expectOrder(
@@ -88,7 +176,7 @@ TEST(ProviderTables, HoldTheResultsInTheirOrder) {
                           const char*, const std::string&, const CmpiObjectPath&>());
 }
 
-CmpiCpp::CmpiProvider* noProvider(const CmpiCpp::CmpiBroker&, Logger&) {
+CmpiProvider* noProvider(const CmpiBroker&, Logger&) {
     return nullptr;
 }
 
@@ -101,20 +189,19 @@ const void* entryOf(const void* object, int slot) {
 
 TEST(ProviderTables, LayTheBasesOutInTheirOrderRoundOneSharedProvider) {
     JournalLog log;
-    LoggedProvider provider(CmpiCpp::CmpiBroker(nullptr), log.logger, noProvider);
+    LoggedProvider provider(CmpiBroker(nullptr), log.logger, noProvider);
     const auto at = [&](auto* base) {
         return reinterpret_cast<const char*>(base) - reinterpret_cast<const char*>(&provider);
     };
     constexpr auto word = static_cast<std::ptrdiff_t>(sizeof(void*));
-    EXPECT_EQ(at(static_cast<CmpiCpp::CmpiInstanceProvider*>(&provider)), 0);
-    EXPECT_EQ(at(static_cast<CmpiCpp::CmpiMethodProvider*>(&provider)), word);
-    EXPECT_EQ(at(static_cast<CmpiCpp::CmpiAssociationProvider*>(&provider)), 2 * word);
-    EXPECT_EQ(at(static_cast<CmpiCpp::CmpiIndicationProvider*>(&provider)), 3 * word);
+    EXPECT_EQ(at(static_cast<CmpiInstanceProvider*>(&provider)), 0);
+    EXPECT_EQ(at(static_cast<CmpiMethodProvider*>(&provider)), word);
+    EXPECT_EQ(at(static_cast<CmpiAssociationProvider*>(&provider)), 2 * word);
+    EXPECT_EQ(at(static_cast<CmpiIndicationProvider*>(&provider)), 3 * word);
     // The logger (two pointers' pairs) and the inner provider follow; the shared base comes last.
-    const auto shared = at(static_cast<CmpiCpp::CmpiProvider*>(&provider));
+    const auto shared = at(static_cast<CmpiProvider*>(&provider));
     EXPECT_EQ(shared, 4 * word + static_cast<std::ptrdiff_t>(sizeof(Logger)) + word);
-    EXPECT_EQ(at(static_cast<CmpiCpp::CmpiProvider*>(
-                  static_cast<CmpiCpp::CmpiIndicationProvider*>(&provider))),
+    EXPECT_EQ(at(static_cast<CmpiProvider*>(static_cast<CmpiIndicationProvider*>(&provider))),
               shared);
 }
 
@@ -123,23 +210,23 @@ TEST(ProviderTables, ReachTheSameOverridersThroughEveryInterface) {
     JournalLog log;
     Request request(host, *log.journal);
     LoggedProvider provider(host.broker(), log.logger, noProvider);
-    CmpiCpp::CmpiProvider& base = provider;
-    CmpiCpp::CmpiMethodProvider& methods = provider;
-    CmpiCpp::CmpiAssociationProvider& associations = provider;
-    CmpiCpp::CmpiIndicationProvider& indications = provider;
+    CmpiProvider& base = provider;
+    CmpiMethodProvider& methods = provider;
+    CmpiAssociationProvider& associations = provider;
+    CmpiIndicationProvider& indications = provider;
     log.journal->take();
     base.cleanup(request.context, true);
     EXPECT_THROW(
         methods.invokeMethod(request.context, request.path, "M", request.arguments, request.method),
-        CmpiCpp::CmpiStatus);
+        CmpiStatus);
     EXPECT_THROW(associations.referenceNames(request.context, request.path, "", "", request.paths),
-                 CmpiCpp::CmpiStatus);
-    EXPECT_THROW(indications.enableIndications(request.context), CmpiCpp::CmpiStatus);
+                 CmpiStatus);
+    EXPECT_THROW(indications.enableIndications(request.context), CmpiStatus);
     EXPECT_EQ(log.journal->take().size(), 8U);
     // The entries of the primary table and of the interfaces differ (the latter adjust `this`
     // first).
     EXPECT_NE(entryOf(&provider, slotOf(&LoggedProvider::invokeMethod)),
-              entryOf(&methods, slotOf(&CmpiCpp::CmpiMethodProvider::invokeMethod)));
+              entryOf(&methods, slotOf(&CmpiMethodProvider::invokeMethod)));
 }
 
 }  // namespace
