@@ -5,7 +5,6 @@ set(PYL_SUITES_WITH_THREADS
     platform_ipmi_test  # the simulator's thread, reads with deadlines
     platform_logger_test
     platform_smbios_test
-    test_alerts
     test_baseserver
     test_cimhost_cimxml
     test_cimhost_http
@@ -18,7 +17,8 @@ set(PYL_SUITES_WITH_THREADS
     test_common
     test_consolidatedstatus
     test_fan
-    test_profiles)
+    test_profiles
+    test_toolkit)
 
 # Left out, each with the reason why no two threads ever meet in it.
 set(PYL_SUITES_WITHOUT_THREADS

@@ -5,10 +5,10 @@
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "cmpicpp/CmpiMethodProvider.h"
 #include "platform/logger/Logger.h"
-#include "providers/alerts/WatchingProvider.h"
 #include "providers/baseserver/ServerInventory.h"
 #include "providers/baseserver/ServerWatch.h"
 #include "providers/baseserver/WorkCounter.h"
+#include "toolkit/WatchingProvider.h"
 
 namespace baseserver {
 
@@ -18,7 +18,7 @@ namespace baseserver {
 class BaseServerProvider : public CmpiCpp::CmpiInstanceProvider,
                            public CmpiCpp::CmpiMethodProvider,
                            public CmpiCpp::CmpiAssociationProvider,
-                           public alerts::WatchingProvider {
+                           public PYL::WatchingProvider {
 public:
     BaseServerProvider(const CmpiCpp::CmpiBroker& broker, Logger& log,
                        InventorySources sources = {});

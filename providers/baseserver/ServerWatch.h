@@ -3,9 +3,9 @@
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiContext.h"
 #include "platform/logger/Logger.h"
-#include "providers/alerts/AlertSource.h"
-#include "providers/alerts/AlertThread.h"
 #include "providers/baseserver/BootRecord.h"
+#include "toolkit/AlertSource.h"
+#include "toolkit/AlertThread.h"
 
 #include <chrono>
 #include <functional>
@@ -41,14 +41,14 @@ private:
     void _test(const CmpiCpp::CmpiContext& context);
 
     Clock _now;
-    alerts::AlertSource _alerts;
+    PYL::AlertSource _alerts;
     BootRecord _boot;
     bool _hasGreeted = false;
     unsigned long long _beats = 0;
     unsigned long long _tests = 0;
     std::chrono::seconds _interval = heartBeatInterval;
     std::optional<Time> _lastBeat;
-    alerts::AlertThread _thread;  // last: its looks use the others
+    PYL::AlertThread _thread;  // last: its looks use the others
 };
 
 }  // namespace baseserver

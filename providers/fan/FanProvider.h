@@ -4,11 +4,11 @@
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "common/CmpiManagedInstanceCollection.h"
 #include "platform/logger/Logger.h"
-#include "providers/alerts/AlertSource.h"
-#include "providers/alerts/AlertThread.h"
-#include "providers/alerts/WatchingProvider.h"
 #include "providers/fan/FanEvents.h"
 #include "providers/fan/FanSensors.h"
+#include "toolkit/AlertSource.h"
+#include "toolkit/AlertThread.h"
+#include "toolkit/WatchingProvider.h"
 
 #include <functional>
 #include <mutex>
@@ -20,7 +20,7 @@ namespace fan {
 /// Reports the server's fans and their group, read afresh for each request, and while indications
 /// are enabled what happens to them. A change of the group's state is posted to the consolidated
 /// status. Read-only.
-class FanProvider : public CmpiCpp::CmpiInstanceProvider, public alerts::WatchingProvider {
+class FanProvider : public CmpiCpp::CmpiInstanceProvider, public PYL::WatchingProvider {
 public:
     using Source = std::function<std::vector<Fan>()>;
 
@@ -51,11 +51,11 @@ private:
     CmpiCpp::CmpiBroker _broker;
     Logger _log;
     Source _source;
-    alerts::AlertSource _alerts;
+    PYL::AlertSource _alerts;
     std::mutex _looking;
     FanEvents _events;
     std::optional<PYL::operationalStatus> _posted;
-    alerts::AlertThread _thread;  // last: its looks use the others
+    PYL::AlertThread _thread;  // last: its looks use the others
 };
 
 }  // namespace fan

@@ -23,7 +23,8 @@ MAY_INCLUDE = {
     "platform/ipmi": ("platform/logger",),
     "platform/host": ("platform/logger", "platform/smbios"),  # docs/decisions/0005
     "common": ("cmpicpp", "cmpi", "platform"),
-    "providers": ("common", "cmpicpp", "cmpi", "platform"),
+    "toolkit": ("common", "cmpicpp", "cmpi", "platform"),
+    "providers": ("toolkit", "common", "cmpicpp", "cmpi", "platform"),
     "cimhost/repository": (),
     "cimhost/mof": MODEL,
     "cimhost/query": MODEL,
@@ -36,7 +37,7 @@ MAY_INCLUDE = {
     "cimhost/server": ("cimhost", "cmpi"),
 }
 # Private headers: for their own layer, wherever in it.
-LAYERS = ("cmpicpp", "common", "platform/logger", "platform/smbios", "platform/ipmi", "platform/host")
+LAYERS = ("cmpicpp", "common", "toolkit", "platform/logger", "platform/smbios", "platform/ipmi", "platform/host")
 FREE = ("tests", "bench", "fuzz")
 SOURCES = (".h", ".cpp", ".c")
 INCLUDE = re.compile(r'^\s*#\s*include(?:_next)?\s*[<"]([^">]+)[">]', re.MULTILINE)

@@ -1,11 +1,11 @@
-#include "providers/alerts/FailureText.h"
+#include "toolkit/FailureText.h"
 
 #include "cmpicpp/CmpiStatus.h"
 
 #include <exception>
 #include <new>
 
-namespace alerts {
+namespace PYL {
 
 namespace {
 
@@ -29,4 +29,4 @@ std::string failureText() noexcept try {
     return "out of memory";  // short enough for a string that takes none
 }
 
-}  // namespace alerts
+}  // namespace PYL

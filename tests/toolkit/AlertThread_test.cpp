@@ -1,4 +1,4 @@
-#include "providers/alerts/AlertThread.h"
+#include "toolkit/AlertThread.h"
 
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/common/Failures.h"
@@ -14,7 +14,7 @@
 
 namespace {
 
-using alerts::AlertThread;
+using PYL::AlertThread;
 using std::chrono::hours;
 using std::chrono::milliseconds;
 
@@ -91,8 +91,16 @@ TEST_F(AlertThreadTest, RunsOnceHoweverOftenItIsStarted) {
 }
 
 TEST_F(AlertThreadTest, StopsAtOnceInTheMiddleOfALongPeriod) {
+    testsupport::FaultyBroker faulty(host.real());
+    host.use(faulty.handle());
     AlertThread thread(host.broker(), log.logger, hours(1), look());
     thread.start(host.context());
+    waitFor(1);
+    EXPECT_EQ(faulty.calls("CMPIBrokerFT.detachThread"), 0U) << "it waits, attached";
+    thread.stop();
+    EXPECT_EQ(faulty.calls("CMPIBrokerFT.detachThread"), 1U);
+    EXPECT_EQ(looks, 1) << "and an hour has not gone by";
+    EXPECT_EQ(log.journal->take(), Lines{});
 }
 
 TEST_F(AlertThreadTest, GoesOnAfterALookThatFails) {

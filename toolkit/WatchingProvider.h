@@ -1,14 +1,22 @@
 #pragma once
 
 #include "cmpicpp/CmpiIndicationProvider.h"
+#include "pylcommon_export.h"
 
 #include <string>
 
-namespace alerts {
+namespace PYL {
 
 /// An indication provider that watches while indications are enabled, and until it is cleaned up.
-/// Every filter is welcome: the object manager picks what it selects. Nothing has to be polled.
-class WatchingProvider : public CmpiCpp::CmpiIndicationProvider {
+/// Every filter is welcome: the object manager picks what it selects. Polling is refused with
+/// CMPI_RC_ERR_NOT_SUPPORTED: nothing has to be polled.
+///
+///     class FanProvider : public CollectionProvider, public WatchingProvider {
+///     ...
+///     protected:
+///         void startWatching(const CmpiContext& context) override { _thread.start(context); }
+///         void stopWatching() override { _thread.stop(); }
+class PYL_EXPORT WatchingProvider : public CmpiCpp::CmpiIndicationProvider {
 public:
     void authorizeFilter(const CmpiCpp::CmpiContext& context, const CMPISelectExp* filter,
                          const std::string& className, const CmpiCpp::CmpiObjectPath& path,
@@ -26,9 +34,11 @@ public:
     void cleanup(const CmpiCpp::CmpiContext& context, bool terminating) override;
 
 protected:
-    /// Either may come twice in a row.
+    /// Called on threads of the object manager that serve a request, from several at once if it
+    /// likes. Either may come twice in a row. What it throws is the answer to the request.
     virtual void startWatching(const CmpiCpp::CmpiContext& context) = 0;
+    /// What is watched has ended when this returns.
     virtual void stopWatching() = 0;
 };
 
-}  // namespace alerts
+}  // namespace PYL

@@ -1,9 +1,9 @@
-#include "providers/alerts/AlertThread.h"
+#include "toolkit/AlertThread.h"
 
 #include "cmpicpp/CmpiMBService.h"
-#include "providers/alerts/FailureText.h"
+#include "toolkit/FailureText.h"
 
-namespace alerts {
+namespace PYL {
 
 using CmpiCpp::CmpiContext;
 using CmpiCpp::CmpiThreadContext;
@@ -94,4 +94,4 @@ void AlertThread::stop() {
     _watcher.reset();
 }
 
-}  // namespace alerts
+}  // namespace PYL

@@ -3,6 +3,7 @@
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiContext.h"
 #include "platform/logger/Logger.h"
+#include "pylcommon_export.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -11,18 +12,20 @@
 #include <mutex>
 #include <thread>
 
-namespace alerts {
+namespace PYL {
 
 /// Watches for an indication provider: while indications are enabled, a thread of its own, known to
 /// the object manager, looks again and again.
 ///
 /// Safe from several threads. What a look throws is a line in the log; the next one comes all the
 /// same.
-class AlertThread {
+class PYL_EXPORT AlertThread {
 public:
+    /// Looks once. Called on the thread, with a context for what it asks of the object manager;
+    /// what it makes of the object manager lives until it returns.
     using Look = std::function<void(const CmpiCpp::CmpiContext&)>;
 
-    /// Looks at once when it is started, then once every period.
+    /// Looks at once when it is started, then a period after each look. Keeps a copy of the logger.
     AlertThread(const CmpiCpp::CmpiBroker& broker, Logger& log, std::chrono::milliseconds period,
                 Look look);
     /// Stops.
@@ -48,4 +51,4 @@ private:
     std::unique_ptr<Watcher> _watcher;
 };
 
-}  // namespace alerts
+}  // namespace PYL

@@ -1,8 +1,8 @@
-#include "providers/alerts/WatchingProvider.h"
+#include "toolkit/WatchingProvider.h"
 
 #include "cmpicpp/CmpiStatus.h"
 
-namespace alerts {
+namespace PYL {
 
 using CmpiCpp::CmpiContext;
 using CmpiCpp::CmpiObjectPath;
@@ -33,4 +33,4 @@ void WatchingProvider::cleanup(const CmpiContext&, bool) {
     stopWatching();
 }
 
-}  // namespace alerts
+}  // namespace PYL

@@ -1,8 +1,9 @@
-#include "providers/alerts/AlertSource.h"
+#include "toolkit/AlertSource.h"
 
 #include "cimhost/repository/CimError.h"
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
+#include "tests/common/Failures.h"
 #include "tests/platform/ipmi/FakeController.h"
 #include "tests/support/Journal.h"
 #include "tests/support/SystemName.h"
@@ -12,10 +13,12 @@
 
 #include <optional>
 #include <stdexcept>
+#include <vector>
 
 namespace {
 
-using alerts::AlertSource;
+using PYL::AlertDefinition;
+using PYL::AlertSource;
 
 struct AlertSourceTest : testing::Test {
     TestBroker host{{{"KT_AlertIndication", ""}, {"PYL_ComputerSystem", ""}}};
@@ -93,6 +96,72 @@ TEST_F(AlertSourceTest, ForwardsAnAlertToTheEnclosure) {
     EXPECT_TRUE(controller.line.starts_with("--PNAM KT_Cooling --EID 3 ")) << controller.line;
     source.raise(host.context(), 1);
     EXPECT_EQ(controller.executions, 1U);
+}
+
+constexpr AlertDefinition ownAlerts[] = {
+    {.number = 50,
+     .eventID = "5050",
+     .providerName = "Example Uptime",
+     .severity = PYL::severityMinor,
+     .summary = "Server is up since ",
+     .description = "The server has not been restarted for long.",
+     .eventCategory = 9,
+     .alertType = PYL::alertTypeEnvironmental,
+     .probableCause = 1,
+     .probableCauseDescription = "Long Uptime",
+     .recommendedActions = "Restart it."},
+    {.number = 51,
+     .eventID = "5051",
+     .providerName = "Example Uptime",
+     .severity = PYL::severityInformational,
+     .summary = "Server was restarted"},
+};
+
+TEST_F(AlertSourceTest, RaisesAlertsOfTheProvidersOwnBesideThoseOfTheLibrary) {
+    AlertSource source(host.broker(), log.logger, "PYL_FanIndication", ownAlerts);
+    source.raise(host.context(), 50, "Monday");
+    EXPECT_EQ(text("EventID"), "5050");
+    EXPECT_EQ(text("ProviderName"), "Example Uptime");
+    EXPECT_EQ(text("Summary"), "Server is up since Monday");
+    EXPECT_EQ(text("Description"), "The server has not been restarted for long.");
+    EXPECT_EQ(text("ProbableCauseDescription"), "Long Uptime");
+    EXPECT_EQ(number("PerceivedSeverity"), 4U);
+    EXPECT_EQ(number("AlertType"), 6U);
+    EXPECT_EQ(number("EventCategory"), 9U);
+    EXPECT_EQ(number("ProbableCause"), 1U);
+    source.raise(host.context(), 51);
+    EXPECT_EQ(text("Summary"), "Server was restarted");
+    EXPECT_EQ(text("EventID"), "5051");
+    source.raise(host.context(), 3);
+    EXPECT_EQ(text("Summary"), "Fan failed");
+    AlertSource another(host.broker(), log.logger, "PYL_FanIndication");
+    raised.reset();
+    another.raise(host.context(), 50);
+    EXPECT_FALSE(raised) << "what one provider defines is its own";
+}
+
+TEST_F(AlertSourceTest, RaisesAlertsOfAProviderThatTheLibraryDoesNotKnow) {
+    AlertSource source(host.broker(), log.logger, "PYL_UptimeIndication", ownAlerts);
+    source.raise(host.context(), 51);
+    EXPECT_EQ(text("Summary"), "Server was restarted");
+    EXPECT_EQ(errors(), Lines{});
+}
+
+TEST_F(AlertSourceTest, RefusesTwoDefinitionsOfOneNumber) {
+    const auto outcomeWith = [&](const char* indication, std::vector<AlertDefinition> own) {
+        return outcomeOf([&] { AlertSource(host.broker(), log.logger, indication, own); });
+    };
+    auto clashing = ownAlerts[1];
+    clashing.number = 3;
+    EXPECT_EQ(outcomeWith("PYL_FanIndication", {clashing}),
+              "status 11 event 3 of PYL_FanIndication is defined already: \"Fan failed\"");
+    EXPECT_EQ(outcomeWith("PYL_UptimeIndication", {clashing}), "none");
+    EXPECT_EQ(outcomeWith("PYL_UptimeIndication", {ownAlerts[1], ownAlerts[0], ownAlerts[1]}),
+              "status 11 event 51 of PYL_UptimeIndication is defined already: "
+              "\"Server was restarted\"");
+    clashing.number = 0;
+    EXPECT_EQ(outcomeWith("PYL_UptimeIndication", {clashing}),
+              "status 4 event 0 of PYL_UptimeIndication: numbers start at 1");
 }
 
 TEST_F(AlertSourceTest, SaysThatAnEventHasNoDefinition) {

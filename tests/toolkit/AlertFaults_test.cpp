@@ -3,7 +3,6 @@
 // left over, and the next event is whole again.
 
 #include "cimhost/repository/CimError.h"
-#include "providers/alerts/AlertSource.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
 #include "tests/platform/ipmi/FakeController.h"
@@ -14,6 +13,7 @@
 #include "tests/support/Journal.h"
 #include "tests/support/SystemName.h"
 #include "tests/support/TestBroker.h"
+#include "toolkit/AlertSource.h"
 
 #include <gtest/gtest.h>
 
@@ -25,7 +25,7 @@
 
 namespace {
 
-using alerts::AlertSource;
+using PYL::AlertSource;
 using testsupport::FaultyBroker;
 
 constexpr int fanFailed = 3;

@@ -1,4 +1,4 @@
-#include "providers/alerts/FailureText.h"
+#include "toolkit/FailureText.h"
 
 #include "tests/common/Failures.h"
 #include "tests/support/Allocations.h"
@@ -15,7 +15,7 @@ std::string textOf(const Failure& failure, bool isMemoryGone) {
         failure.raise();
     } catch (...) {
         if (isMemoryGone) failing.emplace(1, true);
-        return alerts::failureText();
+        return PYL::failureText();
     }
     return "nothing was thrown";
 }
