@@ -1,75 +1,52 @@
-#include "cmpicpp/CmpiInstanceProvider.h"
 #include "cmpicpp/CmpiModule.h"
-#include "cmpicpp/CmpiStatus.h"
-#include "common/CmpiManagedInstanceCollection.h"
+#include "common/CmpiManagedInstance.h"
 #include "common/LoggedProvider.h"
 #include "common/PYLUtil.h"
+#include "toolkit/CollectionProvider.h"
+#include "toolkit/LocalPaths.h"
+#include "toolkit/Properties.h"
 
 #include <fstream>
-
-using namespace CmpiCpp;
+#include <memory>
+#include <optional>
 
 namespace {
 
-CmpiBroker broker() {
-    return CmpiBroker(PYL::PYLUtil::getBroker());
+using CmpiCpp::CmpiBroker;
+
+std::optional<unsigned long long> secondsUp() {
+    double seconds = 0;
+    if (!(std::ifstream("/proc/uptime") >> seconds)) return std::nullopt;
+    return static_cast<unsigned long long>(seconds);
 }
 
 class Uptime : public PYL::CmpiManagedInstance {
 public:
-    CmpiName getClassName() override { return "PYL_Uptime"; }
+    CmpiCpp::CmpiName getClassName() override { return "PYL_Uptime"; }
 
-    CmpiObjectPath getPath() override {
-        auto path = makeCmpiObjectPath(broker(), PYL::BaseServerNameSpace, "PYL_Uptime");
-        path.setHost(PYL::PYLUtil::getHostName());
-        path.addKey("InstanceID", "KTQ:Uptime");
-        return path;
+    CmpiCpp::CmpiObjectPath getPath() override {
+        return PYL::makeLocalPath("PYL_Uptime", {{"InstanceID", "KTQ:Uptime"}});
     }
 
-    CmpiInstance getInstance() override {
-        auto instance = makeCmpiInstance(broker(), getPath());
-        instance.setProperty("InstanceID", "KTQ:Uptime");
-        double seconds = 0;
-        if (std::ifstream("/proc/uptime") >> seconds) {
-            instance.setProperty("Seconds", static_cast<unsigned long long>(seconds));
-        }
+    CmpiCpp::CmpiInstance getInstance() override {
+        auto instance = PYL::makeInstanceAt(getPath());
+        PYL::setKnown(instance, "Seconds", secondsUp());
         return instance;
     }
 };
 
-class UptimeProvider : public CmpiInstanceProvider {
+class UptimeProvider : public PYL::CollectionProvider {
 public:
-    UptimeProvider(const CmpiBroker& broker, Logger& log) : _broker(broker), _instances(log) {
-        _instances.createInstance(new Uptime);
+    UptimeProvider(const CmpiBroker& broker, Logger& log) : CollectionProvider(broker, log) {
+        add(_instances, std::make_unique<Uptime>());
     }
-
-    CMPIBroker* getBroker() override { return _broker.toRawCMPI(); }
-
-    void enumInstanceNames(const CmpiContext& context, const CmpiObjectPath& path,
-                           CmpiObjectPathResult& result) override {
-        _instances.enumInstanceNames(result, context, path);
-    }
-    void enumInstances(const CmpiContext& context, const CmpiObjectPath& path,
-                       const char** properties, CmpiInstanceResult& result) override {
-        _instances.enumInstances(result, context, path, properties);
-    }
-    void getInstance(const CmpiContext& context, const CmpiObjectPath& path,
-                     const char** properties, CmpiInstanceResult& result) override {
-        if (!_instances.getInstance(result, context, path, properties)) {
-            throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no such instance: " + path.str());
-        }
-    }
-
-private:
-    CmpiBroker _broker;
-    PYL::CmpiManagedInstanceCollection _instances;
 };
 
-CmpiProvider* makeInner(const CmpiBroker& broker, Logger& log) {
+CmpiCpp::CmpiProvider* makeInner(const CmpiBroker& broker, Logger& log) {
     return new UptimeProvider(broker, log);
 }
 
-CmpiProvider* makeProvider(const CmpiBroker& broker, const CMPIContext*) {
+CmpiCpp::CmpiProvider* makeProvider(const CmpiBroker& broker, const CMPIContext*) {
     PYL::PYLUtil::setBroker(broker);
     Logger log = hostedLogger("Uptime");
     return new PYL::LoggedProvider(broker, log, makeInner);

@@ -1,0 +1,58 @@
+#include "toolkit/LocalPaths.h"
+
+#include "cmpicpp/CmpiData.h"
+#include "common/PYLUtil.h"
+#include "tests/common/Failures.h"
+#include "tests/support/HostName.h"
+#include "tests/support/TestBroker.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct LocalPathsTest : testing::Test {
+    TestBroker host;
+};
+
+TEST_F(LocalPathsTest, NameHostNamespaceClassAndKeysInOrder) {
+    const std::string name = "server's";
+    EXPECT_EQ(PYL::makeLocalPath("PYL_Thing").str(), "//server-1/root/ktq:PYL_Thing");
+    EXPECT_EQ(PYL::makeLocalPath("PYL_Thing",
+                                 {{"Name", name}, {"Tag", "a" + name}, {"Slot", 2U}, {"Hot", true}})
+                  .str(),
+              "//server-1/root/ktq:PYL_Thing.Name=\"server's\",Tag=\"aserver's\",Slot=2,Hot=true");
+}
+
+TEST_F(LocalPathsTest, StandInAnotherNamespaceWhereToldTo) {
+    EXPECT_EQ(PYL::makeLocalPath("PYL_Thing", {{"Id", "1"}}, "interop").str(),
+              "//server-1/interop:PYL_Thing.Id=\"1\"");
+}
+
+TEST_F(LocalPathsTest, HaveOneIdentifierOfClassAndSuffix) {
+    EXPECT_EQ(PYL::makeInstanceIdPath("PYL_Thing").str(),
+              "//server-1/root/ktq:PYL_Thing.InstanceID=\"KTQ:PYL_Thing:1\"");
+    EXPECT_EQ(PYL::makeInstanceIdPath("PYL_Thing", "PYL_Fan").getKey("InstanceID").asString(),
+              "KTQ:PYL_Thing:PYL_Fan");
+    EXPECT_EQ(PYL::makeInstanceIdPath("PYL_Thing", "").getKey("InstanceID").asString(),
+              "KTQ:PYL_Thing");
+}
+
+TEST_F(LocalPathsTest, ReplaceTheHostAndNothingElse) {
+    const auto path = host.path("root/other", "PYL_Thing", "a", "10.0.0.1");
+    EXPECT_EQ(PYL::onThisHost(path).str(), "//server-1/root/other:PYL_Thing.Id=\"a\"");
+    EXPECT_EQ(path.getHost().str(), "10.0.0.1");
+    EXPECT_EQ(outcomeOf([] { PYL::onThisHost({}); }).substr(0, 7), "status ");
+}
+
+TEST_F(LocalPathsTest, FollowTheHostsName) {
+    const HostNameIs renamed("server-2");
+    EXPECT_EQ(PYL::makeLocalPath("PYL_Thing").str(), "//server-2/root/ktq:PYL_Thing");
+}
+
+TEST_F(LocalPathsTest, NeedABroker) {
+    EXPECT_EQ(PYL::localBroker().toCMPI(), PYL::PYLUtil::getBroker());
+    PYL::PYLUtil::setBroker(CmpiCpp::CmpiBroker(nullptr));
+    EXPECT_EQ(outcomeOf([] { PYL::makeLocalPath("PYL_Thing"); }).substr(0, 10), "status 60 ");
+}
+
+}  // namespace
