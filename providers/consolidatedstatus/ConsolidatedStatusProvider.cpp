@@ -3,6 +3,7 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "common/PYLUtil.h"
 #include "providers/consolidatedstatus/StatusInstance.h"
+#include "toolkit/Methods.h"
 
 #include <memory>
 #include <string_view>
@@ -32,42 +33,11 @@ bool isClassName(std::string_view text) noexcept {
 
 ConsolidatedStatusProvider::ConsolidatedStatusProvider(const CmpiCpp::CmpiBroker& broker,
                                                        Logger& log, Clock now)
-    : _broker(broker), _log(log), _now(std::move(now)), _collection(log) {
-    add({});
+    : CollectionProvider(broker, log), _now(std::move(now)) {
+    add(_instances, std::make_unique<StatusInstance>(_board));
 }
 
-CMPIBroker* ConsolidatedStatusProvider::getBroker() {
-    return _broker.toRawCMPI();
-}
-
-/// The collection owns what it was given; what it refuses is deleted here.
-void ConsolidatedStatusProvider::add(const std::string& reportingClass) {
-    auto instance = std::make_unique<StatusInstance>(_board, reportingClass);
-    _collection.createInstance(instance.get());
-    static_cast<void>(instance.release());
-}
-
-void ConsolidatedStatusProvider::enumInstanceNames(const CmpiContext& context,
-                                                   const CmpiObjectPath& path,
-                                                   CmpiCpp::CmpiObjectPathResult& result) {
-    _collection.enumInstanceNames(result, context, path);
-}
-
-void ConsolidatedStatusProvider::enumInstances(const CmpiContext& context,
-                                               const CmpiObjectPath& path, const char** properties,
-                                               CmpiCpp::CmpiInstanceResult& result) {
-    _collection.enumInstances(result, context, path, properties);
-}
-
-void ConsolidatedStatusProvider::getInstance(const CmpiContext& context, const CmpiObjectPath& path,
-                                             const char** properties,
-                                             CmpiCpp::CmpiInstanceResult& result) {
-    if (!_collection.getInstance(result, context, path, properties)) {
-        throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no such instance: " + path.str());
-    }
-}
-
-void ConsolidatedStatusProvider::post(const CmpiCpp::CmpiArgs& in) {
+void ConsolidatedStatusProvider::_post(const CmpiCpp::CmpiArgs& in) {
     const auto className = PYLUtil::getArg(in, "ClassName", CMPI_string).asString();
     if (!isClassName(className)) {
         throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "Argument 'ClassName' is not a class name");
@@ -78,13 +48,13 @@ void ConsolidatedStatusProvider::post(const CmpiCpp::CmpiArgs& in) {
     if (!_board->post(className, PYL::opstatusFromUint16(status), _now(), isNew)) {
         throw CmpiStatus(CMPI_RC_ERR_FAILED, "too many classes have posted their status");
     }
-    if (isNew) list(className);
+    if (isNew) _list(className);
 }
 
 /// Shows a class that is new on the board; one that cannot be shown is new again at its next post.
-void ConsolidatedStatusProvider::list(const std::string& reportingClass) {
+void ConsolidatedStatusProvider::_list(const std::string& reportingClass) {
     try {
-        add(reportingClass);
+        add(_instances, std::make_unique<StatusInstance>(_board, reportingClass));
     } catch (...) {
         _board->forget(reportingClass);
         throw;
@@ -95,12 +65,8 @@ void ConsolidatedStatusProvider::invokeMethod(const CmpiContext&, const CmpiObje
                                               const CmpiName& methodName,
                                               const CmpiCpp::CmpiArgs& in,
                                               CmpiCpp::CmpiMethodResult& result) {
-    const bool isPost = path.getClassName() == CmpiName(PYL::ScopedCentralClassName) &&
-                        methodName == CmpiName("PostStatus");
-    if (!isPost) {
-        throw CmpiStatus(CMPI_RC_ERR_METHOD_NOT_FOUND, "no such method: " + methodName.str());
-    }
-    post(in);
+    PYL::requireMethod(path, methodName, PYL::ScopedCentralClassName, "PostStatus");
+    _post(in);
     result.deliver(0U);
 }
 

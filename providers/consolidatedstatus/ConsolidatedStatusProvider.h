@@ -1,11 +1,8 @@
 #pragma once
 
-#include "cmpicpp/CmpiBroker.h"
-#include "cmpicpp/CmpiInstanceProvider.h"
-#include "cmpicpp/CmpiMethodProvider.h"
-#include "common/CmpiManagedInstanceCollection.h"
 #include "platform/logger/Logger.h"
 #include "providers/consolidatedstatus/StatusBoard.h"
+#include "toolkit/CollectionProvider.h"
 
 #include <functional>
 #include <memory>
@@ -15,22 +12,12 @@ namespace consolidatedstatus {
 /// Takes the statuses that other providers post to the host computer system by its method
 /// PostStatus, and shows them: one instance for each class that posted, and one for the worst of
 /// them. What was posted lasts as long as the object manager runs.
-class ConsolidatedStatusProvider : public CmpiCpp::CmpiInstanceProvider,
-                                   public CmpiCpp::CmpiMethodProvider {
+class ConsolidatedStatusProvider : public PYL::CollectionProvider {
 public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;
 
     ConsolidatedStatusProvider(const CmpiCpp::CmpiBroker& broker, Logger& log,
                                Clock now = std::chrono::system_clock::now);
-
-    CMPIBroker* getBroker() override;
-
-    void enumInstanceNames(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
-                           CmpiCpp::CmpiObjectPathResult& result) override;
-    void enumInstances(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
-                       const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void getInstance(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
-                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
 
     /// PostStatus(ClassName, Status). Throws CMPI_RC_ERR_INVALID_PARAMETER for arguments that are
     /// missing, of another type or no class name, CMPI_RC_ERR_FAILED when the board is full.
@@ -39,15 +26,11 @@ public:
                       CmpiCpp::CmpiMethodResult& result) override;
 
 private:
-    void add(const std::string& reportingClass);
-    void list(const std::string& reportingClass);
-    void post(const CmpiCpp::CmpiArgs& in);
+    void _list(const std::string& reportingClass);
+    void _post(const CmpiCpp::CmpiArgs& in);
 
-    CmpiCpp::CmpiBroker _broker;
-    Logger _log;
     Clock _now;
     std::shared_ptr<StatusBoard> _board = std::make_shared<StatusBoard>();
-    PYL::CmpiManagedInstanceCollection _collection;
 };
 
 }  // namespace consolidatedstatus

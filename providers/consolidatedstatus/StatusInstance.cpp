@@ -1,12 +1,13 @@
 #include "providers/consolidatedstatus/StatusInstance.h"
 
-#include "cmpicpp/CmpiArray.h"
 #include "cmpicpp/CmpiDateTime.h"
 #include "common/PYLUtil.h"
+#include "toolkit/LocalPaths.h"
+#include "toolkit/Properties.h"
+#include "toolkit/StatusProperties.h"
 
 namespace consolidatedstatus {
 
-using CmpiCpp::CmpiBroker;
 using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
@@ -16,30 +17,10 @@ namespace {
 
 constexpr const char* className = "PYL_ConsolidatedStatus";
 
-CmpiBroker broker() {
-    return CmpiBroker(PYLUtil::getBroker());
-}
-
-template <typename Value>
-CmpiCpp::CmpiArray arrayOfOne(CMPIType type, const Value& value) {
-    auto array = CmpiCpp::makeCmpiArray(broker(), 1, type);
-    array.setElementAt(0, value);
-    return array;
-}
-
-void setStatus(CmpiInstance& instance, PYL::operationalStatus status) {
-    instance.setProperty("OperationalStatus",
-                         arrayOfOne(CMPI_uint16, static_cast<unsigned short>(status)));
-    instance.setProperty("StatusDescriptions",
-                         arrayOfOne(CMPI_string, PYL::opstatusToString(status)));
-    instance.setProperty("HealthState",
-                         static_cast<unsigned short>(PYLUtil::opstatusToHealthState(status)));
-}
-
 CmpiCpp::CmpiDateTime dateTime(std::chrono::system_clock::time_point when) {
     using std::chrono::microseconds;
     const auto sinceEpoch = std::chrono::duration_cast<microseconds>(when.time_since_epoch());
-    return CmpiCpp::makeCmpiDateTime(broker(), sinceEpoch, false);
+    return CmpiCpp::makeCmpiDateTime(PYL::localBroker(), sinceEpoch, false);
 }
 
 }  // namespace
@@ -49,24 +30,18 @@ CmpiName StatusInstance::getClassName() {
 }
 
 CmpiObjectPath StatusInstance::getPath() {
-    auto path = CmpiCpp::makeCmpiObjectPath(broker(), PYL::BaseServerNameSpace, className);
-    path.setHost(CmpiName(PYLUtil::getHostName()));
-    const auto suffix = _reportingClass.empty() ? "" : ":" + _reportingClass;
-    path.addKey("InstanceID", std::string("KTQ:") + className + suffix);
-    return path;
+    return PYL::makeInstanceIdPath(className, _reportingClass);
 }
 
 CmpiInstance StatusInstance::getInstance() {
-    const auto path = getPath();
-    auto instance = CmpiCpp::makeCmpiInstance(broker(), path);
-    instance.setProperty("InstanceID", path.getKey("InstanceID"));
+    auto instance = PYL::makeInstanceAt(getPath());
     const bool isOverall = _reportingClass.empty();
     instance.setProperty("ElementName", isOverall
                                             ? "Consolidated status of " + PYLUtil::getHostName()
                                             : "Status of " + _reportingClass);
-    if (!isOverall) instance.setProperty("ReportingClass", _reportingClass);
+    PYL::setKnown(instance, "ReportingClass", _reportingClass);
     const auto posted = isOverall ? _board->overall() : _board->find(_reportingClass);
-    setStatus(instance, posted ? posted->status : PYL::statusUnknown);
+    PYL::setDescribedStatus(instance, posted ? posted->status : PYL::statusUnknown);
     instance.setProperty("PostCount", static_cast<unsigned long long>(posted ? posted->posts : 0));
     if (posted) instance.setProperty("LastPosted", dateTime(posted->when));
     return instance;

@@ -32,7 +32,8 @@ struct ConsolidatedStatusTest : testing::Test {
     CapturedInstances instances{journal};
     CapturedMethodResult method{journal};
     ConsolidatedStatusProvider provider{host.broker(), log, [] {
-                                            using namespace std::chrono;
+                                            using std::chrono::seconds;
+                                            using std::chrono::system_clock;
                                             return system_clock::time_point(seconds(86'400));
                                         }};
 

@@ -4,7 +4,7 @@
 
 namespace {
 
-using namespace consolidatedstatus;
+using consolidatedstatus::StatusBoard;
 using std::chrono::seconds;
 
 struct StatusBoardTest : testing::Test {
