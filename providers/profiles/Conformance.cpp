@@ -2,11 +2,13 @@
 
 #include "cmpicpp/CmpiMBService.h"
 #include "cmpicpp/CmpiStatus.h"
-#include "common/PYLUtil.h"
+#include "providers/profiles/LinkClasses.h"
 #include "providers/profiles/ProfileCatalogue.h"
-#include "providers/profiles/ProfileLink.h"
 #include "providers/profiles/RegisteredProfile.h"
+#include "toolkit/CollectionProvider.h"
+#include "toolkit/LocalPaths.h"
 
+#include <utility>
 #include <vector>
 
 namespace profiles {
@@ -16,7 +18,6 @@ using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
 using PYL::CmpiManagedInstanceCollection;
 using PYL::PRPDBRec;
-using PYL::PYLUtil;
 
 namespace {
 
@@ -43,7 +44,7 @@ std::vector<CmpiObjectPath> Conformance::_elementsOf(const CmpiContext& context,
                                                 _broker, CmpiName(nameSpace), CmpiName(className)));
         // Providers need not name the host, nor the namespace that they were asked in.
         for (auto& path : paths) {
-            path.setHost(CmpiName(PYLUtil::getHostName()));
+            path = PYL::onThisHost(std::move(path));
             path.setNameSpace(CmpiName(nameSpace));
         }
         return paths;
@@ -70,9 +71,9 @@ void Conformance::_add(const CmpiContext& context, const CmpiName& linkNameSpace
             if (!wanted(implementation)) continue;
             auto profile = pathOf(*_profiles, record);
             for (const auto& element : _elementsOf(context, implementation)) {
-                addTo(links, std::make_unique<ProfileLink>(
-                                 elementConformsToProfile, linkNameSpace.str(),
-                                 [profile] { return profile; }, [element] { return element; }));
+                add(links, std::make_unique<PYL::TwoEndedAssociation>(
+                               elementConformsToProfile, [profile] { return profile; },
+                               [element] { return element; }, linkNameSpace.str()));
             }
         }
     });
@@ -92,8 +93,7 @@ void Conformance::addAll(const CmpiContext& context, const std::string& nameSpac
 void Conformance::addAround(const CmpiContext& context, const CmpiObjectPath& path,
                             CmpiManagedInstanceCollection& links) const {
     const auto nameSpace = path.getNameSpace();
-    auto local = path;
-    local.setHost(CmpiName(PYLUtil::getHostName()));
+    const auto local = PYL::onThisHost(path);
     _add(
         context, nameSpace,
         [&](const Implementation& implementation) {

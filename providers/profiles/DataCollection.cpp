@@ -1,20 +1,18 @@
 #include "providers/profiles/DataCollection.h"
 
-#include "cmpicpp/CmpiArray.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/PYLUtil.h"
+#include "toolkit/LocalPaths.h"
+#include "toolkit/Methods.h"
+#include "toolkit/Properties.h"
 
 #include <string>
+#include <vector>
 
 namespace profiles {
 
-using CmpiCpp::CmpiArray;
-using CmpiCpp::CmpiBroker;
-using CmpiCpp::CmpiData;
-using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiMethodResult;
 using CmpiCpp::CmpiName;
-using CmpiCpp::CmpiObjectPath;
 using CmpiCpp::CmpiStatus;
 using PYL::PRPDCRec;
 using PYL::PYLUtil;
@@ -23,20 +21,12 @@ namespace {
 
 constexpr const char* methodName = "GetCollectedClasses";
 
-/// An array of `at(i)` for each index.
+/// `at(i)` for each index.
 template <typename At>
-CmpiArray arrayOf(unsigned int size, CMPIType type, At at) {
-    auto array = CmpiCpp::makeCmpiArray(CmpiBroker(PYLUtil::getBroker()), size, type);
-    for (unsigned int i = 0; i < size; ++i) array.setElementAt(i, at(i));
-    return array;
-}
-
-void deliverArray(CmpiMethodResult& out, const char* name, const CmpiArray& array) {
-    CMPIData data{};
-    data.type = static_cast<CMPIType>(array.getType() | CMPI_ARRAY);
-    data.state = CMPI_goodValue;
-    data.value.array = const_cast<CMPIArray*>(array.toCMPI());  // C has no const here; only read
-    out.deliver(CmpiName(name), CmpiData(array.broker(), data));
+auto valuesOf(unsigned int size, At at) {
+    std::vector<decltype(at(0U))> values;
+    for (unsigned int i = 0; i < size; ++i) values.push_back(at(i));
+    return values;
 }
 
 PRPDCRec rowNamed(const PYL::ProfileDC& table, const std::string& name) {
@@ -48,40 +38,33 @@ PRPDCRec rowNamed(const PYL::ProfileDC& table, const std::string& name) {
 }
 
 void deliverClasses(const PRPDCRec& row, CmpiMethodResult& out) {
-    const auto size = row.getSizeofCollectionClassName();
+    const auto deliver = [&](const char* name, auto at) {
+        const auto values = valuesOf(row.getSizeofCollectionClassName(), at);
+        PYL::deliverArray(out, name, PYL::makeArray(values));
+    };
     out.deliver(CmpiName("NameSpace"), row.getCollectionNameSpace());
-    deliverArray(out, "ClassNames", arrayOf(size, CMPI_string, [&](unsigned int i) {
-                     return row.getCollectionClassName(i);
-                 }));
-    deliverArray(out, "ClassTypes", arrayOf(size, CMPI_string, [&](unsigned int i) {
-                     return row.getCollectionNameType(i);
-                 }));
-    deliverArray(out, "ClassLevels", arrayOf(size, CMPI_uint16, [&](unsigned int i) {
-                     return static_cast<unsigned short>(row.getCollectionClassLevel(i));
-                 }));
+    deliver("ClassNames", [&](unsigned int i) { return row.getCollectionClassName(i); });
+    deliver("ClassTypes", [&](unsigned int i) { return row.getCollectionNameType(i); });
+    deliver("ClassLevels", [&](unsigned int i) {
+        return static_cast<unsigned short>(row.getCollectionClassLevel(i));
+    });
 }
 
 }  // namespace
 
-CmpiObjectPath DataCollection::getPath() {
-    auto path = CmpiCpp::makeCmpiObjectPath(CmpiBroker(PYLUtil::getBroker()),
-                                            PYL::BaseServerNameSpace, className);
-    path.setHost(CmpiName(PYLUtil::getHostName()));
-    path.addKey("InstanceID", std::string("KTQ:") + className + ":1");
-    return path;
+CmpiCpp::CmpiObjectPath DataCollection::getPath() {
+    return PYL::makeInstanceIdPath(className);
 }
 
-CmpiInstance DataCollection::getInstance() {
-    const auto path = getPath();
-    auto instance = CmpiCpp::makeCmpiInstance(CmpiBroker(PYLUtil::getBroker()), path);
-    instance.setProperty("InstanceID", path.getKey("InstanceID"));
+CmpiCpp::CmpiInstance DataCollection::getInstance() {
+    auto instance = PYL::makeInstanceAt(getPath());
     instance.setProperty("ElementName", "Configuration data collection");
-    instance.setProperty("RegisteredNames",
-                         arrayOf(_table->getNumRecords(), CMPI_string, [&](unsigned int i) {
-                             PRPDCRec row;
-                             _table->getRecord(i, row);
-                             return row.getRegName();
-                         }));
+    const auto names = valuesOf(_table->getNumRecords(), [&](unsigned int i) {
+        PRPDCRec row;
+        _table->getRecord(i, row);
+        return row.getRegName();
+    });
+    instance.setProperty("RegisteredNames", PYL::makeArray(names));
     return instance;
 }
 

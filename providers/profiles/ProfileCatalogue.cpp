@@ -1,22 +1,25 @@
 #include "providers/profiles/ProfileCatalogue.h"
 
 #include "common/PYLConstants.h"
-#include "providers/profiles/ProfileLink.h"
+#include "providers/profiles/LinkClasses.h"
 #include "providers/profiles/RegisteredProfile.h"
+#include "toolkit/CollectionProvider.h"
 
 #include <map>
 
 namespace profiles {
 
+using PYL::AssociationClass;
 using PYL::CmpiManagedInstanceCollection;
 using PYL::ProfileDB;
 using PYL::PRPDBRec;
+using PYL::TwoEndedAssociation;
 
 namespace {
 
 using Profiles = std::shared_ptr<const ProfileDB>;
 
-ProfileLink::End endAt(const Profiles& profiles, const PRPDBRec& record) {
+TwoEndedAssociation::End endAt(const Profiles& profiles, const PRPDBRec& record) {
     return [profiles, record] { return pathOf(*profiles, record); };
 }
 
@@ -29,12 +32,12 @@ public:
     }
 
     /// Links a record to the profile that it relates to; to none when there is no such record.
-    void add(const LinkClass& linkClass, int antecedent, const PRPDBRec& dependent) {
+    void add(const AssociationClass& linkClass, int antecedent, const PRPDBRec& dependent) {
         const auto found = _byId.find(antecedent);
         if (found == _byId.end()) return;
-        addTo(_collection, std::make_unique<ProfileLink>(linkClass, PYL::PRPNameSpace,
-                                                         endAt(_profiles, found->second),
-                                                         endAt(_profiles, dependent)));
+        PYL::add(_collection, std::make_unique<TwoEndedAssociation>(
+                                  linkClass, endAt(_profiles, found->second),
+                                  endAt(_profiles, dependent), PYL::PRPNameSpace));
     }
 
 private:
@@ -50,16 +53,10 @@ void forEachRecord(const ProfileDB& profiles, const std::function<void(const PRP
     for (unsigned int i = 0; profiles.getRecord(i, record) == 0; ++i) visit(record);
 }
 
-void addTo(CmpiManagedInstanceCollection& collection,
-           std::unique_ptr<PYL::CmpiManagedInstance> instance) {
-    collection.createInstance(instance.get());
-    static_cast<void>(instance.release());  // the collection's from here on
-}
-
 void addCatalogue(const Profiles& profiles, CmpiManagedInstanceCollection& collection) {
     Relations relations(profiles, collection);
     forEachRecord(*profiles, [&](const PRPDBRec& record) {
-        addTo(collection, std::make_unique<RegisteredProfile>(profiles, record));
+        add(collection, std::make_unique<RegisteredProfile>(profiles, record));
         for (unsigned int i = 0; i < record.getSizeofRefedProfiles(); ++i) {
             relations.add(referencedProfile, record.getRefedProfile(i), record);
         }

@@ -17,8 +17,4 @@ void forEachRecord(const PYL::ProfileDB& profiles,
 void addCatalogue(const std::shared_ptr<const PYL::ProfileDB>& profiles,
                   PYL::CmpiManagedInstanceCollection& collection);
 
-/// Adds an instance to a collection, which owns it from then on.
-void addTo(PYL::CmpiManagedInstanceCollection& collection,
-           std::unique_ptr<PYL::CmpiManagedInstance> instance);
-
 }  // namespace profiles

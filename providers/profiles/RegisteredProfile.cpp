@@ -1,18 +1,17 @@
 #include "providers/profiles/RegisteredProfile.h"
 
-#include "cmpicpp/CmpiArray.h"
-#include "common/PYLUtil.h"
+#include "toolkit/Properties.h"
 
+#include <array>
 #include <string>
+#include <vector>
 
 namespace profiles {
 
-using CmpiCpp::CmpiBroker;
 using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
 using PYL::PRPDBRec;
-using PYL::PYLUtil;
 
 namespace {
 
@@ -23,10 +22,9 @@ constexpr unsigned short notAdvertised = 2;
 /// Sets an array of texts, `at(i)` for each index; it stays NULL when there are none.
 template <typename At>
 void setTexts(CmpiInstance& instance, const char* property, unsigned int size, At at) {
-    if (size == 0) return;
-    auto array = CmpiCpp::makeCmpiArray(CmpiBroker(PYLUtil::getBroker()), size, CMPI_string);
-    for (unsigned int i = 0; i < size; ++i) array.setElementAt(i, at(i));
-    instance.setProperty(property, array);
+    std::vector<std::string> texts;
+    for (unsigned int i = 0; i < size; ++i) texts.push_back(at(i));
+    PYL::setArray(instance, property, texts);
 }
 
 void setImplementation(CmpiInstance& instance, const PRPDBRec& record) {
@@ -50,20 +48,14 @@ CmpiName RegisteredProfile::getClassName() {
 }
 
 CmpiInstance RegisteredProfile::getInstance() {
-    const auto path = getPath();
-    const CmpiBroker broker(PYLUtil::getBroker());
-    auto instance = CmpiCpp::makeCmpiInstance(broker, path);
-    instance.setProperty("InstanceID", path.getKey("InstanceID"));
+    auto instance = PYL::makeInstanceAt(getPath());
     instance.setProperty("ElementName", _record.getRegName());
     instance.setProperty("RegisteredOrganization",
                          static_cast<unsigned short>(_record.getRegOrgId()));
-    const auto owner = _record.getOtherRegOrg();
-    if (!owner.empty()) instance.setProperty("OtherRegisteredOrganization", owner);
+    PYL::setKnown(instance, "OtherRegisteredOrganization", _record.getOtherRegOrg());
     instance.setProperty("RegisteredName", _record.getRegName());
     instance.setProperty("RegisteredVersion", _record.getRegVersion());
-    auto advertised = CmpiCpp::makeCmpiArray(broker, 1, CMPI_uint16);
-    advertised.setElementAt(0, notAdvertised);
-    instance.setProperty("AdvertiseTypes", advertised);
+    PYL::setArray(instance, "AdvertiseTypes", std::array{notAdvertised});
     setImplementation(instance, _record);
     return instance;
 }

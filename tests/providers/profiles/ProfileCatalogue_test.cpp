@@ -5,7 +5,8 @@
 
 namespace {
 
-using namespace profiles;
+using profiles::addCatalogue;
+using profiles::forEachRecord;
 
 struct CatalogueCollectionTest : ProfilesFixture {
     PYL::CmpiManagedInstanceCollection collection{log.logger};
