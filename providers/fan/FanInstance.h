@@ -31,7 +31,4 @@ private:
     PYL::operationalStatus _worst;
 };
 
-/// The worst state of the fans; unknown without any.
-PYL::operationalStatus worstOf(const std::vector<Fan>& fans) noexcept;
-
 }  // namespace fan

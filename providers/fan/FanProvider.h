@@ -1,13 +1,11 @@
 #pragma once
 
-#include "cmpicpp/CmpiBroker.h"
-#include "cmpicpp/CmpiInstanceProvider.h"
-#include "common/CmpiManagedInstanceCollection.h"
 #include "platform/logger/Logger.h"
 #include "providers/fan/FanEvents.h"
 #include "providers/fan/FanSensors.h"
 #include "toolkit/AlertSource.h"
 #include "toolkit/AlertThread.h"
+#include "toolkit/CollectionProvider.h"
 #include "toolkit/WatchingProvider.h"
 
 #include <functional>
@@ -20,21 +18,12 @@ namespace fan {
 /// Reports the server's fans and their group, read afresh for each request, and while indications
 /// are enabled what happens to them. A change of the group's state is posted to the consolidated
 /// status. Read-only.
-class FanProvider : public CmpiCpp::CmpiInstanceProvider, public PYL::WatchingProvider {
+class FanProvider : public PYL::CollectionProvider, public PYL::WatchingProvider {
 public:
     using Source = std::function<std::vector<Fan>()>;
 
     FanProvider(
         const CmpiCpp::CmpiBroker& broker, Logger& log, Source source = [] { return readFans(); });
-
-    CMPIBroker* getBroker() override;
-
-    void enumInstanceNames(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
-                           CmpiCpp::CmpiObjectPathResult& result) override;
-    void enumInstances(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
-                       const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
-    void getInstance(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
-                     const char** properties, CmpiCpp::CmpiInstanceResult& result) override;
 
     /// One look at the fans, as the watching thread does it.
     void look(const CmpiCpp::CmpiContext& context);
@@ -43,13 +32,11 @@ protected:
     void startWatching(const CmpiCpp::CmpiContext& context) override { _thread.start(context); }
     void stopWatching() override { _thread.stop(); }
 
-private:
-    /// Calls with a collection of the fans as they are now.
-    template <typename Call>
-    auto _withFans(Call call);
+    /// From a collection of the fans as they are now: no request waits for another one's readings.
+    void answer(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
+                const Ask& ask) override;
 
-    CmpiCpp::CmpiBroker _broker;
-    Logger _log;
+private:
     Source _source;
     PYL::AlertSource _alerts;
     std::mutex _looking;

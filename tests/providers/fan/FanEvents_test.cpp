@@ -4,7 +4,15 @@
 
 namespace {
 
-using namespace fan;
+using fan::Fan;
+using fan::fanDegraded;
+using fan::FanEvent;
+using fan::FanEventNumber;
+using fan::FanEvents;
+using fan::fanFailed;
+using fan::fanInserted;
+using fan::fanRemoved;
+using fan::fanRepaired;
 using Numbers = std::vector<FanEventNumber>;
 
 Fan turning(const std::string& id = "a") {

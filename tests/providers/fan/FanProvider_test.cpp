@@ -8,13 +8,16 @@
 #include "tests/common/QuietResults.h"
 #include "tests/platform/ipmi/FakeController.h"
 #include "tests/support/TestBroker.h"
+#include "tests/support/WaitingLines.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-using namespace fan;
 using CmpiCpp::CmpiObjectPath;
+using fan::Fan;
+using fan::FanInstance;
+using fan::FanProvider;
 
 struct FanProviderTest : testing::Test {
     TestBroker host{{{"PYL_Fan", ""},
@@ -125,14 +128,24 @@ TEST_F(FanProviderTest, TakesEveryFilterAndNeedsNoPolling) {
 }
 
 TEST_F(FanProviderTest, WatchesWhileIndicationsAreEnabled) {
-    for (int i = 0; i < 3; ++i) {
-        provider.enableIndications(host.context());
-        provider.enableIndications(host.context());
-        provider.disableIndications(host.context());
-        provider.disableIndications(host.context());
-    }
+    WaitingLines events;
+    host.onIndication = [&](const cimhost::Instance& indication) {
+        events.note(indication.find("Summary")->value.get<cimhost::Text>()->str());
+    };
+    host.onInvokeMethod = [&](const auto&, const auto&, const CmpiCpp::CmpiArgs& in) {
+        events.note("posted " + in.getArg("Status").str());  // the last that a look does
+    };
+    fans[0].fault = true;
+    for (int i = 0; i < 2; ++i) provider.enableIndications(host.context());
+    events.waitFor("posted 6");
+    for (int i = 0; i < 2; ++i) provider.disableIndications(host.context());
+    EXPECT_EQ(events.take(), (Lines{"Fan failed", "posted 6"}));
+    fans[0].fault = false;  // while nobody looks
+    EXPECT_EQ(events.take(), Lines{});
     provider.enableIndications(host.context());
+    events.waitFor("posted 2");
     provider.cleanup(host.context(), true);
+    EXPECT_EQ(events.take(), (Lines{"Fan repaired", "posted 2"}));
 }
 
 }  // namespace

@@ -8,7 +8,9 @@
 
 namespace {
 
-using namespace fan;
+using fan::Fan;
+using fan::readFans;
+using fan::statusOf;
 namespace fs = std::filesystem;
 
 /// A host with hardware monitors of its own, in a directory.
