@@ -1,20 +1,23 @@
 #include "providers/baseserver/ServerInstances.h"
 
-#include "cmpicpp/CmpiArray.h"
 #include "common/PYLUtil.h"
 #include "providers/baseserver/PciClass.h"
+#include "toolkit/LocalPaths.h"
+#include "toolkit/Properties.h"
+#include "toolkit/StatusProperties.h"
 
+#include <array>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 namespace baseserver {
 
-using CmpiCpp::CmpiArray;
-using CmpiCpp::CmpiBroker;
 using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
 using PYL::PYLUtil;
+using PYL::setKnown;
 
 namespace {
 
@@ -25,66 +28,20 @@ constexpr unsigned short notDedicated = 0;    // CIM_ComputerSystem.Dedicated
 constexpr const char* groupClassName = "PYL_PCIDeviceGroup";
 constexpr unsigned short unknownChassis = 0;  // CIM_Chassis.ChassisPackageType
 
-CmpiBroker broker() {
-    return CmpiBroker(PYLUtil::getBroker());
-}
-
-/// An instance with this path whose key properties are set from the path.
-CmpiInstance instanceOf(const CmpiObjectPath& path) {
-    auto instance = CmpiCpp::makeCmpiInstance(broker(), path);
-    for (unsigned int i = 0; i < path.getKeyCount(); ++i) {
-        const auto [name, value] = path.getKeyAt(i);
-        instance.setProperty(name, value);
-    }
-    return instance;
-}
-
-/// Sets the property when the value is known; it stays NULL otherwise.
-template <typename Value>
-void setKnown(CmpiInstance& instance, const char* name, const std::optional<Value>& value) {
-    if (value) instance.setProperty(name, *value);
-}
-
-template <typename Value>
-CmpiArray arrayOf(CMPIType type, std::initializer_list<Value> values) {
-    auto array = CmpiCpp::makeCmpiArray(broker(), static_cast<unsigned int>(values.size()), type);
-    unsigned int index = 0;
-    for (const auto& value : values) array.setElementAt(index++, value);
-    return array;
-}
-
-/// An array of the one status, and the health that goes with it.
-void setStatus(CmpiInstance& instance, const char* property, PYL::operationalStatus status) {
-    instance.setProperty(property, arrayOf(CMPI_uint16, {static_cast<unsigned short>(status)}));
-    instance.setProperty("HealthState",
-                         static_cast<unsigned short>(PYLUtil::opstatusToHealthState(status)));
-}
-
 /// The identifiers other than the name by which the system is known, with what each one is.
 void setIdentifyingInfo(CmpiInstance& instance, const ServerFacts& facts) {
-    struct Identifier {
-        const char* description;
-        const std::optional<std::string>& value;
+    std::vector<std::string> values;
+    std::vector<std::string> descriptions;
+    const auto tell = [&](const char* description, const std::optional<std::string>& value) {
+        if (!value) return;
+        values.push_back(*value);
+        descriptions.emplace_back(description);
     };
-    const Identifier identifiers[] = {{"System UUID", facts.uuid},
-                                      {"Serial number", facts.serialNumber},
-                                      {"Server system identifier", facts.serverSystemId}};
-    unsigned int known = 0;
-    for (const auto& identifier : identifiers) {
-        if (identifier.value) ++known;
-    }
-    if (known == 0) return;
-    auto values = CmpiCpp::makeCmpiArray(broker(), known, CMPI_string);
-    auto descriptions = CmpiCpp::makeCmpiArray(broker(), known, CMPI_string);
-    unsigned int index = 0;
-    for (const auto& identifier : identifiers) {
-        if (!identifier.value) continue;
-        values.setElementAt(index, *identifier.value);
-        descriptions.setElementAt(index, identifier.description);
-        ++index;
-    }
-    instance.setProperty("OtherIdentifyingInfo", values);
-    instance.setProperty("IdentifyingDescriptions", descriptions);
+    tell("System UUID", facts.uuid);
+    tell("Serial number", facts.serialNumber);
+    tell("Server system identifier", facts.serverSystemId);
+    PYL::setArray(instance, "OtherIdentifyingInfo", values);
+    PYL::setArray(instance, "IdentifyingDescriptions", descriptions);
 }
 
 /// "Debian GNU/Linux 12", or without a version where none is known.
@@ -118,12 +75,12 @@ CmpiName ComputerSystemInstance::getClassName() {
 }
 
 CmpiInstance ComputerSystemInstance::getInstance() {
-    auto instance = instanceOf(getPath());
+    auto instance = PYL::makeInstanceAt(getPath());
     instance.setProperty("ElementName", PYLUtil::getHostName());
     instance.setProperty("Caption", "Host computer system");
     instance.setProperty("EnabledState", enabled);
     instance.setProperty("RequestedState", notApplicable);
-    instance.setProperty("Dedicated", arrayOf(CMPI_uint16, {notDedicated}));
+    PYL::setArray(instance, "Dedicated", std::array{notDedicated});
     setIdentifyingInfo(instance, *_facts);
     setKnown(instance, "Description", _facts->productName);
     setKnown(instance, "Manufacturer", _facts->manufacturer);
@@ -146,7 +103,7 @@ CmpiName ChassisInstance::getClassName() {
 }
 
 CmpiInstance ChassisInstance::getInstance() {
-    auto instance = instanceOf(getPath());
+    auto instance = PYL::makeInstanceAt(getPath());
     instance.setProperty("ElementName", PYLUtil::getHostName() + " chassis");
     instance.setProperty("Caption", "Server chassis");
     setKnown(instance, "Manufacturer",
@@ -171,7 +128,7 @@ CmpiName PciDeviceInstance::getClassName() {
 }
 
 CmpiInstance PciDeviceInstance::getInstance() {
-    auto instance = instanceOf(getPath());
+    auto instance = PYL::makeInstanceAt(getPath());
     const auto& at = _function.address;
     const auto description = describe(_function);
     instance.setProperty("ElementName", description);
@@ -190,7 +147,7 @@ CmpiInstance PciDeviceInstance::getInstance() {
     setKnown(instance, "RevisionID", _function.revision);
     setKnown(instance, "PhysicalSlot", _function.slot);
     setKnown(instance, "DriverName", _function.driver);
-    setStatus(instance, "OperationalStatus", statusOf(_function));
+    PYL::setStatus(instance, statusOf(_function));
     return instance;
 }
 
@@ -200,20 +157,17 @@ PYL::operationalStatus statusOf(const PciFunction& function) noexcept {
     return function.errors->nonFatal > 0 ? PYL::statusDegraded : PYL::statusOK;
 }
 
-CmpiObjectPath PciDeviceGroupInstance::path() {
-    auto path = CmpiCpp::makeCmpiObjectPath(broker(), PYL::BaseServerNameSpace, groupClassName);
-    path.setHost(CmpiName(PYLUtil::getHostName()));
-    path.addKey("InstanceID", std::string("KTQ:") + groupClassName + ":1");
-    return path;
+CmpiObjectPath PciDeviceGroupInstance::getPath() {
+    return PYL::makeInstanceIdPath(groupClassName);
 }
 CmpiName PciDeviceGroupInstance::getClassName() {
     return groupClassName;
 }
 
 CmpiInstance PciDeviceGroupInstance::getInstance() {
-    auto instance = instanceOf(getPath());
+    auto instance = PYL::makeInstanceAt(getPath());
     instance.setProperty("ElementName", "PCI devices of " + PYLUtil::getHostName());
-    setStatus(instance, "GroupOperationalStatus", _worst);
+    PYL::setGroupStatus(instance, _worst);
     return instance;
 }
 

@@ -57,8 +57,7 @@ class PciDeviceGroupInstance : public PYL::CmpiManagedInstance {
 public:
     explicit PciDeviceGroupInstance(PYL::operationalStatus worst) : _worst(worst) {}
 
-    static CmpiCpp::CmpiObjectPath path();
-    CmpiCpp::CmpiObjectPath getPath() override { return path(); }
+    CmpiCpp::CmpiObjectPath getPath() override;
     CmpiCpp::CmpiInstance getInstance() override;
     CmpiCpp::CmpiName getClassName() override;
 

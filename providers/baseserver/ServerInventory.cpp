@@ -2,6 +2,7 @@
 
 #include "providers/baseserver/ServerAssociations.h"
 #include "providers/baseserver/ServerInstances.h"
+#include "toolkit/StatusProperties.h"
 
 #include <set>
 
@@ -9,8 +10,9 @@ namespace baseserver {
 
 using PYL::CmpiManagedInstance;
 
-ServerInventory::ServerInventory(Logger& log, InventorySources sources)
-    : _log(log), _sources(std::move(sources)), _collection(log) {}
+ServerInventory::ServerInventory(PYL::CmpiManagedInstanceCollection& collection, Logger& log,
+                                 InventorySources sources)
+    : _log(log), _sources(std::move(sources)), _collection(collection) {}
 
 namespace {
 
@@ -73,7 +75,7 @@ void ServerInventory::_updateServer() {
     std::vector<std::unique_ptr<CmpiManagedInstance>> instances;
     instances.push_back(std::make_unique<ComputerSystemInstance>(facts));
     instances.push_back(std::make_unique<ChassisInstance>(facts));
-    instances.push_back(std::make_unique<ComputerSystemPackageAssociation>());
+    instances.push_back(computerSystemPackage());
     _replace(_server, std::move(instances));
     _facts = std::move(facts);
 }
@@ -86,7 +88,7 @@ void ServerInventory::_updatePciFunctions() {
         if (reported.function == function) continue;
         std::vector<std::unique_ptr<CmpiManagedInstance>> instances;
         instances.push_back(std::make_unique<PciDeviceInstance>(function));
-        instances.push_back(std::make_unique<SystemPciDeviceAssociation>(function.address));
+        instances.push_back(systemPciDevice(function.address));
         auto known = std::make_optional(function);
         _replace(reported.instances, std::move(instances));
         reported.function.swap(known);
@@ -104,10 +106,10 @@ PYL::operationalStatus ServerInventory::groupStatus() {
 }
 
 void ServerInventory::_updatePciGroup() {
-    auto worst = PYL::statusUnknown;
-    for (const auto& [address, reported] : _functions) {
-        if (reported.function) worst = PYL::updateWorst(worst, statusOf(*reported.function));
-    }
+    const auto worst = PYL::worstStatus(_functions, [](const auto& function) {
+        const auto& reported = function.second.function;
+        return reported ? statusOf(*reported) : PYL::statusUnknown;
+    });
     if (_groupStatus == worst) return;
     std::vector<std::unique_ptr<CmpiManagedInstance>> instances;
     instances.push_back(std::make_unique<PciDeviceGroupInstance>(worst));

@@ -35,7 +35,9 @@ public:
     static constexpr std::chrono::seconds factsFreshness{60};
     static constexpr std::chrono::seconds devicesFreshness{2};
 
-    explicit ServerInventory(Logger& log, InventorySources sources = {});
+    /// The collection outlives the inventory, and nobody else adds to it.
+    ServerInventory(PYL::CmpiManagedInstanceCollection& collection, Logger& log,
+                    InventorySources sources = {});
 
     /// Reads the hardware again unless the data are fresh.
     void refresh();
@@ -45,8 +47,6 @@ public:
 
     /// The worst state of the PCI devices at the last refresh.
     PYL::operationalStatus groupStatus();
-
-    PYL::CmpiManagedInstanceCollection& collection() { return _collection; }
 
 private:
     using Instances = std::vector<PYL::CmpiManagedInstance*>;
@@ -69,7 +69,7 @@ private:
 
     Logger _log;
     InventorySources _sources;
-    PYL::CmpiManagedInstanceCollection _collection;
+    PYL::CmpiManagedInstanceCollection& _collection;
 
     std::mutex _refreshing;
     std::optional<Time> _factsUpdated;

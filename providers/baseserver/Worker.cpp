@@ -1,27 +1,16 @@
 #include "providers/baseserver/Worker.h"
 
-#include "common/PYLUtil.h"
+#include "toolkit/LocalPaths.h"
+#include "toolkit/Properties.h"
 
 namespace baseserver {
 
-using CmpiCpp::CmpiBroker;
-using CmpiCpp::CmpiInstance;
-using CmpiCpp::CmpiName;
-using CmpiCpp::CmpiObjectPath;
-using PYL::PYLUtil;
-
-CmpiObjectPath WorkerInstance::getPath() {
-    auto path = CmpiCpp::makeCmpiObjectPath(CmpiBroker(PYLUtil::getBroker()),
-                                            PYL::BaseServerNameSpace, className);
-    path.setHost(CmpiName(PYLUtil::getHostName()));
-    path.addKey("InstanceID", std::string("KTQ:") + className + ":1");
-    return path;
+CmpiCpp::CmpiObjectPath WorkerInstance::getPath() {
+    return PYL::makeInstanceIdPath(className);
 }
 
-CmpiInstance WorkerInstance::getInstance() {
-    const auto path = getPath();
-    auto instance = CmpiCpp::makeCmpiInstance(CmpiBroker(PYLUtil::getBroker()), path);
-    instance.setProperty("InstanceID", path.getKey("InstanceID"));
+CmpiCpp::CmpiInstance WorkerInstance::getInstance() {
+    auto instance = PYL::makeInstanceAt(getPath());
     instance.setProperty("ElementName", "Base server worker");
     return instance;
 }

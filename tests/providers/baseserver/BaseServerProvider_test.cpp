@@ -13,7 +13,10 @@
 
 namespace {
 
-using namespace baseserver;
+using baseserver::BaseServerProvider;
+using baseserver::InventorySources;
+using baseserver::ServerFacts;
+using baseserver::WorkerInstance;
 using CmpiCpp::CmpiObjectPath;
 using PYL::PYLUtil;
 

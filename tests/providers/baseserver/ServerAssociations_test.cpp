@@ -5,51 +5,51 @@
 
 namespace {
 
-using namespace baseserver;
 using PYL::PYLUtil;
 
 struct ServerAssociationsTest : BaseServerFixture {
-    SystemPciDeviceAssociation devices{{0, 0x1a, 3, 1}};
-    ComputerSystemPackageAssociation package;
+    std::unique_ptr<PYL::TwoEndedAssociation> devices =
+        baseserver::systemPciDevice({0, 0x1a, 3, 1});
+    std::unique_ptr<PYL::TwoEndedAssociation> package = baseserver::computerSystemPackage();
 };
 
 TEST_F(ServerAssociationsTest, NameBothEndsInTheirPaths) {
-    EXPECT_EQ(devices.getClassName().str(), "PYL_SystemPCIDevice");
-    EXPECT_EQ(devices.getPath().str(), "//server-1/root/ktq:PYL_SystemPCIDevice.GroupComponent=\"" +
-                                           escaped(systemText) + "\",PartComponent=\"" +
-                                           escaped(deviceText("1a:03.1")) + "\"");
-    EXPECT_EQ(package.getClassName().str(), "PYL_ComputerSystemPackage");
-    EXPECT_EQ(package.getPath().str(),
+    EXPECT_EQ(devices->getClassName().str(), "PYL_SystemPCIDevice");
+    EXPECT_EQ(devices->getPath().str(),
+              "//server-1/root/ktq:PYL_SystemPCIDevice.GroupComponent=\"" + escaped(systemText) +
+                  "\",PartComponent=\"" + escaped(deviceText("1a:03.1")) + "\"");
+    EXPECT_EQ(package->getClassName().str(), "PYL_ComputerSystemPackage");
+    EXPECT_EQ(package->getPath().str(),
               "//server-1/root/ktq:PYL_ComputerSystemPackage.Antecedent=\"" + escaped(chassisText) +
                   "\",Dependent=\"" + escaped(systemText) + "\"");
 }
 
 TEST_F(ServerAssociationsTest, HoldBothEndsAsReferences) {
-    const auto instance = devices.getInstance();
-    EXPECT_EQ(instance.getPath(), devices.getPath());
+    const auto instance = devices->getInstance();
+    EXPECT_EQ(instance.getPath(), devices->getPath());
     EXPECT_EQ(property(instance, "GroupComponent"), "reference \"" + escaped(systemText) + "\"");
     EXPECT_EQ(instance.getProperty("PartComponent").asObjectPath(),
               PYLUtil::getPCIDevicePath(0, 0x1a, 3, 1));
-    EXPECT_EQ(package.getInstance().getProperty("Antecedent").asObjectPath(),
+    EXPECT_EQ(package->getInstance().getProperty("Antecedent").asObjectPath(),
               PYLUtil::getChassisPath());
 }
 
 TEST_F(ServerAssociationsTest, LeadFromEachEndToTheOther) {
     const auto system = PYLUtil::getComputerSystemPath();
     const auto device = PYLUtil::getPCIDevicePath(0, 0x1a, 3, 1);
-    EXPECT_EQ(devices.getAssociatedPath(system), device);
-    EXPECT_EQ(devices.getAssociatedPath(device), system);
-    EXPECT_EQ(package.getAssociatedPath(system), PYLUtil::getChassisPath());
-    EXPECT_EQ(package.getAssociatedPath(PYLUtil::getChassisPath()), system);
+    EXPECT_EQ(devices->getAssociatedPath(system), device);
+    EXPECT_EQ(devices->getAssociatedPath(device), system);
+    EXPECT_EQ(package->getAssociatedPath(system), PYLUtil::getChassisPath());
+    EXPECT_EQ(package->getAssociatedPath(PYLUtil::getChassisPath()), system);
 }
 
 TEST_F(ServerAssociationsTest, LeadNowhereFromAnythingElse) {
-    EXPECT_TRUE(devices.getAssociatedPath(PYLUtil::getPCIDevicePath(0, 0x1a, 3, 2)).empty());
-    EXPECT_TRUE(devices.getAssociatedPath(PYLUtil::getChassisPath()).empty());
-    EXPECT_TRUE(devices.getAssociatedPath(CmpiCpp::CmpiObjectPath()).empty());
+    EXPECT_TRUE(devices->getAssociatedPath(PYLUtil::getPCIDevicePath(0, 0x1a, 3, 2)).empty());
+    EXPECT_TRUE(devices->getAssociatedPath(PYLUtil::getChassisPath()).empty());
+    EXPECT_TRUE(devices->getAssociatedPath(CmpiCpp::CmpiObjectPath()).empty());
     auto elsewhere = PYLUtil::getComputerSystemPath();
     elsewhere.setHost("elsewhere");
-    EXPECT_TRUE(package.getAssociatedPath(elsewhere).empty());
+    EXPECT_TRUE(package->getAssociatedPath(elsewhere).empty());
 }
 
 }  // namespace

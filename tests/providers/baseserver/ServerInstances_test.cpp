@@ -6,7 +6,12 @@
 
 namespace {
 
-using namespace baseserver;
+using baseserver::ChassisInstance;
+using baseserver::ComputerSystemInstance;
+using baseserver::PciDeviceGroupInstance;
+using baseserver::PciDeviceInstance;
+using baseserver::PciErrors;
+using baseserver::ServerFacts;
 
 struct ServerInstancesTest : BaseServerFixture {
     static std::shared_ptr<const ServerFacts> allFacts() {

@@ -16,12 +16,18 @@
 
 namespace {
 
-using namespace baseserver;
+using baseserver::InventorySources;
+using baseserver::PciErrors;
+using baseserver::PciFunction;
+using baseserver::ServerFacts;
+using baseserver::ServerInventory;
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 /// A machine whose data and clock a test sets.
 struct ServerInventoryTest : BaseServerFixture {
+    using Collection = PYL::CmpiManagedInstanceCollection;
+
     ServerFacts facts;
     std::vector<PciFunction> functions;
     std::chrono::steady_clock::time_point now{};
@@ -41,20 +47,19 @@ struct ServerInventoryTest : BaseServerFixture {
                 },
                 [this] { return now; }};
     }
-    ServerInventory inventory{log, sources()};
+    Collection collection{log};
+    ServerInventory inventory{collection, log, sources()};
 
-    /// The paths of a class that the inventory reports.
-    Lines reported(ServerInventory& from, const char* className) {
+    /// The paths of a class that a collection reports.
+    Lines reported(Collection& from, const char* className) {
         CapturedPaths paths(journal);
-        from.collection().enumInstanceNames(
-            paths, host.context(),
-            CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className));
+        from.enumInstanceNames(paths, host.context(),
+                               CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className));
         return journal.take();
     }
-    Lines reported(const char* className) { return reported(inventory, className); }
+    Lines reported(const char* className) { return reported(collection, className); }
     std::string systemProperty(const char* name) {
-        auto* const system =
-            inventory.collection().getManagedInstance(PYL::PYLUtil::getComputerSystemPath());
+        auto* const system = collection.getManagedInstance(PYL::PYLUtil::getComputerSystemPath());
         return property(system->getInstance(), name);
     }
 };
@@ -67,7 +72,7 @@ TEST_F(ServerInventoryTest, ReportsNothingBeforeTheFirstRefresh) {
 TEST_F(ServerInventoryTest, ReportsTheServerItsChassisAndEveryFunctionWithItsLinks) {
     functions = {function(0, 2, 0), function(0x1a, 3, 1)};
     inventory.refresh();
-    EXPECT_EQ(inventory.collection().size(), 8U);
+    EXPECT_EQ(collection.size(), 8U);
     EXPECT_EQ(reported("PYL_ComputerSystem"), Lines{"delivered " + systemText});
     EXPECT_EQ(reported("PYL_ComputerSystemChassis"), Lines{"delivered " + chassisText});
     EXPECT_EQ(reported("PYL_PCIDevice"),
@@ -95,14 +100,12 @@ TEST_F(ServerInventoryTest, KeepsTheVeryInstancesOfWhatStaysTheSame) {
     functions = {function(0, 2, 0)};
     inventory.refresh();
     std::vector<PYL::CmpiManagedInstance*> before;
-    for (unsigned int i = 0; i < 6; ++i) {
-        before.push_back(inventory.collection().getManagedInstance(i));
-    }
+    for (unsigned int i = 0; i < 6; ++i) before.push_back(collection.getManagedInstance(i));
     now += seconds(100);
     inventory.refresh();
-    ASSERT_EQ(inventory.collection().size(), 6U);
+    ASSERT_EQ(collection.size(), 6U);
     for (unsigned int i = 0; i < 6; ++i) {
-        EXPECT_EQ(inventory.collection().getManagedInstance(i), before[i]);
+        EXPECT_EQ(collection.getManagedInstance(i), before[i]);
     }
 }
 
@@ -114,7 +117,7 @@ TEST_F(ServerInventoryTest, DropsAFunctionThatVanished) {
     inventory.refresh();
     EXPECT_EQ(reported("PYL_PCIDevice"), Lines{"delivered " + deviceText("00:03.0")});
     EXPECT_EQ(reported("PYL_SystemPCIDevice").size(), 1U);
-    EXPECT_EQ(inventory.collection().size(), 6U);  // hidden ones are purged
+    EXPECT_EQ(collection.size(), 6U);  // hidden ones are purged
 }
 
 TEST_F(ServerInventoryTest, TakesUpAFunctionThatComesBack) {
@@ -128,7 +131,7 @@ TEST_F(ServerInventoryTest, TakesUpAFunctionThatComesBack) {
     now += seconds(2);
     inventory.refresh();
     EXPECT_EQ(reported("PYL_PCIDevice").size(), 1U);
-    EXPECT_EQ(inventory.collection().size(), 6U);
+    EXPECT_EQ(collection.size(), 6U);
 }
 
 TEST_F(ServerInventoryTest, ReplacesAFunctionThatChanged) {
@@ -138,8 +141,8 @@ TEST_F(ServerInventoryTest, ReplacesAFunctionThatChanged) {
     now += seconds(2);
     inventory.refresh();
     EXPECT_EQ(reported("PYL_PCIDevice").size(), 1U);
-    EXPECT_EQ(inventory.collection().size(), 6U);
-    auto* const device = inventory.collection().getManagedInstance(4U);
+    EXPECT_EQ(collection.size(), 6U);
+    auto* const device = collection.getManagedInstance(4U);
     EXPECT_EQ(property(device->getInstance(), "DriverName"), "string \"vfio-pci\"");
 }
 
@@ -152,7 +155,7 @@ TEST_F(ServerInventoryTest, ReplacesTheServerWhenItsFactsChange) {
     now += seconds(60);
     inventory.refresh();
     EXPECT_EQ(systemProperty("Model"), "string \"new\"");
-    EXPECT_EQ(inventory.collection().size(), 4U);
+    EXPECT_EQ(collection.size(), 4U);
 }
 
 TEST_F(ServerInventoryTest, TakesTheLastOfTwoReportsOfOneFunction) {
@@ -160,7 +163,7 @@ TEST_F(ServerInventoryTest, TakesTheLastOfTwoReportsOfOneFunction) {
     functions[1].driver = "second";
     inventory.refresh();
     EXPECT_EQ(reported("PYL_PCIDevice").size(), 1U);
-    EXPECT_EQ(inventory.collection().size(), 6U);
+    EXPECT_EQ(collection.size(), 6U);
 }
 
 TEST_F(ServerInventoryTest, ReadsAtOnceWhenItIsToldTo) {
@@ -194,16 +197,17 @@ TEST_F(ServerInventoryTest, ReadsAgainAtOnceAfterAReadThatFailed) {
     failing.pciFunctions = [&] {
         return functionsFail ? throw std::runtime_error("functions") : functions;
     };
-    ServerInventory unlucky(log, failing);
+    Collection instances(log);
+    ServerInventory unlucky(instances, log, failing);
     EXPECT_EQ(outcomeOf([&] { unlucky.refresh(); }), "exception facts");
     factsFail = false;
     EXPECT_EQ(outcomeOf([&] { unlucky.refresh(); }), "exception functions");
-    EXPECT_EQ(reported(unlucky, "PYL_ComputerSystem").size(), 1U);
+    EXPECT_EQ(reported(instances, "PYL_ComputerSystem").size(), 1U);
     functionsFail = false;
     functions = {function(0, 2, 0)};
     unlucky.refresh();
-    EXPECT_EQ(reported(unlucky, "PYL_PCIDevice").size(), 1U);
-    EXPECT_EQ(unlucky.collection().size(), 6U);
+    EXPECT_EQ(reported(instances, "PYL_PCIDevice").size(), 1U);
+    EXPECT_EQ(instances.size(), 6U);
 }
 
 /// Two machines that differ in everything that can differ.
@@ -219,7 +223,8 @@ TEST_F(ServerInventoryMemory, FindsItsWayBackAfterEveryAllocationThatFails) {
     int nth = 0;
     do {
         ++nth;
-        ServerInventory tested(log, sources());
+        Collection instances(log);
+        ServerInventory tested(instances, log, sources());
         machineIs(1);
         tested.refresh();
         machineIs(2);
@@ -232,20 +237,20 @@ TEST_F(ServerInventoryMemory, FindsItsWayBackAfterEveryAllocationThatFails) {
             }
         }
         // Either machine, and neither twice.
-        EXPECT_EQ(reported(tested, "PYL_ComputerSystem").size(), 1U) << nth;
-        EXPECT_GE(reported(tested, "PYL_PCIDevice").size(), 2U) << nth;
+        EXPECT_EQ(reported(instances, "PYL_ComputerSystem").size(), 1U) << nth;
+        EXPECT_GE(reported(instances, "PYL_PCIDevice").size(), 2U) << nth;
         // Back to what it was, which a half-done refresh must not take for fresh.
         const bool failed = allocationHasFailed();
         machineIs(1);
         now += seconds(100);
         tested.refresh();
-        auto devices = reported(tested, "PYL_PCIDevice");
+        auto devices = reported(instances, "PYL_PCIDevice");
         std::sort(devices.begin(), devices.end());
         EXPECT_EQ(devices, (Lines{"delivered " + deviceText("00:02.0"),
                                   "delivered " + deviceText("00:03.1")}))
             << nth;
-        EXPECT_EQ(reported(tested, "PYL_ComputerSystem").size(), 1U) << nth;
-        EXPECT_EQ(tested.collection().size(), 8U) << nth;
+        EXPECT_EQ(reported(instances, "PYL_ComputerSystem").size(), 1U) << nth;
+        EXPECT_EQ(instances.size(), 8U) << nth;
         if (!failed) break;
     } while (nth < 1000 && !HasFailure());
     EXPECT_GT(nth, 10);
@@ -254,7 +259,8 @@ TEST_F(ServerInventoryMemory, FindsItsWayBackAfterEveryAllocationThatFails) {
 TEST_F(ServerInventoryTest, IsRefreshedAndAskedFromSeveralThreadsAtOnce) {
     std::mutex mutex;
     int turn = 0;
-    ServerInventory shared(log,
+    Collection instances(log);
+    ServerInventory shared(instances, log,
                            {[&](Logger&) {
                                 const std::lock_guard lock(mutex);
                                 ServerFacts changing;
@@ -277,24 +283,23 @@ TEST_F(ServerInventoryTest, IsRefreshedAndAskedFromSeveralThreadsAtOnce) {
                 shared.refresh();
                 CountedPaths devices;
                 CountedInstances systems;
-                auto& collection = shared.collection();
-                collection.enumInstanceNames(
+                instances.enumInstanceNames(
                     devices, host.context(),
                     CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", "PYL_PCIDevice"));
-                collection.getInstance(systems, host.context(),
-                                       PYL::PYLUtil::getComputerSystemPath(), nullptr);
+                instances.getInstance(systems, host.context(),
+                                      PYL::PYLUtil::getComputerSystemPath(), nullptr);
                 EXPECT_GE(devices.count, 1);
                 EXPECT_LE(systems.count, 1);
                 CountedPaths far;
-                collection.associatorNames(far, host.context(),
-                                           PYL::PYLUtil::getComputerSystemPath(), "", "", "", "");
+                instances.associatorNames(far, host.context(),
+                                          PYL::PYLUtil::getComputerSystemPath(), "", "", "", "");
                 EXPECT_GE(far.count, 1);
             }
         });
     }
     for (auto& thread : threads) thread.join();
-    EXPECT_EQ(reported(shared, "PYL_ComputerSystem").size(), 1U);
-    EXPECT_EQ(reported(shared, "PYL_PCIDevice").size(), 2U);
+    EXPECT_EQ(reported(instances, "PYL_ComputerSystem").size(), 1U);
+    EXPECT_EQ(reported(instances, "PYL_PCIDevice").size(), 2U);
 }
 
 /// The tables that the kernel exports, and how often their file is opened.
@@ -323,12 +328,14 @@ struct FirmwareInventoryTest : ServerInventoryTest {
     std::string systemNow(const char* name) {
         ofFirmware.refreshNow();
         const auto path = PYL::PYLUtil::getComputerSystemPath();
-        return property(ofFirmware.collection().getManagedInstance(path)->getInstance(), name);
+        return property(instances.getManagedInstance(path)->getInstance(), name);
     }
 
     cimhost::TemporaryFolder folder;
     std::shared_ptr<CountedTables> tables = std::make_shared<CountedTables>(folder.path());
-    ServerInventory ofFirmware{log, {.pciFunctions = [] { return std::vector<PciFunction>(); }}};
+    Collection instances{log};
+    ServerInventory ofFirmware{
+        instances, log, {.pciFunctions = [] { return std::vector<PciFunction>(); }}};
 };
 
 TEST_F(FirmwareInventoryTest, OpensTheTableOnceForEachRefresh) {

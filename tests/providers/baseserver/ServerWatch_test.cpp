@@ -5,6 +5,7 @@
 #include "tests/common/QuietResults.h"
 #include "tests/platform/ipmi/FakeController.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
+#include "tests/support/WaitingLines.h"
 
 #include <unistd.h>
 
@@ -104,9 +105,22 @@ TEST_F(ServerWatchTest, TakesNoTriggerOfAnybodyElse) {
 }
 
 TEST_F(ServerWatchTest, WatchesUntilItIsStopped) {
+    WaitingLines events;
+    host.onIndication = [&](const cimhost::Instance& indication) {
+        events.note(indication.find("Summary")->value.get<cimhost::Text>()->str());
+    };
     watch.start(host.context());
+    events.waitFor("OS boot completed");
     watch.stop();
+    events.take();
+    put("/tmp/PYL.test");
+    EXPECT_TRUE(fs::is_symlink(RedirectedFiles::real("/tmp/PYL.test"))) << "nobody looks";
+    EXPECT_EQ(events.take(), Summaries{});
     watch.start(host.context());
+    events.waitFor("Test Event Id: 3");
+    watch.stop();
+    EXPECT_EQ(events.take(),
+              (Summaries{"Test Event Id: 1", "Test Event Id: 2", "Test Event Id: 3"}));
 }
 
 }  // namespace
