@@ -1,9 +1,8 @@
 #include "cmpicpp/CmpiModule.h"
 #include "common/CmpiManagedInstance.h"
-#include "common/LoggedProvider.h"
-#include "common/PYLUtil.h"
 #include "toolkit/CollectionProvider.h"
 #include "toolkit/LocalPaths.h"
+#include "toolkit/LoggedModule.h"
 #include "toolkit/Properties.h"
 
 #include <fstream>
@@ -42,14 +41,8 @@ public:
     }
 };
 
-CmpiCpp::CmpiProvider* makeInner(const CmpiBroker& broker, Logger& log) {
-    return new UptimeProvider(broker, log);
-}
-
 CmpiCpp::CmpiProvider* makeProvider(const CmpiBroker& broker, const CMPIContext*) {
-    PYL::PYLUtil::setBroker(broker);
-    Logger log = hostedLogger("Uptime");
-    return new PYL::LoggedProvider(broker, log, makeInner);
+    return PYL::makeLoggedProvider<UptimeProvider>(broker, "Uptime");
 }
 
 }  // namespace
