@@ -101,17 +101,6 @@ void requireSource(const NameSpace& nameSpace, const WqlQuery& query) {
 
 }  // namespace
 
-const std::vector<SubscriptionClass>& subscriptionClasses() {
-    static const std::vector<SubscriptionClass> classes{
-        {"CIM_IndicationFilter", SubscriptionPart::filter},
-        {"CIM_ListenerDestinationCIMXML", SubscriptionPart::destination},
-        {"CIM_IndicationHandlerCIMXML", SubscriptionPart::destination},
-        {"CIM_IndicationSubscription", SubscriptionPart::subscription},
-        {"CIM_IndicationService", SubscriptionPart::service},
-    };
-    return classes;
-}
-
 std::vector<const NameSpace*> interopNameSpaces(const Repository& repository) {
     std::vector<const NameSpace*> found;
     for (const std::string_view name : interopNames) {
@@ -126,7 +115,7 @@ std::vector<const NameSpace*> interopNameSpaces(const Repository& repository) {
 }
 
 std::optional<SubscriptionPart> partOf(const NameSpace& nameSpace, std::string_view className) {
-    for (const SubscriptionClass& each : subscriptionClasses()) {
+    for (const SubscriptionClass& each : subscriptionClasses) {
         if (nameSpace.isA(className, each.name)) return each.part;
     }
     return std::nullopt;

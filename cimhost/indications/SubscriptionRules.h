@@ -6,6 +6,7 @@
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Repository.h"
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -27,7 +28,13 @@ struct SubscriptionClass {
 };
 
 /// The classes that are served, where a namespace has them.
-const std::vector<SubscriptionClass>& subscriptionClasses();
+inline constexpr auto subscriptionClasses = std::to_array<SubscriptionClass>({
+    {"CIM_IndicationFilter", SubscriptionPart::filter},
+    {"CIM_ListenerDestinationCIMXML", SubscriptionPart::destination},
+    {"CIM_IndicationHandlerCIMXML", SubscriptionPart::destination},
+    {"CIM_IndicationSubscription", SubscriptionPart::subscription},
+    {"CIM_IndicationService", SubscriptionPart::service},
+});
 
 /// The namespaces of the repository that clients subscribe in: "interop", "root/interop" and
 /// "root/PG_InterOp", those of them that have all classes a subscription is made of.

@@ -8,6 +8,7 @@
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace cimhost {
@@ -52,7 +53,11 @@ ObjectPath endOf(const Instance& subscription, std::string_view property) {
 
 Subscriptions::Subscriptions(Broker& broker, ModuleHost& modules, IndicationRoutes& routes,
                              IndicationOutlet& outlet)
-    : _broker(broker), _routes(routes), _outlet(outlet), _activation(broker, modules) {}
+    : _broker(broker),
+      _interop(interopNameSpaces(broker.repository())),
+      _routes(routes),
+      _outlet(outlet),
+      _activation(broker, modules) {}
 
 Subscriptions::~Subscriptions() {
     stop(std::chrono::hours(1));
@@ -88,6 +93,29 @@ std::vector<Instance> Subscriptions::all(const NameSpace& nameSpace,
         found.push_back(indicationService(nameSpace, _outlet.manner(), _outlet.counts()));
     }
     return found;
+}
+
+bool Subscriptions::serves(const Target& target) const noexcept {
+    if (std::find(_interop.begin(), _interop.end(), &target.nameSpace) == _interop.end()) {
+        return false;
+    }
+    return std::any_of(subscriptionClasses.begin(), subscriptionClasses.end(),
+                       [&](const SubscriptionClass& each) {
+                           return equalNames(each.name, target.definition.name);
+                       });
+}
+
+void Subscriptions::visit(const Target& target, const VisitInstance& visit) const {
+    for (const Instance& instance : all(target.nameSpace, target.definition.name)) {
+        visit(instance, *target.nameSpace.findClass(instance.className()));
+    }
+}
+
+void Subscriptions::visitAssociations(const Target& end, const VisitInstance& visit) const {
+    const auto part = partOf(end.nameSpace, end.definition.name);
+    if (part != SubscriptionPart::filter && part != SubscriptionPart::destination) return;
+    const Class* const subscription = end.nameSpace.findClass("CIM_IndicationSubscription");
+    if (subscription) this->visit({end.nameSpace, *subscription}, visit);
 }
 
 std::optional<Instance> Subscriptions::find(const ObjectPath& path) const {
@@ -279,7 +307,7 @@ void Subscriptions::_removeLast(const RequestContext& request, SubscriptionPart 
 }
 
 void Subscriptions::_restoreStatic() {
-    for (const NameSpace* const nameSpace : interopNameSpaces(repository())) {
+    for (const NameSpace* const nameSpace : _interop) {
         for (const auto part : {SubscriptionPart::filter, SubscriptionPart::destination,
                                 SubscriptionPart::subscription}) {
             for (const Instance& instance : nameSpace->instances()) {

@@ -4,6 +4,7 @@
 #include "cimhost/indications/IndicationOutlet.h"
 #include "cimhost/indications/IndicationRoutes.h"
 #include "cimhost/indications/SubscriptionRules.h"
+#include "cimhost/operations/InstanceSource.h"
 
 #include <atomic>
 #include <chrono>
@@ -28,18 +29,19 @@ struct SubscriptionLimits {
 };
 
 /// The filters, destinations and subscriptions of all interop namespaces, and their effect: a
-/// subscription is a route for indications, and its filter is active at its providers.
+/// subscription is a route for indications, and its filter is active at its providers. As a source
+/// of instances they serve the classes of SubscriptionRules.h in those namespaces.
 ///
 /// With a state file every change is on the disk before it is answered; a change that cannot be
 /// written is refused. Those that came with the MOF are not written, and stay as they are. Safe
 /// from several threads. One change is made at a time; a provider that is asked about a
 /// subscription cannot make another. No lock is held on which deliverIndication could wait.
-class Subscriptions {
+class Subscriptions final : public InstanceSource {
 public:
     /// All of these outlive the subscriptions.
     Subscriptions(Broker& broker, ModuleHost& modules, IndicationRoutes& routes,
                   IndicationOutlet& outlet);
-    ~Subscriptions();
+    ~Subscriptions() override;
     Subscriptions(const Subscriptions&) = delete;
     Subscriptions& operator=(const Subscriptions&) = delete;
 
@@ -49,20 +51,22 @@ public:
     /// shown as disabled and logged.
     void restore(const std::optional<std::filesystem::path>& file);
 
-    /// The instance is one of the classes of SubscriptionRules.h, as Operations hands it to
-    /// providers. Throws CimError: what the rules refuse; alreadyExists; notFound for a
-    /// subscription to what is not there; what a provider refuses it with; failed when the state
-    /// cannot be written; serverLimitsExceeded.
-    ObjectPath create(const RequestContext& request, const Instance& instance);
+    bool serves(const Target& target) const noexcept override;
+    void visit(const Target& target, const VisitInstance& visit) const override;
+    void visitAssociations(const Target& end, const VisitInstance& visit) const override;
+    std::optional<Instance> find(const ObjectPath& path) const override;
+
+    /// The instance is of one of those classes or a subclass. Throws CimError: what the rules
+    /// refuse; alreadyExists; notFound for a subscription to what is not there; what a provider
+    /// refuses it with; failed when the state cannot be written; serverLimitsExceeded.
+    ObjectPath create(const RequestContext& request, const Instance& instance) override;
 
     /// Changes the properties given. What a filter selects or where a destination leads cannot be
     /// changed while it is in use (failed). Throws as create.
-    void modify(const RequestContext& request, const Instance& instance);
+    void modify(const RequestContext& request, const Instance& instance) override;
 
     /// Throws CimError notFound; failed for what is in use, or came with the MOF.
-    void remove(const RequestContext& request, const ObjectPath& path);
-
-    std::optional<Instance> find(const ObjectPath& path) const;
+    void remove(const RequestContext& request, const ObjectPath& path) override;
 
     /// The instances of the class and its subclasses in the namespace.
     std::vector<Instance> all(const NameSpace& nameSpace, std::string_view className) const;
@@ -102,6 +106,7 @@ private:
     void _restoreFile(const std::filesystem::path& file);
 
     Broker& _broker;
+    std::vector<const NameSpace*> _interop;  ///< where they are
     IndicationRoutes& _routes;
     IndicationOutlet& _outlet;
     FilterActivation _activation;

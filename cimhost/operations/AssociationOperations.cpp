@@ -45,7 +45,7 @@ bool canReferTo(const NameSpace& nameSpace, const Class* association, const Clas
 }
 
 // A class that a client names and that is not registered is the business of its nearest ancestor.
-bool serves(const ModuleHost& modules, const Target& target, const Registration& registration,
+bool serves(const Servers& servers, const Target& target, const Registration& registration,
             const std::string& associationClass) {
     const NameSpace& nameSpace = target.nameSpace;
     if (associationClass.empty() || equalNames(registration.className, associationClass) ||
@@ -55,12 +55,13 @@ bool serves(const ModuleHost& modules, const Target& target, const Registration&
     const Class* const wanted = nameSpace.findClass(associationClass);
     if (!wanted) return false;
     const Registration* const nearest =
-        nearestRegistration(modules, ProviderType::association, {nameSpace, *wanted});
+        servers.nearest(ProviderType::association, {nameSpace, *wanted}).registration;
     return nearest && equalNames(nearest->className, registration.className);
 }
 
 // One registration for each provider to ask.
-std::vector<const Registration*> providersFor(const ModuleHost& modules, const Target& target,
+std::vector<const Registration*> providersFor(const ModuleHost& modules, const Servers& servers,
+                                              const Target& target,
                                               const std::string& associationClass) {
     const NameSpace& nameSpace = target.nameSpace;
     std::vector<const Registration*> chosen;
@@ -69,18 +70,11 @@ std::vector<const Registration*> providersFor(const ModuleHost& modules, const T
         const bool isChosen = std::any_of(
             chosen.begin(), chosen.end(),
             [each](const Registration* other) { return other->provider == each->provider; });
-        if (isChosen || !serves(modules, target, *each, associationClass)) continue;
+        if (isChosen || !serves(servers, target, *each, associationClass)) continue;
         const Class* const association = nameSpace.findClass(each->className);
         if (canReferTo(nameSpace, association, target.definition)) chosen.push_back(each);
     }
     return chosen;
-}
-
-CountsClass unregistered(const ModuleHost& modules, const NameSpace& nameSpace) {
-    return [&](const Class& definition) {
-        const Target own{nameSpace, definition};
-        return !registrationOf(modules, ProviderType::association, own);
-    };
 }
 
 const char* orNull(const std::string& text) noexcept {
@@ -120,7 +114,7 @@ void Operations::associators(const RequestContext& request, const ObjectPath& pa
     const RequestContext context =
         providerContext(request, walk.target.nameSpace, walkFlags(options));
     for (const Registration* const each :
-         providersFor(_modules, walk.target, filter.associationClass)) {
+         providersFor(_modules, _servers, walk.target, filter.associationClass)) {
         InstanceWalk results(walk.repository, walk.target, accepted, each->provider, sink,
                              selection);
         const auto mi = _modules.use<CMPIAssociationMI>(*each);
@@ -133,11 +127,11 @@ void Operations::associators(const RequestContext& request, const ObjectPath& pa
         });
     }
     Relay relay(sink, selection);
-    visitHostAssociators(walk.repository, walk.target, walk.source, filter,
-                         unregistered(_modules, walk.target.nameSpace), [&](const ObjectPath& end) {
-                             // An object that is gone has no instance to show.
-                             runWalk([&] { getInstance(request, end, options, relay); });
-                         });
+    visitAssociators(_servers, walk.repository, walk.target, walk.source, filter,
+                     [&](const ObjectPath& end) {
+                         // An object that is gone has no instance to show.
+                         runWalk([&] { getInstance(request, end, options, relay); });
+                     });
 }
 
 void Operations::associatorNames(const RequestContext& request, const ObjectPath& path,
@@ -148,7 +142,7 @@ void Operations::associatorNames(const RequestContext& request, const ObjectPath
     const ClassFilter accepted(filter.resultClass);
     const RequestContext context = providerContext(request, walk.target.nameSpace, 0);
     for (const Registration* const each :
-         providersFor(_modules, walk.target, filter.associationClass)) {
+         providersFor(_modules, _servers, walk.target, filter.associationClass)) {
         PathWalk results(walk.repository, walk.target, accepted, each->provider, sink);
         const auto mi = _modules.use<CMPIAssociationMI>(*each);
         ProviderCall call(_broker, context, results);
@@ -159,9 +153,8 @@ void Operations::associatorNames(const RequestContext& request, const ObjectPath
                      orNull(filter.role), orNull(filter.resultRole));
         });
     }
-    visitHostAssociators(walk.repository, walk.target, walk.source, filter,
-                         unregistered(_modules, walk.target.nameSpace),
-                         [&](const ObjectPath& end) { sink.deliver(end); });
+    visitAssociators(_servers, walk.repository, walk.target, walk.source, filter,
+                     [&](const ObjectPath& end) { sink.deliver(end); });
 }
 
 void Operations::references(const RequestContext& request, const ObjectPath& path,
@@ -173,7 +166,8 @@ void Operations::references(const RequestContext& request, const ObjectPath& pat
     const ClassFilter accepted(filter.resultClass);
     const RequestContext context =
         providerContext(request, walk.target.nameSpace, walkFlags(options));
-    for (const Registration* const each : providersFor(_modules, walk.target, filter.resultClass)) {
+    for (const Registration* const each :
+         providersFor(_modules, _servers, walk.target, filter.resultClass)) {
         InstanceWalk results(walk.repository, walk.target, accepted, each->provider, sink,
                              selection);
         const auto mi = _modules.use<CMPIAssociationMI>(*each);
@@ -184,11 +178,10 @@ void Operations::references(const RequestContext& request, const ObjectPath& pat
                      orNull(filter.role), nullptr);
         });
     }
-    visitHostReferences(walk.target, walk.source, filter.resultClass, filter.role,
-                        unregistered(_modules, walk.target.nameSpace),
-                        [&](const Instance& instance, const Class& definition) {
-                            sink.deliver(instance, &definition, selection);
-                        });
+    visitReferences(_servers, walk.target, walk.source, filter.resultClass, filter.role,
+                    [&](const Instance& instance, const Class& definition) {
+                        sink.deliver(instance, &definition, selection);
+                    });
 }
 
 void Operations::referenceNames(const RequestContext& request, const ObjectPath& path,
@@ -197,7 +190,8 @@ void Operations::referenceNames(const RequestContext& request, const ObjectPath&
     requireFilterClass(walk.target, filter.resultClass);
     const ClassFilter accepted(filter.resultClass);
     const RequestContext context = providerContext(request, walk.target.nameSpace, 0);
-    for (const Registration* const each : providersFor(_modules, walk.target, filter.resultClass)) {
+    for (const Registration* const each :
+         providersFor(_modules, _servers, walk.target, filter.resultClass)) {
         PathWalk results(walk.repository, walk.target, accepted, each->provider, sink);
         const auto mi = _modules.use<CMPIAssociationMI>(*each);
         ProviderCall call(_broker, context, results);
@@ -207,10 +201,8 @@ void Operations::referenceNames(const RequestContext& request, const ObjectPath&
                      orNull(filter.role));
         });
     }
-    visitHostReferences(
-        walk.target, walk.source, filter.resultClass, filter.role,
-        unregistered(_modules, walk.target.nameSpace),
-        [&](const Instance& instance, const Class&) { sink.deliver(instance.path); });
+    visitReferences(_servers, walk.target, walk.source, filter.resultClass, filter.role,
+                    [&](const Instance& instance, const Class&) { sink.deliver(instance.path); });
 }
 
 }  // namespace cimhost

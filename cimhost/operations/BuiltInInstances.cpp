@@ -112,12 +112,6 @@ std::vector<Instance> relativeNamespaces(const Repository& repository, const Nam
 
 }  // namespace
 
-const std::vector<std::string_view>& builtInClasses() {
-    static const std::vector<std::string_view> names{"CIM_ObjectManager", "CIM_Namespace",
-                                                     "__Namespace"};
-    return names;
-}
-
 std::vector<Instance> builtInInstances(const Repository& repository, const NameSpace& nameSpace,
                                        const Class& definition) {
     if (equalNames(definition.name, "CIM_ObjectManager")) {

@@ -3,6 +3,7 @@
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Repository.h"
 
+#include <array>
 #include <string_view>
 #include <vector>
 
@@ -10,7 +11,8 @@ namespace cimhost {
 
 /// The classes whose instances the host makes itself where a namespace has the class and no
 /// provider serves it: CIM_ObjectManager, CIM_Namespace, __Namespace.
-const std::vector<std::string_view>& builtInClasses();
+inline constexpr auto builtInClasses =
+    std::to_array<std::string_view>({"CIM_ObjectManager", "CIM_Namespace", "__Namespace"});
 
 /// The instances of one of these classes, as seen in this namespace; each has the properties that
 /// the class there declares. Empty for any other class. Safe from several threads.

@@ -6,22 +6,8 @@
 #include "cimhost/operations/ProviderResults.h"
 #include "cimhost/operations/Target.h"
 
-#include <string_view>
-
-/// What the operations share: who is asked, and how walks take a provider's answer.
+/// What the operations share: how nobody answers, and how walks take a provider's answer.
 namespace cimhost {
-
-/// The registration of exactly this class, or nullptr.
-inline const Registration* registrationOf(const ModuleHost& modules, ProviderType type,
-                                          const Target& target) noexcept {
-    return modules.registrations().find(type, target.nameSpace.name(), target.definition.name);
-}
-
-/// The registration of the class or else of its nearest ancestor that has one, or nullptr. This is
-/// for the class that a request names: its instances are the business of whoever serves an
-/// ancestor.
-const Registration* nearestRegistration(const ModuleHost& modules, ProviderType type,
-                                        const Target& target) noexcept;
 
 /// CimError notSupported: nobody serves the class.
 [[noreturn]] void refuseUnserved(const Target& target);

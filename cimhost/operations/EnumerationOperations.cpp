@@ -1,8 +1,50 @@
-#include "cimhost/operations/Enumeration.h"
+#include "cimhost/operations/Dispatch.h"
 #include "cimhost/operations/Operations.h"
 #include "cimhost/query/QueryText.h"
 
 namespace cimhost {
+
+namespace {
+
+// Calls `ask(server, target)` for the class and each of its subclasses that somebody serves, with
+// the class to be asked about. True when there was one.
+template <typename Ask>
+bool askServers(const Servers& servers, const Target& target, Ask&& ask) {
+    bool isAsked = false;
+    for (const Class* const definition : target.nameSpace.withDescendants(target.definition.name)) {
+        const Target each{target.nameSpace, *definition};
+        const Server server = definition == &target.definition
+                                  ? servers.nearest(ProviderType::instance, each)
+                                  : servers.of(ProviderType::instance, each);
+        if (!server) continue;
+        isAsked = true;
+        ask(server, each);
+    }
+    return isAsked;
+}
+
+// Asks everybody who serves the class or its subclasses, providers by `ask(registration, target,
+// filter)`, and visits the instances of the host. CimError notSupported when nobody serves it and
+// there is nothing to visit.
+template <typename Ask>
+void enumerate(Servers& servers, const Target& target, Ask&& ask, const VisitInstance& visit) {
+    const auto askServer = [&](const Server& server, const Target& asked) {
+        const EnumerationFilter filter(servers, asked);
+        if (server.registration) return ask(*server.registration, asked, filter);
+        server.source->visit(asked, [&](const Instance& instance, const Class& definition) {
+            if (filter.accepts(&asked.nameSpace, &definition)) visit(instance, definition);
+        });
+    };
+    bool isServed = askServers(servers, target, askServer);
+    servers.readOnly().visit(target, [&](const Instance& instance, const Class& definition) {
+        if (servers.of(ProviderType::instance, {target.nameSpace, definition})) return;
+        isServed = true;
+        visit(instance, definition);
+    });
+    if (!isServed && !servers.readOnly().serves(target)) refuseUnserved(target);
+}
+
+}  // namespace
 
 void Operations::enumerateInstances(const RequestContext& request, const ObjectPath& classPath,
                                     const InstanceOptions& options, InstanceSink& sink) {
@@ -12,18 +54,17 @@ void Operations::enumerateInstances(const RequestContext& request, const ObjectP
                                       options.deepInheritance ? nullptr : &target.definition};
     PropertyNames names(options.propertyList);
     const RequestContext context = providerContext(request, target.nameSpace, flagsOf(options));
-    const auto ask = [&](const Registration& registration, const Target& asked) {
-        const EnumerationFilter filter(_modules.registrations(), asked);
+    const auto ask = [&](const Registration& registration, const Target& asked,
+                         const EnumerationFilter& filter) {
         InstanceWalk results(repository, asked, filter, registration.provider, sink, selection);
         const auto mi = _modules.use<CMPIInstanceMI>(registration);
         ProviderCall call(_broker, context, results);
         const CMPIObjectPath* const path = makeObjectPath(_broker, asked.classPath());
         runWalk([&] { call.run(mi, &CMPIInstanceMIFT::enumerateInstances, path, names.get()); });
     };
-    enumerate(repository, _modules, target, ask,
-              [&](const Instance& instance, const Class& definition) {
-                  sink.deliver(instance, &definition, selection);
-              });
+    enumerate(_servers, target, ask, [&](const Instance& instance, const Class& definition) {
+        sink.deliver(instance, &definition, selection);
+    });
 }
 
 void Operations::enumerateInstanceNames(const RequestContext& request, const ObjectPath& classPath,
@@ -31,20 +72,20 @@ void Operations::enumerateInstanceNames(const RequestContext& request, const Obj
     const Repository& repository = _broker.repository();
     const Target target = requireTarget(repository, request, classPath);
     const RequestContext context = providerContext(request, target.nameSpace, 0);
-    const auto ask = [&](const Registration& registration, const Target& asked) {
-        const EnumerationFilter filter(_modules.registrations(), asked);
+    const auto ask = [&](const Registration& registration, const Target& asked,
+                         const EnumerationFilter& filter) {
         PathWalk results(repository, asked, filter, registration.provider, sink);
         const auto mi = _modules.use<CMPIInstanceMI>(registration);
         ProviderCall call(_broker, context, results);
         const CMPIObjectPath* const path = makeObjectPath(_broker, asked.classPath());
         runWalk([&] { call.run(mi, &CMPIInstanceMIFT::enumerateInstanceNames, path); });
     };
-    enumerate(repository, _modules, target, ask,
+    enumerate(_servers, target, ask,
               [&](const Instance& instance, const Class&) { sink.deliver(instance.path); });
 }
 
-// A query is the provider's to run: the host has no query engine of its own, and static instances
-// are out of its reach.
+// A query is the provider's to run: the host has no query engine of its own, and its instances are
+// out of reach.
 void Operations::execQuery(const RequestContext& request, const std::string& language,
                            const std::string& query, InstanceSink& sink) {
     const Repository& repository = _broker.repository();
@@ -54,18 +95,20 @@ void Operations::execQuery(const RequestContext& request, const std::string& lan
     const PropertySelection selection;
     const RequestContext context = providerContext(request, target.nameSpace, 0);
     const ClassFilter everything{std::string_view()};
-    const bool isAsked =
-        askProviders(_modules, target, [&](const Registration& registration, const Target& asked) {
-            InstanceWalk results(repository, asked, everything, registration.provider, sink,
-                                 selection);
-            const auto mi = _modules.use<CMPIInstanceMI>(registration);
-            ProviderCall call(_broker, context, results);
-            const CMPIObjectPath* const path = makeObjectPath(_broker, asked.classPath());
-            runWalk([&] {
-                call.run(mi, &CMPIInstanceMIFT::execQuery, path, query.c_str(), language.c_str());
-            });
+    const auto ask = [&](const Server& server, const Target& asked) {
+        if (!server.registration) {
+            throw CimError(CimCode::notSupported, codeName(CimCode::notSupported));
+        }
+        InstanceWalk results(repository, asked, everything, server.registration->provider, sink,
+                             selection);
+        const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
+        ProviderCall call(_broker, context, results);
+        const CMPIObjectPath* const path = makeObjectPath(_broker, asked.classPath());
+        runWalk([&] {
+            call.run(mi, &CMPIInstanceMIFT::execQuery, path, query.c_str(), language.c_str());
         });
-    if (!isAsked) refuseUnserved(target);
+    };
+    if (!askServers(_servers, target, ask)) refuseUnserved(target);
 }
 
 }  // namespace cimhost

@@ -59,19 +59,25 @@ bool isResult(const Repository& repository, const ObjectPath& path, std::string_
     return nameSpace && nameSpace->isA(path.className, resultClass);
 }
 
-bool isAssociation(const NameSpace& nameSpace, const Class* definition,
-                   std::string_view associationClass) noexcept {
-    return definition && definition->isAssociation &&
-           (associationClass.empty() || nameSpace.isA(definition->name, associationClass));
+}  // namespace
+
+void visitReferences(const Servers& servers, const Target& target, const ObjectPath& source,
+                     std::string_view associationClass, std::string_view role,
+                     const VisitInstance& visit) {
+    const NameSpace& nameSpace = target.nameSpace;
+    const Source wanted(target, source);
+    const auto isWanted = [&](const Instance& instance, const Class& definition) {
+        return (associationClass.empty() || nameSpace.isA(definition.name, associationClass)) &&
+               wanted.isMeantBy(instance, role);
+    };
+    servers.visitAssociations(target, isWanted, visit);
 }
 
-using VisitInstance = std::function<void(const Instance&, const Class&)>;
-
-/// Hands a visitor those that lead from the source to an object.
-VisitInstance visitingEnds(const Repository& repository, const Target& target,
-                           const ObjectPath& source, const AssociationFilter& filter,
-                           const std::function<void(const ObjectPath&)>& visit) {
-    return [&, wanted = Source(target, source)](const Instance& association, const Class&) {
+void visitAssociators(const Servers& servers, const Repository& repository, const Target& target,
+                      const ObjectPath& source, const AssociationFilter& filter,
+                      const std::function<void(const ObjectPath&)>& visit) {
+    const Source wanted(target, source);
+    const auto visitEnds = [&](const Instance& association, const Class&) {
         for (const PropertyValue& end : association.properties) {
             const ObjectPath* const path = referenceIn(end);
             if (!path || !hasName(end, filter.resultRole)) continue;
@@ -81,45 +87,7 @@ VisitInstance visitingEnds(const Repository& repository, const Target& target,
             if (isResult(repository, complete, filter.resultClass)) visit(complete);
         }
     };
-}
-
-}  // namespace
-
-void visitReferences(const std::vector<Instance>& instances, const Target& target,
-                     const ObjectPath& source, std::string_view associationClass,
-                     std::string_view role, const VisitInstance& visit) {
-    const NameSpace& nameSpace = target.nameSpace;
-    const Source wanted(target, source);
-    for (const Instance& instance : instances) {
-        const Class* const definition = nameSpace.findClass(instance.className());
-        if (!isAssociation(nameSpace, definition, associationClass)) continue;
-        if (wanted.isMeantBy(instance, role)) visit(instance, *definition);
-    }
-}
-
-void visitAssociators(const std::vector<Instance>& instances, const Repository& repository,
-                      const Target& target, const ObjectPath& source,
-                      const AssociationFilter& filter,
-                      const std::function<void(const ObjectPath&)>& visit) {
-    visitReferences(instances, target, source, filter.associationClass, filter.role,
-                    visitingEnds(repository, target, source, filter, visit));
-}
-
-void visitHostReferences(const Target& target, const ObjectPath& source,
-                         std::string_view associationClass, std::string_view role,
-                         const CountsClass& counts, const VisitInstance& visit) {
-    visitReferences(target.nameSpace.instances(), target, source, associationClass, role,
-                    [&](const Instance& instance, const Class& definition) {
-                        if (counts(definition)) visit(instance, definition);
-                    });
-}
-
-void visitHostAssociators(const Repository& repository, const Target& target,
-                          const ObjectPath& source, const AssociationFilter& filter,
-                          const CountsClass& counts,
-                          const std::function<void(const ObjectPath&)>& visit) {
-    visitHostReferences(target, source, filter.associationClass, filter.role, counts,
-                        visitingEnds(repository, target, source, filter, visit));
+    visitReferences(servers, target, source, filter.associationClass, filter.role, visitEnds);
 }
 
 }  // namespace cimhost

@@ -17,49 +17,56 @@ bool hasStaticInstances(const NameSpace& nameSpace, std::string_view className) 
 }
 
 bool isBuiltIn(std::string_view className) noexcept {
-    const auto& classes = builtInClasses();
-    return std::any_of(classes.begin(), classes.end(),
+    return std::any_of(builtInClasses.begin(), builtInClasses.end(),
                        [className](std::string_view name) { return equalNames(name, className); });
-}
-
-// Empty for classes that have static instances.
-std::vector<Instance> ownInstances(const Repository& repository, const NameSpace& nameSpace,
-                                   const Class& definition) {
-    if (!isBuiltIn(definition.name) || hasStaticInstances(nameSpace, definition.name)) return {};
-    return builtInInstances(repository, nameSpace, definition);
 }
 
 }  // namespace
 
-void visitHostInstances(const Repository& repository, const NameSpace& nameSpace,
-                        const Class& ancestor,
-                        const std::function<void(const Instance&, const Class&)>& visit) {
+// Empty for classes that have static instances.
+std::vector<Instance> HostInstances::_builtIn(const NameSpace& nameSpace,
+                                              const Class& definition) const {
+    if (!isBuiltIn(definition.name) || hasStaticInstances(nameSpace, definition.name)) return {};
+    return builtInInstances(_repository, nameSpace, definition);
+}
+
+bool HostInstances::serves(const Target& target) const noexcept {
+    return isBuiltIn(target.definition.name) ||
+           hasStaticInstances(target.nameSpace, target.definition.name);
+}
+
+void HostInstances::visit(const Target& target, const VisitInstance& visit) const {
+    const NameSpace& nameSpace = target.nameSpace;
+    const std::string& ancestor = target.definition.name;
     for (const Instance& instance : nameSpace.instances()) {
-        if (!nameSpace.isA(instance.className(), ancestor.name)) continue;
+        if (!nameSpace.isA(instance.className(), ancestor)) continue;
         visit(instance, *nameSpace.findClass(instance.className()));
     }
-    for (const std::string_view name : builtInClasses()) {
-        if (!nameSpace.isA(name, ancestor.name)) continue;
+    for (const std::string_view name : builtInClasses) {
+        if (!nameSpace.isA(name, ancestor)) continue;
         const Class& definition = *nameSpace.findClass(name);
-        for (const Instance& instance : ownInstances(repository, nameSpace, definition)) {
+        for (const Instance& instance : _builtIn(nameSpace, definition)) {
             visit(instance, definition);
         }
     }
 }
 
-std::optional<Instance> findHostInstance(const Repository& repository, const NameSpace& nameSpace,
-                                         const ObjectPath& path) {
+void HostInstances::visitAssociations(const Target& end, const VisitInstance& visit) const {
+    for (const Instance& instance : end.nameSpace.instances()) {
+        const Class* const definition = end.nameSpace.findClass(instance.className());
+        if (definition && definition->isAssociation) visit(instance, *definition);
+    }
+}
+
+std::optional<Instance> HostInstances::find(const ObjectPath& path) const {
+    const NameSpace& nameSpace = _repository.get(path.nameSpace);
     if (const Instance* const instance = nameSpace.findInstance(path)) return *instance;
     const Class* const definition = nameSpace.findClass(path.className);
     if (!definition) return std::nullopt;
-    for (Instance& instance : ownInstances(repository, nameSpace, *definition)) {
+    for (Instance& instance : _builtIn(nameSpace, *definition)) {
         if (sameModelPath(instance.path, path)) return std::move(instance);
     }
     return std::nullopt;
-}
-
-bool isHostClass(const NameSpace& nameSpace, const Class& definition) noexcept {
-    return isBuiltIn(definition.name) || hasStaticInstances(nameSpace, definition.name);
 }
 
 }  // namespace cimhost

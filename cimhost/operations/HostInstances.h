@@ -1,26 +1,26 @@
 #pragma once
 
-#include "cimhost/repository/Instance.h"
+#include "cimhost/operations/InstanceSource.h"
 #include "cimhost/repository/Repository.h"
 
-#include <functional>
-#include <optional>
-
-/// The instances that need no provider: static ones, which came with the MOF, and built-in ones, of
-/// classes that have no static ones. They can be read only. Pure functions, safe from several
-/// threads.
 namespace cimhost {
 
-/// Calls `visit` for each instance of the class or its subclasses, with the instance's own class.
-void visitHostInstances(const Repository& repository, const NameSpace& nameSpace,
-                        const Class& ancestor,
-                        const std::function<void(const Instance&, const Class&)>& visit);
+/// The instances that can only be read: static ones, which came with the MOF, and built-in ones, of
+/// classes that have no static ones.
+class HostInstances final : public InstanceSource {
+public:
+    explicit HostInstances(const Repository& repository) : _repository(repository) {}
 
-/// The instance with this path, which must be one of its class's.
-std::optional<Instance> findHostInstance(const Repository& repository, const NameSpace& nameSpace,
-                                         const ObjectPath& path);
+    bool serves(const Target& target) const noexcept override;
+    void visit(const Target& target, const VisitInstance& visit) const override;
+    /// Those are the static ones, whatever their class.
+    void visitAssociations(const Target& end, const VisitInstance& visit) const override;
+    std::optional<Instance> find(const ObjectPath& path) const override;
 
-/// True when the class itself, subclasses aside, has static instances or is built in.
-bool isHostClass(const NameSpace& nameSpace, const Class& definition) noexcept;
+private:
+    std::vector<Instance> _builtIn(const NameSpace& nameSpace, const Class& definition) const;
+
+    const Repository& _repository;
+};
 
 }  // namespace cimhost

@@ -1,5 +1,4 @@
 #include "cimhost/operations/Dispatch.h"
-#include "cimhost/operations/HostInstances.h"
 #include "cimhost/operations/Operations.h"
 #include "cimhost/repository/Names.h"
 
@@ -10,22 +9,14 @@ namespace cimhost {
 
 namespace {
 
-[[noreturn]] void refuseReadOnly(const ObjectPath& path) {
-    throw CimError(CimCode::notSupported,
-                   "the instances of class " + path.className + " can only be read");
-}
-
-// Who may change the instance. A class that the host serves itself is read only, unless a provider
-// is registered for just that class.
-const Registration& requireWriter(const Repository& repository, const ModuleHost& modules,
-                                  const Target& target, const ObjectPath& path) {
-    if (const auto* const own = registrationOf(modules, ProviderType::instance, target)) {
-        return *own;
-    }
-    if (findHostInstance(repository, target.nameSpace, path)) refuseReadOnly(path);
-    const auto* const nearest = nearestRegistration(modules, ProviderType::instance, target);
-    if (nearest) return *nearest;
-    if (isHostClass(target.nameSpace, target.definition)) refuseReadOnly(path);
+// Who answers for the instance. The host's read-only instances come before the provider of an
+// ancestor, and stand for their class where there is none.
+Server requireServer(Servers& servers, const Target& target, const ObjectPath& path) {
+    if (const Server own = servers.of(ProviderType::instance, target)) return own;
+    HostInstances& readOnly = servers.readOnly();
+    if (readOnly.find(path)) return {nullptr, &readOnly};
+    if (const Server nearest = servers.nearest(ProviderType::instance, target)) return nearest;
+    if (readOnly.serves(target)) return {nullptr, &readOnly};
     refuseUnserved(target);
 }
 
@@ -68,7 +59,7 @@ void checkModification(const Target& target, const Instance& instance,
     }
 }
 
-void notFound(const ObjectPath& path) {
+[[noreturn]] void notFound(const ObjectPath& path) {
     throw CimError(CimCode::notFound, "there is no such instance of class " + path.className);
 }
 
@@ -80,20 +71,18 @@ void Operations::getInstance(const RequestContext& request, const ObjectPath& pa
     const Target target = requireTarget(repository, request, path);
     const ObjectPath wanted = requireInstancePath(repository, target, path);
     const PropertySelection selection{options.propertyList, nullptr};
-    const Registration* registration = registrationOf(_modules, ProviderType::instance, target);
-    if (!registration) {
-        if (const auto found = findHostInstance(repository, target.nameSpace, wanted)) {
-            return sink.deliver(*found, &target.definition, selection);
-        }
-        registration = nearestRegistration(_modules, ProviderType::instance, target);
+    const Server server = requireServer(_servers, target, wanted);
+    if (server.source) {
+        const auto found = server.source->find(wanted);
+        if (found) return sink.deliver(*found, &target.definition, selection);
+        if (server.source == &_servers.readOnly()) notFound(wanted);
+        throw CimError(CimCode::notFound, codeName(CimCode::notFound));
     }
-    if (!registration && isHostClass(target.nameSpace, target.definition)) notFound(wanted);
-    if (!registration) refuseUnserved(target);
 
     PropertyNames names(options.propertyList);
     const CMPIFlags flags = flagsOf(options) & ~CMPIFlags{CMPI_FLAG_DeepInheritance};
-    SingleInstance result(target, wanted, registration->provider, sink, selection);
-    const auto mi = _modules.use<CMPIInstanceMI>(*registration);
+    SingleInstance result(target, wanted, server.registration->provider, sink, selection);
+    const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, providerContext(request, target.nameSpace, flags), result);
     call.run(mi, &CMPIInstanceMIFT::getInstance, makeObjectPath(_broker, wanted), names.get());
     if (!result.isDelivered()) notFound(wanted);
@@ -109,11 +98,13 @@ ObjectPath Operations::createInstance(const RequestContext& request, const Insta
     Instance declared = declaredProperties(repository, target, instance);
     declared.path = target.classPath();
     takeKeys(target.definition, declared);
-    const Registration& registration = requireWriter(repository, _modules, target, declared.path);
+    const Server server = requireServer(_servers, target, declared.path);
+    const RequestContext context = providerContext(request, target.nameSpace, 0);
+    if (server.source) return server.source->create(context, declared);
 
-    SinglePath result(registration.provider);
-    const auto mi = _modules.use<CMPIInstanceMI>(registration);
-    ProviderCall call(_broker, providerContext(request, target.nameSpace, 0), result);
+    SinglePath result(server.registration->provider);
+    const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
+    ProviderCall call(_broker, context, result);
     call.run(mi, &CMPIInstanceMIFT::createInstance, makeObjectPath(_broker, target.classPath()),
              makeInstance(_broker, std::move(declared)));
     ObjectPath created = result.take();
@@ -129,12 +120,19 @@ void Operations::modifyInstance(const RequestContext& request, const Instance& i
     Instance declared = declaredProperties(repository, target, instance);
     declared.path = requireInstancePath(repository, target, instance.path);
     checkModification(target, declared, propertyList);
-    const Registration& registration = requireWriter(repository, _modules, target, declared.path);
+    const Server server = requireServer(_servers, target, declared.path);
+    const RequestContext context = providerContext(request, target.nameSpace, 0);
+    if (server.source) {
+        std::erase_if(declared.properties, [&](const PropertyValue& property) {
+            return !selects(propertyList, property.name);
+        });
+        return server.source->modify(context, declared);
+    }
 
     PropertyNames names(propertyList);
-    NoResult result(registration.provider);
-    const auto mi = _modules.use<CMPIInstanceMI>(registration);
-    ProviderCall call(_broker, providerContext(request, target.nameSpace, 0), result);
+    NoResult result(server.registration->provider);
+    const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
+    ProviderCall call(_broker, context, result);
     const CMPIObjectPath* const path = makeObjectPath(_broker, declared.path);
     call.run(mi, &CMPIInstanceMIFT::modifyInstance, path,
              makeInstance(_broker, std::move(declared)), names.get());
@@ -144,11 +142,13 @@ void Operations::deleteInstance(const RequestContext& request, const ObjectPath&
     const Repository& repository = _broker.repository();
     const Target target = requireTarget(repository, request, path);
     ObjectPath wanted = requireInstancePath(repository, target, path);
-    const Registration& registration = requireWriter(repository, _modules, target, wanted);
+    const Server server = requireServer(_servers, target, wanted);
+    const RequestContext context = providerContext(request, target.nameSpace, 0);
+    if (server.source) return server.source->remove(context, wanted);
 
-    NoResult result(registration.provider);
-    const auto mi = _modules.use<CMPIInstanceMI>(registration);
-    ProviderCall call(_broker, providerContext(request, target.nameSpace, 0), result);
+    NoResult result(server.registration->provider);
+    const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
+    ProviderCall call(_broker, context, result);
     call.run(mi, &CMPIInstanceMIFT::deleteInstance, makeObjectPath(_broker, std::move(wanted)));
 }
 

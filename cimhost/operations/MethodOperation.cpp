@@ -107,10 +107,10 @@ const MethodDefinition& requireMethod(const Class& definition, const std::string
                    "class " + definition.name + " has no method '" + name + "'");
 }
 
-const Registration& requireRegistration(const ModuleHost& modules, const Target& target,
+const Registration& requireRegistration(const Servers& servers, const Target& target,
                                         const MethodDefinition& method) {
-    const auto* const found = nearestRegistration(modules, ProviderType::method, target);
-    if (found) return *found;
+    const Server server = servers.nearest(ProviderType::method, target);
+    if (server.registration) return *server.registration;
     throw CimError(CimCode::methodNotAvailable, "no provider serves method " + method.name +
                                                     " of class " + target.definition.name);
 }
@@ -126,7 +126,7 @@ MethodResult Operations::invokeMethod(const RequestContext& request, const Objec
     ObjectPath wanted =
         path.keys.empty() ? target.classPath() : requireInstancePath(repository, target, path);
     Arguments inputs = declaredInputs(repository, target, declared, in);
-    const Registration& registration = requireRegistration(_modules, target, declared);
+    const Registration& registration = requireRegistration(_servers, target, declared);
 
     SingleValue result(registration.provider);
     const auto mi = _modules.use<CMPIMethodMI>(registration);

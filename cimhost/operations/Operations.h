@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cimhost/objects/Objects.h"
+#include "cimhost/operations/Servers.h"
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Repository.h"
 
@@ -69,13 +70,13 @@ struct MethodResult {
 ///
 /// Who answers for a class:
 /// - The provider registered for it. The class that a request names, when it has no registration,
-/// is
-///   the business of its nearest ancestor's provider.
+///   is the business of its nearest ancestor's provider.
 /// - An enumeration asks the provider of every registered subclass too, each about its own class.
 ///   Results of other classes, and of subclasses that are asked about on their own, are left out,
 ///   so that nothing comes twice.
-/// - Classes without a registration of their own have their static instances, and
-/// CIM_ObjectManager,
+/// - A source of the host's own answers like a provider for those of its classes whose instances
+///   have no provider.
+/// - Classes that nobody answers for have their static instances, and CIM_ObjectManager,
 ///   CIM_Namespace and __Namespace have built-in ones. Those can only be read.
 /// - An association walk asks each provider that has an association able to refer to the source,
 /// and
@@ -95,6 +96,10 @@ class Operations {
 public:
     /// Broker and modules must outlive the operations.
     Operations(Broker& broker, ModuleHost& modules);
+
+    /// From now on the source answers for its classes. Before the first request for them; the
+    /// source outlives the last one.
+    void add(InstanceSource& source) { _servers.add(source); }
 
     /// notFound also when the provider succeeds and delivers nothing.
     void getInstance(const RequestContext&, const ObjectPath&, const InstanceOptions&,
@@ -135,6 +140,7 @@ public:
 private:
     Broker& _broker;
     ModuleHost& _modules;
+    Servers _servers;
 };
 
 }  // namespace cimhost

@@ -27,7 +27,7 @@ bool EnumerationFilter::accepts(const NameSpace* nameSpace, const Class* definit
     if (!definition || nameSpace != &_asked.nameSpace) return true;
     if (definition == &_asked.definition) return true;
     if (!nameSpace->isA(definition->name, _asked.definition.name)) return false;
-    return !_registrations.find(ProviderType::instance, nameSpace->name(), definition->name);
+    return !_servers.of(ProviderType::instance, {*nameSpace, *definition});
 }
 
 bool ClassFilter::accepts(const NameSpace* nameSpace, const Class* definition) const {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "cimhost/modules/Registration.h"
 #include "cimhost/objects/Broker.h"
 #include "cimhost/operations/Operations.h"
+#include "cimhost/operations/Servers.h"
 #include "cimhost/operations/Target.h"
 
 #include <optional>
@@ -40,17 +40,17 @@ public:
 };
 
 /// For an enumeration that asks about `asked`: its instances, and those of its subclasses, but for
-/// subclasses that are registered: those are asked about on their own. Results of unknown classes
-/// pass, since modules may serve what nobody declared.
+/// subclasses that somebody answers for: those are asked about on their own. Results of unknown
+/// classes pass, since modules may serve what nobody declared.
 class EnumerationFilter final : public ResultFilter {
 public:
-    EnumerationFilter(const Registrations& registrations, const Target& asked)
-        : _registrations(registrations), _asked(asked) {}
+    EnumerationFilter(const Servers& servers, const Target& asked)
+        : _servers(servers), _asked(asked) {}
 
     bool accepts(const NameSpace* nameSpace, const Class* definition) const override;
 
 private:
-    const Registrations& _registrations;
+    const Servers& _servers;
     const Target& _asked;
 };
 

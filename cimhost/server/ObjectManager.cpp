@@ -9,11 +9,6 @@ namespace {
 
 constexpr std::chrono::milliseconds deliveryGrace{500};
 
-Registrations withSubscriptions(Registrations registrations, const Repository& repository) {
-    SubscriptionModule::registerIn(registrations, repository);
-    return registrations;
-}
-
 }  // namespace
 
 ObjectManager::ObjectManager(const Repository& repository, Registrations registrations,
@@ -22,17 +17,14 @@ ObjectManager::ObjectManager(const Repository& repository, Registrations registr
     : _broker(repository, log, fillUpCalls),
       _delivery(indications.delivery, log),
       _routes(repository, log),
-      _modules(_broker, withSubscriptions(std::move(registrations), repository),
-               std::move(providerFolders)),
+      _modules(_broker, std::move(registrations), std::move(providerFolders)),
       _operations(_broker, _modules),
       _subscriptions(_broker, _modules, _routes, _delivery),
       _handler(_operations, repository),
       _adapter(_handler) {
     _broker.setOperations(&_operations);
     _broker.setIndicationSink(&_routes);
-    _subscriptionModule.serve(_broker, _subscriptions);
-    _modules.addStatic(std::string(SubscriptionModule::moduleName),
-                       _subscriptionModule.factories());
+    _operations.add(_subscriptions);
     _subscriptions.restore(indications.stateFile);
 }
 

@@ -2,7 +2,6 @@
 
 #include "cimhost/cimxml/Handler.h"
 #include "cimhost/indications/IndicationRoutes.h"
-#include "cimhost/indications/SubscriptionModule.h"
 #include "cimhost/indications/Subscriptions.h"
 #include "cimhost/modules/ModuleHost.h"
 #include "cimhost/objects/Broker.h"
@@ -46,7 +45,6 @@ private:
     Broker _broker;
     IndicationDelivery _delivery;
     IndicationRoutes _routes;
-    SubscriptionModule _subscriptionModule;
     ModuleHost _modules;
     Operations _operations;
     Subscriptions _subscriptions;

@@ -1,4 +1,3 @@
-#include "cimhost/indications/SubscriptionModule.h"
 #include "cimhost/indications/Subscriptions.h"
 #include "tests/cimhost/indications/IndicationFixture.h"
 #include "tests/cimhost/operations/OperationsFixture.h"
@@ -118,16 +117,13 @@ protected:
     IndicationRoutes routes{repository, log};
 
 private:
-    SubscriptionModule _module;
     std::unique_ptr<Subscriptions> _subscriptions;
 };
 
 void SubscriptionOperations::serveSubscriptions() {
-    SubscriptionModule::registerIn(registrations(), repository);
     start();
-    host().addStatic(std::string(SubscriptionModule::moduleName), _module.factories());
     _subscriptions = std::make_unique<Subscriptions>(broker, host(), routes, outlet);
-    _module.serve(broker, *_subscriptions);
+    operations().add(*_subscriptions);
     _subscriptions->restore({});
 }
 

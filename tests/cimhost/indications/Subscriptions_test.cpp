@@ -1,6 +1,5 @@
 #include "cimhost/indications/Subscriptions.h"
 
-#include "cimhost/indications/SubscriptionModule.h"
 #include "cimhost/mof/MofReader.h"
 #include "cimhost/objects/Description.h"
 #include "cimhost/operations/UpCalls.h"

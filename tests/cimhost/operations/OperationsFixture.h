@@ -78,7 +78,6 @@ protected:
 
     Operations& operations() { return *_operations; }
     ModuleHost& host() { return *_host; }
-    Registrations& registrations() { return _registrations; }
     const RequestContext& request() const { return _request; }
     void stop() { _host.reset(); }
 
