@@ -21,7 +21,7 @@
 ///   gets them from its key properties where the repository knows the class.
 /// - Properties that a filter leaves out are dropped, the ones already there included.
 /// - A value of type CMPI_chars is the `char*` itself, cast to `CMPIValue*`; it is kept as a
-/// string.
+///   string.
 /// - A null object inside a CMPIValue is a NULL value.
 /// - Names and types are not compared with the class here: modules may serve what nobody declared.
 /// - `free...` and `release` on an object that they are not for do nothing but write to the log.

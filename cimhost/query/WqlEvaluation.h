@@ -12,8 +12,7 @@
 ///
 /// Numbers compare by value, whatever their types; strings byte by byte, with regard to case;
 /// datetimes of one kind, and a string that reads as one, by their time. LIKE knows `%`, `_`,
-/// `[ab]`,
-/// `[a-z]` and `[^ab]`. `__CLASS` is the name of the instance's class.
+/// `[ab]`, `[a-z]` and `[^ab]`. `__CLASS` is the name of the instance's class.
 namespace cimhost {
 
 enum class Truth : signed char { no = -1, unknown = 0, yes = 1 };
