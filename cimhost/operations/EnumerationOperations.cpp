@@ -37,7 +37,8 @@ void enumerate(Servers& servers, const Target& target, Ask&& ask, const VisitIns
     };
     bool isServed = askServers(servers, target, askServer);
     servers.readOnly().visit(target, [&](const Instance& instance, const Class& definition) {
-        if (servers.of(ProviderType::instance, {target.nameSpace, definition})) return;
+        const Target own{target.nameSpace, definition};
+        if (!servers.countsReadOnly(ProviderType::instance, own)) return;
         isServed = true;
         visit(instance, definition);
     });

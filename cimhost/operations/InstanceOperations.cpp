@@ -14,8 +14,9 @@ namespace {
 Server requireServer(Servers& servers, const Target& target, const ObjectPath& path) {
     if (const Server own = servers.of(ProviderType::instance, target)) return own;
     HostInstances& readOnly = servers.readOnly();
-    if (readOnly.find(path)) return {nullptr, &readOnly};
-    if (const Server nearest = servers.nearest(ProviderType::instance, target)) return nearest;
+    const Server nearest = servers.nearest(ProviderType::instance, target);
+    if (!nearest.source && readOnly.find(path)) return {nullptr, &readOnly};
+    if (nearest) return nearest;
     if (readOnly.serves(target)) return {nullptr, &readOnly};
     refuseUnserved(target);
 }

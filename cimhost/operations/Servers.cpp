@@ -24,6 +24,10 @@ Server Servers::nearest(ProviderType type, const Target& target) const noexcept 
     return {};
 }
 
+bool Servers::countsReadOnly(ProviderType type, const Target& target) const noexcept {
+    return !of(type, target) && !nearest(type, target).source;
+}
+
 void Servers::visitAssociations(const Target& end, const WantsInstance& isWanted,
                                 const VisitInstance& visit) const {
     for (const InstanceSource* const source : _sources) {
@@ -36,7 +40,7 @@ void Servers::visitAssociations(const Target& end, const WantsInstance& isWanted
     _readOnly.visitAssociations(end, [&](const Instance& instance, const Class& definition) {
         if (!isWanted(instance, definition)) return;
         const Target own{end.nameSpace, definition};
-        if (!of(ProviderType::association, own)) visit(instance, definition);
+        if (countsReadOnly(ProviderType::association, own)) visit(instance, definition);
     });
 }
 

@@ -43,6 +43,10 @@ public:
 
     HostInstances& readOnly() noexcept { return _readOnly; }
 
+    /// True when the read-only instances of just this class count: nobody answers for the class,
+    /// nor a source for an ancestor, which has taken them in.
+    bool countsReadOnly(ProviderType type, const Target& target) const noexcept;
+
     /// Calls `visit` for those of the host's association instances in the target's namespace that
     /// `isWanted` and that no provider answers for.
     void visitAssociations(const Target& end, const WantsInstance& isWanted,

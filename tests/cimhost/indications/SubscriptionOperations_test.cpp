@@ -268,6 +268,25 @@ instance of CIM_IndicationSubscription { Filter = $Filter; Handler = $Listener; 
     EXPECT_EQ(referencesTo(found.all[0]), 1U);
 }
 
+TEST_F(SubscriptionOperations, ASubclassInstanceOfTheMofIsThereOnceAndStaysAsItIs) {
+    readMof(R"(
+instance of TST_SubFilter {
+    Name = "special"; CreationClassName = "TST_SubFilter"; Query = "SELECT * FROM TST_Alarm";
+    QueryLanguage = "WQL"; SourceNamespace = "root/test";
+};
+)",
+            "interop");
+    serveSubscriptions();
+    EXPECT_THAT(namesOf("TST_SubFilter"), ElementsAre("TST_SubFilter.special"));
+    EXPECT_THAT(namesOf("CIM_IndicationFilter"),
+                ElementsAre("CIM_IndicationFilter.static", "TST_SubFilter.special"));
+    FoundPaths found;
+    operations().enumerateInstanceNames(request(), classPath("TST_SubFilter", "interop"), found);
+    EXPECT_EQ(get(found.all.at(0)).find("Query")->value, Value::string("SELECT * FROM TST_Alarm"));
+    EXPECT_THAT(failureOfCall([&] { operations().deleteInstance(request(), found.all[0]); }),
+                testing::EndsWith("came with the schema and stays as it is"));
+}
+
 TEST_F(SubscriptionOperations, QueriesAreNotSupported) {
     serveSubscriptions();
     RequestContext inInterop = request();
