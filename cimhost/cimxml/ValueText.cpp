@@ -1,8 +1,8 @@
 #include "cimhost/cimxml/ValueText.h"
 
+#include "cimhost/repository/DateTime.h"
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/Utf8.h"
-#include "cimhost/repository/ValueConversion.h"
 
 #include <algorithm>
 #include <charconv>
@@ -124,7 +124,7 @@ std::optional<Value> readCharacter(std::string_view text) noexcept {
 }
 
 std::optional<Value> readDateTime(std::string_view text) {
-    if (!isDateTimeText(text)) return std::nullopt;
+    if (!isDateTime(text)) return std::nullopt;
     return Value(CimType::dateTime, std::string(text));
 }
 

@@ -3,7 +3,6 @@
 #include "cimhost/objects/Entry.h"
 #include "cimhost/objects/StringHandle.h"
 #include "cimhost/repository/CimError.h"
-#include "cimhost/repository/ValueConversion.h"
 
 namespace cimhost {
 
@@ -14,8 +13,7 @@ CMPIUint64 getBinaryFormat(const CMPIDateTime* dateTime, CMPIStatus* status) noe
         dateTime, status, [](DateTimeObject& object, CMPIrc&) -> CMPIUint64 {
             if (const auto microseconds = microsecondsOf(object.view())) return *microseconds;
             throw CimError(CimCode::failed,
-                           std::string(object.view()) +
-                               " is before 1970, or on no day, and has no binary form");
+                           std::string(object.view()) + " is before 1970 and has no binary form");
         });
 }
 
@@ -44,7 +42,7 @@ const CMPIDateTimeFT DateTimeObject::table = {
 };
 
 DateTimeObject& makeDateTimeObject(const Home& home, std::string_view text) {
-    if (isDateTimeText(text)) return make<DateTimeObject>(home, text);
+    if (isDateTime(text)) return make<DateTimeObject>(home, text);
     throw CimError(CimCode::invalidParameter, "\"" + std::string(text) + "\" is no CIM datetime");
 }
 

@@ -12,7 +12,7 @@ namespace cimhost {
 struct DateTimeObject : ObjectBase<CMPIDateTime, ObjectKind::dateTime> {
     static const CMPIDateTimeFT table;
 
-    /// The text has the form of a datetime.
+    /// The text is a datetime.
     explicit DateTimeObject(std::string_view dateTime) noexcept {
         dateTime.copy(text.data(), text.size());
     }
@@ -22,8 +22,7 @@ struct DateTimeObject : ObjectBase<CMPIDateTime, ObjectKind::dateTime> {
     std::array<char, dateTimeLength> text{};
 };
 
-/// CimError invalidParameter when the text has not the form of a datetime. A day that the calendar
-/// does not have passes: values of the repository are not looked at more closely than there.
+/// CimError invalidParameter when the text is no CIM datetime.
 DateTimeObject& makeDateTimeObject(const Home& home, std::string_view text);
 
 }  // namespace cimhost

@@ -1,9 +1,9 @@
 #include "cimhost/repository/ValueConversion.h"
 
 #include "cimhost/repository/CimError.h"
+#include "cimhost/repository/DateTime.h"
 #include "cimhost/repository/ModelPathText.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -104,7 +104,7 @@ Value toReal(const Value& value, CimType type) {
 Value toDateTime(const Value& value) {
     const Text* const text = value.get<Text>();
     if (!text) refuse(value, CimType::dateTime);
-    if (!isDateTimeText(*text)) {
+    if (!isDateTime(*text)) {
         mismatch("'" + std::string(text->view().substr(0, 40)) + "' is not a datetime");
     }
     return Value(CimType::dateTime, *text);
@@ -116,54 +116,7 @@ Value toReference(const Value& value) {
     return Value::reference(parseModelPath(*value.get<Text>()));
 }
 
-constexpr std::size_t dateTimeLength = 25;
-
-bool isDigit(char character) noexcept {
-    return character >= '0' && character <= '9';
-}
-
-int twoDigits(std::string_view text, std::size_t place) noexcept {
-    if (!isDigit(text[place]) || !isDigit(text[place + 1])) return -1;  // asterisks
-    return (text[place] - '0') * 10 + (text[place + 1] - '0');
-}
-
-// Fields may be unknown: all asterisks, and then every field after them as well, but in the
-// microseconds, where the digits may become asterisks one by one.
-bool hasDateTimeDigits(std::string_view text, std::size_t wholeFieldsEnd) noexcept {
-    const std::string_view digits = text.substr(0, 21);
-    const std::size_t star = digits.find('*');
-    for (std::size_t i = 0; i < digits.size(); ++i) {
-        if (i == 14) continue;
-        if (i >= star ? digits[i] != '*' : !isDigit(digits[i])) return false;
-    }
-    if (star >= 14) return true;
-    return star == 0 || star == wholeFieldsEnd || (star > wholeFieldsEnd && star % 2 == 0);
-}
-
-bool within(int number, int lowest, int highest) noexcept {
-    return number == -1 || (number >= lowest && number <= highest);
-}
-
-bool isTimeOfDay(std::string_view text) noexcept {
-    return within(twoDigits(text, 8), 0, 23) && within(twoDigits(text, 10), 0, 59) &&
-           within(twoDigits(text, 12), 0, 59);
-}
-
-bool isOffset(std::string_view text) noexcept {
-    return std::all_of(text.begin() + 22, text.end(), isDigit);
-}
-
 }  // namespace
-
-bool isDateTimeText(std::string_view text) noexcept {
-    if (text.size() != dateTimeLength || text[14] != '.') return false;
-    if (!isOffset(text) || !isTimeOfDay(text)) return false;
-    if (text[21] == ':') return text.substr(22) == "000" && hasDateTimeDigits(text, 8);
-    if (text[21] != '+' && text[21] != '-') return false;
-    // Years are four digits wide, the fields after them two.
-    return hasDateTimeDigits(text, 4) && within(twoDigits(text, 4), 1, 12) &&
-           within(twoDigits(text, 6), 1, 31);
-}
 
 Value convertScalar(const Value& value, CimType type) {
     if (value.isArray()) refuse(value, type);

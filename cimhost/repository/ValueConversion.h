@@ -6,14 +6,9 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 /// Values made to fit a declared type. Pure functions, safe from several threads.
 namespace cimhost {
-
-/// True for the 25 characters of a point in time or an interval (DSP0004, 5.2.4), asterisks
-/// included.
-bool isDateTimeText(std::string_view text) noexcept;
 
 /// The scalar as this type. NULL stays NULL; an integer may change its width and sign when the
 /// number fits, and become a real; a string becomes a datetime when it reads as one, or a reference

@@ -70,6 +70,8 @@ TEST_F(MofValueParser, ChecksTheRangeOfTheDeclaredType) {
     EXPECT_EQ(refusal("uint8 P = 1.5"), "t.mof:1:21: a real number is not of type uint8");
     EXPECT_EQ(refusal("string P = 1"), "t.mof:1:22: an integer is not of type string");
     EXPECT_EQ(refusal("datetime P = \"now\""), "t.mof:1:24: 'now' is not a datetime");
+    EXPECT_EQ(refusal("datetime P = \"20240231000000.000000+000\""),
+              "t.mof:1:24: '20240231000000.000000+000' is not a datetime");
     EXPECT_EQ(refusal("boolean P = 1"), "t.mof:1:23: an integer is not of type boolean");
     EXPECT_EQ(refusal("char16 P = \"a\""),
               "t.mof:1:22: a value of type string is not of type char16");

@@ -54,6 +54,7 @@ TEST_F(DateTimeHandle, IsNotMadeOfBadTextOrNumbers) {
     EXPECT_EQ(eft().newDateTimeFromBinary(broker(), ~CMPIUint64{0}, 0, &status), nullptr);
     EXPECT_EQ(status, CMPI_RC_ERR_INVALID_PARAMETER);
     EXPECT_THROW(makeDateTime(realBroker, "yesterday"), CimError);
+    EXPECT_THROW(makeDateTime(realBroker, "20240231000000.000000+000"), CimError);
 }
 
 TEST_F(DateTimeHandle, Before1970HasNoNumber) {

@@ -75,7 +75,8 @@ TEST_F(WqlEvaluation, KnowsNothingOfNullAndOfWhatCannotBeCompared) {
     for (const char* const condition :
          {"Nothing = 'a'", "Nothing <> 'a'", "Missing = 1", "NOT Missing = 1", "Nothing LIKE '%'",
           "Text = 5", "Small = 'five'", "Flag > TRUE", "Flag = 1", "List = 1", "Made = 'yesterday'",
-          "Made = '00000001000000.000000:000'", "SourceInstance.Missing = 1", "Small.Part = 1"}) {
+          "Made < '20260231000000.000000+000'", "Made = '00000001000000.000000:000'",
+          "SourceInstance.Missing = 1", "Small.Part = 1"}) {
         EXPECT_EQ(truth(condition), Truth::unknown) << condition;
     }
     EXPECT_EQ(truth("Nothing IS NULL"), Truth::yes);
