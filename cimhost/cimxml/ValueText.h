@@ -1,8 +1,7 @@
 #pragma once
 
-#include "cimhost/repository/Value.h"
+#include "cimhost/repository/Literals.h"
 
-#include <array>
 #include <optional>
 #include <string_view>
 
@@ -17,7 +16,7 @@ namespace cimhost {
 std::optional<Value> readScalar(CimType type, std::string_view text);
 
 /// Room for the text of any value that is not a string.
-using ScalarScratch = std::array<char, 48>;
+using ScalarScratch = NumberScratch;
 
 /// The text of a scalar, not escaped: in `scratch`, or the value's own string.
 /// Empty for NULL, references and embedded instances.

@@ -1,5 +1,6 @@
 #include "cimhost/mof/MofLexer.h"
 
+#include "cimhost/repository/Literals.h"
 #include "cimhost/repository/Names.h"
 
 #include <algorithm>
@@ -9,39 +10,8 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-bool isDigit(char character) noexcept {
-    return character >= '0' && character <= '9';
-}
-
 bool isSpace(char character) noexcept {
     return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
-bool isSign(char character) noexcept {
-    return character == '+' || character == '-';
-}
-
-bool beginsNumber(std::string_view text) noexcept {
-    if (!text.empty() && isSign(text.front())) text.remove_prefix(1);
-    if (text.starts_with('.')) text.remove_prefix(1);
-    return !text.empty() && isDigit(text.front());
-}
-
-// Takes letters along, so that "12ab" is one bad number and not a number and a name.
-std::size_t numberLength(std::string_view text) noexcept {
-    std::size_t length = isSign(text.front()) ? 1 : 0;
-    bool isReal = false;
-    for (; length < text.size(); ++length) {
-        const char character = text[length];
-        isReal = isReal || character == '.';
-        const bool isExponentSign =
-            isReal && isSign(character) && (text[length - 1] == 'e' || text[length - 1] == 'E');
-        if (character != '.' && !isExponentSign && !isDigit(character) &&
-            findNameEnd(text.substr(length, 1)) == 0) {
-            break;
-        }
-    }
-    return length;
 }
 
 bool isLineEnd(char character) noexcept {
@@ -99,7 +69,7 @@ MofToken MofLexer::next() {
     if (const std::size_t length = findNameEnd(rest)) return _take(MofToken::Kind::name, length);
     if (rest.front() == '"') return _quoted(MofToken::Kind::string, '"', "string");
     if (rest.front() == '\'') return _quoted(MofToken::Kind::character, '\'', "character");
-    if (beginsNumber(rest)) return _take(MofToken::Kind::number, numberLength(rest));
+    if (beginsNumber(rest)) return _take(MofToken::Kind::number, numberLength(rest, false));
     const std::size_t aliasLength = rest.front() == '$' ? findNameEnd(rest.substr(1)) : 0;
     if (aliasLength > 0) return _take(MofToken::Kind::alias, aliasLength + 1);
     return _take(MofToken::Kind::symbol, 1);

@@ -1,6 +1,6 @@
 #include "cimhost/operations/Dispatch.h"
 #include "cimhost/operations/Operations.h"
-#include "cimhost/query/QueryText.h"
+#include "cimhost/query/WqlParser.h"
 
 namespace cimhost {
 

@@ -2,8 +2,8 @@
 
 #include "cimhost/query/WqlPattern.h"
 #include "cimhost/repository/DateTime.h"
+#include "cimhost/repository/Literals.h"
 #include "cimhost/repository/Names.h"
-#include "cimhost/repository/Utf8.h"
 
 #include <algorithm>
 #include <cmath>
@@ -101,13 +101,10 @@ Order compareTexts(const Value& left, const Value& right) {
 }
 
 // A character as the string that queries write for it.
-std::optional<Value> characterText(const Value& value) {
+std::optional<Value> characterString(const Value& value) {
     if (value.type() != CimType::char16) return std::nullopt;
-    const std::uint64_t code = *value.get<std::uint64_t>();
-    if (code >= 0xD800 && code <= 0xDFFF) return std::nullopt;
-    std::string text;
-    appendUtf8(text, static_cast<char32_t>(code));
-    return Value::string(std::move(text));
+    std::optional<std::string> text = characterText(*value.get<std::uint64_t>());
+    return text ? std::optional(Value::string(*text)) : std::nullopt;
 }
 
 bool isNumber(const Value& value) noexcept {
@@ -117,8 +114,8 @@ bool isNumber(const Value& value) noexcept {
 Order compare(const Value& left, const Value& right) {
     if (left.isArray() || right.isArray()) return Order::unordered;
     if (isNumber(left) && isNumber(right)) return compareNumbers(left, right);
-    if (const auto text = characterText(left)) return compare(*text, right);
-    if (const auto text = characterText(right)) return compare(left, *text);
+    if (const auto text = characterString(left)) return compare(*text, right);
+    if (const auto text = characterString(right)) return compare(left, *text);
     if (left.get<Text>() && right.get<Text>()) return compareTexts(left, right);
     return Order::unordered;
 }

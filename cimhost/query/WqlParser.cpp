@@ -2,12 +2,12 @@
 
 #include "cimhost/query/WqlLexer.h"
 #include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Literals.h"
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/Utf8.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <utility>
 
 namespace cimhost {
@@ -40,22 +40,13 @@ constexpr auto keywords = std::to_array<std::string_view>(
                    "the query has more than " + std::to_string(limit) + " " + std::string(what));
 }
 
-template <typename Number>
-bool readWhole(std::string_view text, Number& number) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return error == std::errc() && end == text.data() + text.size();
-}
-
-Value numberValue(const WqlToken& token) {
-    std::string_view text = token.text;
-    if (text.starts_with('+')) text.remove_prefix(1);
-    std::uint64_t natural = 0;
-    if (readWhole(text, natural)) return Value::unsignedInteger(CimType::uint64, natural);
-    std::int64_t integer = 0;
-    if (readWhole(text, integer)) return Value::signedInteger(CimType::sint64, integer);
-    double real = 0;
-    if (readWhole(text, real)) return Value(CimType::real64, real);
-    refuseQuery(token, "a number");
+void requireQueryLanguage(std::string_view language) {
+    if (std::any_of(languages.begin(), languages.end(),
+                    [&](std::string_view known) { return equalNames(known, language); })) {
+        return;
+    }
+    throw CimError(CimCode::queryLanguageNotSupported,
+                   "query language '" + std::string(language) + "' is not supported");
 }
 
 class Parser {
@@ -76,6 +67,14 @@ public:
             refuseQuery(_token, query.condition ? "AND, OR or the end" : "WHERE or the end");
         }
         _dropClassNames(query);
+    }
+
+    // Selections of all kinds: the provider that is asked may know more of them.
+    std::string readClassName() {
+        _require("SELECT");
+        while (_token.kind != WqlToken::Kind::end && !_token.isKeyword("FROM")) _advance();
+        _require("FROM");
+        return _name("a class name");
     }
 
 private:
@@ -227,9 +226,10 @@ private:
     WqlOperand _operand() {
         if (_token.kind == WqlToken::Kind::string) return _string("");
         if (_token.kind == WqlToken::Kind::number) {
-            Value number = numberValue(_token);
+            std::optional<Value> number = readNumber(_token.text);
+            if (!number) refuseQuery(_token, "a number");
             _advance();
-            return number;
+            return *std::move(number);
         }
         if (_accept("TRUE")) return Value::boolean(true);
         if (_accept("FALSE")) return Value::boolean(false);
@@ -269,13 +269,9 @@ private:
 
 }  // namespace
 
-void requireQueryLanguage(std::string_view language) {
-    if (std::any_of(languages.begin(), languages.end(),
-                    [&](std::string_view known) { return equalNames(known, language); })) {
-        return;
-    }
-    throw CimError(CimCode::queryLanguageNotSupported,
-                   "query language '" + std::string(language) + "' is not supported");
+std::string queriedClass(std::string_view language, std::string_view query) {
+    requireQueryLanguage(language);
+    return Parser(language, query).readClassName();
 }
 
 WqlQuery parseQuery(std::string_view language, std::string_view text) {

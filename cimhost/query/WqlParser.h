@@ -3,6 +3,7 @@
 #include "cimhost/query/WqlQuery.h"
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 /// Queries of WQL, and the part of CQL that is written alike:
@@ -22,12 +23,14 @@ struct WqlLimits {
     static constexpr std::size_t nameParts = 16;
 };
 
-/// Throws CimError queryLanguageNotSupported for others than WQL, CQL and DMTF:CQL, in any case.
-void requireQueryLanguage(std::string_view language);
-
-/// Throws CimError queryLanguageNotSupported; invalidQuery that says where something else is
+/// Languages are WQL, CQL and DMTF:CQL, in any case; others are CimError queryLanguageNotSupported.
+/// Throws invalidQuery that says where something else is
 /// expected, or which limit the query exceeds; queryFeatureNotSupported for LIKE in CQL, whose
 /// patterns are of another kind.
 WqlQuery parseQuery(std::string_view language, std::string_view text);
+
+/// The class behind FROM; what is selected, and what follows, may be anything. Throws CimError
+/// queryLanguageNotSupported, invalidQuery.
+std::string queriedClass(std::string_view language, std::string_view text);
 
 }  // namespace cimhost

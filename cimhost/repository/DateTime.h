@@ -8,8 +8,8 @@
 /// The 25 characters of a CIM datetime (DSP0004, 5.2.4): `yyyymmddhhmmss.mmmmmmsutc` for a point in
 /// time, `ddddddddhhmmss.mmmmmm:000` for an interval. Asterisks stand for what is not known: whole
 /// fields, or the last digits of the microseconds, from some place to the last digit. As a number
-/// such a value is its least one. What is a datetime is judged here alone, for MOF, CIM-XML, queries
-/// and providers. Pure functions, safe from several threads.
+/// such a value is its least one. What is a datetime is judged here alone, for MOF, CIM-XML,
+/// queries and providers. Pure functions, safe from several threads.
 namespace cimhost {
 
 constexpr std::size_t dateTimeLength = 25;

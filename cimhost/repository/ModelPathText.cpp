@@ -1,14 +1,11 @@
 #include "cimhost/repository/ModelPathText.h"
 
 #include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Literals.h"
 #include "cimhost/repository/Names.h"
-#include "cimhost/repository/Utf8.h"
 
-#include <charconv>
-#include <cmath>
-#include <cstdint>
+#include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 
 namespace cimhost {
@@ -85,57 +82,31 @@ private:
     }
 
     Value _value() {
-        if (_accept('"')) return Value::string(_quoted('"'));
-        if (_accept('\'')) return _character();
+        if (_rest().starts_with('"')) return Value::string(_quoted());
+        if (_rest().starts_with('\'')) return _character();
         const std::string_view word = _rest().substr(0, _rest().find(','));
-        if (equalNames(word, "true") || equalNames(word, "false")) {
-            _place += word.size();
-            return Value::boolean(equalNames(word, "true"));
-        }
-        return _number(word);
+        std::optional<Value> value = readBoolean(word);
+        if (!value) value = readNumber(word);
+        if (!value) _fail("a value");
+        _place += word.size();
+        return *std::move(value);
     }
 
-    std::string _quoted(char quote) {
+    std::string _quoted() {
         std::string text;
-        while (!_accept(quote)) {
-            _accept('\\');
-            if (_place == _text.size()) _fail("a closing quote");
-            text += _text[_place++];
+        const std::size_t end = readQuoted(_rest(), Escapes::backslash, text);
+        if (end == std::string_view::npos) {
+            _place = _text.size();
+            _fail("a closing quote");
         }
+        _place += end;
         return text;
     }
 
     Value _character() {
-        const std::string text = _quoted('\'');
-        const auto character = firstCodePoint(text);
-        if (!character || character->length != text.size() || character->value > 0xFFFF) {
-            _fail("one character in apostrophes");
-        }
-        return Value::unsignedInteger(CimType::char16, character->value);
-    }
-
-    Value _number(std::string_view word) {
-        Value value = _parsed<std::uint64_t>(word, CimType::uint64);
-        if (value.isNull()) value = _parsed<std::int64_t>(word, CimType::sint64);
-        if (value.isNull()) value = _parsed<double>(word, CimType::real64);
-        if (value.isNull()) _fail("a value");
-        _place += word.size();
-        return value;
-    }
-
-    template <typename Number>
-    static Value _parsed(std::string_view word, CimType type) {
-        if (word.starts_with('+')) {
-            word.remove_prefix(1);
-            if (word.starts_with('-')) return Value::null(type);
-        }
-        Number number{};
-        const char* const end = word.data() + word.size();
-        const auto result = std::from_chars(word.data(), end, number);
-        if (result.ec != std::errc() || result.ptr != end) return Value::null(type);
-        // from_chars knows words such as "inf" too; a literal has digits.
-        if (!std::isfinite(static_cast<double>(number))) return Value::null(type);
-        return Value(type, number);
+        std::optional<Value> character = readCharacter(_quoted());
+        if (!character) _fail("one character in apostrophes");
+        return *std::move(character);
     }
 
     std::string_view _text;

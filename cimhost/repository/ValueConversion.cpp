@@ -3,6 +3,7 @@
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/DateTime.h"
 #include "cimhost/repository/ModelPathText.h"
+#include "cimhost/repository/ModelText.h"
 
 #include <cmath>
 #include <limits>
@@ -70,19 +71,11 @@ std::string kindText(const Value& value) {
              std::to_string(range.lowest) + " to " + std::to_string(range.highest) + ")");
 }
 
-Value makeInteger(CimType type, std::uint64_t number) {
-    if (number > integerRange(type).highest) outOfRange(std::to_string(number), type);
-    if (isUnsigned(type)) return Value::unsignedInteger(type, number);
-    return Value::signedInteger(type, static_cast<std::int64_t>(number));
-}
-
 Value toInteger(const Value& value, CimType type) {
     if (!isInteger(value.type())) refuse(value, type);
-    if (const auto* number = value.get<std::uint64_t>()) return makeInteger(type, *number);
-    const std::int64_t number = *value.get<std::int64_t>();
-    if (number >= 0) return makeInteger(type, static_cast<std::uint64_t>(number));
-    if (number < integerRange(type).lowest) outOfRange(std::to_string(number), type);
-    return Value::signedInteger(type, number);
+    std::optional<Value> converted = integerAs(value, type);
+    if (!converted) outOfRange(describe(value), type);
+    return *std::move(converted);
 }
 
 double numberOf(const Value& value) noexcept {
@@ -117,6 +110,20 @@ Value toReference(const Value& value) {
 }
 
 }  // namespace
+
+std::optional<Value> integerAs(const Value& value, CimType type) noexcept {
+    const IntegerRange range = integerRange(type);
+    const auto* const integer = value.get<std::int64_t>();
+    if (integer && *integer < 0) {
+        if (*integer < range.lowest) return std::nullopt;
+        return Value::signedInteger(type, *integer);
+    }
+    const std::uint64_t number =
+        integer ? static_cast<std::uint64_t>(*integer) : *value.get<std::uint64_t>();
+    if (number > range.highest) return std::nullopt;
+    if (isUnsigned(type)) return Value::unsignedInteger(type, number);
+    return Value::signedInteger(type, static_cast<std::int64_t>(number));
+}
 
 Value convertScalar(const Value& value, CimType type) {
     if (value.isArray()) refuse(value, type);

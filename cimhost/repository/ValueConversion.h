@@ -10,6 +10,9 @@
 /// Values made to fit a declared type. Pure functions, safe from several threads.
 namespace cimhost {
 
+/// The integer, which is not NULL, in another width or sign; nothing when it does not fit.
+std::optional<Value> integerAs(const Value& value, CimType type) noexcept;
+
 /// The scalar as this type. NULL stays NULL; an integer may change its width and sign when the
 /// number fits, and become a real; a string becomes a datetime when it reads as one, or a reference
 /// when it reads as a model path. Throws CimError typeMismatch that says what does not fit.

@@ -7,9 +7,11 @@
 namespace cimhost {
 namespace {
 
-std::string failureOf(std::string_view text, std::string_view language = "WQL") {
+template <typename Read = decltype(&parseQuery)>
+std::string failureOf(std::string_view text, std::string_view language = "WQL",
+                      Read read = parseQuery) {
     try {
-        parseQuery(language, text);
+        read(language, text);
     } catch (const CimError& error) {
         return std::to_string(static_cast<int>(error.code())) + ": " + error.what();
     }
@@ -129,6 +131,34 @@ TEST(WqlParser, HoldsToItsLimits) {
     EXPECT_EQ(failureOf(many + " OR a=1"), "15: the query has more than 256 comparisons");
     EXPECT_EQ(failureOf("SELECT * FROM X" + std::string(WqlLimits::textBytes, ' ')),
               "15: the query has more than 16384 bytes");
+}
+
+TEST(WqlParser, FindsTheClassBehindFromWhateverIsSelected) {
+    EXPECT_EQ(queriedClass("WQL", "SELECT * FROM CIM_Fan"), "CIM_Fan");
+    EXPECT_EQ(queriedClass("DMTF:CQL", "select Name,Speed from CIM_Fan where Speed > 3"),
+              "CIM_Fan");
+    EXPECT_EQ(queriedClass("cql", "SELECT\n*\nFROM\tCIM_Fan;"), "CIM_Fan");
+    EXPECT_EQ(queriedClass("CQL", "SELECT OBJECTPATH(f) AS p, COUNT(*) FROM CIM_Fan AS f, CIM_X"),
+              "CIM_Fan");
+}
+
+TEST(WqlParser, PassesOverFromInStrings) {
+    EXPECT_EQ(queriedClass("WQL", "SELECT \"a FROM b\", 'it\\'s FROM c' FROM CIM_Fan"), "CIM_Fan");
+}
+
+TEST(WqlParser, SaysWhatIsMissingWhereTheClassShouldBe) {
+    const auto failure = [](std::string_view text, std::string_view language = "WQL") {
+        return failureOf(text, language, queriedClass);
+    };
+    EXPECT_EQ(failure("SELECT * FROM CIM_Fan", "SQL"), "14: query language 'SQL' is not supported");
+    EXPECT_EQ(failure("SELECT * FROM CIM_Fan", "").substr(0, 4), "14: ");
+    EXPECT_EQ(failure("DELETE FROM CIM_Fan"),
+              "15: the query has 'DELETE' at character 1 where SELECT is expected");
+    for (const char* const query :
+         {"", "   ", "SELECT", "SELECT * FROM", "SELECT * FROM 7", "SELECT \"* FROM CIM_Fan",
+          "FROM CIM_Fan", "SELECT * FROM \"CIM_Fan\""}) {
+        EXPECT_EQ(failure(query).substr(0, 4), "15: ") << query;
+    }
 }
 
 }  // namespace
