@@ -126,7 +126,7 @@ ContextObject::Entry entryFrom(std::string_view name, const CMPIValue* value, CM
     if (type != CMPI_ptr) {
         entry.value = valueOf(value, type);
     } else {
-        entry.bytes = value ? value->dataPtr : CMPIValuePtr{nullptr, 0};
+        entry.bytes = value ? readMember<CMPIValuePtr>(value) : CMPIValuePtr{nullptr, 0};
     }
     return entry;
 }
@@ -151,7 +151,7 @@ CMPIStatus addEntry(const CMPIContext* context, const char* name, const CMPIValu
         }
         if (equalNames(CMPIInvocationFlags, wanted)) {
             if (type != CMPI_uint32) throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};
-            object.request.flags = value ? value->uint32 : 0;
+            object.request.flags = value ? readMember<CMPIUint32>(value) : 0;
         } else {
             addOwnEntry(object, entryFrom(wanted, value, type));
         }

@@ -9,6 +9,7 @@
 #include "cimhost/repository/CimError.h"
 
 #include <array>
+#include <bit>
 #include <cstdint>
 
 namespace cimhost {
@@ -114,7 +115,8 @@ CMPIValue scalarToCmpi(const Home& home, const Value& value) {
         case CimType::uint16:
         case CimType::uint32:
         case CimType::uint64:
-            // On a little-endian machine the narrow members are the low bytes of the wide one.
+            // The narrow members are the low bytes of the wide one.
+            static_assert(std::endian::native == std::endian::little);
             result.uint64 = numberIn<CMPIUint64, std::uint64_t>(value);
             break;
         case CimType::sint8:
@@ -153,62 +155,72 @@ CMPIValue scalarToCmpi(const Home& home, const Value& value) {
     return result;
 }
 
-Value textValue(CimType type, std::string_view text) {
-    return Value(type, Value::Data(std::in_place_type<Text>, text));
-}
-
-Value arrayValue(CimType type, const CMPIValue& value) {
-    if (!value.array) return Value::nullArray(type);
-    const ArrayObject& array = requiredObject<ArrayObject>(value.array);
+Value arrayValue(CimType type, const CMPIArray* handle) {
+    if (!handle) return Value::nullArray(type);
+    const ArrayObject& array = requiredObject<ArrayObject>(handle);
     if (array.elementType != type) throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};
     return Value::array(type, array.elements);
 }
 
-Value objectValue(CimType type, const CMPIValue& value) {
-    if (!value.string) return Value::null(type);  // any of the pointers
-    switch (type) {
-        case CimType::string:
-            return textValue(type, requiredObject<StringObject>(value.string).view());
-        case CimType::dateTime:
-            return textValue(type, requiredObject<DateTimeObject>(value.dateTime).view());
-        case CimType::reference:
-            return Value(type, requiredObject<ObjectPathObject>(value.ref).model.share());
-        default:
-            return Value(type, requiredObject<InstanceObject>(value.inst).share());
-    }
+template <typename Object, typename Content>
+Value objectValue(CimType type, const CMPIValue* value, Content&& content) {
+    const auto* const handle = readMember<const typename Object::Handle*>(value);
+    return handle ? Value(type, content(requiredObject<Object>(handle))) : Value::null(type);
 }
 
-Value scalarValue(CMPIType type, const CMPIValue& value) {
-    switch (type) {
+template <typename Object>
+Value textOf(CimType type, const CMPIValue* value) {
+    return objectValue<Object>(type, value,
+                               [](const Object& object) { return Text(object.view()); });
+}
+
+template <typename Number>
+Value unsignedValue(CimType type, const CMPIValue* value) noexcept {
+    return Value::unsignedInteger(type, readMember<Number>(value));
+}
+
+template <typename Number>
+Value signedValue(CimType type, const CMPIValue* value) noexcept {
+    return Value::signedInteger(type, readMember<Number>(value));
+}
+
+Value scalarValue(CMPIType code, const CMPIValue* value) {
+    const CimType type = modelTypeOf(code);
+    switch (code) {
         case CMPI_boolean:
-            return Value::boolean(value.boolean != 0);
+            return Value::boolean(readMember<CMPIBoolean>(value) != 0);
         case CMPI_char16:
-            return Value::unsignedInteger(CimType::char16, value.char16);
+            return unsignedValue<CMPIChar16>(type, value);
         case CMPI_uint8:
-            return Value::unsignedInteger(CimType::uint8, value.uint8);
+            return unsignedValue<CMPIUint8>(type, value);
         case CMPI_uint16:
-            return Value::unsignedInteger(CimType::uint16, value.uint16);
+            return unsignedValue<CMPIUint16>(type, value);
         case CMPI_uint32:
-            return Value::unsignedInteger(CimType::uint32, value.uint32);
+            return unsignedValue<CMPIUint32>(type, value);
         case CMPI_uint64:
-            return Value::unsignedInteger(CimType::uint64, value.uint64);
+            return unsignedValue<CMPIUint64>(type, value);
         case CMPI_sint8:
-            return Value::signedInteger(CimType::sint8, value.sint8);
+            return signedValue<CMPISint8>(type, value);
         case CMPI_sint16:
-            return Value::signedInteger(CimType::sint16, value.sint16);
+            return signedValue<CMPISint16>(type, value);
         case CMPI_sint32:
-            return Value::signedInteger(CimType::sint32, value.sint32);
+            return signedValue<CMPISint32>(type, value);
         case CMPI_sint64:
-            return Value::signedInteger(CimType::sint64, value.sint64);
+            return signedValue<CMPISint64>(type, value);
         case CMPI_real32:
-            return Value(CimType::real32, static_cast<double>(value.real32));
+            return Value(type, static_cast<double>(readMember<CMPIReal32>(value)));
         case CMPI_real64:
-            return Value(CimType::real64, value.real64);
+            return Value(type, readMember<CMPIReal64>(value));
         case CMPI_string:
+            return textOf<StringObject>(type, value);
         case CMPI_dateTime:
+            return textOf<DateTimeObject>(type, value);
         case CMPI_ref:
+            return objectValue<ObjectPathObject>(
+                type, value, [](ObjectPathObject& path) { return path.model.share(); });
         case CMPI_instance:
-            return objectValue(modelTypeOf(type), value);
+            return objectValue<InstanceObject>(
+                type, value, [](InstanceObject& instance) { return instance.share(); });
         default:
             throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
     }
@@ -243,13 +255,12 @@ CMPIData toCmpi(const Broker& broker, const Value& value) {
 
 Value valueOf(const CMPIValue* value, CMPIType type) {
     // Not a CMPIValue at all, so it is not looked at as one.
-    if (value && type == CMPI_chars) {
-        return textValue(CimType::string, reinterpret_cast<const char*>(value));
-    }
-    if (value && !isArrayCode(type)) return scalarValue(type, *value);
+    if (value && type == CMPI_chars) return Value::string(reinterpret_cast<const char*>(value));
+    if (value && !isArrayCode(type)) return scalarValue(type, value);
     const CimType model = cimType(type);
     if (model == CimType::none) throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
-    return value ? arrayValue(model, *value) : Value::nullOf(model, isArrayCode(type));
+    return value ? arrayValue(model, readMember<const CMPIArray*>(value))
+                 : Value::nullOf(model, isArrayCode(type));
 }
 
 Value fromCmpi(const CMPIValue* value, CMPIType type) {

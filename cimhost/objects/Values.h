@@ -3,6 +3,8 @@
 #include "cimhost/objects/Object.h"
 #include "cimhost/objects/Objects.h"
 
+#include <cstring>
+
 namespace cimhost {
 
 /// As toCmpi of Objects.h, with the objects made for this home.
@@ -12,6 +14,15 @@ CMPIData toCmpi(const Home& home, const Value& value);
 /// CMPI_RC_ERR_INVALID_DATA_TYPE, a foreign handle CMPI_RC_ERR_INVALID_HANDLE, an array of another
 /// type CMPI_RC_ERR_TYPE_MISMATCH.
 Value valueOf(const CMPIValue* value, CMPIType type);
+
+/// What a provider gave at this address: no more of it is there than the member's bytes, and it may
+/// lie as a CMPIValue does not, since `(CMPIValue*)&number` is how values are given.
+template <typename Member>
+Member readMember(const void* value) noexcept {
+    Member member;
+    std::memcpy(&member, value, sizeof member);
+    return member;
+}
 
 /// Adds CMPI_keyValue.
 inline CMPIData asKey(CMPIData data) noexcept {

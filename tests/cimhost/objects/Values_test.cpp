@@ -3,6 +3,8 @@
 #include "cimhost/repository/CimError.h"
 #include "tests/support/BrokerFixture.h"
 
+#include <array>
+
 namespace cimhost {
 namespace {
 
@@ -71,6 +73,28 @@ TEST_F(Values, ZeroTheUnusedBytes) {
     CMPIValue expected{};
     expected.sint8 = -1;
     EXPECT_EQ(std::memcmp(&data.value, &expected, sizeof expected), 0);
+}
+
+// A number of a provider's own, given as a CMPIValue, at an odd address.
+template <typename Number>
+Value valueOfOddNumber(Number number, CMPIType type) {
+    alignas(CMPIValue) std::array<unsigned char, sizeof number + 1> bytes{};
+    std::memcpy(bytes.data() + 1, &number, sizeof number);
+    return fromCmpi(reinterpret_cast<const CMPIValue*>(bytes.data() + 1), type);
+}
+
+TEST_F(Values, AreReadFromNoMoreBytesThanTheirTypeHasWhereverTheyLie) {
+    EXPECT_EQ(valueOfOddNumber(CMPIUint16{0xfedc}, CMPI_uint16),
+              Value::unsignedInteger(CimType::uint16, 0xfedc));
+    EXPECT_EQ(valueOfOddNumber(CMPIChar16{'x'}, CMPI_char16),
+              Value::unsignedInteger(CimType::char16, 'x'));
+    EXPECT_EQ(valueOfOddNumber(CMPIBoolean{1}, CMPI_boolean), Value::boolean(true));
+    EXPECT_EQ(valueOfOddNumber(CMPISint32{-5}, CMPI_sint32),
+              Value::signedInteger(CimType::sint32, -5));
+    EXPECT_EQ(valueOfOddNumber(CMPIReal32{0.5F}, CMPI_real32), Value(CimType::real32, 0.5));
+    EXPECT_EQ(valueOfOddNumber(newString("a"), CMPI_string), Value::string("a"));
+    EXPECT_EQ(valueOfOddNumber(static_cast<CMPIArray*>(nullptr), CMPI_uint8A),
+              Value::nullArray(CimType::uint8));
 }
 
 TEST_F(Values, OfEveryBooleanByteAreTrueButZero) {
