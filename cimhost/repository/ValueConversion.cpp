@@ -5,6 +5,7 @@
 #include "cimhost/repository/ModelPathText.h"
 #include "cimhost/repository/ModelText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <utility>
@@ -88,10 +89,11 @@ Value toReal(const Value& value, CimType type) {
     if (!isInteger(value.type()) && !isReal(value.type())) refuse(value, type);
     const double number = numberOf(value);
     if (type == CimType::real64 || !std::isfinite(number)) return Value(type, number);
-    if (std::abs(number) > static_cast<double>(std::numeric_limits<float>::max())) {
-        mismatch("the number is out of range for real32");
-    }
-    return Value(type, static_cast<double>(static_cast<float>(number)));
+    // Half a digit more than the largest float: what is below is that float, with fewer digits.
+    constexpr double beyond = 0x1.ffffffp127;
+    constexpr double most = std::numeric_limits<float>::max();
+    if (std::abs(number) >= beyond) mismatch("the number is out of range for real32");
+    return Value(type, static_cast<float>(std::clamp(number, -most, most)));
 }
 
 Value toDateTime(const Value& value) {

@@ -84,6 +84,11 @@ TEST(ValueConversion, AReal32HasThePrecisionAndRangeOfOne) {
               Value(CimType::real32, static_cast<double>(0.1F)));
     EXPECT_EQ(refusal(Value(CimType::real64, 1e39), CimType::real32),
               "the number is out of range for real32");
+    constexpr double most = std::numeric_limits<float>::max();
+    EXPECT_EQ(convertScalar(Value(CimType::real64, -3.4028235e38), CimType::real32),
+              Value(CimType::real32, -most));
+    EXPECT_EQ(refusal(Value(CimType::real64, 3.4028236e38), CimType::real32),
+              "the number is out of range for real32");
 }
 
 TEST(ValueConversion, KindsThatDoNotMixAreRefused) {
