@@ -80,6 +80,12 @@ void MofCompilation::compileText(std::string_view text, const std::string& name)
     _compile(text, _names.back(), {});
 }
 
+void MofCompilation::finish() {
+    _instances.resolve([this](const MofInstance& declared, Instance instance) {
+        _repository.make(declared.nameSpace->name()).addInstance(std::move(instance));
+    });
+}
+
 void MofCompilation::_compileIncluded(const std::filesystem::path& file,
                                       const MofPosition& position) {
     const std::filesystem::path id = identity(file);
@@ -136,12 +142,9 @@ void MofCompilation::_pragma(MofCursor& cursor, const std::filesystem::path& fol
     const MofToken pragma = cursor.expectName("the name of a pragma");
     const bool isInclude = pragma.isName("include");
     if (!isInclude && !pragma.isName("namespace")) return skipPragmaParameters(cursor);
-    cursor.expectSymbol('(', "after the pragma");
-    const MofPosition position = cursor.position();
-    const std::string parameter = parseString(cursor, "a string as the pragma's parameter");
-    cursor.expectSymbol(')', "after the pragma's parameter");
-    if (isInclude) return _include(parameter, position, folder);
-    _setNameSpace(parameter, position);
+    const MofPragmaParameter parameter = parsePragmaParameter(cursor);
+    if (isInclude) return _include(parameter.text, parameter.position, folder);
+    _nameSpace = atPosition(parameter.position, [&] { return &_repository.make(parameter.text); });
 }
 
 void MofCompilation::_include(const std::string& name, const MofPosition& position,
@@ -153,10 +156,6 @@ void MofCompilation::_include(const std::string& name, const MofPosition& positi
     }
     if (!isThere(file)) failAt(position, "the included file '" + name + "' is not found");
     _compileIncluded(file, position);
-}
-
-void MofCompilation::_setNameSpace(const std::string& name, const MofPosition& position) {
-    _nameSpace = atPosition(position, [&] { return &_repository.make(name); });
 }
 
 }  // namespace cimhost

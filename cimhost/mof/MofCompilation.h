@@ -25,7 +25,7 @@ public:
     void compileText(std::string_view text, const std::string& name);
 
     /// Adds the instances, once everything is read.
-    void finish() { _instances.store(); }
+    void finish();
 
 private:
     void _compile(std::string_view text, const std::string& name,
@@ -36,7 +36,6 @@ private:
     void _pragma(MofCursor& cursor, const std::filesystem::path& folder);
     void _include(const std::string& name, const MofPosition& position,
                   const std::filesystem::path& folder);
-    void _setNameSpace(const std::string& name, const MofPosition& position);
 
     Repository& _repository;
     const std::vector<std::filesystem::path>& _searchPaths;

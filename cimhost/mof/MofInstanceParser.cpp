@@ -12,7 +12,7 @@ using PropertyNames = std::unordered_set<std::string_view, NameHash, NameEqual>;
 
 // Qualifiers on an instance have had no meaning since DSP0004 2.3; those there are must still be
 // right.
-MofInstanceProperty parseProperty(MofCursor& cursor, NameSpace& nameSpace) {
+MofInstanceProperty parseProperty(MofCursor& cursor, const NameSpace& nameSpace) {
     parseQualifiers(cursor, nameSpace);
     MofInstanceProperty property;
     const MofToken name = cursor.expectName("the name of a property or '}'");
@@ -55,7 +55,7 @@ const MofInstanceProperty* MofInstance::find(std::string_view name) const noexce
     return found == properties.end() ? nullptr : &*found;
 }
 
-MofInstance parseInstance(MofCursor& cursor, NameSpace& nameSpace) {
+MofInstance parseInstance(MofCursor& cursor, const NameSpace& nameSpace) {
     MofInstance instance;
     instance.nameSpace = &nameSpace;
     cursor.expectKeyword("of", "after 'instance'");

@@ -17,7 +17,7 @@ struct MofInstanceProperty {
 
 /// An instance as written: aliases may lead to instances that come later.
 struct MofInstance {
-    NameSpace* nameSpace = nullptr;
+    const NameSpace* nameSpace = nullptr;
     const Class* definition = nullptr;
     std::string alias;  ///< with its '$'; empty without
     std::vector<MofInstanceProperty> properties;
@@ -29,6 +29,6 @@ struct MofInstance {
 
 /// `instance of Class as $alias { name = value; ... };` The cursor is behind `instance`.
 /// The class must be known and have the properties. Throws MofError.
-MofInstance parseInstance(MofCursor& cursor, NameSpace& nameSpace);
+MofInstance parseInstance(MofCursor& cursor, const NameSpace& nameSpace);
 
 }  // namespace cimhost

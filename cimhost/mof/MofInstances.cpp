@@ -39,11 +39,10 @@ void MofInstances::add(MofInstance instance) {
     _entries.push_back({std::move(instance), State::unresolved, {}});
 }
 
-void MofInstances::store() {
+void MofInstances::resolve(const Taker& take) {
     for (const Entry& entry : _entries) {
         Instance instance = _convert(entry.declared, 0);
-        atPosition(entry.declared.position,
-                   [&] { entry.declared.nameSpace->addInstance(std::move(instance)); });
+        atPosition(entry.declared.position, [&] { take(entry.declared, std::move(instance)); });
     }
 }
 

@@ -4,6 +4,7 @@
 #include "cimhost/repository/Names.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -17,10 +18,13 @@ public:
     /// Throws MofError when the alias is taken.
     void add(MofInstance instance);
 
-    /// Resolves aliases and adds every instance to its namespace, in order.
+    /// What takes an instance whose aliases are resolved; a CimError of it becomes a MofError.
+    using Taker = std::function<void(const MofInstance& declared, Instance instance)>;
+
+    /// Resolves aliases and hands on every instance, in order.
     /// Throws MofError for an unknown alias, one that leads back to itself by its keys, or a value
     /// that does not fit.
-    void store();
+    void resolve(const Taker& take);
 
 private:
     enum class State { unresolved, inProgress, resolved };

@@ -81,7 +81,7 @@ private:
     std::vector<const FlavorRow*> _given;
 };
 
-Value qualifierValue(MofCursor& cursor, NameSpace& nameSpace,
+Value qualifierValue(MofCursor& cursor, const NameSpace& nameSpace,
                      const QualifierDeclaration& declaration) {
     const MofType type{declaration.type, declaration.isArray, declaration.arraySize};
     if (cursor.peek().isSymbol('{')) {
@@ -107,7 +107,7 @@ Flavor parseFlavors(MofCursor& cursor, Flavor flavor) {
     return reader.flavor();
 }
 
-MofQualifier parseQualifier(MofCursor& cursor, NameSpace& nameSpace) {
+MofQualifier parseQualifier(MofCursor& cursor, const NameSpace& nameSpace) {
     const MofToken name = cursor.expectName("a qualifier");
     const QualifierDeclaration* const declaration = nameSpace.findQualifier(name.text);
     if (!declaration) failAt(name.position, "qualifier " + describe(name) + " is not declared");
@@ -156,7 +156,7 @@ CimType parseQualifierType(MofCursor& cursor) {
 
 }  // namespace
 
-MofQualifiers parseQualifiers(MofCursor& cursor, NameSpace& nameSpace) {
+MofQualifiers parseQualifiers(MofCursor& cursor, const NameSpace& nameSpace) {
     MofQualifiers qualifiers;
     if (!cursor.acceptSymbol('[')) return qualifiers;
     std::unordered_set<std::string, NameHash, NameEqual> seen;
@@ -184,7 +184,7 @@ Qualifiers placedQualifiers(MofQualifiers qualifiers, std::uint16_t scopes,
     return placed;
 }
 
-QualifierDeclaration parseQualifierDeclaration(MofCursor& cursor, NameSpace& nameSpace) {
+QualifierDeclaration parseQualifierDeclaration(MofCursor& cursor, const NameSpace& nameSpace) {
     QualifierDeclaration declaration;
     const MofToken name = cursor.expectName("the qualifier's name");
     declaration.name = name.text;

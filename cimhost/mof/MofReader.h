@@ -10,6 +10,18 @@
 
 namespace cimhost {
 
+/// An instance that a text declares.
+struct DeclaredInstance {
+    MofPosition position;  ///< of the name of its class
+    Instance instance;     ///< class and namespace in its path, which has no keys
+};
+
+/// Reads a text of `#pragma namespace` and instances, which are added nowhere, from one thread.
+/// `name` stands for the file in messages and outlives what is returned. Throws MofError, also for
+/// a namespace that is not there, and for anything else than instances.
+std::vector<DeclaredInstance> readInstances(const Repository& repository, std::string_view text,
+                                            const std::string& name);
+
 /// Reads MOF (DSP0004, annex A) into a repository.
 ///
 /// Not safe from several threads. A text that fails leaves the classes and qualifiers before the

@@ -29,6 +29,14 @@ std::string parseString(MofCursor& cursor, const char* what) {
     return text;
 }
 
+MofPragmaParameter parsePragmaParameter(MofCursor& cursor) {
+    cursor.expectSymbol('(', "after the pragma");
+    const MofPosition position = cursor.position();
+    std::string text = parseString(cursor, "a string as the pragma's parameter");
+    cursor.expectSymbol(')', "after the pragma's parameter");
+    return {std::move(text), position};
+}
+
 MofElement parseElement(MofCursor& cursor) {
     MofElement element;
     element.position = cursor.position();

@@ -44,6 +44,14 @@ MofInitializer parseInitializer(MofCursor& cursor, MemoryBudget& budget);
 /// The string literal that must be here, joined with those that follow it.
 std::string parseString(MofCursor& cursor, const char* what);
 
+struct MofPragmaParameter {
+    std::string text;
+    MofPosition position;
+};
+
+/// `("text")` behind the name of a pragma.
+MofPragmaParameter parsePragmaParameter(MofCursor& cursor);
+
 /// What an element stands for, in the given type. Throws MofError at the element.
 using ElementConverter = std::function<Value(const MofElement&, CimType)>;
 

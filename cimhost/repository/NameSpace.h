@@ -74,7 +74,8 @@ public:
     /// All association classes, in order of definition.
     const std::vector<const Class*>& associations() const noexcept { return _associations; }
 
-    MemoryBudget& budget() noexcept { return *_budget; }
+    /// Charged by whoever reads definitions, into this namespace or against it.
+    MemoryBudget& budget() const noexcept { return *_budget; }
 
 private:
     struct Node {
