@@ -80,6 +80,7 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& file) {
 }
 
 void replaceFile(const std::filesystem::path& file, std::string_view text) {
+    if (text.size() > largestFile) fail(file, "cannot be written", EFBIG);
     std::filesystem::path next = file;
     next += ".new";
     try {

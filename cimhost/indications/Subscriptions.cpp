@@ -4,6 +4,7 @@
 #include "cimhost/indications/SubscriptionParts.h"
 #include "cimhost/indications/SubscriptionRules.h"
 #include "cimhost/indications/SubscriptionText.h"
+#include "cimhost/mof/MofCursor.h"
 #include "cimhost/operations/Target.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
@@ -323,35 +324,28 @@ void Subscriptions::_restoreStatic() {
     }
 }
 
-void Subscriptions::_restoreFile(const std::filesystem::path& file) {
+bool Subscriptions::_restoreFile(const std::filesystem::path& file) {
     const std::optional<std::string> text = readWholeFile(file);
-    if (!text) return;
-    const auto refuse = [&](std::size_t line, const char* reason) {
-        throw std::runtime_error(file.string() + ":" + std::to_string(line) + ": " + reason);
-    };
-    try {
-        for (ReadInstance& each : parseSubscriptions(*text)) {
-            try {
-                const Target target = requireTarget(repository(), {}, each.instance.path);
-                Instance instance =
-                    declaredProperties(repository(), target, std::move(each.instance));
-                _add({}, completeInstance(target.nameSpace, std::move(instance)), false);
-            } catch (const CimError& error) {
-                refuse(each.line, error.what());
-            }
-        }
-    } catch (const SubscriptionTextError& error) {
-        refuse(error.line(), error.what());
+    if (!text) return true;
+    const std::string name = file.string();
+    for (DeclaredInstance& each : parseSubscriptions(repository(), *text, name)) {
+        atPosition(each.position, [&] {
+            const Target target = requireTarget(repository(), {}, each.instance.path);
+            Instance instance = declaredProperties(repository(), target, std::move(each.instance));
+            _add({}, completeInstance(target.nameSpace, std::move(instance)), false);
+        });
     }
+    return !isOldForm(*text);
 }
 
 void Subscriptions::restore(const std::optional<std::filesystem::path>& file) {
     const Change change(*this);
     _isRestoring = true;
     _restoreStatic();
-    if (file) _restoreFile(*file);
+    const bool isCurrent = !file || _restoreFile(*file);
     _isRestoring = false;
     _file = file;
+    if (!isCurrent) _save();
 }
 
 bool Subscriptions::stop(std::chrono::milliseconds patience) {

@@ -46,9 +46,9 @@ public:
     Subscriptions& operator=(const Subscriptions&) = delete;
 
     /// Takes in what the MOF defines and the state file holds, and activates it. Once, before
-    /// requests. A file that is not there is made by the first change. Throws std::runtime_error
-    /// `file:line: reason` for a damaged one. A subscription that a provider refuses now is kept,
-    /// shown as disabled and logged.
+    /// requests. A file that is not there is made by the first change; one in the old form is
+    /// written anew. Throws std::runtime_error `file:line:column: reason` for a damaged one. A
+    /// subscription that a provider refuses now is kept, shown as disabled and logged.
     void restore(const std::optional<std::filesystem::path>& file);
 
     bool serves(const Target& target) const noexcept override;
@@ -103,7 +103,8 @@ private:
     void _setRoutes();
     void _save();
     void _restoreStatic();
-    void _restoreFile(const std::filesystem::path& file);
+    /// False for a file in the old form, which is to be written anew.
+    bool _restoreFile(const std::filesystem::path& file);
 
     Broker& _broker;
     std::vector<const NameSpace*> _interop;  ///< where they are

@@ -14,7 +14,7 @@ MODEL = ("cimhost/repository",)
 OBJECTS = (*MODEL, "cimhost/query", "cmpi")
 MODULES = (*OBJECTS, "cimhost/objects")
 OPERATIONS = (*MODULES, "cimhost/modules")
-INDICATIONS = (*OPERATIONS, "cimhost/operations")
+INDICATIONS = (*OPERATIONS, "cimhost/operations", "cimhost/mof")  # subscriptions are kept as MOF
 MAY_INCLUDE = {
     "cmpi": (),
     "cmpicpp": ("cmpi",),

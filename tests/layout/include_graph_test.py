@@ -51,6 +51,8 @@ CASES = [  # file, what it includes, whether that is allowed
     ("cimhost/modules/A.cpp", "cimhost/operations/A.h", False),
     ("cimhost/operations/A.cpp", "cimhost/indications/A.h", False),
     ("cimhost/indications/A.cpp", "cimhost/operations/A.h", True),
+    ("cimhost/indications/A.cpp", "cimhost/mof/A.h", True),
+    ("cimhost/operations/A.cpp", "cimhost/mof/A.h", False),
     ("cimhost/cimxml/A.cpp", "cimhost/indications/A.h", True),
     ("cimhost/cimxml/A.cpp", "cimhost/http/A.h", False),
     ("cimhost/http/A.cpp", "cimhost/repository/A.h", False),

@@ -359,10 +359,10 @@ class Keeping(SubscribedCase):
         self.stop()
         whole = self.state.read_text()
         damages = {
-            whole[:len(whole) // 2]: r"state:\d+: ",
-            whole.replace("SELECT * FROM", "SELECT * FRM"): r"state:2: the query has 'FRM'",
-            whole.replace("cimhost subscriptions 1", "something else"): r"state:1: ",
-            whole.replace("end of 3", "end of 4"): r"state:\d+: there are 3",
+            whole[:len(whole) // 2]: r"state:\d+:\d+: ",
+            whole.replace("SELECT * FROM", "SELECT * FRM"): r"state:\d+:\d+: the query has 'FRM'",
+            whole.replace("cimhost subscriptions 2", "something else"): r"state:1:1: ",
+            whole.replace("end of 3", "end of 4"): r"state:\d+:\d+: there are 3",
         }
         for damaged, reason in damages.items():
             self.state.write_text(damaged)

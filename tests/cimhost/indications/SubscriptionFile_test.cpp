@@ -43,6 +43,16 @@ TEST(SubscriptionFile, StaysAsItWasWhenItCannotBeReplaced) {
     EXPECT_THROW(replaceFile(folder / "gone" / "state", "new"), std::runtime_error);
 }
 
+TEST(SubscriptionFile, IsNotWrittenWhenItWouldBeTooLargeToRead) {
+    const TemporaryFolder folder;
+    const auto file = folder / "state";
+    replaceFile(file, std::string(std::size_t{16} << 20U, 'x'));
+    EXPECT_TRUE(readWholeFile(file));
+    EXPECT_THROW(replaceFile(file, std::string((std::size_t{16} << 20U) + 1, 'x')),
+                 std::runtime_error);
+    EXPECT_TRUE(readWholeFile(file));
+}
+
 TEST(SubscriptionFile, IsNotWrittenThroughALink) {
     const TemporaryFolder folder;
     std::filesystem::create_symlink(folder / "elsewhere", folder / "state.new");

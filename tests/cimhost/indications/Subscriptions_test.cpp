@@ -1,5 +1,6 @@
 #include "cimhost/indications/Subscriptions.h"
 
+#include "cimhost/indications/SubscriptionFile.h"
 #include "cimhost/mof/MofReader.h"
 #include "cimhost/objects/Description.h"
 #include "cimhost/operations/UpCalls.h"
@@ -463,11 +464,21 @@ TEST_F(SubscriptionsTest, AreRefusedWhenTheirStateCannotBeKept) {
     EXPECT_EQ(alarms.take(), Texts{});
 }
 
+TEST_F(SubscriptionsTest, AreRefusedWhenTheStateFileCannotHoldThem) {
+    const TemporaryFolder folder;
+    start(folder / "state");
+    Instance destination = destinationOf("http://x/");
+    destination.set("Name", Value::string("\xFF"));
+    EXPECT_EQ(codeOf([&] { create(destination); }), 1);
+    EXPECT_EQ(countOf("CIM_ListenerDestination"), 0U);
+    start(folder / "state");
+}
+
 TEST_F(SubscriptionsTest, NameTheLineOfADamagedStateFile) {
     const TemporaryFolder folder;
     const auto file = folder / "state";
     const auto failure = [&](const std::string& text) {
-        std::ofstream(file, std::ios::trunc) << "cimhost subscriptions 1\n" << text;
+        std::ofstream(file, std::ios::trunc) << text;
         try {
             start(file);
         } catch (const std::runtime_error& error) {
@@ -475,15 +486,43 @@ TEST_F(SubscriptionsTest, NameTheLineOfADamagedStateFile) {
         }
         return std::string();
     };
-    EXPECT_EQ(failure("end of 0 instances\n"), "");
-    EXPECT_EQ(failure("CIM_IndicationFilter in nowhere\nend of 1 instances\n").substr(0, 4),
-              ":2: ");
-    EXPECT_EQ(failure("CIM_Gone in interop\nend of 1 instances\n").substr(0, 4), ":2: ");
-    EXPECT_EQ(failure("CIM_IndicationFilter in interop\n    Colour = 5\nend of 1 instances\n")
-                  .substr(0, 4),
-              ":2: ");
-    EXPECT_EQ(failure("CIM_IndicationFilter in interop\n    Name = \"a\"\nend of 1 instances\n"),
-              ":2: property Query has no value");
+    const std::string old = "cimhost subscriptions 1\n";
+    const std::string head = "// cimhost subscriptions 2\n#pragma namespace (\"interop\")\n";
+    const std::string tail = "};\n// end of 1 instances\n";
+    EXPECT_EQ(failure(old + "CIM_IndicationFilter in nowhere\nend of 1 instances\n").substr(0, 3),
+              ":2:");
+    EXPECT_EQ(failure(old + "CIM_Gone in interop\nend of 1 instances\n").substr(0, 3), ":2:");
+    EXPECT_EQ(failure(head + "instance of CIM_Gone {" + tail).substr(0, 6), ":3:13:");
+    EXPECT_EQ(
+        failure(head + "instance of CIM_IndicationFilter {\n    Colour = 5;\n" + tail).substr(0, 5),
+        ":4:5:");
+    const std::string nameless = "instance of CIM_IndicationFilter {\n    Name = \"a\";\n";
+    EXPECT_EQ(failure(head + nameless + tail), ":3:13: property Query has no value");
+    // A file that is refused stays as it is.
+    EXPECT_EQ(readWholeFile(file), head + nameless + tail);
+}
+
+TEST_F(SubscriptionsTest, AreWrittenAnewWhenTheirStateFileIsInTheOldForm) {
+    const TemporaryFolder folder;
+    const auto file = folder / "state";
+    std::ofstream(file) << R"(cimhost subscriptions 1
+CIM_ListenerDestinationCIMXML in interop
+    Name = "a \"b\"\x0a"
+    Destination = "http://localhost:1/"
+    SystemCreationClassName = "s"
+    SystemName = "n"
+    CreationClassName = "CIM_ListenerDestinationCIMXML"
+end of 1 instances
+)";
+    start(file);
+    const auto before = subscriptions->all(repository.get("interop"), "CIM_ListenerDestination");
+    ASSERT_EQ(before.size(), 1U);
+    EXPECT_EQ(before[0].find("Name")->value, Value::string("a \"b\"\n"));
+    EXPECT_TRUE(readWholeFile(file)->starts_with("// cimhost subscriptions 2\n"));
+    start(file);
+    const auto after = subscriptions->all(repository.get("interop"), "CIM_ListenerDestination");
+    ASSERT_EQ(after.size(), 1U);
+    EXPECT_EQ(describe(after[0]), describe(before[0]));
 }
 
 TEST_F(SubscriptionsTest, AreKeptWhenAProviderRefusesThemAfterARestart) {
