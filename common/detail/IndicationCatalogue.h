@@ -9,7 +9,7 @@
 
 /// The built-in definitions of all alert indications, as constant rows.
 ///
-/// The texts go to management consoles as they stand: irregular capitals, blanks at the end and
+/// Titles and summaries go to consoles as they stand: irregular capitals, blanks at the end and
 /// misspellings are kept, since consoles match on them.
 namespace PYL {
 

@@ -67,6 +67,7 @@ inline constexpr auto arrayRows = std::to_array<IndicationRow>({
             "Wait until the cause has passed. If the cache stays disabled, check the battery and the cache module of "
             "the array controller.",
     },
+    // Consoles know it by the title of event 10; the summary tells them apart.
     {
         .family = arrays,
         .eventID = 11, .WBEMEventID = "11",
@@ -343,6 +344,20 @@ inline constexpr IndicationRow foreignDrive{
     .recommendedActions = "Reseat the drive. If it still cannot be authenticated, replace it with a genuine KT drive.",
 };
 
+// Three events that nothing but their numbers tells apart: notices, unlike the failure that event 4
+// predicts.
+consteval IndicationRow earlySign(int eventID, std::string_view WBEMEventID) {
+    return {
+        .family = arrays,
+        .eventID = eventID, .WBEMEventID = WBEMEventID,
+        .severity = severityInformational, .probableCause = causeDiskFailure,
+        .probableCauseDescription = "Physical drive status has changed to Predictive Failure ",
+        .summary = "Physical drive in Predictive Failure  state",
+        .description = "The physical drive reports an early sign of a failure to come. It still works normally.",
+        .recommendedActions = "Plan the replacement of the physical drive for a maintenance window.",
+    };
+}
+
 // There is no event 12, and the numbers for consoles go on without a gap.
 inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
     {
@@ -412,33 +427,9 @@ inline constexpr auto diskDriveRows = std::to_array<IndicationRow>({
         .summary = "Physical drive SSD status OK",
         .description = "The solid state drive works normally and is within its rated write endurance.",
     },
-    {
-        .family = arrays,
-        .eventID = 9, .WBEMEventID = "209",
-        .severity = severityInformational, .probableCause = causeDiskFailure,
-        .probableCauseDescription = "Physical drive status has changed to Predictive Failure ",
-        .summary = "Physical drive in Predictive Failure  state",
-        .description = "The physical drive reports an early sign of a failure to come. It still works normally.",
-        .recommendedActions = "Plan the replacement of the physical drive for a maintenance window.",
-    },
-    {
-        .family = arrays,
-        .eventID = 10, .WBEMEventID = "210",
-        .severity = severityInformational, .probableCause = causeDiskFailure,
-        .probableCauseDescription = "Physical drive status has changed to Predictive Failure ",
-        .summary = "Physical drive in Predictive Failure  state",
-        .description = "The physical drive reports an early sign of a failure to come. It still works normally.",
-        .recommendedActions = "Plan the replacement of the physical drive for a maintenance window.",
-    },
-    {
-        .family = arrays,
-        .eventID = 11, .WBEMEventID = "211",
-        .severity = severityInformational, .probableCause = causeDiskFailure,
-        .probableCauseDescription = "Physical drive status has changed to Predictive Failure ",
-        .summary = "Physical drive in Predictive Failure  state",
-        .description = "The physical drive reports an early sign of a failure to come. It still works normally.",
-        .recommendedActions = "Plan the replacement of the physical drive for a maintenance window.",
-    },
+    earlySign(9, "209"),
+    earlySign(10, "210"),
+    earlySign(11, "211"),
     {
         .family = arrays,
         .eventID = 13, .WBEMEventID = "212",
