@@ -75,8 +75,9 @@ void checkReferenceCount(const Class& definition) {
     const auto references =
         std::count_if(definition.properties.begin(), definition.properties.end(),
                       [](const auto& property) { return property->type == CimType::reference; });
-    if (references < 2)
+    if (references < 2) {
         throwInvalidParameter("association '" + definition.name + "' needs two references");
+    }
 }
 
 // A subclass may name keys only when none are inherited. Its inherited members have kept their

@@ -64,8 +64,9 @@ void checkQualifiers(const NameSpace& nameSpace, const Qualifiers& qualifiers, s
     std::unordered_set<std::string_view, NameHash, NameEqual> seen;
     for (const Qualifier& qualifier : qualifiers) {
         const QualifierDeclaration* const declaration = nameSpace.findQualifier(qualifier.name);
-        if (!declaration)
+        if (!declaration) {
             throwInvalidParameter(element + ": qualifier '" + qualifier.name + "' is not declared");
+        }
         if (!seen.insert(qualifier.name).second) {
             throwInvalidParameter(element + ": qualifier '" + qualifier.name + "' is given twice");
         }
