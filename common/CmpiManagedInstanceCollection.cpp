@@ -1,6 +1,8 @@
 #include "common/CmpiManagedInstanceCollection.h"
 
+#include "cmpicpp/CmpiStatus.h"
 #include "common/AutoMutex.h"
+#include "common/detail/AssociationWalk.h"
 #include "common/detail/LocalRequest.h"
 #include "common/detail/LockedWalk.h"
 
@@ -11,8 +13,34 @@ namespace PYL {
 
 using CmpiCpp::CmpiContext;
 using CmpiCpp::CmpiInstanceResult;
+using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
 using CmpiCpp::CmpiObjectPathResult;
+
+namespace {
+
+void refuse(const Logger& log, const char* line, const char* message) {
+    log.warn(line);
+    throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_SUPPORTED, message);
+}
+
+void refuseRole(const Logger& log, const CmpiName& role) {
+    if (!role.empty()) refuse(log, "role filter not supported", "role filters not supported");
+}
+
+void refuseResultRole(const Logger& log, const CmpiName& resultRole) {
+    if (!resultRole.empty()) {
+        refuse(log, "resultRole filter not supported", "resultRole filters not supported");
+    }
+}
+
+void refuseProperties(const Logger& log, const char** properties) {
+    if (properties) {
+        refuse(log, "property filters not supported!", "property filters not supported");
+    }
+}
+
+}  // namespace
 
 CmpiManagedInstanceCollection::CmpiManagedInstanceCollection(Logger& log) : _log(log) {
     _log.appendLogSource(":");
@@ -105,6 +133,59 @@ bool CmpiManagedInstanceCollection::getInstance(CmpiInstanceResult& result, cons
     }
     _log.warn("instance not found");
     return false;
+}
+
+int CmpiManagedInstanceCollection::associators(CmpiInstanceResult& result, const CmpiContext& ctx,
+                                               const CmpiObjectPath& path,
+                                               const CmpiName& assocClass,
+                                               const CmpiName& resultClass, const CmpiName& role,
+                                               const CmpiName& resultRole,
+                                               const char** properties) {
+    refuseRole(_log, role);
+    refuseResultRole(_log, resultRole);
+    refuseProperties(_log, properties);
+    return lockedWalk(_mutex, _log, "associators", "associators() exception:", [&] {
+        return AssociationWalk(_collection, _log, path, resultClass)
+            .associators(result, ctx, assocClass.str(), [this](const CmpiObjectPath& farEnd) {
+                const int index = _findIndex(farEnd);
+                return index < 0 ? nullptr : _collection[static_cast<std::size_t>(index)];
+            });
+    });
+}
+
+int CmpiManagedInstanceCollection::associatorNames(CmpiObjectPathResult& result, const CmpiContext&,
+                                                   const CmpiObjectPath& path,
+                                                   const CmpiName& assocClass,
+                                                   const CmpiName& resultClass,
+                                                   const CmpiName& role,
+                                                   const CmpiName& resultRole) {
+    refuseRole(_log, role);
+    refuseResultRole(_log, resultRole);
+    return lockedWalk(_mutex, _log, "associatorNames", "associatorNames() exception:", [&] {
+        return AssociationWalk(_collection, _log, path, resultClass)
+            .associatorNames(result, assocClass.str());
+    });
+}
+
+int CmpiManagedInstanceCollection::references(CmpiInstanceResult& result, const CmpiContext&,
+                                              const CmpiObjectPath& path,
+                                              const CmpiName& resultClass, const CmpiName& role,
+                                              const char** properties) {
+    refuseRole(_log, role);
+    refuseProperties(_log, properties);
+    return lockedWalk(_mutex, _log, "references", "references exception:", [&] {
+        return AssociationWalk(_collection, _log, path, resultClass).references(result);
+    });
+}
+
+int CmpiManagedInstanceCollection::referenceNames(CmpiObjectPathResult& result, const CmpiContext&,
+                                                  const CmpiObjectPath& path,
+                                                  const CmpiName& resultClass,
+                                                  const CmpiName& role) {
+    refuseRole(_log, role);
+    return lockedWalk(_mutex, _log, "referenceNames", "referenceNames exception:", [&] {
+        return AssociationWalk(_collection, _log, path, resultClass).referenceNames(result);
+    });
 }
 
 unsigned int CmpiManagedInstanceCollection::size() const {

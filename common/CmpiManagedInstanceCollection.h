@@ -10,7 +10,6 @@
 
 #include <pthread.h>
 
-#include <string>
 #include <vector>
 
 namespace PYL {
@@ -109,21 +108,6 @@ protected:
 private:
     template <typename Deliver>
     int _enumerate(const CmpiCpp::CmpiObjectPath& path, Deliver deliver);
-
-    // What associators() does with one far end: how many instances that delivered, 0 or 1.
-    int _deliverFarEnd(CmpiCpp::CmpiInstanceResult& result, const CmpiCpp::CmpiContext& ctx,
-                       CmpiManagedInstance& association, const CmpiCpp::CmpiObjectPath& farEnd,
-                       const std::string& resultClass, const char** properties);
-    int _deliverOwned(CmpiCpp::CmpiInstanceResult& result, CmpiManagedInstance& association,
-                      CmpiManagedInstance& target, const std::string& resultClass);
-    int _deliverUpCall(CmpiCpp::CmpiInstanceResult& result, const CmpiCpp::CmpiContext& ctx,
-                       CmpiManagedInstance& association, const CmpiCpp::CmpiObjectPath& farEnd,
-                       const std::string& resultClass, const char** properties);
-
-    // The walk of references() and referenceNames(). The caller holds the lock.
-    template <typename Deliver>
-    int _refer(const CmpiCpp::CmpiObjectPath& path, const CmpiCpp::CmpiName& resultClass,
-               Deliver deliver);
 };
 
 }  // namespace PYL

@@ -40,3 +40,6 @@ PYL_LEVELS(LocalFile)
 PYL_LEVELS(SCSIHBA)
 
 }  // namespace PYL
+
+#undef PYL_LEVELS
+#undef PYL_TABLES

@@ -2,6 +2,7 @@
 
 #include "cmpicpp/CmpiMBService.h"
 #include "common/PYLUtil.h"
+#include "common/detail/EnclosureForwarding.h"
 #include "common/detail/IndicationValues.h"
 
 #include <array>
@@ -140,6 +141,13 @@ void KTAlertIndication::setNetworkIPAddress(const CmpiContext& ctx) {
         appendAddress(addresses, endpoint);
     }
     _IPAddresses = std::move(addresses);
+}
+
+int KTAlertIndication::mp_event_gen() {
+    forwardToEnclosure({_severity, _providerName, _eventID, _partNumber, _physicalLocation,
+                        _systemFirmwareVersion, _IPAddresses},
+                       _log);
+    return 0;
 }
 
 void KTAlertIndication::setTemperatureVariables(float caution, float fatal) {

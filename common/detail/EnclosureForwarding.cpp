@@ -1,6 +1,5 @@
-// How an alert reaches the log of the blade enclosure's management module.
+#include "common/detail/EnclosureForwarding.h"
 
-#include "common/KTAlertIndication.h"
 #include "platform/ipmi/Bmc.h"
 
 #include <sys/utsname.h>
@@ -129,18 +128,8 @@ std::string hostNameOption(const Logger& log) {
     return {};
 }
 
-/// What the enclosure is told of an alert. Borrows from the alert.
-struct Event {
-    const std::string& providerName;
-    const std::string& eventID;
-    const std::string& partNumber;
-    const std::string& physicalLocation;
-    const std::string& systemFirmwareVersion;
-    const std::vector<std::string>& addresses;
-};
-
 /// The options of the command. The module takes them in any order; its log shows them in this one.
-std::string argumentLine(const Event& event, const BmcHandle& bmc, const Logger& log) {
+std::string argumentLine(const EnclosureEvent& event, const BmcHandle& bmc, const Logger& log) {
     const bool isCommunication =
         event.providerName == fibreChannelProvider || event.providerName == "KT Ethernet";
     std::string line = "--PNAM " + providerOption(event.providerName);
@@ -163,7 +152,7 @@ std::string argumentLine(const Event& event, const BmcHandle& bmc, const Logger&
     return line + hostNameOption(log);
 }
 
-void runCommand(const Event& event, BmcHandle& bmc, const Logger& log) {
+void runCommand(const EnclosureEvent& event, BmcHandle& bmc, const Logger& log) {
     constexpr std::size_t outputSize = 200'000;
     constexpr std::size_t errorSize = 15'000;
     const Buffer output(static_cast<char*>(std::malloc(outputSize)));
@@ -188,7 +177,7 @@ void runCommand(const Event& event, BmcHandle& bmc, const Logger& log) {
     if (completionCode != 0) log.info("%s", completionText(completionCode));
 }
 
-void forward(const Event& event, const Logger& log) {
+void forward(const EnclosureEvent& event, const Logger& log) {
     OpenBmc bmc;
     const int status = BMC_open(bmc.handle, 0, 1);
     if (status != 0) return log.info("BMC_open() failed: %s", BMC_strerror(status));
@@ -201,22 +190,18 @@ void forward(const Event& event, const Logger& log) {
 
 }  // namespace
 
-int KTAlertIndication::mp_event_gen() {
-    const int event = eventNumber(_eventID);
-    if (!isForwarded(_severity, _providerName, event)) {
-        _log.info(
+void forwardToEnclosure(const EnclosureEvent& event, const Logger& log) {
+    const int number = eventNumber(event.eventID);
+    if (!isForwarded(event.severity, event.providerName, number)) {
+        return log.info(
             "Not forwarded to ENCA since unsupported eventID %d Providername %s to forward to ENCA",
-            event, _providerName);
-        return 0;
+            number, event.providerName);
     }
     try {
-        forward({_providerName, _eventID, _partNumber, _physicalLocation, _systemFirmwareVersion,
-                 _IPAddresses},
-                _log);
+        forward(event, log);
     } catch (const std::exception& failure) {
-        _log.info("not forwarded to ENCA: %s", failure.what());
+        log.info("not forwarded to ENCA: %s", failure.what());
     }
-    return 0;
 }
 
 }  // namespace PYL

@@ -1,3 +1,5 @@
+#include "common/detail/EnclosureForwarding.h"
+
 #include "common/KTAlertIndication.h"
 #include "tests/common/QuietResults.h"
 #include "tests/platform/ipmi/FakeController.h"

@@ -1,4 +1,4 @@
-// The association operations of CmpiManagedInstanceCollection.
+#include "common/detail/AssociationWalk.h"
 
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/common/CollectionFixture.h"
