@@ -18,7 +18,22 @@
 
 namespace {
 
-using namespace cimhost;
+using cimhost::Broker;
+using cimhost::BrokerLog;
+using cimhost::CimXmlHandler;
+using cimhost::fillTestSchema;
+using cimhost::fillUpCalls;
+using cimhost::isWellFormedXml;
+using cimhost::ModuleHost;
+using cimhost::MofReader;
+using cimhost::Operations;
+using cimhost::problemOfReply;
+using cimhost::RecordingReply;
+using cimhost::Repository;
+using cimhost::Tag;
+using cimhost::TestRequest;
+using cimhost::XmlDocument;
+using cimhost::XmlError;
 
 class SilentLog : public BrokerLog {
     void write(Level, std::string_view, std::string_view) noexcept override {}

@@ -9,8 +9,15 @@
 #include <string>
 #include <string_view>
 
+using cimhost::CimCode;
+using cimhost::CimError;
+using cimhost::describe;
+using cimhost::modelPathHash;
+using cimhost::ObjectPath;
+using cimhost::parseModelPath;
+using cimhost::sameModelPath;
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace cimhost;
     ObjectPath path;
     try {
         path = parseModelPath({reinterpret_cast<const char*>(data), size});

@@ -73,9 +73,10 @@ struct IndicationFixture : testing::Test {
 private:
     /// "now" for a time of the last minute in whole seconds.
     static std::string _timeText(const CmpiCpp::CmpiDateTime& time) {
-        using namespace std::chrono;
-        const auto age = system_clock::now().time_since_epoch() - time.microseconds();
-        const bool isWhole = time.microseconds() % seconds(1) == microseconds(0);
+        using std::chrono::minutes;
+        using std::chrono::seconds;
+        const auto age = std::chrono::system_clock::now().time_since_epoch() - time.microseconds();
+        const bool isWhole = time.microseconds() % seconds(1) == std::chrono::microseconds(0);
         const bool isNow = !time.isInterval() && age >= seconds(0) && age < minutes(1);
         return isNow && isWhole ? "now" : time.str();
     }

@@ -11,7 +11,18 @@
 
 namespace {
 
-using namespace PYL;
+using PYL::healthStateCriticalFailure;
+using PYL::healthStateMinorFailure;
+using PYL::ktlogAlertLevel;
+using PYL::operationalStatus;
+using PYL::opstatusFromUint16;
+using PYL::opstatusToString;
+using PYL::PYLUtil;
+using PYL::severityDegraded;
+using PYL::severityFatal;
+using PYL::severityWarning;
+using PYL::updateWorst;
+using enum PYL::operationalStatus;
 
 operationalStatus status(int value) {
     return static_cast<operationalStatus>(value);

@@ -5,7 +5,12 @@
 #include <new>
 #include <stdexcept>
 
-using namespace CmpiCpp;
+using CmpiCpp::CmpiArgs;
+using CmpiCpp::CmpiContext;
+using CmpiCpp::CmpiMethodResult;
+using CmpiCpp::CmpiName;
+using CmpiCpp::CmpiObjectPath;
+using CmpiCpp::CmpiStatus;
 
 namespace {
 

@@ -3,7 +3,15 @@
 #include "cmpicpp/CmpiModule.h"
 #include "cmpicpp/CmpiStatus.h"
 
-using namespace CmpiCpp;
+using CmpiCpp::CmpiBroker;
+using CmpiCpp::CmpiContext;
+using CmpiCpp::CmpiInstance;
+using CmpiCpp::CmpiInstanceResult;
+using CmpiCpp::CmpiName;
+using CmpiCpp::CmpiObjectPath;
+using CmpiCpp::CmpiObjectPathResult;
+using CmpiCpp::CmpiProvider;
+using CmpiCpp::CmpiStatus;
 
 namespace {
 
