@@ -6,9 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstring>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // Where the comparison of tests looks for it: beside the type.

@@ -6,6 +6,7 @@
 #include "cmpicpp/CmpiInstanceProvider.h"
 #include "cmpicpp/CmpiMethodProvider.h"
 
+#include <initializer_list>
 #include <string>
 
 /// A provider of all four kinds in C++: turns every operation with all its arguments into a text,
