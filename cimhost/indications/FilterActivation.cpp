@@ -159,7 +159,7 @@ std::vector<FilterActivation::Activation> FilterActivation::_providersOf(
 
 std::shared_ptr<FilterActivation::Active> FilterActivation::activate(const RequestContext& request,
                                                                      const FilterMeaning& filter) {
-    const auto active = std::make_shared<Active>();
+    auto active = std::make_shared<Active>();
     active->filter = filter;
     active->activations = _providersOf(filter);
     if (active->activations.empty()) {

@@ -61,7 +61,12 @@ Subscriptions::Subscriptions(Broker& broker, ModuleHost& modules, IndicationRout
       _activation(broker, modules) {}
 
 Subscriptions::~Subscriptions() {
-    stop(std::chrono::hours(1));
+    try {
+        stop(std::chrono::hours(1));
+    } catch (const std::exception& error) {
+        _broker.log().write(BrokerLog::Level::error, "indications",
+                            std::string("ending the subscriptions: ") + error.what());
+    }
 }
 
 const NameSpace& Subscriptions::_nameSpaceOf(const ObjectPath& path) const {

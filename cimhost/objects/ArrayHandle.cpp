@@ -60,7 +60,7 @@ const CMPIArrayFT ArrayObject::table = {
     setElementAt,
 };
 
-CMPIArray* makeArray(const Broker& broker, Value array) {
+CMPIArray* makeArray(const Broker& broker, const Value& array) {
     const Value::Array* const elements = array.get<Value::Array>();
     if (!elements) throw CimError(CimCode::typeMismatch, "an array object needs an array value");
     return &make<ArrayObject>(Home{broker}, array.type(), *elements);

@@ -58,7 +58,7 @@ Value withDeclaredReferences(const Repository& repository, const Target& target,
 }
 
 PropertyValue declaredProperty(const Repository& repository, const Target& target,
-                               PropertyValue property) {
+                               const PropertyValue& property) {
     const std::string& className = target.definition.name;
     const PropertyDefinition* const declared = target.definition.findProperty(property.name);
     if (!declared) {
@@ -68,7 +68,7 @@ PropertyValue declaredProperty(const Repository& repository, const Target& targe
     try {
         Value value = declaredValue(repository, target, property.value, declared->type,
                                     declared->isArray, declared->arraySize);
-        return {declared->name, std::move(value), std::move(property.classOrigin)};
+        return {declared->name, std::move(value), property.classOrigin};
     } catch (const CimError& error) {
         throw CimError(error.code(),
                        "property " + declared->name + " of " + className + ": " + error.what());
@@ -125,7 +125,7 @@ Instance declaredProperties(const Repository& repository, const Target& target, 
         if (result.find(property.name)) {
             throwInvalidParameter("property " + property.name + " is given twice");
         }
-        result.properties.push_back(declaredProperty(repository, target, std::move(property)));
+        result.properties.push_back(declaredProperty(repository, target, property));
     }
     return result;
 }

@@ -10,6 +10,7 @@
 #include <compare>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace cimhost {
 
@@ -44,18 +45,18 @@ using Order = std::partial_ordering;
 
 // Exact where a double could not tell neighbours apart.
 Order compareIntegers(const Value& left, const Value& right) noexcept {
-    const auto* const leftNatural = left.get<std::uint64_t>();
-    const auto* const rightNatural = right.get<std::uint64_t>();
-    if (leftNatural && rightNatural) return *leftNatural <=> *rightNatural;
-    const auto* const leftSigned = left.get<std::int64_t>();
-    const auto* const rightSigned = right.get<std::int64_t>();
-    if (leftSigned && rightSigned) return *leftSigned <=> *rightSigned;
-    if (leftNatural) {
-        return *rightSigned < 0 ? Order::greater
-                                : *leftNatural <=> static_cast<std::uint64_t>(*rightSigned);
-    }
-    return *leftSigned < 0 ? Order::less
-                           : static_cast<std::uint64_t>(*leftSigned) <=> *rightNatural;
+    const auto compare = [](auto first, auto second) {
+        if (std::cmp_less(first, second)) return Order::less;
+        return std::cmp_less(second, first) ? Order::greater : Order::equivalent;
+    };
+    const auto compareWithRight = [&](auto first) {
+        if (const auto* const natural = right.get<std::uint64_t>()) return compare(first, *natural);
+        if (const auto* const integer = right.get<std::int64_t>()) return compare(first, *integer);
+        return Order::unordered;
+    };
+    if (const auto* const natural = left.get<std::uint64_t>()) return compareWithRight(*natural);
+    if (const auto* const integer = left.get<std::int64_t>()) return compareWithRight(*integer);
+    return Order::unordered;
 }
 
 long double realOf(const Value& value) noexcept {
@@ -130,17 +131,17 @@ Truth judge(WqlOperator operation, Order order) noexcept {
     if (order == Order::unordered) return Truth::unknown;
     switch (operation) {
         case WqlOperator::equal:
-            return truthOf(order == 0);
+            return truthOf(std::is_eq(order));
         case WqlOperator::notEqual:
-            return truthOf(order != 0);
+            return truthOf(std::is_neq(order));
         case WqlOperator::less:
-            return truthOf(order < 0);
+            return truthOf(std::is_lt(order));
         case WqlOperator::lessOrEqual:
-            return truthOf(order <= 0);
+            return truthOf(std::is_lteq(order));
         case WqlOperator::greater:
-            return truthOf(order > 0);
+            return truthOf(std::is_gt(order));
         case WqlOperator::greaterOrEqual:
-            return truthOf(order >= 0);
+            return truthOf(std::is_gteq(order));
         case WqlOperator::like:
         case WqlOperator::notLike:
         case WqlOperator::isA:

@@ -73,12 +73,12 @@ private:
     }
 
     void _addKey(ObjectPath& path) {
-        std::string name = _name("a key name");
+        const std::string name = _name("a key name");
         if (!_accept('=')) _fail("'='");
         if (path.findKey(name)) _fail("another key than '" + name + "' again");
         if (path.keys.size() == mostKeys) _fail("no more keys");
         Value value = _value();
-        path.keys.push_back({std::move(name), std::move(value)});
+        path.keys.push_back({name, std::move(value)});
     }
 
     Value _value() {

@@ -16,7 +16,7 @@ struct ValueText {
     std::string operator()(std::int64_t value) const { return std::to_string(value); }
     std::string operator()(double value) const {
         NumberScratch scratch;
-        const std::string text(realText(value, type, scratch));
+        std::string text(realText(value, type, scratch));
         if (escapes == Escapes::mof && !std::isfinite(value)) {
             throw CimError(CimCode::failed, "MOF has no literal for the real number " + text);
         }
