@@ -87,6 +87,8 @@ private:
         _request.keepAlive = keep_alive();
         _request.isChunked = chunked();
         if (const auto length = content_length()) _request.contentLength = *length;
+        // Beast charges a chunk anew whenever it reads its line anew for want of bytes.
+        if (_request.isChunked) body_limit(boost::none);
         _inBody = true;
     }
 
@@ -98,7 +100,10 @@ private:
         return bytes.size();
     }
 
-    void on_chunk_header_impl(std::uint64_t, string_view, error_code&) override {}
+    void on_chunk_header_impl(std::uint64_t size, string_view, error_code& error) override {
+        if (size > _limits.bodyBytes - _chunkBytes) return fail(413, error);
+        _chunkBytes += size;
+    }
 
     std::size_t on_chunk_body_impl(std::uint64_t, string_view bytes, error_code& error) override {
         return on_body_impl(bytes, error);
@@ -114,6 +119,7 @@ private:
     const bool& _discardsBody;
     std::size_t _bodyBytes = 0;
     std::size_t _takenBytes = 0;
+    std::uint64_t _chunkBytes = 0;  ///< announced by the chunks so far
     std::size_t _trailerCount = 0;
     int _status = 0;
     bool _inBody = false;

@@ -157,6 +157,16 @@ TEST_F(HttpParserTest, TakesChunksUpToTheLimitOfABodyAndRefusesOneByteMore) {
     EXPECT_EQ(refusalOf(head + "65\r\n"), 413);
 }
 
+TEST_F(HttpParserTest, ChargesAChunkOnceHoweverItsLineWasCut) {
+    limits.bodyBytes = 100;
+    const std::string head = request("Transfer-Encoding: chunked\r\n");
+    const std::string openQuote = "33;x=\"a\r\n" + std::string(100, 'b');
+    for (const std::size_t step : {std::size_t{1}, std::size_t{7}, std::string::npos}) {
+        EXPECT_EQ(feed(head + openQuote + "\"\r\n", step), State::refused) << step;
+        EXPECT_EQ(parser.refusal(), 400) << step;
+    }
+}
+
 TEST_F(HttpParserTest, RefusesChunkSizesThatAreNone) {
     const std::string head = request("Transfer-Encoding: chunked\r\n");
     for (const std::string size :
