@@ -1,7 +1,7 @@
 #include "cimhost/objects/Broker.h"
 
 #include "cimhost/objects/AttachedThreads.h"
-#include "cimhost/objects/BrokerTables.h"
+#include "cimhost/objects/MannerTables.h"
 #include "cimhost/objects/MemoryBlocks.h"
 
 #include <array>
@@ -43,10 +43,13 @@ void strikeOff(const Broker* broker) noexcept {
 }  // namespace
 
 struct Broker::Tables {
-    Tables(const Repository& classes, BrokerLog& lines) : repository(classes), log(lines) {}
+    Tables(const Repository& classes, BrokerLog& lines, const Manner& habits)
+        : repository(classes), log(lines), manner(habits) {}
 
     const Repository& repository;
     BrokerLog& log;
+    const Manner manner;
+    std::unique_ptr<MannerTables> mannerTables;  ///< null where the manner is standard
     std::atomic<Operations*> operations = nullptr;
     std::atomic<IndicationSink*> indicationSink = nullptr;
     std::atomic<bool> hasWarned = false;
@@ -56,8 +59,9 @@ struct Broker::Tables {
     CMPIBroker handle{};
 };
 
-Broker::Broker(const Repository& repository, BrokerLog& log, UpCallFiller upCalls)
-    : _tables(std::make_unique<Tables>(repository, log)) {
+Broker::Broker(const Repository& repository, BrokerLog& log, UpCallFiller upCalls,
+               const Manner& manner)
+    : _tables(std::make_unique<Tables>(repository, log, manner)) {
     CMPIBrokerFT& table = _tables->brokerTable;
     table.brokerCapabilities = capabilities;
     table.brokerVersion = CMPICurrentVersion;
@@ -65,6 +69,11 @@ Broker::Broker(const Repository& repository, BrokerLog& log, UpCallFiller upCall
     fillThreadsAndIndications(table);
     upCalls(table);
     _tables->handle = {this, &table, &encapsulationTable, &systemTable, &memoryTable};
+    if (!manner.isStandard()) {
+        _tables->mannerTables = std::make_unique<MannerTables>(manner);
+        _objectTables = _tables->mannerTables->objects();
+        _tables->mannerTables->adapt(_tables->brokerTable, _tables->handle);
+    }
     enlist(this);
 }
 
@@ -96,6 +105,10 @@ const Repository& Broker::repository() const noexcept {
 
 BrokerLog& Broker::log() const noexcept {
     return _tables->log;
+}
+
+const Manner& Broker::manner() const noexcept {
+    return _tables->manner;
 }
 
 void Broker::setOperations(Operations* operations) noexcept {

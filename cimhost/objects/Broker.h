@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cimhost/objects/BrokerTables.h"
+#include "cimhost/objects/Manner.h"
 #include "cimhost/objects/Objects.h"
 #include "cimhost/repository/Repository.h"
 
@@ -39,7 +41,9 @@ class Broker {
 public:
     /// Repository and log must outlive the broker. At most 64 brokers live at a time.
     /// The up-calls come from the operations, which stand on this: see operations/UpCalls.h.
-    Broker(const Repository& repository, BrokerLog& log, UpCallFiller upCalls);
+    /// Throws std::runtime_error when there are more.
+    Broker(const Repository& repository, BrokerLog& log, UpCallFiller upCalls,
+           const Manner& manner = {});
     ~Broker();
     Broker(const Broker&) = delete;
     Broker& operator=(const Broker&) = delete;
@@ -52,6 +56,12 @@ public:
 
     const Repository& repository() const noexcept;
     BrokerLog& log() const noexcept;
+    const Manner& manner() const noexcept;
+
+    /// The function table that objects of this kind get.
+    const void* objectTable(ObjectKind kind) const noexcept {
+        return _objectTables[static_cast<std::size_t>(kind)];
+    }
 
     /// Up-calls are answered by these operations; until they are set each answers NOT_SUPPORTED.
     void setOperations(Operations* operations) noexcept;
@@ -72,6 +82,7 @@ public:
 
 private:
     struct Tables;
+    ObjectTables _objectTables = standardObjectTables;
     std::unique_ptr<Tables> _tables;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cimhost/objects/Broker.h"
 #include "cimhost/objects/ObjectScope.h"
 #include "cmpi/cmpift.h"
 
@@ -14,27 +15,6 @@
 /// A handle is the first 16 bytes of its object; its `hdl` is the address of the header that
 /// follows. By that an object of ours is told from a foreign one without looking past the handle.
 namespace cimhost {
-
-class Broker;
-
-enum class ObjectKind : std::uint8_t {
-    objectPath,
-    instance,
-    arguments,
-    string,
-    array,
-    dateTime,
-    enumeration,
-    context,
-    result,
-    error,
-    propertyList,
-    enumerationFilter,
-    selectExpression,
-    selectCondition,
-    subCondition,
-    predicate,
-};
 
 /// Who may end an object before its scope does.
 enum class Origin : std::uint8_t {
@@ -128,7 +108,7 @@ void setUp(Object& object, const Broker& broker, Origin origin, std::size_t size
     header.destroy = destroyObject<Object>;
     auto& handle = static_cast<typename Object::Handle&>(object);
     handle.hdl = &header;
-    handle.ft = &Object::table;
+    handle.ft = static_cast<decltype(handle.ft)>(broker.objectTable(Object::kindOfObject));
 }
 
 /// Makes an object in the current scope, with `extra` bytes behind it.

@@ -13,8 +13,8 @@ constexpr std::chrono::milliseconds deliveryGrace{500};
 
 ObjectManager::ObjectManager(const Repository& repository, Registrations registrations,
                              std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
-                             const IndicationSettings& indications)
-    : _broker(repository, log, fillUpCalls),
+                             const IndicationSettings& indications, const Manner& manner)
+    : _broker(repository, log, fillUpCalls, manner),
       _delivery(indications.delivery, log),
       _routes(repository, log),
       _modules(_broker, std::move(registrations), std::move(providerFolders)),

@@ -29,7 +29,7 @@ public:
     /// take effect. Throws as Subscriptions::restore.
     ObjectManager(const Repository& repository, Registrations registrations,
                   std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
-                  const IndicationSettings& indications = {});
+                  const IndicationSettings& indications = {}, const Manner& manner = {});
     ObjectManager(const ObjectManager&) = delete;
     ObjectManager& operator=(const ObjectManager&) = delete;
 

@@ -76,7 +76,7 @@ int serve(const ServeOptions& options) {
     }
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,
-                          options.indications);
+                          options.indications, options.manner);
 
     const HttpServices services{manager.httpHandler(), options.limits, gate.authenticator.get(),
                                 gate.accessLog.get()};

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include <map>
+#include <stdexcept>
 
 namespace cimhost {
 namespace {
@@ -131,6 +132,20 @@ void ServeOptions::_addIndicationOptions(CLI::App& command) {
 
 void ServeOptions::_addRunOptions(CLI::App& command) {
     const std::string group = "Running";
+    command
+        .add_option_function<std::string>(
+            "--manner",
+            [this](const std::string& name) {
+                try {
+                    manner = Manner(name);
+                } catch (const std::invalid_argument& error) {
+                    throw CLI::ValidationError("--manner", error.what());
+                }
+            },
+            "Behave as another object manager does; 'cimhost manners' tells how")
+        ->type_name("NAME")
+        ->default_str("standard")
+        ->group(group);
     const std::map<std::string, BrokerLog::Level> levels = [] {
         std::map<std::string, BrokerLog::Level> names;
         for (const auto level : {BrokerLog::Level::error, BrokerLog::Level::warning,

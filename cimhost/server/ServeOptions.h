@@ -18,6 +18,7 @@ namespace cimhost {
 struct ServeOptions {
     SchemaOptions schema;
     std::vector<std::filesystem::path> providerFolders;
+    Manner manner;
 
     std::string address = "127.0.0.1";
     std::uint16_t port = 5988;

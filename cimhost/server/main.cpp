@@ -28,6 +28,7 @@ int main(int argc, char** argv) try {
     cimhost::addServeCommand(application, chosen);
     cimhost::addListenCommand(application, chosen);
     cimhost::addCheckCommand(application, chosen);
+    cimhost::addMannersCommand(application, chosen);
     cimhost::addPasswdCommand(application, chosen);
     application.require_subcommand(1);
     application.failure_message(describeUsage);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 
 namespace cimhost {
 
@@ -57,6 +58,11 @@ std::size_t CapturingLog::countOf(std::string_view part) const {
         const std::string level = names.at(static_cast<std::size_t>(line.level));
         return (level + " " + line.source + ": " + line.message).find(part) != std::string::npos;
     }));
+}
+
+Manner mannerUnderTest() {
+    const char* const name = std::getenv("PYL_MANNER");
+    return name ? Manner(name) : Manner();
 }
 
 Repository testRepository() {

@@ -50,11 +50,14 @@ private:
 /// Test_Other.
 Repository testRepository();
 
+/// The manner that the environment variable PYL_MANNER names; standard when it is not set.
+Manner mannerUnderTest();
+
 /// A broker and the scope of one provider call: what a provider finds when it is called.
 struct BrokerCall {
     Repository repository = testRepository();
     CapturingLog log;
-    Broker realBroker{repository, log, fillUpCalls};
+    Broker realBroker{repository, log, fillUpCalls, mannerUnderTest()};
     CallScope scope;
 };
 

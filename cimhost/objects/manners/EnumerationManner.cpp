@@ -1,0 +1,10 @@
+#include "cimhost/objects/MannerTables.h"
+
+namespace cimhost {
+
+void adapt(CMPIEnumerationFT& table, const Manner& manner) noexcept {
+    static_cast<void>(table);
+    static_cast<void>(manner);
+}
+
+}  // namespace cimhost
