@@ -1,5 +1,6 @@
 #include "providers/baseserver/BaseServerProvider.h"
 
+#include "cmpicpp/CmpiMBService.h"
 #include "common/PYLUtil.h"
 #include "providers/baseserver/ServerInstances.h"
 #include "providers/baseserver/Worker.h"
@@ -10,6 +11,12 @@ namespace baseserver {
 using CmpiCpp::CmpiContext;
 using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
+
+namespace {
+
+constexpr const char* postStatusName = "PostStatus";
+
+}  // namespace
 
 BaseServerProvider::BaseServerProvider(const CmpiCpp::CmpiBroker& broker, Logger& log,
                                        InventorySources sources)
@@ -31,9 +38,22 @@ std::uint64_t BaseServerProvider::_performWork(const CmpiContext& context) {
     return _workCounter.increment();
 }
 
+void BaseServerProvider::_handOnStatus(const CmpiContext& context, const CmpiCpp::CmpiArgs& in) {
+    const auto board =
+        CmpiCpp::makeCmpiObjectPath(_broker, PYL::BaseServerNameSpace, "PYL_ConsolidatedStatus");
+    CmpiCpp::CmpiArgs none;
+    CmpiCpp::CmpiMBService(_broker.toCMPI(), _log)
+        .invokeMethod(context, board, postStatusName, in, none);
+}
+
 void BaseServerProvider::invokeMethod(const CmpiContext& context, const CmpiObjectPath& path,
-                                      const CmpiName& methodName, const CmpiCpp::CmpiArgs&,
+                                      const CmpiName& methodName, const CmpiCpp::CmpiArgs& in,
                                       CmpiCpp::CmpiMethodResult& result) {
+    if (methodName == CmpiName(postStatusName)) {
+        PYL::requireMethod(path, methodName, PYL::ScopedCentralClassName, postStatusName);
+        _handOnStatus(context, in);
+        return result.deliver(0U);
+    }
     PYL::requireMethod(path, methodName, WorkerInstance::className, PYL::WorkerMethodName);
     result.deliver("WorkCount", static_cast<unsigned long long>(_performWork(context)));
     result.deliver(0U);

@@ -19,7 +19,9 @@ public:
     BaseServerProvider(const CmpiCpp::CmpiBroker& broker, Logger& log,
                        InventorySources sources = {});
 
-    /// PerformWork: reads the hardware again, posts the devices' status, and counts.
+    /// PerformWork of the worker: reads the hardware again, posts the devices' status, and counts.
+    /// PostStatus of the computer system: goes on to the consolidated status, with its answer. Not
+    /// every object manager lets two modules serve one class, so that this one serves all of it.
     void invokeMethod(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiObjectPath& path,
                       const CmpiCpp::CmpiName& methodName, const CmpiCpp::CmpiArgs& in,
                       CmpiCpp::CmpiMethodResult& result) override;
@@ -30,6 +32,7 @@ protected:
     void stopWatching() override { _watch.stop(); }
 
 private:
+    void _handOnStatus(const CmpiCpp::CmpiContext& context, const CmpiCpp::CmpiArgs& in);
     std::uint64_t _performWork(const CmpiCpp::CmpiContext& context);
 
     ServerInventory _inventory;

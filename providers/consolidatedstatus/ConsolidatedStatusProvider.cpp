@@ -61,11 +61,15 @@ void ConsolidatedStatusProvider::_list(const std::string& reportingClass) {
     }
 }
 
+int ConsolidatedStatusProvider::unloadOK(const CmpiContext&) {
+    return _board->overall() ? 1 : 0;
+}
+
 void ConsolidatedStatusProvider::invokeMethod(const CmpiContext&, const CmpiObjectPath& path,
                                               const CmpiName& methodName,
                                               const CmpiCpp::CmpiArgs& in,
                                               CmpiCpp::CmpiMethodResult& result) {
-    PYL::requireMethod(path, methodName, PYL::ScopedCentralClassName, "PostStatus");
+    PYL::requireMethod(path, methodName, StatusInstance::className, "PostStatus");
     _post(in);
     result.deliver(0U);
 }

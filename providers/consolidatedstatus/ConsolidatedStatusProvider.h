@@ -9,15 +9,19 @@
 
 namespace consolidatedstatus {
 
-/// Takes the statuses that other providers post to the host computer system by its method
-/// PostStatus, and shows them: one instance for each class that posted, and one for the worst of
-/// them. What was posted lasts as long as the object manager runs.
+/// Takes the statuses that other providers post and shows them: one instance for each class that
+/// posted, and one for the worst of them. Providers post to the host computer system; who serves
+/// that hands the posts on, to the method PostStatus here. What was posted lasts as long as the
+/// object manager runs.
 class ConsolidatedStatusProvider : public PYL::CollectionProvider {
 public:
     using Clock = std::function<std::chrono::system_clock::time_point()>;
 
     ConsolidatedStatusProvider(const CmpiCpp::CmpiBroker& broker, Logger& log,
                                Clock now = std::chrono::system_clock::now);
+
+    /// Not now, once something was posted.
+    int unloadOK(const CmpiCpp::CmpiContext& context) override;
 
     /// PostStatus(ClassName, Status). Throws CMPI_RC_ERR_INVALID_PARAMETER for arguments that are
     /// missing, of another type or no class name, CMPI_RC_ERR_FAILED when the board is full.

@@ -9,13 +9,10 @@
 namespace consolidatedstatus {
 
 using CmpiCpp::CmpiInstance;
-using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
 using PYL::PYLUtil;
 
 namespace {
-
-constexpr const char* className = "PYL_ConsolidatedStatus";
 
 CmpiCpp::CmpiDateTime dateTime(std::chrono::system_clock::time_point when) {
     using std::chrono::microseconds;
@@ -24,10 +21,6 @@ CmpiCpp::CmpiDateTime dateTime(std::chrono::system_clock::time_point when) {
 }
 
 }  // namespace
-
-CmpiName StatusInstance::getClassName() {
-    return className;
-}
 
 CmpiObjectPath StatusInstance::getPath() {
     return PYL::makeInstanceIdPath(className, _reportingClass);

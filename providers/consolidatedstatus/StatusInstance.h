@@ -11,13 +11,15 @@ namespace consolidatedstatus {
 /// PYL_ConsolidatedStatus: what one class posted or, without a class, the worst of everything.
 class StatusInstance : public PYL::CmpiManagedInstance {
 public:
+    static constexpr const char* className = "PYL_ConsolidatedStatus";
+
     explicit StatusInstance(std::shared_ptr<const StatusBoard> board,
                             std::string reportingClass = {})
         : _board(std::move(board)), _reportingClass(std::move(reportingClass)) {}
 
     CmpiCpp::CmpiObjectPath getPath() override;
     CmpiCpp::CmpiInstance getInstance() override;
-    CmpiCpp::CmpiName getClassName() override;
+    CmpiCpp::CmpiName getClassName() override { return className; }
 
 private:
     std::shared_ptr<const StatusBoard> _board;

@@ -1,5 +1,6 @@
 #include "providers/baseserver/BaseServerProvider.h"
 
+#include "cmpicpp/CmpiStatus.h"
 #include "common/PYLUtil.h"
 #include "providers/baseserver/Worker.h"
 #include "tests/common/CapturedResults.h"
@@ -137,6 +138,40 @@ TEST_F(BaseServerProviderTest, GoesOnCountingAfterARestart) {
     BaseServerProvider restarted(host.broker(), log, sources());
     restarted.invokeMethod(host.context(), worker, "PerformWork", none, method);
     EXPECT_EQ(journal.take().front(), "delivered WorkCount = uint64 2");
+}
+
+TEST_F(BaseServerProviderTest, HandsAPostedStatusOnToTheConsolidatedStatus) {
+    std::string handedOn;
+    host.onInvokeMethod = [&](const CmpiObjectPath& path, const std::string& name,
+                              const CmpiCpp::CmpiArgs& in) {
+        handedOn = name + " of " + path.str() + " " + in.getArg("ClassName").str() + " " +
+                   in.getArg("Status").str();
+    };
+    auto in = CmpiCpp::makeCmpiArgs(host.broker());
+    in.addArg("ClassName", "PYL_FanGroup");
+    in.addArg("Status", static_cast<unsigned short>(3));
+    for (const auto& system : {classPath("PYL_ComputerSystem"), PYLUtil::getComputerSystemPath()}) {
+        handedOn.clear();
+        provider.invokeMethod(host.context(), system, "poststatus", in, method);
+        EXPECT_EQ(journal.take(), Lines{"delivered uint32 0"});
+        EXPECT_EQ(handedOn, "PostStatus of /root/ktq:PYL_ConsolidatedStatus \"PYL_FanGroup\" 3");
+    }
+    EXPECT_EQ(reads, 0);
+}
+
+TEST_F(BaseServerProviderTest, AnswersAPostAsTheConsolidatedStatusDoes) {
+    const auto post = [&] {
+        return outcomeOf([&] {
+            provider.invokeMethod(host.context(), classPath("PYL_ComputerSystem"), "PostStatus",
+                                  CmpiCpp::makeCmpiArgs(host.broker()), method);
+        });
+    };
+    EXPECT_TRUE(post().starts_with("status 17")) << post();
+    host.onInvokeMethod = [](const auto&, const auto&, const auto&) {
+        throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "the board is strict");
+    };
+    EXPECT_EQ(post(), "status 4 the board is strict");
+    EXPECT_EQ(journal.take(), Lines{});
 }
 
 TEST_F(BaseServerProviderTest, KnowsNoOtherMethod) {

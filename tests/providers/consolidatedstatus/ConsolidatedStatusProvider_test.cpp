@@ -25,7 +25,7 @@ std::string postedText(const std::string& className) {
 }
 
 struct ConsolidatedStatusTest : testing::Test {
-    TestBroker host{{{"PYL_ComputerSystem", ""}, {"PYL_ConsolidatedStatus", ""}}};
+    TestBroker host{{{"PYL_ConsolidatedStatus", ""}}};
     Logger log = silentLogger();
     Journal journal;
     CapturedPaths paths{journal};
@@ -41,7 +41,7 @@ struct ConsolidatedStatusTest : testing::Test {
         return CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
     }
     std::string call(const CmpiArgs& in, const char* name = "PostStatus",
-                     const char* className = "PYL_ComputerSystem") {
+                     const char* className = "PYL_ConsolidatedStatus") {
         return outcomeOf(
             [&] { provider.invokeMethod(host.context(), classPath(className), name, in, method); });
     }
@@ -155,8 +155,13 @@ TEST_F(ConsolidatedStatusTest, HasRoomForSoManyClasses) {
 TEST_F(ConsolidatedStatusTest, KnowsNoOtherMethod) {
     const auto in = CmpiCpp::makeCmpiArgs(host.broker());
     EXPECT_EQ(call(in, "Reset"), "status 17 no such method: Reset");
-    EXPECT_EQ(call(in, "PostStatus", "PYL_ConsolidatedStatus"),
-              "status 17 no such method: PostStatus");
+    EXPECT_EQ(call(in, "PostStatus", "PYL_ComputerSystem"), "status 17 no such method: PostStatus");
+}
+
+TEST_F(ConsolidatedStatusTest, StaysLoadedForWhatItKeeps) {
+    EXPECT_EQ(provider.unloadOK(host.context()), 0);
+    post("PYL_Fan", status(2));
+    EXPECT_EQ(provider.unloadOK(host.context()), 1);
 }
 
 TEST_F(ConsolidatedStatusTest, TakesPostsFromSeveralThreads) {
@@ -170,8 +175,8 @@ TEST_F(ConsolidatedStatusTest, TakesPostsFromSeveralThreads) {
                 in.addArg("Status", status(2));
                 Journal own;
                 CapturedMethodResult result(own);
-                provider.invokeMethod(host.context(), classPath("PYL_ComputerSystem"), "PostStatus",
-                                      in, result);
+                provider.invokeMethod(host.context(), classPath("PYL_ConsolidatedStatus"),
+                                      "PostStatus", in, result);
             }
         });
     }
