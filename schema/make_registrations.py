@@ -3,7 +3,11 @@
 
 The source is our neutral form: a line a class, "Class Namespace ProviderName ModuleName type...".
 From it come `<module>.reg` for sfcb (sfcbstage) and `<module>Registration.mof` for OpenPegasus
-(cimmof, into its Interop namespace).
+(cimmof, into its Interop namespace). The namespace "interop" becomes each host's own: a second one
+of that kind would keep clients from finding the first.
+
+sfcb takes one registration a class. So a class has one provider and the same types in all its
+namespaces, and each form has one entry a class.
 
     make_registrations.py SOURCE.registration OUTPUT_FOLDER VERSION
 """
@@ -11,12 +15,14 @@ From it come `<module>.reg` for sfcb (sfcbstage) and `<module>Registration.mof` 
 import pathlib
 import sys
 
+SFCB_INTEROP = "root/interop"
+PEGASUS_INTEROP = "root/PG_InterOp"
 PEGASUS_TYPES = {"instance": 2, "association": 3, "indication": 4, "method": 5}
 
 
 def read_rows(source):
-    """The registered classes: (class, namespace, provider, module, [type, ...])."""
-    rows = []
+    """The registered classes: (class, [namespace, ...], provider, module, [type, ...])."""
+    rows = {}
     for number, line in enumerate(source.read_text(encoding="utf-8").splitlines(), 1):
         words = line.split("#", 1)[0].split()
         if not words:
@@ -24,19 +30,26 @@ def read_rows(source):
         unknown = [word for word in words[4:] if word not in PEGASUS_TYPES]
         if len(words) < 5 or unknown:
             sys.exit(f"{source}:{number}: expected: Class Namespace ProviderName ModuleName type...")
-        rows.append((words[0], words[1], words[2], words[3], words[4:]))
-    return rows
+        row = rows.setdefault(words[0], (words[0], [], *words[2:4], words[4:]))
+        if row[2:] != (*words[2:4], words[4:]):
+            sys.exit(f"{source}:{number}: {words[0]} has one provider, in all namespaces alike")
+        row[1].append(words[1])
+    return list(rows.values())
+
+
+def of_host(namespaces, interop):
+    return [interop if namespace == "interop" else namespace for namespace in namespaces]
 
 
 def sfcb_registration(rows):
     blocks = []
-    for cim_class, namespace, provider, module, types in rows:
+    for cim_class, namespaces, provider, module, types in rows:
         blocks.append(
             f"[{cim_class}]\n"
             f"   provider: {provider}\n"
             f"   location: {module}\n"
             f"   type: {' '.join(types)}\n"
-            f"   namespace: {namespace}\n"
+            f"   namespace: {' '.join(of_host(namespaces, SFCB_INTEROP))}\n"
         )
     return "\n".join(blocks)
 
@@ -57,12 +70,13 @@ def pegasus_registration(rows, version):
     for module, provider in dict.fromkeys((row[3], row[2]) for row in rows):
         instances.append(instance("PG_Provider", [
             ("ProviderModuleName", quoted(module)), ("Name", quoted(provider))]))
-    for number, (cim_class, namespace, provider, module, types) in enumerate(rows, 1):
+    for number, (cim_class, namespaces, provider, module, types) in enumerate(rows, 1):
         codes = ", ".join(str(PEGASUS_TYPES[name]) for name in types)
+        spaces = ", ".join(map(quoted, of_host(namespaces, PEGASUS_INTEROP)))
         instances.append(instance("PG_ProviderCapabilities", [
             ("ProviderModuleName", quoted(module)), ("ProviderName", quoted(provider)),
             ("CapabilityID", quoted(number)), ("ClassName", quoted(cim_class)),
-            ("Namespaces", f"{{{quoted(namespace)}}}"), ("ProviderType", f"{{{codes}}}"),
+            ("Namespaces", f"{{{spaces}}}"), ("ProviderType", f"{{{codes}}}"),
             ("SupportedProperties", "NULL"), ("SupportedMethods", "NULL")]))
     return "\n".join(instances)
 

@@ -46,6 +46,38 @@ class Registrations(unittest.TestCase):
         self.assertEqual(["2, 3", "4, 5"], re.findall(r"ProviderType = \{([^}]*)\};", mof))
         self.assertEqual(['"1"', '"2"'], re.findall(r"CapabilityID = (\S+);", mof))
 
+    def test_a_class_in_several_namespaces_is_one_entry_and_interop_is_the_hosts_own(self):
+        _, folder = self.make("ACME_Link  interop    DiskProvider  acmeDisk  association\n"
+                              "ACME_Disk  root/acme  DiskProvider  acmeDisk  instance\n"
+                              "ACME_Link  root/acme  DiskProvider  acmeDisk  association\n")
+        sfcb = (folder / "acmeDisk.reg").read_text(encoding="utf-8")
+        self.assertEqual(["root/interop root/acme", "root/acme"],
+                         re.findall(r"namespace: (.*)", sfcb))
+        self.assertEqual(["ACME_Link", "ACME_Disk"], re.findall(r"^\[(\w+)\]$", sfcb, re.MULTILINE))
+        pegasus = (folder / "acmeDiskRegistration.mof").read_text(encoding="utf-8")
+        self.assertEqual(['"root/PG_InterOp", "root/acme"', '"root/acme"'],
+                         re.findall(r"Namespaces = \{([^}]*)\};", pegasus))
+
+    def test_a_class_with_two_providers_is_refused(self):
+        first = "ACME_Disk root/acme DiskProvider acmeDisk instance\n"
+        for line in ("ACME_Disk root/acme DiskMethods acmeDisk method",
+                     "ACME_Disk root/acme DiskProvider acmeMore method",
+                     "ACME_Disk root/more DiskProvider acmeDisk instance method"):
+            result, _ = self.make(first + line + "\n")
+            self.assertNotEqual(0, result.returncode)
+            self.assertIn("acmeDisk.registration:2: ACME_Disk has one provider", result.stderr)
+
+    def test_no_class_of_a_namespace_is_registered_for_two_modules(self):
+        # sfcb takes the first registration of a class and overlooks the others.
+        modules = {}
+        for source in (ROOT / "schema").glob("*.registration"):
+            for line in source.read_text(encoding="utf-8").splitlines():
+                words = line.split("#")[0].split()
+                if words:
+                    modules.setdefault(words[0].lower(), set()).add((words[2], words[3]))
+        self.assertIn("pyl_computersystem", modules)
+        self.assertEqual({}, {name: found for name, found in modules.items() if len(found) > 1})
+
     def test_a_line_that_is_wrong_is_named(self):
         for line in ("ACME_Disk root/acme DiskProvider acmeDisk",
                      "ACME_Disk root/acme DiskProvider acmeDisk telepathy"):
