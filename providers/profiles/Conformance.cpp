@@ -22,7 +22,7 @@ using PYL::PRPDBRec;
 namespace {
 
 bool isProfileNameSpace(const CmpiName& nameSpace) {
-    return nameSpace == CmpiName(PYL::PRPNameSpace);
+    return nameSpace == CmpiName(profileNameSpace());
 }
 
 /// Whether nobody serves the class here, which is as it should be where the hardware is not.

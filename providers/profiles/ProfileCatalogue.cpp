@@ -1,6 +1,5 @@
 #include "providers/profiles/ProfileCatalogue.h"
 
-#include "common/PYLConstants.h"
 #include "providers/profiles/LinkClasses.h"
 #include "providers/profiles/RegisteredProfile.h"
 #include "toolkit/CollectionProvider.h"
@@ -37,7 +36,7 @@ public:
         if (found == _byId.end()) return;
         PYL::add(_collection, std::make_unique<TwoEndedAssociation>(
                                   linkClass, endAt(_profiles, found->second),
-                                  endAt(_profiles, dependent), PYL::PRPNameSpace));
+                                  endAt(_profiles, dependent), profileNameSpace()));
     }
 
 private:

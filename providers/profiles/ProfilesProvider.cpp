@@ -4,6 +4,7 @@
 #include "providers/profiles/DataCollection.h"
 #include "providers/profiles/LinkClasses.h"
 #include "providers/profiles/ProfileCatalogue.h"
+#include "providers/profiles/RegisteredProfile.h"
 
 namespace profiles {
 
@@ -41,7 +42,7 @@ void ProfilesProvider::answer(const CmpiContext& context, const CmpiObjectPath& 
 void ProfilesProvider::answerAround(const CmpiContext& context, const CmpiObjectPath& source,
                                     const CmpiName& associationClass, const Ask& ask) {
     const auto nameSpace = source.getNameSpace();
-    if (nameSpace == CmpiName(PYL::PRPNameSpace)) ask(_instances);
+    if (nameSpace == CmpiName(profileNameSpace())) ask(_instances);
     const auto links =
         CmpiCpp::makeCmpiObjectPath(_broker, nameSpace, CmpiName(elementConformsToProfile.name));
     if (!associationClass.empty() && !links.classPathIsA(_broker, associationClass.str())) return;

@@ -1,7 +1,11 @@
 #include "providers/profiles/RegisteredProfile.h"
 
+#include "cmpicpp/CmpiStatus.h"
+#include "common/PYLConstants.h"
+#include "toolkit/LocalPaths.h"
 #include "toolkit/Properties.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -36,11 +40,36 @@ void setImplementation(CmpiInstance& instance, const PRPDBRec& record) {
              [&](unsigned int i) { return record.getImpProfile(i); });
 }
 
+/// Whether the namespace is there and has the class of the registered profiles. Asked for the
+/// superclass: that a class is itself, a broker may say without looking.
+bool hasProfiles(const char* nameSpace) {
+    const auto broker = PYL::localBroker();
+    try {
+        return CmpiCpp::makeCmpiObjectPath(broker, nameSpace, PYL::PRPRegisteredClassName)
+            .classPathIsA(broker, "CIM_RegisteredProfile");
+    } catch (const CmpiCpp::CmpiStatus&) {
+        return false;  // how some brokers say that there is no such namespace
+    }
+}
+
+const char* findProfiles() {
+    const std::array names{PYL::PRPNameSpace, "root/interop", "root/PG_InterOp"};
+    const auto* const found = std::ranges::find_if(names, hasProfiles);
+    return found == names.end() ? PYL::PRPNameSpace : *found;
+}
+
 }  // namespace
 
+const char* profileNameSpace() {
+    static const char* const found = findProfiles();
+    return found;
+}
+
 CmpiObjectPath pathOf(const PYL::ProfileDB& profiles, const PRPDBRec& record) {
-    return profiles.getECTPpath(record.getRegOrgId(), record.getOtherRegOrg(), record.getRegName(),
-                                record.getRegVersion());
+    auto path = profiles.getECTPpath(record.getRegOrgId(), record.getOtherRegOrg(),
+                                     record.getRegName(), record.getRegVersion());
+    path.setNameSpace(CmpiName(profileNameSpace()));
+    return path;
 }
 
 CmpiName RegisteredProfile::getClassName() {

@@ -47,6 +47,16 @@ class Profiles(unittest.TestCase):
     def host(self, *options):
         return Host(*options, arguments=PROFILES)
 
+    def host_with_profiles_in(self, namespace):
+        """A host that has another name for the namespace of the profiles."""
+        scratch = tempfile.TemporaryDirectory()
+        self.addCleanup(scratch.cleanup)
+        registration = pathlib.Path(scratch.name) / "profiles.registration"
+        text = (SCHEMA / "pylProfiles.registration").read_text(encoding="utf-8")
+        registration.write_text(re.sub(r"\binterop\b", namespace, text), encoding="utf-8")
+        given = {"interop": namespace, SCHEMA / "pylProfiles.registration": registration}
+        return Host(arguments=[given.get(word, word) for word in PROFILES])
+
     def test_the_catalogue_is_published_as_it_stands(self):
         with self.host() as host:
             self.assertEqual(GOLDEN.read_text(encoding="utf-8"), published(host))
@@ -65,6 +75,20 @@ class Profiles(unittest.TestCase):
             self.assertEqual([profile(number) for number in range(1, 14)],
                              host.paths("ain", f":{base[0]}", namespace="interop",
                                         options=["-ac", "PYL_ReferencedProfile"]))
+
+    def test_the_profiles_are_where_the_host_has_its_interop_namespace(self):
+        for namespace in ("root/interop", "root/PG_InterOp"):
+            with self.subTest(namespace), self.host_with_profiles_in(namespace) as host:
+                self.assertEqual(49, len(host.paths("ein", ":PYL_RegisteredProfile",
+                                                    namespace=namespace)))
+                self.assertEqual(0, host.ask("gi", f":{profile(26)}", namespace=namespace).status)
+                system = first_path(host, "PYL_ComputerSystem")
+                own = host.ask("ain", f":{system}", options=CONFORMS).lines
+                self.assertEqual([f"/{namespace}:{profile(26)}"],
+                                 [re.sub(r"^.*?(?=/)", "", line) for line in own])
+                around = host.ask("ain", f":{profile(26)}", namespace=namespace).text
+                self.assertIn(f"/{namespace}:{profile(14)}", around)
+                self.assertIn("/root/ktq:PYL_ComputerSystem.", around)
 
     def test_standard_class_names_lead_there_too(self):
         with self.host() as host:
