@@ -5,9 +5,9 @@
 
 namespace cimhost {
 
-/// The function tables of a broker whose manner is not standard: copies of the standard ones, in
-/// which the functions that its habits concern are others. Each `adapt` below exchanges slots of one
-/// table; where several habits meet in a slot, its function asks the object's broker for them.
+/// The function tables of a broker whose manner is not standard: copies of the standard ones, with
+/// other functions for what its habits concern. Each `adapt` below exchanges slots of one table;
+/// where several habits meet in a slot, its function asks the object's broker for them.
 ///
 /// A habit by which the other host's process would die ends ours, after a line in the log that says
 /// why (see `endAs`): a provider's author is to see it at their desk.

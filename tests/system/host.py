@@ -54,7 +54,7 @@ class Host:
             (self._files / folder).mkdir(parents=True, exist_ok=True)
         self.log_file = pathlib.Path(self._scratch.name) / "log"
         command = [BUILD / "cimhost/cimhost", "serve", "--port", "0", "--max-seconds", str(seconds),
-                   *arguments, *options]
+                   "--manner", os.environ.get("PYL_MANNER", "standard"), *arguments, *options]
         with open(self.log_file, "wb") as log:
             self.process = subprocess.Popen([str(word) for word in command], stderr=log,
                                             stdout=subprocess.PIPE, text=True,
