@@ -6,7 +6,10 @@
 #include "cimhost/cimxml/ReplyStream.h"
 #include "cimhost/cimxml/XmlDocument.h"
 #include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
 
+#include <algorithm>
+#include <array>
 #include <exception>
 #include <new>
 #include <optional>
@@ -26,7 +29,9 @@ public:
     void open() const {
         _out.markup(
             "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
-            "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE");
+            "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.");
+        _out.markup(_message.wantsTypedKeys ? "4" : "0");
+        _out.markup("\"><MESSAGE");
         _out.attribute("ID", _message.id);
         _out.markup(" PROTOCOLVERSION=\"1.0\"><SIMPLERSP><");
         _out.markup(_response);
@@ -93,13 +98,23 @@ std::string nameSpaceOf(const Message& message) {
     return joinNameSpace(message.isIntrinsic ? target : *target.firstChild());
 }
 
+bool changesSchema(std::string_view operation) noexcept {
+    constexpr auto names = std::to_array<std::string_view>(
+        {"CreateClass", "ModifyClass", "DeleteClass", "SetQualifier", "DeleteQualifier"});
+    return std::ranges::any_of(names, [&](auto each) { return equalNames(each, operation); });
+}
+
 const IntrinsicOperation* requireOperation(const Message& message) {
     if (!message.isIntrinsic) return nullptr;
     if (const IntrinsicOperation* const operation = findIntrinsicOperation(message.name)) {
         return operation;
     }
     throw CimError(CimCode::notSupported,
-                   "operation " + std::string(message.name) + " is not supported");
+                   "operation " + std::string(message.name) + " is not supported" +
+                       (changesSchema(message.name) ? ": classes and qualifiers come from the MOF "
+                                                      "files that the server is started with; "
+                                                      "change those and start it again"
+                                                    : ""));
 }
 
 /// Writes the whole answer to `out`; throws what goes wrong.
@@ -113,7 +128,7 @@ void answer(Operations& operations, const Repository& repository, const CimXmlRe
               makeContext(request, nameSpace),
               ModelReader(repository, nameSpace),
               out,
-              ObjectWriter(out.buffer(), request.host, nameSpace.name())};
+              ObjectWriter(out.buffer(), request.host, nameSpace.name(), message.wantsTypedKeys)};
     const Envelope envelope(out.buffer(), message);
     envelope.open();
     if (operation != nullptr) {

@@ -9,12 +9,19 @@
 namespace cimhost {
 namespace {
 
-/// True for `<major>.<digits>`.
+constexpr std::string_view digits = "0123456789";
+
+/// True for `<major>.<digits>` and `<major>.<digits>.<digits>`.
 bool isVersion(std::string_view text, std::string_view major) noexcept {
     if (!text.starts_with(major)) return false;
     text.remove_prefix(major.size());
-    return text.size() > 1 && text[0] == '.' &&
-           text.find_first_not_of("0123456789", 1) == std::string_view::npos;
+    for (int parts = 0; parts < 2 && text.starts_with('.'); ++parts) {
+        const std::size_t end = std::min(text.find_first_not_of(digits, 1), text.size());
+        if (end == 1) return false;
+        text.remove_prefix(end);
+        if (text.empty()) return true;
+    }
+    return false;
 }
 
 void checkVersions(const Element& cim, const Element& message) {
@@ -27,6 +34,29 @@ void checkVersions(const Element& cim, const Element& message) {
     if (!isVersion(message.attributeText(Attribute::protocolVersion), "1")) {
         throw Refusal{501, "unsupported-protocol-version"};
     }
+}
+
+/// The second part of a version that `isVersion` takes, as far as it matters.
+unsigned minorOf(std::string_view version) noexcept {
+    unsigned minor = 0;
+    version.remove_prefix(version.find('.') + 1);
+    for (const char digit : version.substr(0, version.find_first_not_of(digits))) {
+        minor = std::min(minor * 10 + static_cast<unsigned>(digit - '0'), 99U);
+    }
+    return minor;
+}
+
+bool hasTypedKey(const Element& element) noexcept {
+    if (element.tag() == Tag::keyValue) return element.attribute(Attribute::type).has_value();
+    for (const Element child : element.children()) {
+        if (hasTypedKey(child)) return true;
+    }
+    return false;
+}
+
+/// The attribute TYPE of KEYVALUE is required since DSP0203 2.4; before, clients may not know it.
+bool wantsTypedKeys(const Element& cim, const Element& call) noexcept {
+    return minorOf(cim.attributeText(Attribute::dtdVersion)) >= 4 || hasTypedKey(call);
 }
 
 std::string_view trimmed(std::string_view text) noexcept {
@@ -124,7 +154,8 @@ Message readMessage(const CimXmlRequest& request, const XmlDocument& document) {
     if (content.tag() == Tag::simpleExportRequest) throw Refusal{400, "request-not-valid"};
     const Element call = callOf(content);
     const Message message{envelope.attributeText(Attribute::id), call,
-                          call.attributeText(Attribute::name), call.tag() == Tag::intrinsicCall};
+                          call.attributeText(Attribute::name), call.tag() == Tag::intrinsicCall,
+                          wantsTypedKeys(cim, call)};
     if (!namesMethod(request, message.name) || !namesObject(request, message)) {
         throw Refusal{400, "header-mismatch"};
     }

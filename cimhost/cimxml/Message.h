@@ -20,6 +20,7 @@ struct Message {
     Element call;           ///< IMETHODCALL or METHODCALL
     std::string_view name;  ///< of the operation or method
     bool isIntrinsic;
+    bool wantsTypedKeys;  ///< its DTD is 2.4 or later, or it types its own keys
 };
 
 /// True for a Content-Type of XML in UTF-8 or without a character set.

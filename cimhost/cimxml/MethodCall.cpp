@@ -50,6 +50,23 @@ Arguments readArguments(const Call& call, const MethodDefinition& method,
     return arguments;
 }
 
+class NoInstance final : public InstanceSink {
+public:
+    void deliver(const Instance&, const Class*, const PropertySelection&) override {}
+};
+
+/// A method of an instance that is not there is NOT_FOUND (DSP0200, 5.3.1), and not every provider
+/// looks. Who has no answer to that question may still have the method.
+void requireInstance(Call& call, const ObjectPath& path) {
+    if (path.keys.empty()) return;
+    NoInstance ignored;
+    try {
+        call.operations.getInstance(call.context, path, {.propertyList = {{}}}, ignored);
+    } catch (const CimError& error) {
+        if (error.code() == CimCode::notFound) throw;
+    }
+}
+
 void writeResult(Call& call, const MethodResult& result) {
     XmlBuffer& out = call.out.buffer();
     // An empty element for NULL or void makes one of the clients in use crash.
@@ -82,8 +99,9 @@ void invokeMethod(Call& call, const Message& message) {
     const MethodDefinition& method =
         requireMethod(call.requireClass(name.attributeText(attribute)), message.name);
     const Arguments arguments = readArguments(call, method, message.call);
-    writeResult(call, call.operations.invokeMethod(call.context, call.reader.path(name),
-                                                   method.name, arguments));
+    const ObjectPath path = call.reader.path(name);
+    requireInstance(call, path);
+    writeResult(call, call.operations.invokeMethod(call.context, path, method.name, arguments));
 }
 
 }  // namespace cimhost

@@ -299,6 +299,11 @@ Value ModelReader::_keyValue(const Element& element, const Class* definition,
 }
 
 Value ModelReader::_typedKey(const Element& keyValue, const ValueShape& shape) const {
+    // The other way round is usual: clients that know no class write all keys as strings.
+    const std::string_view kind = keyValue.attributeText(Attribute::valueType);
+    if (shape.type == CimType::string && !kind.empty() && !equalNames(kind, "string")) {
+        throwInvalidParameter(shape.text() + " is of type string, not " + std::string(kind));
+    }
     std::optional<Value> value = readScalar(shape.type, keyValue.text());
     if (!value) throwInvalidParameter(refusal(shape, keyValue.text()));
     return std::move(*value);

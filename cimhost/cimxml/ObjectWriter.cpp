@@ -21,11 +21,11 @@ const Instance* instanceOf(const Value& value) noexcept {
     return instance != nullptr ? instance->get() : nullptr;
 }
 
-/// The markup between the name and the text of a key.
+/// The markup between the name of a key and the end of its start tag.
 std::string_view keyValueOf(CimType type) noexcept {
-    if (type == CimType::boolean) return "\"><KEYVALUE VALUETYPE=\"boolean\">";
-    return isInteger(type) || isReal(type) ? "\"><KEYVALUE VALUETYPE=\"numeric\">"
-                                           : "\"><KEYVALUE VALUETYPE=\"string\">";
+    if (type == CimType::boolean) return "\"><KEYVALUE VALUETYPE=\"boolean\"";
+    return isInteger(type) || isReal(type) ? "\"><KEYVALUE VALUETYPE=\"numeric\""
+                                           : "\"><KEYVALUE VALUETYPE=\"string\"";
 }
 
 struct PropertyMarkup {
@@ -119,10 +119,12 @@ void ObjectWriter::_key(const KeyBinding& key, const ObjectPath& owner) {
     _out.text(key.name);
     if (const ObjectPath* const path = pathOf(key.value)) {
         _out.markup("\">");
-        _reference(*path);
+        _keyReference(*path);
         _out.markup("</KEYBINDING>");
     } else {
         _out.markup(keyValueOf(key.value.type()));
+        if (_typesKeys) _out.attribute("TYPE", typeName(key.value.type()));
+        _out.markup(">");
         _scalar(key.value);
         _out.markup("</KEYVALUE></KEYBINDING>");
     }
@@ -158,13 +160,16 @@ void ObjectWriter::classPath(std::string_view name) {
     _out.markup("</CLASSPATH>");
 }
 
+void ObjectWriter::_keyReference(const ObjectPath& path) {
+    if (!path.nameSpace.empty() && !equalNames(path.nameSpace, _nameSpace)) return _reference(path);
+    _out.markup("<VALUE.REFERENCE>");
+    instanceName(path);
+    _out.markup("</VALUE.REFERENCE>");
+}
+
 void ObjectWriter::_reference(const ObjectPath& path) {
     _out.markup("<VALUE.REFERENCE>");
-    if (path.nameSpace.empty() || equalNames(path.nameSpace, _nameSpace)) {
-        instanceName(path);
-    } else {
-        instancePath(path);
-    }
+    instancePath(path);
     _out.markup("</VALUE.REFERENCE>");
 }
 
@@ -285,7 +290,7 @@ void ObjectWriter::_scalar(const Value& value) {
 void ObjectWriter::_embedded(const Instance& embedded) {
     XmlBuffer inner;
     // Embedded instances have no class here, so that all that is known of them is in themselves.
-    ObjectWriter(inner, _host, _nameSpace).instance(embedded, nullptr, {}, false);
+    ObjectWriter(inner, _host, _nameSpace, _typesKeys).instance(embedded, nullptr, {}, false);
     _out.text(inner.view());
 }
 

@@ -12,14 +12,18 @@ namespace cimhost {
 /// Writes values, paths and instances as CIM-XML (DSP0201). Elements that clients in use cannot
 /// read self-closed always get an end tag. Used by one thread.
 ///
-/// A reference within the request's own namespace is written as INSTANCENAME, any other as
-/// INSTANCEPATH. CimError failed: a value that CIM-XML has no form for, such as an array as a key.
+/// A reference names its namespace: clients keep it longer than they know what they asked for it.
+/// As a key of a path it does so only where it is another than the request's: a client in use does
+/// not read back what it then prints.
+/// CimError failed: a value that CIM-XML has no form for, such as an array as a key.
 class ObjectWriter {
 public:
     /// `host` is host[:port] for full paths; `nameSpace` is the request's. Both must outlive the
     /// writer.
-    ObjectWriter(XmlBuffer& out, std::string_view host, std::string_view nameSpace)
-        : _out(out), _host(host), _nameSpace(nameSpace) {}
+    /// With `typesKeys` each key says its CIM type, which clients of DTDs before 2.4 may not know.
+    ObjectWriter(XmlBuffer& out, std::string_view host, std::string_view nameSpace,
+                 bool typesKeys = false)
+        : _out(out), _host(host), _nameSpace(nameSpace), _typesKeys(typesKeys) {}
 
     void instanceName(const ObjectPath& path);   ///< INSTANCENAME
     void instancePath(const ObjectPath& path);   ///< INSTANCEPATH
@@ -41,6 +45,7 @@ public:
 private:
     void _nameSpacePath(std::string_view nameSpace);
     void _key(const KeyBinding& key, const ObjectPath& owner);
+    void _keyReference(const ObjectPath& path);
     void _reference(const ObjectPath& path);
     void _property(const PropertyValue& property, const Class* owner, bool includeClassOrigin);
     void _richProperty(const PropertyValue& property, const Class* owner, bool includeClassOrigin);
@@ -54,6 +59,7 @@ private:
     XmlBuffer& _out;
     std::string_view _host;
     std::string_view _nameSpace;
+    bool _typesKeys;
 };
 
 }  // namespace cimhost

@@ -142,8 +142,11 @@ void MofCompilation::_pragma(MofCursor& cursor, const std::filesystem::path& fol
     const MofToken pragma = cursor.expectName("the name of a pragma");
     const bool isInclude = pragma.isName("include");
     if (!isInclude && !pragma.isName("namespace")) return skipPragmaParameters(cursor);
+    if (isInclude) {
+        const MofPragmaParameter file = parseFilePragma(cursor);
+        return _include(file.text, file.position, folder);
+    }
     const MofPragmaParameter parameter = parsePragmaParameter(cursor);
-    if (isInclude) return _include(parameter.text, parameter.position, folder);
     _nameSpace = atPosition(parameter.position, [&] { return &_repository.make(parameter.text); });
 }
 

@@ -3,6 +3,7 @@
 #include "cimhost/mof/MofLiterals.h"
 #include "cimhost/repository/ValueConversion.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <limits>
 #include <utility>
@@ -20,21 +21,42 @@ Value parseWord(MofCursor& cursor) {
     cursor.unexpected("a value");
 }
 
-}  // namespace
+using Append = void (*)(const MofToken& token, std::string& text);
 
-std::string parseString(MofCursor& cursor, const char* what) {
+std::string joinStrings(MofCursor& cursor, const char* what, Append append) {
     std::string text;
-    appendString(cursor.expectKind(MofToken::Kind::string, what), text);
-    while (cursor.peek().kind == MofToken::Kind::string) appendString(cursor.take(), text);
+    append(cursor.expectKind(MofToken::Kind::string, what), text);
+    while (cursor.peek().kind == MofToken::Kind::string) append(cursor.take(), text);
     return text;
 }
 
-MofPragmaParameter parsePragmaParameter(MofCursor& cursor) {
+MofPragmaParameter parsePragma(MofCursor& cursor, Append append) {
     cursor.expectSymbol('(', "after the pragma");
     const MofPosition position = cursor.position();
-    std::string text = parseString(cursor, "a string as the pragma's parameter");
+    std::string text = joinStrings(cursor, "a string as the pragma's parameter", append);
     cursor.expectSymbol(')', "after the pragma's parameter");
     return {std::move(text), position};
+}
+
+void appendFileName(const MofToken& token, std::string& text) {
+    const std::string_view quoted = token.text;
+    text += quoted.substr(1, quoted.size() - 2);
+}
+
+}  // namespace
+
+std::string parseString(MofCursor& cursor, const char* what) {
+    return joinStrings(cursor, what, appendString);
+}
+
+MofPragmaParameter parsePragmaParameter(MofCursor& cursor) {
+    return parsePragma(cursor, appendString);
+}
+
+MofPragmaParameter parseFilePragma(MofCursor& cursor) {
+    MofPragmaParameter parameter = parsePragma(cursor, appendFileName);
+    std::ranges::replace(parameter.text, '\\', '/');
+    return parameter;
 }
 
 MofElement parseElement(MofCursor& cursor) {

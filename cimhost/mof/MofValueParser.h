@@ -52,6 +52,10 @@ struct MofPragmaParameter {
 /// `("text")` behind the name of a pragma.
 MofPragmaParameter parsePragmaParameter(MofCursor& cursor);
 
+/// The same where the text is the name of a file: nothing in it is an escape, and backslashes part
+/// folders, as in schemas that were packed on other systems.
+MofPragmaParameter parseFilePragma(MofCursor& cursor);
+
 /// What an element stands for, in the given type. Throws MofError at the element.
 using ElementConverter = std::function<Value(const MofElement&, CimType)>;
 

@@ -45,7 +45,8 @@ class Answer:
 class Host:
     """Use with `with`: leaving it stops the server and checks that it ended well."""
 
-    def __init__(self, *options, arguments=BASE_SERVER, files=None, seconds=170):
+    def __init__(self, *options, arguments=BASE_SERVER, files=None, seconds=170,
+                 manner=os.environ.get("PYL_MANNER", "standard")):
         """`files`: a folder that stands before the library's own paths, /etc/cim and /tmp/PYL..."""
         self._ended_log = None
         self._scratch = tempfile.TemporaryDirectory()
@@ -54,7 +55,7 @@ class Host:
             (self._files / folder).mkdir(parents=True, exist_ok=True)
         self.log_file = pathlib.Path(self._scratch.name) / "log"
         command = [BUILD / "cimhost/cimhost", "serve", "--port", "0", "--max-seconds", str(seconds),
-                   "--manner", os.environ.get("PYL_MANNER", "standard"), *arguments, *options]
+                   "--manner", manner, *arguments, *options]
         with open(self.log_file, "wb") as log:
             self.process = subprocess.Popen([str(word) for word in command], stderr=log,
                                             stdout=subprocess.PIPE, text=True,

@@ -50,7 +50,7 @@ TEST_F(HandlerTest, FindsReferencesWithTheirFullPath) {
                                 "<INSTANCENAME CLASSNAME=\"TEST_Link\">"));
     EXPECT_THAT(link, HasSubstr("<PROPERTY.REFERENCE NAME=\"Antecedent\" "
                                 "REFERENCECLASS=\"TEST_Element\"><VALUE.REFERENCE>" +
-                                instanceName("TEST_Pump", "Id", "p1") + "</VALUE.REFERENCE>"));
+                                instancePath("p1") + "</VALUE.REFERENCE>"));
     EXPECT_THAT(answer(intrinsic("ReferenceNames", object())),
                 HasSubstr("<IRETURNVALUE><OBJECTPATH><INSTANCEPATH>"));
 }

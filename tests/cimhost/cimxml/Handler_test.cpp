@@ -189,6 +189,9 @@ TEST_F(HandlerTest, SurvivesEverySingleChangedByte) {
 
 TEST_F(HandlerTest, AnswersUnknownOperationsWithNotSupported) {
     EXPECT_EQ(error(intrinsic("Reboot")), "7: operation Reboot is not supported");
+    EXPECT_EQ(error(intrinsic("deleteclass")),
+              "7: operation deleteclass is not supported: classes and qualifiers come from the MOF "
+              "files that the server is started with; change those and start it again");
     for (const char* const name :
          {"CreateClass", "ModifyClass", "DeleteClass", "SetQualifier", "DeleteQualifier",
           "OpenEnumerateInstances", "OpenEnumerateInstancePaths", "OpenAssociatorInstances",

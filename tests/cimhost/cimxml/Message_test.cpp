@@ -143,8 +143,27 @@ TEST(Message, AcceptsEveryMinorVersion) {
     EXPECT_EQ(outcome(request), "accepted");
 }
 
+TEST(Message, KnowsWhetherTheClientReadsTypesOfKeys) {
+    const auto wantsTypedKeys = [](const std::string& body) {
+        TestRequest request = intrinsic("GetInstance");
+        request.body = body;
+        const XmlDocument document(request.body, TagSet{Tag::cim});
+        return readMessage(request.view(), document).wantsTypedKeys;
+    };
+    const std::string plain = getInstanceRequest();
+    EXPECT_FALSE(wantsTypedKeys(plain));
+    for (const std::string version : {"2.4", "2.5", "2.10", "2.99999999999999999999"}) {
+        EXPECT_TRUE(
+            wantsTypedKeys(replaced(plain, "DTDVERSION=\"2.0\"", "DTDVERSION=\"" + version + "\"")))
+            << version;
+    }
+    EXPECT_FALSE(wantsTypedKeys(replaced(plain, "DTDVERSION=\"2.0\"", "DTDVERSION=\"2.3.1\"")));
+    EXPECT_TRUE(wantsTypedKeys(replaced(plain, "<KEYVALUE ", "<KEYVALUE TYPE=\"string\" ")));
+}
+
 TEST(Message, RefusesOtherVersions) {
-    for (const std::string version : {"3.0", "1.0", "", "2", "2.", "20.0", "2.0x", " 2.0"}) {
+    for (const std::string version :
+         {"3.0", "1.0", "", "2", "2.", "20.0", "2.0x", " 2.0", "2.3.", "2..3", "2.3.1.0"}) {
         TestRequest request = getClass();
         request.body =
             replaced(request.body, "CIMVERSION=\"2.0\"", "CIMVERSION=\"" + version + "\"");

@@ -53,6 +53,14 @@ TEST_F(HandlerTest, InvokesAMethodOfAClass) {
         HasSubstr("<VALUE>1</VALUE>"));
 }
 
+TEST_F(HandlerTest, RefusesAMethodOfAnInstanceThatIsNotThere) {
+    provider.methodResult.returnValue = number(0);
+    const TestRequest request =
+        extrinsic("Spin", instanceName("TEST_Fan", "Id", "f9"), "root%2Ftest%3ATEST_Fan.Id=\"f9\"");
+    EXPECT_EQ(errorCode(request), 6);
+    EXPECT_EQ(provider.method, "") << "the provider is not asked";
+}
+
 TEST_F(HandlerTest, TypesArgumentsByTheClassHoweverTheyAreMarked) {
     for (const char* const mark :
          {"", "PARAMTYPE=\"uint16\"", "TYPE=\"uint16\"", "PARAMTYPE=\"UINT16\""}) {

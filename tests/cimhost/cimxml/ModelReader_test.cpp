@@ -160,6 +160,20 @@ TEST_F(ModelReaderTest, TypesKeysByTheClassAndNotByTheRequest) {
     EXPECT_EQ(*keys.findKey("Letter"), Value::unsignedInteger(CimType::char16, 'x'));
 }
 
+TEST_F(ModelReaderTest, RefusesWhatIsNoStringForAKeyThatIsOne) {
+    const auto fan = [&](std::string_view kind) {
+        return path(
+            "<INSTANCENAME CLASSNAME='TEST_Fan'><KEYBINDING NAME='Id'><KEYVALUE VALUETYPE='" +
+            std::string(kind) + "'>1</KEYVALUE></KEYBINDING></INSTANCENAME>");
+    };
+    EXPECT_EQ(*fan("string").findKey("Id"), Value::string("1"));
+    EXPECT_EQ(*fan("String").findKey("Id"), Value::string("1"));
+    EXPECT_EQ(errorOf([&] { fan("numeric"); }),
+              "4: key Id of TEST_Fan is of type string, not numeric");
+    EXPECT_EQ(errorOf([&] { fan("boolean"); }),
+              "4: key Id of TEST_Fan is of type string, not boolean");
+}
+
 TEST_F(ModelReaderTest, TypesKeysOfUnknownClassesByTheRequest) {
     const auto key = [&](std::string_view attributes, std::string_view text) {
         return path("<INSTANCENAME CLASSNAME='Nobody'><KEYBINDING NAME='k'><KEYVALUE " +

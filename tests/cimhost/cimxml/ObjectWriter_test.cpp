@@ -27,6 +27,13 @@ constexpr std::string_view writtenFanName =
     "<INSTANCENAME CLASSNAME=\"TEST_Fan\"><KEYBINDING NAME=\"Id\"><KEYVALUE VALUETYPE=\"string\">"
     "f&lt;1&gt;</KEYVALUE></KEYBINDING></INSTANCENAME>";
 
+std::string writtenReference() {
+    return "<VALUE.REFERENCE><INSTANCEPATH><NAMESPACEPATH><HOST>host:5988</HOST>"
+           "<LOCALNAMESPACEPATH><NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"test\"/>"
+           "</LOCALNAMESPACEPATH></NAMESPACEPATH>" +
+           std::string(writtenFanName) + "</INSTANCEPATH></VALUE.REFERENCE>";
+}
+
 class ObjectWriterTest : public testing::Test {
 protected:
     ObjectWriterTest() { fillTestSchema(_repository); }
@@ -97,8 +104,7 @@ TEST_F(ObjectWriterTest, WritesArraysWithNullElements) {
               "<VALUE.ARRAY><VALUE>1</VALUE><VALUE.NULL/></VALUE.ARRAY>");
     EXPECT_EQ(value(Value::nullArray(CimType::uint8)), "");
     EXPECT_EQ(value(Value::array(CimType::reference, {Value::reference(fanPath())})),
-              "<VALUE.REFARRAY><VALUE.REFERENCE>" + std::string(writtenFanName) +
-                  "</VALUE.REFERENCE></VALUE.REFARRAY>");
+              "<VALUE.REFARRAY>" + writtenReference() + "</VALUE.REFARRAY>");
 }
 
 TEST_F(ObjectWriterTest, WritesNamesWithKeysOfEveryKind) {
@@ -128,11 +134,23 @@ TEST_F(ObjectWriterTest, WritesANameWithoutKeysWithAnEndTag) {
               "<INSTANCENAME CLASSNAME=\"TEST_Only\"></INSTANCENAME>");
 }
 
-TEST_F(ObjectWriterTest, WritesReferencesWithinTheNamespaceByName) {
-    EXPECT_EQ(value(Value::reference(fanPath(""))),
-              "<VALUE.REFERENCE>" + std::string(writtenFanName) + "</VALUE.REFERENCE>");
-    EXPECT_EQ(value(Value::reference(fanPath("ROOT/test"))),
-              "<VALUE.REFERENCE>" + std::string(writtenFanName) + "</VALUE.REFERENCE>");
+TEST_F(ObjectWriterTest, WritesTheTypesOfKeysWhenAskedTo) {
+    XmlBuffer out;
+    ObjectPath path;
+    path.className = "C";
+    path.keys = {{"B", Value::boolean(true)}, {"U", Value::unsignedInteger(CimType::uint8, 7)}};
+    ObjectWriter(out, "host:5988", "root/test", true).instanceName(path);
+    EXPECT_EQ(out.view(),
+              "<INSTANCENAME CLASSNAME=\"C\"><KEYBINDING NAME=\"B\">"
+              "<KEYVALUE VALUETYPE=\"boolean\" TYPE=\"boolean\">true</KEYVALUE></KEYBINDING>"
+              "<KEYBINDING NAME=\"U\">"
+              "<KEYVALUE VALUETYPE=\"numeric\" TYPE=\"uint8\">7</KEYVALUE></KEYBINDING>"
+              "</INSTANCENAME>");
+}
+
+TEST_F(ObjectWriterTest, WritesReferencesWithTheirNamespace) {
+    EXPECT_EQ(value(Value::reference(fanPath(""))), writtenReference());
+    EXPECT_EQ(value(Value::reference(fanPath())), writtenReference());
 }
 
 TEST_F(ObjectWriterTest, WritesReferencesAcrossNamespacesInFull) {
@@ -194,8 +212,7 @@ TEST_F(ObjectWriterTest, WritesPropertiesWithTheTypeOfTheirValue) {
     EXPECT_EQ(property(Value::nullArray(CimType::string)),
               "<PROPERTY.ARRAY NAME=\"P\" TYPE=\"string\"></PROPERTY.ARRAY>");
     EXPECT_EQ(property(Value::reference(fanPath())),
-              "<PROPERTY.REFERENCE NAME=\"P\"><VALUE.REFERENCE>" + std::string(writtenFanName) +
-                  "</VALUE.REFERENCE></PROPERTY.REFERENCE>");
+              "<PROPERTY.REFERENCE NAME=\"P\">" + writtenReference() + "</PROPERTY.REFERENCE>");
 }
 
 TEST_F(ObjectWriterTest, AsksTheClassWhereTheValueDoesNotSay) {

@@ -49,6 +49,17 @@ TEST_F(MofCompilationTest, IncludesFilesFromTheFolderOfTheIncludingOne) {
     EXPECT_TRUE(has("root/test", "B"));
 }
 
+TEST_F(MofCompilationTest, ReadsTheNameOfAFileAsItStands) {
+    const auto file = _folder.write("a.mof",
+                                    "#pragma include (\"System\\CIM_b.mof\")\n"
+                                    "#pragma include (\"new\\\\te\" \"xt.mof\")");
+    _folder.write("System/CIM_b.mof", "class B {};");
+    _folder.write("new/text.mof", "class C {};");
+    readFile(file);
+    EXPECT_TRUE(has("root/test", "B"));
+    EXPECT_TRUE(has("root/test", "C"));
+}
+
 TEST_F(MofCompilationTest, LooksInTheSearchPathsNext) {
     const auto file = _folder.write("a.mof", "#pragma include (\"b.mof\")");
     _folder.write("one/b.mof", "class One {};");
