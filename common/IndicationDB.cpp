@@ -92,7 +92,7 @@ void IndicationDB::_makeRow(const std::string& providerName, const IndicationRow
     record._providerName = providerName;
     record._eventID = row.eventID;
     record._WBEMProviderName = row.family.WBEMProviderName;
-    record._WBEMEventID = row.WBEMEventID;
+    record._WBEMEventID = std::to_string(row.WBEMEventID);
     record._severity = row.severity;
     record._description = row.description;
     record._summary = row.summary;

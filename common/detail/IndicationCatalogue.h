@@ -55,7 +55,7 @@ struct IndicationRow {
     IndicationFamily family;
     RecordSet sets = family.sets;
     int eventID;
-    std::string_view WBEMEventID;
+    int WBEMEventID = eventID;  // what consoles know the event by, as text
     indicationSeverity severity;
     ProbableCause probableCause = causeOther;
     std::string_view probableCauseDescription;
@@ -74,10 +74,10 @@ inline constexpr auto valmor = RecordSet::valmor;
 
 /// The fields of a heart beat, which differ in their first words alone. A macro, since nothing else
 /// joins literals.
-#define PYL_HEART_BEAT(words)                                                \
-    .eventID = 100, .WBEMEventID = "100", .severity = severityInformational, \
-    .probableCauseDescription = words " Heart Beat",                         \
-    .summary = words " Heart Beat indication Id:",                           \
+#define PYL_HEART_BEAT(words)                          \
+    .eventID = 100, .severity = severityInformational, \
+    .probableCauseDescription = words " Heart Beat",   \
+    .summary = words " Heart Beat indication Id:",     \
     .description = words " Heart Beat test indication"
 
 /// The same event under the title that it has on Valmor machines.
@@ -92,7 +92,7 @@ inline constexpr std::string_view policyTitle =
     "Filtering for existing managed elements in KT_GroupSystemSpecificCollection";
 
 /// The event that the policy of the consolidated status has changed.
-consteval IndicationRow policyChange(int eventID, std::string_view WBEMEventID,
+consteval IndicationRow policyChange(int eventID, int WBEMEventID,
                                      std::string_view title = policyTitle) {
     return {
         .family = {.WBEMProviderName = "KT Consolidated Status",
