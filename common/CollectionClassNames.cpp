@@ -4,12 +4,14 @@
 
 // clang-format off
 
-#define PYL_TABLES(family)                                                                            \
-    constinit const char* const family##ClassNames[] = {PYL_##family##Classes(PYL_CLASS_NAME) nullptr}; \
-    constinit const char* const family##ClassTypes[] = {PYL_##family##Classes(PYL_CLASS_TYPE) nullptr};
+#define PYL_TABLES(family) \
+    constinit const char* const family##ClassNames[] = { \
+        PYL_##family##Classes(PYL_CLASS_NAME, PYL_CLASS_NAMES) nullptr}; \
+    constinit const char* const family##ClassTypes[] = { \
+        PYL_##family##Classes(PYL_CLASS_TYPE, PYL_CLASS_TYPES) nullptr};
 
-#define PYL_LEVELS(family)                                                                            \
-    constinit const int family##ClassLevels[] = {PYL_##family##Classes(PYL_CLASS_LEVEL) -1};
+#define PYL_LEVELS(family) \
+    constinit const int family##ClassLevels[] = {PYL_##family##Classes(PYL_CLASS_LEVEL, PYL_CLASS_LEVELS) -1};
 
 namespace PYL {
 

@@ -24,7 +24,7 @@ namespace {
 
 // clang-format off
 #define PYL_LEVELS(family) \
-    constexpr int family##ClassLevels[] = {PYL_##family##Classes(PYL_CLASS_LEVEL) -1};
+    constexpr int family##ClassLevels[] = {PYL_##family##Classes(PYL_CLASS_LEVEL, PYL_CLASS_LEVELS) -1};
 
 PYL_LEVELS(BaseServer)
 PYL_LEVELS(Memory)
@@ -34,7 +34,7 @@ PYL_LEVELS(MemoryPhysical)
 PYL_LEVELS(BaseServerPhysicalAsset)
 // Two levels more than there are classes. They belong to the table; since a level is read by the
 // index of its class only, nobody meets them.
-constexpr int RecordLogClassLevels[] = {PYL_RecordLogClasses(PYL_CLASS_LEVEL) 4, 4, -1};
+constexpr int RecordLogClassLevels[] = {PYL_RecordLogClasses(PYL_CLASS_LEVEL, PYL_CLASS_LEVELS) 4, 4, -1};
 PYL_LEVELS(SoftwareInventory)
 PYL_LEVELS(ProfileRegistration)
 PYL_LEVELS(CarrowLite)
@@ -47,54 +47,33 @@ PYL_LEVELS(ConsolidatedStatus)
 PYL_LEVELS(SASHBA)
 PYL_LEVELS(PCI)
 
+#define PYL_CLASSES(family) \
+    .classNames = family##ClassNames, .classTypes = family##ClassTypes, .classLevels = family##ClassLevels
+
 // Clients ask by these names; not each of them is that of a registered profile. Profile
 // registration is collected from "root/interop", whatever the namespace of our own registered
 // profiles.
 constexpr CollectionRow table[] = {
-    {.id = 105, .name = "KT Base Server",
-     .classNames = BaseServerClassNames, .classTypes = BaseServerClassTypes, .classLevels = BaseServerClassLevels},
-    {.id = 110, .name = "KT Memory",
-     .classNames = MemoryClassNames, .classTypes = MemoryClassTypes, .classLevels = MemoryClassLevels},
-    {.id = 106, .name = "KT CPU",
-     .classNames = CPUClassNames, .classTypes = CPUClassTypes, .classLevels = CPUClassLevels},
-    {.id = 108, .name = "KT CPU Physical Asset",
-     .classNames = CPUPhysicalAssetClassNames, .classTypes = CPUPhysicalAssetClassTypes,
-     .classLevels = CPUPhysicalAssetClassLevels},
-    {.id = 111, .name = "KT Memory Physical Asset",
-     .classNames = MemoryPhysicalClassNames, .classTypes = MemoryPhysicalClassTypes,
-     .classLevels = MemoryPhysicalClassLevels},
-    {.id = 114, .name = "KT Base Server Physical Asset",
-     .classNames = BaseServerPhysicalAssetClassNames, .classTypes = BaseServerPhysicalAssetClassTypes,
-     .classLevels = BaseServerPhysicalAssetClassLevels},
-    {.id = 109, .name = "KT Record Log",
-     .classNames = RecordLogClassNames, .classTypes = RecordLogClassTypes, .classLevels = RecordLogClassLevels},
-    {.id = 127, .name = "KT Software Inventory and Update",
-     .classNames = SoftwareInventoryClassNames, .classTypes = SoftwareInventoryClassTypes,
-     .classLevels = SoftwareInventoryClassLevels},
-    {.id = 100, .name = "KT Profile Registration", .nameSpace = "root/interop",
-     .classNames = ProfileRegistrationClassNames, .classTypes = ProfileRegistrationClassTypes,
-     .classLevels = ProfileRegistrationClassLevels},
-    {.id = 125, .name = "KT Carrow Lite",
-     .classNames = CarrowLiteClassNames, .classTypes = CarrowLiteClassTypes, .classLevels = CarrowLiteClassLevels},
-    {.id = 101, .name = "KT Management Processor Lite",
-     .classNames = MPLiteClassNames, .classTypes = MPLiteClassTypes, .classLevels = MPLiteClassLevels},
-    {.id = 119, .name = "KT FC HBA",
-     .classNames = FCHBAClassNames, .classTypes = FCHBAClassTypes, .classLevels = FCHBAClassLevels},
-    {.id = 121, .name = "KT Vela Array",
-     .classNames = VelaArrayClassNames, .classTypes = VelaArrayClassTypes, .classLevels = VelaArrayClassLevels},
-    {.id = 117, .name = "KT Ethernet Teaming",
-     .classNames = EthernetTeamingClassNames, .classTypes = EthernetTeamingClassTypes,
-     .classLevels = EthernetTeamingClassLevels},
-    {.id = 124, .name = "KT Location",
-     .classNames = LocationClassNames, .classTypes = LocationClassTypes, .classLevels = LocationClassLevels},
-    {.id = 113, .name = "KT Consolidated Status",
-     .classNames = ConsolidatedStatusClassNames, .classTypes = ConsolidatedStatusClassTypes,
-     .classLevels = ConsolidatedStatusClassLevels},
-    {.id = 122, .name = "KT SAS HBA",
-     .classNames = SASHBAClassNames, .classTypes = SASHBAClassTypes, .classLevels = SASHBAClassLevels},
-    {.id = 199, .name = "KT PCI",
-     .classNames = PCIClassNames, .classTypes = PCIClassTypes, .classLevels = PCIClassLevels},
+    {.id = 105, .name = "KT Base Server", PYL_CLASSES(BaseServer)},
+    {.id = 110, .name = "KT Memory", PYL_CLASSES(Memory)},
+    {.id = 106, .name = "KT CPU", PYL_CLASSES(CPU)},
+    {.id = 108, .name = "KT CPU Physical Asset", PYL_CLASSES(CPUPhysicalAsset)},
+    {.id = 111, .name = "KT Memory Physical Asset", PYL_CLASSES(MemoryPhysical)},
+    {.id = 114, .name = "KT Base Server Physical Asset", PYL_CLASSES(BaseServerPhysicalAsset)},
+    {.id = 109, .name = "KT Record Log", PYL_CLASSES(RecordLog)},
+    {.id = 127, .name = "KT Software Inventory and Update", PYL_CLASSES(SoftwareInventory)},
+    {.id = 100, .name = "KT Profile Registration", .nameSpace = "root/interop", PYL_CLASSES(ProfileRegistration)},
+    {.id = 125, .name = "KT Carrow Lite", PYL_CLASSES(CarrowLite)},
+    {.id = 101, .name = "KT Management Processor Lite", PYL_CLASSES(MPLite)},
+    {.id = 119, .name = "KT FC HBA", PYL_CLASSES(FCHBA)},
+    {.id = 121, .name = "KT Vela Array", PYL_CLASSES(VelaArray)},
+    {.id = 117, .name = "KT Ethernet Teaming", PYL_CLASSES(EthernetTeaming)},
+    {.id = 124, .name = "KT Location", PYL_CLASSES(Location)},
+    {.id = 113, .name = "KT Consolidated Status", PYL_CLASSES(ConsolidatedStatus)},
+    {.id = 122, .name = "KT SAS HBA", PYL_CLASSES(SASHBA)},
+    {.id = 199, .name = "KT PCI", PYL_CLASSES(PCI)},
 };
+#undef PYL_CLASSES
 // clang-format on
 
 }  // namespace

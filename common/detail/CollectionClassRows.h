@@ -1,13 +1,17 @@
 #pragma once
 
-/// The classes of the data collection: each row is a class, its kind and its level. The tables of a
-/// family are all made from its rows, so that entry i of each speaks of the same class. For the
-/// sources of those tables alone.
+/// The classes of the data collection: each row is a class, its kind and its level; a pair is two
+/// classes that have these in common, which stand one after the other. The tables of a family are
+/// all made from its rows, so that entry i of each speaks of the same class. For the sources of
+/// those tables alone.
 // clang-format off
 
 #define PYL_CLASS_NAME(className, kind, level) className,
 #define PYL_CLASS_TYPE(className, kind, level) kind,
 #define PYL_CLASS_LEVEL(className, kind, level) level,
+#define PYL_CLASS_NAMES(first, second, kind, level) first, second,
+#define PYL_CLASS_TYPES(first, second, kind, level) kind, kind,
+#define PYL_CLASS_LEVELS(first, second, kind, level) level, level,
 
 namespace PYL {
 
@@ -16,498 +20,293 @@ constexpr const char* association = "Association";
 
 }  // namespace PYL
 
-#define PYL_BaseServerClasses(row) \
-    row("KT_ComputerSystem", instance, 2) \
-    row("PYL_ComputerSystem", instance, 2) \
+#define PYL_BaseServerClasses(row, pair) \
+    pair("KT_ComputerSystem", "PYL_ComputerSystem", instance, 2) \
     row("PYL_OperatingSystem", instance, 2) \
     row("PYL_RunningOS", association, 0) \
     row("PYL_PYLInstalledSoftwareIdentity", association, 0) \
     row("PYL_SystemInstalledFirmwareIdentity", association, 0) \
-    row("KT_ProductParentChild", association, 0) \
-    row("PYL_ProductParentChild", association, 0) \
-    row("KT_AggregateProduct", instance, 2) \
-    row("PYL_AggregateProduct", instance, 2) \
-    row("KT_ServerProduct", instance, 1) \
-    row("PYL_ServerProduct", instance, 1) \
+    pair("KT_ProductParentChild", "PYL_ProductParentChild", association, 0) \
+    pair("KT_AggregateProduct", "PYL_AggregateProduct", instance, 2) \
+    pair("KT_ServerProduct", "PYL_ServerProduct", instance, 1) \
     row("PYL_InstalledOS", association, 0) \
     row("PYL_ServerProductPhysicalComponent", instance, 0) \
 
-#define PYL_BaseServerPhysicalAssetClasses(row) \
-    row("KT_ComputerSystemChassis", instance, 2) \
-    row("PYL_ComputerSystemChassis", instance, 2) \
-    row("KT_ComputerSystemPackage", instance, 0) \
-    row("PYL_ComputerSystemPackage", instance, 0) \
+#define PYL_BaseServerPhysicalAssetClasses(row, pair) \
+    pair("KT_ComputerSystemChassis", "PYL_ComputerSystemChassis", instance, 2) \
+    pair("KT_ComputerSystemPackage", "PYL_ComputerSystemPackage", instance, 0) \
 
-#define PYL_CarrowLiteClasses(row) \
-    row("KT_BladeEnclosureElementFWIdentity", association, 2) \
-    row("PYL_BladeEnclosureElementFWIdentity", association, 2) \
-    row("KT_BladeEnclosureFW", instance, 2) \
-    row("PYL_BladeEnclosureFW", instance, 2) \
-    row("KT_BladeEnclosureCS", instance, 2) \
-    row("PYL_BladeEnclosureCS", instance, 2) \
-    row("KT_BladeEnclosureInstalledFWIdentity", association, 0) \
-    row("PYL_BladeEnclosureInstalledFWIdentity", association, 0) \
-    row("KT_CarrowComponent", association, 0) \
-    row("PYL_CarrowComponent", association, 0) \
-    row("KT_MemberOfBladeEnclosureCollection", association, 0) \
-    row("PYL_MemberOfBladeEnclosureCollection", association, 0) \
-    row("KT_BladeEnclosureCollection", instance, 0) \
-    row("PYL_BladeEnclosureCollection", instance, 0) \
-    row("KT_BladeEnclosureGroupHostedCollection", association, 0) \
-    row("PYL_BladeEnclosureGroupHostedCollection", association, 0) \
-    row("KT_BladeCSElementLocation", association, 0) \
-    row("PYL_BladeCSElementLocation", association, 0) \
-    row("KT_BladeCSLocation", instance, 0) \
-    row("PYL_BladeCSLocation", instance, 0) \
+#define PYL_CarrowLiteClasses(row, pair) \
+    pair("KT_BladeEnclosureElementFWIdentity", "PYL_BladeEnclosureElementFWIdentity", association, 2) \
+    pair("KT_BladeEnclosureFW", "PYL_BladeEnclosureFW", instance, 2) \
+    pair("KT_BladeEnclosureCS", "PYL_BladeEnclosureCS", instance, 2) \
+    pair("KT_BladeEnclosureInstalledFWIdentity", "PYL_BladeEnclosureInstalledFWIdentity", association, 0) \
+    pair("KT_CarrowComponent", "PYL_CarrowComponent", association, 0) \
+    pair("KT_MemberOfBladeEnclosureCollection", "PYL_MemberOfBladeEnclosureCollection", association, 0) \
+    pair("KT_BladeEnclosureCollection", "PYL_BladeEnclosureCollection", instance, 0) \
+    pair("KT_BladeEnclosureGroupHostedCollection", "PYL_BladeEnclosureGroupHostedCollection", association, 0) \
+    pair("KT_BladeCSElementLocation", "PYL_BladeCSElementLocation", association, 0) \
+    pair("KT_BladeCSLocation", "PYL_BladeCSLocation", instance, 0) \
 
-#define PYL_CPUClasses(row) \
-    row("KT_AssociatedProcessorCacheMemory", association, 0) \
-    row("PYL_AssociatedProcessorCacheMemory", association, 0) \
-    row("KT_CacheMemory", instance, 0) \
-    row("PYL_CacheMemory", instance, 0) \
-    row("KT_HardwareThread", instance, 0) \
-    row("PYL_HardwareThread", instance, 0) \
-    row("KT_HWThreadComponent", association, 0) \
-    row("PYL_HWThreadComponent", association, 0) \
-    row("KT_Processor", instance, 2) \
-    row("PYL_Processor", instance, 2) \
-    row("KT_ProcessorCapabilities", instance, 2) \
-    row("PYL_ProcessorCapabilities", instance, 2) \
-    row("KT_ProcessorCore", instance, 2) \
-    row("PYL_ProcessorCore", instance, 2) \
-    row("KT_ProcessorCoreComponent", association, 0) \
-    row("PYL_ProcessorCoreComponent", association, 0) \
-    row("KT_ProcessorElementCapabilities", association, 0) \
-    row("PYL_ProcessorElementCapabilities", association, 0) \
-    row("KT_SystemProcessor", association, 0) \
-    row("PYL_SystemProcessor", association, 0) \
+#define PYL_CPUClasses(row, pair) \
+    pair("KT_AssociatedProcessorCacheMemory", "PYL_AssociatedProcessorCacheMemory", association, 0) \
+    pair("KT_CacheMemory", "PYL_CacheMemory", instance, 0) \
+    pair("KT_HardwareThread", "PYL_HardwareThread", instance, 0) \
+    pair("KT_HWThreadComponent", "PYL_HWThreadComponent", association, 0) \
+    pair("KT_Processor", "PYL_Processor", instance, 2) \
+    pair("KT_ProcessorCapabilities", "PYL_ProcessorCapabilities", instance, 2) \
+    pair("KT_ProcessorCore", "PYL_ProcessorCore", instance, 2) \
+    pair("KT_ProcessorCoreComponent", "PYL_ProcessorCoreComponent", association, 0) \
+    pair("KT_ProcessorElementCapabilities", "PYL_ProcessorElementCapabilities", association, 0) \
+    pair("KT_SystemProcessor", "PYL_SystemProcessor", association, 0) \
     row("PYL_MemberOfProcessorCollection", association, 0) \
 
-#define PYL_CPUPhysicalAssetClasses(row) \
-    row("KT_ProcessorChip", instance, 2) \
-    row("PYL_ProcessorChip", instance, 2) \
-    row("KT_RealizesProcessor", association, 0) \
-    row("PYL_RealizesProcessor", association, 0) \
-    row("KT_SystemPhysicalProcessor", association, 0) \
-    row("PYL_SystemPhysicalProcessor", association, 0) \
+#define PYL_CPUPhysicalAssetClasses(row, pair) \
+    pair("KT_ProcessorChip", "PYL_ProcessorChip", instance, 2) \
+    pair("KT_RealizesProcessor", "PYL_RealizesProcessor", association, 0) \
+    pair("KT_SystemPhysicalProcessor", "PYL_SystemPhysicalProcessor", association, 0) \
 
-#define PYL_ConfigurationDataClasses(row) \
-    row("KT_PXDataCollection", instance, 2) \
-    row("PYL_PXDataCollection", instance, 2) \
+#define PYL_ConfigurationDataClasses(row, pair) \
+    pair("KT_PXDataCollection", "PYL_PXDataCollection", instance, 2) \
 
-#define PYL_ConsolidatedStatusClasses(row) \
-    row("KT_ConsolidatedStatusView", instance, 0) \
-    row("PYL_MPConsolidatedStatusView", instance, 0) \
-    row("KT_ScopedConsolidatedStatusView", association, 0) \
-    row("PYL_MPScopedConsolidatedStatusView", association, 0) \
-    row("KT_GroupSystemSpecificCollection", instance, 2) \
-    row("PYL_ProcessorCollection", instance, 2) \
-    row("KT_GroupHostedCollection", association, 0) \
-    row("PYL_BladeEnclosureGroupHostedCollection", association, 0) \
+#define PYL_ConsolidatedStatusClasses(row, pair) \
+    pair("KT_ConsolidatedStatusView", "PYL_MPConsolidatedStatusView", instance, 0) \
+    pair("KT_ScopedConsolidatedStatusView", "PYL_MPScopedConsolidatedStatusView", association, 0) \
+    pair("KT_GroupSystemSpecificCollection", "PYL_ProcessorCollection", instance, 2) \
+    pair("KT_GroupHostedCollection", "PYL_BladeEnclosureGroupHostedCollection", association, 0) \
     row("PYL_HostedProcessorCollection", association, 0) \
 
-#define PYL_EthernetTeamingClasses(row) \
+#define PYL_EthernetTeamingClasses(row, pair) \
     row("KT_EthernetControllerPhysicalPackageEthernetController", association, 0) \
     row("PYL_EthernetControllerPhysicalPackageEthernetController", association, 0) \
     row("KT_EthernetControllerPhysicalPackageEthernetControllerLocation", association, 0) \
     row("PYL_EthernetControllerPhysicalPackageEthernetControllerLocation", association, 0) \
-    row("KT_EthernetDevice", association, 0) \
-    row("PYL_EthernetDevice", association, 0) \
-    row("KT_EthernetElementFirmwareIdentity", association, 0) \
-    row("PYL_EthernetElementFirmwareIdentity", association, 0) \
-    row("KT_EthernetElementSoftwareIdentity", association, 0) \
-    row("PYL_EthernetElementSoftwareIdentity", association, 0) \
-    row("KT_EthernetLANEndpoint", instance, 2) \
-    row("PYL_EthernetLANEndpoint", instance, 2) \
-    row("KT_EthernetLANEndpointStatisticalData", association, 0) \
-    row("PYL_EthernetLANEndpointStatisticalData", association, 0) \
-    row("KT_EthernetLANHostedAccessPoint", association, 0) \
-    row("PYL_EthernetLANHostedAccessPoint", association, 0) \
-    row("KT_EthernetMemberOfCollection", association, 0) \
-    row("PYL_EthernetMemberOfCollection", association, 0) \
-    row("KT_EthernetPort", instance, 2) \
-    row("PYL_EthernetPort", instance, 2) \
-    row("KT_EthernetPortController", instance, 0) \
-    row("PYL_EthernetPortController", instance, 0) \
-    row("KT_EthernetPortControllerEthernetPort", instance, 0) \
-    row("PYL_EthernetPortControllerEthernetPort", instance, 0) \
-    row("KT_EthernetPortControllerFirmwareIdentity", instance, 0) \
-    row("PYL_EthernetPortControllerFirmwareIdentity", instance, 0) \
-    row("KT_EthernetPortControllerPhysicalPackage", instance, 0) \
-    row("PYL_EthernetPortControllerPhysicalPackage", instance, 0) \
-    row("KT_EthernetPortControllerSoftwareIdentity", instance, 0) \
-    row("PYL_EthernetPortControllerSoftwareIdentity", instance, 0) \
-    row("KT_EthernetPortStatisticalData", association, 0) \
-    row("PYL_EthernetPortStatisticalData", association, 0) \
-    row("KT_EthernetPortToLANEndpoint", association, 0) \
-    row("PYL_EthernetPortToLANEndpoint", association, 0) \
-    row("KT_EthernetStatistics", instance, 0) \
-    row("PYL_EthernetStatistics", instance, 0) \
-    row("KT_EthernetTeamMember", association, 0) \
-    row("PYL_EthernetTeamMember", association, 0) \
-    row("KT_EthernetTeamToLANEndpoint", association, 0) \
-    row("PYL_EthernetTeamToLANEndpoint", association, 0) \
-    row("KT_EthEventSettings", instance, 0) \
-    row("PYL_EthEventSettings", instance, 0) \
-    row("KT_EthIPHostedAccessPoint", association, 0) \
-    row("PYL_EthIPHostedAccessPoint", association, 0) \
-    row("KT_HostedEthernetTeam", association, 0) \
-    row("PYL_HostedEthernetTeam", association, 0) \
-    row("KT_IPBindsToEthernetLANEndpoint", association, 0) \
-    row("PYL_IPBindsToEthernetLANEndpoint", association, 0) \
-    row("KT_IPProtocolEndpoint", instance, 0) \
-    row("PYL_IPProtocolEndpoint", instance, 0) \
-    row("KT_RemoteAccessAvailableToIPEndpoint", association, 0) \
-    row("PYL_EthernetRemoteAccessAvailableToIPEndpoint", association, 0) \
-    row("KT_RemoteServiceAccessPoint", instance, 0) \
-    row("PYL_EthernetRemoteServiceAccessPoint", instance, 0) \
-    row("KT_RemoteServiceHostedAccessPoint", association, 0) \
-    row("PYL_EthernetRemoteServiceHostedAccessPoint", association, 0) \
-    row("KT_EthernetGroupHostedCollection", association, 0) \
-    row("PYL_EthernetGroupHostedCollection", association, 0) \
-    row("KT_EthernetTeam", instance, 0) \
-    row("PYL_EthernetTeam", instance, 0) \
+    pair("KT_EthernetDevice", "PYL_EthernetDevice", association, 0) \
+    pair("KT_EthernetElementFirmwareIdentity", "PYL_EthernetElementFirmwareIdentity", association, 0) \
+    pair("KT_EthernetElementSoftwareIdentity", "PYL_EthernetElementSoftwareIdentity", association, 0) \
+    pair("KT_EthernetLANEndpoint", "PYL_EthernetLANEndpoint", instance, 2) \
+    pair("KT_EthernetLANEndpointStatisticalData", "PYL_EthernetLANEndpointStatisticalData", association, 0) \
+    pair("KT_EthernetLANHostedAccessPoint", "PYL_EthernetLANHostedAccessPoint", association, 0) \
+    pair("KT_EthernetMemberOfCollection", "PYL_EthernetMemberOfCollection", association, 0) \
+    pair("KT_EthernetPort", "PYL_EthernetPort", instance, 2) \
+    pair("KT_EthernetPortController", "PYL_EthernetPortController", instance, 0) \
+    pair("KT_EthernetPortControllerEthernetPort", "PYL_EthernetPortControllerEthernetPort", instance, 0) \
+    pair("KT_EthernetPortControllerFirmwareIdentity", "PYL_EthernetPortControllerFirmwareIdentity", instance, 0) \
+    pair("KT_EthernetPortControllerPhysicalPackage", "PYL_EthernetPortControllerPhysicalPackage", instance, 0) \
+    pair("KT_EthernetPortControllerSoftwareIdentity", "PYL_EthernetPortControllerSoftwareIdentity", instance, 0) \
+    pair("KT_EthernetPortStatisticalData", "PYL_EthernetPortStatisticalData", association, 0) \
+    pair("KT_EthernetPortToLANEndpoint", "PYL_EthernetPortToLANEndpoint", association, 0) \
+    pair("KT_EthernetStatistics", "PYL_EthernetStatistics", instance, 0) \
+    pair("KT_EthernetTeamMember", "PYL_EthernetTeamMember", association, 0) \
+    pair("KT_EthernetTeamToLANEndpoint", "PYL_EthernetTeamToLANEndpoint", association, 0) \
+    pair("KT_EthEventSettings", "PYL_EthEventSettings", instance, 0) \
+    pair("KT_EthIPHostedAccessPoint", "PYL_EthIPHostedAccessPoint", association, 0) \
+    pair("KT_HostedEthernetTeam", "PYL_HostedEthernetTeam", association, 0) \
+    pair("KT_IPBindsToEthernetLANEndpoint", "PYL_IPBindsToEthernetLANEndpoint", association, 0) \
+    pair("KT_IPProtocolEndpoint", "PYL_IPProtocolEndpoint", instance, 0) \
+    pair("KT_RemoteAccessAvailableToIPEndpoint", "PYL_EthernetRemoteAccessAvailableToIPEndpoint", association, 0) \
+    pair("KT_RemoteServiceAccessPoint", "PYL_EthernetRemoteServiceAccessPoint", instance, 0) \
+    pair("KT_RemoteServiceHostedAccessPoint", "PYL_EthernetRemoteServiceHostedAccessPoint", association, 0) \
+    pair("KT_EthernetGroupHostedCollection", "PYL_EthernetGroupHostedCollection", association, 0) \
+    pair("KT_EthernetTeam", "PYL_EthernetTeam", instance, 0) \
     row("PYL_EthernetPortControllerPCIDevice", association, 0) \
 
-#define PYL_FCHBAClasses(row) \
-    row("KTFCHBA_ComputerSystem", instance, 0) \
-    row("PYL_FCHBAComputerSystem", instance, 0) \
-    row("KTFCHBA_ComputerSystemFCPort", association, 0) \
-    row("PYL_FCHBAComputerSystemFCPort", association, 0) \
-    row("KTFCHBA_ComputerSystemLogicalPortGroup", association, 0) \
-    row("PYL_FCHBAComputerSystemLogicalPortGroup", association, 0) \
-    row("KTFCHBA_ComputerSystemPortController", association, 0) \
-    row("PYL_FCHBAComputerSystemPortController", association, 0) \
+#define PYL_FCHBAClasses(row, pair) \
+    pair("KTFCHBA_ComputerSystem", "PYL_FCHBAComputerSystem", instance, 0) \
+    pair("KTFCHBA_ComputerSystemFCPort", "PYL_FCHBAComputerSystemFCPort", association, 0) \
+    pair("KTFCHBA_ComputerSystemLogicalPortGroup", "PYL_FCHBAComputerSystemLogicalPortGroup", association, 0) \
+    pair("KTFCHBA_ComputerSystemPortController", "PYL_FCHBAComputerSystemPortController", association, 0) \
     row("KTFCHBA_ComputerSystemSCSIProtocolController", association, 0) \
     row("PYL_FCHBAComputerSystemSCSIProtocolController", association, 0) \
-    row("KTFCHBA_ComputerSystemSoftwareIdentityDrv", association, 0) \
-    row("PYL_FCHBAComputerSystemSoftwareIdentityDrv", association, 0) \
-    row("KTFCHBA_ConcreteIdentity", association, 0) \
-    row("PYL_FCHBAConcreteIdentity", association, 0) \
-    row("KTFCHBA_FCPort", instance, 0) \
-    row("PYL_FCHBAFCPort", instance, 0) \
-    row("KTFCHBA_FCPortFCPortStatistics", association, 0) \
-    row("PYL_FCHBAFCPortFCPortStatistics", association, 0) \
-    row("KTFCHBA_FCPortGroupSystemSpecific", association, 0) \
-    row("PYL_FCHBAFCPortGroupSystemSpecific", association, 0) \
-    row("KTFCHBA_FCPortLogicalPortGroup", association, 0) \
-    row("PYL_FCHBAFCPortLogicalPortGroup", association, 0) \
-    row("KTFCHBA_FCPortSCSIProtocolEndpoint", association, 0) \
-    row("PYL_FCHBAFCPortSCSIProtocolEndpoint", association, 0) \
-    row("KTFCHBA_FCPortStatistics", instance, 0) \
-    row("PYL_FCHBAFCPortStatistics", instance, 0) \
-    row("KTFCHBA_FirmwareIdentityBIOS", instance, 0) \
-    row("PYL_FCHBAFirmwareIdentityBIOS", instance, 0) \
-    row("KTFCHBA_FirmwareIdentityFW", instance, 2) \
-    row("PYL_FCHBAFirmwareIdentityFW", instance, 2) \
-    row("KTFCHBA_LogicalPortGroup", instance, 0) \
-    row("PYL_FCHBALogicalPortGroup", instance, 0) \
-    row("KTFCHBA_PhysicalElementLocation", association, 0) \
-    row("PYL_FCHBAPhysicalElementLocation", association, 0) \
-    row("KTFCHBA_PhysicalPackage", instance, 2) \
-    row("PYL_FCHBAPhysicalPackage", instance, 2) \
-    row("KTFCHBA_PhysicalPackagePortController", association, 0) \
-    row("PYL_FCHBAPhysicalPackagePortController", association, 0) \
-    row("KTFCHBA_PortController", instance, 0) \
-    row("PYL_FCHBAPortController", instance, 0) \
-    row("KTFCHBA_PortControllerFCPort", association, 0) \
-    row("PYL_FCHBAPortControllerFCPort", association, 0) \
-    row("KTFCHBA_PortControllerFirmwareIdentityBIOS", association, 2) \
-    row("PYL_FCHBAPortControllerFirmwareIdentityBIOS", association, 2) \
-    row("KTFCHBA_PortControllerFirmwareIdentityFW", association, 2) \
-    row("PYL_FCHBAPortControllerFirmwareIdentityFW", association, 2) \
-    row("KTFCHBA_Product", instance, 1) \
-    row("PYL_FCHBAProduct", instance, 1) \
-    row("KTFCHBA_ProductPhysicalComponent", association, 0) \
-    row("PYL_FCHBAProductPhysicalComponent", association, 0) \
-    row("KTFCHBA_SCSIProtocolController", instance, 0) \
-    row("PYL_FCHBASCSIProtocolController", instance, 0) \
-    row("KTFCHBA_SCSIProtocolControllerFCPort", association, 0) \
-    row("PYL_FCHBASCSIProtocolControllerFCPort", association, 0) \
-    row("KTFCHBA_SCSIProtocolEndpoint", instance, 0) \
-    row("PYL_FCHBASCSIProtocolEndpoint", instance, 0) \
-    row("KTFCHBA_SoftwareIdentityDrv", instance, 0) \
-    row("PYL_FCHBASoftwareIdentityDrv", instance, 0) \
-    row("KTFCHBA_SoftwareIdentityDrvPortController", association, 2) \
-    row("PYL_FCHBASoftwareIdentityDrvPortController", association, 2) \
-    row("KTFCHBA_SystemPackaging", association, 0) \
-    row("PYL_FCHBASystemPackaging", association, 0) \
-    row("KTFCHBA_SystemServiceAccessPoint", association, 0) \
-    row("PYL_FCHBASystemServiceAccessPoint", association, 0) \
-    row("KTFCHBA_GroupHostedCollection", association, 0) \
-    row("PYL_FCHBAGroupHostedCollection", association, 0) \
-    row("KTFCHBA_GroupSystemSpecificCollection", instance, 0) \
-    row("PYL_FCHBAGroupSystemSpecificCollection", instance, 0) \
-    row("KTFCHBA_Location", instance, 0) \
-    row("PYL_FCHBALocation", instance, 0) \
+    pair("KTFCHBA_ComputerSystemSoftwareIdentityDrv", "PYL_FCHBAComputerSystemSoftwareIdentityDrv", association, 0) \
+    pair("KTFCHBA_ConcreteIdentity", "PYL_FCHBAConcreteIdentity", association, 0) \
+    pair("KTFCHBA_FCPort", "PYL_FCHBAFCPort", instance, 0) \
+    pair("KTFCHBA_FCPortFCPortStatistics", "PYL_FCHBAFCPortFCPortStatistics", association, 0) \
+    pair("KTFCHBA_FCPortGroupSystemSpecific", "PYL_FCHBAFCPortGroupSystemSpecific", association, 0) \
+    pair("KTFCHBA_FCPortLogicalPortGroup", "PYL_FCHBAFCPortLogicalPortGroup", association, 0) \
+    pair("KTFCHBA_FCPortSCSIProtocolEndpoint", "PYL_FCHBAFCPortSCSIProtocolEndpoint", association, 0) \
+    pair("KTFCHBA_FCPortStatistics", "PYL_FCHBAFCPortStatistics", instance, 0) \
+    pair("KTFCHBA_FirmwareIdentityBIOS", "PYL_FCHBAFirmwareIdentityBIOS", instance, 0) \
+    pair("KTFCHBA_FirmwareIdentityFW", "PYL_FCHBAFirmwareIdentityFW", instance, 2) \
+    pair("KTFCHBA_LogicalPortGroup", "PYL_FCHBALogicalPortGroup", instance, 0) \
+    pair("KTFCHBA_PhysicalElementLocation", "PYL_FCHBAPhysicalElementLocation", association, 0) \
+    pair("KTFCHBA_PhysicalPackage", "PYL_FCHBAPhysicalPackage", instance, 2) \
+    pair("KTFCHBA_PhysicalPackagePortController", "PYL_FCHBAPhysicalPackagePortController", association, 0) \
+    pair("KTFCHBA_PortController", "PYL_FCHBAPortController", instance, 0) \
+    pair("KTFCHBA_PortControllerFCPort", "PYL_FCHBAPortControllerFCPort", association, 0) \
+    pair("KTFCHBA_PortControllerFirmwareIdentityBIOS", "PYL_FCHBAPortControllerFirmwareIdentityBIOS", association, 2) \
+    pair("KTFCHBA_PortControllerFirmwareIdentityFW", "PYL_FCHBAPortControllerFirmwareIdentityFW", association, 2) \
+    pair("KTFCHBA_Product", "PYL_FCHBAProduct", instance, 1) \
+    pair("KTFCHBA_ProductPhysicalComponent", "PYL_FCHBAProductPhysicalComponent", association, 0) \
+    pair("KTFCHBA_SCSIProtocolController", "PYL_FCHBASCSIProtocolController", instance, 0) \
+    pair("KTFCHBA_SCSIProtocolControllerFCPort", "PYL_FCHBASCSIProtocolControllerFCPort", association, 0) \
+    pair("KTFCHBA_SCSIProtocolEndpoint", "PYL_FCHBASCSIProtocolEndpoint", instance, 0) \
+    pair("KTFCHBA_SoftwareIdentityDrv", "PYL_FCHBASoftwareIdentityDrv", instance, 0) \
+    pair("KTFCHBA_SoftwareIdentityDrvPortController", "PYL_FCHBASoftwareIdentityDrvPortController", association, 2) \
+    pair("KTFCHBA_SystemPackaging", "PYL_FCHBASystemPackaging", association, 0) \
+    pair("KTFCHBA_SystemServiceAccessPoint", "PYL_FCHBASystemServiceAccessPoint", association, 0) \
+    pair("KTFCHBA_GroupHostedCollection", "PYL_FCHBAGroupHostedCollection", association, 0) \
+    pair("KTFCHBA_GroupSystemSpecificCollection", "PYL_FCHBAGroupSystemSpecificCollection", instance, 0) \
+    pair("KTFCHBA_Location", "PYL_FCHBALocation", instance, 0) \
     row("PYL_FCHBAPortControllerPCIDevice", instance, 0) \
 
-#define PYL_LocalFileClasses(row) \
-    row("KT_LocalFileSystem", instance, 0) \
-    row("PYL_LocalFileSystem", instance, 0) \
+#define PYL_LocalFileClasses(row, pair) \
+    pair("KT_LocalFileSystem", "PYL_LocalFileSystem", instance, 0) \
     row("PYL_HostedLocalFileSystem", association, 0) \
     row("PYL_LocalFSResidesOnExtent", association, 0) \
     row("PYL_LocalLogicalDisk", instance, 0) \
 
-#define PYL_LocationClasses(row) \
-    row("KT_ElementLocation", association, 0) \
-    row("PYL_ProcessorElementLocation", association, 0) \
+#define PYL_LocationClasses(row, pair) \
+    pair("KT_ElementLocation", "PYL_ProcessorElementLocation", association, 0) \
     row("PYL_MemoryBoardSlotElementLocation", association, 0) \
     row("PYL_MemoryModuleSlotElementLocation", association, 0) \
     row("PYL_PCISlotElementLocation", association, 2) \
-    row("KT_Location", instance, 0) \
-    row("PYL_ProcessorLocation", instance, 0) \
+    pair("KT_Location", "PYL_ProcessorLocation", instance, 0) \
     row("PYL_MemoryBoardSlotLocation", instance, 0) \
     row("PYL_MemoryModuleSlotLocation", instance, 0) \
     row("PYL_PCISlotLocation", instance, 2) \
-    row("KT_EthernetControllerLocation", instance, 0) \
-    row("PYL_EthernetControllerLocation", instance, 0) \
+    pair("KT_EthernetControllerLocation", "PYL_EthernetControllerLocation", instance, 0) \
 
-#define PYL_MPLiteClasses(row) \
-    row("KT_ManagementProcessor", instance, 2) \
-    row("PYL_ManagementProcessor", instance, 2) \
-    row("KT_MPComponentCS", association, 0) \
-    row("PYL_MPComponentCS", association, 0) \
-    row("KT_MPElementFirmwareIdentity", association, 2) \
-    row("PYL_MPElementFirmwareIdentity", association, 2) \
-    row("KT_MPFirmware", instance, 2) \
-    row("PYL_MPFirmware", instance, 2) \
-    row("KT_MPMemberOfCollection", association, 0) \
-    row("PYL_MPMemberOfCollection", association, 0) \
+#define PYL_MPLiteClasses(row, pair) \
+    pair("KT_ManagementProcessor", "PYL_ManagementProcessor", instance, 2) \
+    pair("KT_MPComponentCS", "PYL_MPComponentCS", association, 0) \
+    pair("KT_MPElementFirmwareIdentity", "PYL_MPElementFirmwareIdentity", association, 2) \
+    pair("KT_MPFirmware", "PYL_MPFirmware", instance, 2) \
+    pair("KT_MPMemberOfCollection", "PYL_MPMemberOfCollection", association, 0) \
     row("PYL_MPInstalledFirmwareIdentity", association, 0) \
-    row("KT_MPCollection", instance, 0) \
-    row("PYL_MPCollection", instance, 0) \
-    row("KT_MPHostedCollection", association, 0) \
-    row("PYL_MPHostedCollection", association, 0) \
+    pair("KT_MPCollection", "PYL_MPCollection", instance, 0) \
+    pair("KT_MPHostedCollection", "PYL_MPHostedCollection", association, 0) \
     row("PYL_ManagementController", instance, 0) \
     row("PYL_MPControllerMP", association, 0) \
     row("PYL_MPControllerPCIDevice", instance, 0) \
 
-#define PYL_MemoryClasses(row) \
-    row("KT_Memory", instance, 2) \
-    row("PYL_Memory", instance, 2) \
-    row("KT_SystemMemory", association, 2) \
-    row("PYL_SystemMemory", association, 2) \
+#define PYL_MemoryClasses(row, pair) \
+    pair("KT_Memory", "PYL_Memory", instance, 2) \
+    pair("KT_SystemMemory", "PYL_SystemMemory", association, 2) \
 
-#define PYL_MemoryPhysicalClasses(row) \
-    row("KT_HostedMemoryCollection", association, 0) \
-    row("PYL_HostedMemoryCollection", association, 0) \
-    row("KT_MemoryCollection", instance, 0) \
-    row("PYL_MemoryCollection", instance, 0) \
-    row("KT_HostedMemoryRedundancySet", association, 0) \
-    row("PYL_HostedMemoryRedundancySet", association, 0) \
-    row("KT_MemberOfMemoryCollection", association, 0) \
-    row("PYL_MemberOfMemoryCollection", association, 0) \
-    row("KT_MemberOfMemoryRedundancySet", association, 0) \
-    row("PYL_MemberOfMemoryRedundancySet", association, 0) \
-    row("KT_MemoryBoard", instance, 2) \
-    row("PYL_MemoryBoard", instance, 2) \
-    row("KT_MemoryBoardInSlot", association, 0) \
-    row("PYL_MemoryBoardInSlot", association, 0) \
-    row("KT_MemoryBoardSlot", instance, 0) \
-    row("PYL_MemoryBoardSlot", instance, 0) \
-    row("KT_MemoryModule", instance, 2) \
-    row("PYL_MemoryModule", instance, 2) \
-    row("KT_MemoryModuleInSlot", association, 0) \
-    row("PYL_MemoryModuleInSlot", association, 0) \
-    row("KT_MemoryModuleSlot", instance, 2) \
-    row("PYL_MemoryModuleSlot", instance, 2) \
-    row("KT_MemoryModuleSlotOnBoard", association, 0) \
-    row("PYL_MemoryModuleSlotOnBoard", association, 0) \
-    row("KT_MemoryRedundancySet", instance, 0) \
-    row("PYL_MemoryRedundancySet", instance, 0) \
-    row("KT_RealizesMemoryModule", association, 0) \
-    row("PYL_RealizesMemoryModule", association, 0) \
-    row("KT_SystemMemoryBoard", association, 0) \
-    row("PYL_SystemMemoryBoard", association, 0) \
-    row("KT_SystemMemoryBoardSlot", association, 0) \
-    row("PYL_SystemMemoryBoardSlot", association, 0) \
-    row("KT_SystemMemoryModule", association, 0) \
-    row("PYL_SystemMemoryModule", association, 0) \
-    row("KT_SystemMemoryModuleSlot", association, 0) \
-    row("PYL_SystemMemoryModuleSlot", association, 0) \
+#define PYL_MemoryPhysicalClasses(row, pair) \
+    pair("KT_HostedMemoryCollection", "PYL_HostedMemoryCollection", association, 0) \
+    pair("KT_MemoryCollection", "PYL_MemoryCollection", instance, 0) \
+    pair("KT_HostedMemoryRedundancySet", "PYL_HostedMemoryRedundancySet", association, 0) \
+    pair("KT_MemberOfMemoryCollection", "PYL_MemberOfMemoryCollection", association, 0) \
+    pair("KT_MemberOfMemoryRedundancySet", "PYL_MemberOfMemoryRedundancySet", association, 0) \
+    pair("KT_MemoryBoard", "PYL_MemoryBoard", instance, 2) \
+    pair("KT_MemoryBoardInSlot", "PYL_MemoryBoardInSlot", association, 0) \
+    pair("KT_MemoryBoardSlot", "PYL_MemoryBoardSlot", instance, 0) \
+    pair("KT_MemoryModule", "PYL_MemoryModule", instance, 2) \
+    pair("KT_MemoryModuleInSlot", "PYL_MemoryModuleInSlot", association, 0) \
+    pair("KT_MemoryModuleSlot", "PYL_MemoryModuleSlot", instance, 2) \
+    pair("KT_MemoryModuleSlotOnBoard", "PYL_MemoryModuleSlotOnBoard", association, 0) \
+    pair("KT_MemoryRedundancySet", "PYL_MemoryRedundancySet", instance, 0) \
+    pair("KT_RealizesMemoryModule", "PYL_RealizesMemoryModule", association, 0) \
+    pair("KT_SystemMemoryBoard", "PYL_SystemMemoryBoard", association, 0) \
+    pair("KT_SystemMemoryBoardSlot", "PYL_SystemMemoryBoardSlot", association, 0) \
+    pair("KT_SystemMemoryModule", "PYL_SystemMemoryModule", association, 0) \
+    pair("KT_SystemMemoryModuleSlot", "PYL_SystemMemoryModuleSlot", association, 0) \
     row("PYL_MemoryModuleOnBoard", instance, 0) \
 
-#define PYL_PCIClasses(row) \
-    row("KT_PCISlot", instance, 2) \
-    row("PYL_PCISlot", instance, 2) \
-    row("KT_PCIDevice", instance, 2) \
-    row("PYL_PCIDevice", instance, 2) \
-    row("KT_PCICard", instance, 2) \
-    row("PYL_PCICard", instance, 2) \
-    row("KT_PCICardInSlot", association, 0) \
-    row("PYL_PCICardInSlot", association, 0) \
-    row("KT_RealizesPCIDevice", association, 0) \
-    row("PYL_RealizesPCIDevice", association, 0) \
-    row("KT_SystemPCIDevice", association, 0) \
-    row("PYL_SystemPCIDevice", association, 0) \
-    row("KT_SystemPCISlot", association, 0) \
-    row("PYL_SystemPCISlot", association, 0) \
+#define PYL_PCIClasses(row, pair) \
+    pair("KT_PCISlot", "PYL_PCISlot", instance, 2) \
+    pair("KT_PCIDevice", "PYL_PCIDevice", instance, 2) \
+    pair("KT_PCICard", "PYL_PCICard", instance, 2) \
+    pair("KT_PCICardInSlot", "PYL_PCICardInSlot", association, 0) \
+    pair("KT_RealizesPCIDevice", "PYL_RealizesPCIDevice", association, 0) \
+    pair("KT_SystemPCIDevice", "PYL_SystemPCIDevice", association, 0) \
+    pair("KT_SystemPCISlot", "PYL_SystemPCISlot", association, 0) \
     row("PYL_PCISlotLocation", instance, 0) \
     row("PYL_PCISlotElementLocation", association, 0) \
 
-#define PYL_ProfileRegistrationClasses(row) \
-    row("KT_RegisteredProfile", instance, 0) \
-    row("PYL_RegisteredProfile", instance, 0) \
-    row("KT_ExtendsProfile", association, 0) \
-    row("PYL_ExtendsProfile", association, 0) \
-    row("KT_ReferencedProfile", association, 0) \
-    row("PYL_ReferencedProfile", association, 0) \
+#define PYL_ProfileRegistrationClasses(row, pair) \
+    pair("KT_RegisteredProfile", "PYL_RegisteredProfile", instance, 0) \
+    pair("KT_ExtendsProfile", "PYL_ExtendsProfile", association, 0) \
+    pair("KT_ReferencedProfile", "PYL_ReferencedProfile", association, 0) \
 
-#define PYL_RecordLogClasses(row) \
+#define PYL_RecordLogClasses(row, pair) \
     row("PYL_ConfigLogEntry", instance, 4) \
-    row("KT_UseOfLog", association, 4) \
-    row("PYL_SELUseOfLog", association, 4) \
+    pair("KT_UseOfLog", "PYL_SELUseOfLog", association, 4) \
     row("PYL_ConfigUseOfLog", association, 0) \
-    row("KT_CommonRecordLog", instance, 0) \
-    row("PYL_SELRecordLog", instance, 0) \
+    pair("KT_CommonRecordLog", "PYL_SELRecordLog", instance, 0) \
     row("PYL_ConfigRecordLog", instance, 4) \
 
-#define PYL_SASHBAClasses(row) \
-    row("KTSAS_ArrayController", instance, 0) \
-    row("PYL_SASArrayController", instance, 0) \
-    row("KTSAS_ArraySystemArrayController", association, 0) \
-    row("PYL_SASArraySystemArrayController", association, 0) \
-    row("KTSAS_ArraySystemDAPort", association, 0) \
-    row("PYL_SASArraySystemDAPort", association, 0) \
-    row("KTSAS_ArraySystemDiskDrive", association, 0) \
-    row("PYL_SASArraySystemDiskDrive", association, 0) \
-    row("KTSAS_ArraySystemFirmware", association, 0) \
-    row("PYL_SASArraySystemFirmware", association, 0) \
-    row("KTSAS_ArraySystemLocation", instance, 0) \
-    row("PYL_SASArraySystemLocation", instance, 0) \
-    row("KTSAS_ArraySystem", instance, 0) \
-    row("PYL_SASArraySystem", instance, 0) \
-    row("KTSAS_ArraySystemPortController", association, 0) \
-    row("PYL_SASArraySystemPortController", association, 0) \
-    row("KTSAS_ArraySystemPrimordialPool", association, 0) \
-    row("PYL_SASArraySystemPrimordialPool", association, 0) \
-    row("KTSAS_ArraySystemPrimordialPoolNoRaid", association, 0) \
-    row("PYL_SASArraySystemPrimordialPoolNoRaid", association, 0) \
-    row("KTSAS_ArraySystemSCSIProtocolController", association, 0) \
-    row("PYL_SASArraySystemSCSIProtocolController", association, 0) \
-    row("KTSAS_ArraySystemStorageEnclosureProcessor", association, 0) \
-    row("PYL_SASArraySystemStorageEnclosureProcessor", association, 0) \
-    row("KTSAS_ArraySystemStorageExtent", association, 0) \
-    row("PYL_SASArraySystemStorageExtent", association, 0) \
-    row("KTSAS_ArraySystemStoragePool", association, 0) \
-    row("PYL_SASArraySystemStoragePool", association, 0) \
-    row("KTSAS_ArraySystemStorageVolume", association, 0) \
-    row("PYL_SASArraySystemStorageVolume", association, 0) \
-    row("KTSAS_ComputerSystemArraySystem", association, 0) \
-    row("PYL_SASComputerSystemArraySystem", association, 0) \
-    row("KTSAS_DAPort", instance, 2) \
-    row("PYL_SASDAPort", instance, 2) \
-    row("KTSAS_DAPortSCSIProtocolEndpoint", association, 0) \
-    row("PYL_SASDAPortSCSIProtocolEndpoint", association, 0) \
-    row("KTSAS_DiskDriveDiskDriveFirmware", association, 0) \
-    row("PYL_SASDiskDriveDiskDriveFirmware", association, 0) \
-    row("KTSAS_DiskDriveFirmware", instance, 2) \
-    row("PYL_SASDiskDriveFirmware", instance, 2) \
-    row("KTSAS_DiskDriveLocation", instance, 0) \
-    row("PYL_SASDiskDriveLocation", instance, 0) \
-    row("KTSAS_DiskDrive", instance, 0) \
-    row("PYL_SASDiskDrive", instance, 0) \
-    row("KTSAS_DiskPhysicalPackageDiskDriveLocation", association, 0) \
-    row("PYL_SASDiskPhysicalPackageDiskDriveLocation", association, 0) \
-    row("KTSAS_DiskPhysicalPackageDiskDrive", association, 0) \
-    row("PYL_SASDiskPhysicalPackageDiskDrive", association, 0) \
-    row("KTSAS_DiskPhysicalPackage", instance, 2) \
-    row("PYL_SASDiskPhysicalPackage", instance, 2) \
-    row("KTSAS_DriveCageDiskPhysicalPackage", association, 0) \
-    row("PYL_SASDriveCageDiskPhysicalPackage", association, 0) \
-    row("KTSAS_DriveCage", instance, 0) \
-    row("PYL_SASDriveCage", instance, 0) \
-    row("KTSAS_EnclosureFirmware", instance, 0) \
-    row("PYL_SASEnclosureFirmware", instance, 0) \
-    row("KTSAS_FirmwareArraySystem", association, 0) \
-    row("PYL_SASFirmwareArraySystem", association, 0) \
-    row("KTSAS_Firmware", instance, 0) \
-    row("PYL_SASFirmware", instance, 0) \
-    row("KTSAS_PhysicalPackageArraySystemLocation", association, 0) \
-    row("PYL_SASPhysicalPackageArraySystemLocation", association, 0) \
-    row("KTSAS_PhysicalPackageArraySystem", association, 0) \
-    row("PYL_SASPhysicalPackageArraySystem", association, 0) \
-    row("KTSAS_PhysicalPackage", instance, 0) \
-    row("PYL_SASPhysicalPackage", instance, 0) \
-    row("KTSAS_PortController", instance, 0) \
-    row("PYL_SASPortController", instance, 0) \
-    row("KTSAS_PrimordialPool", instance, 0) \
-    row("PYL_SASPrimordialPool", instance, 0) \
-    row("KTSAS_PrimordialPoolNoRaid", instance, 0) \
-    row("PYL_SASPrimordialPoolNoRaid", instance, 0) \
+#define PYL_SASHBAClasses(row, pair) \
+    pair("KTSAS_ArrayController", "PYL_SASArrayController", instance, 0) \
+    pair("KTSAS_ArraySystemArrayController", "PYL_SASArraySystemArrayController", association, 0) \
+    pair("KTSAS_ArraySystemDAPort", "PYL_SASArraySystemDAPort", association, 0) \
+    pair("KTSAS_ArraySystemDiskDrive", "PYL_SASArraySystemDiskDrive", association, 0) \
+    pair("KTSAS_ArraySystemFirmware", "PYL_SASArraySystemFirmware", association, 0) \
+    pair("KTSAS_ArraySystemLocation", "PYL_SASArraySystemLocation", instance, 0) \
+    pair("KTSAS_ArraySystem", "PYL_SASArraySystem", instance, 0) \
+    pair("KTSAS_ArraySystemPortController", "PYL_SASArraySystemPortController", association, 0) \
+    pair("KTSAS_ArraySystemPrimordialPool", "PYL_SASArraySystemPrimordialPool", association, 0) \
+    pair("KTSAS_ArraySystemPrimordialPoolNoRaid", "PYL_SASArraySystemPrimordialPoolNoRaid", association, 0) \
+    pair("KTSAS_ArraySystemSCSIProtocolController", "PYL_SASArraySystemSCSIProtocolController", association, 0) \
+    pair("KTSAS_ArraySystemStorageEnclosureProcessor", "PYL_SASArraySystemStorageEnclosureProcessor", association, 0) \
+    pair("KTSAS_ArraySystemStorageExtent", "PYL_SASArraySystemStorageExtent", association, 0) \
+    pair("KTSAS_ArraySystemStoragePool", "PYL_SASArraySystemStoragePool", association, 0) \
+    pair("KTSAS_ArraySystemStorageVolume", "PYL_SASArraySystemStorageVolume", association, 0) \
+    pair("KTSAS_ComputerSystemArraySystem", "PYL_SASComputerSystemArraySystem", association, 0) \
+    pair("KTSAS_DAPort", "PYL_SASDAPort", instance, 2) \
+    pair("KTSAS_DAPortSCSIProtocolEndpoint", "PYL_SASDAPortSCSIProtocolEndpoint", association, 0) \
+    pair("KTSAS_DiskDriveDiskDriveFirmware", "PYL_SASDiskDriveDiskDriveFirmware", association, 0) \
+    pair("KTSAS_DiskDriveFirmware", "PYL_SASDiskDriveFirmware", instance, 2) \
+    pair("KTSAS_DiskDriveLocation", "PYL_SASDiskDriveLocation", instance, 0) \
+    pair("KTSAS_DiskDrive", "PYL_SASDiskDrive", instance, 0) \
+    pair("KTSAS_DiskPhysicalPackageDiskDriveLocation", "PYL_SASDiskPhysicalPackageDiskDriveLocation", association, 0) \
+    pair("KTSAS_DiskPhysicalPackageDiskDrive", "PYL_SASDiskPhysicalPackageDiskDrive", association, 0) \
+    pair("KTSAS_DiskPhysicalPackage", "PYL_SASDiskPhysicalPackage", instance, 2) \
+    pair("KTSAS_DriveCageDiskPhysicalPackage", "PYL_SASDriveCageDiskPhysicalPackage", association, 0) \
+    pair("KTSAS_DriveCage", "PYL_SASDriveCage", instance, 0) \
+    pair("KTSAS_EnclosureFirmware", "PYL_SASEnclosureFirmware", instance, 0) \
+    pair("KTSAS_FirmwareArraySystem", "PYL_SASFirmwareArraySystem", association, 0) \
+    pair("KTSAS_Firmware", "PYL_SASFirmware", instance, 0) \
+    pair("KTSAS_PhysicalPackageArraySystemLocation", "PYL_SASPhysicalPackageArraySystemLocation", association, 0) \
+    pair("KTSAS_PhysicalPackageArraySystem", "PYL_SASPhysicalPackageArraySystem", association, 0) \
+    pair("KTSAS_PhysicalPackage", "PYL_SASPhysicalPackage", instance, 0) \
+    pair("KTSAS_PortController", "PYL_SASPortController", instance, 0) \
+    pair("KTSAS_PrimordialPool", "PYL_SASPrimordialPool", instance, 0) \
+    pair("KTSAS_PrimordialPoolNoRaid", "PYL_SASPrimordialPoolNoRaid", instance, 0) \
     row("KTSAS_PrimordialPoolNoRaidStorageCapabilities", association, 0) \
     row("PYL_SASPrimordialPoolNoRaidStorageCapabilities", association, 0) \
-    row("KTSAS_PrimordialPoolNoRaidStorageExtent", association, 0) \
-    row("PYL_SASPrimordialPoolNoRaidStorageExtent", association, 0) \
-    row("KTSAS_PrimordialPoolStorageCapabilities", association, 0) \
-    row("PYL_SASPrimordialPoolStorageCapabilities", association, 0) \
-    row("KTSAS_PrimordialPoolStorageExtent", association, 0) \
-    row("PYL_SASPrimordialPoolStorageExtent", association, 0) \
-    row("KTSAS_PrimordialPoolStoragePool", association, 0) \
-    row("PYL_SASPrimordialPoolStoragePool", association, 0) \
-    row("KTSAS_Product", instance, 0) \
-    row("PYL_SASProduct", instance, 0) \
-    row("KTSAS_ProductPhysicalPackage", association, 0) \
-    row("PYL_SASProductPhysicalPackage", association, 0) \
-    row("KTSAS_SCSIProtocolController", instance, 0) \
-    row("PYL_SASSCSIProtocolController", instance, 0) \
-    row("KTSAS_SCSIProtocolControllerStorageVolume", instance, 0) \
-    row("PYL_SASSCSIProtocolControllerStorageVolume", instance, 0) \
-    row("KTSAS_SCSIProtocolEndpoint", instance, 0) \
-    row("PYL_SASSCSIProtocolEndpoint", instance, 0) \
+    pair("KTSAS_PrimordialPoolNoRaidStorageExtent", "PYL_SASPrimordialPoolNoRaidStorageExtent", association, 0) \
+    pair("KTSAS_PrimordialPoolStorageCapabilities", "PYL_SASPrimordialPoolStorageCapabilities", association, 0) \
+    pair("KTSAS_PrimordialPoolStorageExtent", "PYL_SASPrimordialPoolStorageExtent", association, 0) \
+    pair("KTSAS_PrimordialPoolStoragePool", "PYL_SASPrimordialPoolStoragePool", association, 0) \
+    pair("KTSAS_Product", "PYL_SASProduct", instance, 0) \
+    pair("KTSAS_ProductPhysicalPackage", "PYL_SASProductPhysicalPackage", association, 0) \
+    pair("KTSAS_SCSIProtocolController", "PYL_SASSCSIProtocolController", instance, 0) \
+    pair("KTSAS_SCSIProtocolControllerStorageVolume", "PYL_SASSCSIProtocolControllerStorageVolume", instance, 0) \
+    pair("KTSAS_SCSIProtocolEndpoint", "PYL_SASSCSIProtocolEndpoint", instance, 0) \
     row("KTSAS_SCSIProtocolEndpointSCSIProtocolController", association, 2) \
     row("PYL_SASSCSIProtocolEndpointSCSIProtocolController", association, 2) \
-    row("KTSAS_SpareExtentStorageRedundancySet", association, 0) \
-    row("PYL_SASSpareExtentStorageRedundancySet", association, 0) \
-    row("KTSAS_StorageCapabilities", instance, 0) \
-    row("PYL_SASStorageCapabilities", instance, 0) \
-    row("KTSAS_StorageEnclosureDriveCage", association, 0) \
-    row("PYL_SASStorageEnclosureDriveCage", association, 0) \
-    row("KTSAS_StorageEnclosureEnclosureLocation", association, 0) \
-    row("PYL_SASStorageEnclosureEnclosureLocation", association, 0) \
-    row("KTSAS_StorageEnclosureLocation", instance, 0) \
-    row("PYL_SASStorageEnclosureLocation", instance, 0) \
-    row("KTSAS_StorageEnclosure", instance, 0) \
-    row("PYL_SASStorageEnclosure", instance, 0) \
+    pair("KTSAS_SpareExtentStorageRedundancySet", "PYL_SASSpareExtentStorageRedundancySet", association, 0) \
+    pair("KTSAS_StorageCapabilities", "PYL_SASStorageCapabilities", instance, 0) \
+    pair("KTSAS_StorageEnclosureDriveCage", "PYL_SASStorageEnclosureDriveCage", association, 0) \
+    pair("KTSAS_StorageEnclosureEnclosureLocation", "PYL_SASStorageEnclosureEnclosureLocation", association, 0) \
+    pair("KTSAS_StorageEnclosureLocation", "PYL_SASStorageEnclosureLocation", instance, 0) \
+    pair("KTSAS_StorageEnclosure", "PYL_SASStorageEnclosure", instance, 0) \
     row("KTSAS_StorageEnclosureProcessorEnclosureFirmware", association, 0) \
     row("PYL_SASStorageEnclosureProcessorEnclosureFirmware", association, 0) \
-    row("KTSAS_StorageEnclosureProcessor", instance, 0) \
-    row("PYL_SASStorageEnclosureProcessor", instance, 0) \
+    pair("KTSAS_StorageEnclosureProcessor", "PYL_SASStorageEnclosureProcessor", instance, 0) \
     row("KTSAS_StorageEnclosureStorageEnclosureProcessor", association, 0) \
     row("PYL_SASStorageEnclosureStorageEnclosureProcessor", association, 0) \
-    row("KTSAS_StorageExtent", instance, 0) \
-    row("PYL_SASStorageExtent", instance, 0) \
-    row("KTSAS_StorageExtentStorageVolume", instance, 0) \
-    row("PYL_SASStorageExtentStorageVolume", instance, 0) \
-    row("KTSAS_StorageGroupHostedCollection", association, 0) \
-    row("PYL_SASStorageGroupHostedCollection", association, 0) \
-    row("KTSAS_StoragePool", instance, 0) \
-    row("PYL_SASStoragePool", instance, 0) \
-    row("KTSAS_StoragePoolStorageCapabilities", association, 0) \
-    row("PYL_SASStoragePoolStorageCapabilities", association, 0) \
-    row("KTSAS_StoragePoolStorageExtent", association, 0) \
-    row("PYL_SASStoragePoolStorageExtent", association, 0) \
-    row("KTSAS_StoragePoolStorageVolume", association, 0) \
-    row("PYL_SASStoragePoolStorageVolume", association, 0) \
-    row("KTSAS_StorageRedundancySet", instance, 0) \
-    row("PYL_SASStorageRedundancySet", instance, 0) \
-    row("KTSAS_StorageRedundancySetStorageExtent", association, 0) \
-    row("PYL_SASStorageRedundancySetStorageExtent", association, 0) \
-    row("KTSAS_StorageSetting", instance, 0) \
-    row("PYL_SASStorageSetting", instance, 0) \
-    row("KTSAS_StorageSpecificCollectionArraySystem", association, 0) \
-    row("PYL_SASStorageSpecificCollectionArraySystem", association, 0) \
-    row("KTSAS_StorageSpecificCollection", instance, 0) \
-    row("PYL_SASStorageSpecificCollection", instance, 0) \
-    row("KTSAS_StorageVolume", instance, 0) \
-    row("PYL_SASStorageVolume", instance, 0) \
-    row("KTSAS_StorageVolumeStorageSetting", instance, 0) \
-    row("PYL_SASStorageVolumeStorageSetting", instance, 0) \
+    pair("KTSAS_StorageExtent", "PYL_SASStorageExtent", instance, 0) \
+    pair("KTSAS_StorageExtentStorageVolume", "PYL_SASStorageExtentStorageVolume", instance, 0) \
+    pair("KTSAS_StorageGroupHostedCollection", "PYL_SASStorageGroupHostedCollection", association, 0) \
+    pair("KTSAS_StoragePool", "PYL_SASStoragePool", instance, 0) \
+    pair("KTSAS_StoragePoolStorageCapabilities", "PYL_SASStoragePoolStorageCapabilities", association, 0) \
+    pair("KTSAS_StoragePoolStorageExtent", "PYL_SASStoragePoolStorageExtent", association, 0) \
+    pair("KTSAS_StoragePoolStorageVolume", "PYL_SASStoragePoolStorageVolume", association, 0) \
+    pair("KTSAS_StorageRedundancySet", "PYL_SASStorageRedundancySet", instance, 0) \
+    pair("KTSAS_StorageRedundancySetStorageExtent", "PYL_SASStorageRedundancySetStorageExtent", association, 0) \
+    pair("KTSAS_StorageSetting", "PYL_SASStorageSetting", instance, 0) \
+    pair("KTSAS_StorageSpecificCollectionArraySystem", "PYL_SASStorageSpecificCollectionArraySystem", association, 0) \
+    pair("KTSAS_StorageSpecificCollection", "PYL_SASStorageSpecificCollection", instance, 0) \
+    pair("KTSAS_StorageVolume", "PYL_SASStorageVolume", instance, 0) \
+    pair("KTSAS_StorageVolumeStorageSetting", "PYL_SASStorageVolumeStorageSetting", instance, 0) \
 
 // The type of PYL_SCSIHBAComputerSystemDAPort has one "s" too few, and so is neither of the two:
 // collectors that compare types exactly have always passed over this class, and still do.
-#define PYL_SCSIHBAClasses(row) \
+#define PYL_SCSIHBAClasses(row, pair) \
     row("PYL_SCSIDAPort", instance, 0) \
     row("PYL_SCSIDAPortSCSIProtocolEndpoint", association, 0) \
     row("PYL_SCSIDASCSIProtocolEndpoint", instance, 0) \
@@ -537,201 +336,111 @@ constexpr const char* association = "Association";
     row("PYL_SCSISCSIProtocolEndpointSCSIProtocolController", association, 0) \
     row("PYL_SCSISoftwareIdentityDriver", instance, 2) \
 
-#define PYL_VelaArrayClasses(row) \
-    row("KTVA_ArrayController", instance, 2) \
-    row("PYL_VAArrayController", instance, 2) \
-    row("KTVA_ArrayControllerPhysicalPackage", instance, 2) \
-    row("PYL_VAArrayControllerPhysicalPackage", instance, 2) \
+#define PYL_VelaArrayClasses(row, pair) \
+    pair("KTVA_ArrayController", "PYL_VAArrayController", instance, 2) \
+    pair("KTVA_ArrayControllerPhysicalPackage", "PYL_VAArrayControllerPhysicalPackage", instance, 2) \
     row("KTVA_ArrayControllerPhysicalPackageArrayController", association, 0) \
     row("PYL_VAArrayControllerPhysicalPackageArrayController", association, 0) \
     row("KTVA_ArrayControllerPhysicalPackageArrayControllerLocation", association, 0) \
     row("PYL_VAArrayControllerPhysicalPackageArrayControllerLocation", association, 0) \
-    row("KTVA_ArraySystem", instance, 0) \
-    row("PYL_VAArraySystem", instance, 0) \
-    row("KTVA_ArraySystemArrayController", association, 0) \
-    row("PYL_VAArraySystemArrayController", association, 0) \
-    row("KTVA_ArraySystemDAPort", association, 0) \
-    row("PYL_VAArraySystemDAPort", association, 0) \
-    row("KTVA_ArraySystemDiskDrive", association, 0) \
-    row("PYL_VAArraySystemDiskDrive", association, 0) \
-    row("KTVA_ArraySystemFirmware", association, 0) \
-    row("PYL_VAArraySystemFirmware", association, 0) \
-    row("KTVA_ArraySystemISASPort", association, 0) \
-    row("PYL_VAArraySystemISASPort", association, 0) \
-    row("KTVA_ArraySystemISASSCSIProtocolEndpoint", association, 0) \
-    row("PYL_VAArraySystemISASSCSIProtocolEndpoint", association, 0) \
-    row("KTVA_ArraySystemPortController", association, 0) \
-    row("PYL_VAArraySystemPortController", association, 0) \
-    row("KTVA_ArraySystemPrimordialPool", association, 0) \
-    row("PYL_VAArraySystemPrimordialPool", association, 0) \
-    row("KTVA_ArraySystemSCSIProtocolController", association, 0) \
-    row("PYL_VAArraySystemSCSIProtocolController", association, 0) \
-    row("KTVA_ArraySystemSCSIProtocolEndpoint", association, 0) \
-    row("PYL_VAArraySystemSCSIProtocolEndpoint", association, 0) \
-    row("KTVA_ArraySystemStorageEnclosureProcessor", association, 0) \
-    row("PYL_VAArraySystemStorageEnclosureProcessor", association, 0) \
-    row("KTVA_ArraySystemStorageExtent", association, 0) \
-    row("PYL_VAArraySystemStorageExtent", association, 0) \
-    row("KTVA_ArraySystemStoragePool", association, 0) \
-    row("PYL_VAArraySystemStoragePool", association, 0) \
-    row("KTVA_ArraySystemStorageVolume", association, 0) \
-    row("PYL_VAArraySystemStorageVolume", association, 0) \
-    row("KTVA_ArraySystemTSASPort", association, 0) \
-    row("PYL_VAArraySystemTSASPort", association, 0) \
-    row("KTVA_ArraySystemTSASSCSIProtocolEndpoint", association, 0) \
-    row("PYL_VAArraySystemTSASSCSIProtocolEndpoint", association, 0) \
-    row("KTVA_ComputerSystemArraySystem", association, 0) \
-    row("PYL_VAComputerSystemArraySystem", association, 0) \
-    row("KTVA_ComputerSystemPortController", association, 0) \
-    row("PYL_VAComputerSystemPortController", association, 0) \
-    row("KTVA_DAPort", instance, 0) \
-    row("PYL_VADAPort", instance, 0) \
-    row("KTVA_DAPortSCSIProtocolEndpoint", association, 0) \
-    row("PYL_VADAPortSCSIProtocolEndpoint", association, 0) \
-    row("KTVA_DiskDrive", instance, 2) \
-    row("PYL_VADiskDrive", instance, 2) \
-    row("KTVA_DiskDriveFirmware", instance, 0) \
-    row("PYL_VADiskDriveFirmware", instance, 0) \
-    row("KTVA_DiskDriveMediaAccessStatData", association, 0) \
-    row("PYL_VADiskDriveMediaAccessStatData", association, 0) \
-    row("KTVA_DiskDriveStorageExtent", association, 0) \
-    row("PYL_VADiskDriveStorageExtent", association, 0) \
-    row("KTVA_DiskDriveTSASSCSIProtocolEndpoint", association, 0) \
-    row("PYL_VADiskDriveTSASSCSIProtocolEndpoint", association, 0) \
-    row("KTVA_DiskPhysicalPackage", instance, 2) \
-    row("PYL_VADiskPhysicalPackage", instance, 2) \
-    row("KTVA_DiskPhysicalPackageDiskDrive", association, 0) \
-    row("PYL_VADiskPhysicalPackageDiskDrive", association, 0) \
-    row("KTVA_DiskPhysicalPackageDiskDriveLocation", association, 0) \
-    row("PYL_VADiskPhysicalPackageDiskDriveLocation", association, 0) \
-    row("KTVA_DriveCage", instance, 0) \
-    row("PYL_VADriveCage", instance, 0) \
-    row("KTVA_DriveCageDiskPhysicalPackage", association, 0) \
-    row("PYL_VADriveCageDiskPhysicalPackage", association, 0) \
-    row("KTVA_DriveCageDriveCageLocation", association, 0) \
-    row("PYL_VADriveCageDriveCageLocation", association, 0) \
-    row("KTVA_ISASPort", instance, 0) \
-    row("PYL_VAISASPort", instance, 0) \
-    row("KTVA_ISASPortISASSCSIProtocolEndpoint", association, 0) \
-    row("PYL_VAISASPortISASSCSIProtocolEndpoint", association, 0) \
-    row("KTVA_ISASSCSIProtocolEndpoint", instance, 0) \
-    row("PYL_VAISASSCSIProtocolEndpoint", instance, 0) \
-    row("KTVA_MediaAccessStatData", instance, 0) \
-    row("PYL_VAMediaAccessStatData", instance, 0) \
-    row("KTVA_PhysicalPackage", instance, 0) \
-    row("PYL_VAPhysicalPackage", instance, 0) \
+    pair("KTVA_ArraySystem", "PYL_VAArraySystem", instance, 0) \
+    pair("KTVA_ArraySystemArrayController", "PYL_VAArraySystemArrayController", association, 0) \
+    pair("KTVA_ArraySystemDAPort", "PYL_VAArraySystemDAPort", association, 0) \
+    pair("KTVA_ArraySystemDiskDrive", "PYL_VAArraySystemDiskDrive", association, 0) \
+    pair("KTVA_ArraySystemFirmware", "PYL_VAArraySystemFirmware", association, 0) \
+    pair("KTVA_ArraySystemISASPort", "PYL_VAArraySystemISASPort", association, 0) \
+    pair("KTVA_ArraySystemISASSCSIProtocolEndpoint", "PYL_VAArraySystemISASSCSIProtocolEndpoint", association, 0) \
+    pair("KTVA_ArraySystemPortController", "PYL_VAArraySystemPortController", association, 0) \
+    pair("KTVA_ArraySystemPrimordialPool", "PYL_VAArraySystemPrimordialPool", association, 0) \
+    pair("KTVA_ArraySystemSCSIProtocolController", "PYL_VAArraySystemSCSIProtocolController", association, 0) \
+    pair("KTVA_ArraySystemSCSIProtocolEndpoint", "PYL_VAArraySystemSCSIProtocolEndpoint", association, 0) \
+    pair("KTVA_ArraySystemStorageEnclosureProcessor", "PYL_VAArraySystemStorageEnclosureProcessor", association, 0) \
+    pair("KTVA_ArraySystemStorageExtent", "PYL_VAArraySystemStorageExtent", association, 0) \
+    pair("KTVA_ArraySystemStoragePool", "PYL_VAArraySystemStoragePool", association, 0) \
+    pair("KTVA_ArraySystemStorageVolume", "PYL_VAArraySystemStorageVolume", association, 0) \
+    pair("KTVA_ArraySystemTSASPort", "PYL_VAArraySystemTSASPort", association, 0) \
+    pair("KTVA_ArraySystemTSASSCSIProtocolEndpoint", "PYL_VAArraySystemTSASSCSIProtocolEndpoint", association, 0) \
+    pair("KTVA_ComputerSystemArraySystem", "PYL_VAComputerSystemArraySystem", association, 0) \
+    pair("KTVA_ComputerSystemPortController", "PYL_VAComputerSystemPortController", association, 0) \
+    pair("KTVA_DAPort", "PYL_VADAPort", instance, 0) \
+    pair("KTVA_DAPortSCSIProtocolEndpoint", "PYL_VADAPortSCSIProtocolEndpoint", association, 0) \
+    pair("KTVA_DiskDrive", "PYL_VADiskDrive", instance, 2) \
+    pair("KTVA_DiskDriveFirmware", "PYL_VADiskDriveFirmware", instance, 0) \
+    pair("KTVA_DiskDriveMediaAccessStatData", "PYL_VADiskDriveMediaAccessStatData", association, 0) \
+    pair("KTVA_DiskDriveStorageExtent", "PYL_VADiskDriveStorageExtent", association, 0) \
+    pair("KTVA_DiskDriveTSASSCSIProtocolEndpoint", "PYL_VADiskDriveTSASSCSIProtocolEndpoint", association, 0) \
+    pair("KTVA_DiskPhysicalPackage", "PYL_VADiskPhysicalPackage", instance, 2) \
+    pair("KTVA_DiskPhysicalPackageDiskDrive", "PYL_VADiskPhysicalPackageDiskDrive", association, 0) \
+    pair("KTVA_DiskPhysicalPackageDiskDriveLocation", "PYL_VADiskPhysicalPackageDiskDriveLocation", association, 0) \
+    pair("KTVA_DriveCage", "PYL_VADriveCage", instance, 0) \
+    pair("KTVA_DriveCageDiskPhysicalPackage", "PYL_VADriveCageDiskPhysicalPackage", association, 0) \
+    pair("KTVA_DriveCageDriveCageLocation", "PYL_VADriveCageDriveCageLocation", association, 0) \
+    pair("KTVA_ISASPort", "PYL_VAISASPort", instance, 0) \
+    pair("KTVA_ISASPortISASSCSIProtocolEndpoint", "PYL_VAISASPortISASSCSIProtocolEndpoint", association, 0) \
+    pair("KTVA_ISASSCSIProtocolEndpoint", "PYL_VAISASSCSIProtocolEndpoint", instance, 0) \
+    pair("KTVA_MediaAccessStatData", "PYL_VAMediaAccessStatData", instance, 0) \
+    pair("KTVA_PhysicalPackage", "PYL_VAPhysicalPackage", instance, 0) \
     row("KTVA_PhysicalPackageArrayControllerPhysicalPackage", association, 0) \
     row("PYL_VAPhysicalPackageArrayControllerPhysicalPackage", association, 0) \
-    row("KTVA_PhysicalPackageArraySystem", association, 0) \
-    row("PYL_VAPhysicalPackageArraySystem", association, 0) \
-    row("KTVA_PhysicalPackageArraySystemLocation", association, 0) \
-    row("PYL_VAPhysicalPackageArraySystemLocation", association, 0) \
-    row("KTVA_PhysicalPackagePortController", association, 0) \
-    row("PYL_VAPhysicalPackagePortController", association, 0) \
-    row("KTVA_PhysicalPackageStorageEnclosure", association, 0) \
-    row("PYL_VAPhysicalPackageStorageEnclosure", association, 0) \
-    row("KTVA_PortController", instance, 0) \
-    row("PYL_VAPortController", instance, 0) \
-    row("KTVA_PortControllerISASPort", association, 0) \
-    row("PYL_VAPortControllerISASPort", association, 0) \
-    row("KTVA_PrimordialPool", instance, 0) \
-    row("PYL_VAPrimordialPool", instance, 0) \
-    row("KTVA_PrimordialPoolStorageCapabilities", association, 0) \
-    row("PYL_VAPrimordialPoolStorageCapabilities", association, 0) \
-    row("KTVA_PrimordialPoolStoragePool", association, 0) \
-    row("PYL_VAPrimordialPoolStoragePool", association, 0) \
-    row("KTVA_Product", instance, 1) \
-    row("PYL_VAProduct", instance, 1) \
-    row("KTVA_ProductPhysicalPackage", association, 0) \
-    row("PYL_VAProductPhysicalPackage", association, 0) \
-    row("KTVA_SCSIInitiatorTargetLogicalUnitPath", association, 0) \
-    row("PYL_VASCSIInitiatorTargetLogicalUnitPath", association, 0) \
-    row("KTVA_SCSIProtocolController", instance, 0) \
-    row("PYL_VASCSIProtocolController", instance, 0) \
-    row("KTVA_SCSIProtocolControllerStorageVolume", association, 0) \
-    row("PYL_VASCSIProtocolControllerStorageVolume", association, 0) \
-    row("KTVA_SCSIProtocolEndpoint", instance, 0) \
-    row("PYL_VASCSIProtocolEndpoint", instance, 0) \
+    pair("KTVA_PhysicalPackageArraySystem", "PYL_VAPhysicalPackageArraySystem", association, 0) \
+    pair("KTVA_PhysicalPackageArraySystemLocation", "PYL_VAPhysicalPackageArraySystemLocation", association, 0) \
+    pair("KTVA_PhysicalPackagePortController", "PYL_VAPhysicalPackagePortController", association, 0) \
+    pair("KTVA_PhysicalPackageStorageEnclosure", "PYL_VAPhysicalPackageStorageEnclosure", association, 0) \
+    pair("KTVA_PortController", "PYL_VAPortController", instance, 0) \
+    pair("KTVA_PortControllerISASPort", "PYL_VAPortControllerISASPort", association, 0) \
+    pair("KTVA_PrimordialPool", "PYL_VAPrimordialPool", instance, 0) \
+    pair("KTVA_PrimordialPoolStorageCapabilities", "PYL_VAPrimordialPoolStorageCapabilities", association, 0) \
+    pair("KTVA_PrimordialPoolStoragePool", "PYL_VAPrimordialPoolStoragePool", association, 0) \
+    pair("KTVA_Product", "PYL_VAProduct", instance, 1) \
+    pair("KTVA_ProductPhysicalPackage", "PYL_VAProductPhysicalPackage", association, 0) \
+    pair("KTVA_SCSIInitiatorTargetLogicalUnitPath", "PYL_VASCSIInitiatorTargetLogicalUnitPath", association, 0) \
+    pair("KTVA_SCSIProtocolController", "PYL_VASCSIProtocolController", instance, 0) \
+    pair("KTVA_SCSIProtocolControllerStorageVolume", "PYL_VASCSIProtocolControllerStorageVolume", association, 0) \
+    pair("KTVA_SCSIProtocolEndpoint", "PYL_VASCSIProtocolEndpoint", instance, 0) \
     row("KTVA_SCSIProtocolEndpointSCSIProtocolController", association, 0) \
     row("PYL_VASCSIProtocolEndpointSCSIProtocolController", association, 0) \
-    row("KTVA_SpareExtentStorageExtent", association, 0) \
-    row("PYL_VASpareExtentStorageExtent", association, 0) \
-    row("KTVA_SpareExtentStorageRedundancySet", association, 0) \
-    row("PYL_VASpareExtentStorageRedundancySet", association, 0) \
-    row("KTVA_StorageCapabilities", instance, 0) \
-    row("PYL_VAStorageCapabilities", instance, 0) \
-    row("KTVA_StorageEnclosure", instance, 0) \
-    row("PYL_VAStorageEnclosure", instance, 0) \
-    row("KTVA_StorageEnclosureDriveCage", association, 0) \
-    row("PYL_VAStorageEnclosureDriveCage", association, 0) \
-    row("KTVA_StorageEnclosureEnclosureLocation", association, 0) \
-    row("PYL_VAStorageEnclosureEnclosureLocation", association, 0) \
-    row("KTVA_StorageEnclosureProcessor", instance, 0) \
-    row("PYL_VAStorageEnclosureProcessor", instance, 0) \
+    pair("KTVA_SpareExtentStorageExtent", "PYL_VASpareExtentStorageExtent", association, 0) \
+    pair("KTVA_SpareExtentStorageRedundancySet", "PYL_VASpareExtentStorageRedundancySet", association, 0) \
+    pair("KTVA_StorageCapabilities", "PYL_VAStorageCapabilities", instance, 0) \
+    pair("KTVA_StorageEnclosure", "PYL_VAStorageEnclosure", instance, 0) \
+    pair("KTVA_StorageEnclosureDriveCage", "PYL_VAStorageEnclosureDriveCage", association, 0) \
+    pair("KTVA_StorageEnclosureEnclosureLocation", "PYL_VAStorageEnclosureEnclosureLocation", association, 0) \
+    pair("KTVA_StorageEnclosureProcessor", "PYL_VAStorageEnclosureProcessor", instance, 0) \
     row("KTVA_StorageEnclosureStorageEnclosureProcessor", association, 0) \
     row("PYL_VAStorageEnclosureStorageEnclosureProcessor", association, 0) \
-    row("KTVA_StorageExtent", instance, 2) \
-    row("PYL_VAStorageExtent", instance, 2) \
-    row("KTVA_StorageExtentStorageVolume", association, 0) \
-    row("PYL_VAStorageExtentStorageVolume", association, 0) \
-    row("KTVA_StoragePool", instance, 0) \
-    row("PYL_VAStoragePool", instance, 0) \
-    row("KTVA_StoragePoolStorageCapabilities", association, 0) \
-    row("PYL_VAStoragePoolStorageCapabilities", association, 0) \
-    row("KTVA_StoragePoolStorageExtent", association, 0) \
-    row("PYL_VAStoragePoolStorageExtent", association, 0) \
-    row("KTVA_StoragePoolStorageVolume", association, 0) \
-    row("PYL_VAStoragePoolStorageVolume", association, 0) \
-    row("KTVA_StorageRedundancySet", instance, 0) \
-    row("PYL_VAStorageRedundancySet", instance, 0) \
-    row("KTVA_StorageRedundancySetStorageExtent", association, 0) \
-    row("PYL_VAStorageRedundancySetStorageExtent", association, 0) \
-    row("KTVA_StorageSetting", instance, 0) \
-    row("PYL_VAStorageSetting", instance, 0) \
-    row("KTVA_StorageSpecificCollectionArraySystem", association, 0) \
-    row("PYL_VAStorageSpecificCollectionArraySystem", association, 0) \
-    row("KTVA_StorageVolume", instance, 0) \
-    row("PYL_VAStorageVolume", instance, 0) \
-    row("KTVA_StorageVolumeStorageSetting", association, 0) \
-    row("PYL_VAStorageVolumeStorageSetting", association, 0) \
-    row("KTVA_TSASPort", instance, 0) \
-    row("PYL_VATSASPort", instance, 0) \
-    row("KTVA_TSASPortTSASSCSIProtocolEndpoint", association, 0) \
-    row("PYL_VATSASPortTSASSCSIProtocolEndpoint", association, 0) \
-    row("KTVA_TSASSCSIProtocolEndpoint", instance, 0) \
-    row("PYL_VATSASSCSIProtocolEndpoint", instance, 0) \
+    pair("KTVA_StorageExtent", "PYL_VAStorageExtent", instance, 2) \
+    pair("KTVA_StorageExtentStorageVolume", "PYL_VAStorageExtentStorageVolume", association, 0) \
+    pair("KTVA_StoragePool", "PYL_VAStoragePool", instance, 0) \
+    pair("KTVA_StoragePoolStorageCapabilities", "PYL_VAStoragePoolStorageCapabilities", association, 0) \
+    pair("KTVA_StoragePoolStorageExtent", "PYL_VAStoragePoolStorageExtent", association, 0) \
+    pair("KTVA_StoragePoolStorageVolume", "PYL_VAStoragePoolStorageVolume", association, 0) \
+    pair("KTVA_StorageRedundancySet", "PYL_VAStorageRedundancySet", instance, 0) \
+    pair("KTVA_StorageRedundancySetStorageExtent", "PYL_VAStorageRedundancySetStorageExtent", association, 0) \
+    pair("KTVA_StorageSetting", "PYL_VAStorageSetting", instance, 0) \
+    pair("KTVA_StorageSpecificCollectionArraySystem", "PYL_VAStorageSpecificCollectionArraySystem", association, 0) \
+    pair("KTVA_StorageVolume", "PYL_VAStorageVolume", instance, 0) \
+    pair("KTVA_StorageVolumeStorageSetting", "PYL_VAStorageVolumeStorageSetting", association, 0) \
+    pair("KTVA_TSASPort", "PYL_VATSASPort", instance, 0) \
+    pair("KTVA_TSASPortTSASSCSIProtocolEndpoint", "PYL_VATSASPortTSASSCSIProtocolEndpoint", association, 0) \
+    pair("KTVA_TSASSCSIProtocolEndpoint", "PYL_VATSASSCSIProtocolEndpoint", instance, 0) \
     row("KTVA_StorageEnclosureProcessorEnclosureFirmware", instance, 2) \
     row("PYL_VAStorageEnclosureProcessorEnclosureFirmware", instance, 2) \
-    row("KTVA_FirmwareArraySystem", instance, 2) \
-    row("PYL_VAFirmwareArraySystem", instance, 2) \
-    row("KTVA_DiskDriveDiskDriveFirmware", instance, 2) \
-    row("PYL_VADiskDriveDiskDriveFirmware", instance, 2) \
-    row("KTVA_StorageGroupHostedCollection", instance, 0) \
-    row("PYL_VAStorageGroupHostedCollection", instance, 0) \
-    row("KTVA_StorageSpecificCollection", instance, 2) \
-    row("PYL_VAStorageSpecificCollection", instance, 2) \
-    row("KTVA_EnclosureFirmware", instance, 2) \
-    row("PYL_VAEnclosureFirmware", instance, 2) \
-    row("KTVA_Firmware", instance, 2) \
-    row("PYL_VAFirmware", instance, 2) \
-    row("KTVA_ArrayControllerLocation", instance, 0) \
-    row("PYL_VAArrayControllerLocation", instance, 0) \
-    row("KTVA_ArraySystemLocation", instance, 0) \
-    row("PYL_VAArraySystemLocation", instance, 0) \
-    row("KTVA_StorageEnclosureLocation", instance, 0) \
-    row("PYL_VAStorageEnclosureLocation", instance, 0) \
-    row("KTVA_DiskDriveLocation", instance, 0) \
-    row("PYL_VADiskDriveLocation", instance, 0) \
-    row("KTVA_DriveCageLocation", instance, 0) \
-    row("PYL_VADriveCageLocation", instance, 0) \
+    pair("KTVA_FirmwareArraySystem", "PYL_VAFirmwareArraySystem", instance, 2) \
+    pair("KTVA_DiskDriveDiskDriveFirmware", "PYL_VADiskDriveDiskDriveFirmware", instance, 2) \
+    pair("KTVA_StorageGroupHostedCollection", "PYL_VAStorageGroupHostedCollection", instance, 0) \
+    pair("KTVA_StorageSpecificCollection", "PYL_VAStorageSpecificCollection", instance, 2) \
+    pair("KTVA_EnclosureFirmware", "PYL_VAEnclosureFirmware", instance, 2) \
+    pair("KTVA_Firmware", "PYL_VAFirmware", instance, 2) \
+    pair("KTVA_ArrayControllerLocation", "PYL_VAArrayControllerLocation", instance, 0) \
+    pair("KTVA_ArraySystemLocation", "PYL_VAArraySystemLocation", instance, 0) \
+    pair("KTVA_StorageEnclosureLocation", "PYL_VAStorageEnclosureLocation", instance, 0) \
+    pair("KTVA_DiskDriveLocation", "PYL_VADiskDriveLocation", instance, 0) \
+    pair("KTVA_DriveCageLocation", "PYL_VADriveCageLocation", instance, 0) \
 
-#define PYL_SoftwareInventoryClasses(row) \
-    row("KT_SoftwareInstallationServiceCapabilities", instance, 0) \
-    row("PYL_SCInstallationServiceCapabilities", instance, 0) \
-    row("KT_SoftwareInstallationService", instance, 0) \
-    row("PYL_SCInstallationService", instance, 0) \
-    row("KT_SoftwareIdentity", instance, 2) \
-    row("PYL_PYLSoftwareIdentity", instance, 2) \
+#define PYL_SoftwareInventoryClasses(row, pair) \
+    pair("KT_SoftwareInstallationServiceCapabilities", "PYL_SCInstallationServiceCapabilities", instance, 0) \
+    pair("KT_SoftwareInstallationService", "PYL_SCInstallationService", instance, 0) \
+    pair("KT_SoftwareIdentity", "PYL_PYLSoftwareIdentity", instance, 2) \
     row("PYL_SystemFirmware", instance, 2) \
     row("PYL_CPLDFirmware", instance, 2) \
     row("PYL_CPLDElementFirmwareIdentity", association, 0) \
