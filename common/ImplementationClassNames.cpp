@@ -28,29 +28,16 @@ PYL_TABLES_OF(dmtfPCIDevice, "PYL_PCIDevice")
 
 // "Identiti" is how the provider of that class spells its name.
 #define PYL_dmtfSWInv(row) \
-    row("PYL_BladeEnclosureFW") \
-    row("PYL_EthernetPortControllerSoftwareIdentity") \
-    row("PYL_EthernetPortControllerFirmwareIdentity") \
-    row("PYL_FCHBAFirmwareIdentitiBIOS") \
-    row("PYL_FCHBAFirmwareIdentityFW") \
-    row("PYL_FCHBASoftwareIdentityDrv") \
-    row("PYL_MPFirmware") \
-    row("PYL_SASDiskDriveFirmware") \
-    row("PYL_SASFirmware") \
-    row("PYL_VADiskDriveFirmware") \
-
+    row("PYL_BladeEnclosureFW") row("PYL_EthernetPortControllerSoftwareIdentity") \
+    row("PYL_EthernetPortControllerFirmwareIdentity") row("PYL_FCHBAFirmwareIdentitiBIOS") \
+    row("PYL_FCHBAFirmwareIdentityFW") row("PYL_FCHBASoftwareIdentityDrv") row("PYL_MPFirmware") \
+    row("PYL_SASDiskDriveFirmware") row("PYL_SASFirmware") row("PYL_VADiskDriveFirmware")
 PYL_TABLES(dmtfSWInv)
 
-#define PYL_sniaArray(row) \
-    row("PYL_VAArraySystem") \
-    row("PYL_SASArraySystem") \
-
+#define PYL_sniaArray(row) row("PYL_VAArraySystem") row("PYL_SASArraySystem")
 PYL_TABLES(sniaArray)
 
-#define PYL_sniaHHRC(row) \
-    row("PYL_VAPortController") \
-    row("PYL_SASPortController") \
-
+#define PYL_sniaHHRC(row) row("PYL_VAPortController") row("PYL_SASPortController")
 PYL_TABLES(sniaHHRC)
 
 PYL_TABLES_OF(ktCarrowLite, "PYL_BladeEnclosureCS")
@@ -75,31 +62,17 @@ PYL_TABLES_OF(ktSAS, "PYL_SASArraySystem")
 PYL_TABLES_OF(ktSCSI, "PYL_SCSIHBAComputerSystem")
 
 #define PYL_ktSWInv(row) \
-    row("PYL_PYLSoftwareIdentity") \
-    row("PYL_SystemFirmware") \
-    row("PYL_PowerControllerFirmware") \
-    row("PYL_SASEnclosureFirmware") \
-    row("PYL_VAEnclosureFirmware") \
-    row("PYL_VAFirmware") \
-    row("PYL_SPSFirmware") \
-    row("PYL_CPLDFirmware") \
-    row("PYL_VASoftwareIdentityDriver") \
-    row("PYL_SASSoftwareIdentityDriver") \
-
+    row("PYL_PYLSoftwareIdentity") row("PYL_SystemFirmware") row("PYL_PowerControllerFirmware") \
+    row("PYL_SASEnclosureFirmware") row("PYL_VAEnclosureFirmware") row("PYL_VAFirmware") row("PYL_SPSFirmware") \
+    row("PYL_CPLDFirmware") row("PYL_VASoftwareIdentityDriver") row("PYL_SASSoftwareIdentityDriver")
 PYL_TABLES(ktSWInv)
 
 PYL_TABLES_OF(ktSensor, "PYL_NumericSensor")
 
-#define PYL_ktServerProduct(row) \
-    row("PYL_ServerProduct") \
-    row("PYL_ServerProductPhysicalComponent") \
-
+#define PYL_ktServerProduct(row) row("PYL_ServerProduct") row("PYL_ServerProductPhysicalComponent")
 PYL_TABLES(ktServerProduct)
 
-#define PYL_ktStorageEnc(row) \
-    row("PYL_VAStorageEnclosure") \
-    row("PYL_SASStorageEnclosure") \
-
+#define PYL_ktStorageEnc(row) row("PYL_VAStorageEnclosure") row("PYL_SASStorageEnclosure")
 PYL_TABLES(ktStorageEnc)
 
 }  // namespace PYL
