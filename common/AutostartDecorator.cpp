@@ -2,8 +2,8 @@
 
 #include "cmpicpp/CmpiStatus.h"
 #include "common/AutoMutex.h"
-#include "common/DecoratorUtils.h"
 #include "common/PYLUtil.h"
+#include "common/detail/ForwardedOperations.h"
 
 namespace PYL {
 
@@ -41,7 +41,7 @@ void AutostartDecorator::_startProvider() {
     _p.store(started, std::memory_order_release);
 }
 
-CmpiCpp::CmpiInstanceProvider* AutostartDecorator::_asInstanceProvider() {
+CmpiInstanceProvider* AutostartDecorator::_asInstanceProvider() {
     _startProvider();
     return asInstanceProvider(_p.load(std::memory_order_relaxed));
 }
@@ -121,6 +121,7 @@ void AutostartDecorator::cleanup(const CmpiContext& context, bool terminating) {
 }
 
 #define PYL_DECORATOR AutostartDecorator
-#include "common/detail/ForwardedOperations.inc"
+PYL_EACH_PROVIDER_OPERATION(PYL_FORWARD, PYL_LEAVE)
+#undef PYL_DECORATOR
 
 }  // namespace PYL

@@ -73,53 +73,6 @@ void LoggedMethodResult::deliver(const CmpiData& value) {
     ++_size;
 }
 
-// Small integers are widened by their signedness before they are printed, as C's own conversion
-// does.
-void LoggedMethodResult::deliver(unsigned char value) {
-    _pass("deliver([uint8]%u)", value, static_cast<unsigned int>(value));
-}
-void LoggedMethodResult::deliver(signed char value) {
-    _pass("deliver([sint8]%i)", value, static_cast<int>(value));
-}
-void LoggedMethodResult::deliver(unsigned short value) {
-    _pass("deliver([uint16]%u)", value, static_cast<unsigned int>(value));
-}
-void LoggedMethodResult::deliver(short value) {
-    _pass("deliver([sint16]%i)", value, static_cast<int>(value));
-}
-void LoggedMethodResult::deliver(unsigned int value) {
-    _pass("deliver([uint32]%u)", value, value);
-}
-void LoggedMethodResult::deliver(int value) {
-    _pass("deliver([sint32]%i)", value, value);
-}
-void LoggedMethodResult::deliver(unsigned long long value) {
-    _pass("deliver([uint64]%lu)", value, value);
-}
-void LoggedMethodResult::deliver(long long value) {
-    _pass("deliver([sint64]%li)", value, value);
-}
-void LoggedMethodResult::deliver(float value) {
-    _pass("deliver([real32]%f)", value, static_cast<double>(value));
-}
-void LoggedMethodResult::deliver(double value) {
-    _pass("deliver([real64]%f)", value, value);
-}
-void LoggedMethodResult::deliver(bool value) {
-    _pass("deliver([bool]%d)", value, value ? 1 : 0);
-}
-void LoggedMethodResult::deliver(const char* value) {
-    _pass("deliver([char*]%s)", value, value);
-}
-void LoggedMethodResult::deliver(const std::string& value) {
-    _pass("deliver([string]%s)", value, value);
-}
-void LoggedMethodResult::deliver(const CmpiObjectPath& value) {
-    if (_log.infoEnabled()) _log.info("deliver([obj]%s)", value.str());
-    _result.deliver(value);
-    ++_size;
-}
-
 void LoggedMethodResult::deliver(const CmpiName& name, const CmpiData& value) {
     if (_log.infoEnabled()) {
         _log.info("deliver(%s=[%s%s]%s)", name.c_str(), CmpiData::typeToString(value.getType()),
@@ -128,49 +81,40 @@ void LoggedMethodResult::deliver(const CmpiName& name, const CmpiData& value) {
     _result.deliver(name, value);
     ++_size;
 }
-void LoggedMethodResult::deliver(const CmpiName& name, unsigned char value) {
-    _pass("deliver(%s=[uint8]%u)", name, value, static_cast<unsigned int>(value));
+
+void LoggedMethodResult::deliver(const CmpiObjectPath& value) {
+    if (_log.infoEnabled()) _log.info("deliver([obj]%s)", value.str());
+    _result.deliver(value);
+    ++_size;
 }
-void LoggedMethodResult::deliver(const CmpiName& name, signed char value) {
-    _pass("deliver(%s=[sint8]%i)", name, value, static_cast<int>(value));
-}
-void LoggedMethodResult::deliver(const CmpiName& name, unsigned short value) {
-    _pass("deliver(%s=[uint16]%u)", name, value, static_cast<unsigned int>(value));
-}
-void LoggedMethodResult::deliver(const CmpiName& name, short value) {
-    _pass("deliver(%s=[sint16]%i)", name, value, static_cast<int>(value));
-}
-void LoggedMethodResult::deliver(const CmpiName& name, unsigned int value) {
-    _pass("deliver(%s=[uint32]%u)", name, value, value);
-}
-void LoggedMethodResult::deliver(const CmpiName& name, int value) {
-    _pass("deliver(%s=[sint32]%i)", name, value, value);
-}
-void LoggedMethodResult::deliver(const CmpiName& name, unsigned long long value) {
-    _pass("deliver(%s=[uint64]%lu)", name, value, value);
-}
-void LoggedMethodResult::deliver(const CmpiName& name, long long value) {
-    _pass("deliver(%s=[sint64]%li)", name, value, value);
-}
-void LoggedMethodResult::deliver(const CmpiName& name, float value) {
-    _pass("deliver(%s=[real32]%f)", name, value, static_cast<double>(value));
-}
-// The lines of a named real64 and bool lack the closing parenthesis: tools that read these logs
-// know them so.
-void LoggedMethodResult::deliver(const CmpiName& name, double value) {
-    _pass("deliver(%s=[real64]%f", name, value, value);
-}
-void LoggedMethodResult::deliver(const CmpiName& name, bool value) {
-    _pass("deliver(%s=[bool]%d", name, value, value ? 1 : 0);
-}
-void LoggedMethodResult::deliver(const CmpiName& name, const char* value) {
-    _pass("deliver(%s=[char*]%s)", name, value, value);
-}
-void LoggedMethodResult::deliver(const CmpiName& name, const std::string& value) {
-    _pass("deliver(%s=[string]%s)", name, value, value);
-}
+
 void LoggedMethodResult::deliver(const CmpiName& name, const CmpiObjectPath& value) {
     if (_log.infoEnabled()) _log.info("deliver(%s=[obj]%s)", name.c_str(), value.str());
     _result.deliver(name, value);
     ++_size;
 }
+
+// clang-format off
+
+// The other types: how each is printed, how the line of a named value ends, and what is printed.
+// Small integers are widened by their signedness, as C's own conversion does. The lines of a named
+// real64 and bool lack the closing parenthesis: tools that read these logs know them so.
+#define PYL_DELIVER(type, form, namedEnd, printed) \
+    void LoggedMethodResult::deliver(type value) { _pass("deliver(" form ")", value, printed); } \
+    void LoggedMethodResult::deliver(const CmpiName& name, type value) { \
+        _pass("deliver(%s=" form namedEnd, name, value, printed); \
+    }
+
+PYL_DELIVER(unsigned char, "[uint8]%u", ")", static_cast<unsigned int>(value))
+PYL_DELIVER(signed char, "[sint8]%i", ")", static_cast<int>(value))
+PYL_DELIVER(unsigned short, "[uint16]%u", ")", static_cast<unsigned int>(value))
+PYL_DELIVER(short, "[sint16]%i", ")", static_cast<int>(value))
+PYL_DELIVER(unsigned int, "[uint32]%u", ")", value)
+PYL_DELIVER(int, "[sint32]%i", ")", value)
+PYL_DELIVER(unsigned long long, "[uint64]%lu", ")", value)
+PYL_DELIVER(long long, "[sint64]%li", ")", value)
+PYL_DELIVER(float, "[real32]%f", ")", static_cast<double>(value))
+PYL_DELIVER(double, "[real64]%f", "", value)
+PYL_DELIVER(bool, "[bool]%d", "", value ? 1 : 0)
+PYL_DELIVER(const char*, "[char*]%s", ")", value)
+PYL_DELIVER(const std::string&, "[string]%s", ")", value)

@@ -1,7 +1,7 @@
 #include "common/LoggedProvider.h"
 
 #include "cmpicpp/CmpiStatus.h"
-#include "common/DecoratorUtils.h"
+#include "common/detail/ForwardedOperations.h"
 
 #include <sstream>
 #include <string_view>
@@ -190,6 +190,7 @@ void LoggedProvider::cleanup(const CmpiContext& context, bool terminating) {
 }
 
 #define PYL_DECORATOR LoggedProvider
-#include "common/detail/ForwardedOperations.inc"
+PYL_EACH_PROVIDER_OPERATION(PYL_FORWARD, PYL_LEAVE)
+#undef PYL_DECORATOR
 
 }  // namespace PYL

@@ -1,6 +1,6 @@
 #include "common/PerfmonDecorator.h"
 
-#include "common/DecoratorUtils.h"
+#include "common/detail/ForwardedOperations.h"
 
 #include <cstdint>
 #include <string_view>
@@ -99,6 +99,7 @@ void PerfmonDecorator::cleanup(const CmpiContext& context, bool terminating) {
 }
 
 #define PYL_DECORATOR PerfmonDecorator
-#include "common/detail/ForwardedOperations.inc"
+PYL_EACH_PROVIDER_OPERATION(PYL_FORWARD, PYL_LEAVE)
+#undef PYL_DECORATOR
 
 }  // namespace PYL
