@@ -16,17 +16,6 @@ namespace cimhost {
 
 namespace {
 
-struct Walk {
-    const Repository& repository;
-    Target target;
-    ObjectPath source;
-};
-
-Walk makeWalk(const Repository& repository, const RequestContext& request, const ObjectPath& path) {
-    const Target target = requireTarget(repository, request, path);
-    return {repository, target, requireInstancePath(repository, target, path)};
-}
-
 void requireFilterClass(const Target& target, const std::string& className) {
     if (className.empty() || target.nameSpace.findClass(className)) return;
     throw CimError(CimCode::invalidParameter, "namespace " + target.nameSpace.name() +
@@ -101,83 +90,87 @@ private:
     const PropertySelection& _selection;
 };
 
+/// One walk: what it is about, and whom it asks.
+struct Walk {
+    Broker& broker;
+    ModuleHost& modules;
+    Servers& servers;
+    const RequestContext& request;
+    Target target;
+    ObjectPath source;
+    ClassFilter accepted;
+
+    Walk(Broker& broker, ModuleHost& modules, Servers& servers, const RequestContext& request,
+         const ObjectPath& path, const AssociationFilter& filter)
+        : broker(broker),
+          modules(modules),
+          servers(servers),
+          request(request),
+          target(requireTarget(broker.repository(), request, path)),
+          source(requireInstancePath(broker.repository(), target, path)),
+          accepted(filter.resultClass) {
+        requireFilterClass(target, filter.associationClass);
+        requireFilterClass(target, filter.resultClass);
+    }
+
+    /// Makes what takes a provider's results of this kind and passes them on.
+    template <typename Results>
+    auto into(auto&... sink) const {
+        return [&](std::string_view provider) {
+            return Results(broker.repository(), target, accepted, provider, sink...);
+        };
+    }
+
+    /// Asks each provider that may know of such associations by the function in this slot.
+    template <typename Slot, typename... Arguments>
+    void ask(const std::string& associationClass, CMPIFlags flags, auto makeResults, Slot slot,
+             Arguments... arguments) const {
+        const RequestContext context = providerContext(request, target.nameSpace, flags);
+        for (const Registration* const each :
+             providersFor(modules, servers, target, associationClass)) {
+            auto results = makeResults(each->provider);
+            askProvider<CMPIAssociationMI>(broker, modules, *each, context, results, source, slot,
+                                           arguments...);
+        }
+    }
+};
+
 }  // namespace
 
 void Operations::associators(const RequestContext& request, const ObjectPath& path,
                              const AssociationFilter& filter, const InstanceOptions& options,
                              InstanceSink& sink) {
-    const Walk walk = makeWalk(_broker.repository(), request, path);
-    requireFilterClass(walk.target, filter.associationClass);
-    requireFilterClass(walk.target, filter.resultClass);
+    const Walk walk(_broker, _modules, _servers, request, path, filter);
     const PropertySelection selection{options.propertyList, nullptr};
-    const ClassFilter accepted(filter.resultClass);
-    const RequestContext context =
-        providerContext(request, walk.target.nameSpace, walkFlags(options));
-    for (const Registration* const each :
-         providersFor(_modules, _servers, walk.target, filter.associationClass)) {
-        InstanceWalk results(walk.repository, walk.target, accepted, each->provider, sink,
-                             selection);
-        const auto mi = _modules.use<CMPIAssociationMI>(*each);
-        ProviderCall call(_broker, context, results);
-        const CMPIObjectPath* const source = makeObjectPath(_broker, walk.source);
-        runWalk([&] {
-            call.run(mi, &CMPIAssociationMIFT::associators, source, orNull(filter.associationClass),
-                     orNull(filter.resultClass), orNull(filter.role), orNull(filter.resultRole),
-                     nullptr);
-        });
-    }
+    walk.ask(filter.associationClass, walkFlags(options), walk.into<InstanceWalk>(sink, selection),
+             &CMPIAssociationMIFT::associators, orNull(filter.associationClass),
+             orNull(filter.resultClass), orNull(filter.role), orNull(filter.resultRole), nullptr);
     Relay relay(sink, selection);
-    visitAssociators(_servers, walk.repository, walk.target, walk.source, filter,
-                     [&](const ObjectPath& end) {
-                         // An object that is gone has no instance to show.
-                         runWalk([&] { getInstance(request, end, options, relay); });
-                     });
+    const auto visit = [&](const ObjectPath& end) {
+        // An object that is gone has no instance to show.
+        runWalk([&] { getInstance(request, end, options, relay); });
+    };
+    visitAssociators(_servers, _broker.repository(), walk.target, walk.source, filter, visit);
 }
 
 void Operations::associatorNames(const RequestContext& request, const ObjectPath& path,
                                  const AssociationFilter& filter, PathSink& sink) {
-    const Walk walk = makeWalk(_broker.repository(), request, path);
-    requireFilterClass(walk.target, filter.associationClass);
-    requireFilterClass(walk.target, filter.resultClass);
-    const ClassFilter accepted(filter.resultClass);
-    const RequestContext context = providerContext(request, walk.target.nameSpace, 0);
-    for (const Registration* const each :
-         providersFor(_modules, _servers, walk.target, filter.associationClass)) {
-        PathWalk results(walk.repository, walk.target, accepted, each->provider, sink);
-        const auto mi = _modules.use<CMPIAssociationMI>(*each);
-        ProviderCall call(_broker, context, results);
-        const CMPIObjectPath* const source = makeObjectPath(_broker, walk.source);
-        runWalk([&] {
-            call.run(mi, &CMPIAssociationMIFT::associatorNames, source,
-                     orNull(filter.associationClass), orNull(filter.resultClass),
-                     orNull(filter.role), orNull(filter.resultRole));
-        });
-    }
-    visitAssociators(_servers, walk.repository, walk.target, walk.source, filter,
+    const Walk walk(_broker, _modules, _servers, request, path, filter);
+    walk.ask(filter.associationClass, 0, walk.into<PathWalk>(sink),
+             &CMPIAssociationMIFT::associatorNames, orNull(filter.associationClass),
+             orNull(filter.resultClass), orNull(filter.role), orNull(filter.resultRole));
+    visitAssociators(_servers, _broker.repository(), walk.target, walk.source, filter,
                      [&](const ObjectPath& end) { sink.deliver(end); });
 }
 
 void Operations::references(const RequestContext& request, const ObjectPath& path,
                             const AssociationFilter& filter, const InstanceOptions& options,
                             InstanceSink& sink) {
-    const Walk walk = makeWalk(_broker.repository(), request, path);
-    requireFilterClass(walk.target, filter.resultClass);
+    const Walk walk(_broker, _modules, _servers, request, path, filter);
     const PropertySelection selection{options.propertyList, nullptr};
-    const ClassFilter accepted(filter.resultClass);
-    const RequestContext context =
-        providerContext(request, walk.target.nameSpace, walkFlags(options));
-    for (const Registration* const each :
-         providersFor(_modules, _servers, walk.target, filter.resultClass)) {
-        InstanceWalk results(walk.repository, walk.target, accepted, each->provider, sink,
-                             selection);
-        const auto mi = _modules.use<CMPIAssociationMI>(*each);
-        ProviderCall call(_broker, context, results);
-        const CMPIObjectPath* const source = makeObjectPath(_broker, walk.source);
-        runWalk([&] {
-            call.run(mi, &CMPIAssociationMIFT::references, source, orNull(filter.resultClass),
-                     orNull(filter.role), nullptr);
-        });
-    }
+    walk.ask(filter.resultClass, walkFlags(options), walk.into<InstanceWalk>(sink, selection),
+             &CMPIAssociationMIFT::references, orNull(filter.resultClass), orNull(filter.role),
+             nullptr);
     visitReferences(_servers, walk.target, walk.source, filter.resultClass, filter.role,
                     [&](const Instance& instance, const Class& definition) {
                         sink.deliver(instance, &definition, selection);
@@ -186,21 +179,9 @@ void Operations::references(const RequestContext& request, const ObjectPath& pat
 
 void Operations::referenceNames(const RequestContext& request, const ObjectPath& path,
                                 const AssociationFilter& filter, PathSink& sink) {
-    const Walk walk = makeWalk(_broker.repository(), request, path);
-    requireFilterClass(walk.target, filter.resultClass);
-    const ClassFilter accepted(filter.resultClass);
-    const RequestContext context = providerContext(request, walk.target.nameSpace, 0);
-    for (const Registration* const each :
-         providersFor(_modules, _servers, walk.target, filter.resultClass)) {
-        PathWalk results(walk.repository, walk.target, accepted, each->provider, sink);
-        const auto mi = _modules.use<CMPIAssociationMI>(*each);
-        ProviderCall call(_broker, context, results);
-        const CMPIObjectPath* const source = makeObjectPath(_broker, walk.source);
-        runWalk([&] {
-            call.run(mi, &CMPIAssociationMIFT::referenceNames, source, orNull(filter.resultClass),
-                     orNull(filter.role));
-        });
-    }
+    const Walk walk(_broker, _modules, _servers, request, path, filter);
+    walk.ask(filter.resultClass, 0, walk.into<PathWalk>(sink), &CMPIAssociationMIFT::referenceNames,
+             orNull(filter.resultClass), orNull(filter.role));
     visitReferences(_servers, walk.target, walk.source, filter.resultClass, filter.role,
                     [&](const Instance& instance, const Class&) { sink.deliver(instance.path); });
 }

@@ -26,4 +26,15 @@ void runWalk(Walk&& walk) {
     }
 }
 
+/// Asks the provider about the path by the function in this slot of its table, as part of a walk.
+template <typename MI, typename Slot, typename... Arguments>
+void askProvider(const Broker& broker, ModuleHost& modules, const Registration& provider,
+                 const RequestContext& context, ResultSink& results, const ObjectPath& path,
+                 Slot slot, Arguments... arguments) {
+    const auto mi = modules.use<MI>(provider);
+    ProviderCall call(broker, context, results);
+    const CMPIObjectPath* const asked = makeObjectPath(broker, path);
+    runWalk([&] { call.run(mi, slot, asked, arguments...); });
+}
+
 }  // namespace cimhost

@@ -58,10 +58,9 @@ void Operations::enumerateInstances(const RequestContext& request, const ObjectP
     const auto ask = [&](const Registration& registration, const Target& asked,
                          const EnumerationFilter& filter) {
         InstanceWalk results(repository, asked, filter, registration.provider, sink, selection);
-        const auto mi = _modules.use<CMPIInstanceMI>(registration);
-        ProviderCall call(_broker, context, results);
-        const CMPIObjectPath* const path = makeObjectPath(_broker, asked.classPath());
-        runWalk([&] { call.run(mi, &CMPIInstanceMIFT::enumerateInstances, path, names.get()); });
+        askProvider<CMPIInstanceMI>(_broker, _modules, registration, context, results,
+                                    asked.classPath(), &CMPIInstanceMIFT::enumerateInstances,
+                                    names.get());
     };
     enumerate(_servers, target, ask, [&](const Instance& instance, const Class& definition) {
         sink.deliver(instance, &definition, selection);
@@ -76,10 +75,8 @@ void Operations::enumerateInstanceNames(const RequestContext& request, const Obj
     const auto ask = [&](const Registration& registration, const Target& asked,
                          const EnumerationFilter& filter) {
         PathWalk results(repository, asked, filter, registration.provider, sink);
-        const auto mi = _modules.use<CMPIInstanceMI>(registration);
-        ProviderCall call(_broker, context, results);
-        const CMPIObjectPath* const path = makeObjectPath(_broker, asked.classPath());
-        runWalk([&] { call.run(mi, &CMPIInstanceMIFT::enumerateInstanceNames, path); });
+        askProvider<CMPIInstanceMI>(_broker, _modules, registration, context, results,
+                                    asked.classPath(), &CMPIInstanceMIFT::enumerateInstanceNames);
     };
     enumerate(_servers, target, ask,
               [&](const Instance& instance, const Class&) { sink.deliver(instance.path); });
@@ -102,12 +99,9 @@ void Operations::execQuery(const RequestContext& request, const std::string& lan
         }
         InstanceWalk results(repository, asked, everything, server.registration->provider, sink,
                              selection);
-        const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
-        ProviderCall call(_broker, context, results);
-        const CMPIObjectPath* const path = makeObjectPath(_broker, asked.classPath());
-        runWalk([&] {
-            call.run(mi, &CMPIInstanceMIFT::execQuery, path, query.c_str(), language.c_str());
-        });
+        askProvider<CMPIInstanceMI>(_broker, _modules, *server.registration, context, results,
+                                    asked.classPath(), &CMPIInstanceMIFT::execQuery, query.c_str(),
+                                    language.c_str());
     };
     if (!askServers(_servers, target, ask)) refuseUnserved(target);
 }

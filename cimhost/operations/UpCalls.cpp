@@ -174,11 +174,10 @@ CMPIEnumeration* associators(const CMPIBroker* broker, const CMPIContext* contex
                              const char** properties, CMPIStatus* status) noexcept {
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Instances found;
-        const AssociationFilter filter{textOf(associationClass), textOf(resultClass), textOf(role),
-                                       textOf(resultRole)};
-        InstanceOptions options;
-        options.propertyList = namesOf(properties);
-        call.operations.associators(call.request, modelOf(path), filter, options, found);
+        call.operations.associators(
+            call.request, modelOf(path),
+            {textOf(associationClass), textOf(resultClass), textOf(role), textOf(resultRole)},
+            {.propertyList = namesOf(properties)}, found);
         return makeEnumeration(call.broker, found.take());
     });
 }
@@ -189,9 +188,10 @@ CMPIEnumeration* associatorNames(const CMPIBroker* broker, const CMPIContext* co
                                  CMPIStatus* status) noexcept {
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Paths found;
-        const AssociationFilter filter{textOf(associationClass), textOf(resultClass), textOf(role),
-                                       textOf(resultRole)};
-        call.operations.associatorNames(call.request, modelOf(path), filter, found);
+        call.operations.associatorNames(
+            call.request, modelOf(path),
+            {textOf(associationClass), textOf(resultClass), textOf(role), textOf(resultRole)},
+            found);
         return makeEnumeration(call.broker, found.take());
     });
 }
@@ -201,10 +201,9 @@ CMPIEnumeration* references(const CMPIBroker* broker, const CMPIContext* context
                             const char** properties, CMPIStatus* status) noexcept {
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Instances found;
-        const AssociationFilter filter{{}, textOf(resultClass), textOf(role), {}};
-        InstanceOptions options;
-        options.propertyList = namesOf(properties);
-        call.operations.references(call.request, modelOf(path), filter, options, found);
+        call.operations.references(call.request, modelOf(path),
+                                   {{}, textOf(resultClass), textOf(role), {}},
+                                   {.propertyList = namesOf(properties)}, found);
         return makeEnumeration(call.broker, found.take());
     });
 }
@@ -214,8 +213,8 @@ CMPIEnumeration* referenceNames(const CMPIBroker* broker, const CMPIContext* con
                                 const char* role, CMPIStatus* status) noexcept {
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Paths found;
-        const AssociationFilter filter{{}, textOf(resultClass), textOf(role), {}};
-        call.operations.referenceNames(call.request, modelOf(path), filter, found);
+        call.operations.referenceNames(call.request, modelOf(path),
+                                       {{}, textOf(resultClass), textOf(role), {}}, found);
         return makeEnumeration(call.broker, found.take());
     });
 }
