@@ -22,6 +22,7 @@ TOKEN = re.compile(
       | (?P<space>\s+)
       | (?P<other>::|->|[=!]=|.)""", re.DOTALL | re.MULTILINE | re.VERBOSE)
 
+ENDINGS = (".h", ".cpp", ".c")
 PLAIN_LIMIT = 100
 TABLE_LIMIT = 120  # between "clang-format off" and "clang-format on"
 
@@ -60,7 +61,7 @@ class Statements:
         return self._tokens[index].text if index < len(self._tokens) else ""
 
     def line(self, index):
-        return self._tokens[index].line
+        return self._tokens[min(index, len(self._tokens) - 1)].line
 
     def past_brackets(self, index):
         """The place behind the bracket that closes the one at `index`."""
@@ -129,7 +130,7 @@ def missing_braces(tokens):
     statements = Statements(tokens)
     return [(tokens[head].line, f"the body of this '{tokens[head].text}' wants braces")
             for head, body, end in statements.bodies()
-            if tokens[body].text != "{" and statements.wants_braces(head, body, end)]
+            if statements.text(body) not in ("{", "") and statements.wants_braces(head, body, end)]
 
 
 def needless_braces(tokens, lines):
@@ -137,7 +138,7 @@ def needless_braces(tokens, lines):
     statements = Statements(tokens)
     found = []
     for head, body, end in statements.bodies():
-        if tokens[body].text != "{" or end - body < 3 or tokens[head].text == "else":
+        if statements.text(body) != "{" or end - body < 3 or tokens[head].text == "else":
             continue
         inner = [body + 1, statements.past_statement(body + 1)]
         if (inner[1] != end - 1 or statements.text(end) == "else" or
@@ -186,8 +187,8 @@ def whole_namespaces(tokens):
     found = []
     for index, token in enumerate(tokens):
         if token.text == "using" and [name.text for name in tokens[index + 1:index + 2]] == ["namespace"]:
-            name = next(later for later, end in zip(tokens[index:], tokens[index + 1:])
-                        if end.text == ";")
+            name = next((later for later, end in zip(tokens[index:], tokens[index + 1:])
+                         if end.text == ";"), token)
             if not name.text.endswith("_literals"):
                 found.append((token.line, "'using namespace' brings in names that nobody lists"))
     return found
@@ -258,7 +259,7 @@ def violations(text, is_c):
 
 def sources_of(root):
     listed = subprocess.run(["git", "-C", root, "ls-files", "--cached", "--others",
-                             "--exclude-standard", "*.h", "*.cpp", "*.c"],
+                             "--exclude-standard", *("*" + ending for ending in ENDINGS)],
                             check=True, stdout=subprocess.PIPE, text=True).stdout
     return [pathlib.Path(root) / name for name in listed.split()]
 
@@ -269,6 +270,10 @@ def main():
     count = 0
     for path in files:
         if not path.exists():  # deleted, and not yet committed
+            continue
+        if path.suffix not in ENDINGS:
+            print(f"{path}: not read: no .h, .cpp or .c", file=sys.stderr)
+            count += 1
             continue
         for line, words in violations(path.read_text(encoding="utf-8"), path.suffix == ".c"):
             print(f"{path}:{line}: {words}")

@@ -1,8 +1,13 @@
 #!/usr/bin/env python3
 """What the dialect forbids is found, and what it allows is not."""
 
+import os
+import pathlib
+import subprocess
 import sys
+import tempfile
 
+import dialect
 from dialect import violations
 
 CASES = [  # source, words of what is found; none: allowed
@@ -46,6 +51,9 @@ CASES = [  # source, words of what is found; none: allowed
     ("// clang-format off\n// " + "x" * 118 + "\n// clang-format on", "121 columns"),
     ('const char* x = R"(if (x == nullptr) T const&)";', None),
     ("// T const& in a comment", None),
+    ("int f() { if (x", None),  # half written
+    ("if (x) {", None),
+    ("for", None),
 ]
 
 
@@ -56,6 +64,14 @@ def main():
         if found if expected is None else not any(expected in words for words in found):
             print(f"{source!r}: found {found}")
             failures += 1
+    with tempfile.TemporaryDirectory() as folder:
+        page = pathlib.Path(folder) / "page.md"
+        page.write_text("Ask for it (if you have one.\n", encoding="utf-8")
+        run = subprocess.run([sys.executable, dialect.__file__, folder, os.fspath(page)],
+                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
+    if run.returncode == 0 or run.stdout != f"{page}: not read: no .h, .cpp or .c\n":
+        print(f"a page of text: {run.returncode} {run.stdout!r}")
+        failures += 1
     return 1 if failures else 0
 
 
