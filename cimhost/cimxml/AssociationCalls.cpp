@@ -3,7 +3,6 @@
 #include "cimhost/cimxml/Results.h"
 #include "cimhost/repository/ClassAssociations.h"
 
-#include <string>
 #include <string_view>
 #include <vector>
 

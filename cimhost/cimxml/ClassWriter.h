@@ -2,7 +2,6 @@
 
 #include "cimhost/cimxml/ObjectWriter.h"
 #include "cimhost/cimxml/XmlBuffer.h"
-#include "cimhost/repository/Repository.h"
 #include "cimhost/repository/Schema.h"
 
 #include <optional>

@@ -5,8 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
-#include <vector>
 
 namespace cimhost {
 namespace {

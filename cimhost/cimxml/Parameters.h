@@ -8,7 +8,6 @@
 #include <initializer_list>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace cimhost {

@@ -4,7 +4,6 @@
 #include "cimhost/cimxml/XmlBuffer.h"
 
 #include <exception>
-#include <string_view>
 
 namespace cimhost {
 

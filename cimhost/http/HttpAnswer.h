@@ -2,7 +2,6 @@
 
 #include "cimhost/http/Stream.h"
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>

@@ -6,7 +6,6 @@
 #include <array>
 #include <cassert>
 #include <charconv>
-#include <span>
 
 namespace cimhost {
 namespace {

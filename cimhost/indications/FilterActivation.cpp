@@ -6,7 +6,6 @@
 #include "cimhost/repository/Names.h"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace cimhost {

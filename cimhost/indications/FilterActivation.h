@@ -6,7 +6,6 @@
 #include "cimhost/query/WqlQuery.h"
 
 #include <list>
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>

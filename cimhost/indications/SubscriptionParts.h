@@ -10,7 +10,6 @@
 #include <chrono>
 #include <list>
 #include <memory>
-#include <string>
 #include <thread>
 #include <utility>
 

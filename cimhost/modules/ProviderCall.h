@@ -8,7 +8,6 @@
 #include <exception>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace cimhost {

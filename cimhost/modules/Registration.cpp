@@ -110,10 +110,6 @@ std::string subjectText(const Registration& registration, std::size_t type) {
 
 }  // namespace
 
-std::string_view providerTypeName(ProviderType type) noexcept {
-    return typeNames[static_cast<std::size_t>(type)];
-}
-
 void Registrations::readFile(const std::filesystem::path& file) {
     try {
         std::ifstream stream;

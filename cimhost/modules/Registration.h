@@ -21,9 +21,6 @@ enum class ProviderType : std::uint8_t { instance, association, method, indicati
 
 constexpr std::size_t providerTypeCount = 4;
 
-/// As registration files write it: "instance" and so on.
-std::string_view providerTypeName(ProviderType type) noexcept;
-
 /// Which provider of which module serves a class in a namespace, and in what.
 struct Registration {
     std::string className;

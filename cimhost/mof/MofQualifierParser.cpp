@@ -5,7 +5,6 @@
 #include "cimhost/repository/ValueConversion.h"
 
 #include <array>
-#include <optional>
 #include <string_view>
 #include <unordered_set>
 #include <utility>

@@ -4,7 +4,6 @@
 #include "cimhost/repository/Names.h"
 
 #include <algorithm>
-#include <utility>
 
 // Each provider is asked once, with the filters as the client gave them, however many association
 // classes it is registered for: it knows by the filters which of its classes are meant, so that no

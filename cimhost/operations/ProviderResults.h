@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 /// Where MI functions deliver: each result is completed, held against the request and passed on at
 /// once. For one MI call, on its thread. What does not belong into a result of the operation is

@@ -5,8 +5,6 @@
 #include "cimhost/repository/Repository.h"
 
 #include <optional>
-#include <string>
-#include <vector>
 
 /// What a request is about, held against the repository before any provider sees it.
 /// Pure functions, safe from several threads.

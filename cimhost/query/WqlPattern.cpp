@@ -2,7 +2,6 @@
 
 #include "cimhost/repository/Utf8.h"
 
-#include <algorithm>
 #include <cstddef>
 
 namespace cimhost {

@@ -7,11 +7,9 @@
 #include "cimhost/repository/QualifierRules.h"
 
 #include <algorithm>
-#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 namespace cimhost {
 namespace {

@@ -3,8 +3,6 @@
 #include "cimhost/repository/MemoryBudget.h"
 #include "cimhost/repository/Schema.h"
 
-#include <string>
-
 namespace cimhost {
 
 class NameSpace;

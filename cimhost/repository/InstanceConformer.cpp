@@ -5,7 +5,6 @@
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/ValueConversion.h"
 
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>

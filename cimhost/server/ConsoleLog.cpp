@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <iterator>
 #include <string>
 
 namespace cimhost {

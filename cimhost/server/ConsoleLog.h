@@ -2,7 +2,6 @@
 
 #include "cimhost/objects/Broker.h"
 
-#include <optional>
 #include <string_view>
 
 namespace cimhost {

@@ -4,7 +4,6 @@
 #include "cimhost/repository/DateTime.h"
 #include "cimhost/repository/Names.h"
 
-#include <algorithm>
 #include <array>
 #include <ctime>
 #include <string_view>

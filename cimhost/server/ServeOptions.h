@@ -5,7 +5,6 @@
 #include "cimhost/server/ObjectManager.h"
 #include "cimhost/server/SchemaOptions.h"
 
-#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>

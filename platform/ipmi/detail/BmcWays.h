@@ -3,7 +3,6 @@
 #include "platform/ipmi/BmcTransport.h"
 
 #include <chrono>
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>

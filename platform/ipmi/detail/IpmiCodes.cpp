@@ -1,5 +1,7 @@
 #include "platform/ipmi/detail/IpmiCodes.h"
 
+#include <array>
+#include <cstdint>
 #include <cstdio>
 
 namespace ipmi {
