@@ -1,27 +1,35 @@
-/// The CMPI C interface, first of three headers: scalars, codes, and the structs for values and
-/// handles.
-///
-/// Layout and numbers are those of CMPI 2.1, which contains 2.0, on 64-bit Linux. All names are the
-/// standard's, the reserved ones included, so that a provider compiles unchanged against the CMPI
-/// headers of a distribution; with PYL_SYSTEM_CMPI those headers are used and this one declares
-/// nothing. For C11 and C++; there is nothing to link.
+/** The CMPI C interface, first of three headers: scalars, codes, and the structs for values and
+ * handles.
+ *
+ * Layout and numbers are those of CMPI 2.1, which contains 2.0, on 64-bit Linux. All names are the
+ * standard's, the reserved ones included, so that a provider compiles unchanged against the CMPI
+ * headers of a distribution; with PYL_SYSTEM_CMPI those headers are used and this one declares
+ * nothing. For C and C++ of any age; there is nothing to link. */
 #pragma once
+
+/* C89 and C++98 lack line comments, 64-bit integers or variadic macros: a system header may use
+ * them, and #include_next, without a word from -Wpedantic. */
+#if defined(PYL_SYSTEM_CMPI) || (defined(__cplusplus) && __cplusplus < 201103L) || \
+    (!defined(__cplusplus) && (!defined(__STDC_VERSION__) || __STDC_VERSION__ < 199901L))
+#pragma GCC system_header
+#endif
 
 #ifdef PYL_SYSTEM_CMPI
 
-// As a system header this file may use #include_next, an extension that -Wpedantic reports.
-#pragma GCC system_header
 #include_next <cmpi/cmpidt.h>
 
 #else
 
-#ifdef __cplusplus
 // A foreign broker or provider may store a number that an enumeration does not list. C defines what
 // that means; C++ does so only for an enumeration whose underlying type is fixed.
+#if defined(__cplusplus) && __cplusplus >= 201103L
 #define PYL_CMPI_INT : int
-extern "C" {
 #else
 #define PYL_CMPI_INT
+#endif
+
+#ifdef __cplusplus
+extern "C" {
 #endif
 
 /// Interface levels, as the version fields of brokers and tables hold them.
@@ -29,6 +37,25 @@ extern "C" {
 #define CMPIVersion200 200
 #define CMPIVersion210 210
 #define CMPICurrentVersion CMPIVersion210
+
+/// The level that a provider is written to: it may define CMPI_VERSION before it includes this, as
+/// 100, 200 or 210. The stub macros of cmpimacs.h ask for the functions of that level; the structs
+/// are the same at each. CMPI_VER_... are the levels that it contains.
+#ifndef CMPI_VERSION
+#define CMPI_VERSION CMPIVersion200
+#endif
+#if CMPI_VERSION < CMPIVersion100
+#error "CMPI_VERSION is 100, 200 or 210: no older level is supported"
+#endif
+#ifndef CMPI_VER_100
+#define CMPI_VER_100 1
+#endif
+#if CMPI_VERSION >= CMPIVersion200 && !defined(CMPI_VER_200)
+#define CMPI_VER_200 1
+#endif
+#if CMPI_VERSION >= CMPIVersion210 && !defined(CMPI_VER_210)
+#define CMPI_VER_210 1
+#endif
 
 /// CIM scalars. A boolean is true for every value but zero. Several share one C type, and the
 /// 64-bit integers are not the `long` that <stdint.h> uses here: do not overload on them.

@@ -1,59 +1,65 @@
-/// The CMPI C interface, second of three headers: the function tables.
-///
-/// A broker (the object manager) and a provider's MIs meet in structs of function pointers. Tables
-/// only ever grew at the end; what 2.0 or 2.1 added is marked. Before using a marked slot look at
-/// the level that the other side stored: brokerVersion for CMPIBrokerFT and for `mft`, the table's
-/// own ftVersion everywhere else. Beyond that level there is no null pointer but foreign memory.
-///
-/// **Who owns what**
-/// - Objects that a call made or returned, up-calls included, belong to the broker: they are good
-///   until the MI function returns, and nobody needs to dispose of them. What is to live longer is
-///   cloned.
-/// - A clone belongs to whoever made it and ends with `release` of its own table; nothing else is
-///   ever released. A container takes its contents along.
-/// - What a CMPIBrokerEncFT function made may be given back early with the function of
-///   CMPIBrokerMemFT that names its kind; neither clones nor results of up-calls may.
-/// - Parts of an object, and the text of a string, are borrowed from it.
-/// - Blocks from cmpiMalloc and its siblings go back with cmpiFree, text from newCharsCP with
-///   freeChars.
-/// - Arguments of an MI function are borrowed for the time of the call.
-/// - MI structs and their tables are the provider's, and stay valid until cleanup.
-///
-/// **How a call fails**
-/// - A CMPIStatus result tells by itself. Everything else writes to the argument `status`, which
-///   may be NULL, and returns NULL, zero or a CMPIData without meaning: look at the code first.
-/// - No slot is NULL. What is not offered answers CMPI_RC_ERR_NOT_SUPPORTED.
-/// - No C++ exception may cross.
-///
-/// **Arguments that recur**
-/// - `properties` holds names and ends with NULL. A NULL list stands for all properties, an empty
-///   one for none.
-/// - `value` NULL stands for a NULL value of type `type`. A C string is copied before the call
-///   returns; an object may not be, so leave it unchanged until the MI function ends.
-/// - `filterLanguage` and `filter`: if either is NULL, nothing is filtered.
-/// - Association calls: a NULL class or role matches all.
-/// - `index` counts from zero; `name` beside it receives the item's name and may be NULL.
-///
-/// MI functions run on threads that the broker knows, several at once. Any other thread attaches
-/// itself before its first call: see prepareAttachThread.
+/** The CMPI C interface, second of three headers: the function tables.
+ *
+ * A broker (the object manager) and a provider's MIs meet in structs of function pointers. Tables
+ * only ever grew at the end; what 2.0 or 2.1 added is marked. Before using a marked slot look at
+ * the level that the other side stored: brokerVersion for CMPIBrokerFT and for `mft`, the table's
+ * own ftVersion everywhere else. Beyond that level there is no null pointer but foreign memory.
+ *
+ * **Who owns what**
+ * - Objects that a call made or returned, up-calls included, belong to the broker: they are good
+ *   until the MI function returns, and nobody needs to dispose of them. What is to live longer is
+ *   cloned.
+ * - A clone belongs to whoever made it and ends with `release` of its own table; nothing else is
+ *   ever released. A container takes its contents along.
+ * - What a CMPIBrokerEncFT function made may be given back early with the function of
+ *   CMPIBrokerMemFT that names its kind; neither clones nor results of up-calls may.
+ * - Parts of an object, and the text of a string, are borrowed from it.
+ * - Blocks from cmpiMalloc and its siblings go back with cmpiFree, text from newCharsCP with
+ *   freeChars.
+ * - Arguments of an MI function are borrowed for the time of the call.
+ * - MI structs and their tables are the provider's, and stay valid until cleanup.
+ *
+ * **How a call fails**
+ * - A CMPIStatus result tells by itself. Everything else writes to the argument `status`, which
+ *   may be NULL, and returns NULL, zero or a CMPIData without meaning: look at the code first.
+ * - No slot is NULL. What is not offered answers CMPI_RC_ERR_NOT_SUPPORTED.
+ * - No C++ exception may cross.
+ *
+ * **Arguments that recur**
+ * - `properties` holds names and ends with NULL. A NULL list stands for all properties, an empty
+ *   one for none.
+ * - `value` NULL stands for a NULL value of type `type`. A C string is copied before the call
+ *   returns; an object may not be, so leave it unchanged until the MI function ends.
+ * - `filterLanguage` and `filter`: if either is NULL, nothing is filtered.
+ * - Association calls: a NULL class or role matches all.
+ * - `index` counts from zero; `name` beside it receives the item's name and may be NULL.
+ *
+ * MI functions run on threads that the broker knows, several at once. Any other thread attaches
+ * itself before its first call: see prepareAttachThread. */
 #pragma once
+
+/* C89 and C++98 lack line comments, 64-bit integers or variadic macros: a system header may use
+ * them, and #include_next, without a word from -Wpedantic. */
+#if defined(PYL_SYSTEM_CMPI) || (defined(__cplusplus) && __cplusplus < 201103L) || \
+    (!defined(__cplusplus) && (!defined(__STDC_VERSION__) || __STDC_VERSION__ < 199901L))
+#pragma GCC system_header
+#endif
 
 #ifdef PYL_SYSTEM_CMPI
 
-// As a system header this file may use #include_next, an extension that -Wpedantic reports.
-#pragma GCC system_header
 #include_next <cmpi/cmpift.h>
 
 #else
 
-#include "cmpi/cmpidt.h"
+#include "cmpidt.h"
 
 #include <stddef.h>
-#include <time.h>
 
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+struct timespec;  // <time.h> does not have it in the oldest dialects
 
 /// The broker, the first argument of most functions. It outlives every MI that was given it.
 struct _CMPIBroker {

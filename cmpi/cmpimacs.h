@@ -1,23 +1,28 @@
-/// The CMPI C interface, third of three headers: macros that spare a provider the tables.
-///
-/// CM... macros work on data objects, CB... macros ask the broker for an operation, CD... macros
-/// describe any data object. Each is one call of the slot that it names, so cmpift.h tells what it
-/// does, who owns its result and from which level on it exists. An object, broker or `status`
-/// argument may be evaluated more than once. `status` is a CMPIStatus* or NULL.
-///
-/// The operating system and memory tables have no macros: call their slots.
+/** The CMPI C interface, third of three headers: macros that spare a provider the tables.
+ *
+ * CM... macros work on data objects, CB... macros ask the broker for an operation, CD... macros
+ * describe any data object. Each is one call of the slot that it names, so cmpift.h tells what it
+ * does, who owns its result and from which level on it exists. An object, broker or `status`
+ * argument may be evaluated more than once. `status` is a CMPIStatus* or NULL.
+ *
+ * The operating system and memory tables have no macros: call their slots. */
 #pragma once
+
+/* C89 and C++98 lack line comments, 64-bit integers or variadic macros: a system header may use
+ * them, and #include_next, without a word from -Wpedantic. */
+#if defined(PYL_SYSTEM_CMPI) || (defined(__cplusplus) && __cplusplus < 201103L) || \
+    (!defined(__cplusplus) && (!defined(__STDC_VERSION__) || __STDC_VERSION__ < 199901L))
+#pragma GCC system_header
+#endif
 
 #ifdef PYL_SYSTEM_CMPI
 
-// As a system header this file may use #include_next, an extension that -Wpedantic reports.
-#pragma GCC system_header
 #include_next <cmpi/cmpimacs.h>
 
 #else
 
-#include "cmpi/cmpidt.h"
-#include "cmpi/cmpift.h"
+#include "cmpidt.h"
+#include "cmpift.h"
 
 #include <stddef.h>
 
@@ -45,10 +50,12 @@
     CMSetStatusWithString(status, code, CMNewString(broker, text, NULL))
 
 /// Leave the current function with a status.
-#define CMReturnWithString(code, string)             \
-    do {                                             \
-        CMPIStatus cmpiResult_ = {(code), (string)}; \
-        return cmpiResult_;                          \
+#define CMReturnWithString(code, string) \
+    do {                                 \
+        CMPIStatus cmpiResult_;          \
+        cmpiResult_.rc = (code);         \
+        cmpiResult_.msg = (string);      \
+        return cmpiResult_;              \
     } while (0)
 #define CMReturn(code) CMReturnWithString(code, NULL)
 #define CMReturnWithChars(broker, code, text) \
@@ -120,8 +127,8 @@
 
 #define CMFmtSint(value) CMPI_sint32, ((long)(value))
 #define CMFmtUint(value) CMPI_uint32, ((unsigned long)(value))
-#define CMFmtSint64(value) CMPI_sint64, ((long long)(value))
-#define CMFmtUint64(value) CMPI_uint64, ((unsigned long long)(value))
+#define CMFmtSint64(value) CMPI_sint64, ((CMPISint64)(value))
+#define CMFmtUint64(value) CMPI_uint64, ((CMPIUint64)(value))
 #define CMFmtReal(value) CMPI_real64, ((double)(value))
 #define CMFmtBoolean(value) CMPI_boolean, ((int)(value))
 #define CMFmtChars(value) CMPI_chars, ((char*)(value))
@@ -202,6 +209,7 @@
 #define CMGetKeyAt(path, index, name, status) \
     ((path)->ft->getKeyAt((path), (index), (name), (status)))
 #define CMGetKeyCount(path, status) ((path)->ft->getKeyCount((path), (status)))
+#define CMObjectPathToString(path, status) ((path)->ft->toString((path), (status)))
 #define CMSetNameSpaceFromObjectPath(path, source) \
     ((path)->ft->setNameSpaceFromObjectPath((path), (source)))
 #define CMSetHostAndNameSpaceFromObjectPath(path, source) \
@@ -322,69 +330,84 @@
 // which stores the broker in the variable `broker` and returns an MI made of functions that are
 // declared before: DiskCleanup, DiskEnumInstanceNames and so on, in the order and with the
 // signatures of the table. `hook` is a statement that the factory runs; it may use `brkr`, `ctx`
-// and `rc`, the arguments of the factory. The tables are filled to level 200, so a broker leaves
-// the slots of 2.1 alone.
+// and `rc`, the arguments of the factory. The tables are of level CMPI_VERSION: below 210 no
+// function is asked for that 2.1 added.
 
 #define CMNoHook
 
-#define CMInstanceMIStub(prefix, provider, broker, hook)                                 \
-    static const CMPIInstanceMIFT provider##InstanceTable_ = {CMPIVersion200,            \
-                                                              CMPIVersion200,            \
-                                                              "instance" #provider,      \
-                                                              prefix##Cleanup,           \
-                                                              prefix##EnumInstanceNames, \
-                                                              prefix##EnumInstances,     \
-                                                              prefix##GetInstance,       \
-                                                              prefix##CreateInstance,    \
-                                                              prefix##ModifyInstance,    \
-                                                              prefix##DeleteInstance,    \
-                                                              prefix##ExecQuery,         \
-                                                              NULL};                     \
+#ifdef CMPI_VER_200
+#define PYL_CMPI_SINCE_200(function) function
+#else
+#define PYL_CMPI_SINCE_200(function) NULL
+#endif
+#ifdef CMPI_VER_210
+#define PYL_CMPI_SINCE_210(function) function
+#else
+#define PYL_CMPI_SINCE_210(function) NULL
+#endif
+
+#define CMInstanceMIStub(prefix, provider, broker, hook)       \
+    static const CMPIInstanceMIFT provider##InstanceTable_ = { \
+        CMPI_VERSION,                                          \
+        CMPI_VERSION,                                          \
+        "instance" #provider,                                  \
+        prefix##Cleanup,                                       \
+        prefix##EnumInstanceNames,                             \
+        prefix##EnumInstances,                                 \
+        prefix##GetInstance,                                   \
+        prefix##CreateInstance,                                \
+        prefix##ModifyInstance,                                \
+        prefix##DeleteInstance,                                \
+        prefix##ExecQuery,                                     \
+        PYL_CMPI_SINCE_210(prefix##EnumInstancesFiltered)};    \
     PYL_CMPI_FACTORY(Instance, provider, broker, hook)
 
-#define CMAssociationMIStub(prefix, provider, broker, hook)                                     \
-    static const CMPIAssociationMIFT provider##AssociationTable_ = {CMPIVersion200,             \
-                                                                    CMPIVersion200,             \
-                                                                    "association" #provider,    \
-                                                                    prefix##AssociationCleanup, \
-                                                                    prefix##Associators,        \
-                                                                    prefix##AssociatorNames,    \
-                                                                    prefix##References,         \
-                                                                    prefix##ReferenceNames,     \
-                                                                    NULL,                       \
-                                                                    NULL};                      \
+#define CMAssociationMIStub(prefix, provider, broker, hook)          \
+    static const CMPIAssociationMIFT provider##AssociationTable_ = { \
+        CMPI_VERSION,                                                \
+        CMPI_VERSION,                                                \
+        "association" #provider,                                     \
+        prefix##AssociationCleanup,                                  \
+        prefix##Associators,                                         \
+        prefix##AssociatorNames,                                     \
+        prefix##References,                                          \
+        prefix##ReferenceNames,                                      \
+        PYL_CMPI_SINCE_210(prefix##AssociatorsFiltered),             \
+        PYL_CMPI_SINCE_210(prefix##ReferencesFiltered)};             \
     PYL_CMPI_FACTORY(Association, provider, broker, hook)
 
-#define CMMethodMIStub(prefix, provider, broker, hook)                             \
-    static const CMPIMethodMIFT provider##MethodTable_ = {                         \
-        CMPIVersion200, CMPIVersion200, "method" #provider, prefix##MethodCleanup, \
-        prefix##InvokeMethod};                                                     \
+#define CMMethodMIStub(prefix, provider, broker, hook)                         \
+    static const CMPIMethodMIFT provider##MethodTable_ = {                     \
+        CMPI_VERSION, CMPI_VERSION, "method" #provider, prefix##MethodCleanup, \
+        prefix##InvokeMethod};                                                 \
     PYL_CMPI_FACTORY(Method, provider, broker, hook)
 
-#define CMPropertyMIStub(prefix, provider, broker, hook)                                      \
-    static const CMPIPropertyMIFT provider##PropertyTable_ = {CMPIVersion200,                 \
-                                                              CMPIVersion200,                 \
-                                                              "property" #provider,           \
-                                                              prefix##PropertyCleanup,        \
-                                                              prefix##SetProperty,            \
-                                                              prefix##GetProperty,            \
-                                                              prefix##SetPropertyWithOrigin}; \
+#define CMPropertyMIStub(prefix, provider, broker, hook)       \
+    static const CMPIPropertyMIFT provider##PropertyTable_ = { \
+        CMPI_VERSION,                                          \
+        CMPI_VERSION,                                          \
+        "property" #provider,                                  \
+        prefix##PropertyCleanup,                               \
+        prefix##SetProperty,                                   \
+        prefix##GetProperty,                                   \
+        PYL_CMPI_SINCE_200(prefix##SetPropertyWithOrigin)};    \
     PYL_CMPI_FACTORY(Property, provider, broker, hook)
 
-#define CMIndicationMIStub(prefix, provider, broker, hook)                                    \
-    static const CMPIIndicationMIFT provider##IndicationTable_ = {CMPIVersion200,             \
-                                                                  CMPIVersion200,             \
-                                                                  "indication" #provider,     \
-                                                                  prefix##IndicationCleanup,  \
-                                                                  prefix##AuthorizeFilter,    \
-                                                                  prefix##MustPoll,           \
-                                                                  prefix##ActivateFilter,     \
-                                                                  prefix##DeActivateFilter,   \
-                                                                  prefix##EnableIndications,  \
-                                                                  prefix##DisableIndications, \
-                                                                  NULL,                       \
-                                                                  NULL,                       \
-                                                                  NULL};                      \
+#define CMIndicationMIStub(prefix, provider, broker, hook)         \
+    static const CMPIIndicationMIFT provider##IndicationTable_ = { \
+        CMPI_VERSION,                                              \
+        CMPI_VERSION,                                              \
+        "indication" #provider,                                    \
+        prefix##IndicationCleanup,                                 \
+        prefix##AuthorizeFilter,                                   \
+        prefix##MustPoll,                                          \
+        prefix##ActivateFilter,                                    \
+        prefix##DeActivateFilter,                                  \
+        prefix##EnableIndications,                                 \
+        prefix##DisableIndications,                                \
+        PYL_CMPI_SINCE_210(prefix##AuthorizeFilterCollection),     \
+        PYL_CMPI_SINCE_210(prefix##ActivateFilterCollection),      \
+        PYL_CMPI_SINCE_210(prefix##DeActivateFilterCollection)};   \
     PYL_CMPI_FACTORY(Indication, provider, broker, hook)
 
 /// The factory that the five stubs share; not for other use.

@@ -253,6 +253,7 @@ TEST_F(CmpiMacros, ReadAndFillObjectPaths) {
     PYL_EXPECT_CALL(pathTable, getKey, CMGetKey(path, a, status), path, a, status);
     PYL_EXPECT_CALL(pathTable, getKeyAt, CMGetKeyAt(path, 3, name, status), path, 3, name, status);
     PYL_EXPECT_CALL(pathTable, getKeyCount, CMGetKeyCount(path, status), path, status);
+    PYL_EXPECT_CALL(pathTable, toString, CMObjectPathToString(path, status), path, status);
     PYL_EXPECT_CALL(pathTable, setNameSpaceFromObjectPath, CMSetNameSpaceFromObjectPath(path, path),
                     path, path);
     PYL_EXPECT_CALL(pathTable, setHostAndNameSpaceFromObjectPath,

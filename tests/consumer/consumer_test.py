@@ -28,13 +28,25 @@ def build_with_cmake(source, prefix, build, compiler, flags):
     run("cmake", "--build", build)
 
 
+def pkg_config_environment(prefix):
+    return dict(os.environ, PKG_CONFIG_PATH=str(next(prefix.rglob("pylcommon.pc")).parent))
+
+
 def build_with_pkg_config(source, prefix, build, compiler, flags):
-    folder = next(prefix.rglob("pylcommon.pc")).parent
-    environment = dict(os.environ, PKG_CONFIG_PATH=str(folder))
-    words = run("pkg-config", "--cflags", "--libs", "pylcommon", env=environment).split()
+    words = run("pkg-config", "--cflags", "--libs", "pylcommon",
+                env=pkg_config_environment(prefix)).split()
     build.mkdir()
     run(compiler, *flags.split(), "-shared", "-fPIC", source / "UptimeProvider.cpp",
         "-o", build / "libuptime.so", *words)
+
+
+def build_guest(source, prefix, build):
+    """A provider in C, by either package, for the headers alone."""
+    run("cmake", "-S", source, "-B", build, "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}")
+    run("cmake", "--build", build)
+    words = run("pkg-config", "--cflags-only-I", "pylcommon", env=pkg_config_environment(prefix)).split()
+    run("cc", "-std=c89", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-fsyntax-only", *words,
+        source.parent.parent / "cmpi/Guest.c")
 
 
 def ask(source, prefix, build):
@@ -58,6 +70,7 @@ def ask(source, prefix, build):
 
 def main():
     build, source, compiler, sanitizers = sys.argv[1:5]
+    guest = pathlib.Path(source) / "guest"
     source = pathlib.Path(source) / "uptime"
     flags = f"-fsanitize={sanitizers}" if sanitizers else ""
     with tempfile.TemporaryDirectory() as scratch:
@@ -66,6 +79,7 @@ def main():
         run("cmake", "--install", build, "--prefix", prefix)
         build_with_cmake(source, prefix, scratch / "cmake", compiler, flags)
         build_with_pkg_config(source, prefix, scratch / "pkg-config", compiler, flags)
+        build_guest(guest, prefix, scratch / "guest")
         for module in (scratch / "cmake", scratch / "pkg-config"):
             answer = ask(source, prefix, module)
             if not re.search(r'PYL_Uptime\.InstanceID="KTQ:Uptime".*Seconds=\d+', answer, re.DOTALL):
