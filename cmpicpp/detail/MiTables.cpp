@@ -237,13 +237,14 @@ CMPIStatus disableIndications(CMPIIndicationMI* mi, const CMPIContext* context) 
 /// them, for a broker that looks beyond the level.
 constexpr int tableLevel = 200;
 
+// As an initialiser, since headers of CMPI 2.0 have miVersion constant.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmissing-field-initializers"
 template <typename Table>
 Table emptyTable() noexcept {
-    Table table{};
-    table.ftVersion = tableLevel;
-    table.miVersion = tableLevel;
-    return table;
+    return {.ftVersion = tableLevel, .miVersion = tableLevel};
 }
+#pragma GCC diagnostic pop
 
 // Templates, since headers of CMPI 2.0 do not have the members.
 
