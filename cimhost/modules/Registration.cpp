@@ -5,6 +5,8 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <optional>
+#include <span>
 #include <utility>
 
 namespace cimhost {
@@ -24,8 +26,12 @@ constexpr std::string_view blanks = " \t\r";
     throw RegistrationError(message);
 }
 
+std::string_view trimmed(std::string_view text) noexcept {
+    const std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());
+    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
+}
+
 std::vector<std::string_view> splitFields(std::string_view line) {
-    line = line.substr(0, line.find('#'));
     std::vector<std::string_view> fields;
     for (;;) {
         const std::size_t begin = line.find_first_not_of(blanks);
@@ -44,24 +50,84 @@ std::size_t typeFromText(std::string_view text) {
            "' (known are instance, association, method, indication)");
 }
 
+std::bitset<providerTypeCount> typesFrom(std::span<const std::string_view> words) {
+    std::bitset<providerTypeCount> types;
+    for (const std::string_view word : words) {
+        const std::size_t type = typeFromText(word);
+        if (types[type]) refuse("type '" + std::string(typeNames[type]) + "' is given twice");
+        types.set(type);
+    }
+    return types;
+}
+
 Registration registrationFrom(const std::vector<std::string_view>& fields) {
     if (fields.size() < fieldNames.size()) {
         refuse(std::string("the ") + fieldNames[fields.size()] +
                " is missing (Class Namespace Provider Module type...)");
     }
-    Registration registration{std::string(fields[0]),
-                              std::string(trimmedSlashes(fields[1])),
-                              std::string(fields[2]),
-                              std::string(fields[3]),
-                              {}};
-    for (std::size_t i = 4; i < fields.size(); ++i) {
-        const std::size_t type = typeFromText(fields[i]);
-        if (registration.types[type]) {
-            refuse("type '" + std::string(typeNames[type]) + "' is given twice");
-        }
-        registration.types.set(type);
+    return {std::string(fields[0]), std::string(trimmedSlashes(fields[1])), std::string(fields[2]),
+            std::string(fields[3]), typesFrom(std::span(fields).subspan(4))};
+}
+
+// The last four are of no use here.
+constexpr auto sectionKeys = std::to_array<std::string_view>(
+    {"provider", "location", "type", "namespace", "unload", "parameters", "group", "user"});
+enum SectionKey : std::size_t { provider, location, type, nameSpace, neededKeys };
+
+/// What a section says so far, in the words of the file.
+struct Section {
+    std::string place;
+    std::string_view className;
+    std::array<std::string_view, sectionKeys.size()> values;
+};
+
+Section sectionFrom(std::string_view head, const std::string& place) {
+    if (!head.ends_with(']')) refuse("'" + std::string(head) + "' is no section '[Class]'");
+    return {place, trimmed(head.substr(1, head.size() - 2)), {}};
+}
+
+void readSectionLine(Section& section, std::string_view line) {
+    const std::size_t colon = line.find(':');
+    if (colon == std::string_view::npos) {
+        refuse("'" + std::string(line) + "' is no line 'key: value'");
     }
-    return registration;
+    const std::string_view key = trimmed(line.substr(0, colon));
+    const auto known = std::ranges::find_if(
+        sectionKeys, [key](std::string_view name) { return equalNames(name, key); });
+    if (known == sectionKeys.end()) {
+        refuse(
+            "unknown key '" + std::string(key) +
+            "' (known are provider, location, type, namespace, unload, parameters, group, user)");
+    }
+    const auto index = static_cast<std::size_t>(known - sectionKeys.begin());
+    if (!section.values[index].empty()) refuse("the " + std::string(*known) + " is given twice");
+    section.values[index] = trimmed(line.substr(colon + 1));
+    if (index == type) typesFrom(splitFields(section.values[type]));
+}
+
+/// One for each namespace.
+std::vector<Registration> registrationsFrom(const Section& section) {
+    for (std::size_t key = 0; key < neededKeys; ++key) {
+        if (section.values[key].empty()) {
+            refuse("the " + std::string(sectionKeys[key]) + " is missing in [" +
+                   std::string(section.className) + "]");
+        }
+    }
+    std::vector<Registration> registrations;
+    for (const std::string_view name : splitFields(section.values[nameSpace])) {
+        registrations.push_back({std::string(section.className), std::string(trimmedSlashes(name)),
+                                 std::string(section.values[provider]),
+                                 std::string(section.values[location]),
+                                 typesFrom(splitFields(section.values[type]))});
+    }
+    return registrations;
+}
+
+/// Puts the place before what `body` is refused for.
+void readAt(const std::string& place, auto&& body) try {
+    body();
+} catch (const RegistrationError& error) {
+    refuse(place + ": " + error.what());
 }
 
 bool isIdentifier(std::string_view text) noexcept {
@@ -123,16 +189,43 @@ void Registrations::readFile(const std::filesystem::path& file) {
 }
 
 void Registrations::readText(std::string_view text, const std::string& name) {
-    for (std::size_t line = 1; !text.empty(); ++line) {
+    std::optional<Section> section;
+    const auto endSection = [this, &section] {
+        if (!section) return;
+        readAt(section->place, [this, &section] {
+            for (Registration& registration : registrationsFrom(*section)) {
+                _read(std::move(registration), section->place);
+            }
+        });
+        section.reset();
+    };
+    for (std::size_t number = 1; !text.empty(); ++number) {
         const std::size_t end = std::min(text.find('\n'), text.size());
-        const auto fields = splitFields(text.substr(0, end));
+        std::string_view line = text.substr(0, end);
         text.remove_prefix(std::min(end + 1, text.size()));
-        if (fields.empty()) continue;
-        try {
-            add(registrationFrom(fields));
-        } catch (const RegistrationError& error) {
-            refuse(name + ":" + std::to_string(line) + ": " + error.what());
-        }
+        line = trimmed(line.substr(0, line.find('#')));
+        if (line.empty()) continue;
+        const std::string place = name + ":" + std::to_string(number);
+        if (line.front() == '[') endSection();
+        readAt(place, [&] {
+            if (line.front() == '[') {
+                section = sectionFrom(line, place);
+            } else if (section) {
+                readSectionLine(*section, line);
+            } else {
+                _read(registrationFrom(splitFields(line)), place);
+            }
+        });
+    }
+    endSection();
+}
+
+void Registrations::_read(Registration registration, const std::string& place) {
+    if (std::ranges::find(_registrations, registration) != _registrations.end()) {
+        _warnings.push_back(place + ": class " + registration.className + " in namespace " +
+                            registration.nameSpace + " is registered in these words already");
+    } else {
+        add(std::move(registration));
     }
 }
 

@@ -29,6 +29,8 @@ struct Registration {
     std::string module;    ///< base name: Fans for libFans.so
     std::bitset<providerTypeCount> types;
 
+    bool operator==(const Registration&) const = default;
+
     bool serves(ProviderType type) const noexcept { return types[static_cast<std::size_t>(type)]; }
 };
 
@@ -45,6 +47,12 @@ public:
 /// lines. `#` begins a comment. Classes and namespaces compare without regard to case, providers
 /// and modules exactly.
 ///
+/// Or it has sections, as sfcb's: `[Class]`, and below it the lines `provider: Provider`,
+/// `location: Module`, `type: type...` and `namespace: Namespace...`. The keys unload, parameters,
+/// group and user are passed over.
+///
+/// What is repeated in the same words, in a file or in two, counts once.
+///
 /// Filled before the host starts by one thread; from then on constant and safe to read from
 /// several.
 class Registrations {
@@ -53,8 +61,8 @@ public:
     Registrations(Registrations&&) = default;
     Registrations& operator=(Registrations&&) = default;
 
-    /// Throws RegistrationError for a line that is broken, for one that registers what another has
-    /// registered, and for a file that cannot be read. What came before the line stays.
+    /// Throws RegistrationError for a line or section that is broken, for one that registers what
+    /// another has registered, and for a file that cannot be read. What came before it stays.
     void readFile(const std::filesystem::path& file);
 
     /// `name` stands for the file in messages.
@@ -75,6 +83,9 @@ public:
 
     const std::deque<Registration>& all() const noexcept { return _registrations; }
 
+    /// What was repeated, as "file:line: message".
+    const std::vector<std::string>& warnings() const noexcept { return _warnings; }
+
 private:
     struct Index {
         std::vector<const Registration*> inOrder;
@@ -82,6 +93,7 @@ private:
     };
     using Indexes = std::array<Index, providerTypeCount>;
 
+    void _read(Registration registration, const std::string& place);
     const Index* _find(ProviderType type, std::string_view nameSpace) const noexcept;
     void _check(const Registration& registration) const;
 
@@ -89,6 +101,7 @@ private:
     std::deque<Registration> _registrations;
     std::map<std::string, Indexes, NameLess> _nameSpaces;
     std::map<std::string, std::string> _modules;  // by provider
+    std::vector<std::string> _warnings;
 };
 
 }  // namespace cimhost

@@ -26,6 +26,9 @@ int check(const SchemaOptions& options) {
     options.loadInto(repository);
     Registrations registrations;
     options.loadInto(registrations);
+    for (const std::string& warning : registrations.warnings()) {
+        std::fprintf(stderr, "cimhost: warning: %s\n", warning.c_str());
+    }
     const std::vector<std::string> complaints = unknownClasses(repository, registrations);
     for (const std::string& complaint : complaints) {
         std::fprintf(stderr, "cimhost: %s\n", complaint.c_str());

@@ -35,7 +35,8 @@ void SchemaOptions::addTo(CLI::App& command) {
         ->group(group);
     command
         .add_option("--registration", _registrations,
-                    "File with lines 'Class Namespace Provider Module type...'; may be repeated")
+                    "File with lines 'Class Namespace Provider Module type...', or with sections "
+                    "'[Class]'; may be repeated")
         ->type_name("FILE")
         ->allow_extra_args(false)
         ->group(group);

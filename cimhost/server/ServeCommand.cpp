@@ -71,8 +71,11 @@ int serve(const ServeOptions& options) {
     options.schema.loadInto(repository);
     Registrations registrations;
     options.schema.loadInto(registrations);
-    for (const std::string& complaint : unknownClasses(repository, registrations)) {
-        log.write(BrokerLog::Level::warning, "cimhost", complaint);
+    for (const auto& warnings :
+         {registrations.warnings(), unknownClasses(repository, registrations)}) {
+        for (const std::string& warning : warnings) {
+            log.write(BrokerLog::Level::warning, "cimhost", warning);
+        }
     }
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,

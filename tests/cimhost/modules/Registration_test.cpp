@@ -92,11 +92,22 @@ TEST(Registration, NamesTheMissingField) {
     EXPECT_THAT(refusalOf("A n P m\n"), testing::HasSubstr("the type is missing"));
 }
 
-TEST(Registration, RefusesTheSameLineTwice) {
-    EXPECT_EQ(refusalOf("A n P m instance\na N P m instance\n"),
+TEST(Registration, TakesALineThatIsRepeatedWithAWarning) {
+    Registrations registrations;
+    registrations.readText("A n P m instance\nA /n/  P m instance # again\n", "one");
+    registrations.readText("B n P m association\nA n P m instance\n", "two");
+    EXPECT_EQ(registrations.all().size(), 2U);
+    EXPECT_THAT(
+        registrations.warnings(),
+        testing::ElementsAre("one:2: class A in namespace n is registered in these words already",
+                             "two:2: class A in namespace n is registered in these words already"));
+}
+
+TEST(Registration, RefusesALineThatOverlapsWithAnother) {
+    EXPECT_EQ(refusalOf("A n P m instance\na N P m instance method\n"),
               "fans.registration:2: instance of class a in namespace N is registered for provider "
               "P already");
-    EXPECT_NE(refusalOf("A n P m association\nA n P m association\n"), "");
+    EXPECT_NE(refusalOf("A n P m association\nA n P m association method\n"), "");
 }
 
 TEST(Registration, RefusesTheSameTypeTwiceInALine) {
@@ -136,7 +147,66 @@ TEST(Registration, KeepsWhatCameBeforeABrokenLine) {
 TEST(Registration, ChecksAcrossFiles) {
     Registrations registrations;
     registrations.readText("A n P m instance\n", "one");
-    EXPECT_THROW(registrations.readText("A n P m instance\n", "two"), RegistrationError);
+    EXPECT_THROW(registrations.readText("A n Q m instance\n", "two"), RegistrationError);
+}
+
+TEST(Registration, ReadsSections) {
+    Registrations registrations;
+    registrations.readText(
+        "# as another host has them\n"
+        "[ACME_Fan]\n"
+        "   provider: FanProvider\n"
+        "   Location:acmeFans\n"
+        "   type: instance method  # not its associations\n"
+        "   namespace: root/cimv2 interop\n"
+        "   unload: never\n"
+        "   parameters: -x [y] z: 1\n"
+        "#\n"
+        "[ACME_Alert]\r\n"
+        "provider: AlertProvider\r\n"
+        "location: acmeFans\r\n"
+        "type: indication\r\n"
+        "namespace: root/cimv2",
+        "x");
+    ASSERT_EQ(registrations.all().size(), 3U);
+    const Registration* const fan = registrations.find(ProviderType::method, "interop", "ACME_Fan");
+    ASSERT_NE(fan, nullptr);
+    EXPECT_EQ(fan->provider, "FanProvider");
+    EXPECT_EQ(fan->module, "acmeFans");
+    EXPECT_TRUE(fan->serves(ProviderType::instance));
+    EXPECT_FALSE(fan->serves(ProviderType::association));
+    EXPECT_NE(registrations.find(ProviderType::instance, "root/cimv2", "ACME_Fan"), nullptr);
+    EXPECT_NE(registrations.find(ProviderType::indication, "root/cimv2", "ACME_Alert"), nullptr);
+}
+
+TEST(Registration, TakesASectionThatIsRepeatedWithAWarning) {
+    const std::string_view section =
+        "[A]\nprovider: P\nlocation: m\ntype: instance\nnamespace: n\n";
+    Registrations registrations;
+    registrations.readText(section, "one");
+    registrations.readText(section, "two");
+    EXPECT_EQ(registrations.all().size(), 1U);
+    EXPECT_THAT(
+        registrations.warnings(),
+        testing::ElementsAre("two:1: class A in namespace n is registered in these words already"));
+}
+
+TEST(Registration, NamesFileAndLineOfABrokenSection) {
+    EXPECT_EQ(refusalOf("[A]\nprovider: P\ntype: instance\nnamespace: n\n[B]\n"),
+              "fans.registration:1: the location is missing in [A]");
+    EXPECT_EQ(refusalOf("\n[A]\n"), "fans.registration:2: the provider is missing in [A]");
+    EXPECT_EQ(refusalOf("[A]\nprovider P\n"),
+              "fans.registration:2: 'provider P' is no line 'key: value'");
+    EXPECT_EQ(refusalOf("[A]\nmodule: m\n"),
+              "fans.registration:2: unknown key 'module' (known are provider, location, type, "
+              "namespace, unload, parameters, group, user)");
+    EXPECT_EQ(refusalOf("[A]\ntype: instance\nType: method\n"),
+              "fans.registration:3: the type is given twice");
+    EXPECT_THAT(refusalOf("[A]\ntype: filter\n"),
+                testing::StartsWith("fans.registration:2: unknown type 'filter'"));
+    EXPECT_EQ(refusalOf("[A\n"), "fans.registration:1: '[A' is no section '[Class]'");
+    EXPECT_EQ(refusalOf("[]\nprovider: P\nlocation: m\ntype: instance\nnamespace: n\n"),
+              "fans.registration:1: '' is not a class name");
 }
 
 TEST(Registration, NamesAFileThatCannotBeRead) {

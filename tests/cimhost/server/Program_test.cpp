@@ -115,6 +115,20 @@ TEST_F(ProgramTest, WarnsOfARegistrationThatServesNothing) {
                                  "root/cimv2:Unheard, which does not exist"));
 }
 
+TEST_F(ProgramTest, WarnsOfARegistrationThatIsRepeatedAndTakesIt) {
+    const std::string line = "PYL_Thing root/cimv2 P M instance\n";
+    const std::string first = folder.write("first", line);
+    const std::string second = folder.write("second", line);
+    const std::string warning = "second:1: class PYL_Thing in namespace root/cimv2 is registered";
+    EXPECT_EQ(run({"serve", "--port", "0", "--schema", schema, "--registration", first,
+                   "--registration", second, "--max-seconds", "0"}),
+              0);
+    EXPECT_THAT(err(), HasSubstr(warning));
+    run({"check", "--schema", schema, "--registration", first, "--registration", second});
+    EXPECT_THAT(err(), HasSubstr("cimhost: warning: "));
+    EXPECT_THAT(err(), HasSubstr(warning));
+}
+
 TEST_F(ProgramTest, EndsInOrderOnEachSignalThatAsksForIt) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
         const pid_t process =
