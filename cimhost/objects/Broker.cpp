@@ -7,7 +7,10 @@
 #include <array>
 #include <atomic>
 #include <cassert>
+#include <mutex>
+#include <set>
 #include <stdexcept>
+#include <tuple>
 
 namespace cimhost {
 
@@ -53,6 +56,8 @@ struct Broker::Tables {
     std::atomic<Operations*> operations = nullptr;
     std::atomic<IndicationSink*> indicationSink = nullptr;
     std::atomic<bool> hasWarned = false;
+    std::mutex wrongEndsMutex;
+    std::set<std::tuple<const void*, std::string_view, ObjectKind>> wrongEnds;
     MemoryBlocks memoryBlocks;
     PreparedContexts preparedContexts;
     CMPIBrokerFT brokerTable{};
@@ -134,6 +139,12 @@ void Broker::warnOfStrayThread() const noexcept {
     if (_tables->hasWarned.exchange(true)) return;
     log().write(BrokerLog::Level::warning, "broker",
                 "objects were made on a thread that is not attached; they live until it ends");
+}
+
+bool Broker::isFirstWrongEnd(const void* library, std::string_view function,
+                             ObjectKind kind) const {
+    const std::lock_guard lock(_tables->wrongEndsMutex);
+    return _tables->wrongEnds.emplace(library, function, kind).second;
 }
 
 MemoryBlocks& Broker::memoryBlocks() const noexcept {

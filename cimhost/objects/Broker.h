@@ -5,6 +5,7 @@
 #include "cimhost/objects/Objects.h"
 #include "cimhost/repository/Repository.h"
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -13,6 +14,7 @@ namespace cimhost {
 class MemoryBlocks;
 class Operations;
 class PreparedContexts;
+enum class ObjectKind : std::uint8_t;
 
 /// Where log lines of cimhost and of providers (logMessage, trace) go. Safe from several threads.
 class BrokerLog {
@@ -75,6 +77,10 @@ public:
     /// Logs, the first time, that a thread makes objects outside of any call without being
     /// attached.
     void warnOfStrayThread() const noexcept;
+
+    /// True the first time that this library ends an object of this kind wrongly. The function's
+    /// name must outlive the broker. Throws std::bad_alloc.
+    bool isFirstWrongEnd(const void* library, std::string_view function, ObjectKind kind) const;
 
     /// What the tables keep beside the objects.
     MemoryBlocks& memoryBlocks() const noexcept;

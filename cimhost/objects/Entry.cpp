@@ -3,6 +3,8 @@
 #include "cimhost/objects/Description.h"
 #include "cimhost/repository/CimError.h"
 
+#include <dlfcn.h>
+
 #include <exception>
 #include <new>
 #include <string>
@@ -67,8 +69,12 @@ CMPIStatus statusOfException(const Broker& broker) noexcept {
     }
 }
 
-void logWrongEnd(const Broker& broker, std::string_view function, ObjectKind kind) noexcept {
+void logWrongEnd(const Broker& broker, const void* caller, std::string_view function,
+                 ObjectKind kind) noexcept {
     try {
+        Dl_info library{};
+        dladdr(caller, &library);
+        if (!broker.isFirstWrongEnd(library.dli_fbase, function, kind)) return;
         const std::string text = std::string(function) + " on a " + std::string(typeNameOf(kind)) +
                                  " that it must not end: ignored";
         broker.log().write(BrokerLog::Level::warning, "broker", text);

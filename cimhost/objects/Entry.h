@@ -112,17 +112,21 @@ typename Object::Handle* cloneObject(const typename Object::Handle* handle,
     });
 }
 
-/// Logs that a provider tried to end an object it may not end.
-void logWrongEnd(const Broker& broker, std::string_view function, ObjectKind kind) noexcept;
+/// Logs that a provider tried to end an object it may not end: once for each library that does so,
+/// function and kind, since what is wrong in a provider is wrong in every call. `caller` is an
+/// address in the library.
+void logWrongEnd(const Broker& broker, const void* caller, std::string_view function,
+                 ObjectKind kind) noexcept;
 
 /// `release`: ends a clone. Anything else stays, is logged and CMPI_RC_ERR_INVALID_HANDLE.
 template <typename Object>
 CMPIStatus releaseObject(typename Object::Handle* handle) noexcept {
-    return enter<Object>(handle, [](Object& object, CMPIrc& code) {
+    const void* const caller = __builtin_return_address(0);
+    return enter<Object>(handle, [caller](Object& object, CMPIrc& code) {
         if (object.origin == Origin::clone) {
             endObject(object);
         } else {
-            logWrongEnd(*object.broker, "release", Object::kindOfObject);
+            logWrongEnd(*object.broker, caller, "release", Object::kindOfObject);
             code = CMPI_RC_ERR_INVALID_HANDLE;
         }
     });

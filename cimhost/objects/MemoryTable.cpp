@@ -82,7 +82,7 @@ void freeObject(const CMPIBroker* handle, typename Object::Handle* object) noexc
     if (found && found->origin == Origin::factory && found->scope->isMine()) {
         endObject(*found);
     } else {
-        logWrongEnd(*broker, "free", Object::kindOfObject);
+        logWrongEnd(*broker, __builtin_return_address(0), "free", Object::kindOfObject);
     }
 }
 

@@ -94,13 +94,27 @@ TEST_F(MemoryTable, DoesNotFreeAnotherKindClonesPartsOrResults) {
     mft().freeObjectPath(broker(), copy);
     CMPIString* const part = path->ft->getClassName(path, &status);
     mft().freeString(broker(), part);
+    EXPECT_EQ(warnings(), 3U);
     CMPIString* const passedIn = makeString(realBroker, "in");
     mft().freeString(broker(), passedIn);
-    EXPECT_EQ(warnings(), 4U);
     EXPECT_EQ(textOf(part), "Test_Base");
     EXPECT_EQ(textOf(passedIn), "in");
     EXPECT_EQ(copy->ft->release(copy), CMPI_RC_OK);
     EXPECT_EQ(log.lines()[0].message, "free on a CMPIInstance that it must not end: ignored");
+}
+
+TEST_F(MemoryTable, WarnsOfAWrongEndOnceForEachFunctionAndKind) {
+    CMPIString* const string = newString("x");
+    CMPIObjectPath* const path = newPath();
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(string->ft->release(string), CMPI_RC_ERR_INVALID_HANDLE);
+        EXPECT_EQ(path->ft->release(path), CMPI_RC_ERR_INVALID_HANDLE);
+        mft().freeString(broker(), path->ft->getClassName(path, &status));
+    }
+    ASSERT_EQ(warnings(), 3U);
+    EXPECT_EQ(log.lines()[0].message, "release on a CMPIString that it must not end: ignored");
+    EXPECT_EQ(log.lines()[1].message, "release on a CMPIObjectPath that it must not end: ignored");
+    EXPECT_EQ(log.lines()[2].message, "free on a CMPIString that it must not end: ignored");
 }
 
 TEST_F(MemoryTable, DoesNotFreeObjectsOfAnotherThread) {
