@@ -28,6 +28,7 @@ set(PYL_SUITES_WITHOUT_THREADS
     test_cimhost_mof         # a reader belongs to one thread, and runs before the server starts any
     test_cimhost_query       # conditions are constant once parsed
     test_cimhost_repository  # constant once read
+    test_guests              # each guest is called from one thread
     test_support_tests)      # a double that tests use from one thread
 
 # Sets `result` to whether this build runs the program.

@@ -45,9 +45,10 @@ CMPIInstance* newInstance(const CMPIBroker* handle, const CMPIObjectPath* path,
 CMPIObjectPath* newObjectPath(const CMPIBroker* handle, const char* nameSpace,
                               const char* className, CMPIStatus* status) noexcept {
     return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIObjectPath* {
+        // Providers fill the namespace in later, and rely on having got a path.
         return &make<ObjectPathObject>(
             factory(broker),
-            ObjectPath{{}, std::string(required(nameSpace)), std::string(required(className)), {}});
+            ObjectPath{{}, nameSpace ? nameSpace : "", std::string(required(className)), {}});
     });
 }
 
