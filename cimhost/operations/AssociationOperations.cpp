@@ -4,6 +4,8 @@
 #include "cimhost/repository/Names.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 // Each provider is asked once, with the filters as the client gave them, however many association
 // classes it is registered for: it knows by the filters which of its classes are meant, so that no
@@ -65,6 +67,36 @@ std::vector<const Registration*> providersFor(const ModuleHost& modules, const S
     return chosen;
 }
 
+/// What the providers of one walk answer. Of those that are asked about all associations, some say
+/// "not supported" for want of one here: that counts only where nobody has an answer. Who says so to
+/// a filter may have had results, and ends the walk.
+class Answers {
+public:
+    explicit Answers(const AssociationFilter& filter) noexcept
+        : _isFiltered(!filter.associationClass.empty() || !filter.resultClass.empty() ||
+                      !filter.role.empty() || !filter.resultRole.empty()) {}
+
+    template <typename Ask>
+    void take(Ask&& ask) {
+        try {
+            runWalk(ask);
+            _hasAnswer = true;
+        } catch (const CimError& error) {
+            if (_isFiltered || error.code() != CimCode::notSupported) throw;
+            _refusal = error;
+        }
+    }
+
+    void requireOne() const {
+        if (_refusal && !_hasAnswer) throw CimError(*_refusal);
+    }
+
+private:
+    std::optional<CimError> _refusal;
+    bool _isFiltered;
+    bool _hasAnswer = false;
+};
+
 const char* orNull(const std::string& text) noexcept {
     return text.empty() ? nullptr : text.c_str();
 }
@@ -95,16 +127,18 @@ struct Walk {
     ModuleHost& modules;
     Servers& servers;
     const RequestContext& request;
+    const AssociationFilter& filter;
     Target target;
     ObjectPath source;
     ClassFilter accepted;
 
     Walk(Broker& broker, ModuleHost& modules, Servers& servers, const RequestContext& request,
-         const ObjectPath& path, const AssociationFilter& filter)
+         const ObjectPath& path, const AssociationFilter& wanted)
         : broker(broker),
           modules(modules),
           servers(servers),
           request(request),
+          filter(wanted),
           target(requireTarget(broker.repository(), request, path)),
           source(requireInstancePath(broker.repository(), target, path)),
           accepted(filter.resultClass) {
@@ -125,12 +159,16 @@ struct Walk {
     void ask(const std::string& associationClass, CMPIFlags flags, auto makeResults, Slot slot,
              Arguments... arguments) const {
         const RequestContext context = providerContext(request, target.nameSpace, flags);
+        Answers answers(filter);
         for (const Registration* const each :
              providersFor(modules, servers, target, associationClass)) {
             auto results = makeResults(each->provider);
-            askProvider<CMPIAssociationMI>(broker, modules, *each, context, results, source, slot,
-                                           arguments...);
+            answers.take([&] {
+                askProvider<CMPIAssociationMI>(broker, modules, *each, context, results, source,
+                                               slot, arguments...);
+            });
         }
+        answers.requireOne();
     }
 };
 

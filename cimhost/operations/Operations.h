@@ -80,8 +80,9 @@ struct MethodResult {
 ///   CIM_Namespace and __Namespace have built-in ones. Those can only be read.
 /// - An association walk asks each provider that has an association able to refer to the source,
 ///   and of the association class asked for, once and with the client's filters as they are.
-///   Results of another result class are left out. "Not found" from any walk is an empty result;
-///   every other failure ends the operation, what was delivered before notwithstanding.
+///   Results of another result class are left out. Where there are no filters, "not supported" of
+///   one provider is passed over when another answers. "Not found" from any walk is an empty
+///   result; every other failure ends the operation, what was delivered before notwithstanding.
 ///
 /// Requests are held against the classes before a provider is asked: paths have all keys and no
 /// others, values have the declared types or can take them, and names are spelled as declared.

@@ -1,12 +1,14 @@
 #include "cimhost/mof/MofReader.h"
 #include "tests/cimhost/operations/OperationsFixture.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <optional>
 
 namespace cimhost::test {
 namespace {
+
+using testing::ElementsAre;
 
 constexpr const char* guestClasses = R"(
 Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride, ToSubclass);
@@ -16,9 +18,14 @@ class TST_Guest {
     [Key] string Name;
     string MakePathWithoutNameSpace();
 };
+[Association] class TST_Link { [Key] TST_Thing REF Left; [Key] TST_Thing REF Right; };
+[Association] class TST_OtherLink { [Key] TST_Thing REF Left; [Key] TST_Thing REF Right; };
 )";
 
-constexpr const char* registrationLines = "TST_Guest root/test MethodGuest methodGuest method\n";
+constexpr const char* registrationLines =
+    "TST_Guest root/test MethodGuest methodGuest method\n"
+    "TST_OtherLink root/test ShyGuest associationGuest association\n"
+    "TST_Link root/test AnsweringGuest associationGuest association\n";
 
 /// A host that has loaded the guests.
 class Guests : public testing::Test {
@@ -56,6 +63,26 @@ protected:
 
 TEST_F(Guests, MakePathsWithoutANameSpace) {
     EXPECT_EQ(ask("MakePathWithoutNameSpace"), "|root/test:TST_Thing");
+}
+
+TEST_F(Guests, SayThatAnAssociationIsNoneOfTheirsAndTheOthersAnswer) {
+    const ObjectPath thing = named("TST_Thing", "t");
+    FoundPaths names;
+    operations->associatorNames(request, thing, {}, names);
+    operations->referenceNames(request, thing, {}, names);
+    EXPECT_THAT(names.texts(), ElementsAre("TST_Thing.found", "TST_Thing.found"));
+}
+
+TEST_F(Guests, SayThatNoAssociationIsTheirsAndTheClientHearsIt) {
+    const ObjectPath thing = named("TST_Thing", "t");
+    FoundInstances instances;
+    EXPECT_EQ(codeOfCall([&] { operations->associators(request, thing, {}, {}, instances); }), 7);
+    EXPECT_EQ(codeOfCall([&] { operations->references(request, thing, {}, {}, instances); }), 7);
+    AssociationFilter filter;
+    filter.role = "Left";
+    FoundPaths names;
+    EXPECT_EQ(codeOfCall([&] { operations->associatorNames(request, thing, filter, names); }), 7)
+        << "who refuses a filter may have had a result";
 }
 
 }  // namespace
