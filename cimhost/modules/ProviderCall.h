@@ -62,7 +62,7 @@ public:
             return (use.get()->ft->*slot)(use.get(), _context, _result, arguments...);
         });
         if (const std::exception_ptr failure = failureOf(_result)) std::rethrow_exception(failure);
-        requireSuccess(status, use.provider());
+        requireSuccess(status, use.provider(), _result);
     }
 
     /// The same for functions that have no result.

@@ -1,5 +1,7 @@
 #include "cimhost/modules/ProviderStatus.h"
 
+#include "cimhost/objects/Objects.h"
+
 namespace cimhost {
 
 namespace {
@@ -23,11 +25,12 @@ std::string messageOf(const CMPIStatus& status) {
     return text ? text : std::string();
 }
 
-void requireSuccess(const CMPIStatus& status, std::string_view provider) {
+void requireSuccess(const CMPIStatus& status, std::string_view provider, const CMPIResult* result) {
     const int returnCode = static_cast<int>(status.rc);
     if (returnCode == CMPI_RC_OK) return;
     const CimCode code = codeFromProvider(returnCode);
     std::string description = messageOf(status);
+    if (description.empty() && result) description = errorTextOf(result);
     if (!isCimCode(returnCode)) {
         if (!description.empty()) description += ": ";
         description += "provider " + std::string(provider) + " answered with CMPI return code " +

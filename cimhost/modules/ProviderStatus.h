@@ -19,9 +19,11 @@ CimCode codeFromProvider(int returnCode) noexcept;
 /// The text of a status, empty when there is none.
 std::string messageOf(const CMPIStatus& status);
 
-/// Throws the CimError of a status that is not OK. Its description is the provider's message or
-/// else the code's name; a return code that CIM does not have is named in it, with the provider.
-void requireSuccess(const CMPIStatus& status, std::string_view provider);
+/// Throws the CimError of a status that is not OK. Its description is the provider's message, that
+/// of an error object in the result, or else the code's name; a return code that CIM does not have
+/// is named in it, with the provider.
+void requireSuccess(const CMPIStatus& status, std::string_view provider,
+                    const CMPIResult* result = nullptr);
 
 /// CimError failed: what a provider's exception becomes.
 [[noreturn]] void throwForeignException(std::string_view provider, const char* what);

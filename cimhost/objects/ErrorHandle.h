@@ -6,6 +6,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace cimhost {
 
@@ -27,6 +28,11 @@ struct ErrorObject : ObjectBase<CMPIError, ObjectKind::error> {
     enum class List { recommendedActions, messageArguments, count };
 
     Instance asInstance() const;
+
+    std::string_view message() const noexcept {
+        const auto& text = texts[static_cast<std::size_t>(Text::message)];
+        return text ? std::string_view(*text) : std::string_view();
+    }
 
     std::array<std::optional<std::string>, static_cast<std::size_t>(Text::count)> texts;
     std::array<std::optional<Value::Array>, static_cast<std::size_t>(List::count)> lists;

@@ -93,6 +93,9 @@ CMPIResult* makeResult(const Broker& broker, ResultSink& sink);
 /// What the sink threw first, or null. Rethrow it once the MI function has returned.
 std::exception_ptr failureOf(const CMPIResult* result) noexcept;
 
+/// What the first error object says that was put into the result; empty where there is none.
+std::string errorTextOf(const CMPIResult* result);
+
 /// The model behind a handle of ours. The reference is good while the handle is.
 /// A null or foreign handle is CimError failed, with a text that says which object was expected.
 const ObjectPath& modelOf(const CMPIObjectPath* path);

@@ -45,8 +45,10 @@ CMPIStatus returnDone(const CMPIResult* result) noexcept {
 
 CMPIStatus returnError(const CMPIResult* result, const CMPIError* error) noexcept {
     return enter<ResultObject>(result, [&](ResultObject& object, CMPIrc&) {
-        const Instance model = requiredObject<ErrorObject>(error).asInstance();
+        const ErrorObject& details = requiredObject<ErrorObject>(error);
+        const Instance model = details.asInstance();
         object.door->pass([&](ResultSink& sink) { sink.error(model); });
+        object.door->note(details.message());
     });
 }
 
@@ -73,6 +75,16 @@ std::exception_ptr SinkDoor::failure() noexcept {
     return _failure;
 }
 
+void SinkDoor::note(std::string_view errorText) {
+    const std::lock_guard lock(_mutex);
+    if (_errorText.empty()) _errorText = errorText;
+}
+
+std::string SinkDoor::errorText() {
+    const std::lock_guard lock(_mutex);
+    return _errorText;
+}
+
 ResultSink& SinkDoor::_open() {
     if (!_sink) throw Failure{CMPI_RC_ERR_INVALID_HANDLE};
     if (_failure) std::rethrow_exception(_failure);
@@ -93,6 +105,11 @@ void ResultSink::data(const Value&) {
 
 CMPIResult* makeResult(const Broker& broker, ResultSink& sink) {
     return &make<ResultObject>(Home{broker}, sink);
+}
+
+std::string errorTextOf(const CMPIResult* result) {
+    const auto* const object = findObject<ResultObject>(result);
+    return object ? object->door->errorText() : std::string();
 }
 
 std::exception_ptr failureOf(const CMPIResult* result) noexcept {

@@ -6,6 +6,8 @@
 #include <exception>
 #include <memory>
 #include <mutex>
+#include <string>
+#include <string_view>
 
 namespace cimhost {
 
@@ -34,12 +36,17 @@ public:
 
     std::exception_ptr failure() noexcept;
 
+    /// Keeps the text of the first error object that has one.
+    void note(std::string_view errorText);
+    std::string errorText();
+
 private:
     ResultSink& _open();
 
     std::mutex _mutex;
     ResultSink* _sink;
     std::exception_ptr _failure;
+    std::string _errorText;
 };
 
 struct ResultObject : ObjectBase<CMPIResult, ObjectKind::result> {

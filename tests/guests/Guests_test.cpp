@@ -18,12 +18,14 @@ class TST_Guest {
     [Key] string Name;
     string MakePathWithoutNameSpace();
 };
+class TST_ErrorGuest { [Key] string Name; string Fail(); };
 [Association] class TST_Link { [Key] TST_Thing REF Left; [Key] TST_Thing REF Right; };
 [Association] class TST_OtherLink { [Key] TST_Thing REF Left; [Key] TST_Thing REF Right; };
 )";
 
 constexpr const char* registrationLines =
     "TST_Guest root/test MethodGuest methodGuest method\n"
+    "TST_ErrorGuest root/test ErrorGuest errorGuest method\n"
     "TST_OtherLink root/test ShyGuest associationGuest association\n"
     "TST_Link root/test AnsweringGuest associationGuest association\n";
 
@@ -83,6 +85,13 @@ TEST_F(Guests, SayThatNoAssociationIsTheirsAndTheClientHearsIt) {
     FoundPaths names;
     EXPECT_EQ(codeOfCall([&] { operations->associatorNames(request, thing, filter, names); }), 7)
         << "who refuses a filter may have had a result";
+}
+
+TEST_F(Guests, TellInAnErrorObjectWhatWentWrong) {
+    EXPECT_EQ(failureOfCall([&] {
+                  operations->invokeMethod(request, named("TST_ErrorGuest", "e"), "Fail", {});
+              }),
+              "2: the disk is on fire");
 }
 
 }  // namespace
