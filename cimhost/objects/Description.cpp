@@ -40,13 +40,15 @@ constexpr auto kindRows = std::to_array<KindRow>({
     {ObjectKind::predicate, "CMPIPredicate"},
 });
 
+// A line each, as established hosts have them: there are providers that compare the text.
 std::string describe(const Arguments& arguments) {
-    std::string result = "(";
+    std::string result;
     for (const Argument& argument : arguments) {
-        if (result.size() > 1) result += ", ";
-        result += argument.name + " = " + describe(argument.value);
+        const Text* const text = argument.value.get<Text>();
+        const std::string value = text ? std::string(*text) : describe(argument.value);
+        result += ' ' + argument.name + ':' + value + '\n';
     }
-    return result += ')';
+    return result;
 }
 
 std::string describe(const WqlOperand& operand) {
@@ -67,6 +69,7 @@ std::string describe(const ErrorObject& error) {
 }
 
 std::string describe(const ArrayObject& array) {
+    if (array.handleType != CMPI_null) return std::string(typeNameOf(ObjectKind::array));
     return describe(Value::array(array.elementType, array.elements));
 }
 

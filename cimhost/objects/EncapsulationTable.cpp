@@ -68,12 +68,16 @@ CMPIArray* newArray(const CMPIBroker* handle, CMPICount count, CMPIType elementT
                     CMPIStatus* status) noexcept {
     return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIArray* {
         const CimType type = cimType(elementType);
-        if ((elementType & CMPI_ARRAY) != 0 || type == CimType::none) {
+        const bool hasHandles = elementType == CMPI_args || elementType == CMPI_enumeration ||
+                                elementType == CMPI_filter;
+        if ((elementType & CMPI_ARRAY) != 0 || (type == CimType::none && !hasHandles)) {
             throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
         }
         if (count > mostElements) throw Failure{CMPI_RC_ERR_SERVER_LIMITS_EXCEEDED};
-        return &make<ArrayObject>(factory(broker), type,
-                                  Value::Array(count, Value::nullOf(type, false)));
+        auto& array = make<ArrayObject>(factory(broker), type,
+                                        Value::Array(count, Value::nullOf(type, false)));
+        if (hasHandles) array.handleType = elementType;
+        return &array;
     });
 }
 

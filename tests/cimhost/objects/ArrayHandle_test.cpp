@@ -31,7 +31,7 @@ TEST_F(ArrayHandle, MayBeEmpty) {
 }
 
 TEST_F(ArrayHandle, IsNotMadeOfTypesThatElementsCannotHave) {
-    for (const int type : {CMPI_null, CMPI_uint8A, CMPI_args, CMPI_enumeration, CMPI_ptr, 0xffff}) {
+    for (const int type : {CMPI_null, CMPI_uint8A, CMPI_class, CMPI_ptr, 0xffff}) {
         EXPECT_EQ(newArray(1, type), nullptr) << type;
         EXPECT_EQ(status, CMPI_RC_ERR_INVALID_DATA_TYPE) << type;
     }
@@ -75,6 +75,37 @@ TEST_F(ArrayHandle, OfCharsHoldsStrings) {
     EXPECT_EQ(array->ft->setElementAt(array, 1, &value, CMPI_string), CMPI_RC_OK);
     EXPECT_EQ(textOf(array->ft->getElementAt(array, 0, &status).value.string), "a");
     EXPECT_EQ(textOf(array->ft->getElementAt(array, 1, &status).value.string), "b");
+}
+
+TEST_F(ArrayHandle, OfObjectsThatAreNoValuesKeepsTheirHandles) {
+    const CMPIArray* const array = newArray(2, CMPI_args);
+    ASSERT_NE(array, nullptr);
+    EXPECT_EQ(array->ft->getSimpleType(array, &status), CMPI_args);
+    EXPECT_EQ(array->ft->getElementAt(array, 0, &status).state, CMPI_nullValue);
+    CMPIValue value{};
+    value.args = makeArgs(realBroker, {});
+    EXPECT_EQ(array->ft->setElementAt(array, 0, &value, CMPI_enumeration),
+              CMPI_RC_ERR_TYPE_MISMATCH);
+    EXPECT_EQ(array->ft->setElementAt(array, 0, &value, CMPI_args), CMPI_RC_OK);
+    const CMPIArray* const copy = array->ft->clone(array, &status);
+    EXPECT_EQ(copy->ft->getElementAt(copy, 0, &status).value.args, value.args);
+    EXPECT_EQ(copy->ft->getElementAt(copy, 0, &status).type, CMPI_args);
+    EXPECT_EQ(copy->ft->getElementAt(copy, 1, &status).state, CMPI_nullValue);
+    EXPECT_EQ(copy->ft->setElementAt(copy, 0, nullptr, CMPI_args), CMPI_RC_OK);
+    EXPECT_EQ(copy->ft->getElementAt(copy, 0, &status).state, CMPI_nullValue);
+    EXPECT_EQ(copy->ft->release(const_cast<CMPIArray*>(copy)), CMPI_RC_OK);
+}
+
+TEST_F(ArrayHandle, OfObjectsThatAreNoValuesIsNoValueItself) {
+    CMPIValue value{};
+    value.array = newArray(1, CMPI_args);
+    const CMPIInstance* const instance = newInstance();
+    for (const int type : {CMPI_ARRAY | CMPI_args, CMPI_uint64A, CMPI_ARRAY}) {
+        EXPECT_NE(
+            instance->ft->setProperty(instance, "Numbers", &value, static_cast<CMPIType>(type)),
+            CMPI_RC_OK)
+            << type;
+    }
 }
 
 TEST_F(ArrayHandle, PutInAPropertyIsCopied) {
