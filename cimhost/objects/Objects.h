@@ -73,6 +73,7 @@ struct RequestContext {
     std::string acceptLanguage;
     std::string contentLanguage;
     CMPIFlags flags = 0;
+    bool isProviders = false;  ///< a provider was given it: what asks with it is an up-call
 };
 
 CMPIObjectPath* makeObjectPath(const Broker& broker, ObjectPath path);

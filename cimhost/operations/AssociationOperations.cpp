@@ -140,7 +140,7 @@ struct Walk {
           request(request),
           filter(wanted),
           target(requireTarget(broker.repository(), request, path)),
-          source(requireInstancePath(broker.repository(), target, path)),
+          source(requireInstancePath(broker.repository(), request, target, path)),
           accepted(filter.resultClass) {
         requireFilterClass(target, filter.associationClass);
         requireFilterClass(target, filter.resultClass);

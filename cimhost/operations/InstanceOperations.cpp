@@ -70,7 +70,7 @@ void Operations::getInstance(const RequestContext& request, const ObjectPath& pa
                              const InstanceOptions& options, InstanceSink& sink) {
     const Repository& repository = _broker.repository();
     const Target target = requireTarget(repository, request, path);
-    const ObjectPath wanted = requireInstancePath(repository, target, path);
+    const ObjectPath wanted = requireInstancePath(repository, request, target, path);
     const PropertySelection selection{options.propertyList, nullptr};
     const Server server = requireServer(_servers, target, wanted);
     if (server.source) {
@@ -119,7 +119,7 @@ void Operations::modifyInstance(const RequestContext& request, const Instance& i
     const Repository& repository = _broker.repository();
     const Target target = requireTarget(repository, request, instance.path);
     Instance declared = declaredProperties(repository, target, instance);
-    declared.path = requireInstancePath(repository, target, instance.path);
+    declared.path = requireInstancePath(repository, request, target, instance.path);
     checkModification(target, declared, propertyList);
     const Server server = requireServer(_servers, target, declared.path);
     const RequestContext context = providerContext(request, target.nameSpace, 0);
@@ -142,7 +142,7 @@ void Operations::modifyInstance(const RequestContext& request, const Instance& i
 void Operations::deleteInstance(const RequestContext& request, const ObjectPath& path) {
     const Repository& repository = _broker.repository();
     const Target target = requireTarget(repository, request, path);
-    ObjectPath wanted = requireInstancePath(repository, target, path);
+    ObjectPath wanted = requireInstancePath(repository, request, target, path);
     const Server server = requireServer(_servers, target, wanted);
     const RequestContext context = providerContext(request, target.nameSpace, 0);
     if (server.source) return server.source->remove(context, wanted);

@@ -123,8 +123,8 @@ MethodResult Operations::invokeMethod(const RequestContext& request, const Objec
     const Target target = requireTarget(repository, request, path);
     const MethodDefinition& declared = requireMethod(target.definition, method);
     // Without keys it is the class that is meant: of static methods, and of classes without keys.
-    ObjectPath wanted =
-        path.keys.empty() ? target.classPath() : requireInstancePath(repository, target, path);
+    ObjectPath wanted = path.keys.empty() ? target.classPath()
+                                          : requireInstancePath(repository, request, target, path);
     Arguments inputs = declaredInputs(repository, target, declared, in);
     const Registration& registration = requireRegistration(_servers, target, declared);
 

@@ -10,13 +10,9 @@ namespace cimhost {
 
 namespace {
 
-const PropertyDefinition& requireKey(const Class& definition, std::string_view name) {
-    const PropertyDefinition* const key = definition.findProperty(name);
-    if (!key || !key->isKey) {
-        throwInvalidParameter("class " + definition.name + " has no key '" + std::string(name) +
-                              "'");
-    }
-    return *key;
+const PropertyDefinition* findKey(const Class& definition, std::string_view name) noexcept {
+    const PropertyDefinition* const found = definition.findProperty(name);
+    return found && found->isKey ? found : nullptr;
 }
 
 Value keyValue(const Repository& repository, const Target& target, const KeyBinding& given,
@@ -94,14 +90,28 @@ Target requireTarget(const Repository& repository, const RequestContext& request
     return {nameSpace, *definition};
 }
 
-ObjectPath requireInstancePath(const Repository& repository, const Target& target,
-                               const ObjectPath& path) {
+ObjectPath requireInstancePath(const Repository& repository, const RequestContext& request,
+                               const Target& target, const ObjectPath& path) {
     ObjectPath result = target.classPath();
+    bool isForeign = false;
     for (const KeyBinding& given : path.keys) {
-        const PropertyDefinition& key = requireKey(target.definition, given.name);
-        if (result.findKey(key.name)) throwInvalidParameter("key " + key.name + " is given twice");
-        result.keys.push_back({key.name, keyValue(repository, target, given, key)});
+        const PropertyDefinition* const key = findKey(target.definition, given.name);
+        if (!key && !request.isProviders) {
+            throwInvalidParameter("class " + target.definition.name + " has no key '" + given.name +
+                                  "'");
+        }
+        if (result.findKey(given.name)) {
+            throwInvalidParameter("key " + (key ? key->name : given.name) + " is given twice");
+        }
+        if (key) {
+            result.keys.push_back({key->name, keyValue(repository, target, given, *key)});
+        } else {
+            result.keys.push_back(given);
+            isForeign = true;
+        }
     }
+    // Its provider knows what to make of it.
+    if (isForeign) return result;
     for (const auto& property : target.definition.properties) {
         if (property->isKey && !result.findKey(property->name)) {
             throwInvalidParameter("key " + property->name + " of " + target.definition.name +
@@ -135,6 +145,7 @@ RequestContext providerContext(const RequestContext& request, const NameSpace& n
     RequestContext result = request;
     result.nameSpace = nameSpace.name();
     result.flags = flags;
+    result.isProviders = true;
     return result;
 }
 

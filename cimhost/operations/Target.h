@@ -26,9 +26,10 @@ Target requireTarget(const Repository& repository, const RequestContext& request
 
 /// The instance path as its class has it: names spelled and keys typed alike, the namespace filled
 /// in, the host left out. Throws CimError invalidParameter for a key that is missing, unknown,
-/// given twice, NULL or not of the declared type.
-ObjectPath requireInstancePath(const Repository& repository, const Target& target,
-                               const ObjectPath& path);
+/// given twice, NULL or not of the declared type. In an up-call a key may be unknown, and then
+/// others missing: no other object manager looks, and there are providers that rely on it.
+ObjectPath requireInstancePath(const Repository& repository, const RequestContext& request,
+                               const Target& target, const ObjectPath& path);
 
 /// The value as declared; a reference without a namespace leads to the target's, and has its keys
 /// typed by its class where that is known. Throws CimError typeMismatch, and invalidParameter for a

@@ -17,6 +17,11 @@ class TST_Thing { [Key] string Name; uint32 Number; };
 class TST_Guest {
     [Key] string Name;
     string MakePathWithoutNameSpace();
+    string KeepArgumentsInAnArray();
+    string KeepAnEnumerationInAnArray();
+    string FillArraysOfAllTypes();
+    string GetAnInstanceByAForeignKey();
+    string ReleaseWhatIsNotTheirs();
 };
 class TST_ErrorGuest { [Key] string Name; string Fail(); };
 [Association] class TST_Link { [Key] TST_Thing REF Left; [Key] TST_Thing REF Right; };
@@ -25,6 +30,7 @@ class TST_ErrorGuest { [Key] string Name; string Fail(); };
 
 constexpr const char* registrationLines =
     "TST_Guest root/test MethodGuest methodGuest method\n"
+    "TST_Thing root/test InstanceGuest instanceGuest instance\n"
     "TST_ErrorGuest root/test ErrorGuest errorGuest method\n"
     "TST_OtherLink root/test ShyGuest associationGuest association\n"
     "TST_Link root/test AnsweringGuest associationGuest association\n";
@@ -65,6 +71,41 @@ protected:
 
 TEST_F(Guests, MakePathsWithoutANameSpace) {
     EXPECT_EQ(ask("MakePathWithoutNameSpace"), "|root/test:TST_Thing");
+}
+
+TEST_F(Guests, KeepArgumentsInAnArrayAndReadTheirText) {
+    EXPECT_EQ(ask("KeepArgumentsInAnArray"), " Operation:2\nnull");
+}
+
+TEST_F(Guests, KeepAnEnumerationInAnArray) {
+    EXPECT_EQ(ask("KeepAnEnumerationInAnArray"), "something");
+}
+
+TEST_F(Guests, FillArraysOfAllTypes) {
+    EXPECT_EQ(ask("FillArraysOfAllTypes"), std::string(19, '.'));
+}
+
+TEST_F(Guests, GetAnInstanceByAKeyThatTheClassHasNot) {
+    EXPECT_EQ(ask("GetAnInstanceByAForeignKey"), "found by Colour");
+    FoundInstances instances;
+    EXPECT_EQ(codeOfCall([&] {
+                  operations->getInstance(
+                      request, pathOf("TST_Thing", "Colour", Value::string("red")), {}, instances);
+              }),
+              4)
+        << "a client is told";
+}
+
+TEST_F(Guests, ReleaseWhatIsNotTheirsAndAreToldOnceEach) {
+    ask("ReleaseWhatIsNotTheirs");
+    EXPECT_EQ(log.lines().size(), 1U);
+    FoundPaths names;  // the other guest does so too
+    operations->enumerateInstanceNames(request, classPath("TST_Thing"), names);
+    ask("ReleaseWhatIsNotTheirs");
+    operations->enumerateInstanceNames(request, classPath("TST_Thing"), names);
+    ASSERT_EQ(log.lines().size(), 2U);
+    EXPECT_EQ(log.lines()[0].message, "release on a CMPIString that it must not end: ignored");
+    EXPECT_EQ(log.lines()[1].message, log.lines()[0].message);
 }
 
 TEST_F(Guests, SayThatAnAssociationIsNoneOfTheirsAndTheOthersAnswer) {
