@@ -112,6 +112,13 @@ TEST_F(BaseSchema, KeysAreThoseOfThePublishedSchema) {
     EXPECT_EQ(keysOf("CIM_ManagedElement"), Keys{});
 }
 
+TEST_F(BaseSchema, SubscriptionsTakeTheOwnerThatClientsSet) {
+    const PropertyDefinition* const owner =
+        nameSpace().findClass("CIM_IndicationSubscription")->findProperty("Owner");
+    ASSERT_NE(owner, nullptr);
+    EXPECT_EQ(owner->type, CimType::string);
+}
+
 TEST_F(BaseSchema, HierarchiesAreThoseOfThePublishedSchema) {
     EXPECT_TRUE(nameSpace().isA("CIM_PCIDevice", "CIM_PCIController"));
     EXPECT_TRUE(nameSpace().isA("CIM_PCIController", "CIM_Controller"));
