@@ -333,7 +333,7 @@
 // and `rc`, the arguments of the factory. The tables are of level CMPI_VERSION: below 210 no
 // function is asked for that 2.1 added.
 
-#define CMNoHook
+#define CMNoHook (void)0
 
 #ifdef CMPI_VER_200
 #define PYL_CMPI_SINCE_200(function) function
@@ -342,8 +342,14 @@
 #endif
 #ifdef CMPI_VER_210
 #define PYL_CMPI_SINCE_210(function) function
+#define PYL_CMPI_MUST_POLL(function) function
 #else
 #define PYL_CMPI_SINCE_210(function) NULL
+/// Providers have it without the result, as 2.0 does, and with it.
+typedef CMPIStatus (*PylMustPoll)(CMPIIndicationMI* mi, const CMPIContext* context,
+                                  const CMPIResult* result, const CMPISelectExp* filter,
+                                  const char* className, const CMPIObjectPath* path);
+#define PYL_CMPI_MUST_POLL(function) ((PylMustPoll)(void (*)(void))(function))
 #endif
 
 #define CMInstanceMIStub(prefix, provider, broker, hook)       \
@@ -400,7 +406,7 @@
         "indication" #provider,                                    \
         prefix##IndicationCleanup,                                 \
         prefix##AuthorizeFilter,                                   \
-        prefix##MustPoll,                                          \
+        PYL_CMPI_MUST_POLL(prefix##MustPoll),                      \
         prefix##ActivateFilter,                                    \
         prefix##DeActivateFilter,                                  \
         prefix##EnableIndications,                                 \

@@ -140,3 +140,72 @@ static CMPIStatus GuestEnumInstancesFiltered(CMPIInstanceMI* mi, const CMPIConte
 #endif
 
 CMInstanceMIStub(Guest, Guest, guestBroker, guestMutex = brkr->xft->newMutex(0))
+#ifndef CMPI_VER_210
+    static CMPIStatus GuestIndicationCleanup(CMPIIndicationMI* mi, const CMPIContext* context,
+                                             CMPIBoolean terminating) {
+    (void)mi;
+    (void)context;
+    (void)terminating;
+    CMReturn(CMPI_RC_OK);
+}
+
+static CMPIStatus GuestAuthorizeFilter(CMPIIndicationMI* mi, const CMPIContext* context,
+                                       const CMPISelectExp* filter, const char* className,
+                                       const CMPIObjectPath* path, const char* owner) {
+    (void)mi;
+    (void)context;
+    (void)filter;
+    (void)className;
+    (void)path;
+    (void)owner;
+    CMReturn(CMPI_RC_OK);
+}
+
+/* 2.0 had no result here, 2.1 has one, and so have providers that are older than both. */
+static CMPIStatus GuestMustPoll(CMPIIndicationMI* mi, const CMPIContext* context,
+#ifdef GUEST_POLLS_WITH_A_RESULT
+                                const CMPIResult* result,
+#endif
+                                const CMPISelectExp* filter, const char* className,
+                                const CMPIObjectPath* path) {
+    (void)mi;
+    (void)context;
+#ifdef GUEST_POLLS_WITH_A_RESULT
+    (void)result;
+#endif
+    (void)filter;
+    (void)className;
+    (void)path;
+    CMReturn(CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
+static CMPIStatus GuestActivateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
+                                      const CMPISelectExp* filter, const char* className,
+                                      const CMPIObjectPath* path, CMPIBoolean first) {
+    (void)mi;
+    (void)context;
+    (void)filter;
+    (void)className;
+    (void)path;
+    (void)first;
+    CMReturn(CMPI_RC_OK);
+}
+
+static CMPIStatus GuestDeActivateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
+                                        const CMPISelectExp* filter, const char* className,
+                                        const CMPIObjectPath* path, CMPIBoolean last) {
+    return GuestActivateFilter(mi, context, filter, className, path, last);
+}
+
+static CMPIStatus GuestEnableIndications(CMPIIndicationMI* mi, const CMPIContext* context) {
+    (void)mi;
+    (void)context;
+    CMReturn(CMPI_RC_OK);
+}
+
+static CMPIStatus GuestDisableIndications(CMPIIndicationMI* mi, const CMPIContext* context) {
+    return GuestEnableIndications(mi, context);
+}
+
+CMIndicationMIStub(Guest, Guest, guestBroker, CMNoHook)
+#endif

@@ -37,7 +37,11 @@ constexpr Answer<2004> CppSetPropertyWithOrigin;
 
 constexpr Answer<3001> CppIndicationCleanup;
 constexpr Answer<3002> CppAuthorizeFilter;
-constexpr Answer<3003> CppMustPoll;
+// The stub casts it, so that it has to be a function.
+CMPIStatus CppMustPoll(CMPIIndicationMI*, const CMPIContext*, const CMPIResult*,
+                       const CMPISelectExp*, const char*, const CMPIObjectPath*) {
+    return {static_cast<CMPIrc>(3003), nullptr};
+}
 constexpr Answer<3004> CppActivateFilter;
 constexpr Answer<3005> CppDeActivateFilter;
 constexpr Answer<3006> CppEnableIndications;

@@ -16,7 +16,7 @@ SKIPPED = 77
 DIALECTS = {"c": ("c89", "c99", "c11", "c17", "c2x"),
             "c++": ("c++98", "c++11", "c++17", "c++20", "c++2b")}
 FLAGS = ("-Wall", "-Wextra", "-Wpedantic", "-Werror")
-LEVELS = ((), ("-DCMPI_VERSION=100",), ("-DCMPI_VERSION=200",), ("-DCMPI_VERSION=CMPIVersion210",))
+LEVELS = ((), ("-DCMPI_VERSION=100", "-DGUEST_POLLS_WITH_A_RESULT"), ("-DCMPI_VERSION=200",), ("-DCMPI_VERSION=CMPIVersion210",))
 
 
 def complaints(compiler, language, dialect, flags, source):
