@@ -24,8 +24,8 @@ bool askServers(const Servers& servers, const Target& target, Ask&& ask) {
 }
 
 // Asks everybody who serves the class or its subclasses, providers by `ask(registration, target,
-// filter)`, and visits the instances of the host. CimError notSupported when nobody serves it and
-// there is nothing to visit.
+// filter)`, and visits the instances of the host. CimError notSupported when nobody serves it, not
+// even for associations alone, which gives an empty list, and there is nothing to visit.
 template <typename Ask>
 void enumerate(Servers& servers, const Target& target, Ask&& ask, const VisitInstance& visit) {
     const auto askServer = [&](const Server& server, const Target& asked) {
@@ -42,7 +42,9 @@ void enumerate(Servers& servers, const Target& target, Ask&& ask, const VisitIns
         isServed = true;
         visit(instance, definition);
     });
-    if (!isServed && !servers.readOnly().serves(target)) refuseUnserved(target);
+    isServed = isServed || servers.readOnly().serves(target) ||
+               servers.nearest(ProviderType::association, target);
+    if (!isServed) refuseUnserved(target);
 }
 
 }  // namespace

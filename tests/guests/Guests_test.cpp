@@ -63,7 +63,7 @@ protected:
 
     Repository repository;
     CapturingLog log;
-    Broker broker{repository, log, fillUpCalls};
+    Broker broker{repository, log, fillUpCalls, mannerUnderTest()};
     RequestContext request;
     std::optional<ModuleHost> host;
     std::optional<Operations> operations;

@@ -271,6 +271,13 @@ TEST_F(EnumerationOperations, NotFoundFromAnEnumerationIsAnEmptyResult) {
     EXPECT_THAT(namesOf("TST_Fan"), ElementsAre("TST_TurboFan.TST_TurboFan"));
 }
 
+TEST_F(EnumerationOperations, AClassServedForAssociationsAloneHasAnEmptyList) {
+    serve("P", "TST_Fan root/test association");
+    start();
+    EXPECT_THAT(instancesOf("TST_Fan"), IsEmpty());
+    EXPECT_THAT(namesOf("TST_Fan"), IsEmpty());
+}
+
 TEST_F(EnumerationOperations, ANullSlotIsNotSupported) {
     serve("P", "TST_Fan root/test instance");
     start();
