@@ -4,6 +4,8 @@
 #include "cimhost/repository/Value.h"
 #include "cmpi/cmpidt.h"
 
+#include <memory>
+
 namespace cimhost {
 
 /// A fixed number of elements of one type. An array made for CMPI_chars holds strings. One of
@@ -17,6 +19,9 @@ struct ArrayObject : ObjectBase<CMPIArray, ObjectKind::array> {
     CimType elementType;
     Value::Array elements;
     CMPIType handleType = CMPI_null;  ///< what the handles are of; then elementType is none
+    bool hasArrayBit = false;  ///< made with it, under a manner that keeps it
+    /// Under a manner that keeps pointers: whether an object that was put in has been released.
+    std::shared_ptr<bool> isDangling;
 };
 
 }  // namespace cimhost

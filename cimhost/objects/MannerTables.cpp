@@ -57,7 +57,10 @@ MannerTables::MannerTables(const Manner& manner)
       _objectPath(adapted(ObjectPathObject::table, manner)),
       _result(adapted(ResultObject::table, manner)),
       _string(adapted(StringObject::table, manner)),
-      _encapsulation(adapted(encapsulationTable, manner)) {}
+      _encapsulation(adapted(encapsulationTable, manner)) {
+    adaptToArrays(_encapsulation, manner);
+    adaptToArrays(_objectPath, _instance, _dateTime, _string, manner);
+}
 
 ObjectTables MannerTables::objects() const noexcept {
     ObjectTables tables = standardObjectTables;

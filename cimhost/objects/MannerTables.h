@@ -48,7 +48,20 @@ void adapt(CMPIResultFT& table, const Manner& manner) noexcept;
 void adapt(CMPIStringFT& table, const Manner& manner) noexcept;
 void adapt(CMPIBrokerEncFT& table, const Manner& manner) noexcept;
 
+/// What arrays that keep the pointers of their elements, or the array bit, need of other tables.
+void adaptToArrays(CMPIBrokerEncFT& table, const Manner& manner) noexcept;
+void adaptToArrays(CMPIObjectPathFT& path, CMPIInstanceFT& instance, CMPIDateTimeFT& dateTime,
+                   CMPIStringFT& string, const Manner& manner) noexcept;
+
 class Broker;
+struct ArrayObject;
+
+/// Ends the process where an element of the array has been released, under a manner that keeps the
+/// pointer alone.
+void endOnDanglingArray(const ArrayObject& array) noexcept;
+
+/// Ends the process when the value is an array that the other host cannot take over.
+void endOnArrayWithNulls(const Broker& broker, const CMPIValue* value, CMPIType type) noexcept;
 
 /// Ends the process as the host with this habit would, with a line that says what it was.
 [[noreturn]] void endAs(const Broker& broker, Habit habit) noexcept;

@@ -61,6 +61,9 @@ public:
     virtual void path(const ObjectPath& path);
     virtual void data(const Value& value);
     virtual void done() {}
+    /// Whether it takes a method's return value: hosts treat that otherwise than instances and
+    /// paths.
+    virtual bool isForMethod() const { return false; }
     /// An extended error, as an instance of CIM_Error. The status that the MI function returns is
     /// the outcome of the call; a sink that has no use for details lets them pass.
     virtual void error(const Instance& error) { static_cast<void>(error); }

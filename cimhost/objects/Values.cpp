@@ -4,6 +4,7 @@
 #include "cimhost/objects/DateTimeHandle.h"
 #include "cimhost/objects/Entry.h"
 #include "cimhost/objects/InstanceHandle.h"
+#include "cimhost/objects/MannerTables.h"
 #include "cimhost/objects/ObjectPathHandle.h"
 #include "cimhost/objects/StringHandle.h"
 #include "cimhost/repository/CimError.h"
@@ -158,6 +159,7 @@ CMPIValue scalarToCmpi(const Home& home, const Value& value) {
 Value arrayValue(CimType type, const CMPIArray* handle) {
     if (!handle) return Value::nullArray(type);
     const ArrayObject& array = requiredObject<ArrayObject>(handle);
+    endOnDanglingArray(array);
     if (array.elementType != type) throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};
     return Value::array(type, array.elements);
 }

@@ -161,6 +161,7 @@ public:
     void instance(const Instance& instance) override;
     void path(const ObjectPath& path) override;
     void data(const Value& value) override;
+    bool isForMethod() const override { return true; }
 
     const std::optional<Value>& value() const noexcept { return _value; }
 

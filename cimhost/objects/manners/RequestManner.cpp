@@ -1,7 +1,45 @@
+#include "cimhost/objects/Entry.h"
 #include "cimhost/objects/MannerTables.h"
+#include "cimhost/objects/ResultHandle.h"
 
 /// Contexts and results.
 namespace cimhost {
+
+namespace {
+
+bool isForMethod(const CMPIResult* result) noexcept {
+    return enter<ResultObject>(result, nullptr, [](ResultObject& object, CMPIrc&) {
+        bool answer = false;
+        object.door->pass([&answer](const ResultSink& sink) { answer = sink.isForMethod(); });
+        return answer;
+    });
+}
+
+CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, CMPIType type) noexcept {
+    if (const auto* const object = findObject<ResultObject>(result)) {
+        const Broker& broker = *object->broker;
+        if (type == CMPI_ref && broker.manner().has(Habit::crashesOnReferencesAsData)) {
+            endAs(broker, Habit::crashesOnReferencesAsData);
+        }
+        endOnArrayWithNulls(broker, value, type);
+        if (!value && broker.manner().has(Habit::refusesNullMethodResults) && isForMethod(result)) {
+            return {CMPI_RC_ERR_INVALID_PARAMETER, nullptr};
+        }
+    }
+    return ResultObject::table.returnData(result, value, type);
+}
+
+CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* instance) noexcept {
+    if (isForMethod(result)) return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    return ResultObject::table.returnInstance(result, instance);
+}
+
+CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path) noexcept {
+    if (isForMethod(result)) return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    return ResultObject::table.returnObjectPath(result, path);
+}
+
+}  // namespace
 
 void adapt(CMPIContextFT& table, const Manner& manner) noexcept {
     if (manner.has(Habit::lacksCloneOfContexts)) table.clone = nullptr;
@@ -13,6 +51,15 @@ void adapt(CMPIResultFT& table, const Manner& manner) noexcept {
         table.release = nullptr;
     }
     if (manner.has(Habit::lacksErrorsAndMessages)) table.returnError = nullptr;
+    if (manner.has(Habit::crashesOnReferencesAsData) ||
+        manner.has(Habit::refusesNullMethodResults) ||
+        manner.has(Habit::crashesOnArraysWithNulls)) {
+        table.returnData = returnData;
+    }
+    if (manner.has(Habit::refusesObjectsAsMethodResults)) {
+        table.returnInstance = returnInstance;
+        table.returnObjectPath = returnObjectPath;
+    }
 }
 
 }  // namespace cimhost

@@ -1,5 +1,6 @@
 #include "cimhost/objects/ArgsHandle.h"
 
+#include "cimhost/objects/MannerTables.h"
 #include "cimhost/repository/CimError.h"
 #include "tests/support/BrokerFixture.h"
 
@@ -65,6 +66,24 @@ TEST_F(ArgsHandle, ClonesAreIndependentAndTheModelIsTheirs) {
     EXPECT_EQ(modelOf(args).size(), 1U);
     EXPECT_EQ(modelOf(copy).size(), 2U);
     EXPECT_EQ(copy->ft->release(copy), CMPI_RC_OK);
+}
+
+TEST_F(ArgsHandle, OfSomeHostsThrowsWhatIsNoException) {
+    const Broker host(repository, log, fillUpCalls, Manner("openpegasus"));
+    const CMPIArgs* const other = makeArgs(host, {});
+    const CMPIValue number = uint32Value(1);
+    EXPECT_THROW(other->ft->getArgAt(other, 0, nullptr, &status), HostException);
+    EXPECT_THROW(other->ft->addArg(other, "a b", &number, CMPI_uint32), HostException);
+    EXPECT_EQ(other->ft->addArg(other, "ab", &number, CMPI_uint32), CMPI_RC_OK);
+}
+
+TEST_F(ArgsHandle, OfSomeHostsReadsQuietlyPastTheEnd) {
+    const Broker host(repository, log, fillUpCalls, Manner("sfcb"));
+    const CMPIArgs* const other = makeArgs(host, {});
+    EXPECT_EQ(other->ft->getArgAt(other, 0, nullptr, &status).state, CMPI_goodValue);
+    EXPECT_EQ(status, CMPI_RC_OK);
+    EXPECT_EQ(other->ft->getArg(other, "a", &status).state, CMPI_notFound);
+    EXPECT_EQ(status, CMPI_RC_ERR_NOT_FOUND);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include "cimhost/repository/CimError.h"
 #include "tests/support/BrokerFixture.h"
 
+#include <list>
+
 namespace cimhost {
 namespace {
 
@@ -155,6 +157,68 @@ TEST_F(ArrayHandle, IsMadeOfAnArrayValueOnly) {
     EXPECT_EQ(array->ft->getSize(array, nullptr), 1U);
     EXPECT_THROW(makeArray(realBroker, Value::string("a")), CimError);
     EXPECT_THROW(makeArray(realBroker, Value::nullArray(CimType::string)), CimError);
+}
+
+class ArrayOfHost : public BrokerTest {
+protected:
+    const CMPIArray* arrayOf(const char* manner, CMPIType type) {
+        const Broker& host = brokers.emplace_back(repository, log, fillUpCalls, Manner(manner));
+        return host.handle()->eft->newArray(host.handle(), 1, type, &status);
+    }
+
+    std::list<Broker> brokers;
+};
+
+TEST_F(ArrayOfHost, RefusesNullPointersOrMakesZerosOfThem) {
+    const CMPIArray* const refusing = arrayOf("strict", CMPI_uint8);
+    EXPECT_EQ(refusing->ft->setElementAt(refusing, 0, nullptr, CMPI_uint8),
+              CMPI_RC_ERR_INVALID_PARAMETER);
+    const CMPIArray* const zeroing = arrayOf("sfcb", CMPI_uint8);
+    EXPECT_EQ(zeroing->ft->setElementAt(zeroing, 0, nullptr, CMPI_uint8), CMPI_RC_OK);
+    EXPECT_EQ(zeroing->ft->getElementAt(zeroing, 0, &status).state, CMPI_goodValue);
+    const CMPIValue none{};
+    for (const CMPIArray* const array : {refusing, zeroing}) {
+        EXPECT_EQ(array->ft->setElementAt(array, 0, &none, CMPI_null), CMPI_RC_OK);
+        EXPECT_EQ(array->ft->getElementAt(array, 0, &status).state, CMPI_nullValue);
+    }
+}
+
+TEST_F(ArrayOfHost, AnswersFailedToWrongElementsAndQuietlyPastItsEnd) {
+    const CMPIArray* const array = arrayOf("sfcb", CMPI_uint8);
+    const CMPIValue number = uint32Value(1);
+    EXPECT_EQ(array->ft->setElementAt(array, 0, &number, CMPI_uint32), CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(array->ft->setElementAt(array, 1, &number, CMPI_uint8), CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(array->ft->getElementAt(array, 1, &status).state, CMPI_badValue);
+    EXPECT_EQ(status, CMPI_RC_OK);
+}
+
+TEST_F(ArrayOfHost, KeepsTheArrayBit) {
+    const CMPIArray* const array = arrayOf("openpegasus", CMPI_uint8A);
+    EXPECT_EQ(array->ft->getSimpleType(array, &status), CMPI_uint8A);
+    const CMPIArray* const plain = arrayOf("openpegasus", CMPI_uint8);
+    EXPECT_EQ(plain->ft->getSimpleType(plain, &status), CMPI_uint8);
+}
+
+TEST_F(ArrayOfHost, EndsTheProcessWhenWhatItHoldsHasGone) {
+    const CMPIArray* const array = arrayOf("mean", CMPI_ref);
+    const CMPIBroker* const host = brokers.back().handle();
+    const CMPIObjectPath* const path = host->eft->newObjectPath(host, "n", "C", &status);
+    CMPIValue value{};
+    value.ref = path->ft->clone(path, &status);
+    EXPECT_EQ(array->ft->setElementAt(array, 0, &value, CMPI_ref), CMPI_RC_OK);
+    EXPECT_EQ(array->ft->getElementAt(array, 0, &status).state, CMPI_goodValue);
+    value.ref->ft->release(value.ref);
+    EXPECT_DEATH(array->ft->getElementAt(array, 0, &status), "");
+}
+
+TEST_F(ArrayOfHost, EndsTheProcessAsAnArgumentWithNullTexts) {
+    CMPIValue value{};
+    value.array = const_cast<CMPIArray*>(arrayOf("openpegasus", CMPI_string));
+    const CMPIBroker* const host = brokers.back().handle();
+    const CMPIArgs* const args = host->eft->newArgs(host, &status);
+    EXPECT_DEATH(args->ft->addArg(args, "A", &value, CMPI_stringA), "");
+    value.array = const_cast<CMPIArray*>(arrayOf("openpegasus", CMPI_uint8));
+    EXPECT_EQ(args->ft->addArg(args, "A", &value, CMPI_uint8A), CMPI_RC_OK);
 }
 
 }  // namespace

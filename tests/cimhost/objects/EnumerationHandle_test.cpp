@@ -86,5 +86,24 @@ TEST_F(EnumerationHandle, AnswersInvalidHandleForNullAndForeignHandles) {
     }
 }
 
+TEST_F(EnumerationHandle, OfSomeHostsMarksItsElementsNull) {
+    const Broker host(repository, log, fillUpCalls, Manner("openpegasus"));
+    const CMPIEnumeration* const all =
+        makeEnumeration(host, std::vector<ObjectPath>{{"", "root/test", "a", {}}});
+    const CMPIData data = all->ft->getNext(all, &status);
+    EXPECT_EQ(status, CMPI_RC_OK);
+    EXPECT_EQ(data.state, CMPI_nullValue);
+    EXPECT_EQ(textOf(data.value.ref->ft->getClassName(data.value.ref, nullptr)), "a");
+    all->ft->getNext(all, &status);
+    EXPECT_EQ(status, CMPI_RC_NO_MORE_ELEMENTS);
+}
+
+TEST_F(EnumerationHandle, OfSomeHostsEndsQuietly) {
+    const Broker host(repository, log, fillUpCalls, Manner("sfcb"));
+    const CMPIEnumeration* const all = makeEnumeration(host, std::vector<ObjectPath>{});
+    EXPECT_EQ(all->ft->getNext(all, &status).state, CMPI_badValue);
+    EXPECT_EQ(status, CMPI_RC_OK);
+}
+
 }  // namespace
 }  // namespace cimhost

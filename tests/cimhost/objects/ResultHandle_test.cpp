@@ -153,5 +153,34 @@ TEST_F(ResultHandle, ClonesMayReturnFromOtherThreads) {
     EXPECT_EQ(copy->ft->release(copy), CMPI_RC_OK);
 }
 
+class MethodSink final : public CollectingSink {
+public:
+    bool isForMethod() const override { return true; }
+};
+
+TEST_F(ResultHandle, OfSomeHostsTakesObjectsAsDataAloneAndNoNull) {
+    const Broker host(repository, log, fillUpCalls, Manner("openpegasus"));
+    MethodSink sink;
+    const CMPIResult* const result = makeResult(host, sink);
+    CMPIValue value{};
+    value.ref = newPath();
+    EXPECT_EQ(result->ft->returnObjectPath(result, value.ref), CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(result->ft->returnInstance(result, newInstance()), CMPI_RC_ERR_NOT_SUPPORTED);
+    EXPECT_EQ(result->ft->returnData(result, nullptr, CMPI_string), CMPI_RC_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(result->ft->returnData(result, &value, CMPI_ref), CMPI_RC_OK);
+    CollectingSink paths;
+    const CMPIResult* const other = makeResult(host, paths);
+    EXPECT_EQ(other->ft->returnObjectPath(other, value.ref), CMPI_RC_OK);
+}
+
+TEST_F(ResultHandle, OfSomeHostsEndsTheProcessForAReferenceAsData) {
+    const Broker host(repository, log, fillUpCalls, Manner("sfcb"));
+    CollectingSink sink;
+    const CMPIResult* const result = makeResult(host, sink);
+    CMPIValue value{};
+    value.ref = newPath();
+    EXPECT_DEATH(result->ft->returnData(result, &value, CMPI_ref), "");
+}
+
 }  // namespace
 }  // namespace cimhost
