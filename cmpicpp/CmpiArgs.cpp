@@ -1,6 +1,7 @@
 #include "cmpicpp/CmpiArgs.h"
 
 #include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/Portable.h"
 
 namespace CmpiCpp {
 
@@ -11,7 +12,8 @@ unsigned int CmpiArgs::getArgCount() const {
 
 std::pair<CmpiName, CmpiData> CmpiArgs::getArgAt(unsigned int index) const {
     const CMPIArgs* const args = _handle.get();
-    if (!args) throwAbsent(index);
+    // Past the end some hosts crash, others succeed.
+    if (index >= getArgCount()) throwAbsent(index);
     CMPIString* name = nullptr;
     const CMPIData data = ask(args->ft->getArgAt, args, index, &name);
     return {CmpiName(textOf(name)), CmpiData(broker(), present(data, index))};
@@ -20,12 +22,19 @@ std::pair<CmpiName, CmpiData> CmpiArgs::getArgAt(unsigned int index) const {
 CmpiData CmpiArgs::getArg(const char* name) const {
     const CMPIArgs* const args = _handle.get();
     if (!args) throwAbsent(name);
-    return {broker(), present(ask(args->ft->getArg, args, name), name)};
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const CMPIData data = call(args->ft->getArg, args, name, &status);
+    if (status.rc == CMPI_RC_ERR_NOT_FOUND) throwAbsent(name);
+    check(status);
+    return {broker(), present(data, name)};
 }
 
 void CmpiArgs::addArg(const char* name, CmpiValue value) {
     CMPIArgs* const args = _handle.writable();
-    check(args->ft->addArg(args, name, value.toCMPI(broker()), value.type()));
+    requireName(name);
+    const CMPIValue* const argument = value.toCMPI(broker());
+    requireNoNullObjects(argument, value.type());
+    tell(args->ft->addArg, args, name, argument, value.type());
 }
 
 CmpiArgs makeCmpiArgs(const CmpiBroker& broker) {

@@ -27,6 +27,8 @@ public:
     /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY when there is no such argument.
     CmpiData getArg(const char* name) const;
     CmpiData getArg(const CmpiName& name) const { return getArg(name.c_str()); }
+    /// Throws CMPI_RC_ERR_INVALID_PARAMETER for what is no name, and for an array with NULL texts,
+    /// datetimes, references or instances, which some object managers do not survive.
     void addArg(const char* name, CmpiValue value);
     void addArg(const CmpiName& name, CmpiValue value) { addArg(name.c_str(), value); }
 

@@ -5,6 +5,15 @@
 
 namespace CmpiCpp {
 
+namespace {
+
+[[noreturn]] void throwOtherType(const CmpiValue& value) {
+    throw CmpiStatus(CMPI_RC_ERR_TYPE_MISMATCH, std::string("The array has no elements of type ") +
+                                                    CmpiData::typeToString(value.type()));
+}
+
+}  // namespace
+
 unsigned int CmpiArray::getSize() const {
     const CMPIArray* const array = _handle.get();
     return !array ? 0 : ask(array->ft->getSize, array);
@@ -17,15 +26,26 @@ CMPIType CmpiArray::getType() const {
 
 CmpiData CmpiArray::getElementAt(unsigned int index) const {
     const CMPIArray* const array = _handle.get();
-    if (!array) throwAbsent(index);
+    // Past the end some hosts succeed.
+    if (!array || index >= getSize()) throwAbsent(index);
     return {broker(), present(ask(array->ft->getElementAt, array, index), index)};
 }
 
 void CmpiArray::setElementAt(unsigned int index, CmpiValue value) {
     CMPIArray* const array = _handle.writable();
-    // CMPI 2.1 wants the element type with a NULL as well.
-    const CMPIType type = value.type() == CMPI_null ? getType() : value.type();
-    check(array->ft->setElementAt(array, index, value.toCMPI(broker()), type));
+    // Past the end some hosts let the array grow.
+    if (index >= getSize()) throwAbsent(index);
+    // A null pointer is an error in some hosts and 0 in others, whatever the type; a NULL that is
+    // a value of no type is one everywhere.
+    static constexpr CMPIValue none{};
+    const CMPIValue* const element = value.toElement(broker());
+    const CMPIType type = element ? value.type() : CMPIType{CMPI_null};
+    if (!element && value.type() != CMPI_null && value.type() != getType()) throwOtherType(value);
+    const CMPIStatus status =
+        call(array->ft->setElementAt, array, index, element ? element : &none, type);
+    // Not every host says what was wrong.
+    if (status.rc == CMPI_RC_ERR_FAILED && element && type != getType()) throwOtherType(value);
+    check(status);
 }
 
 std::string CmpiArray::str() const {

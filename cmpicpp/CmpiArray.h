@@ -28,7 +28,8 @@ public:
     /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY past the end.
     CmpiData getElementAt(unsigned int index) const;
     /// Throws CMPI_RC_ERR_TYPE_MISMATCH for another type, CMPI_RC_ERR_NO_SUCH_PROPERTY past the
-    /// end.
+    /// end. An object is put in as it is now, and stays in the array until the provider's function
+    /// returns.
     void setElementAt(unsigned int index, CmpiValue value);
 
     /// `{1, 2, NULL}`

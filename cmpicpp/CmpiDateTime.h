@@ -31,6 +31,8 @@ public:
     const CMPIBroker* broker() const noexcept { return _handle.broker(); }
 
 private:
+    friend class CmpiValue;
+
     CmpiHandle<CMPIDateTime> _handle;
 };
 

@@ -92,6 +92,9 @@ public:
     explicit operator bool() const noexcept { return _object != nullptr; }
     const CMPIBroker* broker() const noexcept { return _broker; }
 
+    /// Whether the object ends with the last handle that relies on it, rather than with the call.
+    bool isOwned() const noexcept { return _owner != nullptr; }
+
     /// The object, or nullptr for an empty value. To be read and not to be kept.
     T* get() const noexcept { return _object; }
 

@@ -51,6 +51,8 @@ public:
     const CMPIBroker* broker() const noexcept { return _handle.broker(); }
 
 private:
+    friend class CmpiValue;
+
     CmpiHandle<CMPIInstance> _handle;
 };
 

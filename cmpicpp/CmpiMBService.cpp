@@ -1,6 +1,7 @@
 #include "cmpicpp/CmpiMBService.h"
 
 #include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/Portable.h"
 
 namespace CmpiCpp {
 
@@ -27,12 +28,20 @@ void append(std::vector<CmpiObjectPath>& all, const CmpiData& item) {
     all.push_back(item.asObjectPath());
 }
 
+// No element of an enumeration is NULL, but some object managers give all of them that state. One
+// without a pointer counts as NULL whatever its state.
+CMPIData next(const CMPIEnumeration* enumeration) {
+    CMPIData data = ask(enumeration->ft->getNext, enumeration);
+    data.state = static_cast<CMPIValueState>(data.state & ~CMPI_nullValue);
+    return data;
+}
+
 template <typename Item>
 std::vector<Item> readAll(const CMPIBroker* broker, const CMPIEnumeration* enumeration) {
     std::vector<Item> all;
     made(enumeration, "enumeration");
     while (ask(enumeration->ft->hasNext, enumeration) != 0) {
-        append(all, CmpiData(broker, ask(enumeration->ft->getNext, enumeration)));
+        append(all, CmpiData(broker, next(enumeration)));
     }
     return all;
 }
@@ -42,7 +51,7 @@ std::vector<Item> readAll(const CMPIBroker* broker, const CMPIEnumeration* enume
 template <typename Item, typename Slot, typename... Arguments>
 std::vector<Item> enumerate(const CMPIBroker* broker, Slot slot, Arguments... arguments) {
     CMPIStatus status{CMPI_RC_OK, nullptr};
-    const CMPIEnumeration* const enumeration = slot(broker, arguments..., &status);
+    const CMPIEnumeration* const enumeration = call(slot, broker, arguments..., &status);
     const bool old = static_cast<int>(broker->bft->brokerVersion) < 210;
     if (old && status.rc == CMPI_RC_ERR_NOT_FOUND) return {};
     check(status);
@@ -56,42 +65,42 @@ CmpiMBService::CmpiMBService(const CMPIBroker* broker, Logger&) noexcept : _brok
 CmpiInstance CmpiMBService::getInstance(const CmpiContext& context, const CmpiObjectPath& path,
                                         const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
-    return wrap(broker,
-                ask(broker->bft->getInstance, broker, context.toCMPI(), path.toCMPI(), properties));
+    return wrap(broker, ask(broker->bft->getInstance, broker, required(context.toCMPI()),
+                            path.toCMPI(), properties));
 }
 
 std::vector<CmpiInstance> CmpiMBService::enumInstances(const CmpiContext& context,
                                                        const CmpiObjectPath& classPath,
                                                        const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiInstance>(broker, broker->bft->enumerateInstances, context.toCMPI(),
-                                   classPath.toCMPI(), properties);
+    return enumerate<CmpiInstance>(broker, broker->bft->enumerateInstances,
+                                   required(context.toCMPI()), classPath.toCMPI(), properties);
 }
 
 std::vector<CmpiObjectPath> CmpiMBService::enumInstanceNames(
     const CmpiContext& context, const CmpiObjectPath& classPath) const {
     const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiObjectPath>(broker, broker->bft->enumerateInstanceNames, context.toCMPI(),
-                                     classPath.toCMPI());
+    return enumerate<CmpiObjectPath>(broker, broker->bft->enumerateInstanceNames,
+                                     required(context.toCMPI()), classPath.toCMPI());
 }
 
 CmpiObjectPath CmpiMBService::createInstance(const CmpiContext& context, const CmpiObjectPath& path,
                                              const CmpiInstance& instance) const {
     const CMPIBroker* const broker = required(_broker);
-    return wrap(broker, ask(broker->bft->createInstance, broker, context.toCMPI(), path.toCMPI(),
-                            instance.toCMPI()));
+    return wrap(broker, ask(broker->bft->createInstance, broker, required(context.toCMPI()),
+                            path.toCMPI(), instance.toCMPI()));
 }
 
 void CmpiMBService::modifyInstance(const CmpiContext& context, const CmpiObjectPath& path,
                                    const CmpiInstance& instance, const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
-    check(broker->bft->modifyInstance(broker, context.toCMPI(), path.toCMPI(), instance.toCMPI(),
-                                      properties));
+    tell(broker->bft->modifyInstance, broker, required(context.toCMPI()), path.toCMPI(),
+         instance.toCMPI(), properties);
 }
 
 void CmpiMBService::deleteInstance(const CmpiContext& context, const CmpiObjectPath& path) const {
     const CMPIBroker* const broker = required(_broker);
-    check(broker->bft->deleteInstance(broker, context.toCMPI(), path.toCMPI()));
+    tell(broker->bft->deleteInstance, broker, required(context.toCMPI()), path.toCMPI());
 }
 
 std::vector<CmpiInstance> CmpiMBService::execQuery(const CmpiContext& context,
@@ -99,7 +108,7 @@ std::vector<CmpiInstance> CmpiMBService::execQuery(const CmpiContext& context,
                                                    const std::string& query,
                                                    const std::string& language) const {
     const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiInstance>(broker, broker->bft->execQuery, context.toCMPI(),
+    return enumerate<CmpiInstance>(broker, broker->bft->execQuery, required(context.toCMPI()),
                                    classPath.toCMPI(), query.c_str(), language.c_str());
 }
 
@@ -108,7 +117,7 @@ std::vector<CmpiInstance> CmpiMBService::associators(
     const CmpiName& resultClass, const CmpiName& role, const CmpiName& resultRole,
     const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiInstance>(broker, broker->bft->associators, context.toCMPI(),
+    return enumerate<CmpiInstance>(broker, broker->bft->associators, required(context.toCMPI()),
                                    path.toCMPI(), filter(assocClass), filter(resultClass),
                                    filter(role), filter(resultRole), properties);
 }
@@ -117,9 +126,9 @@ std::vector<CmpiObjectPath> CmpiMBService::associatorNames(
     const CmpiContext& context, const CmpiObjectPath& path, const CmpiName& assocClass,
     const CmpiName& resultClass, const CmpiName& role, const CmpiName& resultRole) const {
     const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiObjectPath>(broker, broker->bft->associatorNames, context.toCMPI(),
-                                     path.toCMPI(), filter(assocClass), filter(resultClass),
-                                     filter(role), filter(resultRole));
+    return enumerate<CmpiObjectPath>(broker, broker->bft->associatorNames,
+                                     required(context.toCMPI()), path.toCMPI(), filter(assocClass),
+                                     filter(resultClass), filter(role), filter(resultRole));
 }
 
 std::vector<CmpiInstance> CmpiMBService::references(const CmpiContext& context,
@@ -128,8 +137,8 @@ std::vector<CmpiInstance> CmpiMBService::references(const CmpiContext& context,
                                                     const CmpiName& role,
                                                     const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiInstance>(broker, broker->bft->references, context.toCMPI(), path.toCMPI(),
-                                   filter(resultClass), filter(role), properties);
+    return enumerate<CmpiInstance>(broker, broker->bft->references, required(context.toCMPI()),
+                                   path.toCMPI(), filter(resultClass), filter(role), properties);
 }
 
 std::vector<CmpiObjectPath> CmpiMBService::referenceNames(const CmpiContext& context,
@@ -137,8 +146,9 @@ std::vector<CmpiObjectPath> CmpiMBService::referenceNames(const CmpiContext& con
                                                           const CmpiName& resultClass,
                                                           const CmpiName& role) const {
     const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiObjectPath>(broker, broker->bft->referenceNames, context.toCMPI(),
-                                     path.toCMPI(), filter(resultClass), filter(role));
+    return enumerate<CmpiObjectPath>(broker, broker->bft->referenceNames,
+                                     required(context.toCMPI()), path.toCMPI(), filter(resultClass),
+                                     filter(role));
 }
 
 CmpiData CmpiMBService::invokeMethod(const CmpiContext& context, const CmpiObjectPath& path,
@@ -147,42 +157,67 @@ CmpiData CmpiMBService::invokeMethod(const CmpiContext& context, const CmpiObjec
     const CMPIBroker* const broker = required(_broker);
     const CmpiArgs inputs = in.empty() ? makeCmpiArgs(CmpiBroker(broker)) : in;
     CMPIArgs* const outputs = made(ask(broker->eft->newArgs, broker), "arguments");
-    const CMPIData result = ask(broker->bft->invokeMethod, broker, context.toCMPI(), path.toCMPI(),
-                                method.c_str(), inputs.toCMPI(), outputs);
+    const CMPIData result = ask(broker->bft->invokeMethod, broker, required(context.toCMPI()),
+                                path.toCMPI(), method.c_str(), inputs.toCMPI(), outputs);
     out = CmpiArgs(CmpiHandle<CMPIArgs>::fresh(broker, outputs));
     return {broker, result};
 }
 
+// Not every host has the up-calls for single properties; all have those that they stand for.
+
 CmpiData CmpiMBService::getProperty(const CmpiContext& context, const CmpiObjectPath& path,
                                     const CmpiName& property) const {
     const CMPIBroker* const broker = required(_broker);
-    const CMPIData data =
-        ask(broker->bft->getProperty, broker, context.toCMPI(), path.toCMPI(), property.c_str());
-    return {broker, present(data, property.c_str())};
+    const char* const name = property.c_str();
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    const CMPIData data = call(broker->bft->getProperty, broker, required(context.toCMPI()),
+                               path.toCMPI(), name, &status);
+    if (status.rc == CMPI_RC_ERR_NOT_SUPPORTED) return _getPropertyOf(context, path, name);
+    check(status);
+    return {broker, present(data, name)};
+}
+
+CmpiData CmpiMBService::_getPropertyOf(const CmpiContext& context, const CmpiObjectPath& path,
+                                       const char* property) const {
+    const char* wanted[] = {property, nullptr};
+    const CmpiInstance instance = getInstance(context, path, wanted);
+    try {
+        return instance.getProperty(property);
+    } catch (const CmpiStatus& status) {
+        if (status.rc() == CMPI_RC_ERR_NOT_FOUND) throwAbsent(property);
+        throw;
+    }
 }
 
 void CmpiMBService::setProperty(const CmpiContext& context, const CmpiObjectPath& path,
                                 const CmpiName& property, CmpiValue value) const {
     const CMPIBroker* const broker = required(_broker);
-    check(broker->bft->setProperty(broker, context.toCMPI(), path.toCMPI(), property.c_str(),
-                                   value.toCMPI(broker), value.type()));
+    const CMPIValue* const wanted = value.toCMPI(broker);
+    requireNoNullObjects(wanted, value.type());
+    const CMPIStatus status = call(broker->bft->setProperty, broker, required(context.toCMPI()),
+                                   path.toCMPI(), property.c_str(), wanted, value.type());
+    if (status.rc != CMPI_RC_ERR_NOT_SUPPORTED) return check(status);
+    CmpiInstance instance = makeCmpiInstance(CmpiBroker(broker), path);
+    instance.setProperty(property, value);
+    const char* changed[] = {property.c_str(), nullptr};
+    modifyInstance(context, path, instance, changed);
 }
 
 void CmpiMBService::deliverIndication(const CmpiContext& context, const CmpiName& nameSpace,
                                       const CmpiInstance& indication) const {
     const CMPIBroker* const broker = required(_broker);
-    check(broker->bft->deliverIndication(broker, context.toCMPI(), nameSpace.c_str(),
-                                         indication.toCMPI()));
+    tell(broker->bft->deliverIndication, broker, required(context.toCMPI()), nameSpace.c_str(),
+         indication.toCMPI());
 }
 
 CmpiThreadContext::CmpiThreadContext(const CMPIBroker* broker, const CmpiContext& context)
     : _broker(required(broker)),
-      _prepared(made(_broker->bft->prepareAttachThread(_broker, context.toCMPI()),
+      _prepared(made(call(_broker->bft->prepareAttachThread, _broker, required(context.toCMPI())),
                      "context for a thread")) {}
 
 CmpiThreadContext::Attachment::Attachment(const CmpiThreadContext& context)
     : _broker(context._broker), _prepared(context._prepared) {
-    check(_broker->bft->attachThread(_broker, _prepared));
+    tell(_broker->bft->attachThread, _broker, _prepared);
 }
 
 // A thread that cannot be detached is about to end anyhow.

@@ -19,7 +19,8 @@ namespace CmpiCpp {
 
 /// Up-calls: the object manager's own operations, for objects that other providers serve.
 ///
-/// Every operation throws CmpiStatus with the code and text that the object manager answers.
+/// Every operation throws CmpiStatus with the code and text that the object manager answers, and
+/// CMPI_RC_ERR_INVALID_HANDLE without a context.
 /// Results live until the caller's own CMPI function returns. The context is that of the current
 /// call, or one from CmpiThreadContext on a thread of the provider's own. Cheap to make, one for
 /// each use.
@@ -71,6 +72,9 @@ public:
                            const CmpiInstance& indication) const;
 
 private:
+    CmpiData _getPropertyOf(const CmpiContext&, const CmpiObjectPath& path,
+                            const char* property) const;
+
     const CMPIBroker* _broker;
 };
 

@@ -68,6 +68,8 @@ public:
     const CMPIBroker* broker() const noexcept { return _handle.broker(); }
 
 private:
+    friend class CmpiValue;
+
     CmpiHandle<CMPIObjectPath> _handle;
 };
 

@@ -7,22 +7,24 @@
 #include "cmpicpp/CmpiObjectPath.h"
 #include "cmpicpp/detail/Calls.h"
 #include "cmpicpp/detail/DataKind.h"
+#include "cmpicpp/detail/Portable.h"
 
 namespace CmpiCpp {
 
 // The C interface has values point at objects that can be changed; nobody does.
 
-CmpiValue::CmpiValue(const CmpiObjectPath& path) noexcept : _null(path.empty()), _type(CMPI_ref) {
+CmpiValue::CmpiValue(const CmpiObjectPath& path) noexcept
+    : _null(path.empty()), _type(CMPI_ref), _isReleased(path._handle.isOwned()) {
     _value.ref = const_cast<CMPIObjectPath*>(path.toCMPI());
 }
 
 CmpiValue::CmpiValue(const CmpiInstance& instance) noexcept
-    : _null(instance.empty()), _type(CMPI_instance) {
+    : _null(instance.empty()), _type(CMPI_instance), _isReleased(instance._handle.isOwned()) {
     _value.inst = const_cast<CMPIInstance*>(instance.toCMPI());
 }
 
 CmpiValue::CmpiValue(const CmpiDateTime& dateTime) noexcept
-    : _null(dateTime.empty()), _type(CMPI_dateTime) {
+    : _null(dateTime.empty()), _type(CMPI_dateTime), _isReleased(dateTime._handle.isOwned()) {
     _value.dateTime = const_cast<CMPIDateTime*>(dateTime.toCMPI());
 }
 
@@ -67,6 +69,15 @@ const CMPIValue* CmpiValue::toCMPI(const CMPIBroker* broker) {
         _text = nullptr;
     }
     return &_value;
+}
+
+const CMPIValue* CmpiValue::toElement(const CMPIBroker* broker) {
+    const CMPIValue* const value = toCMPI(broker);
+    if (value && _isReleased) {
+        _value = untilTheCallEnds(broker, _value, _type);
+        _isReleased = false;
+    }
+    return value;
 }
 
 }  // namespace CmpiCpp

@@ -62,6 +62,10 @@ public:
     /// value of CmpiData. Good while *this is.
     const CMPIValue* toCMPI(const CMPIBroker* broker);
 
+    /// The same for an element of an array. There are brokers whose arrays keep the pointer of an
+    /// object, so that an object which its owner releases is copied into one that the broker ends.
+    const CMPIValue* toElement(const CMPIBroker* broker);
+
 private:
     CmpiValue() = default;
 
@@ -70,6 +74,7 @@ private:
     bool _null = false;
     bool _bad = false;  // made of data that the object manager marked as bad
     CMPIType _type = CMPI_null;
+    bool _isReleased = false;  // a clone, or part of one, that its owner may release before long
 };
 
 }  // namespace CmpiCpp

@@ -1,6 +1,23 @@
 #include "cmpicpp/detail/Calls.h"
 
+#include <cxxabi.h>
+
+#include <exception>
+
 namespace CmpiCpp {
+
+void throwForeign() {
+    try {
+        throw;
+    } catch (const abi::__forced_unwind&) {
+        throw;  // the end of the thread
+    } catch (const std::exception& exception) {
+        throw CmpiStatus(CMPI_RC_ERR_FAILED,
+                         std::string("The object manager threw: ") + exception.what());
+    } catch (...) {
+        throw CmpiStatus(CMPI_RC_ERR_FAILED, "The object manager threw an exception of its own");
+    }
+}
 
 void throwNothingMade(const char* what) {
     throw CmpiStatus(CMPI_RC_ERR_FAILED,
@@ -9,6 +26,10 @@ void throwNothingMade(const char* what) {
 
 void throwNoBroker() {
     throw CmpiStatus(CMPI_RC_ERR_INVALID_HANDLE, "There is no broker to ask");
+}
+
+void throwNoContext() {
+    throw CmpiStatus(CMPI_RC_ERR_INVALID_HANDLE, "There is no context to ask with");
 }
 
 void throwBadValue() {

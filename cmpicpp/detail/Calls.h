@@ -10,17 +10,38 @@
 /// How the wrapper calls the broker: every failure is CmpiStatus. Not installed.
 namespace CmpiCpp {
 
+/// Throws the exception in flight as CmpiStatus CMPI_RC_ERR_FAILED. For catch clauses only.
+[[noreturn]] void throwForeign();
+
+/// Calls a slot. Object managers written in C++ may let anything out of their tables, also what is
+/// no std::exception: it becomes CmpiStatus, like their other failures.
+template <typename Result, typename... Parameters, typename... Arguments>
+Result call(Result (*slot)(Parameters...), Arguments... arguments) {
+    try {
+        return slot(arguments...);
+    } catch (...) {
+        throwForeign();
+    }
+}
+
+/// Calls a slot that returns its status, and throws what that says.
+template <typename... Parameters, typename... Arguments>
+void tell(CMPIStatus (*slot)(Parameters...), Arguments... arguments) {
+    check(call(slot, arguments...));
+}
+
 /// Calls a slot whose last argument is the status, and throws what that says.
 template <typename Result, typename... Parameters, typename... Arguments>
 Result ask(Result (*slot)(Parameters...), Arguments... arguments) {
     CMPIStatus status{CMPI_RC_OK, nullptr};
-    const Result result = slot(arguments..., &status);
+    const Result result = call(slot, arguments..., &status);
     check(status);
     return result;
 }
 
 [[noreturn]] void throwNothingMade(const char* what);
 [[noreturn]] void throwNoBroker();
+[[noreturn]] void throwNoContext();
 [[noreturn]] void throwBadValue();
 [[noreturn]] void throwAbsent(const char* name);
 [[noreturn]] void throwAbsent(unsigned int index);
@@ -40,6 +61,14 @@ inline const CMPIBroker* required(const CMPIBroker* broker) {
         throwNoBroker();
     }
     return broker;
+}
+
+/// The context of an up-call; none is CMPI_RC_ERR_INVALID_HANDLE: hosts read it without a look.
+inline const CMPIContext* required(const CMPIContext* context) {
+    if (!context) [[unlikely]] {
+        throwNoContext();
+    }
+    return context;
 }
 
 /// The characters of a string of the broker, borrowed from it and ended by a zero; "" for nullptr.

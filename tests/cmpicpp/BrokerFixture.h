@@ -5,7 +5,9 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/support/BrokerFixture.h"
 
+#include <list>
 #include <string>
+#include <string_view>
 
 namespace CmpiCpp::test {
 
@@ -17,12 +19,21 @@ protected:
     const CMPIBroker* handle() const { return realBroker.handle(); }
     CmpiBroker broker() const { return CmpiBroker(handle()); }
 
+    /// Another broker, with the manner of this host, for the same call.
+    const cimhost::Broker& brokerOf(std::string_view manner) {
+        return _others.emplace_back(repository, log, cimhost::fillUpCalls, cimhost::Manner(manner));
+    }
+    CmpiBroker like(std::string_view manner) { return CmpiBroker(brokerOf(manner).handle()); }
+
     CmpiObjectPath path() const {
         CmpiObjectPath made = makeCmpiObjectPath(broker(), "root/ktq", "PYL_Fan");
         made.addKey("DeviceID", "1");
         made.addKey("Slot", 2U);
         return made;
     }
+
+private:
+    std::list<cimhost::Broker> _others;
 };
 
 /// The status that the action throws, or CMPI_RC_OK.

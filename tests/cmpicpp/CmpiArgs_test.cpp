@@ -1,5 +1,6 @@
 #include "cmpicpp/CmpiArgs.h"
 
+#include "cmpicpp/CmpiArray.h"
 #include "tests/cmpicpp/BrokerFixture.h"
 
 namespace CmpiCpp {
@@ -45,6 +46,44 @@ TEST_F(CmpiArgsTest, EmptyContainersReadAsNothing) {
 
 TEST_F(CmpiArgsTest, NeedsABroker) {
     EXPECT_EQ(codeOf([] { makeCmpiArgs(CmpiBroker(nullptr)); }), CMPI_RC_ERR_INVALID_HANDLE);
+}
+
+TEST_F(CmpiArgsTest, EveryHostHasNoOtherArguments) {
+    for (const char* const manner : {"openpegasus", "sfcb", "strict", "mean"}) {
+        CmpiArgs args = makeCmpiArgs(like(manner));
+        args.addArg("A", 1);
+        EXPECT_EQ(codeOf([&] { args.getArg("Nope"); }), CMPI_RC_ERR_NO_SUCH_PROPERTY) << manner;
+        EXPECT_EQ(codeOf([&] { args.getArgAt(1); }), CMPI_RC_ERR_NO_SUCH_PROPERTY) << manner;
+    }
+}
+
+TEST_F(CmpiArgsTest, TakesNamesOnly) {
+    for (const char* const manner : {"standard", "openpegasus", "sfcb"}) {
+        CmpiArgs args = makeCmpiArgs(like(manner));
+        for (const char* const name : {"", "a b", "1a", "a-b", "a.b"}) {
+            EXPECT_EQ(codeOf([&] { args.addArg(name, 1); }), CMPI_RC_ERR_INVALID_PARAMETER)
+                << manner << ": " << name;
+        }
+        EXPECT_EQ(codeOf([&] { args.addArg(nullptr, 1); }), CMPI_RC_ERR_INVALID_PARAMETER);
+        args.addArg("_a1", 1);
+        args.addArg("\xC3\xA4", 1);
+        EXPECT_EQ(args.getArgCount(), 2U);
+    }
+}
+
+TEST_F(CmpiArgsTest, RefusesArraysWithNullsThatAHostMayNotSurvive) {
+    for (const char* const manner : {"standard", "openpegasus", "sfcb"}) {
+        const CmpiBroker host = like(manner);
+        CmpiArgs args = makeCmpiArgs(host);
+        for (const CMPIType type :
+             std::initializer_list<CMPIType>{CMPI_string, CMPI_dateTime, CMPI_ref, CMPI_instance}) {
+            const CmpiArray array = makeCmpiArray(host, 2, type);
+            EXPECT_EQ(codeOf([&] { args.addArg("A", array); }), CMPI_RC_ERR_INVALID_PARAMETER);
+        }
+        args.addArg("Numbers", makeCmpiArray(host, 2, CMPI_uint8));
+        args.addArg("None", makeCmpiArray(host, 0, CMPI_string));
+        EXPECT_EQ(args.getArgCount(), 2U) << manner;
+    }
 }
 
 }  // namespace

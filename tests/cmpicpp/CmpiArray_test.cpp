@@ -1,6 +1,11 @@
 #include "cmpicpp/CmpiArray.h"
 
+#include "cmpicpp/CmpiArgs.h"
+#include "cmpicpp/CmpiDateTime.h"
+#include "cmpicpp/CmpiInstance.h"
 #include "tests/cmpicpp/BrokerFixture.h"
+
+#include <string>
 
 namespace CmpiCpp {
 namespace {
@@ -68,6 +73,75 @@ TEST_F(CmpiArrayTest, EmptyArraysReadAsNothing) {
 TEST_F(CmpiArrayTest, NeedsABroker) {
     EXPECT_EQ(codeOf([] { makeCmpiArray(CmpiBroker(nullptr), 1, CMPI_uint8); }),
               CMPI_RC_ERR_INVALID_HANDLE);
+}
+
+class CmpiArrayOfHosts : public CmpiArrayTest, public testing::WithParamInterface<const char*> {
+protected:
+    CmpiArray hosted(unsigned int size, CMPIType type) { return makeCmpiArray(_host, size, type); }
+    CmpiObjectPath hostedPath(const char* id) {
+        CmpiObjectPath made = makeCmpiObjectPath(_host, "root/ktq", "PYL_Fan");
+        made.setHost("here");
+        made.addKey("DeviceID", id);
+        made.addKey("Slot", 2U);
+        return made;
+    }
+
+    const CmpiBroker _host = like(GetParam());
+};
+
+INSTANTIATE_TEST_SUITE_P(Manners, CmpiArrayOfHosts,
+                         testing::Values("standard", "openpegasus", "sfcb", "strict", "mean"));
+
+TEST_P(CmpiArrayOfHosts, TakesNulls) {
+    for (const CMPIType type :
+         std::initializer_list<CMPIType>{CMPI_uint8, CMPI_boolean, CMPI_string, CMPI_ref}) {
+        CmpiArray made = hosted(2, type);
+        made.setElementAt(0, CmpiValue::null(type));
+        made.setElementAt(1, CmpiValue::null(CMPI_null));
+        EXPECT_EQ(made.str(), "{NULL, NULL}");
+    }
+    CmpiArray numbers = hosted(1, CMPI_uint8);
+    numbers.setElementAt(0, static_cast<unsigned char>(1));
+    numbers.setElementAt(0, CmpiValue::null(CMPI_uint8));
+    EXPECT_EQ(numbers.str(), "{NULL}");
+}
+
+TEST_P(CmpiArrayOfHosts, RefusesOtherTypesAndPlaces) {
+    CmpiArray made = hosted(1, CMPI_uint8);
+    EXPECT_EQ(codeOf([&] { made.setElementAt(0, "text"); }), CMPI_RC_ERR_TYPE_MISMATCH);
+    EXPECT_EQ(codeOf([&] { made.setElementAt(0, CmpiValue::null(CMPI_string)); }),
+              CMPI_RC_ERR_TYPE_MISMATCH);
+    EXPECT_EQ(codeOf([&] { made.setElementAt(1, static_cast<unsigned char>(1)); }),
+              CMPI_RC_ERR_NO_SUCH_PROPERTY);
+    EXPECT_EQ(codeOf([&] { made.getElementAt(1); }), CMPI_RC_ERR_NO_SUCH_PROPERTY);
+    EXPECT_EQ(made.getType(), CMPI_uint8);
+}
+
+TEST_P(CmpiArrayOfHosts, KeepsWhatItHolds) {
+    CmpiArray paths = hosted(1, CMPI_ref);
+    CmpiArray instances = hosted(1, CMPI_instance);
+    CmpiArray dates = hosted(1, CMPI_dateTime);
+    const std::string expected = "//here/root/ktq:PYL_Fan.DeviceID=\"2\",Slot=2";
+    {
+        CmpiObjectPath owned = hostedPath("1");
+        const CmpiObjectPath copy = owned;
+        owned = hostedPath("2").clone();
+        paths.setElementAt(0, owned);
+        CmpiInstance instance = makeCmpiInstance(_host, owned).clone();
+        instance.setProperty("Speed", 7U);
+        instance.setProperty("Name", CmpiValue::null(CMPI_string));
+        instances.setElementAt(0, instance);
+        dates.setElementAt(0, makeCmpiDateTime(_host, "20240131235959.123456+060").clone());
+    }
+    EXPECT_EQ(paths.getElementAt(0).asObjectPath().str(), expected);
+    const CmpiInstance kept = instances.getElementAt(0).asInstance();
+    EXPECT_EQ(kept.getProperty("Speed").asUint64(), 7U);
+    EXPECT_TRUE(kept.getProperty("Name").isNull());
+    EXPECT_EQ(kept.getPath().str(), expected);
+    EXPECT_EQ(dates.getElementAt(0).asString(), "20240131235959.123456+060");
+    CmpiArgs args = makeCmpiArgs(_host);
+    args.addArg("Paths", paths);
+    EXPECT_EQ(args.getArg("Paths").asArray().getSize(), 1U);
 }
 
 }  // namespace

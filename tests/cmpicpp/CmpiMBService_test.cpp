@@ -1,8 +1,11 @@
 #include "cmpicpp/CmpiMBService.h"
 
+#include "cimhost/objects/MannerTables.h"
+#include "cmpicpp/CmpiArray.h"
 #include "tests/cmpicpp/BrokerFixture.h"
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -135,10 +138,12 @@ protected:
         _upCallBroker.eft = &_factories;
     }
 
-    CMPIEnumeration* instances() const {
+    CMPIEnumeration* instances() const { return instancesOf(realBroker); }
+
+    static CMPIEnumeration* instancesOf(const cimhost::Broker& host) {
         const cimhost::Instance first{{"", "n", "First", {}}, {}};
         const cimhost::Instance second{{"", "n", "Second", {}}, {}};
-        return cimhost::makeEnumeration(realBroker, std::vector{first, second});
+        return cimhost::makeEnumeration(host, std::vector{first, second});
     }
 
     CMPIEnumeration* paths() const {
@@ -184,7 +189,7 @@ protected:
     CMPIBrokerEncFT _factories{};
     CMPIBroker _upCallBroker{};
     CmpiMBService _service{&_upCallBroker, _logger};
-    CmpiContext _context{nullptr};
+    CmpiContext _context{cimhost::makeContext(realBroker, {})};
     const char* _some[1] = {nullptr};
 };
 
@@ -202,6 +207,16 @@ TEST_F(CmpiMBServiceTest, EnumeratesInstancesAndTheirNames) {
     const auto names = _service.enumInstanceNames(_context, path());
     ASSERT_EQ(names.size(), 2U);
     EXPECT_EQ(names[0].getClassName(), "First");
+}
+
+TEST_F(CmpiMBServiceTest, TakesElementsThatHaveAPointerAndTheStateOfNull) {
+    for (const char* const manner : {"openpegasus", "sfcb"}) {
+        _script.enumeration = instancesOf(brokerOf(manner));
+        const auto found = _service.enumInstances(_context, path(), nullptr);
+        ASSERT_EQ(found.size(), 2U) << manner;
+        EXPECT_EQ(found[0].getClassName(), "First");
+        EXPECT_EQ(found[1].getClassName(), "Second");
+    }
 }
 
 TEST_F(CmpiMBServiceTest, ChangesInstances) {
@@ -290,6 +305,66 @@ TEST_F(CmpiMBServiceTest, ThrowsWhatTheObjectManagerAnswers) {
         EXPECT_EQ(messageOf(operation), "not you") << _script.asked;
         EXPECT_EQ(codeOf(operation), CMPI_RC_ERR_ACCESS_DENIED) << _script.asked;
     }
+}
+
+TEST_F(CmpiMBServiceTest, ReadsAndWritesPropertiesOfHostsThatLackThoseUpCalls) {
+    _factories.newObjectPath = handle()->eft->newObjectPath;
+    _factories.newInstance = [](Broker, const CMPIObjectPath* path, CMPIStatus* status) {
+        return answersInUse->real->eft->newInstance(answersInUse->real, path, status);
+    };
+    _upCalls.getProperty = [](Broker, Context, Path, const char*, CMPIStatus* status) {
+        *status = {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+        return CMPIData{};
+    };
+    _upCalls.setProperty = [](Broker, Context, Path, const char*, const CMPIValue*, CMPIType) {
+        return CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
+    };
+    const CMPIValue nine{9};
+    _script.instance->ft->setProperty(_script.instance, "P", &nine, CMPI_uint8);
+    EXPECT_EQ(_service.getProperty(_context, path(), "P").asUint64(), 9U);
+    EXPECT_EQ(_script.asked, "getInstance some");
+    EXPECT_EQ(codeOf([&] { _service.getProperty(_context, path(), "Q"); }),
+              CMPI_RC_ERR_NO_SUCH_PROPERTY);
+    _service.setProperty(_context, path(), "P", "text");
+    EXPECT_EQ(_script.asked, "modifyInstance some");
+    fail(CMPI_RC_ERR_ACCESS_DENIED, "no");
+    EXPECT_EQ(codeOf([&] { _service.setProperty(_context, path(), "P", 1); }),
+              CMPI_RC_ERR_ACCESS_DENIED);
+}
+
+TEST_F(CmpiMBServiceTest, SetsNoPropertyToAnArrayThatAHostMayNotSurvive) {
+    const CmpiArray array = makeCmpiArray(broker(), 1, CMPI_string);
+    EXPECT_EQ(codeOf([&] { _service.setProperty(_context, path(), "P", array); }),
+              CMPI_RC_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(_script.asked, "");
+}
+
+TEST_F(CmpiMBServiceTest, ThrowsWithoutAContextAndDoesNotAsk) {
+    _context = CmpiContext(nullptr);
+    for (const auto& operation : operations()) {
+        EXPECT_EQ(codeOf(operation), CMPI_RC_ERR_INVALID_HANDLE);
+        EXPECT_EQ(messageOf(operation), "There is no context to ask with");
+    }
+    EXPECT_EQ(codeOf([&] { CmpiThreadContext(&_upCallBroker, _context); }),
+              CMPI_RC_ERR_INVALID_HANDLE);
+    EXPECT_EQ(_script.asked, "");
+}
+
+TEST_F(CmpiMBServiceTest, ThrowsWhatAHostThrowsAsAFailure) {
+    _upCalls.getInstance = [](Broker, Context, Path, const char**, CMPIStatus*) -> CMPIInstance* {
+        throw cimhost::HostException{};
+    };
+    _upCalls.enumerateInstances = [](Broker, Context, Path, const char**,
+                                     CMPIStatus*) -> CMPIEnumeration* {
+        throw std::runtime_error("why");
+    };
+    _upCalls.deleteInstance = [](Broker, Context, Path) -> CMPIStatus { throw 1; };
+    const auto all = operations();
+    for (const std::size_t index : {0U, 1U, 5U}) {
+        EXPECT_EQ(codeOf(all[index]), CMPI_RC_ERR_FAILED) << index;
+    }
+    EXPECT_EQ(messageOf(all[0]), "The object manager threw an exception of its own");
+    EXPECT_EQ(messageOf(all[1]), "The object manager threw: why");
 }
 
 TEST_F(CmpiMBServiceTest, ThrowsWhenThereIsNoBroker) {

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace CmpiCpp {
 namespace {
@@ -134,6 +135,61 @@ TEST_F(ResultSinksTest, ListsKeepWhatWasDelivered) {
     ASSERT_EQ(list.paths().size(), 2U);
     EXPECT_EQ(list.paths()[0], path());
     EXPECT_EQ(list.paths()[1], changing);
+}
+
+/// The sink of a method, in hosts of every manner.
+class MethodResults : public ResultSinksTest, public testing::WithParamInterface<const char*> {
+protected:
+    struct Sink final : cimhost::ResultSink {
+        void instance(const cimhost::Instance& instance) override {
+            values.push_back(Value::instance(instance));
+        }
+        void path(const cimhost::ObjectPath& path) override {
+            values.push_back(Value::reference(path));
+        }
+        void data(const Value& value) override { values.push_back(value); }
+        bool isForMethod() const override { return true; }
+
+        std::vector<Value> values;
+    };
+
+    template <typename T>
+    CMPIrc returned(const T& value) {
+        MethodSink sink(_host.handle(), cimhost::makeResult(_host, _returned), nullptr);
+        return codeOf([&] { sink.deliver(value); });
+    }
+
+    Sink _returned;
+    const cimhost::Broker& _host = brokerOf(GetParam());
+};
+
+INSTANTIATE_TEST_SUITE_P(Manners, MethodResults,
+                         testing::Values("standard", "openpegasus", "sfcb", "strict", "mean"));
+
+TEST_P(MethodResults, MayBeReferences) {
+    EXPECT_EQ(returned(makeCmpiObjectPath(CmpiBroker(_host.handle()), "n", "PYL_Fan")), CMPI_RC_OK);
+    ASSERT_EQ(_returned.values.size(), 1U);
+    EXPECT_EQ(_returned.values[0].type(), CimType::reference);
+}
+
+TEST_P(MethodResults, MayBeInstances) {
+    const CmpiBroker host(_host.handle());
+    EXPECT_EQ(returned(dataOf(makeCmpiInstance(host, makeCmpiObjectPath(host, "n", "PYL_Fan")))),
+              CMPI_RC_OK);
+    ASSERT_EQ(_returned.values.size(), 1U);
+    EXPECT_EQ(_returned.values[0].type(), CimType::instance);
+}
+
+TEST_P(MethodResults, MayBeNull) {
+    const char* const none = nullptr;
+    EXPECT_EQ(returned(none), CMPI_RC_OK);
+    for (const Value& value : _returned.values) EXPECT_TRUE(value.isNull());
+}
+
+TEST_P(MethodResults, MayNotBeArraysWithNullsThatAHostMayNotSurvive) {
+    const CmpiBroker host(_host.handle());
+    EXPECT_EQ(returned(dataOf(makeCmpiArray(host, 1, CMPI_string))), CMPI_RC_ERR_INVALID_PARAMETER);
+    EXPECT_EQ(returned(dataOf(makeCmpiArray(host, 1, CMPI_uint8))), CMPI_RC_OK);
 }
 
 }  // namespace

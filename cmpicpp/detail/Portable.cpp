@@ -1,0 +1,110 @@
+#include "cmpicpp/detail/Portable.h"
+
+#include "cmpicpp/CmpiData.h"
+#include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/DataKind.h"
+
+#include <algorithm>
+
+namespace CmpiCpp {
+
+namespace {
+
+bool startsName(char character) noexcept {
+    return character == '_' || (character >= 'A' && character <= 'Z') ||
+           (character >= 'a' && character <= 'z') || static_cast<unsigned char>(character) >= 0x80;
+}
+
+bool continuesName(char character) noexcept {
+    return startsName(character) || (character >= '0' && character <= '9');
+}
+
+bool isName(std::string_view text) noexcept {
+    return !text.empty() && startsName(text.front()) && std::ranges::all_of(text, continuesName);
+}
+
+bool isObject(CMPIType type) noexcept {
+    return type == CMPI_string || type == CMPI_dateTime || type == CMPI_ref ||
+           type == CMPI_instance;
+}
+
+bool isNull(const CMPIData& data) noexcept {
+    return kindOf(data) == DataKind::null;
+}
+
+// Some hosts count the keys of the class, set or not.
+bool isUnset(const CMPIStatus& status, const CMPIData& data) noexcept {
+    return status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY || status.rc == CMPI_RC_ERR_NOT_FOUND ||
+           (data.state & (CMPI_nullValue | CMPI_badValue | CMPI_notFound)) != 0;
+}
+
+void copyKeys(const CMPIObjectPath* from, CMPIObjectPath* to) {
+    const CMPICount count = ask(from->ft->getKeyCount, from);
+    for (CMPICount index = 0; index < count; ++index) {
+        CMPIString* name = nullptr;
+        CMPIStatus status{CMPI_RC_OK, nullptr};
+        const CMPIData data = call(from->ft->getKeyAt, from, index, &name, &status);
+        if (isUnset(status, data)) continue;
+        check(status);
+        tell(to->ft->addKey, to, charsOf(name), &data.value, data.type);
+    }
+}
+
+CMPIObjectPath* copyOf(const CMPIBroker* broker, const CMPIObjectPath* path) {
+    const CMPIString* const nameSpace = ask(path->ft->getNameSpace, path);
+    const CMPIString* const className = ask(path->ft->getClassName, path);
+    CMPIObjectPath* const copy = made(
+        ask(broker->eft->newObjectPath, broker, charsOf(nameSpace), charsOf(className)), "path");
+    const char* const host = charsOf(ask(path->ft->getHostname, path));
+    if (*host != '\0') tell(copy->ft->setHostname, copy, host);
+    copyKeys(path, copy);
+    return copy;
+}
+
+CMPIInstance* copyOf(const CMPIBroker* broker, const CMPIInstance* instance) {
+    const CMPIObjectPath* const path = made(ask(instance->ft->getObjectPath, instance), "path");
+    CMPIInstance* const copy =
+        made(ask(broker->eft->newInstance, broker, copyOf(broker, path)), "instance");
+    const CMPICount count = ask(instance->ft->getPropertyCount, instance);
+    for (CMPICount index = 0; index < count; ++index) {
+        CMPIString* name = nullptr;
+        const CMPIData data = ask(instance->ft->getPropertyAt, instance, index, &name);
+        tell(copy->ft->setProperty, copy, charsOf(name), isNull(data) ? nullptr : &data.value,
+             data.type);
+    }
+    return copy;
+}
+
+CMPIDateTime* copyOf(const CMPIBroker* broker, const CMPIDateTime* dateTime) {
+    const CMPIString* const text = ask(dateTime->ft->getStringFormat, dateTime);
+    return made(ask(broker->eft->newDateTimeFromChars, broker, charsOf(text)), "datetime");
+}
+
+}  // namespace
+
+void requireName(const char* name) {
+    if (name && isName(name)) return;
+    throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "No name: '" + toString(name) + "'");
+}
+
+void requireNoNullObjects(const CMPIValue* value, CMPIType type) {
+    if (!value || (type & CMPI_ARRAY) == 0 || !isObject(type & ~CMPI_ARRAY)) return;
+    const CMPIArray* const array = value->array;
+    const CMPICount size = ask(array->ft->getSize, array);
+    for (CMPICount index = 0; index < size; ++index) {
+        if (!isNull(ask(array->ft->getElementAt, array, index))) continue;
+        throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, std::string("An array with a NULL ") +
+                                                            CmpiData::typeToString(type) +
+                                                            " cannot be passed on");
+    }
+}
+
+CMPIValue untilTheCallEnds(const CMPIBroker* broker, const CMPIValue& value, CMPIType type) {
+    CMPIValue copy = value;
+    if (type == CMPI_ref) copy.ref = copyOf(required(broker), value.ref);
+    if (type == CMPI_instance) copy.inst = copyOf(required(broker), value.inst);
+    if (type == CMPI_dateTime) copy.dateTime = copyOf(required(broker), value.dateTime);
+    return copy;
+}
+
+}  // namespace CmpiCpp
