@@ -5,9 +5,14 @@
 #include "cmpicpp/CmpiProvider.h"
 #include "pylcommon_export.h"
 
+#include <array>
+#include <cstddef>
 #include <mutex>
 
 namespace CmpiCpp {
+
+template <typename Kind>
+struct ServedMi;
 
 /// One provider of a module as the object manager loads it: the CMPI entry points and MI tables
 /// over one C++ provider object.
@@ -16,9 +21,17 @@ namespace CmpiCpp {
 /// An entry point answers CMPI_RC_ERR_NOT_SUPPORTED for a kind that the object is not, and what the
 /// factory threw when there is no object; the next call tries again.
 ///
-/// The clean-up of each MI asks unloadOK, unless the object manager is ending: 1 keeps this MI for
-/// now, 2 for ever. Otherwise the MI gives up its share of the object, and the clean-up of the last
-/// one calls the object's cleanup and deletes it.
+/// There is one MI of a kind, however often its entry point is called: some object managers make
+/// one for each class and clean one up for all.
+///
+/// The clean-up of the first kind asks unloadOK, unless the object manager is ending, and the
+/// answer is that of all kinds until one is cleaned up again: 1 keeps them for now, 2 for ever.
+/// Otherwise each kind gives up its share of the object, and the clean-up of the last one calls the
+/// object's cleanup and deletes it.
+///
+/// An MI stays valid as long as the module is loaded, since some object managers go on with one
+/// when another kind has refused, or when its clean-up has failed. Its next call takes a share of
+/// the object again, which is made anew when it has ended; a clean-up may be repeated.
 ///
 /// Safe from several threads; the factory and cleanup run under the module's lock and must not call
 /// its entry points. Constant-initialised static data: see PYL_CMPI_PROVIDER.
@@ -43,18 +56,34 @@ private:
     template <typename Kind>
     friend struct ServedMi;
 
+    /// Where the MI of a kind stands, once it was asked for.
+    struct Place {
+        alignas(std::max_align_t) std::array<std::byte, 40 * sizeof(void*)> bytes{};
+        bool isTaken = false;
+    };
+
     template <typename Kind>
     typename Kind::Mi* _create(const CMPIBroker*, const CMPIContext*, CMPIStatus*) noexcept;
     template <typename Kind>
-    typename Kind::Mi* _createLocked(const CMPIBroker*, const CMPIContext*);
+    ServedMi<Kind>& _served(const CMPIBroker*);
+    template <typename Kind>
+    typename Kind::Provider& _join(ServedMi<Kind>&, const CMPIContext*);
+    template <typename Kind>
+    typename Kind::Provider& _rejoin(ServedMi<Kind>&, const CMPIContext*);
+    template <typename Kind>
+    CMPIStatus _leave(ServedMi<Kind>&, const CMPIContext*, bool terminating) noexcept;
 
-    CMPIStatus _leave(const CMPIBroker*, const CMPIContext*, bool terminating) noexcept;
+    int _askToLeave(unsigned kind, const CMPIContext*);
     void _dispose(const CMPIContext*, bool terminating);
 
     const char* _name;
     Factory _factory;
     std::mutex _mutex;
     CmpiProvider* _provider = nullptr;  // owned; as its share count, guarded by _mutex
+    std::array<Place, 4> _places{};
+    // The unload in progress: the kinds that were asked to leave, as bits, and what they answer.
+    unsigned _askedKinds = 0;
+    int _unloadAnswer = 0;
 };
 
 }  // namespace CmpiCpp

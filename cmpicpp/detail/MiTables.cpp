@@ -19,18 +19,20 @@ CMPIStatus notSupported(Arguments...) noexcept {
 
 /// Runs `body` with the provider object of an MI.
 template <typename Kind, typename Body>
-CMPIStatus serve(const typename Kind::Mi* mi, Body&& body) noexcept {
-    const ServedMi<Kind>& served = ServedMi<Kind>::of(mi);
-    return enter(served.broker, [&] { body(served.provider, served.broker); });
+CMPIStatus serve(const typename Kind::Mi* mi, const CMPIContext* context, Body&& body) noexcept {
+    ServedMi<Kind>& served = ServedMi<Kind>::of(mi);
+    return enter(served.broker, [&] { body(served.object(context), served.broker); });
 }
 
 /// The same for operations that produce something.
 template <typename Kind, typename Body>
-CMPIStatus produce(const typename Kind::Mi* mi, const CMPIResult* result, Body&& body) noexcept {
-    return serve<Kind>(mi, [&](typename Kind::Provider& provider, const CMPIBroker* broker) {
-        body(provider, broker);
-        check(result->ft->returnDone(result));
-    });
+CMPIStatus produce(const typename Kind::Mi* mi, const CMPIContext* context,
+                   const CMPIResult* result, Body&& body) noexcept {
+    return serve<Kind>(mi, context,
+                       [&](typename Kind::Provider& provider, const CMPIBroker* broker) {
+                           body(provider, broker);
+                           tell(result->ft->returnDone, result);
+                       });
 }
 
 /// What a provider sees by reference during one call. It owns nothing, so its end is left out: that
@@ -65,7 +67,7 @@ Lent<const CmpiArgs> borrow(const CMPIBroker* broker, const CMPIArgs* args) noex
 
 CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context,
                              const CMPIResult* result, const CMPIObjectPath* path) noexcept {
-    return produce<InstanceKind>(mi, result, [&](auto& provider, auto* broker) {
+    return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
         Lent<PathSink> sink(result);
         provider.enumInstanceNames(CmpiContext(context), borrow(broker, path), sink);
     });
@@ -73,7 +75,7 @@ CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context,
 
 CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                          const CMPIObjectPath* path, const char** properties) noexcept {
-    return produce<InstanceKind>(mi, result, [&](auto& provider, auto* broker) {
+    return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
         Lent<InstanceSink> sink(result);
         provider.enumInstances(CmpiContext(context), borrow(broker, path), properties, sink);
     });
@@ -81,7 +83,7 @@ CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const C
 
 CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                        const CMPIObjectPath* path, const char** properties) noexcept {
-    return produce<InstanceKind>(mi, result, [&](auto& provider, auto* broker) {
+    return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
         Lent<InstanceSink> sink(result);
         provider.getInstance(CmpiContext(context), borrow(broker, path), properties, sink);
     });
@@ -89,7 +91,7 @@ CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMP
 
 CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* path, const CMPIInstance* instance) noexcept {
-    return produce<InstanceKind>(mi, result, [&](auto& provider, auto* broker) {
+    return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
         Lent<PathSink> sink(result);
         provider.createInstance(CmpiContext(context), borrow(broker, path),
                                 borrow(broker, instance), sink);
@@ -99,7 +101,7 @@ CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const 
 CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult*,
                           const CMPIObjectPath* path, const CMPIInstance* instance,
                           const char** properties) noexcept {
-    return serve<InstanceKind>(mi, [&](auto& provider, auto* broker) {
+    return serve<InstanceKind>(mi, context, [&](auto& provider, auto* broker) {
         provider.modifyInstance(CmpiContext(context), borrow(broker, path),
                                 borrow(broker, instance), properties);
     });
@@ -107,7 +109,7 @@ CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const 
 
 CMPIStatus deleteInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult*,
                           const CMPIObjectPath* path) noexcept {
-    return serve<InstanceKind>(mi, [&](auto& provider, auto* broker) {
+    return serve<InstanceKind>(mi, context, [&](auto& provider, auto* broker) {
         provider.deleteInstance(CmpiContext(context), borrow(broker, path));
     });
 }
@@ -126,7 +128,7 @@ void deliverFound(CmpiInstanceProvider& provider, const CmpiContext& context,
 // provider may hold a lock while it delivers.
 CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                      const CMPIObjectPath* path, const char* query, const char* language) noexcept {
-    return produce<InstanceKind>(mi, result, [&](auto& provider, auto* broker) {
+    return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
         const CmpiContext wrapped(context);
         PathList found;
         provider.execQuery(wrapped, borrow(broker, path), toString(query), toString(language),
@@ -144,7 +146,7 @@ CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const 
                        const CMPIObjectPath* path, const char* associationClass,
                        const char* resultClass, const char* role, const char* resultRole,
                        const char** properties) noexcept {
-    return produce<AssociationKind>(mi, result, [&](auto& provider, auto* broker) {
+    return produce<AssociationKind>(mi, context, result, [&](auto& provider, auto* broker) {
         Lent<InstanceSink> sink(result);
         provider.associators(CmpiContext(context), borrow(broker, path), associationClass,
                              resultClass, role, resultRole, properties, sink);
@@ -155,7 +157,7 @@ CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context,
                            const CMPIResult* result, const CMPIObjectPath* path,
                            const char* associationClass, const char* resultClass, const char* role,
                            const char* resultRole) noexcept {
-    return produce<AssociationKind>(mi, result, [&](auto& provider, auto* broker) {
+    return produce<AssociationKind>(mi, context, result, [&](auto& provider, auto* broker) {
         Lent<PathSink> sink(result);
         provider.associatorNames(CmpiContext(context), borrow(broker, path), associationClass,
                                  resultClass, role, resultRole, sink);
@@ -165,7 +167,7 @@ CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context,
 CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                       const CMPIObjectPath* path, const char* resultClass, const char* role,
                       const char** properties) noexcept {
-    return produce<AssociationKind>(mi, result, [&](auto& provider, auto* broker) {
+    return produce<AssociationKind>(mi, context, result, [&](auto& provider, auto* broker) {
         Lent<InstanceSink> sink(result);
         provider.references(CmpiContext(context), borrow(broker, path), resultClass, role,
                             properties, sink);
@@ -175,7 +177,7 @@ CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const C
 CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context,
                           const CMPIResult* result, const CMPIObjectPath* path,
                           const char* resultClass, const char* role) noexcept {
-    return produce<AssociationKind>(mi, result, [&](auto& provider, auto* broker) {
+    return produce<AssociationKind>(mi, context, result, [&](auto& provider, auto* broker) {
         Lent<PathSink> sink(result);
         provider.referenceNames(CmpiContext(context), borrow(broker, path), resultClass, role,
                                 sink);
@@ -187,7 +189,7 @@ CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context,
 CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPIResult* result,
                         const CMPIObjectPath* path, const char* method, const CMPIArgs* in,
                         CMPIArgs* out) noexcept {
-    return produce<MethodKind>(mi, result, [&](auto& provider, auto* broker) {
+    return produce<MethodKind>(mi, context, result, [&](auto& provider, auto* broker) {
         Lent<MethodSink> sink(broker, result, out);
         provider.invokeMethod(CmpiContext(context), borrow(broker, path), method,
                               borrow(broker, in), sink);
@@ -199,7 +201,7 @@ CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPI
 CMPIStatus authorizeFilter(CMPIIndicationMI* mi, const CMPIContext* context,
                            const CMPISelectExp* filter, const char* className,
                            const CMPIObjectPath* path, const char* owner) noexcept {
-    return serve<IndicationKind>(mi, [&](auto& provider, auto* broker) {
+    return serve<IndicationKind>(mi, context, [&](auto& provider, auto* broker) {
         provider.authorizeFilter(CmpiContext(context), filter, toString(className),
                                  borrow(broker, path), toString(owner));
     });
@@ -208,7 +210,7 @@ CMPIStatus authorizeFilter(CMPIIndicationMI* mi, const CMPIContext* context,
 CMPIStatus activateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
                           const CMPISelectExp* filter, const char* className,
                           const CMPIObjectPath* path, CMPIBoolean first) noexcept {
-    return serve<IndicationKind>(mi, [&](auto& provider, auto* broker) {
+    return serve<IndicationKind>(mi, context, [&](auto& provider, auto* broker) {
         provider.activateFilter(CmpiContext(context), filter, toString(className),
                                 borrow(broker, path), first != 0);
     });
@@ -217,20 +219,22 @@ CMPIStatus activateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
 CMPIStatus deactivateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
                             const CMPISelectExp* filter, const char* className,
                             const CMPIObjectPath* path, CMPIBoolean last) noexcept {
-    return serve<IndicationKind>(mi, [&](auto& provider, auto* broker) {
+    return serve<IndicationKind>(mi, context, [&](auto& provider, auto* broker) {
         provider.deactivateFilter(CmpiContext(context), filter, toString(className),
                                   borrow(broker, path), last != 0);
     });
 }
 
 CMPIStatus enableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
-    return serve<IndicationKind>(
-        mi, [&](auto& provider, auto*) { provider.enableIndications(CmpiContext(context)); });
+    return serve<IndicationKind>(mi, context, [&](auto& provider, auto*) {
+        provider.enableIndications(CmpiContext(context));
+    });
 }
 
 CMPIStatus disableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
-    return serve<IndicationKind>(
-        mi, [&](auto& provider, auto*) { provider.disableIndications(CmpiContext(context)); });
+    return serve<IndicationKind>(mi, context, [&](auto& provider, auto*) {
+        provider.disableIndications(CmpiContext(context));
+    });
 }
 
 /// The level of our tables. The slots that 2.1 added are filled all the same where the headers have

@@ -7,11 +7,15 @@
 #include "cmpicpp/CmpiMethodProvider.h"
 #include "cmpicpp/CmpiModule.h"
 
+#include <atomic>
+#include <cstddef>
+
 /// The four kinds of MI, and what stands behind one that the object manager got. Not installed.
 namespace CmpiCpp {
 
 /// Each kind names the types of both sides, and gives its table without name and cleanup.
 struct InstanceKind {
+    static constexpr std::size_t number = 0;
     using Mi = CMPIInstanceMI;
     using Table = CMPIInstanceMIFT;
     using Provider = CmpiInstanceProvider;
@@ -20,6 +24,7 @@ struct InstanceKind {
 };
 
 struct AssociationKind {
+    static constexpr std::size_t number = 1;
     using Mi = CMPIAssociationMI;
     using Table = CMPIAssociationMIFT;
     using Provider = CmpiAssociationProvider;
@@ -28,6 +33,7 @@ struct AssociationKind {
 };
 
 struct MethodKind {
+    static constexpr std::size_t number = 2;
     using Mi = CMPIMethodMI;
     using Table = CMPIMethodMIFT;
     using Provider = CmpiMethodProvider;
@@ -36,6 +42,7 @@ struct MethodKind {
 };
 
 struct IndicationKind {
+    static constexpr std::size_t number = 3;
     using Mi = CMPIIndicationMI;
     using Table = CMPIIndicationMIFT;
     using Provider = CmpiIndicationProvider;
@@ -43,17 +50,18 @@ struct IndicationKind {
     static Table table() noexcept;
 };
 
-/// One MI: what the object manager sees, and the way from there to the provider object.
+/// One MI: what the object manager sees, and the way from there to the provider object. It stands
+/// in the module and is never ended: a host may call an MI that it has cleaned up.
 template <typename Kind>
 struct ServedMi {
     typename Kind::Mi mi;
     typename Kind::Table table;
     CmpiModule& module;
-    typename Kind::Provider& provider;
+    std::atomic<typename Kind::Provider*> provider = nullptr;  ///< while the kind has its share
     const CMPIBroker* broker;
 
-    ServedMi(CmpiModule& owner, typename Kind::Provider& served, const CMPIBroker* from) noexcept
-        : table(Kind::table()), module(owner), provider(served), broker(from) {
+    ServedMi(CmpiModule& owner, const CMPIBroker* from) noexcept
+        : table(Kind::table()), module(owner), broker(from) {
         table.miName = owner._name;
         table.cleanup = _cleanup;
         mi.hdl = this;
@@ -66,13 +74,17 @@ struct ServedMi {
         return *static_cast<ServedMi*>(const_cast<void*>(static_cast<const void*>(mi->hdl)));
     }
 
+    /// The provider object, made anew or shared again where this kind was cleaned up.
+    typename Kind::Provider& object(const CMPIContext* context) {
+        auto* const served = provider.load(std::memory_order_acquire);
+        return served ? *served : module._rejoin(*this, context);
+    }
+
 private:
     static CMPIStatus _cleanup(typename Kind::Mi* mi, const CMPIContext* context,
                                CMPIBoolean terminating) noexcept {
         ServedMi& served = of(mi);
-        const CMPIStatus status = served.module._leave(served.broker, context, terminating != 0);
-        if (status.rc != CMPI_RC_DO_NOT_UNLOAD && status.rc != CMPI_RC_NEVER_UNLOAD) delete &served;
-        return status;
+        return served.module._leave(served, context, terminating != 0);
     }
 };
 

@@ -178,5 +178,79 @@ TEST_F(CmpiModuleTest, MakesOneObjectForEntryPointsThatAreCalledAtOnce) {
     EXPECT_EQ(_script.deleted, 1);
 }
 
+TEST_F(CmpiModuleTest, HandsOutOneMiAKindHoweverOftenItIsAsked) {
+    createAll();
+    CMPIMethodMI* const again = Test_Provider_Create_MethodMI(handle(), _context, nullptr);
+    EXPECT_EQ(again, _methodMi);
+    clean(_instanceMi, 0);
+    clean(_associationMi, 0);
+    clean(_indicationMi, 0);
+    EXPECT_EQ(clean(_methodMi, 0).rc, CMPI_RC_OK);
+    EXPECT_EQ(_script.cleaned, 1) << "one clean-up a kind is all that there may be";
+    EXPECT_EQ(_script.deleted, 1);
+}
+
+TEST_F(CmpiModuleTest, AsksOnceForAllKindsOfOneUnload) {
+    createAll();
+    int asked = 0;
+    _script.unload = [&asked] { ++asked; };
+    _script.unloadAnswer = 1;
+    for (int round = 1; round <= 2; ++round) {
+        EXPECT_EQ(clean(_instanceMi, 0).rc, CMPI_RC_DO_NOT_UNLOAD);
+        _script.unloadAnswer = 0;
+        EXPECT_EQ(clean(_associationMi, 0).rc, CMPI_RC_DO_NOT_UNLOAD);
+        EXPECT_EQ(clean(_methodMi, 0).rc, CMPI_RC_DO_NOT_UNLOAD);
+        EXPECT_EQ(clean(_indicationMi, 0).rc, CMPI_RC_DO_NOT_UNLOAD);
+        EXPECT_EQ(asked, round);
+        _script.unloadAnswer = 1;
+    }
+    EXPECT_EQ(clean(_instanceMi, 0).rc, CMPI_RC_DO_NOT_UNLOAD);
+    _script.unloadAnswer = 0;
+    EXPECT_EQ(clean(_instanceMi, 0).rc, CMPI_RC_OK) << "a kind that is asked again begins anew";
+    _script.unloadAnswer = 1;
+    EXPECT_EQ(clean(_associationMi, 0).rc, CMPI_RC_OK);
+    EXPECT_EQ(asked, 4);
+}
+
+TEST_F(CmpiModuleTest, ServesOnWhenAHostKeepsWhatItCleanedUp) {
+    createAll();
+    const auto invoke = [this](CMPIMethodMI* mi) {
+        CMPIArgs* const out = cimhost::makeArgs(realBroker, {});
+        return mi->ft->invokeMethod(mi, _context, _result, _path, "Reset", _in, out).rc;
+    };
+    CMPIMethodMI* const methodMi = _methodMi;
+    EXPECT_EQ(clean(_methodMi, 0).rc, CMPI_RC_OK);
+    EXPECT_EQ(invoke(methodMi), CMPI_RC_OK);
+    EXPECT_EQ(_script.made, 1) << "the other kinds have kept the object";
+    clean(_instanceMi, 0);
+    clean(_associationMi, 0);
+    clean(_indicationMi, 0);
+    EXPECT_EQ(_script.deleted, 0) << "the kind is in use again";
+    _methodMi = methodMi;
+    _script.clean = [] { throw CmpiStatus(CMPI_RC_ERR_FAILED, "stuck"); };
+    EXPECT_EQ(clean(_methodMi, 0).rc, CMPI_RC_ERR_FAILED);
+    EXPECT_EQ(_script.deleted, 1);
+
+    _script.clean = [] {};
+    EXPECT_EQ(invoke(methodMi), CMPI_RC_OK) << "a failed clean-up is a refusal in some hosts";
+    EXPECT_EQ(_script.made, 2);
+    _methodMi = methodMi;
+    EXPECT_EQ(clean(_methodMi, 1).rc, CMPI_RC_OK);
+    EXPECT_EQ(_script.deleted, 2);
+    EXPECT_EQ(methodMi->ft->cleanup(methodMi, _context, 1).rc, CMPI_RC_OK) << "once more";
+    EXPECT_EQ(_script.cleaned, 2);
+}
+
+TEST_F(CmpiModuleTest, ACallFailsWhenTheObjectCannotBeMadeAgain) {
+    _methodMi = Test_Provider_Create_MethodMI(handle(), _context, nullptr);
+    CMPIMethodMI* const methodMi = _methodMi;
+    clean(_methodMi, 0);
+    maker = [](const CmpiBroker&) -> CmpiProvider* {
+        throw CmpiStatus(CMPI_RC_ERR_ACCESS_DENIED, "no hardware");
+    };
+    expectStatus(methodMi->ft->invokeMethod(methodMi, _context, _result, _path, "Reset", _in, _out),
+                 CMPI_RC_ERR_ACCESS_DENIED, "no hardware");
+}
+
 }  // namespace
 }  // namespace CmpiCpp::test

@@ -140,9 +140,7 @@ void adaptToArrays(CMPIObjectPathFT& path, CMPIInstanceFT& instance, CMPIDateTim
 }
 
 void endOnDanglingArray(const ArrayObject& array) noexcept {
-    if (array.isDangling && *array.isDangling) {
-        endAs(*array.broker, Habit::keepsPointersOfElements);
-    }
+    if (array.isDangling && *array.isDangling) endAs(*array.broker, Habit::keepsPointersOfElements);
 }
 
 void endOnArrayWithNulls(const Broker& broker, const CMPIValue* value, CMPIType type) noexcept {
