@@ -72,6 +72,7 @@ public:
     FilterCall(const Broker& broker, RequestContext request, const FilterMeaning& filter,
                const std::string& nameSpace)
         : _className(filter.query->className),
+          _namesNoClass(broker.manner().has(Habit::passesNoClassToFilters)),
           _owner(request.principal),
           _call(broker, _in(std::move(request), nameSpace), _answer),
           _filter(makeSelectExp(broker, filter.query)) {
@@ -102,13 +103,13 @@ public:
     }
 
     void activate(const MiUse<CMPIIndicationMI>& use, bool isFirst) {
-        _call.tell(use, &CMPIIndicationMIFT::activateFilter, _filter, _className.c_str(), _path,
-                   CMPIBoolean{isFirst});
+        _call.tell(use, &CMPIIndicationMIFT::activateFilter, _filter,
+                   _namesNoClass ? nullptr : _className.c_str(), _path, CMPIBoolean{isFirst});
     }
 
     void deactivate(const MiUse<CMPIIndicationMI>& use, bool isLast) {
-        _call.tell(use, &CMPIIndicationMIFT::deActivateFilter, _filter, _className.c_str(), _path,
-                   CMPIBoolean{isLast});
+        _call.tell(use, &CMPIIndicationMIFT::deActivateFilter, _filter,
+                   _namesNoClass ? "" : _className.c_str(), _path, CMPIBoolean{isLast});
     }
 
 private:
@@ -119,6 +120,7 @@ private:
     }
 
     std::string _className;
+    bool _namesNoClass;  ///< where filters come and go
     std::string _owner;
     PollAnswer _answer;
     ProviderCall _call;
@@ -195,8 +197,9 @@ void FilterActivation::_activate(const RequestContext& request, const Active& ac
     try {
         FilterCall call(_broker, request, active.filter, activation.nameSpace);
         const CMPIIndicationMIFT& table = *provider.use.get()->ft;
-        if (table.authorizeFilter) call.authorize(provider.use);
-        if (table.mustPoll) {
+        const bool isAuthorized = _broker.manner().has(Habit::skipsAuthorization);
+        if (table.authorizeFilter && !isAuthorized) call.authorize(provider.use);
+        if (table.mustPoll && !isAuthorized) {
             try {
                 if (call.mustPoll(provider.use)) {
                     _log(BrokerLog::Level::warning, provider.registration.provider,
@@ -226,7 +229,7 @@ void FilterActivation::enable(const RequestContext& request, Active& active) {
             PollAnswer nothing;
             RequestContext context = request;
             context.nameSpace = activation.nameSpace;
-            ProviderCall(_broker, context, nothing)
+            ProviderCall::atStart(_broker, context, nothing)
                 .tell(provider.use, &CMPIIndicationMIFT::enableIndications);
         } catch (const CimError& error) {
             _log(BrokerLog::Level::warning, provider.registration.provider,
@@ -241,10 +244,29 @@ void FilterActivation::deactivate(const RequestContext& request, Active& active)
     }
 }
 
+void FilterActivation::_disable(const RequestContext& request, const std::string& nameSpace,
+                                Provider& provider) noexcept {
+    try {
+        if (provider.isEnabled && provider.use.get()->ft->disableIndications) {
+            PollAnswer nothing;
+            RequestContext context = request;
+            context.nameSpace = nameSpace;
+            ProviderCall(_broker, context, nothing)
+                .tell(provider.use, &CMPIIndicationMIFT::disableIndications);
+        }
+    } catch (const std::exception& error) {
+        _log(BrokerLog::Level::warning, provider.registration.provider,
+             std::string("disableIndications: ") + error.what());
+    }
+}
+
 void FilterActivation::_deactivate(const RequestContext& request, const Active& active,
                                    Activation& activation) noexcept {
     Provider& provider = *std::exchange(activation.provider, nullptr);
     const std::string& className = active.filter.query->className;
+    const bool disablesFirst =
+        _broker.manner().has(Habit::disablesBeforeTheLastFilter) && provider.filters == 1;
+    if (disablesFirst) _disable(request, activation.nameSpace, provider);
     try {
         const auto count = provider.filtersByClass.find(className);
         const bool isLast = --count->second == 0;
@@ -256,18 +278,7 @@ void FilterActivation::_deactivate(const RequestContext& request, const Active& 
              std::string("deActivateFilter: ") + error.what());
     }
     if (--provider.filters != 0) return;
-    try {
-        if (provider.isEnabled && provider.use.get()->ft->disableIndications) {
-            PollAnswer nothing;
-            RequestContext context = request;
-            context.nameSpace = activation.nameSpace;
-            ProviderCall(_broker, context, nothing)
-                .tell(provider.use, &CMPIIndicationMIFT::disableIndications);
-        }
-    } catch (const std::exception& error) {
-        _log(BrokerLog::Level::warning, provider.registration.provider,
-             std::string("disableIndications: ") + error.what());
-    }
+    if (!disablesFirst) _disable(request, activation.nameSpace, provider);
     _leave(provider);
 }
 

@@ -54,6 +54,8 @@ private:
 
     std::vector<Activation> _providersOf(const FilterMeaning& filter) const;
     void _activate(const RequestContext& request, const Active& filter, Activation& activation);
+    void _disable(const RequestContext& request, const std::string& nameSpace,
+                  Provider& provider) noexcept;
     void _deactivate(const RequestContext& request, const Active& filter,
                      Activation& activation) noexcept;
     Provider& _join(const Registration& registration);

@@ -20,6 +20,7 @@ struct ModuleHost::Hosted {
 struct ModuleHost::Slot {
     virtual ~Slot() = default;
     virtual CMPIStatus cleanUp(const CMPIContext* context, bool isTerminating) = 0;
+    virtual ProviderType kind() const noexcept = 0;
 
     Provider* provider = nullptr;
     CallGate gate;           ///< open while the MI may be called
@@ -33,6 +34,7 @@ struct ModuleHost::TypedSlot final : Slot {
         if (!mi->ft->cleanup) return {CMPI_RC_OK, nullptr};
         return mi->ft->cleanup(mi, context, isTerminating ? 1 : 0);
     }
+    ProviderType kind() const noexcept override { return MiKind<MI>::type; }
 
     MI* mi = nullptr;
 };
@@ -83,15 +85,39 @@ std::chrono::steady_clock::time_point endOf(std::chrono::milliseconds patience) 
     return patience < left ? now + patience : Clock::time_point::max();
 }
 
+// A class belongs to the module that registered it first.
+Registrations firstOfEachClass(const Registrations& all) {
+    Registrations first;
+    std::map<std::string, std::string, NameLess> modules;
+    for (const Registration& each : all.all()) {
+        const auto found = modules.emplace(each.nameSpace + ':' + each.className, each.module);
+        if (found.first->second == each.module) first.add(each);
+    }
+    return first;
+}
+
+Registrations registrationsFor(const Manner& manner, Registrations all) {
+    const bool takesFirst = manner.has(Habit::takesTheFirstRegistration);
+    return takesFirst ? firstOfEachClass(all) : std::move(all);
+}
+
+// Who shares an MI of a kind: all classes of a provider, or each class alone.
+std::string sharersOf(const Manner& manner, const Registration& registration) {
+    if (!manner.has(Habit::makesAnMiForEachClass)) return registration.provider;
+    return registration.provider + ' ' + registration.nameSpace + ':' + registration.className;
+}
+
 }  // namespace
 
 ModuleHost::ModuleHost(const Broker& broker, Registrations registrations,
                        std::vector<std::filesystem::path> folders)
-    : _broker(broker), _registrations(std::move(registrations)), _folders(std::move(folders)) {
+    : _broker(broker),
+      _registrations(registrationsFor(broker.manner(), std::move(registrations))),
+      _folders(std::move(folders)) {
     for (const Registration& registration : _registrations.all()) {
         auto& module = _modules[registration.module];
         if (!module) module = std::make_unique<Hosted>(Hosted{registration.module, {}, {}});
-        auto& provider = _providers[registration.provider];
+        auto& provider = _providers[sharersOf(broker.manner(), registration)];
         if (!provider) provider = std::make_unique<Provider>(registration, *module);
     }
 }
@@ -108,7 +134,7 @@ void ModuleHost::addStatic(const std::string& module, StaticModule factories) {
 
 template <typename MI>
 MiUse<MI> ModuleHost::use(const Registration& registration) {
-    Provider& provider = *_providers.at(registration.provider);
+    Provider& provider = *_providers.at(sharersOf(_broker.manner(), registration));
     auto& slot = std::get<TypedSlot<MI>>(provider.slots);
     if (!slot.gate.enter()) _start(provider, slot);
     return MiUse<MI>(slot.mi, slot.gate, provider.name);
@@ -161,7 +187,7 @@ MI* ModuleHost::_create(Provider& provider) {
     RequestContext request;
     request.nameSpace = provider.nameSpace;
     CMPIStatus status{CMPI_RC_OK, nullptr};
-    const CMPIContext* const context = makeContext(_broker, request);
+    const CMPIContext* const context = makeStartContext(_broker, request);
     MI* const mi = callProvider(provider.name, [&] {
         return factory(_broker.handle(), context, provider.name.c_str(), &status);
     });
@@ -194,7 +220,7 @@ CMPIStatus ModuleHost::_cleanUp(Slot& slot, bool isTerminating) noexcept {
         const CallScope scope;
         RequestContext request;
         request.nameSpace = slot.provider->nameSpace;
-        const CMPIContext* const context = makeContext(_broker, request);
+        const CMPIContext* const context = makeStartContext(_broker, request);
         status = callProvider(name, [&] { return slot.cleanUp(context, isTerminating); });
         const bool stays = status.rc == CMPI_RC_DO_NOT_UNLOAD || status.rc == CMPI_RC_NEVER_UNLOAD;
         if (isTerminating || !stays) requireSuccess(status, name);
@@ -226,14 +252,23 @@ bool ModuleHost::_closeIfIdle(const std::vector<Slot*>& slots) noexcept {
     return false;
 }
 
-// True when the MI is gone; otherwise it can be called again.
-bool ModuleHost::_askToLeave(Slot& slot) noexcept {
+// Where an MI is made for each class, one of each kind is cleaned up for all of the module.
+bool ModuleHost::_isSpared(const Slot& slot, const std::vector<Slot*>& slots) const noexcept {
+    if (!_broker.manner().has(Habit::makesAnMiForEachClass)) return false;
+    const auto first = std::find_if(slots.begin(), slots.end(), [&slot](const Slot* other) {
+        return &other->provider->module == &slot.provider->module && other->kind() == slot.kind();
+    });
+    return *first != &slot;
+}
+
+// False when the MI stays and can be called again.
+bool ModuleHost::_agreesToLeave(Slot& slot) noexcept {
     if (!slot.isForever) {
         const CMPIrc answer = _cleanUp(slot, false).rc;
-        if (answer != CMPI_RC_DO_NOT_UNLOAD && answer != CMPI_RC_NEVER_UNLOAD) {
-            _remove(slot);
-            return true;
-        }
+        const bool stays =
+            answer == CMPI_RC_DO_NOT_UNLOAD || answer == CMPI_RC_NEVER_UNLOAD ||
+            (answer != CMPI_RC_OK && _broker.manner().has(Habit::goesOnAfterRefusedUnload));
+        if (!stays) return true;
         slot.isForever = answer == CMPI_RC_NEVER_UNLOAD;
     }
     slot.gate.open();
@@ -247,9 +282,21 @@ UnloadOutcome ModuleHost::unload(const std::string& module) {
         return UnloadOutcome::notLoaded;
     }
     const std::vector<Slot*> slots = _slotsOf(*found->second);
+    std::vector<Slot*> leaving;
+    leaving.reserve(slots.size());
     if (!_closeIfIdle(slots)) return UnloadOutcome::busy;
-    bool isEmpty = true;
-    for (Slot* const slot : slots) isEmpty = _askToLeave(*slot) && isEmpty;
+    for (Slot* const slot : slots) {
+        if (_isSpared(*slot, slots) || _agreesToLeave(*slot)) leaving.push_back(slot);
+    }
+    const bool isEmpty = leaving.size() == slots.size();
+    const bool goesOn = !isEmpty && _broker.manner().has(Habit::goesOnAfterRefusedUnload);
+    for (Slot* const slot : leaving) {
+        if (goesOn) {
+            slot->gate.open();
+        } else {
+            _remove(*slot);
+        }
+    }
     if (!isEmpty) return UnloadOutcome::kept;
     std::erase(_loaded, found->second.get());
     found->second->code.reset();
@@ -271,7 +318,7 @@ bool ModuleHost::shutDown(std::chrono::milliseconds patience) {
                                     [end](Slot* slot) { return slot->gate.waitUntilIdle(end); });
     for (Slot* const slot : created) {
         if (!slot->gate.waitUntilIdle(std::chrono::steady_clock::now())) continue;
-        _cleanUp(*slot, true);
+        if (!_isSpared(*slot, created)) _cleanUp(*slot, true);
         _remove(*slot);
     }
     _closeUnused();

@@ -109,7 +109,8 @@ private:
     CMPIStatus _cleanUp(Slot& slot, bool isTerminating) noexcept;
     std::vector<Slot*> _slotsOf(const Hosted& module) const;
     bool _closeIfIdle(const std::vector<Slot*>& slots) noexcept;
-    bool _askToLeave(Slot& slot) noexcept;
+    bool _isSpared(const Slot& slot, const std::vector<Slot*>& slots) const noexcept;
+    bool _agreesToLeave(Slot& slot) noexcept;
     void _refuseWhenStopping() const;
     void _closeUnused();
 

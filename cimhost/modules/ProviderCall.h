@@ -52,6 +52,12 @@ public:
     ProviderCall(const Broker& broker, const RequestContext& request, ResultSink& sink)
         : _context(makeContext(broker, request)), _result(makeResult(broker, sink)) {}
 
+    /// The same for what no request makes: the start of indications.
+    static ProviderCall atStart(const Broker& broker, const RequestContext& request,
+                                ResultSink& sink) {
+        return {broker, request, sink, makeStartContext};
+    }
+
     /// Calls the function in this slot of the MI's table, with the context, the result and the
     /// arguments. Throws what the sink threw, else the provider's failure as a CimError:
     /// notSupported for a null slot.
@@ -81,6 +87,12 @@ public:
     }
 
 private:
+    using MakeContext = CMPIContext* (*)(const Broker&, const RequestContext&);
+
+    ProviderCall(const Broker& broker, const RequestContext& request, ResultSink& sink,
+                 MakeContext make)
+        : _context(make(broker, request)), _result(makeResult(broker, sink)) {}
+
     template <typename MI, typename Slot>
     static void _requireSlot(const MiUse<MI>& use, Slot slot) {
         if (use.get()->ft && use.get()->ft->*slot) return;

@@ -3,6 +3,7 @@
 #include "cimhost/objects/ContextHandle.h"
 #include "cimhost/objects/Entry.h"
 #include "cimhost/objects/InstanceHandle.h"
+#include "cimhost/objects/MannerTables.h"
 
 namespace cimhost {
 
@@ -40,6 +41,22 @@ CMPIStatus deliverIndication(const CMPIBroker* handle, const CMPIContext* contex
             code = CMPI_RC_ERR_NOT_SUPPORTED;
         }
     });
+}
+
+CMPIStatus deliverByManner(const CMPIBroker* handle, const CMPIContext* context,
+                           const char* nameSpace, const CMPIInstance* indication) noexcept {
+    const Broker* const broker = Broker::find(handle);
+    if (!broker) return deliverIndication(handle, context, nameSpace, indication);
+    const Manner& manner = broker->manner();
+    if (!context && manner.has(Habit::crashesWithoutContext)) {
+        endAs(*broker, Habit::crashesWithoutContext);
+    }
+    const CMPIStatus status = deliverIndication(handle, context, nameSpace, indication);
+    if (manner.has(Habit::cutsIndicationsInPlace)) {
+        static const char* nothing[] = {nullptr};
+        InstanceObject::table.setPropertyFilter(indication, nothing, nullptr);
+    }
+    return manner.has(Habit::takesEveryIndication) ? CMPIStatus{CMPI_RC_OK, nullptr} : status;
 }
 
 }  // namespace
@@ -85,6 +102,13 @@ void PreparedContexts::detach(const CMPIContext* context) {
 
 void PreparedContexts::_end(const CMPIContext* context) noexcept {
     if (ContextObject* const object = findObject<ContextObject>(context)) endObject(*object);
+}
+
+void adaptIndications(CMPIBrokerFT& table, const Manner& manner) noexcept {
+    if (manner.has(Habit::crashesWithoutContext) || manner.has(Habit::cutsIndicationsInPlace) ||
+        manner.has(Habit::takesEveryIndication)) {
+        table.deliverIndication = deliverByManner;
+    }
 }
 
 void fillThreadsAndIndications(CMPIBrokerFT& table) {

@@ -62,10 +62,13 @@ bool isPresent(const TextRow& row, ContextObject& object) noexcept {
 template <typename Visit>
 void visitEntries(ContextObject& object, Visit&& visit) {
     for (const TextRow& row : textRows) {
-        if (!isPresent(row, object)) continue;
+        if (object.isBare || !isPresent(row, object)) continue;
         if (visit(row.name, [&] { return textData(object, row.text(object)); })) return;
     }
-    if (visit(std::string_view(CMPIInvocationFlags), [&] { return flagsData(object); })) return;
+    if (!object.isBare &&
+        visit(std::string_view(CMPIInvocationFlags), [&] { return flagsData(object); })) {
+        return;
+    }
     for (const ContextObject::Entry& entry : object.added) {
         if (visit(std::string_view(entry.name), [&] { return addedData(object, entry); })) return;
     }
@@ -146,6 +149,7 @@ CMPIStatus addEntry(const CMPIContext* context, const char* name, const CMPIValu
                     CMPIType type) noexcept {
     return enter<ContextObject>(context, [&](ContextObject& object, CMPIrc&) {
         const std::string_view wanted = required(name);
+        object.isBare = false;
         for (const TextRow& row : textRows) {
             if (equalNames(row.name, wanted)) return setText(row.text(object), value, type);
         }
@@ -172,6 +176,13 @@ const CMPIContextFT ContextObject::table = {
 
 CMPIContext* makeContext(const Broker& broker, const RequestContext& context) {
     return &make<ContextObject>(Home{broker}, context);
+}
+
+CMPIContext* makeStartContext(const Broker& broker, const RequestContext& context) {
+    if (!broker.manner().has(Habit::hasEmptyContextsAtStart)) return makeContext(broker, context);
+    auto& made = make<ContextObject>(Home{broker}, RequestContext{});
+    made.isBare = true;
+    return &made;
 }
 
 const RequestContext& modelOf(const CMPIContext* context) {

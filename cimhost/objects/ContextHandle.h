@@ -27,6 +27,7 @@ struct ContextObject : ObjectBase<CMPIContext, ObjectKind::context> {
     RequestContext request;
     std::string role;
     std::vector<Entry> added;
+    bool isBare = false;  ///< shows nothing but what was added
 };
 
 }  // namespace cimhost

@@ -193,7 +193,7 @@ constexpr auto rows = std::to_array<HabitRow>({
      .library = "AlertThread attaches itself.", .provider = "Attach your threads."},
     {PYL_HABIT(refusesPropertyUpCalls), .hosts = sfcb | mean,
      .says = "The up-calls getProperty and setProperty are NOT_SUPPORTED.",
-     .library = "Passes the code on.", .provider = "Use getInstance and modifyInstance."},
+     .library = "Uses getInstance and modifyInstance then.", .provider = "Use getInstance and modifyInstance."},
     {PYL_HABIT(returnsNullPropertiesAsBoolean), .hosts = openPegasus,
      .says = "The up-call getProperty gives a NULL as a boolean.",
      .library = "Looks at the state first.", .provider = "Look at the state first."},
@@ -202,7 +202,7 @@ constexpr auto rows = std::to_array<HabitRow>({
      .provider = "Its failure is no event."},
     {PYL_HABIT(cutsIndicationsInPlace), .hosts = sfcb | mean,
      .says = "deliverIndication drops what the query does not select from the provider's own "
-             "instance.",
+             "instance: here all of it.",
      .library = "Makes a fresh instance for each delivery.", .provider = "Do the same."},
     {PYL_HABIT(refusesObjectsAsMethodResults), .hosts = openPegasus,
      .says =

@@ -80,6 +80,7 @@ void MannerTables::adapt(CMPIBrokerFT& table, CMPIBroker& handle) const noexcept
     handle.eft = &_encapsulation;
     if (_manner.has(Habit::hasNoMemoryFunctions)) handle.mft = nullptr;
     if (_manner.has(Habit::namesAnOldVersion)) table.brokerVersion = 0;
+    adaptIndications(table, _manner);
 }
 
 void endAs(const Broker& broker, Habit habit) noexcept {

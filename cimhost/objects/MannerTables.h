@@ -53,6 +53,9 @@ void adaptToArrays(CMPIBrokerEncFT& table, const Manner& manner) noexcept;
 void adaptToArrays(CMPIObjectPathFT& path, CMPIInstanceFT& instance, CMPIDateTimeFT& dateTime,
                    CMPIStringFT& string, const Manner& manner) noexcept;
 
+/// The slots of indications.
+void adaptIndications(CMPIBrokerFT& table, const Manner& manner) noexcept;
+
 class Broker;
 struct ArrayObject;
 

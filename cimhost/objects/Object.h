@@ -117,7 +117,7 @@ template <typename Object, typename... Arguments>
 Object& makeSized(const Home& home, std::size_t extra, Arguments&&... arguments) {
     static_assert(sizeof(Object) <= Arena::largestBlock && alignof(Object) <= 16);
     const std::size_t size = sizeof(Object) + extra;
-    ObjectScope& scope = ObjectScope::current(home.broker);
+    ObjectScope& scope = ObjectScope::current(home.broker, Object::kindOfObject);
     void* const block = scope.arena().allocate(size);
     Object* object = nullptr;
     try {

@@ -1,6 +1,7 @@
 #include "cimhost/objects/ObjectScope.h"
 
 #include "cimhost/objects/Broker.h"
+#include "cimhost/objects/MannerTables.h"
 #include "cimhost/objects/Object.h"
 
 #include <cassert>
@@ -34,7 +35,11 @@ ObjectScope::~ObjectScope() {
     endObjects(_objects);
 }
 
-ObjectScope& ObjectScope::_makeImplicit(const Broker& broker) {
+ObjectScope& ObjectScope::_makeImplicit(const Broker& broker, ObjectKind kind) {
+    if ((kind == ObjectKind::objectPath || kind == ObjectKind::instance) &&
+        broker.manner().has(Habit::crashesOnUnattachedThreads)) {
+        endAs(broker, Habit::crashesOnUnattachedThreads);
+    }
     if (threadHasEnded) throw std::bad_alloc();
     ObjectScope* const scope = begin(Kind::implicit);
     broker.warnOfStrayThread();

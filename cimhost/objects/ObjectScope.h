@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cimhost/objects/Arena.h"
+#include "cimhost/objects/BrokerTables.h"
 
 namespace cimhost {
 
@@ -13,9 +14,9 @@ class ObjectScope {
 public:
     enum class Kind { call, mark, attached, implicit };
 
-    /// The innermost scope of this thread. Where there is none, one is made that lasts until the
-    /// thread ends. Throws std::bad_alloc.
-    static ObjectScope& current(const Broker& broker);
+    /// The innermost scope of this thread, for an object of this kind. Where there is none, one is
+    /// made that lasts until the thread ends. Throws std::bad_alloc.
+    static ObjectScope& current(const Broker& broker, ObjectKind kind);
 
     /// Begins a scope on this thread, within the innermost one. Throws std::bad_alloc.
     static ObjectScope* begin(Kind kind);
@@ -41,7 +42,7 @@ private:
         : _outer(outer), _thread(&threadMark), _kind(kind) {}
     ~ObjectScope();
 
-    static ObjectScope& _makeImplicit(const Broker& broker);
+    static ObjectScope& _makeImplicit(const Broker& broker, ObjectKind kind);
     friend struct ThreadEnd;
 
     inline static constinit thread_local ObjectScope* innermost = nullptr;
@@ -54,8 +55,8 @@ private:
     Kind _kind;
 };
 
-inline ObjectScope& ObjectScope::current(const Broker& broker) {
-    return innermost ? *innermost : _makeImplicit(broker);
+inline ObjectScope& ObjectScope::current(const Broker& broker, ObjectKind kind) {
+    return innermost ? *innermost : _makeImplicit(broker, kind);
 }
 
 }  // namespace cimhost

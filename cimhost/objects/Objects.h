@@ -87,6 +87,8 @@ CMPIArray* makeArray(const Broker& broker, const Value& array);
 /// CimError invalidParameter when the text is no CIM datetime.
 CMPIDateTime* makeDateTime(const Broker& broker, std::string_view text);
 CMPIContext* makeContext(const Broker& broker, const RequestContext& context);
+/// Of a call that no request makes: a factory, a clean-up, the start of indications.
+CMPIContext* makeStartContext(const Broker& broker, const RequestContext& context);
 CMPIEnumeration* makeEnumeration(const Broker& broker, std::vector<Instance> instances);
 CMPIEnumeration* makeEnumeration(const Broker& broker, std::vector<ObjectPath> paths);
 

@@ -49,17 +49,19 @@ bool serves(const Servers& servers, const Target& target, const Registration& re
     return nearest && equalNames(nearest->className, registration.className);
 }
 
-// One registration for each provider to ask.
-std::vector<const Registration*> providersFor(const ModuleHost& modules, const Servers& servers,
-                                              const Target& target,
+// One registration for each provider to ask, or where the host asks about each class, for each.
+std::vector<const Registration*> providersFor(const Manner& manner, const ModuleHost& modules,
+                                              const Servers& servers, const Target& target,
                                               const std::string& associationClass) {
     const NameSpace& nameSpace = target.nameSpace;
     std::vector<const Registration*> chosen;
     for (const Registration* const each :
          modules.registrations().all(ProviderType::association, nameSpace.name())) {
-        const bool isChosen = std::any_of(
-            chosen.begin(), chosen.end(),
-            [each](const Registration* other) { return other->provider == each->provider; });
+        const bool isChosen =
+            !manner.has(Habit::namesTheRegisteredAssociation) &&
+            std::any_of(chosen.begin(), chosen.end(), [each](const Registration* other) {
+                return other->provider == each->provider;
+            });
         if (isChosen || !serves(servers, target, *each, associationClass)) continue;
         const Class* const association = nameSpace.findClass(each->className);
         if (canReferTo(nameSpace, association, target.definition)) chosen.push_back(each);
@@ -69,11 +71,13 @@ std::vector<const Registration*> providersFor(const ModuleHost& modules, const S
 
 /// What the providers of one walk answer. Of those that are asked about all associations, some say
 /// "not supported" for want of one here: that counts only where nobody has an answer. Who says so to
-/// a filter may have had results, and ends the walk.
+/// a filter may have had results, and ends the walk. In some hosts "not supported" always means that
+/// the association is not the provider's own.
 class Answers {
 public:
-    explicit Answers(const AssociationFilter& filter) noexcept
-        : _isFiltered(!filter.associationClass.empty() || !filter.resultClass.empty() ||
+    Answers(const Manner& manner, const AssociationFilter& filter) noexcept
+        : _dropsRefusals(manner.has(Habit::dropsRefusedAssociations)),
+          _isFiltered(!filter.associationClass.empty() || !filter.resultClass.empty() ||
                       !filter.role.empty() || !filter.resultRole.empty()) {}
 
     template <typename Ask>
@@ -82,23 +86,31 @@ public:
             runWalk(ask);
             _hasAnswer = true;
         } catch (const CimError& error) {
-            if (_isFiltered || error.code() != CimCode::notSupported) throw;
+            if (error.code() != CimCode::notSupported || (_isFiltered && !_dropsRefusals)) throw;
             _refusal = error;
         }
     }
 
     void requireOne() const {
-        if (_refusal && !_hasAnswer) throw CimError(*_refusal);
+        if (_refusal && !_hasAnswer && !_dropsRefusals) throw CimError(*_refusal);
     }
 
 private:
     std::optional<CimError> _refusal;
+    bool _dropsRefusals;
     bool _isFiltered;
     bool _hasAnswer = false;
 };
 
 const char* orNull(const std::string& text) noexcept {
     return text.empty() ? nullptr : text.c_str();
+}
+
+// The association class that a provider is told.
+const char* associationFor(const Manner& manner, const Registration& registration,
+                           const AssociationFilter& filter) noexcept {
+    const bool isRegistered = manner.has(Habit::namesTheRegisteredAssociation);
+    return isRegistered ? registration.className.c_str() : orNull(filter.associationClass);
 }
 
 CMPIFlags walkFlags(const InstanceOptions& options) noexcept {
@@ -121,12 +133,17 @@ private:
     const PropertySelection& _selection;
 };
 
+/// Among the arguments for a provider: the association class, which some hosts name otherwise for
+/// each.
+struct ToldAssociation {};
+
 /// One walk: what it is about, and whom it asks.
 struct Walk {
     Broker& broker;
     ModuleHost& modules;
     Servers& servers;
     const RequestContext& request;
+    const ObjectPath& written;
     const AssociationFilter& filter;
     Target target;
     ObjectPath source;
@@ -138,6 +155,7 @@ struct Walk {
           modules(modules),
           servers(servers),
           request(request),
+          written(path),
           filter(wanted),
           target(requireTarget(broker.repository(), request, path)),
           source(requireInstancePath(broker.repository(), request, target, path)),
@@ -159,16 +177,27 @@ struct Walk {
     void ask(const std::string& associationClass, CMPIFlags flags, auto makeResults, Slot slot,
              Arguments... arguments) const {
         const RequestContext context = providerContext(request, target.nameSpace, flags);
-        Answers answers(filter);
+        Answers answers(broker.manner(), filter);
         for (const Registration* const each :
-             providersFor(modules, servers, target, associationClass)) {
+             providersFor(broker.manner(), modules, servers, target, associationClass)) {
             auto results = makeResults(each->provider);
             answers.take([&] {
-                askProvider<CMPIAssociationMI>(broker, modules, *each, context, results, source,
-                                               slot, arguments...);
+                askProvider<CMPIAssociationMI>(
+                    broker, modules, *each, context, results,
+                    pathForProvider(broker.manner(), request, written, source), slot,
+                    _argumentFor(*each, arguments)...);
             });
         }
         answers.requireOne();
+    }
+
+private:
+    const char* _argumentFor(const Registration& provider, ToldAssociation) const noexcept {
+        return associationFor(broker.manner(), provider, filter);
+    }
+    template <typename Argument>
+    Argument _argumentFor(const Registration&, Argument argument) const noexcept {
+        return argument;
     }
 };
 
@@ -178,10 +207,10 @@ void Operations::associators(const RequestContext& request, const ObjectPath& pa
                              const AssociationFilter& filter, const InstanceOptions& options,
                              InstanceSink& sink) {
     const Walk walk(_broker, _modules, _servers, request, path, filter);
-    const PropertySelection selection{options.propertyList, nullptr};
+    const PropertySelection selection = selectionOf(_broker.manner(), options);
     walk.ask(filter.associationClass, walkFlags(options), walk.into<InstanceWalk>(sink, selection),
-             &CMPIAssociationMIFT::associators, orNull(filter.associationClass),
-             orNull(filter.resultClass), orNull(filter.role), orNull(filter.resultRole), nullptr);
+             &CMPIAssociationMIFT::associators, ToldAssociation(), orNull(filter.resultClass),
+             orNull(filter.role), orNull(filter.resultRole), nullptr);
     Relay relay(sink, selection);
     const auto visit = [&](const ObjectPath& end) {
         // An object that is gone has no instance to show.
@@ -194,8 +223,8 @@ void Operations::associatorNames(const RequestContext& request, const ObjectPath
                                  const AssociationFilter& filter, PathSink& sink) {
     const Walk walk(_broker, _modules, _servers, request, path, filter);
     walk.ask(filter.associationClass, 0, walk.into<PathWalk>(sink),
-             &CMPIAssociationMIFT::associatorNames, orNull(filter.associationClass),
-             orNull(filter.resultClass), orNull(filter.role), orNull(filter.resultRole));
+             &CMPIAssociationMIFT::associatorNames, ToldAssociation(), orNull(filter.resultClass),
+             orNull(filter.role), orNull(filter.resultRole));
     visitAssociators(_servers, _broker.repository(), walk.target, walk.source, filter,
                      [&](const ObjectPath& end) { sink.deliver(end); });
 }
@@ -204,7 +233,7 @@ void Operations::references(const RequestContext& request, const ObjectPath& pat
                             const AssociationFilter& filter, const InstanceOptions& options,
                             InstanceSink& sink) {
     const Walk walk(_broker, _modules, _servers, request, path, filter);
-    const PropertySelection selection{options.propertyList, nullptr};
+    const PropertySelection selection = selectionOf(_broker.manner(), options);
     walk.ask(filter.resultClass, walkFlags(options), walk.into<InstanceWalk>(sink, selection),
              &CMPIAssociationMIFT::references, orNull(filter.resultClass), orNull(filter.role),
              nullptr);

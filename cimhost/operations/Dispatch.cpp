@@ -15,4 +15,11 @@ CMPIFlags flagsOf(const InstanceOptions& options) noexcept {
     return flags;
 }
 
+PropertySelection selectionOf(const Manner& manner, const InstanceOptions& options,
+                              const Class* limit) {
+    // Some hosts leave it to the provider to heed the list.
+    static const std::optional<std::vector<std::string>> all;
+    return {manner.has(Habit::passesAllProperties) ? all : options.propertyList, limit};
+}
+
 }  // namespace cimhost

@@ -6,6 +6,8 @@
 #include "cimhost/operations/ProviderResults.h"
 #include "cimhost/operations/Target.h"
 
+#include <utility>
+
 /// What the operations share: how nobody answers, and how walks take a provider's answer.
 namespace cimhost {
 
@@ -14,6 +16,10 @@ namespace cimhost {
 
 /// The flags of an operation on instances. LocalOnly counts as false and is never passed on.
 CMPIFlags flagsOf(const InstanceOptions& options) noexcept;
+
+/// The properties that go to the client.
+PropertySelection selectionOf(const Manner& manner, const InstanceOptions& options,
+                              const Class* limit = nullptr);
 
 /// Runs a walk of one provider. CMPI 2.0 let providers answer "not found" for "nothing": that is no
 /// failure here.
@@ -29,11 +35,11 @@ void runWalk(Walk&& walk) {
 /// Asks the provider about the path by the function in this slot of its table, as part of a walk.
 template <typename MI, typename Slot, typename... Arguments>
 void askProvider(const Broker& broker, ModuleHost& modules, const Registration& provider,
-                 const RequestContext& context, ResultSink& results, const ObjectPath& path,
-                 Slot slot, Arguments... arguments) {
+                 const RequestContext& context, ResultSink& results, ObjectPath path, Slot slot,
+                 Arguments... arguments) {
     const auto mi = modules.use<MI>(provider);
     ProviderCall call(broker, context, results);
-    const CMPIObjectPath* const asked = makeObjectPath(broker, path);
+    const CMPIObjectPath* const asked = makeObjectPath(broker, std::move(path));
     runWalk([&] { call.run(mi, slot, asked, arguments...); });
 }
 

@@ -47,22 +47,30 @@ void enumerate(Servers& servers, const Target& target, Ask&& ask, const VisitIns
     if (!isServed) refuseUnserved(target);
 }
 
+// The class that a request names is spelled by the client, its subclasses by the schema.
+ObjectPath askedPath(const Manner& manner, const RequestContext& request, const ObjectPath& written,
+                     const Target& target, const Target& asked) {
+    if (&asked.definition != &target.definition) return asked.classPath();
+    return pathForProvider(manner, request, written, asked.classPath());
+}
+
 }  // namespace
 
 void Operations::enumerateInstances(const RequestContext& request, const ObjectPath& classPath,
                                     const InstanceOptions& options, InstanceSink& sink) {
     const Repository& repository = _broker.repository();
     const Target target = requireTarget(repository, request, classPath);
-    const PropertySelection selection{options.propertyList,
-                                      options.deepInheritance ? nullptr : &target.definition};
+    const Manner& manner = _broker.manner();
+    const PropertySelection selection =
+        selectionOf(manner, options, options.deepInheritance ? nullptr : &target.definition);
     PropertyNames names(options.propertyList);
     const RequestContext context = providerContext(request, target.nameSpace, flagsOf(options));
     const auto ask = [&](const Registration& registration, const Target& asked,
                          const EnumerationFilter& filter) {
         InstanceWalk results(repository, asked, filter, registration.provider, sink, selection);
         askProvider<CMPIInstanceMI>(_broker, _modules, registration, context, results,
-                                    asked.classPath(), &CMPIInstanceMIFT::enumerateInstances,
-                                    names.get());
+                                    askedPath(manner, request, classPath, target, asked),
+                                    &CMPIInstanceMIFT::enumerateInstances, names.get());
     };
     enumerate(_servers, target, ask, [&](const Instance& instance, const Class& definition) {
         sink.deliver(instance, &definition, selection);
@@ -78,7 +86,8 @@ void Operations::enumerateInstanceNames(const RequestContext& request, const Obj
                          const EnumerationFilter& filter) {
         PathWalk results(repository, asked, filter, registration.provider, sink);
         askProvider<CMPIInstanceMI>(_broker, _modules, registration, context, results,
-                                    asked.classPath(), &CMPIInstanceMIFT::enumerateInstanceNames);
+                                    askedPath(_broker.manner(), request, classPath, target, asked),
+                                    &CMPIInstanceMIFT::enumerateInstanceNames);
     };
     enumerate(_servers, target, ask,
               [&](const Instance& instance, const Class&) { sink.deliver(instance.path); });

@@ -34,6 +34,13 @@ void takeKeys(const Class& definition, Instance& instance) {
     }
 }
 
+void listAll(const Class& definition, Instance& instance) {
+    for (const auto& property : definition.properties) {
+        if (instance.find(property->name)) continue;
+        instance.set(property->name, Value::nullOf(property->type, property->isArray));
+    }
+}
+
 bool selects(const std::optional<std::vector<std::string>>& names, std::string_view property) {
     return PropertySelection{names, nullptr}.selects(property);
 }
@@ -71,7 +78,8 @@ void Operations::getInstance(const RequestContext& request, const ObjectPath& pa
     const Repository& repository = _broker.repository();
     const Target target = requireTarget(repository, request, path);
     const ObjectPath wanted = requireInstancePath(repository, request, target, path);
-    const PropertySelection selection{options.propertyList, nullptr};
+    const Manner& manner = _broker.manner();
+    const PropertySelection selection = selectionOf(manner, options);
     const Server server = requireServer(_servers, target, wanted);
     if (server.source) {
         const auto found = server.source->find(wanted);
@@ -85,7 +93,8 @@ void Operations::getInstance(const RequestContext& request, const ObjectPath& pa
     SingleInstance result(target, wanted, server.registration->provider, sink, selection);
     const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, providerContext(request, target.nameSpace, flags), result);
-    call.run(mi, &CMPIInstanceMIFT::getInstance, makeObjectPath(_broker, wanted), names.get());
+    call.run(mi, &CMPIInstanceMIFT::getInstance,
+             makeObjectPath(_broker, pathForProvider(manner, request, path, wanted)), names.get());
     if (!result.isDelivered()) notFound(wanted);
 }
 
@@ -106,7 +115,11 @@ ObjectPath Operations::createInstance(const RequestContext& request, const Insta
     SinglePath result(server.registration->provider);
     const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, context, result);
-    call.run(mi, &CMPIInstanceMIFT::createInstance, makeObjectPath(_broker, target.classPath()),
+    const Manner& manner = _broker.manner();
+    if (manner.has(Habit::listsAllPropertiesOfNewInstances)) listAll(target.definition, declared);
+    call.run(mi, &CMPIInstanceMIFT::createInstance,
+             makeObjectPath(_broker,
+                            pathForProvider(manner, request, instance.path, target.classPath())),
              makeInstance(_broker, std::move(declared)));
     ObjectPath created = result.take();
     if (created.nameSpace.empty()) created.nameSpace = target.nameSpace.name();
@@ -134,7 +147,8 @@ void Operations::modifyInstance(const RequestContext& request, const Instance& i
     NoResult result(server.registration->provider);
     const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, context, result);
-    const CMPIObjectPath* const path = makeObjectPath(_broker, declared.path);
+    const CMPIObjectPath* const path = makeObjectPath(
+        _broker, pathForProvider(_broker.manner(), request, instance.path, declared.path));
     call.run(mi, &CMPIInstanceMIFT::modifyInstance, path,
              makeInstance(_broker, std::move(declared)), names.get());
 }
@@ -150,7 +164,9 @@ void Operations::deleteInstance(const RequestContext& request, const ObjectPath&
     NoResult result(server.registration->provider);
     const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, context, result);
-    call.run(mi, &CMPIInstanceMIFT::deleteInstance, makeObjectPath(_broker, std::move(wanted)));
+    call.run(mi, &CMPIInstanceMIFT::deleteInstance,
+             makeObjectPath(_broker,
+                            pathForProvider(_broker.manner(), request, path, std::move(wanted))));
 }
 
 }  // namespace cimhost

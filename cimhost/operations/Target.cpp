@@ -121,6 +121,15 @@ ObjectPath requireInstancePath(const Repository& repository, const RequestContex
     return result;
 }
 
+ObjectPath pathForProvider(const Manner& manner, const RequestContext& request,
+                           const ObjectPath& written, ObjectPath path) {
+    if (manner.has(Habit::passesNamesAsWritten)) {
+        path.nameSpace = written.nameSpace.empty() ? request.nameSpace : written.nameSpace;
+        path.className = written.className;
+    }
+    return path;
+}
+
 Value declaredValue(const Repository& repository, const Target& target, const Value& value,
                     CimType type, bool isArray, std::optional<std::uint32_t> arraySize) {
     Value converted = convertValue(value, type, isArray, arraySize);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cimhost/objects/Manner.h"
 #include "cimhost/objects/Objects.h"
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Repository.h"
@@ -30,6 +31,11 @@ Target requireTarget(const Repository& repository, const RequestContext& request
 /// others missing: no other object manager looks, and there are providers that rely on it.
 ObjectPath requireInstancePath(const Repository& repository, const RequestContext& request,
                                const Target& target, const ObjectPath& path);
+
+/// The path as a provider gets it: spelled as in the request, where the host passes names on as
+/// they were written.
+ObjectPath pathForProvider(const Manner& manner, const RequestContext& request,
+                           const ObjectPath& written, ObjectPath path);
 
 /// The value as declared; a reference without a namespace leads to the target's, and has its keys
 /// typed by its class where that is known. Throws CimError typeMismatch, and invalidParameter for a

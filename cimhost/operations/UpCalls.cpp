@@ -2,8 +2,10 @@
 
 #include "cimhost/objects/Broker.h"
 #include "cimhost/objects/Entry.h"
+#include "cimhost/objects/MannerTables.h"
 #include "cimhost/operations/Operations.h"
 #include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
 
 #include <algorithm>
 #include <utility>
@@ -45,6 +47,23 @@ ObjectPath classPathOf(const CMPIObjectPath* path) {
     return result;
 }
 
+const RequestContext& requestOf(const Broker& broker, const CMPIContext* context) {
+    if (!context && broker.manner().has(Habit::crashesWithoutContext)) {
+        endAs(broker, Habit::crashesWithoutContext);
+    }
+    return modelOf(context);
+}
+
+// Before anything else, where what is thrown leaves the table.
+void throwAtIllegalNames(const CMPIBroker* handle, const char** names) {
+    const Broker* const broker = Broker::find(handle);
+    if (!names || !broker || !broker->manner().has(Habit::throwsOfItsOwn)) return;
+    for (; *names; ++names) {
+        const std::string_view name(*names);
+        if (name.empty() || findNameEnd(name) != name.size()) throw HostException{};
+    }
+}
+
 /// What one up-call needs beside its arguments.
 struct UpCall {
     const Broker& broker;
@@ -57,14 +76,14 @@ template <typename Work>
 auto answerCall(const CMPIBroker* broker, const CMPIContext* context, CMPIStatus* status,
                 Work&& work) noexcept {
     return enter(broker, status, [&](const Broker& self, CMPIrc&) {
-        return work(UpCall{self, requireOperations(self), modelOf(context)});
+        return work(UpCall{self, requireOperations(self), requestOf(self, context)});
     });
 }
 
 template <typename Work>
 CMPIStatus answerCall(const CMPIBroker* broker, const CMPIContext* context, Work&& work) noexcept {
     return enter(broker, [&](const Broker& self, CMPIrc&) {
-        work(UpCall{self, requireOperations(self), modelOf(context)});
+        work(UpCall{self, requireOperations(self), requestOf(self, context)});
     });
 }
 
@@ -107,7 +126,8 @@ CMPIEnumeration* enumerateInstanceNames(const CMPIBroker* broker, const CMPICont
 
 CMPIEnumeration* enumerateInstances(const CMPIBroker* broker, const CMPIContext* context,
                                     const CMPIObjectPath* path, const char** properties,
-                                    CMPIStatus* status) noexcept {
+                                    CMPIStatus* status) {
+    throwAtIllegalNames(broker, properties);
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Instances found;
         call.operations.enumerateInstances(call.request, classPathOf(path),
@@ -117,8 +137,8 @@ CMPIEnumeration* enumerateInstances(const CMPIBroker* broker, const CMPIContext*
 }
 
 CMPIInstance* getInstance(const CMPIBroker* broker, const CMPIContext* context,
-                          const CMPIObjectPath* path, const char** properties,
-                          CMPIStatus* status) noexcept {
+                          const CMPIObjectPath* path, const char** properties, CMPIStatus* status) {
+    throwAtIllegalNames(broker, properties);
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Instances found;
         call.operations.getInstance(call.request, modelOf(path),
@@ -139,7 +159,8 @@ CMPIObjectPath* createInstance(const CMPIBroker* broker, const CMPIContext* cont
 
 CMPIStatus modifyInstance(const CMPIBroker* broker, const CMPIContext* context,
                           const CMPIObjectPath* path, const CMPIInstance* instance,
-                          const char** properties) noexcept {
+                          const char** properties) {
+    throwAtIllegalNames(broker, properties);
     return answerCall(broker, context, [&](const UpCall& call) {
         Instance wanted = modelOf(instance);
         wanted.path = modelOf(path);
@@ -171,7 +192,8 @@ CMPIEnumeration* execQuery(const CMPIBroker* broker, const CMPIContext* context,
 CMPIEnumeration* associators(const CMPIBroker* broker, const CMPIContext* context,
                              const CMPIObjectPath* path, const char* associationClass,
                              const char* resultClass, const char* role, const char* resultRole,
-                             const char** properties, CMPIStatus* status) noexcept {
+                             const char** properties, CMPIStatus* status) {
+    throwAtIllegalNames(broker, properties);
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Instances found;
         call.operations.associators(
@@ -198,7 +220,8 @@ CMPIEnumeration* associatorNames(const CMPIBroker* broker, const CMPIContext* co
 
 CMPIEnumeration* references(const CMPIBroker* broker, const CMPIContext* context,
                             const CMPIObjectPath* path, const char* resultClass, const char* role,
-                            const char** properties, CMPIStatus* status) noexcept {
+                            const char** properties, CMPIStatus* status) {
+    throwAtIllegalNames(broker, properties);
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Instances found;
         call.operations.references(call.request, modelOf(path),
@@ -239,10 +262,18 @@ CMPIData invokeMethod(const CMPIBroker* broker, const CMPIContext* context,
     });
 }
 
+void requirePropertyUpCalls(const Broker& broker) {
+    if (broker.manner().has(Habit::refusesPropertyUpCalls)) {
+        throw Failure{CMPI_RC_ERR_NOT_SUPPORTED};
+    }
+}
+
 CMPIStatus setProperty(const CMPIBroker* broker, const CMPIContext* context,
                        const CMPIObjectPath* path, const char* name, const CMPIValue* value,
                        CMPIType type) noexcept {
     return answerCall(broker, context, [&](const UpCall& call) {
+        requirePropertyUpCalls(call.broker);
+        endOnArrayWithNulls(call.broker, value, type);
         call.operations.setProperty(call.request, modelOf(path), required(name),
                                     fromCmpi(value, type));
     });
@@ -251,8 +282,14 @@ CMPIStatus setProperty(const CMPIBroker* broker, const CMPIContext* context,
 CMPIData getProperty(const CMPIBroker* broker, const CMPIContext* context,
                      const CMPIObjectPath* path, const char* name, CMPIStatus* status) noexcept {
     return answerCall(broker, context, status, [&](const UpCall& call) {
-        return toCmpi(call.broker,
-                      call.operations.getProperty(call.request, modelOf(path), required(name)));
+        requirePropertyUpCalls(call.broker);
+        CMPIData data = toCmpi(
+            call.broker, call.operations.getProperty(call.request, modelOf(path), required(name)));
+        if ((data.state & CMPI_nullValue) != 0 &&
+            call.broker.manner().has(Habit::returnsNullPropertiesAsBoolean)) {
+            data.type = CMPI_boolean;
+        }
+        return data;
     });
 }
 
@@ -265,7 +302,7 @@ CMPIEnumeration* refuseFilter(const CMPIBroker* broker, CMPIStatus* status) noex
 CMPIEnumeration* enumerateInstancesFiltered(const CMPIBroker* broker, const CMPIContext* context,
                                             const CMPIObjectPath* path, const char** properties,
                                             const char* language, const char* filter,
-                                            CMPIStatus* status) noexcept {
+                                            CMPIStatus* status) {
     if (language && filter) return refuseFilter(broker, status);
     return enumerateInstances(broker, context, path, properties, status);
 }
@@ -274,8 +311,7 @@ CMPIEnumeration* associatorsFiltered(const CMPIBroker* broker, const CMPIContext
                                      const CMPIObjectPath* path, const char* associationClass,
                                      const char* resultClass, const char* role,
                                      const char* resultRole, const char** properties,
-                                     const char* language, const char* filter,
-                                     CMPIStatus* status) noexcept {
+                                     const char* language, const char* filter, CMPIStatus* status) {
     if (language && filter) return refuseFilter(broker, status);
     return associators(broker, context, path, associationClass, resultClass, role, resultRole,
                        properties, status);
@@ -284,7 +320,7 @@ CMPIEnumeration* associatorsFiltered(const CMPIBroker* broker, const CMPIContext
 CMPIEnumeration* referencesFiltered(const CMPIBroker* broker, const CMPIContext* context,
                                     const CMPIObjectPath* path, const char* resultClass,
                                     const char* role, const char** properties, const char* language,
-                                    const char* filter, CMPIStatus* status) noexcept {
+                                    const char* filter, CMPIStatus* status) {
     if (language && filter) return refuseFilter(broker, status);
     return references(broker, context, path, resultClass, role, properties, status);
 }

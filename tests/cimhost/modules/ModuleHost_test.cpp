@@ -23,7 +23,8 @@ using testing::StartsWith;
 /// Hosts the modules that were built for these tests, as registered by text.
 class ModuleHostTest : public testing::Test {
 protected:
-    ModuleHostTest() {
+    explicit ModuleHostTest(std::string_view manner = "standard")
+        : broker(repository, log, fillUpCalls, Manner(manner)) {
         NameSpace& nameSpace = repository.make("root/test");
         for (const char* const name : {"A", "B", "C"}) {
             Class definition;
@@ -82,7 +83,7 @@ protected:
 
     Repository repository;
     CapturingLog log;
-    Broker broker{repository, log, fillUpCalls};
+    Broker broker;
     std::unique_ptr<cimhost::ModuleHost> host;
     std::unique_ptr<Operations> operations;
 };
@@ -415,6 +416,32 @@ TEST_F(StaticModules, IndicationMisAreHostedToo) {
     const auto mi = host().use<CMPIIndicationMI>(*registration);
     EXPECT_NE(mi.get()->ft, nullptr);
     EXPECT_EQ(mi.provider(), "P");
+}
+
+class ModulesAsSfcb : public ModuleHostTest {
+protected:
+    ModulesAsSfcb() : ModuleHostTest("sfcb") {}
+};
+
+TEST_F(ModulesAsSfcb, HasAnMiForEachClassAndCleansOneUp) {
+    start(plainLines);
+    namesOf("A");
+    namesOf("B");
+    EXPECT_EQ(plain("plainCreations"), 2);
+    EXPECT_STREQ(&plain<char>("plainInitNameSpace"), "") << "a factory's context is empty";
+    plain("plainCleanupCode") = CMPI_RC_DO_NOT_UNLOAD;
+    EXPECT_EQ(host->unload("plainModule"), UnloadOutcome::kept);
+    EXPECT_EQ(plain("plainCleanups"), 1);
+    namesOf("A");
+    EXPECT_EQ(plain("plainCreations"), 2) << "it goes on with what it has";
+    plain("plainCleanupCode") = CMPI_RC_OK;
+    EXPECT_EQ(host->unload("plainModule"), UnloadOutcome::unloaded);
+}
+
+TEST_F(ModulesAsSfcb, LeavesAClassToTheModuleThatRegisteredItFirst) {
+    start("A root/test Plain plainModule instance\nA root/test Other otherModule method\n");
+    EXPECT_EQ(host->registrations().find(ProviderType::method, "root/test", "A"), nullptr);
+    EXPECT_NE(host->registrations().find(ProviderType::instance, "root/test", "A"), nullptr);
 }
 
 }  // namespace

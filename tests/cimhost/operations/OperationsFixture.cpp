@@ -129,7 +129,8 @@ int codeOfCall(const std::function<void()>& call) {
     return 0;
 }
 
-OperationsTest::OperationsTest() {
+OperationsTest::OperationsTest(std::string_view manner)
+    : broker(repository, log, fillUpCalls, Manner(manner)) {
     _request.nameSpace = "root/test";
     readMof(qualifiers);
     readMof(classes);

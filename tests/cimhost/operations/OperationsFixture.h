@@ -13,6 +13,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace cimhost::test {
@@ -64,7 +65,7 @@ int codeOfCall(const std::function<void()>& call);
 /// Everything is registered before `start`.
 class OperationsTest : public testing::Test {
 protected:
-    OperationsTest();
+    explicit OperationsTest(std::string_view manner = "standard");
     ~OperationsTest() override;
 
     /// Adds MOF to a namespace.
@@ -85,7 +86,7 @@ protected:
 
     Repository repository;
     CapturingLog log;
-    Broker broker{repository, log, fillUpCalls};
+    Broker broker;
 
 private:
     Registrations _registrations;
