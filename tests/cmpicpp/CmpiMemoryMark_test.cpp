@@ -24,7 +24,7 @@ TEST_F(CmpiMemoryMarkTest, LeavesClonesAndWhatWasMadeBefore) {
 }
 
 TEST_F(CmpiMemoryMarkTest, IsReleasedOnceForEachTime) {
-    FaultyBroker faulty(handle());
+    FaultyBroker faulty(brokerOf("standard").handle());
     const CmpiBroker counted(faulty.handle());
     for (int i = 0; i < 3; ++i) {
         const CmpiMemoryMark outer(counted);
@@ -35,7 +35,7 @@ TEST_F(CmpiMemoryMarkTest, IsReleasedOnceForEachTime) {
 }
 
 TEST_F(CmpiMemoryMarkTest, IsReleasedWhenAnExceptionPassesIt) {
-    FaultyBroker faulty(handle());
+    FaultyBroker faulty(brokerOf("standard").handle());
     EXPECT_EQ(codeOf([&] {
                   const CmpiMemoryMark mark{CmpiBroker(faulty.handle())};
                   throw CmpiStatus(CMPI_RC_ERR_FAILED, "in the middle");

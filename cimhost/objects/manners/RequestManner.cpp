@@ -18,7 +18,7 @@ bool isForMethod(const CMPIResult* result) noexcept {
 CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, CMPIType type) noexcept {
     if (const auto* const object = findObject<ResultObject>(result)) {
         const Broker& broker = *object->broker;
-        if (type == CMPI_ref && broker.manner().has(Habit::crashesOnReferencesAsData)) {
+        if (value && type == CMPI_ref && broker.manner().has(Habit::crashesOnReferencesAsData)) {
             endAs(broker, Habit::crashesOnReferencesAsData);
         }
         endOnArrayWithNulls(broker, value, type);
