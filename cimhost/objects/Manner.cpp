@@ -161,7 +161,8 @@ constexpr auto rows = std::to_array<HabitRow>({
     {PYL_HABIT(crashesOnArraysWithNulls), .hosts = openPegasus,
      .says = "An array with NULL texts, dates, references or instances crashes as an argument or a "
              "result.",
-     .library = "Refuses it before the call.", .provider = "Leave such elements out."},
+     .library = "Refuses such an argument, result or property, in every host.",
+     .provider = "Leave such elements out."},
     {PYL_HABIT(missingArgumentsAreNotFound), .hosts = sfcb | mean,
      .says = "An unknown argument is NOT_FOUND.", .library = "Throws NO_SUCH_PROPERTY.",
      .provider = "Take either code."},
@@ -233,7 +234,7 @@ constexpr auto rows = std::to_array<HabitRow>({
      .provider = "Expect a class that the client did not name."},
     {PYL_HABIT(passesAllProperties), .hosts = sfcb,
      .says = "What a provider delivers beyond the property list goes to the client.",
-     .library = "Filters by itself.", .provider = "Use setPropertyFilter."},
+     .library = "-", .provider = "Use setPropertyFilter."},
     {PYL_HABIT(makesAnMiForEachClass), .hosts = sfcb,
      .says =
          "An MI is made for each registered class and kind, and one of each kind is cleaned up.",
@@ -252,7 +253,8 @@ constexpr auto rows = std::to_array<HabitRow>({
      .provider = "Decide in activateFilter."},
     {PYL_HABIT(passesNoClassToFilters), .hosts = sfcb | mean,
      .says = "activateFilter may have a null class name, deActivateFilter an empty one.",
-     .library = "Takes the class of the path or the query.", .provider = "Do the same."},
+     .library = "Its providers serve all classes alike.",
+     .provider = "Take the class of the path or of the query."},
     {PYL_HABIT(disablesBeforeTheLastFilter), .hosts = sfcb,
      .says = "disableIndications comes before the last deActivateFilter.",
      .library = "Takes either order.", .provider = "Take either order."},
