@@ -108,9 +108,9 @@ const char* orNull(const std::string& text) noexcept {
 
 // The association class that a provider is told.
 const char* associationFor(const Manner& manner, const Registration& registration,
-                           const AssociationFilter& filter) noexcept {
+                           const std::string& wanted) noexcept {
     const bool isRegistered = manner.has(Habit::namesTheRegisteredAssociation);
-    return isRegistered ? registration.className.c_str() : orNull(filter.associationClass);
+    return isRegistered ? registration.className.c_str() : orNull(wanted);
 }
 
 CMPIFlags walkFlags(const InstanceOptions& options) noexcept {
@@ -185,18 +185,20 @@ struct Walk {
                 askProvider<CMPIAssociationMI>(
                     broker, modules, *each, context, results,
                     pathForProvider(broker.manner(), request, written, source), slot,
-                    _argumentFor(*each, arguments)...);
+                    _argumentFor(*each, associationClass, arguments)...);
             });
         }
         answers.requireOne();
     }
 
 private:
-    const char* _argumentFor(const Registration& provider, ToldAssociation) const noexcept {
-        return associationFor(broker.manner(), provider, filter);
+    const char* _argumentFor(const Registration& provider, const std::string& associationClass,
+                             ToldAssociation) const noexcept {
+        return associationFor(broker.manner(), provider, associationClass);
     }
     template <typename Argument>
-    Argument _argumentFor(const Registration&, Argument argument) const noexcept {
+    Argument _argumentFor(const Registration&, const std::string&,
+                          Argument argument) const noexcept {
         return argument;
     }
 };
@@ -235,8 +237,7 @@ void Operations::references(const RequestContext& request, const ObjectPath& pat
     const Walk walk(_broker, _modules, _servers, request, path, filter);
     const PropertySelection selection = selectionOf(_broker.manner(), options);
     walk.ask(filter.resultClass, walkFlags(options), walk.into<InstanceWalk>(sink, selection),
-             &CMPIAssociationMIFT::references, orNull(filter.resultClass), orNull(filter.role),
-             nullptr);
+             &CMPIAssociationMIFT::references, ToldAssociation(), orNull(filter.role), nullptr);
     visitReferences(_servers, walk.target, walk.source, filter.resultClass, filter.role,
                     [&](const Instance& instance, const Class& definition) {
                         sink.deliver(instance, &definition, selection);
@@ -247,7 +248,7 @@ void Operations::referenceNames(const RequestContext& request, const ObjectPath&
                                 const AssociationFilter& filter, PathSink& sink) {
     const Walk walk(_broker, _modules, _servers, request, path, filter);
     walk.ask(filter.resultClass, 0, walk.into<PathWalk>(sink), &CMPIAssociationMIFT::referenceNames,
-             orNull(filter.resultClass), orNull(filter.role));
+             ToldAssociation(), orNull(filter.role));
     visitReferences(_servers, walk.target, walk.source, filter.resultClass, filter.role,
                     [&](const Instance& instance, const Class&) { sink.deliver(instance.path); });
 }
