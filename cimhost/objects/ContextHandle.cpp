@@ -35,9 +35,15 @@ constexpr auto textRows = std::to_array<TextRow>({
      true},
 });
 
+bool contextHas(const ContextObject& object, Habit habit) noexcept {
+    return object.broker->manner().has(habit);
+}
+
 CMPIData textData(ContextObject& object, const std::string& text) {
     CMPIData data{CMPI_string, CMPI_goodValue, {}};
-    data.value.string = &makeText(partOf(object), text);
+    StringObject& string = makeText(partOf(object), text);
+    if (text.empty() && contextHas(object, Habit::answersAbsentTextsAsNull)) string.text = nullptr;
+    data.value.string = &string;
     return data;
 }
 
@@ -55,6 +61,9 @@ CMPIData addedData(ContextObject& object, const ContextObject::Entry& entry) {
 }
 
 bool isPresent(const TextRow& row, ContextObject& object) noexcept {
+    const bool isPrincipal = row.name == CMPIPrincipal;
+    if (!isPrincipal && contextHas(object, Habit::hasNoNameSpaceInContexts)) return false;
+    if (isPrincipal && contextHas(object, Habit::answersAbsentTextsAsNull)) return true;
     return row.mayBeEmpty || !row.text(object).empty();
 }
 

@@ -141,7 +141,9 @@ std::shared_ptr<const Instance> InstanceObject::share() {
 
 void InstanceObject::set(std::string_view name, Value value, std::string_view classOrigin) {
     Instance& instance = _model.write();
-    KeyBinding* const key = findNamed(instance.path.keys, name);
+    KeyBinding* const key = broker->manner().has(Habit::keepsPathOfNewInstance)
+                                ? nullptr
+                                : findNamed(instance.path.keys, name);
     if (key && !value.isNull()) key->value = value;
     if (_isFiltered(name)) return;
     PropertyValue* const property = findNamed(instance.properties, name);

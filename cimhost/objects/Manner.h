@@ -67,7 +67,7 @@ enum class Habit : std::uint8_t {
     marksElementsNull,
     endsEnumerationsQuietly,
     // Texts and dates
-    refusesNullTexts,
+    makesNullTexts,
     acceptsImpossibleDates,
     writesDatesBeyondTheirText,
     // Contexts, up-calls, threads

@@ -6,6 +6,10 @@
 #include "cimhost/objects/Values.h"
 #include "cimhost/repository/CimError.h"
 
+#include <unistd.h>
+
+#include <array>
+
 namespace cimhost {
 
 namespace {
@@ -128,6 +132,14 @@ const CMPIObjectPathFT ObjectPathObject::table = {
 
 CMPIObjectPath* makeObjectPath(const Broker& broker, ObjectPath path) {
     return &make<ObjectPathObject>(Home{broker}, std::move(path));
+}
+
+CMPIObjectPath* makeRequestPath(const Broker& broker, ObjectPath path) {
+    if (path.host.empty() && broker.manner().has(Habit::putsHostIntoRequests)) {
+        std::array<char, 256> name{};
+        if (gethostname(name.data(), name.size() - 1) == 0) path.host = name.data();
+    }
+    return makeObjectPath(broker, std::move(path));
 }
 
 const ObjectPath& modelOf(const CMPIObjectPath* path) {

@@ -80,6 +80,8 @@ struct RequestContext {
 };
 
 CMPIObjectPath* makeObjectPath(const Broker& broker, ObjectPath path);
+/// The path that an MI is called with.
+CMPIObjectPath* makeRequestPath(const Broker& broker, ObjectPath path);
 CMPIInstance* makeInstance(const Broker& broker, Instance instance);
 CMPIArgs* makeArgs(const Broker& broker, Arguments arguments);
 CMPIString* makeString(const Broker& broker, std::string_view text);

@@ -39,7 +39,7 @@ void askProvider(const Broker& broker, ModuleHost& modules, const Registration& 
                  Arguments... arguments) {
     const auto mi = modules.use<MI>(provider);
     ProviderCall call(broker, context, results);
-    const CMPIObjectPath* const asked = makeObjectPath(broker, std::move(path));
+    const CMPIObjectPath* const asked = makeRequestPath(broker, std::move(path));
     runWalk([&] { call.run(mi, slot, asked, arguments...); });
 }
 

@@ -94,7 +94,7 @@ void Operations::getInstance(const RequestContext& request, const ObjectPath& pa
     const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, providerContext(request, target.nameSpace, flags), result);
     call.run(mi, &CMPIInstanceMIFT::getInstance,
-             makeObjectPath(_broker, pathForProvider(manner, request, path, wanted)), names.get());
+             makeRequestPath(_broker, pathForProvider(manner, request, path, wanted)), names.get());
     if (!result.isDelivered()) notFound(wanted);
 }
 
@@ -118,8 +118,8 @@ ObjectPath Operations::createInstance(const RequestContext& request, const Insta
     const Manner& manner = _broker.manner();
     if (manner.has(Habit::listsAllPropertiesOfNewInstances)) listAll(target.definition, declared);
     call.run(mi, &CMPIInstanceMIFT::createInstance,
-             makeObjectPath(_broker,
-                            pathForProvider(manner, request, instance.path, target.classPath())),
+             makeRequestPath(_broker,
+                             pathForProvider(manner, request, instance.path, target.classPath())),
              makeInstance(_broker, std::move(declared)));
     ObjectPath created = result.take();
     if (created.nameSpace.empty()) created.nameSpace = target.nameSpace.name();
@@ -147,7 +147,7 @@ void Operations::modifyInstance(const RequestContext& request, const Instance& i
     NoResult result(server.registration->provider);
     const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, context, result);
-    const CMPIObjectPath* const path = makeObjectPath(
+    const CMPIObjectPath* const path = makeRequestPath(
         _broker, pathForProvider(_broker.manner(), request, instance.path, declared.path));
     call.run(mi, &CMPIInstanceMIFT::modifyInstance, path,
              makeInstance(_broker, std::move(declared)), names.get());
@@ -165,8 +165,8 @@ void Operations::deleteInstance(const RequestContext& request, const ObjectPath&
     const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, context, result);
     call.run(mi, &CMPIInstanceMIFT::deleteInstance,
-             makeObjectPath(_broker,
-                            pathForProvider(_broker.manner(), request, path, std::move(wanted))));
+             makeRequestPath(_broker,
+                             pathForProvider(_broker.manner(), request, path, std::move(wanted))));
 }
 
 }  // namespace cimhost

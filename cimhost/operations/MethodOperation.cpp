@@ -133,7 +133,7 @@ MethodResult Operations::invokeMethod(const RequestContext& request, const Objec
     ProviderCall call(_broker, providerContext(request, target.nameSpace, 0), result);
     CMPIArgs* const outputs = makeArgs(_broker, {});
     wanted = pathForProvider(_broker.manner(), request, path, std::move(wanted));
-    call.run(mi, &CMPIMethodMIFT::invokeMethod, makeObjectPath(_broker, std::move(wanted)),
+    call.run(mi, &CMPIMethodMIFT::invokeMethod, makeRequestPath(_broker, std::move(wanted)),
              declared.name.c_str(), makeArgs(_broker, std::move(inputs)), outputs);
     return {declaredReturnValue(registration, declared, result.value()),
             declaredOutputs(registration, declared, modelOf(outputs))};
