@@ -7,7 +7,6 @@ namespace CmpiCpp {
 
 namespace {
 
-/// Object managers tell a missing property by two codes and by a state; providers get one code.
 [[noreturn]] void throwNoProperty(const char* name) {
     throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, std::string("There is no property ") + name);
 }
@@ -35,18 +34,15 @@ unsigned int CmpiInstance::getPropertyCount() const {
 
 CmpiData CmpiInstance::getProperty(const char* name) const {
     const CMPIInstance* const instance = _handle.get();
-    if (!instance) throwNoProperty(name);
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    const CMPIData data = instance->ft->getProperty(instance, name, &status);
-    if (status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY) throwNoProperty(name);
-    check(status);
-    if ((data.state & CMPI_notFound) != 0) throwNoProperty(name);
+    CMPIData data;
+    if (!instance || !find(data, instance->ft->getProperty, instance, name)) throwNoProperty(name);
     return {broker(), data};
 }
 
 std::pair<CmpiName, CmpiData> CmpiInstance::getPropertyAt(unsigned int index) const {
+    // Not every object manager can be asked for what is past the end.
+    if (index >= getPropertyCount()) throwAbsent(index);
     const CMPIInstance* const instance = _handle.get();
-    if (!instance) throwAbsent(index);
     CMPIString* name = nullptr;
     const CMPIData data = ask(instance->ft->getPropertyAt, instance, index, &name);
     return {CmpiName(textOf(name)), CmpiData(broker(), present(data, index))};

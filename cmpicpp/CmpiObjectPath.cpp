@@ -46,21 +46,27 @@ void CmpiObjectPath::setClassName(const CmpiName& className) {
 
 unsigned int CmpiObjectPath::getKeyCount() const {
     const CMPIObjectPath* const path = _handle.get();
-    return !path ? 0 : ask(path->ft->getKeyCount, path);
+    return !path ? 0 : keyCount(path);
 }
 
 CmpiData CmpiObjectPath::getKey(const char* name) const {
     const CMPIObjectPath* const path = _handle.get();
-    if (!path) throwAbsent(name);
-    return {broker(), present(ask(path->ft->getKey, path, name), name)};
+    CMPIData key;
+    if (!path || !find(key, path->ft->getKey, path, name)) throwAbsent(name);
+    return {broker(), key};
 }
 
 std::pair<CmpiName, CmpiData> CmpiObjectPath::getKeyAt(unsigned int index) const {
     const CMPIObjectPath* const path = _handle.get();
-    if (!path) throwAbsent(index);
-    CMPIString* name = nullptr;
-    const CMPIData data = ask(path->ft->getKeyAt, path, index, &name);
-    return {CmpiName(textOf(name)), CmpiData(broker(), present(data, index))};
+    std::pair<CmpiName, CmpiData> item;
+    unsigned int before = index;
+    const auto take = [&](const CMPIString* name, const CMPIData& key) {
+        if (before-- != 0) return true;
+        item = {CmpiName(textOf(name)), CmpiData(broker(), key)};
+        return false;
+    };
+    if (!path || forEachKey(path, take)) throwAbsent(index);
+    return item;
 }
 
 void CmpiObjectPath::addKey(const char* name, CmpiValue value) {

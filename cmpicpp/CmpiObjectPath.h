@@ -41,12 +41,15 @@ public:
     void setNameSpace(const CmpiName& nameSpace);
     void setClassName(const CmpiName& className);
 
+    /// Of the keys that are set, whatever the class has.
     unsigned int getKeyCount() const;
     /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY when the path has no such key.
     CmpiData getKey(const char* name) const;
     CmpiData getKey(const CmpiName& name) const { return getKey(name.c_str()); }
+    /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY past the end. Mostly in the order in which the keys were
+    /// added, but some object managers have one of their own.
     std::pair<CmpiName, CmpiData> getKeyAt(unsigned int index) const;
-    /// Adds a key, or replaces the one of this name. Keys keep the order in which they were added.
+    /// Adds a key, or replaces the one of this name.
     void addKey(const char* name, CmpiValue value);
     void addKey(const CmpiName& name, CmpiValue value) { addKey(name.c_str(), value); }
 

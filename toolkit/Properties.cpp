@@ -7,7 +7,8 @@ using CmpiCpp::CmpiObjectPath;
 
 CmpiInstance makeInstanceAt(const CmpiObjectPath& path) {
     auto instance = CmpiCpp::makeCmpiInstance(localBroker(), path);
-    for (unsigned int i = 0; i < path.getKeyCount(); ++i) {
+    const unsigned int keys = path.getKeyCount();
+    for (unsigned int i = 0; i < keys; ++i) {
         const auto [name, value] = path.getKeyAt(i);
         instance.setProperty(name, value);
     }

@@ -50,4 +50,10 @@ const char* textOrEmpty(const CMPIString* string) noexcept {
     return !text ? "" : text;
 }
 
+CMPICount keyCount(const CMPIObjectPath* path) {
+    CMPICount count = 0;
+    forEachKey(path, [&count](const CMPIString*, const CMPIData&) { return ++count != 0; });
+    return count;
+}
+
 }  // namespace CmpiCpp

@@ -90,6 +90,35 @@ inline std::string toString(const char* text) {
     return !text ? std::string() : std::string(text);
 }
 
+/// Reads an item that may be missing, and tells whether it is there. Brokers tell a missing one by
+/// two codes or by its state.
+template <typename Getter, typename... Arguments>
+bool find(CMPIData& item, Getter getter, Arguments... arguments) {
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    item = getter(arguments..., &status);
+    if (status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY || status.rc == CMPI_RC_ERR_NOT_FOUND) {
+        return false;
+    }
+    check(status);
+    return (item.state & CMPI_notFound) == 0;
+}
+
+/// Calls `visit(name, key)` for each key that the path has, until it says false; false then. Some
+/// brokers count the keys of the class, set or not: those that are not set are left out.
+template <typename Visit>
+bool forEachKey(const CMPIObjectPath* path, Visit visit) {
+    const CMPICount count = ask(path->ft->getKeyCount, path);
+    for (CMPICount index = 0; index < count; ++index) {
+        CMPIString* name = nullptr;
+        CMPIData key;
+        if (find(key, path->ft->getKeyAt, path, index, &name) && !visit(name, key)) return false;
+    }
+    return true;
+}
+
+/// How many keys the path has.
+CMPICount keyCount(const CMPIObjectPath* path);
+
 /// An item that was read by name or index. Brokers before 2.1 may mark a missing one by its state
 /// and return CMPI_RC_OK.
 template <typename Key>

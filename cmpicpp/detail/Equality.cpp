@@ -19,28 +19,29 @@ bool sameNames(const CMPIObjectPath* left, const CMPIObjectPath* right, NameGett
     return std::strcmp(leftName, rightName) == 0 || equalNames(leftName, rightName);
 }
 
-/// The item of a container that has this name, or data of the kind `bad` when there is none.
-template <typename Container, typename Getter>
-CMPIData find(const Container* container, Getter getter, const char* name) {
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    CMPIData data = getter(container, name, &status);
-    if (status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY || status.rc == CMPI_RC_ERR_NOT_FOUND) {
-        data = {CMPI_null, CMPI_badValue, {}};
-    } else {
-        check(status);
-    }
-    return data;
+/// Whether the right one has the left one's keys, in any order. It is asked by name: by index a
+/// broker would have to make a string of each name.
+bool sameKeys(const CMPIObjectPath* left, const CMPIObjectPath* right) {
+    CMPICount count = 0;
+    const auto isSame = [&](const CMPIString* name, const CMPIData& key) {
+        ++count;
+        CMPIData other;
+        return find(other, right->ft->getKey, right, charsOf(name)) && equalData(key, other);
+    };
+    return forEachKey(left, isSame) &&
+           (count == ask(right->ft->getKeyCount, right) || count == keyCount(right));
 }
 
-/// Whether two containers of `count` named items agree, in any order. The right one is asked by
-/// name: by index a broker would have to make a string of each name.
-template <typename Container, typename IndexGetter, typename NameGetter>
-bool sameItems(const Container* left, const Container* right, CMPICount count, IndexGetter leftAt,
-               NameGetter rightByName) {
+/// The same for the properties of instances, of which there are `count` in both.
+bool sameProperties(const CMPIInstance* left, const CMPIInstance* right, CMPICount count) {
     for (CMPICount index = 0; index < count; ++index) {
         CMPIString* name = nullptr;
-        const CMPIData data = ask(leftAt, left, index, &name);
-        if (!equalData(data, find(right, rightByName, charsOf(name)))) return false;
+        const CMPIData property = ask(left->ft->getPropertyAt, left, index, &name);
+        CMPIData other;
+        if (!find(other, right->ft->getProperty, right, charsOf(name)) ||
+            !equalData(property, other)) {
+            return false;
+        }
     }
     return true;
 }
@@ -64,7 +65,7 @@ bool equalInstances(const CMPIInstance* left, const CMPIInstance* right) {
     return count == ask(right->ft->getPropertyCount, right) &&
            equalPaths(made(ask(left->ft->getObjectPath, left), "path"),
                       made(ask(right->ft->getObjectPath, right), "path")) &&
-           sameItems(left, right, count, left->ft->getPropertyAt, right->ft->getProperty);
+           sameProperties(left, right, count);
 }
 
 /// Most keys are: the kinds of others are looked into with more care.
@@ -136,9 +137,7 @@ bool equalPaths(const CMPIObjectPath* left, const CMPIObjectPath* right) {
     if (left == right) return true;
     const auto& leftTable = *left->ft;
     const auto& rightTable = *right->ft;
-    const CMPICount count = ask(leftTable.getKeyCount, left);
-    return count == ask(rightTable.getKeyCount, right) &&
-           sameItems(left, right, count, leftTable.getKeyAt, rightTable.getKey) &&
+    return sameKeys(left, right) &&
            sameNames(left, right, leftTable.getClassName, rightTable.getClassName) &&
            sameNames(left, right, leftTable.getNameSpace, rightTable.getNameSpace) &&
            sameNames(left, right, leftTable.getHostname, rightTable.getHostname);

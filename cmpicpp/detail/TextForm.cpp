@@ -188,15 +188,15 @@ void appendPath(std::string& out, const CMPIObjectPath* path) {
     appendName(out, textOf(ask(path->ft->getNameSpace, path)));
     out += ':';
     appendName(out, textOf(ask(path->ft->getClassName, path)));
-    const CMPICount count = ask(path->ft->getKeyCount, path);
-    for (CMPICount index = 0; index < count; ++index) {
-        CMPIString* name = nullptr;
-        const CMPIData data = ask(path->ft->getKeyAt, path, index, &name);
-        out += index == 0 ? '.' : ',';
+    char separator = '.';
+    forEachKey(path, [&](const CMPIString* name, const CMPIData& key) {
+        out += separator;
+        separator = ',';
         appendName(out, textOf(name));
         out += '=';
-        appendData(out, data);
-    }
+        appendData(out, key);
+        return true;
+    });
 }
 
 void appendInstance(std::string& out, const CMPIInstance* instance) {

@@ -78,7 +78,9 @@ CMPIStatus setPropertyAs(const CMPIInstance* instance, const char* name, const C
             return;
         }
         Value property = valueOf(value, type);
-        if (const Class* const known = knownClass(*object.broker, object.read().path)) {
+        const Class* const known = knownClass(*object.broker, object.read().path);
+        // A class without properties is a name that nobody has declared yet.
+        if (known && !known->properties.empty()) {
             code = codeOfClass(object, *known, wanted, property);
             const bool drops = !known->findProperty(wanted) &&
                                instanceHas(object, Habit::ignoresUnknownProperties);
