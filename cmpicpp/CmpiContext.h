@@ -15,7 +15,8 @@ public:
 
     const CMPIContext* toCMPI() const noexcept { return _context; }
 
-    /// The entry of the CMPI context, or the empty text (0) when the broker gives none.
+    /// The entry of the CMPI context, or the empty text (0) when the broker gives none. Not every
+    /// object manager tells the name space: that of a request is in its path.
     std::string nameSpace() const;
     std::string principal() const;
     std::string acceptLanguage() const;

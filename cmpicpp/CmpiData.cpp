@@ -86,7 +86,9 @@ bool CmpiData::asBool() const {
 unsigned long long CmpiData::asUint64() const {
     expect(_data, DataKind::integer, CMPI_uint64);
     const Integer integer = integerOf(_data);
-    if (integer.negative) throwMismatch(_data, CMPI_uint64);
+    // Object managers that read integer keys back as sint64 give the largest ones as negative.
+    const bool isKey = _data.type == CMPI_sint64 && (_data.state & CMPI_keyValue) != 0;
+    if (integer.negative && !isKey) throwMismatch(_data, CMPI_uint64);
     return integer.bits;
 }
 

@@ -16,7 +16,8 @@ class CmpiObjectPath;
 /// Borrowed from the object that it was read from, and good as long as that is.
 ///
 /// The as... readers convert among integer widths, because object managers report keys whose exact
-/// type they do not know as sint64 (CMPI 2.1). A value that does not fit, a NULL or another kind of
+/// type they do not know as sint64 (CMPI 2.1); the largest ones of uint64 are negative then, and
+/// read as they were. A value that does not fit, a NULL or another kind of
 /// value is CmpiStatus CMPI_RC_ERR_TYPE_MISMATCH with a text that names both types.
 class PYL_EXPORT CmpiData {
 public:

@@ -38,11 +38,12 @@ private:
 
 /// The present moment.
 PYL_EXPORT CmpiDateTime makeCmpiDateTime(const CmpiBroker& broker);
-/// A point in time since 1970-01-01 UTC, or an interval. Negative figures are
-/// CMPI_RC_ERR_INVALID_PARAMETER.
+/// A point in time since 1970-01-01 UTC, or an interval. Negative figures, moments after the year
+/// 9999 and intervals of more than 99999999 days are CMPI_RC_ERR_INVALID_PARAMETER.
 PYL_EXPORT CmpiDateTime makeCmpiDateTime(const CmpiBroker& broker, std::chrono::microseconds value,
                                          bool interval);
-/// From the 25-character notation; other text is CMPI_RC_ERR_INVALID_PARAMETER.
+/// From the 25-character notation; other text, and a day or time that there is not, are
+/// CMPI_RC_ERR_INVALID_PARAMETER.
 PYL_EXPORT CmpiDateTime makeCmpiDateTime(const CmpiBroker& broker, const std::string& text);
 
 }  // namespace CmpiCpp

@@ -33,8 +33,7 @@ CmpiHandle<T> CmpiHandle<T>::clone() const {
 template <typename T>
 void CmpiHandle<T>::_makeWritable() {
     required();
-    const bool onlyOwner = _owner != nullptr && _owner->object == _object &&
-                           _owner->count.load(std::memory_order_acquire) == 1;
+    const bool onlyOwner = _owner != nullptr && _owner->count.load(std::memory_order_acquire) == 1;
     if (!onlyOwner) *this = clone();
 }
 

@@ -73,21 +73,12 @@ public:
         return made;
     }
 
-    /// A part of this object, such as the path of an instance, that the broker keeps inside it.
-    /// A clone stays alive as long as any of its parts is held.
-    template <typename U>
-    CmpiHandle<U> part(const U* object) const noexcept {
-        CmpiHandle<U> made = CmpiHandle<U>::borrowed(_broker, object);
-        if (_owner != nullptr) {
-            _owner->count.fetch_add(1, std::memory_order_relaxed);
-            made._owner = _owner;
-        }
-        return made;
-    }
-
     /// An owned clone of the object; of an empty handle another empty one.
     /// Throws CmpiStatus when the broker cannot clone.
     CmpiHandle clone() const;
+
+    /// True for a clone, which may be kept beyond the call.
+    bool isOwned() const noexcept { return _owner != nullptr; }
 
     explicit operator bool() const noexcept { return _object != nullptr; }
     const CMPIBroker* broker() const noexcept { return _broker; }
@@ -123,9 +114,6 @@ public:
     }
 
 private:
-    template <typename U>
-    friend class CmpiHandle;
-
     void _swap(CmpiHandle& other) noexcept {
         std::swap(_object, other._object);
         std::swap(_broker, other._broker);
@@ -139,7 +127,7 @@ private:
 
     T* _object = nullptr;
     const CMPIBroker* _broker = nullptr;
-    CmpiOwner* _owner = nullptr;  // of _object, or of what it is a part of
+    CmpiOwner* _owner = nullptr;  // of _object
     mutable bool _fresh = false;  // mutable: the first copy ends the right to write
 };
 

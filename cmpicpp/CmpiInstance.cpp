@@ -3,12 +3,30 @@
 #include "cmpicpp/detail/Calls.h"
 #include "cmpicpp/detail/TextForm.h"
 
+#include <vector>
+
 namespace CmpiCpp {
 
 namespace {
 
 [[noreturn]] void throwNoProperty(const char* name) {
     throw CmpiStatus(CMPI_RC_ERR_NOT_FOUND, std::string("There is no property ") + name);
+}
+
+/// The type of a property as far as the instance knows it.
+CMPIType typeOf(const CMPIInstance* instance, const char* name) {
+    CMPIData property;
+    const bool isThere = find(property, instance->ft->getProperty, instance, name);
+    return isThere ? property.type : CMPI_null;
+}
+
+std::vector<CmpiName> keyNames(const CmpiObjectPath& path) {
+    std::vector<CmpiName> names;
+    forEachKey(path.toCMPI(), [&](const CMPIString* name, const CMPIData&) {
+        names.emplace_back(textOf(name));
+        return true;
+    });
+    return names;
 }
 
 }  // namespace
@@ -18,7 +36,9 @@ CmpiObjectPath CmpiInstance::getPath() const {
     if (!instance) return {};
     const CMPIObjectPath* const path =
         made(ask(instance->ft->getObjectPath, instance), "object path");
-    return CmpiObjectPath(_handle.part(path));
+    // The path of a clone may end with the call all the same.
+    const auto handle = CmpiHandle<CMPIObjectPath>::borrowed(broker(), path);
+    return CmpiObjectPath(_handle.isOwned() ? handle.clone() : handle);
 }
 
 void CmpiInstance::setPath(const CmpiObjectPath& path) {
@@ -51,14 +71,21 @@ std::pair<CmpiName, CmpiData> CmpiInstance::getPropertyAt(unsigned int index) co
 void CmpiInstance::setProperty(const char* name, CmpiValue value) {
     CMPIInstance* const instance = _handle.writable();
     const CMPIValue* const property = value.toCMPI(broker());
-    check(instance->ft->setProperty(instance, name, property, value.type()));
+    const CMPIType type =
+        !property && value.type() == CMPI_null ? typeOf(instance, name) : value.type();
+    check(instance->ft->setProperty(instance, name, property, type));
 }
 
 void CmpiInstance::setPropertyFilter(const char** properties) {
-    // CMPI 2.1 ignores the list of keys; 2.0 brokers read it, and not all of them expect a null.
-    const char* noKeys[] = {nullptr};
+    // CMPI 2.1 ignores the list of keys. Older brokers drop the keys that it does not name, and not
+    // all of them expect a null.
     CMPIInstance* const instance = _handle.writable();
-    check(instance->ft->setPropertyFilter(instance, properties, noKeys));
+    std::vector<CmpiName> keys;
+    if (properties != nullptr) keys = keyNames(getPath());
+    std::vector<const char*> names;
+    for (const CmpiName& key : keys) names.push_back(key.c_str());
+    names.push_back(nullptr);
+    check(instance->ft->setPropertyFilter(instance, legalNames(properties), names.data()));
 }
 
 std::string CmpiInstance::str() const {

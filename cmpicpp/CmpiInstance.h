@@ -25,7 +25,8 @@ public:
     /// A copy that may be kept beyond the provider's call; the wrapper releases it.
     CmpiInstance clone() const { return CmpiInstance(_handle.clone()); }
 
-    /// The instance's path; empty for the empty instance.
+    /// The instance's path, which may be kept as long as the instance may; empty for the empty
+    /// instance.
     CmpiObjectPath getPath() const;
     void setPath(const CmpiObjectPath& path);
     /// The class name of the path.
@@ -37,10 +38,13 @@ public:
     CmpiData getProperty(const CmpiName& name) const { return getProperty(name.c_str()); }
     /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY past the end.
     std::pair<CmpiName, CmpiData> getPropertyAt(unsigned int index) const;
+    /// A NULL of no type, as an empty array is, gets that of the property where there is one.
     void setProperty(const char* name, CmpiValue value);
     void setProperty(const CmpiName& name, CmpiValue value) { setProperty(name.c_str(), value); }
 
-    /// Makes the object manager drop properties that are not listed; null lists all.
+    /// Makes the object manager drop properties that are not listed; null lists all. Keys of the
+    /// path may stay, and not every object manager drops anything. A name that is none of CIM is
+    /// CMPI_RC_ERR_INVALID_PARAMETER.
     void setPropertyFilter(const char** properties);
 
     /// `instance of PYL_Fan {DeviceID = "1"; Slot = 2;}`; empty for the empty instance.
@@ -56,7 +60,8 @@ private:
     CmpiHandle<CMPIInstance> _handle;
 };
 
-/// A new instance with this path, good until the provider's call returns.
+/// A new instance with this path, good until the provider's call returns. Not every object manager
+/// makes properties of the path's keys.
 PYL_EXPORT CmpiInstance makeCmpiInstance(const CmpiBroker& broker, const CmpiObjectPath& path);
 
 }  // namespace CmpiCpp

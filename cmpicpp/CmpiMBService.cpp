@@ -66,7 +66,7 @@ CmpiInstance CmpiMBService::getInstance(const CmpiContext& context, const CmpiOb
                                         const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
     return wrap(broker, ask(broker->bft->getInstance, broker, required(context.toCMPI()),
-                            path.toCMPI(), properties));
+                            path.toCMPI(), legalNames(properties)));
 }
 
 std::vector<CmpiInstance> CmpiMBService::enumInstances(const CmpiContext& context,
@@ -74,7 +74,8 @@ std::vector<CmpiInstance> CmpiMBService::enumInstances(const CmpiContext& contex
                                                        const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
     return enumerate<CmpiInstance>(broker, broker->bft->enumerateInstances,
-                                   required(context.toCMPI()), classPath.toCMPI(), properties);
+                                   required(context.toCMPI()), classPath.toCMPI(),
+                                   legalNames(properties));
 }
 
 std::vector<CmpiObjectPath> CmpiMBService::enumInstanceNames(
@@ -95,7 +96,7 @@ void CmpiMBService::modifyInstance(const CmpiContext& context, const CmpiObjectP
                                    const CmpiInstance& instance, const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
     tell(broker->bft->modifyInstance, broker, required(context.toCMPI()), path.toCMPI(),
-         instance.toCMPI(), properties);
+         instance.toCMPI(), legalNames(properties));
 }
 
 void CmpiMBService::deleteInstance(const CmpiContext& context, const CmpiObjectPath& path) const {
@@ -119,7 +120,7 @@ std::vector<CmpiInstance> CmpiMBService::associators(
     const CMPIBroker* const broker = required(_broker);
     return enumerate<CmpiInstance>(broker, broker->bft->associators, required(context.toCMPI()),
                                    path.toCMPI(), filter(assocClass), filter(resultClass),
-                                   filter(role), filter(resultRole), properties);
+                                   filter(role), filter(resultRole), legalNames(properties));
 }
 
 std::vector<CmpiObjectPath> CmpiMBService::associatorNames(
@@ -138,7 +139,8 @@ std::vector<CmpiInstance> CmpiMBService::references(const CmpiContext& context,
                                                     const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
     return enumerate<CmpiInstance>(broker, broker->bft->references, required(context.toCMPI()),
-                                   path.toCMPI(), filter(resultClass), filter(role), properties);
+                                   path.toCMPI(), filter(resultClass), filter(role),
+                                   legalNames(properties));
 }
 
 std::vector<CmpiObjectPath> CmpiMBService::referenceNames(const CmpiContext& context,

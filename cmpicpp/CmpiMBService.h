@@ -19,8 +19,9 @@ namespace CmpiCpp {
 
 /// Up-calls: the object manager's own operations, for objects that other providers serve.
 ///
-/// Every operation throws CmpiStatus with the code and text that the object manager answers, and
-/// CMPI_RC_ERR_INVALID_HANDLE without a context.
+/// Every operation throws CmpiStatus with the code and text that the object manager answers;
+/// CMPI_RC_ERR_INVALID_HANDLE without a context, and CMPI_RC_ERR_INVALID_PARAMETER for a property
+/// list with a name that is none of CIM.
 /// Results live until the caller's own CMPI function returns. The context is that of the current
 /// call, or one from CmpiThreadContext on a thread of the provider's own. Cheap to make, one for
 /// each use.

@@ -72,12 +72,18 @@ std::pair<CmpiName, CmpiData> CmpiObjectPath::getKeyAt(unsigned int index) const
 void CmpiObjectPath::addKey(const char* name, CmpiValue value) {
     CMPIObjectPath* const path = _handle.writable();
     const CMPIValue* const key = value.toCMPI(broker());
-    check(path->ft->addKey(path, name, key, value.type()));
+    if (!key) throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "A key cannot be NULL");
+    check(path->ft->addKey(path, legalName(name), key, value.type()));
 }
 
 bool CmpiObjectPath::classPathIsA(const CmpiBroker& broker, const std::string& className) const {
     const CMPIBroker* const asked = required(broker.toCMPI());
     const CMPIObjectPath* const path = _handle.required();
+    if (getClassName() == className) return true;
+    // Object managers answer no, an error, or for the name space of the request.
+    if (getNameSpace().empty()) {
+        throw CmpiStatus(CMPI_RC_ERR_INVALID_NAMESPACE, "The path has no namespace");
+    }
     return ask(asked->eft->classPathIsA, asked, path, className.c_str()) != 0;
 }
 

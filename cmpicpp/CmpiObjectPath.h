@@ -49,12 +49,14 @@ public:
     /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY past the end. Mostly in the order in which the keys were
     /// added, but some object managers have one of their own.
     std::pair<CmpiName, CmpiData> getKeyAt(unsigned int index) const;
-    /// Adds a key, or replaces the one of this name.
+    /// Adds a key, or replaces the one of this name. A name that is none of CIM, and a NULL, are
+    /// CMPI_RC_ERR_INVALID_PARAMETER.
     void addKey(const char* name, CmpiValue value);
     void addKey(const CmpiName& name, CmpiValue value) { addKey(name.c_str(), value); }
 
     /// True when the path's class is the named class or derives from it, as the object manager
-    /// knows.
+    /// knows. A path without a namespace has no superclasses that could be asked for: it is
+    /// CMPI_RC_ERR_INVALID_NAMESPACE.
     bool classPathIsA(const CmpiBroker& broker, const std::string& className) const;
 
     /// A WBEM URI (DSP0207): `//host/root/ktq:PYL_Fan.DeviceID="1",Slot=2`; without a host

@@ -9,6 +9,7 @@
 namespace PYL {
 
 using CmpiCpp::CmpiArgs;
+using CmpiCpp::CmpiArray;
 using CmpiCpp::CmpiBroker;
 using CmpiCpp::CmpiContext;
 using CmpiCpp::CmpiHandle;
@@ -26,7 +27,8 @@ std::optional<operationalStatus> readStatus(const CmpiInstance& instance, Logger
         log.error("Bad type for GroupOperationalStatus in PYLUtil::postStatus()");
         return std::nullopt;
     }
-    const auto statuses = property.asArray();
+    // Some object managers give an empty array back as NULL.
+    const auto statuses = property.isNull() ? CmpiArray() : property.asArray();
     if (statuses.getSize() == 0) {
         log.error("No elements in GroupOperationalStatus in PYLUtil::postStatus()");
         return std::nullopt;

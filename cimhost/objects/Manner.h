@@ -43,6 +43,7 @@ enum class Habit : std::uint8_t {
     holdsAllProperties,
     fillsInDefaults,
     keepsKeyPropertiesNull,
+    endsPathsWithTheCall,
     makesPathlessInstances,
     ignoresUnknownProperties,
     refusesUnknownProperties,

@@ -132,8 +132,11 @@ TEST_F(CmpiObjectPathTest, EscapesQuotesAndBackslashesInKeys) {
 }
 
 TEST_F(CmpiObjectPathTest, IsOneLineWhateverItHolds) {
-    CmpiObjectPath made = withKey("K\n", "line\nbreak\x1B[0m");
+    CmpiObjectPath made = classPath();
     made.setHost("h\r");
+    CMPIValue text{};
+    text.string = handle()->eft->newString(handle(), "line\nbreak\x1B[0m", nullptr);
+    made.toCMPI()->ft->addKey(made.toCMPI(), "K\n", &text, CMPI_string);
     EXPECT_EQ(made.str(), "//h\\r/root/ktq:PYL_Fan.K\\n=\"line\\nbreak\\x001B[0m\"");
 }
 

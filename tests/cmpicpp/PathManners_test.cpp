@@ -1,5 +1,6 @@
 // Paths and instances of brokers that differ from ours, as the C++ values see them.
 
+#include "cmpicpp/CmpiArray.h"
 #include "cmpicpp/CmpiDateTime.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "tests/cmpicpp/BrokerFixture.h"
@@ -73,6 +74,125 @@ TEST(PathMannersTest, EndAtTheirLastItem) {
         const CmpiInstance instance = makeCmpiInstance(host.asked(), path);
         EXPECT_EQ(codeOf([&] { instance.getPropertyAt(0); }), CMPI_RC_ERR_NO_SUCH_PROPERTY);
         EXPECT_EQ(codeOf([&] { instance.getProperty("P"); }), CMPI_RC_ERR_NOT_FOUND);
+    }
+}
+
+TEST(PathMannersTest, ReadTheLargestIntegerKey) {
+    for (const char* manner : allManners) {
+        SCOPED_TRACE(manner);
+        const PathManners host(manner);
+        CmpiObjectPath path = host.classPath();
+        path.addKey("Number", ~0ULL);
+        EXPECT_EQ(path.getKey("Number").asUint64(), ~0ULL);
+    }
+}
+
+TEST(PathMannersTest, RefuseKeysThatAreNullOrHaveNoName) {
+    for (const char* manner : allManners) {
+        SCOPED_TRACE(manner);
+        const PathManners host(manner);
+        CmpiObjectPath path = host.classPath();
+        const char* const none = nullptr;
+        EXPECT_EQ(codeOf([&] { path.addKey("K", none); }), CMPI_RC_ERR_INVALID_PARAMETER);
+        EXPECT_EQ(codeOf([&] { path.addKey("K", CmpiData()); }), CMPI_RC_ERR_INVALID_PARAMETER);
+        for (const char* name : {none, "", "a b", "1a", "a-b", "a.b"}) {
+            EXPECT_EQ(codeOf([&] { path.addKey(name, 1); }), CMPI_RC_ERR_INVALID_PARAMETER);
+        }
+        path.addKey("_A1", 1);
+        path.addKey(
+            "L\xC3\xBC"
+            "fter",
+            1);
+        EXPECT_EQ(path.getKeyCount(), 2U);
+    }
+}
+
+TEST(PathMannersTest, KeepTheKeysOfAFilteredInstance) {
+    for (const char* manner : allManners) {
+        SCOPED_TRACE(manner);
+        const PathManners host(manner);
+        CmpiObjectPath path = host.classPath();
+        path.addKey("Name", "n");
+        CmpiInstance instance = makeCmpiInstance(host.asked(), path);
+        const char* wanted[] = {"Size", nullptr};
+        instance.setPropertyFilter(wanted);
+        EXPECT_EQ(instance.getPath(), path);
+        const char* illegal[] = {"a b", nullptr};
+        EXPECT_EQ(codeOf([&] { instance.setPropertyFilter(illegal); }),
+                  CMPI_RC_ERR_INVALID_PARAMETER);
+    }
+}
+
+TEST(PathMannersTest, TakeAnyNullForAPropertyOfTheClass) {
+    for (const char* manner : allManners) {
+        SCOPED_TRACE(manner);
+        const PathManners host(manner);
+        CmpiInstance instance = makeCmpiInstance(host.asked(), host.classPath());
+        instance.setProperty("Size", 1U);
+        instance.setProperty("Size", CmpiArray());
+        EXPECT_TRUE(instance.getProperty("Size").isNull());
+        EXPECT_EQ(instance.getProperty("Size").getType(), CMPI_uint32);
+        instance.setProperty("Size", CmpiData());
+        EXPECT_EQ(instance.getProperty("Size").getType(), CMPI_uint32);
+    }
+}
+
+TEST(PathMannersTest, OutliveTheCallWithAnInstanceThatIsKept) {
+    for (const char* manner : allManners) {
+        SCOPED_TRACE(manner);
+        const PathManners host(manner);
+        CmpiObjectPath path = host.classPath();
+        path.addKey("Name", "n");
+        const CmpiInstance kept = makeCmpiInstance(host.asked(), path).clone();
+        CmpiObjectPath later;
+        {
+            const cimhost::CallScope call;
+            later = kept.getPath();
+        }
+        EXPECT_EQ(later, path);
+    }
+}
+
+TEST(PathMannersTest, AreOfTheirClassEverywhere) {
+    for (const char* manner : allManners) {
+        SCOPED_TRACE(manner);
+        const PathManners host(manner);
+        CmpiObjectPath path = host.classPath("Test_Derived");
+        EXPECT_TRUE(path.classPathIsA(host.asked(), "test_base"));
+        path.setNameSpace("");
+        EXPECT_TRUE(path.classPathIsA(host.asked(), "test_derived"));
+        EXPECT_EQ(codeOf([&] { path.classPathIsA(host.asked(), "Test_Base"); }),
+                  CMPI_RC_ERR_INVALID_NAMESPACE);
+    }
+}
+
+TEST(PathMannersTest, RefuseDatesThatThereAreNot) {
+    using std::chrono::microseconds;
+    for (const char* manner : allManners) {
+        SCOPED_TRACE(manner);
+        const PathManners host(manner);
+        const auto ofFigure = [&](long long figure, bool interval) {
+            return codeOf([&] { makeCmpiDateTime(host.asked(), microseconds(figure), interval); });
+        };
+        EXPECT_EQ(ofFigure(253402300799999999, false), CMPI_RC_OK);
+        EXPECT_EQ(ofFigure(253402300800000000, false), CMPI_RC_ERR_INVALID_PARAMETER);
+        EXPECT_EQ(ofFigure(8639999999999999999, true), CMPI_RC_OK);
+        EXPECT_EQ(ofFigure(8640000000000000000, true), CMPI_RC_ERR_INVALID_PARAMETER);
+        for (const char* text :
+             {"20241301000000.000000+000", "20240001000000.000000+000", "20240132000000.000000+000",
+              "20240230000000.000000+000", "20230229000000.000000+000", "20240101240000.000000+000",
+              "20240101006000.000000+000", "20240101000060.000000+000", "00000000250000.000000:000",
+              "00000000000000.000000:060", "20240431******.******+000"}) {
+            EXPECT_EQ(codeOf([&] { makeCmpiDateTime(host.asked(), std::string(text)); }),
+                      CMPI_RC_ERR_INVALID_PARAMETER)
+                << text;
+        }
+        for (const char* text : {"20240229235959.999999-720", "99999999235959.999999:000",
+                                 "2024**********.******+000"}) {
+            EXPECT_EQ(codeOf([&] { makeCmpiDateTime(host.asked(), std::string(text)); }),
+                      CMPI_RC_OK)
+                << text;
+        }
     }
 }
 

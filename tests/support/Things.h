@@ -33,7 +33,9 @@ public:
     }
     CmpiCpp::CmpiInstance getInstance() override {
         called("getInstance");
-        return CmpiCpp::makeCmpiInstance(_broker.broker(), _path);
+        auto instance = CmpiCpp::makeCmpiInstance(_broker.broker(), _path);
+        if (!_key.empty()) instance.setProperty("Id", _key);
+        return instance;
     }
     CmpiCpp::CmpiName getClassName() override {
         called("getClassName");

@@ -97,12 +97,18 @@ CMPIStatus setPlainProperty(const CMPIInstance* instance, const char* name, cons
 }
 
 CMPIObjectPath* getObjectPathAs(const CMPIInstance* instance, CMPIStatus* status) noexcept {
-    const auto* const object = findObject<InstanceObject>(instance);
-    if (object && !knownClass(*object->broker, object->read().path)) {
-        answer(status, {CMPI_RC_ERR_INVALID_CLASS, nullptr});
-        return nullptr;
-    }
-    return standardInstance.getObjectPath(instance, status);
+    return enter<InstanceObject>(
+        instance, status, [](InstanceObject& object, CMPIrc& code) -> CMPIObjectPath* {
+            if (instanceHas(object, Habit::makesPathlessInstances) &&
+                !knownClass(*object.broker, object.read().path)) {
+                code = CMPI_RC_ERR_INVALID_CLASS;
+                return nullptr;
+            }
+            const Home home = instanceHas(object, Habit::endsPathsWithTheCall)
+                                  ? Home{*object.broker, Origin::part}
+                                  : partOf(object);
+            return &make<ObjectPathObject>(home, ObjectPath(object.complete().path));
+        });
 }
 
 CMPIStatus ignoreFilter(const CMPIInstance*, const char**, const char**) noexcept {
@@ -146,7 +152,7 @@ void adapt(CMPIInstanceFT& table, const Manner& manner) noexcept {
     table.setPropertyWithOrigin =
         manner.has(Habit::lacksErrorsAndMessages) ? nullptr : setPropertyAs;
     if (manner.has(Habit::missingPropertiesAreNotFound)) table.getProperty = getPropertyAs;
-    if (manner.has(Habit::makesPathlessInstances)) table.getObjectPath = getObjectPathAs;
+    table.getObjectPath = getObjectPathAs;
     if (manner.has(Habit::filtersDropKeys)) table.setPropertyFilter = filterKeys;
     if (manner.has(Habit::ignoresPropertyFilters)) table.setPropertyFilter = ignoreFilter;
     if (manner.has(Habit::refusesPathsOfOtherClasses)) table.setObjectPath = setObjectPathAs;
