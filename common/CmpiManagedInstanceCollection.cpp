@@ -5,6 +5,7 @@
 #include "common/detail/AssociationWalk.h"
 #include "common/detail/LocalRequest.h"
 #include "common/detail/LockedWalk.h"
+#include "common/detail/LogText.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -82,7 +83,7 @@ int CmpiManagedInstanceCollection::_enumerate(const CmpiObjectPath& path, Delive
         if (!instance || !instance->visible() || !(className == instance->getClassName())) continue;
         const auto instancePath = instance->getPath();
         if (!(nameSpace == instancePath.getNameSpace())) continue;
-        if (_log.infoEnabled()) _log.info("deliver: %s", instancePath.str());
+        if (_log.infoEnabled()) _log.info("deliver: %s", logText(instancePath));
         deliver(*instance);
         ++count;
     }
@@ -93,7 +94,8 @@ int CmpiManagedInstanceCollection::enumInstanceNames(CmpiObjectPathResult& resul
                                                      const CmpiContext&,
                                                      const CmpiObjectPath& path) {
     if (_log.infoEnabled()) {
-        _log.info("enumInstanceNames() for class: %s", path.getClassName().c_str());
+        _log.info("enumInstanceNames() for class: %s",
+                  logText([&path] { return path.getClassName(); }));
     }
     return lockedWalk(_mutex, _log, "enumInstanceNames", "enumInstanceNames() exception", [&] {
         return _enumerate(path, [&](auto& instance) { result.deliver(instance.getPath()); });
@@ -103,7 +105,9 @@ int CmpiManagedInstanceCollection::enumInstanceNames(CmpiObjectPathResult& resul
 int CmpiManagedInstanceCollection::enumInstances(CmpiInstanceResult& result, const CmpiContext&,
                                                  const CmpiObjectPath& path,
                                                  const char** properties) {
-    if (_log.infoEnabled()) _log.info("enumInstances() for class:%s", path.getClassName().c_str());
+    if (_log.infoEnabled()) {
+        _log.info("enumInstances() for class:%s", logText([&path] { return path.getClassName(); }));
+    }
     if (properties) _log.warn("property filters not supported! No exception.");
     return lockedWalk(_mutex, _log, "enumInstances", "enumInstances() exception:", [&] {
         return _enumerate(path, [&](auto& instance) { result.deliver(instance.getInstance()); });
@@ -113,7 +117,7 @@ int CmpiManagedInstanceCollection::enumInstances(CmpiInstanceResult& result, con
 bool CmpiManagedInstanceCollection::getInstance(CmpiInstanceResult& result, const CmpiContext&,
                                                 const CmpiObjectPath& path,
                                                 const char** properties) {
-    if (_log.infoEnabled()) _log.info("getInstance() for path: %s", path.str());
+    if (_log.infoEnabled()) _log.info("getInstance() for path: %s", logText(path));
     if (properties) _log.warn("property filters not supported! No exception.");
 
     const AutoMutex lock(_mutex);
@@ -123,7 +127,7 @@ bool CmpiManagedInstanceCollection::getInstance(CmpiInstanceResult& result, cons
             if (!instance || !instance->visible()) continue;
             const auto instancePath = instance->getPath();
             if (!(request.path() == instancePath)) continue;
-            if (_log.infoEnabled()) _log.info("deliver: %s", instancePath.str());
+            if (_log.infoEnabled()) _log.info("deliver: %s", logText(instancePath));
             result.deliver(instance->getInstance());
             return true;
         }

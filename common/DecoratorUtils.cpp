@@ -1,10 +1,12 @@
 #include "common/DecoratorUtils.h"
 
 #include "cmpicpp/CmpiStatus.h"
+#include "common/detail/LogText.h"
 
 using CmpiCpp::CmpiData;
 using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
+using PYL::logText;
 
 namespace PYL {
 
@@ -38,13 +40,15 @@ CmpiCpp::CmpiIndicationProvider* asIndicationProvider(CmpiCpp::CmpiProvider* pro
 }  // namespace PYL
 
 void LoggedObjectPathResult::deliver(const CmpiObjectPath& path) {
-    if (_log.infoEnabled()) _log.info("deliver(%s)", path.str());
+    if (_log.infoEnabled()) _log.info("deliver(%s)", logText(path));
     _result.deliver(path);
     ++_size;
 }
 
 void LoggedInstanceResult::deliver(const CmpiCpp::CmpiInstance& instance) {
-    if (_log.infoEnabled()) _log.info("deliver(%s)", instance.getPath().str());
+    if (_log.infoEnabled()) {
+        _log.info("deliver(%s)", logText([&instance] { return instance.getPath(); }));
+    }
     _result.deliver(instance);
     ++_size;
 }
@@ -83,13 +87,13 @@ void LoggedMethodResult::deliver(const CmpiName& name, const CmpiData& value) {
 }
 
 void LoggedMethodResult::deliver(const CmpiObjectPath& value) {
-    if (_log.infoEnabled()) _log.info("deliver([obj]%s)", value.str());
+    if (_log.infoEnabled()) _log.info("deliver([obj]%s)", logText(value));
     _result.deliver(value);
     ++_size;
 }
 
 void LoggedMethodResult::deliver(const CmpiName& name, const CmpiObjectPath& value) {
-    if (_log.infoEnabled()) _log.info("deliver(%s=[obj]%s)", name.c_str(), value.str());
+    if (_log.infoEnabled()) _log.info("deliver(%s=[obj]%s)", name.c_str(), logText(value));
     _result.deliver(name, value);
     ++_size;
 }

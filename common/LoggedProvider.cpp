@@ -2,6 +2,7 @@
 
 #include "cmpicpp/CmpiStatus.h"
 #include "common/detail/ForwardedOperations.h"
+#include "common/detail/LogText.h"
 
 #include <sstream>
 #include <string_view>
@@ -24,11 +25,15 @@ namespace {
 std::string invocationText(const CmpiObjectPath& path, const CmpiName& methodName,
                            const CmpiArgs& in) {
     std::ostringstream text;
-    text << "invokeMethod(path=" << path.str() << ", "
+    text << "invokeMethod(path=" << logText(path) << ", "
          << "methodName=" << '"' << methodName.c_str() << '"';
-    for (unsigned int i = 0; i < in.getArgCount(); ++i) {
-        const auto [name, value] = in.getArgAt(i);
-        text << ", " << name.c_str() << "=" << value.str();
+    try {
+        for (unsigned int i = 0; i < in.getArgCount(); ++i) {
+            const auto [name, value] = in.getArgAt(i);
+            text << ", " << name.c_str() << "=" << value.str();
+        }
+    } catch (const CmpiStatus&) {
+        text << ", <bad value>";
     }
     text << ")";
     return text.str();
@@ -42,7 +47,7 @@ void logRequest(const Logger& log, const char* name, const CmpiContext&) {
 
 void logRequest(const Logger& log, const char* name, const CmpiContext&, const CmpiObjectPath& path,
                 const auto&...) {
-    log.info("%s(%s)", name, path.str());
+    log.info("%s(%s)", name, logText(path));
 }
 
 void logRequest(const Logger& log, const char*, const CmpiContext&, const CmpiObjectPath& path,
@@ -55,30 +60,32 @@ void logRequest(const Logger& log, const char*, const CmpiContext&, const CmpiOb
 void logRequest(const Logger& log, const char* name, const CmpiContext&, const CmpiObjectPath& path,
                 const CmpiName& assocClass, const CmpiName& resultClass, const CmpiName& role,
                 const CmpiName& resultRole, const auto&...) {
-    log.info("%s(path=%s, assocClass=%s, resultClass=%s, role=%s, resultRole=%s)", name, path.str(),
-             assocClass.c_str(), resultClass.c_str(), role.c_str(), resultRole.c_str());
+    log.info("%s(path=%s, assocClass=%s, resultClass=%s, role=%s, resultRole=%s)", name,
+             logText(path), assocClass.c_str(), resultClass.c_str(), role.c_str(),
+             resultRole.c_str());
 }
 
 void logRequest(const Logger& log, const char* name, const CmpiContext&, const CmpiObjectPath& path,
                 const CmpiName& resultClass, const CmpiName& role, const auto&...) {
-    log.info("%s(path=%s, resultClass=%s, role=%s)", name, path.str(), resultClass.c_str(),
+    log.info("%s(path=%s, resultClass=%s, role=%s)", name, logText(path), resultClass.c_str(),
              role.c_str());
 }
 
 void logRequest(const Logger& log, const char* name, const CmpiContext&, const CMPISelectExp*,
                 const std::string& className, const CmpiObjectPath& path) {
-    log.info("%s(classname=\"%s\", path=%s)", name, className, path.str());
+    log.info("%s(classname=\"%s\", path=%s)", name, className, logText(path));
 }
 
 void logRequest(const Logger& log, const char* name, const CmpiContext&, const CMPISelectExp*,
                 const std::string& className, const CmpiObjectPath& path,
                 const std::string& owner) {
-    log.info("%s(classname=\"%s\", path=%s, user=%s)", name, className, path.str(), owner);
+    log.info("%s(classname=\"%s\", path=%s, user=%s)", name, className, logText(path), owner);
 }
 
 void logRequest(const Logger& log, const char* name, const CmpiContext&, const CMPISelectExp*,
                 const std::string& className, const CmpiObjectPath& path, bool last) {
-    log.info("%s(classname=\"%s\", path=%s, last=%d)", name, className, path.str(), last ? 1 : 0);
+    log.info("%s(classname=\"%s\", path=%s, last=%d)", name, className, logText(path),
+             last ? 1 : 0);
 }
 
 // What the inner provider gets: the arguments as they came, but a logger before the result.

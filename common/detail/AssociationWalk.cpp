@@ -3,6 +3,7 @@
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiMBService.h"
 #include "common/PYLUtil.h"
+#include "common/detail/LogText.h"
 
 #include <typeinfo>
 
@@ -96,7 +97,7 @@ bool usable(const CmpiManagedInstance* instance) {
 }
 
 void logFilterFailure(const Logger& log, const char* format, const CmpiObjectPath& path) {
-    if (log.infoEnabled()) log.info(format, path.getClassName().c_str());
+    if (log.infoEnabled()) log.info(format, logText([&path] { return path.getClassName(); }));
 }
 
 constexpr const char* filterFailed = "%s result class filter failed";
@@ -110,7 +111,7 @@ int AssociationWalk::_deliverOwned(CmpiInstanceResult& result, CmpiManagedInstan
         logFilterFailure(_log, filterFailed, association.getPath());
         return 0;
     }
-    if (_log.infoEnabled()) _log.info("deliver: %s", target.getPath().str());
+    if (_log.infoEnabled()) _log.info("deliver: %s", logText(target.getPath()));
     result.deliver(target.getInstance());
     return 1;
 }
@@ -120,7 +121,7 @@ int AssociationWalk::_deliverUpCall(CmpiInstanceResult& result, const CmpiContex
                                     const CmpiObjectPath& farEnd) {
     if (_log.infoEnabled()) {
         _log.info("%s references path %s, not owned by this provider. Performing Upcall",
-                  association.getPath().getClassName().c_str(), farEnd.str());
+                  association.getPath().getClassName().c_str(), logText(farEnd));
     }
     const CmpiMBService service(PYLUtil::getBroker(), _log);
     try {
@@ -131,7 +132,7 @@ int AssociationWalk::_deliverUpCall(CmpiInstanceResult& result, const CmpiContex
             logFilterFailure(_log, "%s result class filter failed on upcall instance", path);
             return 0;
         }
-        if (_log.infoEnabled()) _log.info("deliver upcall instance: %s", path.str());
+        if (_log.infoEnabled()) _log.info("deliver upcall instance: %s", logText(path));
         result.deliver(instance);
         return 1;
     } catch (...) {
@@ -166,7 +167,7 @@ int AssociationWalk::associatorNames(CmpiObjectPathResult& result, const std::st
             logFilterFailure(_log, filterFailed, farEnd);
             return;
         }
-        if (_log.infoEnabled()) _log.info("deliver: %s", farEnd.str());
+        if (_log.infoEnabled()) _log.info("deliver: %s", logText(farEnd));
         result.deliver(farEnd);
         ++count;
     };

@@ -4,6 +4,7 @@
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/InnerProvider.h"
+#include "tests/support/FaultyBroker.h"
 #include "tests/support/HostName.h"
 #include "tests/support/TestBroker.h"
 
@@ -68,6 +69,21 @@ TEST_F(ResultLoggers, LogPassOnAndCountPaths) {
               (Lines{"information: deliver(//server-1/root/ktq:PYL_Thing.Id=\"a%s\")",
                      "delivered //server-1/root/ktq:PYL_Thing.Id=\"a%s\"", "information: deliver()",
                      "delivered "}));
+}
+
+TEST_F(ResultLoggers, PassOnWhatTheirLineCannotTell) {
+    testsupport::FaultyBroker faulty(host.real());
+    const CmpiCpp::CmpiBroker broker(faulty.handle());
+    const auto path = CmpiCpp::makeCmpiObjectPath(broker, "root/ktq", "PYL_Thing");
+    const auto instance = CmpiCpp::makeCmpiInstance(broker, path);
+    faulty.failFrom("CMPIInstanceFT.getObjectPath", 1, testsupport::FaultyBroker::Fault::status);
+    struct : CmpiCpp::CmpiInstanceResult {
+        void deliver(const CmpiCpp::CmpiInstance&) override {}
+    } sink;
+    LoggedInstanceResult result(log.logger, sink);
+    result.deliver(instance);
+    EXPECT_EQ(result.size(), 1);
+    EXPECT_EQ(journal.take(), Lines{"information: deliver(<bad value>)"});
 }
 
 TEST_F(ResultLoggers, LogPassOnAndCountInstances) {
