@@ -83,6 +83,7 @@ void CmpiInstance::setPropertyFilter(const char** properties) {
     std::vector<CmpiName> keys;
     if (properties != nullptr) keys = keyNames(getPath());
     std::vector<const char*> names;
+    names.reserve(keys.size() + 1);
     for (const CmpiName& key : keys) names.push_back(key.c_str());
     names.push_back(nullptr);
     check(instance->ft->setPropertyFilter(instance, legalNames(properties), names.data()));
