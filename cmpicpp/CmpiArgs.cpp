@@ -31,7 +31,7 @@ CmpiData CmpiArgs::getArg(const char* name) const {
 
 void CmpiArgs::addArg(const char* name, CmpiValue value) {
     CMPIArgs* const args = _handle.writable();
-    requireName(name);
+    legalName(name);
     const CMPIValue* const argument = value.toCMPI(broker());
     requireNoNullObjects(argument, value.type());
     tell(args->ft->addArg, args, name, argument, value.type());

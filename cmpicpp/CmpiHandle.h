@@ -77,9 +77,6 @@ public:
     /// Throws CmpiStatus when the broker cannot clone.
     CmpiHandle clone() const;
 
-    /// True for a clone, which may be kept beyond the call.
-    bool isOwned() const noexcept { return _owner != nullptr; }
-
     explicit operator bool() const noexcept { return _object != nullptr; }
     const CMPIBroker* broker() const noexcept { return _broker; }
 

@@ -1,6 +1,7 @@
 #include "cmpicpp/CmpiInstance.h"
 
 #include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/Portable.h"
 #include "cmpicpp/detail/TextForm.h"
 
 #include <vector>
@@ -44,7 +45,7 @@ CmpiObjectPath CmpiInstance::getPath() const {
 void CmpiInstance::setPath(const CmpiObjectPath& path) {
     if (path.empty()) throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "The path is empty");
     CMPIInstance* const instance = _handle.writable();
-    check(instance->ft->setObjectPath(instance, path.toCMPI()));
+    tell(instance->ft->setObjectPath, instance, path.toCMPI());
 }
 
 unsigned int CmpiInstance::getPropertyCount() const {
@@ -73,7 +74,7 @@ void CmpiInstance::setProperty(const char* name, CmpiValue value) {
     const CMPIValue* const property = value.toCMPI(broker());
     const CMPIType type =
         !property && value.type() == CMPI_null ? typeOf(instance, name) : value.type();
-    check(instance->ft->setProperty(instance, name, property, type));
+    tell(instance->ft->setProperty, instance, name, property, type);
 }
 
 void CmpiInstance::setPropertyFilter(const char** properties) {
@@ -86,7 +87,7 @@ void CmpiInstance::setPropertyFilter(const char** properties) {
     names.reserve(keys.size() + 1);
     for (const CmpiName& key : keys) names.push_back(key.c_str());
     names.push_back(nullptr);
-    check(instance->ft->setPropertyFilter(instance, legalNames(properties), names.data()));
+    tell(instance->ft->setPropertyFilter, instance, legalNames(properties), names.data());
 }
 
 std::string CmpiInstance::str() const {

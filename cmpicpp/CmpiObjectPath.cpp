@@ -2,6 +2,7 @@
 
 #include "cmpicpp/detail/Calls.h"
 #include "cmpicpp/detail/Equality.h"
+#include "cmpicpp/detail/Portable.h"
 #include "cmpicpp/detail/TextForm.h"
 
 #include <ostream>
@@ -31,17 +32,17 @@ CmpiName CmpiObjectPath::getClassName() const {
 
 void CmpiObjectPath::setHost(const CmpiName& host) {
     CMPIObjectPath* const path = _handle.writable();
-    check(path->ft->setHostname(path, host.c_str()));
+    tell(path->ft->setHostname, path, host.c_str());
 }
 
 void CmpiObjectPath::setNameSpace(const CmpiName& nameSpace) {
     CMPIObjectPath* const path = _handle.writable();
-    check(path->ft->setNameSpace(path, nameSpace.c_str()));
+    tell(path->ft->setNameSpace, path, nameSpace.c_str());
 }
 
 void CmpiObjectPath::setClassName(const CmpiName& className) {
     CMPIObjectPath* const path = _handle.writable();
-    check(path->ft->setClassName(path, className.c_str()));
+    tell(path->ft->setClassName, path, className.c_str());
 }
 
 unsigned int CmpiObjectPath::getKeyCount() const {
@@ -73,7 +74,7 @@ void CmpiObjectPath::addKey(const char* name, CmpiValue value) {
     CMPIObjectPath* const path = _handle.writable();
     const CMPIValue* const key = value.toCMPI(broker());
     if (!key) throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "A key cannot be NULL");
-    check(path->ft->addKey(path, legalName(name), key, value.type()));
+    tell(path->ft->addKey, path, legalName(name), key, value.type());
 }
 
 bool CmpiObjectPath::classPathIsA(const CmpiBroker& broker, const std::string& className) const {

@@ -2,29 +2,9 @@
 
 #include <cxxabi.h>
 
-#include <algorithm>
 #include <exception>
 
 namespace CmpiCpp {
-
-namespace {
-
-bool isDigit(char character) noexcept {
-    return character >= '0' && character <= '9';
-}
-
-bool isOfNames(char character) noexcept {
-    const auto letter = static_cast<char>(character | 0x20);
-    return (letter >= 'a' && letter <= 'z') || isDigit(character) || character == '_' ||
-           static_cast<unsigned char>(character) >= 0x80;
-}
-
-bool isLegal(std::string_view name) noexcept {
-    return !name.empty() && !isDigit(name.front()) &&
-           std::all_of(name.begin(), name.end(), isOfNames);
-}
-
-}  // namespace
 
 void throwForeign() {
     try {
@@ -68,18 +48,6 @@ const char* textOrEmpty(const CMPIString* string) noexcept {
     if (!string) return "";
     const char* const text = string->ft->getCharPtr(string, nullptr);
     return !text ? "" : text;
-}
-
-const char* legalName(const char* name) {
-    if (!name || !isLegal(name)) {
-        throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "No name: " + toString(name));
-    }
-    return name;
-}
-
-const char** legalNames(const char** names) {
-    for (const char** name = names; name && *name; ++name) legalName(*name);
-    return names;
 }
 
 CMPICount keyCount(const CMPIObjectPath* path) {

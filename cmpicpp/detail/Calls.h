@@ -71,13 +71,6 @@ inline const CMPIContext* required(const CMPIContext* context) {
     return context;
 }
 
-/// A name of CIM (DSP0004, annex A). Any other is CMPI_RC_ERR_INVALID_PARAMETER: not every broker
-/// stands one.
-const char* legalName(const char* name);
-
-/// The same for each name of a list that a null pointer ends; none for nullptr.
-const char** legalNames(const char** names);
-
 /// The characters of a string of the broker, borrowed from it and ended by a zero; "" for nullptr.
 inline const char* charsOf(const CMPIString* string) {
     const char* const text = !string ? nullptr : ask(string->ft->getCharPtr, string);
@@ -102,7 +95,7 @@ inline std::string toString(const char* text) {
 template <typename Getter, typename... Arguments>
 bool find(CMPIData& item, Getter getter, Arguments... arguments) {
     CMPIStatus status{CMPI_RC_OK, nullptr};
-    item = getter(arguments..., &status);
+    item = call(getter, arguments..., &status);
     if (status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY || status.rc == CMPI_RC_ERR_NOT_FOUND) {
         return false;
     }

@@ -32,22 +32,11 @@ bool isNull(const CMPIData& data) noexcept {
     return kindOf(data) == DataKind::null;
 }
 
-// Some hosts count the keys of the class, set or not.
-bool isUnset(const CMPIStatus& status, const CMPIData& data) noexcept {
-    return status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY || status.rc == CMPI_RC_ERR_NOT_FOUND ||
-           (data.state & (CMPI_nullValue | CMPI_badValue | CMPI_notFound)) != 0;
-}
-
 void copyKeys(const CMPIObjectPath* from, CMPIObjectPath* to) {
-    const CMPICount count = ask(from->ft->getKeyCount, from);
-    for (CMPICount index = 0; index < count; ++index) {
-        CMPIString* name = nullptr;
-        CMPIStatus status{CMPI_RC_OK, nullptr};
-        const CMPIData data = call(from->ft->getKeyAt, from, index, &name, &status);
-        if (isUnset(status, data)) continue;
-        check(status);
-        tell(to->ft->addKey, to, charsOf(name), &data.value, data.type);
-    }
+    forEachKey(from, [to](const CMPIString* name, const CMPIData& key) {
+        tell(to->ft->addKey, to, charsOf(name), &key.value, key.type);
+        return true;
+    });
 }
 
 CMPIObjectPath* copyOf(const CMPIBroker* broker, const CMPIObjectPath* path) {
@@ -82,9 +71,14 @@ CMPIDateTime* copyOf(const CMPIBroker* broker, const CMPIDateTime* dateTime) {
 
 }  // namespace
 
-void requireName(const char* name) {
-    if (name && isName(name)) return;
+const char* legalName(const char* name) {
+    if (name && isName(name)) return name;
     throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "No name: '" + toString(name) + "'");
+}
+
+const char** legalNames(const char** names) {
+    for (const char** name = names; name && *name; ++name) legalName(*name);
+    return names;
 }
 
 void requireNoNullObjects(const CMPIValue* value, CMPIType type) {

@@ -7,9 +7,12 @@
 /// rather than take another host with it. Failures are CmpiStatus. Not installed.
 namespace CmpiCpp {
 
-/// A name of an argument is an identifier (DSP0004, annex A): others make some hosts throw.
+/// The name, which is an identifier (DSP0004, annex A): others make some hosts throw.
 /// Throws CMPI_RC_ERR_INVALID_PARAMETER.
-void requireName(const char* name);
+const char* legalName(const char* name);
+
+/// The same for each name of a list that a null pointer ends; none for nullptr.
+const char** legalNames(const char** names);
 
 /// An array with a NULL text, datetime, reference or instance, on its way into an argument, a
 /// result or a property: there are hosts that read the null pointer when they take it over.

@@ -38,7 +38,7 @@ void MethodSink::_returned(CmpiValue value) {
 }
 
 void MethodSink::_output(const CmpiName& name, CmpiValue value) {
-    requireName(name.c_str());
+    legalName(name.c_str());
     const CMPIValue* const argument = value.toCMPI(_broker);
     requireNoNullObjects(argument, value.type());
     tell(_out->ft->addArg, _out, name.c_str(), argument, value.type());
