@@ -14,15 +14,7 @@ namespace CmpiCpp::test {
 /// The broker of all tests, as the C++ values see it.
 class BrokerTest : public cimhost::BrokerTest {
 protected:
-    // A class without properties takes all that is set where the host wants to know the class.
-    BrokerTest() {
-        if (!realBroker.manner().has(cimhost::Habit::makesPathlessInstances)) return;
-        for (const char* name : {"PYL_Fan", "C"}) {
-            cimhost::Class definition;
-            definition.name = name;
-            repository.make("root/ktq").addClass(definition);
-        }
-    }
+    BrokerTest() { _declareFor(realBroker.manner()); }
 
     void TearDown() override { EXPECT_TRUE(log.lines().empty()) << "the broker has complained"; }
 
@@ -31,6 +23,7 @@ protected:
 
     /// Another broker, with the manner of this host, for the same call.
     const cimhost::Broker& brokerOf(std::string_view manner) {
+        _declareFor(cimhost::Manner(manner));
         return _others.emplace_back(repository, log, cimhost::fillUpCalls, cimhost::Manner(manner));
     }
     CmpiBroker like(std::string_view manner) { return CmpiBroker(brokerOf(manner).handle()); }
@@ -43,6 +36,19 @@ protected:
     }
 
 private:
+    // A class without properties takes all that is set where the host wants to know the class.
+    void _declareFor(const cimhost::Manner& manner) {
+        if (!manner.has(cimhost::Habit::makesPathlessInstances)) return;
+        for (const char* name : {"PYL_Fan", "C", "First", "Second"}) {
+            cimhost::Class definition;
+            definition.name = name;
+            for (const char* space : {"root/ktq", "n"}) {
+                cimhost::NameSpace& nameSpace = repository.make(space);
+                if (!nameSpace.findClass(name)) nameSpace.addClass(definition);
+            }
+        }
+    }
+
     std::list<cimhost::Broker> _others;
 };
 

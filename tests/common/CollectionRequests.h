@@ -22,7 +22,7 @@ inline void fillCollection(PYL::CmpiManagedInstanceCollection& collection, TestB
         new MultiLink(host, calls, link("acb"), thing("a"), {thing("c"), thing("b")}));
     collection.createInstance(new Link(host, calls, link("far"), thing("a"), thing("far")));
     host.onGetInstance = [&host](const CmpiCpp::CmpiObjectPath& path) {
-        return CmpiCpp::makeCmpiInstance(host.broker(), path);
+        return host.instance(path);
     };
 }
 

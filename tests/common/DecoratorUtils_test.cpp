@@ -90,7 +90,7 @@ TEST_F(ResultLoggers, LogPassOnAndCountInstances) {
     CapturedInstances sink(journal);
     LoggedInstanceResult result(log.logger, sink);
     EXPECT_EQ(result.size(), 0);
-    result.deliver(CmpiCpp::makeCmpiInstance(host.broker(), host.path("PYL_Thing", "a")));
+    result.deliver(host.instance(host.path("PYL_Thing", "a")));
     EXPECT_EQ(result.size(), 1);
     EXPECT_EQ(journal.take(), (Lines{"information: deliver(//server-1/root/ktq:PYL_Thing.Id=\"a\")",
                                      "delivered instance of PYL_Thing {Id = \"a\";} at "
@@ -199,7 +199,7 @@ TEST_F(ResultLoggers, CountNothingThatTheSinkRefuses) {
     LoggedObjectPathResult paths(log.logger, pathSink);
     LoggedInstanceResult instances(log.logger, instanceSink);
     LoggedMethodResult method(log.logger, methodSink);
-    const auto instance = CmpiCpp::makeCmpiInstance(host.broker(), host.path("PYL_Thing", "a"));
+    const auto instance = host.instance(host.path("PYL_Thing", "a"));
     for (const auto& failure : allFailures()) {
         pathSink.onDeliver = instanceSink.onDeliver = methodSink.onDeliver = failure.raise;
         EXPECT_EQ(outcomeOf([&] { paths.deliver(instance.getPath()); }), failure.name);

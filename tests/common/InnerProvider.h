@@ -50,8 +50,7 @@ protected:
     }
     void deliverInstances(Instances& result) override {
         for (int i = 0; i < deliveries; ++i) {
-            result.deliver(CmpiCpp::makeCmpiInstance(host.broker(),
-                                                     host.path("PYL_Thing", std::to_string(i))));
+            result.deliver(host.instance(host.path("PYL_Thing", std::to_string(i))));
         }
     }
     void deliverResult(CmpiCpp::CmpiMethodResult& result) override { onInvoke(result); }

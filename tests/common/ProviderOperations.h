@@ -23,7 +23,7 @@ struct Request {
         : host(broker),
           context(broker.context()),
           path(broker.path("PYL_Thing", "a")),
-          instance(CmpiCpp::makeCmpiInstance(broker.broker(), path)),
+          instance(broker.instance(path)),
           arguments(CmpiCpp::makeCmpiArgs(broker.broker())),
           paths(journal),
           instances(journal),

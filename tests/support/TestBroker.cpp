@@ -112,6 +112,12 @@ CMPIData TestBroker::_methodCall(const CMPIBroker* broker, const CMPIContext*,
     });
 }
 
+CmpiCpp::CmpiInstance TestBroker::instance(const CmpiCpp::CmpiObjectPath& path) const {
+    auto made = CmpiCpp::makeCmpiInstance(broker(), path);
+    made.setProperty("Id", path.getKey("Id").asString());
+    return made;
+}
+
 CmpiObjectPath TestBroker::path(const char* className, const std::string& key) const {
     return path(PYL::BaseServerNameSpace, className, key, PYL::PYLUtil::getHostName());
 }

@@ -61,6 +61,9 @@ public:
     CmpiCpp::CmpiObjectPath path(const char* nameSpace, const char* className,
                                  const std::string& key, const std::string& host) const;
 
+    /// A new instance whose one key, "Id", is a property too: some hosts leave that to its maker.
+    CmpiCpp::CmpiInstance instance(const CmpiCpp::CmpiObjectPath& path) const;
+
 private:
     struct Indications : cimhost::IndicationSink {
         explicit Indications(const TestBroker& owner) : broker(owner) {}

@@ -381,7 +381,7 @@ struct UpCallTest : AssociationsTest {
     void serve(const CmpiObjectPath& path) {
         host.onGetInstance = [this, path](const CmpiObjectPath&) {
             journal.note("asked");
-            return CmpiCpp::makeCmpiInstance(host.broker(), path);
+            return host.instance(path);
         };
     }
 };
@@ -399,7 +399,7 @@ TEST_F(UpCallTest, AsksForThePathThatTheAssociationGave) {
     std::optional<std::string> asked;
     host.onGetInstance = [&](const CmpiObjectPath& path) {
         asked = path.str();
-        return CmpiCpp::makeCmpiInstance(host.broker(), path);
+        return host.instance(path);
     };
     associators(host.path("root/ktq", "PYL_Thing", "a", "elsewhere"));
     EXPECT_EQ(asked, text("far"));
