@@ -25,17 +25,11 @@ std::string textEntry(const CMPIContext* context, const char* name) {
 
 }  // namespace
 
-std::string CmpiContext::nameSpace() const {
-    return textEntry(_context, CMPIInitNameSpace);
-}
+std::string CmpiContext::nameSpace() const { return textEntry(_context, CMPIInitNameSpace); }
 
-std::string CmpiContext::principal() const {
-    return textEntry(_context, CMPIPrincipal);
-}
+std::string CmpiContext::principal() const { return textEntry(_context, CMPIPrincipal); }
 
-std::string CmpiContext::acceptLanguage() const {
-    return textEntry(_context, CMPIAcceptLanguage);
-}
+std::string CmpiContext::acceptLanguage() const { return textEntry(_context, CMPIAcceptLanguage); }
 
 CMPIFlags CmpiContext::invocationFlags() const {
     const CMPIData data = entry(_context, CMPIInvocationFlags);

@@ -74,9 +74,7 @@ void expect(const CMPIData& data, DataKind kind, CMPIType expected) {
 
 }  // namespace
 
-bool CmpiData::isNull() const noexcept {
-    return kindOf(_data) == DataKind::null;
-}
+bool CmpiData::isNull() const noexcept { return kindOf(_data) == DataKind::null; }
 
 bool CmpiData::asBool() const {
     expect(_data, DataKind::boolean, CMPI_boolean);

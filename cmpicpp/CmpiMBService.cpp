@@ -8,9 +8,7 @@ namespace CmpiCpp {
 namespace {
 
 // CMPI has no empty filters: what does not filter is a null.
-const char* filter(const CmpiName& name) noexcept {
-    return name.empty() ? nullptr : name.c_str();
-}
+const char* filter(const CmpiName& name) noexcept { return name.empty() ? nullptr : name.c_str(); }
 
 CmpiInstance wrap(const CMPIBroker* broker, const CMPIInstance* instance) {
     return CmpiInstance(CmpiHandle<CMPIInstance>::borrowed(broker, made(instance, "instance")));
@@ -223,9 +221,7 @@ CmpiThreadContext::Attachment::Attachment(const CmpiThreadContext& context)
 }
 
 // A thread that cannot be detached is about to end anyhow.
-CmpiThreadContext::Attachment::~Attachment() {
-    _broker->bft->detachThread(_broker, _prepared);
-}
+CmpiThreadContext::Attachment::~Attachment() { _broker->bft->detachThread(_broker, _prepared); }
 
 CmpiContext CmpiThreadContext::Attachment::context() const noexcept {
     return CmpiContext(_prepared);

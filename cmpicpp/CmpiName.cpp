@@ -13,9 +13,7 @@ constexpr unsigned char lower(char character) noexcept {
     return byte >= 'A' && byte <= 'Z' ? static_cast<unsigned char>(byte + ('a' - 'A')) : byte;
 }
 
-constexpr bool sameLetter(char left, char right) noexcept {
-    return lower(left) == lower(right);
-}
+constexpr bool sameLetter(char left, char right) noexcept { return lower(left) == lower(right); }
 
 }  // namespace
 
@@ -23,26 +21,18 @@ CmpiName::CmpiName(const char* text) {
     if (text != nullptr) _assign(text);
 }
 
-CmpiName::CmpiName(std::string_view text) {
-    _assign(text);
-}
+CmpiName::CmpiName(std::string_view text) { _assign(text); }
 
-CmpiName::CmpiName(const std::string& text) {
-    _assign(text);
-}
+CmpiName::CmpiName(const std::string& text) { _assign(text); }
 
-CmpiName::CmpiName(const CmpiName& other) {
-    _assign(other.view());
-}
+CmpiName::CmpiName(const CmpiName& other) { _assign(other.view()); }
 
 CmpiName::CmpiName(CmpiName&& other) noexcept
     : _long(std::move(other._long)), _size(std::exchange(other._size, 0)), _short(other._short) {
     other._short.front() = '\0';
 }
 
-CmpiName& CmpiName::operator=(const CmpiName& other) {
-    return *this = CmpiName(other);
-}
+CmpiName& CmpiName::operator=(const CmpiName& other) { return *this = CmpiName(other); }
 
 CmpiName& CmpiName::operator=(CmpiName&& other) noexcept {
     _long.swap(other._long);
@@ -73,9 +63,7 @@ bool operator<(const CmpiName& left, const CmpiName& right) noexcept {
                                         [](char x, char y) { return lower(x) < lower(y); });
 }
 
-std::ostream& operator<<(std::ostream& out, const CmpiName& name) {
-    return out << name.view();
-}
+std::ostream& operator<<(std::ostream& out, const CmpiName& name) { return out << name.view(); }
 
 bool equalNames(std::string_view left, std::string_view right) noexcept {
     // Names are mostly written as the class declares them.

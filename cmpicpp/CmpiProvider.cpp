@@ -25,9 +25,7 @@ CmpiAssociationProvider::~CmpiAssociationProvider() = default;
 CmpiMethodProvider::~CmpiMethodProvider() = default;
 CmpiIndicationProvider::~CmpiIndicationProvider() = default;
 
-int CmpiProvider::unloadOK(const CmpiContext&) {
-    return 0;
-}
+int CmpiProvider::unloadOK(const CmpiContext&) { return 0; }
 
 void CmpiProvider::cleanup(const CmpiContext&, bool) {}
 

@@ -59,9 +59,7 @@ std::string CmpiStatus::str() const {
     return text;
 }
 
-void throwStatus(CMPIStatus status) {
-    throw CmpiStatus(status);
-}
+void throwStatus(CMPIStatus status) { throw CmpiStatus(status); }
 
 const char* rcName(CMPIrc rc) noexcept {
     const auto* const row =

@@ -104,9 +104,7 @@ void AutostartDecorator::_forward<asInstanceProvider, &CmpiInstanceProvider::get
     _asInstanceProvider()->getInstance(context, path, properties, result);
 }
 
-CMPIBroker* AutostartDecorator::getBroker() {
-    return CmpiBroker(PYLUtil::getBroker()).toRawCMPI();
-}
+CMPIBroker* AutostartDecorator::getBroker() { return CmpiBroker(PYLUtil::getBroker()).toRawCMPI(); }
 
 int AutostartDecorator::unloadOK(const CmpiContext& context) {
     constexpr int doNotUnloadNow = 1;

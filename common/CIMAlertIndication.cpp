@@ -13,9 +13,7 @@ CIMAlertIndication::CIMAlertIndication(Logger& log, const std::string& name,
     _log.info("CIMAlertIndication cxtor()");
 }
 
-CIMAlertIndication::~CIMAlertIndication() {
-    _log.info("CIMAlertIndication dxtor()");
-}
+CIMAlertIndication::~CIMAlertIndication() { _log.info("CIMAlertIndication dxtor()"); }
 
 CmpiInstance CIMAlertIndication::getInstance() {
     auto instance = CmpiCpp::makeCmpiInstance(indicationBroker(), getPath());
@@ -42,21 +40,15 @@ void CIMAlertIndication::setAlertingManagedElement(const std::string& element) {
     _element = element;
 }
 
-void CIMAlertIndication::setAlertingElementFormat(int format) {
-    _format = format;
-}
+void CIMAlertIndication::setAlertingElementFormat(int format) { _format = format; }
 
 void CIMAlertIndication::setDescription(const std::string& description) {
     _description = description;
 }
 
-void CIMAlertIndication::setEventID(const std::string& eventID) {
-    _eventID = eventID;
-}
+void CIMAlertIndication::setEventID(const std::string& eventID) { _eventID = eventID; }
 
-void CIMAlertIndication::setAlertType(int alertType) {
-    _alertType = alertType;
-}
+void CIMAlertIndication::setAlertType(int alertType) { _alertType = alertType; }
 
 void CIMAlertIndication::setProviderName(const std::string& providerName) {
     _providerName = providerName;

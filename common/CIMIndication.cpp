@@ -27,9 +27,7 @@ CIMIndication::CIMIndication(Logger& log, const std::string& name, const std::st
     _log.info("CIMIndication cxtor()");
 }
 
-CIMIndication::~CIMIndication() {
-    _log.info("CIMIndication dxtor()");
-}
+CIMIndication::~CIMIndication() { _log.info("CIMIndication dxtor()"); }
 
 CmpiObjectPath CIMIndication::getPath() const {
     auto path = CmpiCpp::makeCmpiObjectPath(indicationBroker(), _nameSpace.c_str(), _name.c_str());

@@ -31,9 +31,7 @@ Logger& storeLogger() {
 
 /// A word as C sees it: to its first zero byte. Only a file that is not ours holds one, and a key
 /// that no file can hold whole.
-std::string_view cText(std::string_view word) noexcept {
-    return word.substr(0, word.find('\0'));
-}
+std::string_view cText(std::string_view word) noexcept { return word.substr(0, word.find('\0')); }
 
 /// Whether C sees this text, which has no zero byte, in the word.
 bool isText(std::string_view word, std::string_view text) noexcept {
@@ -84,13 +82,9 @@ namespace PYL {
 
 DataStore::~DataStore() = default;
 
-DataStore* makeDataStore(const std::string& name) {
-    return new DataStoreTxt(name);
-}
+DataStore* makeDataStore(const std::string& name) { return new DataStoreTxt(name); }
 
-void setDataStoreLogger(const Logger& log) {
-    storeLogger() = log;
-}
+void setDataStoreLogger(const Logger& log) { storeLogger() = log; }
 
 }  // namespace PYL
 
@@ -290,14 +284,10 @@ bool DataStoreTxt::storeTimeT(const std::string& key, long value) {
     return storeString(key, decimal(value));
 }
 
-long DataStoreTxt::fetchTimeT(const std::string& key) {
-    return parsed<long>(fetchString(key));
-}
+long DataStoreTxt::fetchTimeT(const std::string& key) { return parsed<long>(fetchString(key)); }
 
 bool DataStoreTxt::storeBool(const std::string& key, bool value) {
     return storeString(key, decimal(value));
 }
 
-bool DataStoreTxt::fetchBool(const std::string& key) {
-    return parsed<bool>(fetchString(key));
-}
+bool DataStoreTxt::fetchBool(const std::string& key) { return parsed<bool>(fetchString(key)); }

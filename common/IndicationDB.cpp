@@ -67,9 +67,7 @@ IndicationDB::IndicationDB(Logger& log, const std::string& providerName) : _log(
     _makeGroup(providerName, isValmor ? RecordSet::valmor : RecordSet::nonValmor);
 }
 
-IndicationDB::~IndicationDB() {
-    _log.info("dxtor()");
-}
+IndicationDB::~IndicationDB() { _log.info("dxtor()"); }
 
 void IndicationDB::_makeGroup(const std::string& providerName, RecordSet set) {
     const auto rows = findIndicationRows(providerName);
@@ -117,8 +115,6 @@ int IndicationDB::getRecord(int eventID, IndDBRec& out) const {
     return recordFound;
 }
 
-void IndicationDB::make(const IndDBRec& rec) {
-    _records.push_back(rec);
-}
+void IndicationDB::make(const IndDBRec& rec) { _records.push_back(rec); }
 
 }  // namespace PYL

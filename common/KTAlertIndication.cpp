@@ -64,9 +64,7 @@ KTAlertIndication::KTAlertIndication(Logger& log, const std::string& name,
     _log.info("KTAlertIndication cxtor()");
 }
 
-KTAlertIndication::~KTAlertIndication() {
-    _log.info("KTAlertIndication dxtor()");
-}
+KTAlertIndication::~KTAlertIndication() { _log.info("KTAlertIndication dxtor()"); }
 
 CmpiInstance KTAlertIndication::getInstance() {
     auto instance = CmpiCpp::makeCmpiInstance(indicationBroker(), getPath());
@@ -156,25 +154,17 @@ void KTAlertIndication::setTemperatureVariables(float caution, float fatal) {
     _setTemperatureVarNames = true;
 }
 
-void KTAlertIndication::setSummary(const std::string& summary) {
-    _summary = summary;
-}
+void KTAlertIndication::setSummary(const std::string& summary) { _summary = summary; }
 
-void KTAlertIndication::setEventCategory(int category) {
-    _category = category;
-}
+void KTAlertIndication::setEventCategory(int category) { _category = category; }
 
-void KTAlertIndication::setEventSubCategory(int subcategory) {
-    _subcategory = subcategory;
-}
+void KTAlertIndication::setEventSubCategory(int subcategory) { _subcategory = subcategory; }
 
 void KTAlertIndication::setOtherEventCategory(const std::string& category) {
     _othercategory = category;
 }
 
-void KTAlertIndication::setProbableCause(int cause) {
-    _probableCause = cause;
-}
+void KTAlertIndication::setProbableCause(int cause) { _probableCause = cause; }
 
 void KTAlertIndication::setProbableCauseDescription(const std::string& description) {
     _probableCauseDescription = description;
@@ -200,13 +190,9 @@ void KTAlertIndication::setHWSerialNumber(const std::string& serialNumber) {
     _serialNumber = serialNumber;
 }
 
-void KTAlertIndication::setHWPartNumber(const std::string& partNumber) {
-    _partNumber = partNumber;
-}
+void KTAlertIndication::setHWPartNumber(const std::string& partNumber) { _partNumber = partNumber; }
 
-void KTAlertIndication::setDeviceModel(const std::string& model) {
-    _deviceModel = model;
-}
+void KTAlertIndication::setDeviceModel(const std::string& model) { _deviceModel = model; }
 
 void KTAlertIndication::setHWPhysicalLocation(const std::string& location) {
     _physicalLocation = location;

@@ -41,9 +41,7 @@ std::string invocationText(const CmpiObjectPath& path, const CmpiName& methodNam
 
 // The line before an operation, which its arguments decide.
 
-void logRequest(const Logger& log, const char* name, const CmpiContext&) {
-    log.info("%s()", name);
-}
+void logRequest(const Logger& log, const char* name, const CmpiContext&) { log.info("%s()", name); }
 
 void logRequest(const Logger& log, const char* name, const CmpiContext&, const CmpiObjectPath& path,
                 const auto&...) {
@@ -99,13 +97,9 @@ LoggedObjectPathResult logged(const Logger& log, CmpiObjectPathResult& result) {
     return {log, result};
 }
 
-LoggedInstanceResult logged(const Logger& log, CmpiInstanceResult& result) {
-    return {log, result};
-}
+LoggedInstanceResult logged(const Logger& log, CmpiInstanceResult& result) { return {log, result}; }
 
-LoggedMethodResult logged(const Logger& log, CmpiMethodResult& result) {
-    return {log, result};
-}
+LoggedMethodResult logged(const Logger& log, CmpiMethodResult& result) { return {log, result}; }
 
 // The line after an operation, which its last argument decides: the number of objects delivered,
 // but of the values of a method.
@@ -176,9 +170,7 @@ void LoggedProvider::_forward(const char* name, Arguments&... arguments) {
     call(logged(_log, arguments)...);
 }
 
-CMPIBroker* LoggedProvider::getBroker() {
-    return _p ? _p->getBroker() : nullptr;
-}
+CMPIBroker* LoggedProvider::getBroker() { return _p ? _p->getBroker() : nullptr; }
 
 int LoggedProvider::unloadOK(const CmpiContext& context) {
     constexpr const char* words[] = {"okToUnload", "doNotUnloadNow", "neverUnload"};

@@ -55,17 +55,13 @@ std::string PYLUtil::getHostName() {
     return name.data();
 }
 
-std::string PYLUtil::getScopedConformingProfileName() {
-    return "Base Server";
-}
+std::string PYLUtil::getScopedConformingProfileName() { return "Base Server"; }
 
 void PYLUtil::setBroker(const CmpiBroker& broker) {
     _broker.store(broker.toCMPI(), std::memory_order_relaxed);
 }
 
-const CMPIBroker* PYLUtil::getBroker() {
-    return _broker.load(std::memory_order_relaxed);
-}
+const CMPIBroker* PYLUtil::getBroker() { return _broker.load(std::memory_order_relaxed); }
 
 std::string PYLUtil::getSystemUUID(Logger& log) {
     ComputerSystemMRADataObject data(log);
@@ -93,9 +89,7 @@ CmpiObjectPath PYLUtil::getPCIDevicePath(int domain, int bus, int device, int fu
     return path;
 }
 
-CmpiObjectPath PYLUtil::getChassisPath() {
-    return chassisPath("1");
-}
+CmpiObjectPath PYLUtil::getChassisPath() { return chassisPath("1"); }
 
 CmpiObjectPath PYLUtil::getChassisPath(unsigned int bladeNum) {
     constexpr std::size_t tagLength = 3;

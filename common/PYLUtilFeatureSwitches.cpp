@@ -27,17 +27,11 @@ bool PYLUtil::HeartBeatIndicationsEnabled() noexcept {
     return FileExistsAsRootPerms("/tmp/PYL.heartbeats");
 }
 
-bool PYLUtil::TestIndicationsEnabled() noexcept {
-    return takeMarker("/tmp/PYL.test");
-}
+bool PYLUtil::TestIndicationsEnabled() noexcept { return takeMarker("/tmp/PYL.test"); }
 
-bool PYLUtil::TimeIntervalConfigured() noexcept {
-    return takeMarker("/tmp/PYL.EVConf");
-}
+bool PYLUtil::TimeIntervalConfigured() noexcept { return takeMarker("/tmp/PYL.EVConf"); }
 
 // Without the dot of the others: administrators' scripts know it by this name.
-bool PYLUtil::PerfmonEnabled() noexcept {
-    return FileExistsAsRootPerms("/tmp/PYLPerfmon");
-}
+bool PYLUtil::PerfmonEnabled() noexcept { return FileExistsAsRootPerms("/tmp/PYLPerfmon"); }
 
 }  // namespace PYL

@@ -84,9 +84,7 @@ void PerfmonDecorator::_forward(const char* name, Arguments&... arguments) {
     (asInterface(_p)->*operation)(arguments...);
 }
 
-CMPIBroker* PerfmonDecorator::getBroker() {
-    return _broker.toRawCMPI();
-}
+CMPIBroker* PerfmonDecorator::getBroker() { return _broker.toRawCMPI(); }
 
 int PerfmonDecorator::unloadOK(const CmpiContext& context) {
     const Timing timing(*this, "unloadOK");

@@ -41,13 +41,9 @@ ProfileDB::ProfileDB(Logger& log) : _log(log) {
     _log.info("cxtor()");
 }
 
-ProfileDB::~ProfileDB() {
-    _log.info("dxtor()");
-}
+ProfileDB::~ProfileDB() { _log.info("dxtor()"); }
 
-void ProfileDB::make(const PRPDBRec& record) {
-    _records.push_back(record);
-}
+void ProfileDB::make(const PRPDBRec& record) { _records.push_back(record); }
 
 int ProfileDB::getRecord(unsigned int recordNumber, PRPDBRec& record) const {
     if (recordNumber >= _records.size()) return CMPI_RC_ERR_INVALID_PARAMETER;

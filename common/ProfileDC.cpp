@@ -28,9 +28,7 @@ void PRPDCRec::setImplementClassTypes(std::string type) {
     _ImplementClassTypes.push_back(std::move(type));
 }
 
-void PRPDCRec::setImplementClassLevels(int level) {
-    _ImplementClassLevels.push_back(level);
-}
+void PRPDCRec::setImplementClassLevels(int level) { _ImplementClassLevels.push_back(level); }
 
 ProfileDC::ProfileDC(Logger& log) : _log(log) {
     _log.appendLogSource(":");
@@ -38,13 +36,9 @@ ProfileDC::ProfileDC(Logger& log) : _log(log) {
     _log.info("cxtor()");
 }
 
-ProfileDC::~ProfileDC() {
-    _log.info("dxtor()");
-}
+ProfileDC::~ProfileDC() { _log.info("dxtor()"); }
 
-void ProfileDC::make(const PRPDCRec& record) {
-    _records.push_back(record);
-}
+void ProfileDC::make(const PRPDCRec& record) { _records.push_back(record); }
 
 int ProfileDC::getRecord(unsigned int recordNumber, PRPDCRec& record) const {
     if (recordNumber >= _records.size()) return CMPI_RC_ERR_INVALID_PARAMETER;

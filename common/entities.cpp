@@ -259,14 +259,8 @@ int parse_entity(const char* at, char** to, const char** from) {
     return 1;
 }
 
-const char* get_named_entity(const char* text) {
-    return findReplacement(text);
-}
+const char* get_named_entity(const char* text) { return findReplacement(text); }
 
-std::size_t putc_utf8(std::uint64_t codePoint, char* buffer) {
-    return putUtf8(codePoint, buffer);
-}
+std::size_t putc_utf8(std::uint64_t codePoint, char* buffer) { return putUtf8(codePoint, buffer); }
 
-int cmp(const void* key, const void* entry) {
-    return compareWithName(key, entry);
-}
+int cmp(const void* key, const void* entry) { return compareWithName(key, entry); }

@@ -28,9 +28,7 @@ std::vector<std::string> partsOf(const std::string& version) {
     return parts;
 }
 
-bool isSpace(char c) {
-    return std::string_view(" \t\n\v\f\r").find(c) != std::string_view::npos;
-}
+bool isSpace(char c) { return std::string_view(" \t\n\v\f\r").find(c) != std::string_view::npos; }
 
 /// The number that the text begins with, its last 16 bits; 65535 when it does not fit 64 bits.
 unsigned short numberOf(const std::string& text) {

@@ -80,9 +80,7 @@ AlertThread::AlertThread(const CmpiCpp::CmpiBroker& broker, Logger& log,
                          std::chrono::milliseconds period, Look look)
     : _broker(broker), _log(log), _period(period), _look(std::move(look)) {}
 
-AlertThread::~AlertThread() {
-    stop();
-}
+AlertThread::~AlertThread() { stop(); }
 
 void AlertThread::start(const CmpiContext& context) {
     const std::lock_guard lock(_mutex);

@@ -33,9 +33,7 @@ CollectionProvider::CollectionProvider(const CmpiBroker& broker, Logger& log)
 
 CollectionProvider::~CollectionProvider() = default;
 
-CMPIBroker* CollectionProvider::getBroker() {
-    return _broker.toRawCMPI();
-}
+CMPIBroker* CollectionProvider::getBroker() { return _broker.toRawCMPI(); }
 
 void CollectionProvider::refresh(const CmpiContext&) {}
 

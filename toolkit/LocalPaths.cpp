@@ -8,9 +8,7 @@ using CmpiCpp::CmpiBroker;
 using CmpiCpp::CmpiName;
 using CmpiCpp::CmpiObjectPath;
 
-CmpiBroker localBroker() {
-    return CmpiBroker(PYLUtil::getBroker());
-}
+CmpiBroker localBroker() { return CmpiBroker(PYLUtil::getBroker()); }
 
 CmpiObjectPath makeLocalPath(const CmpiName& className, std::initializer_list<LocalKey> keys,
                              const CmpiName& nameSpace) {

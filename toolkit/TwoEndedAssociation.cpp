@@ -31,9 +31,7 @@ CmpiInstance TwoEndedAssociation::getInstance() {
     return instance;
 }
 
-CmpiName TwoEndedAssociation::getClassName() {
-    return _class.name;
-}
+CmpiName TwoEndedAssociation::getClassName() { return _class.name; }
 
 CmpiObjectPath TwoEndedAssociation::getAssociatedPath(const CmpiObjectPath& path) {
     auto first = _first();

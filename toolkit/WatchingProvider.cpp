@@ -21,16 +21,10 @@ void WatchingProvider::activateFilter(const CmpiContext&, const CMPISelectExp*, 
 void WatchingProvider::deactivateFilter(const CmpiContext&, const CMPISelectExp*,
                                         const std::string&, const CmpiObjectPath&, bool) {}
 
-void WatchingProvider::enableIndications(const CmpiContext& context) {
-    startWatching(context);
-}
+void WatchingProvider::enableIndications(const CmpiContext& context) { startWatching(context); }
 
-void WatchingProvider::disableIndications(const CmpiContext&) {
-    stopWatching();
-}
+void WatchingProvider::disableIndications(const CmpiContext&) { stopWatching(); }
 
-void WatchingProvider::cleanup(const CmpiContext&, bool) {
-    stopWatching();
-}
+void WatchingProvider::cleanup(const CmpiContext&, bool) { stopWatching(); }
 
 }  // namespace PYL

@@ -11,9 +11,7 @@ constinit std::atomic<std::size_t> count = 0;
 
 }  // namespace
 
-std::size_t allocationCount() noexcept {
-    return count.load(std::memory_order_relaxed);
-}
+std::size_t allocationCount() noexcept { return count.load(std::memory_order_relaxed); }
 
 void* operator new(std::size_t size) {
     count.fetch_add(1, std::memory_order_relaxed);
@@ -21,9 +19,5 @@ void* operator new(std::size_t size) {
     throw std::bad_alloc();
 }
 
-void operator delete(void* block) noexcept {
-    std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-    std::free(block);
-}
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }

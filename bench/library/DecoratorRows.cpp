@@ -39,9 +39,7 @@ public:
     void disableIndications(const CmpiContext&) override {}
 };
 
-CmpiProvider* makeNothing(const CmpiBroker&, Logger&) {
-    return new Nothing;
-}
+CmpiProvider* makeNothing(const CmpiBroker&, Logger&) { return new Nothing; }
 CmpiProvider* makeTimed(const CmpiBroker& broker, Logger& log) {
     return new PYL::PerfmonDecorator(broker, log, makeNothing);
 }
@@ -58,9 +56,7 @@ Logger logger(LogLevel level) {
     return Logger("bench", std::make_shared<StandardErrorSink>(nullDevice()), level);
 }
 
-CmpiBroker broker() {
-    return CmpiBroker(stageBroker().handle());
-}
+CmpiBroker broker() { return CmpiBroker(stageBroker().handle()); }
 
 void addRequests(const char* name, std::shared_ptr<CmpiCpp::CmpiIndicationProvider> provider) {
     addRow(name,

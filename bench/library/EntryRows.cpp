@@ -30,9 +30,7 @@ constinit CmpiCpp::CmpiModule module("Nothing", makeNothing);
 // The anchor, and a result that costs next to nothing, so that what is left is the way in and out.
 extern "C" {
 
-CMPIStatus takeDone(const CMPIResult*) {
-    return {CMPI_RC_OK, nullptr};
-}
+CMPIStatus takeDone(const CMPIResult*) { return {CMPI_RC_OK, nullptr}; }
 
 CMPIStatus plainGetInstance(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result,
                             const CMPIObjectPath*, const char**) {

@@ -102,20 +102,11 @@ private:
         CMPIStatus status{CMPI_RC_OK, nullptr};
         CMPIValue value{};
         switch (property.type) {
-            case CMPI_string:
-                value.string = _newString(broker, property.texts.front());
-                break;
-            case CMPI_stringA:
-                value.array = _newArray(broker, property.texts);
-                break;
-            case CMPI_dateTime:
-                value.dateTime = _newDateTime(broker);
-                break;
-            case CMPI_uint16:
-                value.uint16 = static_cast<CMPIUint16>(property.number);
-                break;
-            default:
-                value.uint32 = property.number;
+            case CMPI_string: value.string = _newString(broker, property.texts.front()); break;
+            case CMPI_stringA: value.array = _newArray(broker, property.texts); break;
+            case CMPI_dateTime: value.dateTime = _newDateTime(broker); break;
+            case CMPI_uint16: value.uint16 = static_cast<CMPIUint16>(property.number); break;
+            default: value.uint32 = property.number;
         }
         status = instance->ft->setProperty(instance, property.name.c_str(), &value, property.type);
         require(status);

@@ -19,9 +19,7 @@ struct PlainProvider {
 };
 
 /* The MI's own data; CMPI hands it out as const. */
-static struct PlainProvider* providerOf(const void* hdl) {
-    return (struct PlainProvider*)hdl;
-}
+static struct PlainProvider* providerOf(const void* hdl) { return (struct PlainProvider*)hdl; }
 
 static const CMPIStatus ok = {CMPI_RC_OK, NULL};
 
@@ -242,9 +240,7 @@ void deletePlainProvider(struct PlainProvider* provider) {
     free(provider);
 }
 
-CMPIInstanceMI* plainInstanceMI(struct PlainProvider* provider) {
-    return &provider->instanceMI;
-}
+CMPIInstanceMI* plainInstanceMI(struct PlainProvider* provider) { return &provider->instanceMI; }
 
 CMPIAssociationMI* plainAssociationMI(struct PlainProvider* provider) {
     return &provider->associationMI;

@@ -23,9 +23,7 @@ using CmpiCpp::CmpiObjectPath;
 using CmpiCpp::CmpiObjectPathResult;
 using CmpiCpp::CmpiStatus;
 
-CmpiBroker broker() {
-    return CmpiBroker(stageBroker().handle());
-}
+CmpiBroker broker() { return CmpiBroker(stageBroker().handle()); }
 
 class Device : public PYL::CmpiManagedInstance {
 public:

@@ -18,18 +18,10 @@ constexpr TagSet parameterContents{
 constexpr TagSet paths{Tag::classPath,    Tag::localClassPath,    Tag::className,
                        Tag::instancePath, Tag::localInstancePath, Tag::instanceName};
 
-constexpr ContentStep any(TagSet tags) {
-    return {tags, 0, ContentStep::any};
-}
-constexpr ContentStep some(TagSet tags) {
-    return {tags, 1, ContentStep::any};
-}
-constexpr ContentStep one(TagSet tags) {
-    return {tags, 1, 1};
-}
-constexpr ContentStep maybe(TagSet tags) {
-    return {tags, 0, 1};
-}
+constexpr ContentStep any(TagSet tags) { return {tags, 0, ContentStep::any}; }
+constexpr ContentStep some(TagSet tags) { return {tags, 1, ContentStep::any}; }
+constexpr ContentStep one(TagSet tags) { return {tags, 1, 1}; }
+constexpr ContentStep maybe(TagSet tags) { return {tags, 0, 1}; }
 
 // In order of name, as the search needs it.
 // clang-format off

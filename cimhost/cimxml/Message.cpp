@@ -125,10 +125,8 @@ bool isReadableXml(std::string_view contentType) noexcept {
 
 std::string_view requestError(const XmlError& error) noexcept {
     switch (error.kind()) {
-        case XmlError::Kind::notWellFormed:
-            return "request-not-well-formed";
-        case XmlError::Kind::notValid:
-            break;
+        case XmlError::Kind::notWellFormed: return "request-not-well-formed";
+        case XmlError::Kind::notValid: break;
     }
     return "request-not-valid";
 }

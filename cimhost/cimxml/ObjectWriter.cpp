@@ -47,38 +47,23 @@ constexpr bool isPlainScalar(CimType type) noexcept {
 /// as the constant that it is, which takes a few moves; a text of any length takes a call.
 void writeScalarMarkup(XmlBuffer& out, CimType type) {
     switch (type) {
-        case CimType::boolean:
-            return out.markup("\" TYPE=\"boolean\"><VALUE>");
-        case CimType::char16:
-            return out.markup("\" TYPE=\"char16\"><VALUE>");
-        case CimType::uint8:
-            return out.markup("\" TYPE=\"uint8\"><VALUE>");
-        case CimType::uint16:
-            return out.markup("\" TYPE=\"uint16\"><VALUE>");
-        case CimType::uint32:
-            return out.markup("\" TYPE=\"uint32\"><VALUE>");
-        case CimType::uint64:
-            return out.markup("\" TYPE=\"uint64\"><VALUE>");
-        case CimType::sint8:
-            return out.markup("\" TYPE=\"sint8\"><VALUE>");
-        case CimType::sint16:
-            return out.markup("\" TYPE=\"sint16\"><VALUE>");
-        case CimType::sint32:
-            return out.markup("\" TYPE=\"sint32\"><VALUE>");
-        case CimType::sint64:
-            return out.markup("\" TYPE=\"sint64\"><VALUE>");
-        case CimType::real32:
-            return out.markup("\" TYPE=\"real32\"><VALUE>");
-        case CimType::real64:
-            return out.markup("\" TYPE=\"real64\"><VALUE>");
-        case CimType::string:
-            return out.markup("\" TYPE=\"string\"><VALUE>");
-        case CimType::dateTime:
-            return out.markup("\" TYPE=\"datetime\"><VALUE>");
+        case CimType::boolean: return out.markup("\" TYPE=\"boolean\"><VALUE>");
+        case CimType::char16: return out.markup("\" TYPE=\"char16\"><VALUE>");
+        case CimType::uint8: return out.markup("\" TYPE=\"uint8\"><VALUE>");
+        case CimType::uint16: return out.markup("\" TYPE=\"uint16\"><VALUE>");
+        case CimType::uint32: return out.markup("\" TYPE=\"uint32\"><VALUE>");
+        case CimType::uint64: return out.markup("\" TYPE=\"uint64\"><VALUE>");
+        case CimType::sint8: return out.markup("\" TYPE=\"sint8\"><VALUE>");
+        case CimType::sint16: return out.markup("\" TYPE=\"sint16\"><VALUE>");
+        case CimType::sint32: return out.markup("\" TYPE=\"sint32\"><VALUE>");
+        case CimType::sint64: return out.markup("\" TYPE=\"sint64\"><VALUE>");
+        case CimType::real32: return out.markup("\" TYPE=\"real32\"><VALUE>");
+        case CimType::real64: return out.markup("\" TYPE=\"real64\"><VALUE>");
+        case CimType::string: return out.markup("\" TYPE=\"string\"><VALUE>");
+        case CimType::dateTime: return out.markup("\" TYPE=\"datetime\"><VALUE>");
         case CimType::none:
         case CimType::reference:
-        case CimType::instance:
-            break;
+        case CimType::instance: break;
     }
 }
 

@@ -29,9 +29,7 @@ void InstanceWriter::deliver(const Instance& instance, const Class* definition,
 void PathWriter::deliver(const ObjectPath& path) {
     XmlBuffer& out = _call.out.buffer();
     switch (_form) {
-        case PathForm::name:
-            _call.writer.instanceName(path);
-            break;
+        case PathForm::name: _call.writer.instanceName(path); break;
         case PathForm::inFull:
             out.markup("<OBJECTPATH>");
             _call.writer.instancePath(path);

@@ -68,10 +68,8 @@ std::string_view integerText(auto number, ScalarScratch& scratch) noexcept {
 
 std::optional<Value> readScalar(CimType type, std::string_view text) {
     switch (type) {
-        case CimType::boolean:
-            return readBoolean(trimmed(text));
-        case CimType::char16:
-            return readCharacter(text);
+        case CimType::boolean: return readBoolean(trimmed(text));
+        case CimType::char16: return readCharacter(text);
         case CimType::uint8:
         case CimType::uint16:
         case CimType::uint32:
@@ -79,19 +77,14 @@ std::optional<Value> readScalar(CimType type, std::string_view text) {
         case CimType::sint8:
         case CimType::sint16:
         case CimType::sint32:
-        case CimType::sint64:
-            return integerOf(type, trimmed(text));
+        case CimType::sint64: return integerOf(type, trimmed(text));
         case CimType::real32:
-        case CimType::real64:
-            return realOf(type, trimmed(text));
-        case CimType::string:
-            return Value::string(std::string(text));
-        case CimType::dateTime:
-            return readDateTime(trimmed(text));
+        case CimType::real64: return realOf(type, trimmed(text));
+        case CimType::string: return Value::string(std::string(text));
+        case CimType::dateTime: return readDateTime(trimmed(text));
         case CimType::none:
         case CimType::reference:
-        case CimType::instance:
-            break;
+        case CimType::instance: break;
     }
     return std::nullopt;
 }

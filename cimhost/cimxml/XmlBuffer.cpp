@@ -76,24 +76,15 @@ std::uint64_t wordAt(const char* text) noexcept {
 /// What stands for an ASCII character that is not plain.
 std::string_view substituteOf(char character) noexcept {
     switch (character) {
-        case '<':
-            return "&lt;";
-        case '>':
-            return "&gt;";
-        case '&':
-            return "&amp;";
-        case '"':
-            return "&quot;";
-        case '\'':
-            return "&apos;";
-        case '\t':
-            return "\t";
-        case '\n':
-            return "\n";
-        case '\r':
-            return "\r";
-        default:
-            return replacementCharacter;
+        case '<': return "&lt;";
+        case '>': return "&gt;";
+        case '&': return "&amp;";
+        case '"': return "&quot;";
+        case '\'': return "&apos;";
+        case '\t': return "\t";
+        case '\n': return "\n";
+        case '\r': return "\r";
+        default: return replacementCharacter;
     }
 }
 

@@ -8,17 +8,13 @@
 namespace cimhost {
 namespace {
 
-[[noreturn]] void refuse(const char* message) {
-    throw XmlError(XmlError::Kind::notValid, message);
-}
+[[noreturn]] void refuse(const char* message) { throw XmlError(XmlError::Kind::notValid, message); }
 
 bool isBlank(std::string_view text) noexcept {
     return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
 }
 
-std::string quoted(std::string_view name) {
-    return "\"" + std::string(name.substr(0, 64)) + "\"";
-}
+std::string quoted(std::string_view name) { return "\"" + std::string(name.substr(0, 64)) + "\""; }
 
 }  // namespace
 
@@ -170,8 +166,6 @@ void XmlBuilder::_refuse(std::string message) {
     if (!_problem) _problem = std::move(message);
 }
 
-void XmlBuilder::documentType() {
-    refuse("the document has a DTD");
-}
+void XmlBuilder::documentType() { refuse("the document has a DTD"); }
 
 }  // namespace cimhost

@@ -4,9 +4,7 @@
 
 namespace cimhost {
 
-Tag Element::tag() const noexcept {
-    return _document->_nodes[_index].tag;
-}
+Tag Element::tag() const noexcept { return _document->_nodes[_index].tag; }
 
 std::string_view Element::text() const noexcept {
     return _document->_slice(_document->_nodes[_index].text);
@@ -44,9 +42,7 @@ std::optional<Element> Element::child(Tag tag) const noexcept {
     return std::nullopt;
 }
 
-ElementRange Element::children() const noexcept {
-    return ElementRange(firstChild());
-}
+ElementRange Element::children() const noexcept { return ElementRange(firstChild()); }
 
 XmlDocument::XmlDocument(std::string_view text, TagSet roots) {
     XmlBuilder(*this, roots).read(text);

@@ -16,9 +16,7 @@ bool canSkipBody(const HttpRequest& request) noexcept {
 }
 
 /// Statuses after which the client and we may differ about where its next request begins.
-bool losesTrack(int status) noexcept {
-    return status == 400 || status == 411;
-}
+bool losesTrack(int status) noexcept { return status == 400 || status == 411; }
 
 }  // namespace
 
@@ -66,11 +64,8 @@ bool HttpConnection::_receiveRequest() {
     for (;;) {
         _feedParser();
         switch (_parser.state()) {
-            case HttpParser::State::complete:
-                return true;
-            case HttpParser::State::refused:
-                _endHere(_parser.refusal());
-                return true;
+            case HttpParser::State::complete: return true;
+            case HttpParser::State::refused: _endHere(_parser.refusal()); return true;
             case HttpParser::State::headComplete:
                 _judgeHead();
                 if (_closes) return true;
@@ -78,8 +73,7 @@ bool HttpConnection::_receiveRequest() {
                 if (_parser.state() == HttpParser::State::complete) return true;
                 break;
             case HttpParser::State::head:
-            case HttpParser::State::body:
-                break;
+            case HttpParser::State::body: break;
         }
         if (_parser.state() != HttpParser::State::refused && !_receiveMore()) return _closes;
     }

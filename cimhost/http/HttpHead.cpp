@@ -11,9 +11,7 @@ bool isForbidden(char character) noexcept {
     return (byte < 0x20 && byte != '\t' && byte != '\r') || byte == 0x7F;
 }
 
-bool isDigit(char character) noexcept {
-    return character >= '0' && character <= '9';
-}
+bool isDigit(char character) noexcept { return character >= '0' && character <= '9'; }
 
 /// The status that refuses the version at the end of a request line, or 0.
 int refusalOfVersion(std::string_view requestLine) noexcept {

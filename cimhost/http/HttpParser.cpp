@@ -12,9 +12,7 @@ namespace http = boost::beast::http;
 using boost::beast::error_code;
 using boost::beast::string_view;
 
-std::string_view toStandard(string_view text) noexcept {
-    return {text.data(), text.size()};
-}
+std::string_view toStandard(string_view text) noexcept { return {text.data(), text.size()}; }
 
 }  // namespace
 
@@ -131,14 +129,11 @@ HttpParser::~HttpParser() = default;
 
 std::size_t HttpParser::feed(std::string_view bytes) {
     switch (_state) {
-        case State::head:
-            return _feedHead(bytes);
+        case State::head: return _feedHead(bytes);
         case State::headComplete:
-        case State::body:
-            return _feedBody(bytes);
+        case State::body: return _feedBody(bytes);
         case State::complete:
-        case State::refused:
-            break;
+        case State::refused: break;
     }
     return 0;
 }

@@ -53,13 +53,9 @@ std::string_view writeChunkLine(std::array<char, 24>& line, std::size_t size, bo
 
 HttpReply::HttpReply(Stream& stream, Manner manner) : _stream(stream), _manner(manner) {}
 
-void HttpReply::addHeader(HttpHeader header) {
-    _appendLine(_headers, header);
-}
+void HttpReply::addHeader(HttpHeader header) { _appendLine(_headers, header); }
 
-void HttpReply::setTrailer(HttpHeader trailer) {
-    _appendLine(_trailers, trailer);
-}
+void HttpReply::setTrailer(HttpHeader trailer) { _appendLine(_trailers, trailer); }
 
 void HttpReply::_appendLine(std::string& lines, HttpHeader header) {
     lines.append(header.name).append(": ");

@@ -161,9 +161,7 @@ void HttpServer::_joinEnded() {
     for (Connection& connection : ended) connection.thread.join();
 }
 
-void HttpServer::_wake() const noexcept {
-    eventfd_write(_wakeUp.get(), 1);
-}
+void HttpServer::_wake() const noexcept { eventfd_write(_wakeUp.get(), 1); }
 
 bool HttpServer::_waitForEnd(std::chrono::milliseconds time) {
     std::unique_lock lock(_mutex);

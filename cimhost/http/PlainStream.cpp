@@ -85,8 +85,6 @@ void PlainStream::send(std::span<const std::string_view> pieces, Clock::time_poi
     }
 }
 
-void PlainStream::endSending() noexcept {
-    shutdown(_socket, SHUT_WR);
-}
+void PlainStream::endSending() noexcept { shutdown(_socket, SHUT_WR); }
 
 }  // namespace cimhost

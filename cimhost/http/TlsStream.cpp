@@ -26,15 +26,11 @@ std::string takeReason() {
     throw std::runtime_error(what + ": " + takeReason());
 }
 
-int refusePassphrase(char*, int, int, void*) {
-    return -1;
-}
+int refusePassphrase(char*, int, int, void*) { return -1; }
 
 }  // namespace
 
-void TlsContext::Deleter::operator()(ssl_ctx_st* handle) const noexcept {
-    SSL_CTX_free(handle);
-}
+void TlsContext::Deleter::operator()(ssl_ctx_st* handle) const noexcept { SSL_CTX_free(handle); }
 
 TlsContext::TlsContext(const std::string& certificateFile, const std::string& keyFile)
     : _handle(SSL_CTX_new(TLS_server_method())) {
@@ -55,9 +51,7 @@ TlsContext::TlsContext(const std::string& certificateFile, const std::string& ke
     }
 }
 
-void TlsStream::Deleter::operator()(ssl_st* handle) const noexcept {
-    SSL_free(handle);
-}
+void TlsStream::Deleter::operator()(ssl_st* handle) const noexcept { SSL_free(handle); }
 
 TlsStream::TlsStream(Stream& transport, const TlsContext& context)
     : _transport(transport), _handle(SSL_new(context.handle())) {

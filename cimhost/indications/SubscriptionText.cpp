@@ -74,9 +74,7 @@ std::string formatSubscriptions(const std::vector<Instance>& instances) {
     return std::string(header) + writeInstances(instances) + trailer(instances.size());
 }
 
-bool isOldForm(std::string_view text) noexcept {
-    return text.starts_with(oldHeader);
-}
+bool isOldForm(std::string_view text) noexcept { return text.starts_with(oldHeader); }
 
 std::vector<DeclaredInstance> parseSubscriptions(const Repository& repository,
                                                  std::string_view text, const std::string& file) {

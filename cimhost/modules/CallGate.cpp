@@ -28,13 +28,9 @@ void CallGate::leave() noexcept {
     _left.notify_all();
 }
 
-void CallGate::open() noexcept {
-    _state.fetch_and(~closed, std::memory_order_release);
-}
+void CallGate::open() noexcept { _state.fetch_and(~closed, std::memory_order_release); }
 
-void CallGate::close() noexcept {
-    _state.fetch_or(closed, std::memory_order_acquire);
-}
+void CallGate::close() noexcept { _state.fetch_or(closed, std::memory_order_acquire); }
 
 bool CallGate::closeIfIdle() noexcept {
     std::uint64_t none = 0;

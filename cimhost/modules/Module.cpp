@@ -47,9 +47,7 @@ std::unique_ptr<Module> Module::load(const std::string& name,
     return std::unique_ptr<Module>(new Module(std::move(library)));
 }
 
-void Module::Close::operator()(void* library) const noexcept {
-    dlclose(library);
-}
+void Module::Close::operator()(void* library) const noexcept { dlclose(library); }
 
 void* Module::_symbol(const std::string& name) const noexcept {
     return dlsym(_library.get(), name.c_str());

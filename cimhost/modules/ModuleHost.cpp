@@ -122,9 +122,7 @@ ModuleHost::ModuleHost(const Broker& broker, Registrations registrations,
     }
 }
 
-ModuleHost::~ModuleHost() {
-    shutDown();
-}
+ModuleHost::~ModuleHost() { shutDown(); }
 
 void ModuleHost::addStatic(const std::string& module, StaticModule factories) {
     auto& hosted = _modules[module];

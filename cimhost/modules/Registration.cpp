@@ -22,9 +22,7 @@ constexpr auto fieldNames =
 
 constexpr std::string_view blanks = " \t\r";
 
-[[noreturn]] void refuse(const std::string& message) {
-    throw RegistrationError(message);
-}
+[[noreturn]] void refuse(const std::string& message) { throw RegistrationError(message); }
 
 std::string_view trimmed(std::string_view text) noexcept {
     const std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());

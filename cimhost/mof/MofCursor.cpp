@@ -4,9 +4,7 @@
 
 namespace cimhost {
 
-MofToken MofCursor::take() {
-    return std::exchange(_token, _lexer.next());
-}
+MofToken MofCursor::take() { return std::exchange(_token, _lexer.next()); }
 
 bool MofCursor::acceptSymbol(char symbol) {
     if (!_token.isSymbol(symbol)) return false;

@@ -14,13 +14,9 @@ bool isSpace(char character) noexcept {
     return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
-bool isLineEnd(char character) noexcept {
-    return character == '\n' || character == '\r';
-}
+bool isLineEnd(char character) noexcept { return character == '\n' || character == '\r'; }
 
-bool isPlain(char character) noexcept {
-    return character > ' ' && character < '\x7F';
-}
+bool isPlain(char character) noexcept { return character > ' ' && character < '\x7F'; }
 
 }  // namespace
 
@@ -31,12 +27,9 @@ bool MofToken::isName(std::string_view name) const noexcept {
 std::string describe(const MofToken& token) {
     constexpr std::size_t longest = 40;
     switch (token.kind) {
-        case MofToken::Kind::end:
-            return "the end of the file";
-        case MofToken::Kind::string:
-            return "a string";
-        case MofToken::Kind::character:
-            return "a character";
+        case MofToken::Kind::end: return "the end of the file";
+        case MofToken::Kind::string: return "a string";
+        case MofToken::Kind::character: return "a character";
         case MofToken::Kind::symbol:
             if (!isPlain(token.text.front())) {
                 return "character number " +
@@ -45,8 +38,7 @@ std::string describe(const MofToken& token) {
             break;
         case MofToken::Kind::name:
         case MofToken::Kind::alias:
-        case MofToken::Kind::number:
-            break;
+        case MofToken::Kind::number: break;
     }
     return "'" + std::string(token.text.substr(0, longest)) +
            (token.text.size() > longest ? "...'" : "'");
@@ -100,9 +92,7 @@ void MofLexer::_skipSpaceAndComments() {
     }
 }
 
-void MofLexer::_skipLine() noexcept {
-    _place = std::min(_text.find('\n', _place), _text.size());
-}
+void MofLexer::_skipLine() noexcept { _place = std::min(_text.find('\n', _place), _text.size()); }
 
 void MofLexer::_skipBlockComment() {
     const std::size_t end = _text.find("*/", _place + 2);

@@ -63,24 +63,15 @@ MofElement parseElement(MofCursor& cursor) {
     MofElement element;
     element.position = cursor.position();
     switch (cursor.peek().kind) {
-        case MofToken::Kind::number:
-            element.literal = numberOf(cursor.take());
-            break;
-        case MofToken::Kind::character:
-            element.literal = characterOf(cursor.take());
-            break;
+        case MofToken::Kind::number: element.literal = numberOf(cursor.take()); break;
+        case MofToken::Kind::character: element.literal = characterOf(cursor.take()); break;
         case MofToken::Kind::string:
             element.literal = Value::string(parseString(cursor, "a string"));
             break;
-        case MofToken::Kind::alias:
-            element.alias = cursor.take().text;
-            break;
-        case MofToken::Kind::name:
-            element.literal = parseWord(cursor);
-            break;
+        case MofToken::Kind::alias: element.alias = cursor.take().text; break;
+        case MofToken::Kind::name: element.literal = parseWord(cursor); break;
         case MofToken::Kind::symbol:
-        case MofToken::Kind::end:
-            cursor.unexpected("a value");
+        case MofToken::Kind::end: cursor.unexpected("a value");
     }
     return element;
 }

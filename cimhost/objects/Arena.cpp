@@ -22,12 +22,8 @@ constinit thread_local bool cacheIsGone = false;
 // Under AddressSanitizer, memory that no object has is out of bounds like any other. The first
 // bytes of a recycled block stay readable: by them a handle is told to be no longer one.
 #if defined(__SANITIZE_ADDRESS__)
-void forbid(const void* memory, std::size_t size) {
-    __asan_poison_memory_region(memory, size);
-}
-void permit(const void* memory, std::size_t size) {
-    __asan_unpoison_memory_region(memory, size);
-}
+void forbid(const void* memory, std::size_t size) { __asan_poison_memory_region(memory, size); }
+void permit(const void* memory, std::size_t size) { __asan_unpoison_memory_region(memory, size); }
 #else
 void forbid(const void*, std::size_t) {}
 void permit(const void*, std::size_t) {}

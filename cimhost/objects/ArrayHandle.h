@@ -19,7 +19,7 @@ struct ArrayObject : ObjectBase<CMPIArray, ObjectKind::array> {
     CimType elementType;
     Value::Array elements;
     CMPIType handleType = CMPI_null;  ///< what the handles are of; then elementType is none
-    bool hasArrayBit = false;  ///< made with it, under a manner that keeps it
+    bool hasArrayBit = false;         ///< made with it, under a manner that keeps it
     /// Under a manner that keeps pointers: whether an object that was put in has been released.
     std::shared_ptr<bool> isDangling;
 };

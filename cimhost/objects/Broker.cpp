@@ -82,13 +82,9 @@ Broker::Broker(const Repository& repository, BrokerLog& log, UpCallFiller upCall
     enlist(this);
 }
 
-Broker::~Broker() {
-    strikeOff(this);
-}
+Broker::~Broker() { strikeOff(this); }
 
-const CMPIBroker* Broker::handle() const noexcept {
-    return &_tables->handle;
-}
+const CMPIBroker* Broker::handle() const noexcept { return &_tables->handle; }
 
 const Broker& Broker::of(const CMPIBroker* handle) noexcept {
     assert(find(handle));
@@ -104,25 +100,15 @@ const Broker* Broker::find(const CMPIBroker* handle) noexcept {
     return nullptr;
 }
 
-const Repository& Broker::repository() const noexcept {
-    return _tables->repository;
-}
+const Repository& Broker::repository() const noexcept { return _tables->repository; }
 
-BrokerLog& Broker::log() const noexcept {
-    return _tables->log;
-}
+BrokerLog& Broker::log() const noexcept { return _tables->log; }
 
-const Manner& Broker::manner() const noexcept {
-    return _tables->manner;
-}
+const Manner& Broker::manner() const noexcept { return _tables->manner; }
 
-void Broker::setOperations(Operations* operations) noexcept {
-    _tables->operations = operations;
-}
+void Broker::setOperations(Operations* operations) noexcept { _tables->operations = operations; }
 
-Operations* Broker::operations() const noexcept {
-    return _tables->operations;
-}
+Operations* Broker::operations() const noexcept { return _tables->operations; }
 
 void Broker::setIndicationSink(IndicationSink* sink) noexcept {
     constexpr unsigned int ownBit = CMPI_MB_Indications & ~CMPI_MB_BasicRead;
@@ -131,9 +117,7 @@ void Broker::setIndicationSink(IndicationSink* sink) noexcept {
     bits = sink ? bits | ownBit : bits & ~ownBit;
 }
 
-IndicationSink* Broker::indicationSink() const noexcept {
-    return _tables->indicationSink;
-}
+IndicationSink* Broker::indicationSink() const noexcept { return _tables->indicationSink; }
 
 void Broker::warnOfStrayThread() const noexcept {
     if (_tables->hasWarned.exchange(true)) return;
@@ -147,12 +131,8 @@ bool Broker::isFirstWrongEnd(const void* library, std::string_view function,
     return _tables->wrongEnds.emplace(library, function, kind).second;
 }
 
-MemoryBlocks& Broker::memoryBlocks() const noexcept {
-    return _tables->memoryBlocks;
-}
+MemoryBlocks& Broker::memoryBlocks() const noexcept { return _tables->memoryBlocks; }
 
-PreparedContexts& Broker::preparedContexts() const noexcept {
-    return _tables->preparedContexts;
-}
+PreparedContexts& Broker::preparedContexts() const noexcept { return _tables->preparedContexts; }
 
 }  // namespace cimhost

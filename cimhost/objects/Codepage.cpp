@@ -15,9 +15,7 @@ constexpr char32_t firstLowSurrogate = 0xdc00;
 constexpr char32_t afterSurrogates = 0xe000;
 constexpr char32_t firstSupplementary = 0x10000;
 
-[[noreturn]] void notInCodepage() {
-    throw Failure{CMPI_RC_ERR_NOT_IN_CODEPAGE};
-}
+[[noreturn]] void notInCodepage() { throw Failure{CMPI_RC_ERR_NOT_IN_CODEPAGE}; }
 
 bool isSurrogate(char32_t unit) noexcept {
     return unit >= firstSurrogate && unit < afterSurrogates;
@@ -99,28 +97,18 @@ std::string utf8ToUtf16(std::string_view text) {
 std::string toUtf8(const char* text, CMPICodepageID codepage) {
     const std::string_view narrow = required(text);
     switch (codepage) {
-        case CMPI_CPID_SYSTEM:
-            requireUtf8(narrow);
-            return std::string(narrow);
-        case CMPI_CPID_USASCII:
-            requireAscii(narrow);
-            return std::string(narrow);
-        case CMPI_CPID_UTF16:
-            return utf16ToUtf8(text);
+        case CMPI_CPID_SYSTEM: requireUtf8(narrow); return std::string(narrow);
+        case CMPI_CPID_USASCII: requireAscii(narrow); return std::string(narrow);
+        case CMPI_CPID_UTF16: return utf16ToUtf8(text);
     }
     throw Failure{CMPI_RC_ERR_INVALID_PARAMETER};
 }
 
 std::string fromUtf8(std::string_view text, CMPICodepageID codepage) {
     switch (codepage) {
-        case CMPI_CPID_SYSTEM:
-            requireUtf8(text);
-            return std::string(text);
-        case CMPI_CPID_USASCII:
-            requireAscii(text);
-            return std::string(text);
-        case CMPI_CPID_UTF16:
-            return utf8ToUtf16(text);
+        case CMPI_CPID_SYSTEM: requireUtf8(text); return std::string(text);
+        case CMPI_CPID_USASCII: requireAscii(text); return std::string(text);
+        case CMPI_CPID_UTF16: return utf8ToUtf16(text);
     }
     throw Failure{CMPI_RC_ERR_INVALID_PARAMETER};
 }

@@ -64,9 +64,7 @@ std::string describe(const WqlPredicate& predicate) {
     return hasRight ? left + " " + describe(predicate.right) : left;
 }
 
-std::string describe(const ErrorObject& error) {
-    return describe(error.asInstance());
-}
+std::string describe(const ErrorObject& error) { return describe(error.asInstance()); }
 
 std::string describe(const ArrayObject& array) {
     if (array.handleType != CMPI_null) return std::string(typeNameOf(ObjectKind::array));
@@ -89,32 +87,22 @@ std::string_view typeNameOf(ObjectKind kind) noexcept {
 
 std::string describe(const ObjectHeader& header) {
     switch (header.kind()) {
-        case ObjectKind::objectPath:
-            return describe(as<ObjectPathObject>(header).model.read());
-        case ObjectKind::instance:
-            return describe(as<InstanceObject>(header).read());
-        case ObjectKind::arguments:
-            return describe(as<ArgsObject>(header).model);
-        case ObjectKind::string:
-            return std::string(as<StringObject>(header).view());
-        case ObjectKind::array:
-            return describe(as<ArrayObject>(header));
-        case ObjectKind::dateTime:
-            return std::string(as<DateTimeObject>(header).view());
-        case ObjectKind::error:
-            return describe(as<ErrorObject>(header));
-        case ObjectKind::selectExpression:
-            return as<SelectExpObject>(header).query->text;
-        case ObjectKind::predicate:
-            return describe(as<PredicateObject>(header).predicate());
+        case ObjectKind::objectPath: return describe(as<ObjectPathObject>(header).model.read());
+        case ObjectKind::instance: return describe(as<InstanceObject>(header).read());
+        case ObjectKind::arguments: return describe(as<ArgsObject>(header).model);
+        case ObjectKind::string: return std::string(as<StringObject>(header).view());
+        case ObjectKind::array: return describe(as<ArrayObject>(header));
+        case ObjectKind::dateTime: return std::string(as<DateTimeObject>(header).view());
+        case ObjectKind::error: return describe(as<ErrorObject>(header));
+        case ObjectKind::selectExpression: return as<SelectExpObject>(header).query->text;
+        case ObjectKind::predicate: return describe(as<PredicateObject>(header).predicate());
         case ObjectKind::selectCondition:
         case ObjectKind::subCondition:
         case ObjectKind::enumeration:
         case ObjectKind::context:
         case ObjectKind::result:
         case ObjectKind::propertyList:
-        case ObjectKind::enumerationFilter:
-            break;
+        case ObjectKind::enumerationFilter: break;
     }
     return std::string(typeNameOf(header.kind()));
 }

@@ -30,9 +30,7 @@ namespace {
 // of the host.
 constexpr CMPICount mostElements = 1U << 22U;
 
-Home factory(const Broker& broker) noexcept {
-    return {broker, Origin::factory};
-}
+Home factory(const Broker& broker) noexcept { return {broker, Origin::factory}; }
 
 CMPIInstance* newInstance(const CMPIBroker* handle, const CMPIObjectPath* path,
                           CMPIStatus* status) noexcept {
@@ -200,26 +198,19 @@ CMPIStatus writeLine(const CMPIBroker* handle, std::optional<BrokerLog::Level> l
 
 std::optional<BrokerLog::Level> levelOf(CMPISeverity severity) noexcept {
     switch (severity) {
-        case CMPI_SEV_ERROR:
-            return BrokerLog::Level::error;
-        case CMPI_SEV_INFO:
-            return BrokerLog::Level::information;
-        case CMPI_SEV_WARNING:
-            return BrokerLog::Level::warning;
-        case CMPI_DEV_DEBUG:
-            return BrokerLog::Level::debug;
+        case CMPI_SEV_ERROR: return BrokerLog::Level::error;
+        case CMPI_SEV_INFO: return BrokerLog::Level::information;
+        case CMPI_SEV_WARNING: return BrokerLog::Level::warning;
+        case CMPI_DEV_DEBUG: return BrokerLog::Level::debug;
     }
     return std::nullopt;
 }
 
 std::optional<BrokerLog::Level> levelOf(CMPILevel level) noexcept {
     switch (level) {
-        case CMPI_LEV_INFO:
-            return BrokerLog::Level::information;
-        case CMPI_LEV_WARNING:
-            return BrokerLog::Level::warning;
-        case CMPI_LEV_VERBOSE:
-            return BrokerLog::Level::debug;
+        case CMPI_LEV_INFO: return BrokerLog::Level::information;
+        case CMPI_LEV_WARNING: return BrokerLog::Level::warning;
+        case CMPI_LEV_VERBOSE: return BrokerLog::Level::debug;
     }
     return std::nullopt;
 }

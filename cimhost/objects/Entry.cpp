@@ -25,8 +25,7 @@ CMPIStatus statusWith(const Broker& broker, CMPIrc code, std::string_view text) 
 CMPIrc cmpiCode(CimCode code) noexcept {
     switch (code) {
         case CimCode::invalidEnumerationContext:
-        case CimCode::serverIsShuttingDown:
-            return CMPI_RC_ERR_FAILED;
+        case CimCode::serverIsShuttingDown: return CMPI_RC_ERR_FAILED;
         case CimCode::failed:
         case CimCode::accessDenied:
         case CimCode::invalidNamespace:
@@ -45,8 +44,7 @@ CMPIrc cmpiCode(CimCode code) noexcept {
         case CimCode::methodNotAvailable:
         case CimCode::methodNotFound:
         case CimCode::serverLimitsExceeded:
-        case CimCode::queryFeatureNotSupported:
-            return static_cast<CMPIrc>(code);
+        case CimCode::queryFeatureNotSupported: return static_cast<CMPIrc>(code);
     }
     return CMPI_RC_ERR_FAILED;
 }

@@ -11,12 +11,8 @@ namespace {
 using ErrorText = ErrorObject::Text;
 using List = ErrorObject::List;
 
-constexpr std::size_t place(ErrorText text) noexcept {
-    return static_cast<std::size_t>(text);
-}
-constexpr std::size_t place(List list) noexcept {
-    return static_cast<std::size_t>(list);
-}
+constexpr std::size_t place(ErrorText text) noexcept { return static_cast<std::size_t>(text); }
+constexpr std::size_t place(List list) noexcept { return static_cast<std::size_t>(list); }
 
 // Numbers run from zero to the last one without a gap but where `gap` says.
 template <typename Number>

@@ -304,9 +304,7 @@ std::bitset<habitCount> habitsOf(std::uint8_t host) {
 
 }  // namespace
 
-std::span<const HabitRow> habitRows() noexcept {
-    return rows;
-}
+std::span<const HabitRow> habitRows() noexcept { return rows; }
 
 Manner::Manner(std::string_view name) : _name(name) {
     if (const auto seed = seedOf(name)) {

@@ -18,9 +18,7 @@ std::string realText(double value) {
     return {text.data(), end};
 }
 
-std::string charsText(const char* text) {
-    return text ? text : "NULL";
-}
+std::string charsText(const char* text) { return text ? text : "NULL"; }
 
 std::string stringText(const CMPIString* string) {
     if (!string) return "NULL";
@@ -46,30 +44,19 @@ struct ArgumentList {
 // The C type of each code is fixed by custom (see the CMFmt macros).
 std::string takeInsert(ArgumentList& arguments) {
     switch (arguments.take<int>()) {
-        case CMPI_sint32:
-            return std::to_string(arguments.take<long>());
-        case CMPI_uint32:
-            return std::to_string(arguments.take<unsigned long>());
-        case CMPI_sint64:
-            return std::to_string(arguments.take<long long>());
-        case CMPI_uint64:
-            return std::to_string(arguments.take<unsigned long long>());
-        case CMPI_real64:
-            return realText(arguments.take<double>());
-        case CMPI_boolean:
-            return arguments.take<int>() ? "true" : "false";
-        case CMPI_chars:
-            return charsText(arguments.take<const char*>());
-        case CMPI_string:
-            return stringText(arguments.take<const CMPIString*>());
-        default:
-            throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
+        case CMPI_sint32: return std::to_string(arguments.take<long>());
+        case CMPI_uint32: return std::to_string(arguments.take<unsigned long>());
+        case CMPI_sint64: return std::to_string(arguments.take<long long>());
+        case CMPI_uint64: return std::to_string(arguments.take<unsigned long long>());
+        case CMPI_real64: return realText(arguments.take<double>());
+        case CMPI_boolean: return arguments.take<int>() ? "true" : "false";
+        case CMPI_chars: return charsText(arguments.take<const char*>());
+        case CMPI_string: return stringText(arguments.take<const CMPIString*>());
+        default: throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
     }
 }
 
-bool isDigit(char c) noexcept {
-    return c >= '0' && c <= '9';
-}
+bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 }  // namespace
 

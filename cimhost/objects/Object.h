@@ -56,9 +56,7 @@ struct Home {
 };
 
 /// The home of what a getter of this object returns.
-inline Home partOf(ObjectHeader& owner) noexcept {
-    return {*owner.broker, Origin::part, &owner};
-}
+inline Home partOf(ObjectHeader& owner) noexcept { return {*owner.broker, Origin::part, &owner}; }
 
 /// Base of every object: the C handle and the header. `Table` has a static constant `table`.
 template <typename HandleType, ObjectKind objectKind>

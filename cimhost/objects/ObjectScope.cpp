@@ -31,9 +31,7 @@ thread_local ThreadEnd threadEnd;
 
 }  // namespace
 
-ObjectScope::~ObjectScope() {
-    endObjects(_objects);
-}
+ObjectScope::~ObjectScope() { endObjects(_objects); }
 
 ObjectScope& ObjectScope::_makeImplicit(const Broker& broker, ObjectKind kind) {
     if ((kind == ObjectKind::objectPath || kind == ObjectKind::instance) &&

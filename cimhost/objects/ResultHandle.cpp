@@ -91,17 +91,11 @@ ResultSink& SinkDoor::_open() {
     return *_sink;
 }
 
-void ResultSink::instance(const Instance&) {
-    refuse("instances");
-}
+void ResultSink::instance(const Instance&) { refuse("instances"); }
 
-void ResultSink::path(const ObjectPath&) {
-    refuse("object paths");
-}
+void ResultSink::path(const ObjectPath&) { refuse("object paths"); }
 
-void ResultSink::data(const Value&) {
-    refuse("plain values");
-}
+void ResultSink::data(const Value&) { refuse("plain values"); }
 
 CMPIResult* makeResult(const Broker& broker, ResultSink& sink) {
     return &make<ResultObject>(Home{broker}, sink);

@@ -44,9 +44,7 @@ char* resolveFileName(const char* name) {
     }
 }
 
-pthread_t threadOf(CMPI_THREAD_TYPE thread) {
-    return reinterpret_cast<pthread_t>(thread);
-}
+pthread_t threadOf(CMPI_THREAD_TYPE thread) { return reinterpret_cast<pthread_t>(thread); }
 
 CMPI_THREAD_TYPE newThread(CMPIThreadFunc start, void* parameter, int detached) {
     pthread_attr_t attributes;
@@ -63,9 +61,7 @@ int joinThread(CMPI_THREAD_TYPE thread, CMPI_THREAD_RETURN* value) {
     return thread ? pthread_join(threadOf(thread), value) : EINVAL;
 }
 
-int exitThread(CMPI_THREAD_RETURN value) {
-    pthread_exit(value);
-}
+int exitThread(CMPI_THREAD_RETURN value) { pthread_exit(value); }
 
 int cancelThread(CMPI_THREAD_TYPE thread) {
     return thread ? pthread_cancel(threadOf(thread)) : EINVAL;
@@ -87,9 +83,7 @@ int threadOnce(int* flag, CMPIThreadOnceFunc function) {
     return flag && function ? pthread_once(flag, function) : EINVAL;
 }
 
-pthread_key_t keyOf(CMPI_THREAD_KEY_TYPE key) {
-    return static_cast<pthread_key_t>(key);
-}
+pthread_key_t keyOf(CMPI_THREAD_KEY_TYPE key) { return static_cast<pthread_key_t>(key); }
 
 int createThreadKey(CMPI_THREAD_KEY_TYPE* key, CMPIThreadKeyCleanupFunc cleanup) {
     if (!key) return EINVAL;
@@ -100,13 +94,9 @@ int createThreadKey(CMPI_THREAD_KEY_TYPE* key, CMPIThreadKeyCleanupFunc cleanup)
     return failure;
 }
 
-int destroyThreadKey(CMPI_THREAD_KEY_TYPE key) {
-    return pthread_key_delete(keyOf(key));
-}
+int destroyThreadKey(CMPI_THREAD_KEY_TYPE key) { return pthread_key_delete(keyOf(key)); }
 
-void* getThreadSpecific(CMPI_THREAD_KEY_TYPE key) {
-    return pthread_getspecific(keyOf(key));
-}
+void* getThreadSpecific(CMPI_THREAD_KEY_TYPE key) { return pthread_getspecific(keyOf(key)); }
 
 int setThreadSpecific(CMPI_THREAD_KEY_TYPE key, void* value) {
     return pthread_setspecific(keyOf(key), value);
@@ -127,9 +117,7 @@ CMPI_MUTEX_TYPE newMutex(int) {
     return nullptr;
 }
 
-pthread_mutex_t* mutexOf(CMPI_MUTEX_TYPE mutex) {
-    return static_cast<pthread_mutex_t*>(mutex);
-}
+pthread_mutex_t* mutexOf(CMPI_MUTEX_TYPE mutex) { return static_cast<pthread_mutex_t*>(mutex); }
 
 // A mutex or condition that is in use is not destroyed.
 int destroyMutex2(CMPI_MUTEX_TYPE mutex) {
@@ -147,15 +135,9 @@ int unlockMutex2(CMPI_MUTEX_TYPE mutex) {
     return mutex ? pthread_mutex_unlock(mutexOf(mutex)) : EINVAL;
 }
 
-void destroyMutex(CMPI_MUTEX_TYPE mutex) {
-    destroyMutex2(mutex);
-}
-void lockMutex(CMPI_MUTEX_TYPE mutex) {
-    lockMutex2(mutex);
-}
-void unlockMutex(CMPI_MUTEX_TYPE mutex) {
-    unlockMutex2(mutex);
-}
+void destroyMutex(CMPI_MUTEX_TYPE mutex) { destroyMutex2(mutex); }
+void lockMutex(CMPI_MUTEX_TYPE mutex) { lockMutex2(mutex); }
+void unlockMutex(CMPI_MUTEX_TYPE mutex) { unlockMutex2(mutex); }
 
 CMPI_COND_TYPE newCondition(int) {
     auto* const condition = new (std::nothrow) pthread_cond_t;
@@ -177,9 +159,7 @@ int destroyCondition2(CMPI_COND_TYPE condition) {
     return failure;
 }
 
-void destroyCondition(CMPI_COND_TYPE condition) {
-    destroyCondition2(condition);
-}
+void destroyCondition(CMPI_COND_TYPE condition) { destroyCondition2(condition); }
 
 int condWait(CMPI_COND_TYPE condition, CMPI_MUTEX_TYPE mutex) {
     if (!condition || !mutex) return EINVAL;

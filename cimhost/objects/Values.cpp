@@ -46,41 +46,24 @@ constexpr auto typeRows = std::to_array<TypeRow>({
 // value that a provider sets.
 constexpr CimType modelTypeOf(int code) noexcept {
     switch (code) {
-        case CMPI_boolean:
-            return CimType::boolean;
-        case CMPI_char16:
-            return CimType::char16;
-        case CMPI_uint8:
-            return CimType::uint8;
-        case CMPI_uint16:
-            return CimType::uint16;
-        case CMPI_uint32:
-            return CimType::uint32;
-        case CMPI_uint64:
-            return CimType::uint64;
-        case CMPI_sint8:
-            return CimType::sint8;
-        case CMPI_sint16:
-            return CimType::sint16;
-        case CMPI_sint32:
-            return CimType::sint32;
-        case CMPI_sint64:
-            return CimType::sint64;
-        case CMPI_real32:
-            return CimType::real32;
-        case CMPI_real64:
-            return CimType::real64;
+        case CMPI_boolean: return CimType::boolean;
+        case CMPI_char16: return CimType::char16;
+        case CMPI_uint8: return CimType::uint8;
+        case CMPI_uint16: return CimType::uint16;
+        case CMPI_uint32: return CimType::uint32;
+        case CMPI_uint64: return CimType::uint64;
+        case CMPI_sint8: return CimType::sint8;
+        case CMPI_sint16: return CimType::sint16;
+        case CMPI_sint32: return CimType::sint32;
+        case CMPI_sint64: return CimType::sint64;
+        case CMPI_real32: return CimType::real32;
+        case CMPI_real64: return CimType::real64;
         case CMPI_string:
-        case CMPI_chars:
-            return CimType::string;
-        case CMPI_dateTime:
-            return CimType::dateTime;
-        case CMPI_ref:
-            return CimType::reference;
-        case CMPI_instance:
-            return CimType::instance;
-        default:
-            return CimType::none;
+        case CMPI_chars: return CimType::string;
+        case CMPI_dateTime: return CimType::dateTime;
+        case CMPI_ref: return CimType::reference;
+        case CMPI_instance: return CimType::instance;
+        default: return CimType::none;
     }
 }
 
@@ -93,9 +76,7 @@ static_assert([] {
     return true;
 }());
 
-constexpr bool isArrayCode(CMPIType type) noexcept {
-    return (type & CMPI_ARRAY) != 0;
-}
+constexpr bool isArrayCode(CMPIType type) noexcept { return (type & CMPI_ARRAY) != 0; }
 
 template <typename Number, typename Held>
 Number numberIn(const Value& value) noexcept {
@@ -106,11 +87,8 @@ Number numberIn(const Value& value) noexcept {
 CMPIValue scalarToCmpi(const Home& home, const Value& value) {
     CMPIValue result{};
     switch (value.type()) {
-        case CimType::none:
-            break;
-        case CimType::boolean:
-            result.boolean = numberIn<CMPIBoolean, bool>(value);
-            break;
+        case CimType::none: break;
+        case CimType::boolean: result.boolean = numberIn<CMPIBoolean, bool>(value); break;
         case CimType::char16:
         case CimType::uint8:
         case CimType::uint16:
@@ -120,27 +98,13 @@ CMPIValue scalarToCmpi(const Home& home, const Value& value) {
             static_assert(std::endian::native == std::endian::little);
             result.uint64 = numberIn<CMPIUint64, std::uint64_t>(value);
             break;
-        case CimType::sint8:
-            result.sint8 = numberIn<CMPISint8, std::int64_t>(value);
-            break;
-        case CimType::sint16:
-            result.sint16 = numberIn<CMPISint16, std::int64_t>(value);
-            break;
-        case CimType::sint32:
-            result.sint32 = numberIn<CMPISint32, std::int64_t>(value);
-            break;
-        case CimType::sint64:
-            result.sint64 = numberIn<CMPISint64, std::int64_t>(value);
-            break;
-        case CimType::real32:
-            result.real32 = numberIn<CMPIReal32, double>(value);
-            break;
-        case CimType::real64:
-            result.real64 = numberIn<CMPIReal64, double>(value);
-            break;
-        case CimType::string:
-            result.string = &makeText(home, *value.get<Text>());
-            break;
+        case CimType::sint8: result.sint8 = numberIn<CMPISint8, std::int64_t>(value); break;
+        case CimType::sint16: result.sint16 = numberIn<CMPISint16, std::int64_t>(value); break;
+        case CimType::sint32: result.sint32 = numberIn<CMPISint32, std::int64_t>(value); break;
+        case CimType::sint64: result.sint64 = numberIn<CMPISint64, std::int64_t>(value); break;
+        case CimType::real32: result.real32 = numberIn<CMPIReal32, double>(value); break;
+        case CimType::real64: result.real64 = numberIn<CMPIReal64, double>(value); break;
+        case CimType::string: result.string = &makeText(home, *value.get<Text>()); break;
         case CimType::dateTime:
             result.dateTime = &makeDateTimeObject(home, *value.get<Text>());
             break;
@@ -189,42 +153,27 @@ Value signedValue(CimType type, const CMPIValue* value) noexcept {
 Value scalarValue(CMPIType code, const CMPIValue* value) {
     const CimType type = modelTypeOf(code);
     switch (code) {
-        case CMPI_boolean:
-            return Value::boolean(readMember<CMPIBoolean>(value) != 0);
-        case CMPI_char16:
-            return unsignedValue<CMPIChar16>(type, value);
-        case CMPI_uint8:
-            return unsignedValue<CMPIUint8>(type, value);
-        case CMPI_uint16:
-            return unsignedValue<CMPIUint16>(type, value);
-        case CMPI_uint32:
-            return unsignedValue<CMPIUint32>(type, value);
-        case CMPI_uint64:
-            return unsignedValue<CMPIUint64>(type, value);
-        case CMPI_sint8:
-            return signedValue<CMPISint8>(type, value);
-        case CMPI_sint16:
-            return signedValue<CMPISint16>(type, value);
-        case CMPI_sint32:
-            return signedValue<CMPISint32>(type, value);
-        case CMPI_sint64:
-            return signedValue<CMPISint64>(type, value);
-        case CMPI_real32:
-            return Value(type, static_cast<double>(readMember<CMPIReal32>(value)));
-        case CMPI_real64:
-            return Value(type, readMember<CMPIReal64>(value));
-        case CMPI_string:
-            return textOf<StringObject>(type, value);
-        case CMPI_dateTime:
-            return textOf<DateTimeObject>(type, value);
+        case CMPI_boolean: return Value::boolean(readMember<CMPIBoolean>(value) != 0);
+        case CMPI_char16: return unsignedValue<CMPIChar16>(type, value);
+        case CMPI_uint8: return unsignedValue<CMPIUint8>(type, value);
+        case CMPI_uint16: return unsignedValue<CMPIUint16>(type, value);
+        case CMPI_uint32: return unsignedValue<CMPIUint32>(type, value);
+        case CMPI_uint64: return unsignedValue<CMPIUint64>(type, value);
+        case CMPI_sint8: return signedValue<CMPISint8>(type, value);
+        case CMPI_sint16: return signedValue<CMPISint16>(type, value);
+        case CMPI_sint32: return signedValue<CMPISint32>(type, value);
+        case CMPI_sint64: return signedValue<CMPISint64>(type, value);
+        case CMPI_real32: return Value(type, static_cast<double>(readMember<CMPIReal32>(value)));
+        case CMPI_real64: return Value(type, readMember<CMPIReal64>(value));
+        case CMPI_string: return textOf<StringObject>(type, value);
+        case CMPI_dateTime: return textOf<DateTimeObject>(type, value);
         case CMPI_ref:
             return objectValue<ObjectPathObject>(
                 type, value, [](ObjectPathObject& path) { return path.model.share(); });
         case CMPI_instance:
             return objectValue<InstanceObject>(
                 type, value, [](InstanceObject& instance) { return instance.share(); });
-        default:
-            throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
+        default: throw Failure{CMPI_RC_ERR_INVALID_DATA_TYPE};
     }
 }
 
@@ -235,9 +184,7 @@ CMPIType cmpiType(CimType type, bool isArray) noexcept {
     return isArray ? static_cast<CMPIType>(code | CMPI_ARRAY) : code;
 }
 
-CimType cimType(CMPIType type) noexcept {
-    return modelTypeOf(type & ~CMPI_ARRAY);
-}
+CimType cimType(CMPIType type) noexcept { return modelTypeOf(type & ~CMPI_ARRAY); }
 
 CMPIData toCmpi(const Home& home, const Value& value) {
     CMPIData data{cmpiType(value.type(), value.isArray()), CMPI_goodValue, {}};
@@ -251,9 +198,7 @@ CMPIData toCmpi(const Home& home, const Value& value) {
     return data;
 }
 
-CMPIData toCmpi(const Broker& broker, const Value& value) {
-    return toCmpi(Home{broker}, value);
-}
+CMPIData toCmpi(const Broker& broker, const Value& value) { return toCmpi(Home{broker}, value); }
 
 Value valueOf(const CMPIValue* value, CMPIType type) {
     // Not a CMPIValue at all, so it is not looked at as one.

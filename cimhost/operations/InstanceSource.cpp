@@ -21,8 +21,6 @@ void InstanceSource::modify(const RequestContext&, const Instance& instance) {
     refuseChange(instance.path);
 }
 
-void InstanceSource::remove(const RequestContext&, const ObjectPath& path) {
-    refuseChange(path);
-}
+void InstanceSource::remove(const RequestContext&, const ObjectPath& path) { refuseChange(path); }
 
 }  // namespace cimhost

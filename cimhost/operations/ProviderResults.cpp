@@ -7,17 +7,11 @@
 
 namespace cimhost {
 
-void ProviderSink::instance(const Instance&) {
-    refuse("an instance, which is no result of this");
-}
+void ProviderSink::instance(const Instance&) { refuse("an instance, which is no result of this"); }
 
-void ProviderSink::path(const ObjectPath&) {
-    refuse("an object path, which is no result of this");
-}
+void ProviderSink::path(const ObjectPath&) { refuse("an object path, which is no result of this"); }
 
-void ProviderSink::data(const Value&) {
-    refuse("a plain value, which is no result of this");
-}
+void ProviderSink::data(const Value&) { refuse("a plain value, which is no result of this"); }
 
 void ProviderSink::refuse(const std::string& what) const {
     throw CimError(CimCode::failed, "provider " + std::string(_provider) + " delivered " + what);
@@ -109,17 +103,11 @@ ObjectPath SinglePath::take() {
     return std::move(*_path);
 }
 
-void SingleValue::instance(const Instance& instance) {
-    _set(Value::instance(instance));
-}
+void SingleValue::instance(const Instance& instance) { _set(Value::instance(instance)); }
 
-void SingleValue::path(const ObjectPath& path) {
-    _set(Value::reference(path));
-}
+void SingleValue::path(const ObjectPath& path) { _set(Value::reference(path)); }
 
-void SingleValue::data(const Value& value) {
-    _set(value);
-}
+void SingleValue::data(const Value& value) { _set(value); }
 
 void SingleValue::_set(Value value) {
     if (_value) refuse("more than one return value");

@@ -73,9 +73,7 @@ PropertyValue declaredProperty(const Repository& repository, const Target& targe
 
 }  // namespace
 
-ObjectPath Target::classPath() const {
-    return {{}, nameSpace.name(), definition.name, {}};
-}
+ObjectPath Target::classPath() const { return {{}, nameSpace.name(), definition.name, {}}; }
 
 Target requireTarget(const Repository& repository, const RequestContext& request,
                      const ObjectPath& path) {

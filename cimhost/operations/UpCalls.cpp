@@ -19,9 +19,7 @@ Operations& requireOperations(const Broker& broker) {
     throw CimError(CimCode::notSupported, "this broker answers no up-calls");
 }
 
-std::string textOf(const char* text) {
-    return text ? text : std::string();
-}
+std::string textOf(const char* text) { return text ? text : std::string(); }
 
 std::optional<std::vector<std::string>> namesOf(const char** names) {
     if (!names) return std::nullopt;

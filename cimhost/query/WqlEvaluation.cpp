@@ -16,9 +16,7 @@ namespace cimhost {
 
 namespace {
 
-Truth truthOf(bool value) noexcept {
-    return value ? Truth::yes : Truth::no;
-}
+Truth truthOf(bool value) noexcept { return value ? Truth::yes : Truth::no; }
 
 Truth opposite(Truth truth) noexcept {
     return static_cast<Truth>(-static_cast<signed char>(truth));
@@ -130,25 +128,18 @@ Truth compareBooleans(WqlOperator operation, bool left, bool right) noexcept {
 Truth judge(WqlOperator operation, Order order) noexcept {
     if (order == Order::unordered) return Truth::unknown;
     switch (operation) {
-        case WqlOperator::equal:
-            return truthOf(std::is_eq(order));
-        case WqlOperator::notEqual:
-            return truthOf(std::is_neq(order));
-        case WqlOperator::less:
-            return truthOf(std::is_lt(order));
-        case WqlOperator::lessOrEqual:
-            return truthOf(std::is_lteq(order));
-        case WqlOperator::greater:
-            return truthOf(std::is_gt(order));
-        case WqlOperator::greaterOrEqual:
-            return truthOf(std::is_gteq(order));
+        case WqlOperator::equal: return truthOf(std::is_eq(order));
+        case WqlOperator::notEqual: return truthOf(std::is_neq(order));
+        case WqlOperator::less: return truthOf(std::is_lt(order));
+        case WqlOperator::lessOrEqual: return truthOf(std::is_lteq(order));
+        case WqlOperator::greater: return truthOf(std::is_gt(order));
+        case WqlOperator::greaterOrEqual: return truthOf(std::is_gteq(order));
         case WqlOperator::like:
         case WqlOperator::notLike:
         case WqlOperator::isA:
         case WqlOperator::notIsA:
         case WqlOperator::isNull:
-        case WqlOperator::isNotNull:
-            break;
+        case WqlOperator::isNotNull: break;
     }
     return Truth::unknown;
 }

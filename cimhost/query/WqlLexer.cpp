@@ -10,9 +10,7 @@ namespace cimhost {
 
 namespace {
 
-bool isQuote(char character) noexcept {
-    return character == '"' || character == '\'';
-}
+bool isQuote(char character) noexcept { return character == '"' || character == '\''; }
 
 std::size_t symbolLength(std::string_view text) noexcept {
     constexpr std::string_view pairs[] = {"<>", "<=", ">=", "!="};

@@ -115,12 +115,9 @@ std::optional<std::int64_t> valueOfText(std::string_view text) noexcept {
     if (text.size() != dateTimeLength || text[pointPlace] != '.') return std::nullopt;
     switch (text[signPlace]) {
         case '+':
-        case '-':
-            return timestampValue(text);
-        case ':':
-            return intervalValue(text);
-        default:
-            return std::nullopt;
+        case '-': return timestampValue(text);
+        case ':': return intervalValue(text);
+        default: return std::nullopt;
     }
 }
 
@@ -158,13 +155,9 @@ std::string timestampText(std::uint64_t days, const Clock& clock) {
 
 }  // namespace
 
-bool isDateTime(std::string_view text) noexcept {
-    return valueOfText(text).has_value();
-}
+bool isDateTime(std::string_view text) noexcept { return valueOfText(text).has_value(); }
 
-bool isInterval(std::string_view dateTime) noexcept {
-    return dateTime[signPlace] == ':';
-}
+bool isInterval(std::string_view dateTime) noexcept { return dateTime[signPlace] == ':'; }
 
 std::optional<std::uint64_t> microsecondsOf(std::string_view text) noexcept {
     const auto value = valueOfText(text);

@@ -12,9 +12,7 @@
 namespace cimhost {
 namespace {
 
-bool isText(CimType type) noexcept {
-    return type == CimType::string || type == CimType::dateTime;
-}
+bool isText(CimType type) noexcept { return type == CimType::string || type == CimType::dateTime; }
 
 // The mathematical value as one of two ranges, so that uint8 5 and sint64 5 are alike.
 struct WholeNumber {

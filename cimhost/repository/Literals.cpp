@@ -11,13 +11,9 @@
 namespace cimhost {
 namespace {
 
-bool isDigit(char character) noexcept {
-    return character >= '0' && character <= '9';
-}
+bool isDigit(char character) noexcept { return character >= '0' && character <= '9'; }
 
-bool isSign(char character) noexcept {
-    return character == '+' || character == '-';
-}
+bool isSign(char character) noexcept { return character == '+' || character == '-'; }
 
 bool takeSign(std::string_view& text) noexcept {
     const bool isNegative = text.starts_with('-');
@@ -65,9 +61,7 @@ constexpr auto escapeRows = std::to_array<EscapeRow>({
     {'\\', '\\'},
 });
 
-bool isControl(char character) noexcept {
-    return static_cast<unsigned char>(character) < ' ';
-}
+bool isControl(char character) noexcept { return static_cast<unsigned char>(character) < ' '; }
 
 void checkPlain(std::string_view text, std::size_t place, std::size_t length) {
     const std::string_view plain = text.substr(place, length);
@@ -116,9 +110,7 @@ char32_t readMofCharacter(std::string_view text, std::size_t& place) {
     return 0x10000 + ((unit - 0xD800) << 10U) + (low - 0xDC00);
 }
 
-bool isQuote(char character) noexcept {
-    return character == '"' || character == '\'';
-}
+bool isQuote(char character) noexcept { return character == '"' || character == '\''; }
 
 // The place is at the backslash, with a character behind it.
 void appendEscape(std::string_view text, Escapes escapes, std::size_t& place, std::string& result) {

@@ -115,8 +115,6 @@ private:
 
 }  // namespace
 
-ObjectPath parseModelPath(std::string_view text) {
-    return PathReader(text).read();
-}
+ObjectPath parseModelPath(std::string_view text) { return PathReader(text).read(); }
 
 }  // namespace cimhost

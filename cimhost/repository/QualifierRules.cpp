@@ -15,9 +15,7 @@
 namespace cimhost {
 namespace {
 
-constexpr std::uint16_t bits(Scope scope) noexcept {
-    return static_cast<std::uint16_t>(scope);
-}
+constexpr std::uint16_t bits(Scope scope) noexcept { return static_cast<std::uint16_t>(scope); }
 
 void checkType(const QualifierDeclaration& declaration, const Value& value,
                const std::string& element) {

@@ -29,8 +29,6 @@ void Text::_copyOutside(std::string_view content) {
     _bytes[room] = static_cast<char>(outside);
 }
 
-std::ostream& operator<<(std::ostream& out, const Text& text) {
-    return out << text.view();
-}
+std::ostream& operator<<(std::ostream& out, const Text& text) { return out << text.view(); }
 
 }  // namespace cimhost

@@ -68,21 +68,13 @@ CimType typeFromName(std::string_view name) noexcept {
     return row == typeRows.end() ? CimType::none : row->type;
 }
 
-bool isUnsigned(CimType type) noexcept {
-    return type >= CimType::uint8 && type <= CimType::uint64;
-}
+bool isUnsigned(CimType type) noexcept { return type >= CimType::uint8 && type <= CimType::uint64; }
 
-bool isSigned(CimType type) noexcept {
-    return type >= CimType::sint8 && type <= CimType::sint64;
-}
+bool isSigned(CimType type) noexcept { return type >= CimType::sint8 && type <= CimType::sint64; }
 
-bool isReal(CimType type) noexcept {
-    return type == CimType::real32 || type == CimType::real64;
-}
+bool isReal(CimType type) noexcept { return type == CimType::real32 || type == CimType::real64; }
 
-Value Value::nullArray(CimType type) {
-    return nullOf(type, true);
-}
+Value Value::nullArray(CimType type) { return nullOf(type, true); }
 
 Value Value::nullOf(CimType type, bool isArray) {
     Value value;
@@ -91,9 +83,7 @@ Value Value::nullOf(CimType type, bool isArray) {
     return value;
 }
 
-Value Value::array(CimType type, Array elements) {
-    return Value(type, std::move(elements));
-}
+Value Value::array(CimType type, Array elements) { return Value(type, std::move(elements)); }
 
 Value Value::reference(ObjectPath path) {
     return Value(CimType::reference, std::make_shared<const ObjectPath>(std::move(path)));

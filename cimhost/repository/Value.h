@@ -47,9 +47,7 @@ CimType typeFromName(std::string_view name) noexcept;
 bool isUnsigned(CimType type) noexcept;
 bool isSigned(CimType type) noexcept;
 bool isReal(CimType type) noexcept;
-inline bool isInteger(CimType type) noexcept {
-    return isUnsigned(type) || isSigned(type);
-}
+inline bool isInteger(CimType type) noexcept { return isUnsigned(type) || isSigned(type); }
 
 /// A typed CIM value: NULL, a scalar or an array whose elements may be NULL.
 ///

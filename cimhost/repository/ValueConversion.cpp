@@ -22,28 +22,18 @@ template <typename Integer>
 constexpr IntegerRange rangeOf{std::numeric_limits<Integer>::min(),
                                std::numeric_limits<Integer>::max()};
 
-constexpr IntegerRange unsignedRangeOf(std::uint64_t highest) {
-    return {0, highest};
-}
+constexpr IntegerRange unsignedRangeOf(std::uint64_t highest) { return {0, highest}; }
 
 IntegerRange integerRange(CimType type) noexcept {
     switch (type) {
-        case CimType::uint8:
-            return unsignedRangeOf(std::numeric_limits<std::uint8_t>::max());
-        case CimType::uint16:
-            return unsignedRangeOf(std::numeric_limits<std::uint16_t>::max());
-        case CimType::uint32:
-            return unsignedRangeOf(std::numeric_limits<std::uint32_t>::max());
-        case CimType::sint8:
-            return rangeOf<std::int8_t>;
-        case CimType::sint16:
-            return rangeOf<std::int16_t>;
-        case CimType::sint32:
-            return rangeOf<std::int32_t>;
-        case CimType::sint64:
-            return rangeOf<std::int64_t>;
-        default:
-            return unsignedRangeOf(std::numeric_limits<std::uint64_t>::max());
+        case CimType::uint8: return unsignedRangeOf(std::numeric_limits<std::uint8_t>::max());
+        case CimType::uint16: return unsignedRangeOf(std::numeric_limits<std::uint16_t>::max());
+        case CimType::uint32: return unsignedRangeOf(std::numeric_limits<std::uint32_t>::max());
+        case CimType::sint8: return rangeOf<std::int8_t>;
+        case CimType::sint16: return rangeOf<std::int16_t>;
+        case CimType::sint32: return rangeOf<std::int32_t>;
+        case CimType::sint64: return rangeOf<std::int64_t>;
+        default: return unsignedRangeOf(std::numeric_limits<std::uint64_t>::max());
     }
 }
 

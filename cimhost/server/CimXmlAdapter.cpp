@@ -46,9 +46,7 @@ bool CimXmlHttpReply::restart() {
     return true;
 }
 
-void CimXmlHttpReply::noteFailure(int code) {
-    _reply.notes().outcome = std::to_string(code);
-}
+void CimXmlHttpReply::noteFailure(int code) { _reply.notes().outcome = std::to_string(code); }
 
 void CimXmlHttpReply::fail(int code, std::string_view description) {
     _reply.setTrailer({"CIMStatusCode", std::to_string(code)});

@@ -29,14 +29,10 @@ void ConsoleLog::write(Level level, std::string_view source, std::string_view me
 
 std::string_view levelName(BrokerLog::Level level) noexcept {
     switch (level) {
-        case BrokerLog::Level::error:
-            return "error";
-        case BrokerLog::Level::warning:
-            return "warning";
-        case BrokerLog::Level::information:
-            return "information";
-        case BrokerLog::Level::debug:
-            return "debug";
+        case BrokerLog::Level::error: return "error";
+        case BrokerLog::Level::warning: return "warning";
+        case BrokerLog::Level::information: return "information";
+        case BrokerLog::Level::debug: return "debug";
     }
     return "unknown";
 }

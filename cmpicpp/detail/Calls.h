@@ -78,17 +78,13 @@ inline const char* charsOf(const CMPIString* string) {
 }
 
 /// The same with their number.
-inline std::string_view textOf(const CMPIString* string) {
-    return charsOf(string);
-}
+inline std::string_view textOf(const CMPIString* string) { return charsOf(string); }
 
 /// The same where a text that cannot be read is as good as none.
 const char* textOrEmpty(const CMPIString* string) noexcept;
 
 /// Text that came through the C interface as an argument; empty for nullptr.
-inline std::string toString(const char* text) {
-    return !text ? std::string() : std::string(text);
-}
+inline std::string toString(const char* text) { return !text ? std::string() : std::string(text); }
 
 /// Reads an item that may be missing, and tells whether it is there. Brokers tell a missing one by
 /// two codes or by its state.

@@ -76,9 +76,7 @@ bool areStrings(const CMPIData& left, const CMPIData& right) noexcept {
            right.value.string != nullptr;
 }
 
-bool sameTruth(CMPIBoolean left, CMPIBoolean right) noexcept {
-    return (left != 0) == (right != 0);
-}
+bool sameTruth(CMPIBoolean left, CMPIBoolean right) noexcept { return (left != 0) == (right != 0); }
 
 }  // namespace
 
@@ -97,28 +95,18 @@ namespace {
     const DataKind kind = kindOf(left);
     if (kind != kindOf(right)) return false;
     switch (kind) {
-        case DataKind::null:
-            return true;
-        case DataKind::boolean:
-            return sameTruth(left.value.boolean, right.value.boolean);
-        case DataKind::char16:
-            return left.value.char16 == right.value.char16;
-        case DataKind::integer:
-            return integerOf(left) == integerOf(right);
-        case DataKind::real:
-            return realOf(left) == realOf(right);
+        case DataKind::null: return true;
+        case DataKind::boolean: return sameTruth(left.value.boolean, right.value.boolean);
+        case DataKind::char16: return left.value.char16 == right.value.char16;
+        case DataKind::integer: return integerOf(left) == integerOf(right);
+        case DataKind::real: return realOf(left) == realOf(right);
         case DataKind::text:
-        case DataKind::dateTime:
-            return charactersOf(left) == charactersOf(right);
-        case DataKind::reference:
-            return equalPaths(left.value.ref, right.value.ref);
-        case DataKind::instance:
-            return equalInstances(left.value.inst, right.value.inst);
-        case DataKind::array:
-            return equalArrays(left.value.array, right.value.array);
+        case DataKind::dateTime: return charactersOf(left) == charactersOf(right);
+        case DataKind::reference: return equalPaths(left.value.ref, right.value.ref);
+        case DataKind::instance: return equalInstances(left.value.inst, right.value.inst);
+        case DataKind::array: return equalArrays(left.value.array, right.value.array);
         case DataKind::bad:
-        case DataKind::other:
-            break;
+        case DataKind::other: break;
     }
     return false;
 }

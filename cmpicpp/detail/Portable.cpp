@@ -28,9 +28,7 @@ bool isObject(CMPIType type) noexcept {
            type == CMPI_instance;
 }
 
-bool isNull(const CMPIData& data) noexcept {
-    return kindOf(data) == DataKind::null;
-}
+bool isNull(const CMPIData& data) noexcept { return kindOf(data) == DataKind::null; }
 
 void copyKeys(const CMPIObjectPath* from, CMPIObjectPath* to) {
     forEachKey(from, [to](const CMPIString* name, const CMPIData& key) {

@@ -26,23 +26,12 @@ void appendCode(std::string& out, unsigned code) {
 
 void appendControl(std::string& out, char character) {
     switch (character) {
-        case '\b':
-            out += "\\b";
-            break;
-        case '\t':
-            out += "\\t";
-            break;
-        case '\n':
-            out += "\\n";
-            break;
-        case '\f':
-            out += "\\f";
-            break;
-        case '\r':
-            out += "\\r";
-            break;
-        default:
-            appendCode(out, static_cast<unsigned char>(character));
+        case '\b': out += "\\b"; break;
+        case '\t': out += "\\t"; break;
+        case '\n': out += "\\n"; break;
+        case '\f': out += "\\f"; break;
+        case '\r': out += "\\r"; break;
+        default: appendCode(out, static_cast<unsigned char>(character));
     }
 }
 
@@ -129,18 +118,10 @@ void appendReference(std::string& out, const CMPIObjectPath* path) {
 
 void appendGoodData(std::string& out, const CMPIData& data) {
     switch (kindOf(data)) {
-        case DataKind::null:
-            out += "NULL";
-            break;
-        case DataKind::boolean:
-            out += data.value.boolean != 0 ? "true" : "false";
-            break;
-        case DataKind::char16:
-            appendChar16(out, data.value.char16);
-            break;
-        case DataKind::integer:
-            appendInteger(out, integerOf(data));
-            break;
+        case DataKind::null: out += "NULL"; break;
+        case DataKind::boolean: out += data.value.boolean != 0 ? "true" : "false"; break;
+        case DataKind::char16: appendChar16(out, data.value.char16); break;
+        case DataKind::integer: appendInteger(out, integerOf(data)); break;
         case DataKind::real:
             if (data.type == CMPI_real32) {
                 appendReal(out, data.value.real32);
@@ -149,21 +130,12 @@ void appendGoodData(std::string& out, const CMPIData& data) {
             }
             break;
         case DataKind::text:
-        case DataKind::dateTime:
-            appendQuoted(out, charactersOf(data));
-            break;
-        case DataKind::reference:
-            appendReference(out, data.value.ref);
-            break;
-        case DataKind::instance:
-            appendInstance(out, data.value.inst);
-            break;
-        case DataKind::array:
-            appendArray(out, data.value.array);
-            break;
+        case DataKind::dateTime: appendQuoted(out, charactersOf(data)); break;
+        case DataKind::reference: appendReference(out, data.value.ref); break;
+        case DataKind::instance: appendInstance(out, data.value.inst); break;
+        case DataKind::array: appendArray(out, data.value.array); break;
         case DataKind::bad:
-        case DataKind::other:
-            throw CmpiStatus(CMPI_RC_ERR_INVALID_DATA_TYPE);
+        case DataKind::other: throw CmpiStatus(CMPI_RC_ERR_INVALID_DATA_TYPE);
     }
 }
 

@@ -92,9 +92,7 @@ bool involves(CmpiManagedInstance& instance, AssociationKinds& kinds, LocalReque
     return found;
 }
 
-bool usable(const CmpiManagedInstance* instance) {
-    return instance && instance->visible();
-}
+bool usable(const CmpiManagedInstance* instance) { return instance && instance->visible(); }
 
 void logFilterFailure(const Logger& log, const char* format, const CmpiObjectPath& path) {
     if (log.infoEnabled()) log.info(format, logText([&path] { return path.getClassName(); }));

@@ -60,8 +60,7 @@ struct OpenBmc {
 
 const char* completionText(std::uint8_t code) noexcept {
     switch (code) {
-        case 1:
-            return "Provided command input data is not complete.";
+        case 1: return "Provided command input data is not complete.";
         case 2:
         case 6:  // the module tells the two apart; for the operator they are one
             return "Internal error - internal error detected - memory could not be allocated, etc.";
@@ -77,23 +76,17 @@ const char* completionText(std::uint8_t code) noexcept {
         case 7:
             return "Response does not fit into cli response message - output data > excess data "
                    "lost.";
-        case 8:
-            return "Length exceeded - argument or environment variable length exceeded limit.";
-        default:
-            return "Unknown response error.";
+        case 8: return "Length exceeded - argument or environment variable length exceeded limit.";
+        default: return "Unknown response error.";
     }
 }
 
 void logInterfaceStatus(const Logger& log, int status) {
     switch (status) {
-        case encaCommandTimeout:
-            return log.info("Command time out.");
-        case encaOutputTooLarge:
-            return log.info("The size of stdout or stderr is not enough.");
-        case encaPointerIsNull:
-            return log.info("The pointer to the stdout or stderr is NULL.");
-        default:
-            return log.info("Unknown interface error(%x).", static_cast<unsigned>(status));
+        case encaCommandTimeout: return log.info("Command time out.");
+        case encaOutputTooLarge: return log.info("The size of stdout or stderr is not enough.");
+        case encaPointerIsNull: return log.info("The pointer to the stdout or stderr is NULL.");
+        default: return log.info("Unknown interface error(%x).", static_cast<unsigned>(status));
     }
 }
 

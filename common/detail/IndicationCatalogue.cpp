@@ -77,9 +77,7 @@ static_assert(haveUniqueKeys());
 
 }  // namespace
 
-std::span<const IndicationGroup> indicationGroups() noexcept {
-    return groups;
-}
+std::span<const IndicationGroup> indicationGroups() noexcept { return groups; }
 
 std::span<const IndicationRow> findIndicationRows(std::string_view providerName) noexcept {
     const auto group = std::ranges::find(groups, providerName, &IndicationGroup::providerName);

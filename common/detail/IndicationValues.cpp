@@ -30,9 +30,7 @@ CmpiCpp::CmpiDateTime presentSecond() {
     return CmpiCpp::makeCmpiDateTime(indicationBroker(), second.time_since_epoch(), false);
 }
 
-CmpiArray stringArray(std::span<const std::string> texts) {
-    return makeArray(texts, CMPI_string);
-}
+CmpiArray stringArray(std::span<const std::string> texts) { return makeArray(texts, CMPI_string); }
 
 CmpiArray uint16Array(std::span<const unsigned short> numbers) {
     return makeArray(numbers, CMPI_uint16);

@@ -14,9 +14,7 @@ namespace {
 
 /// White space of the C locale: what the store's files are separated with, whatever locale the
 /// object manager runs in.
-constexpr bool isSpace(char c) noexcept {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
+constexpr bool isSpace(char c) noexcept { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 /// How many of these eight bytes come before the first that is a blank or below it, where all white
 /// space is. Counts on from the lowest byte, so not for big-endian machines.

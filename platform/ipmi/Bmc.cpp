@@ -71,9 +71,7 @@ int readSystemGuid(BmcHandle& handle) {
 
 }  // namespace
 
-void setBmcTransportFactory(BmcTransportFactory factory) noexcept {
-    replacedFactory = factory;
-}
+void setBmcTransportFactory(BmcTransportFactory factory) noexcept { replacedFactory = factory; }
 
 int BMC_open(BmcHandle& handle, int device, int identify) {
     handle = {};
@@ -89,6 +87,4 @@ std::string BMC_strerror(int status) {
     return std::strerror(status);
 }
 
-void BMC_close(BmcHandle& handle) noexcept {
-    handle.transport.reset();
-}
+void BMC_close(BmcHandle& handle) noexcept { handle.transport.reset(); }

@@ -21,20 +21,11 @@ void appendEscaped(std::string& result, char character) {
     constexpr std::string_view digits = "0123456789abcdef";
     const auto value = static_cast<unsigned char>(character);
     switch (character) {
-        case '\n':
-            result += "\\n";
-            break;
-        case '\r':
-            result += "\\r";
-            break;
-        case '\t':
-            result += "\\t";
-            break;
-        case '\\':
-            result += "\\\\";
-            break;
-        default:
-            result.append({'\\', 'x', digits[value >> 4], digits[value & 0xf]});
+        case '\n': result += "\\n"; break;
+        case '\r': result += "\\r"; break;
+        case '\t': result += "\\t"; break;
+        case '\\': result += "\\\\"; break;
+        default: result.append({'\\', 'x', digits[value >> 4], digits[value & 0xf]});
     }
 }
 

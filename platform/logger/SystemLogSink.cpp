@@ -10,12 +10,9 @@ namespace {
 
 int priorityOf(LogLevel level) noexcept {
     switch (level) {
-        case LogLevel::error:
-            return LOG_ERR;
-        case LogLevel::warning:
-            return LOG_WARNING;
-        case LogLevel::information:
-            return LOG_INFO;
+        case LogLevel::error: return LOG_ERR;
+        case LogLevel::warning: return LOG_WARNING;
+        case LogLevel::information: return LOG_INFO;
     }
     return LOG_NOTICE;
 }

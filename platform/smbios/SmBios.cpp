@@ -117,9 +117,7 @@ const KTQServerProfile* SmBios::getKTQServerProfile() const noexcept {
     return _records ? pointerTo(_records->serverProfile) : nullptr;
 }
 
-const SmbiosTable* SmBios::table() const noexcept {
-    return _records ? &_records->table : nullptr;
-}
+const SmbiosTable* SmBios::table() const noexcept { return _records ? &_records->table : nullptr; }
 
 void SmBios::setSource(std::shared_ptr<const SmbiosSource> source) noexcept {
     processSource().set(std::move(source));

@@ -48,12 +48,9 @@ Bytes checked(Bytes bytes, std::size_t lengthOffset, std::size_t least, std::siz
 std::uint16_t repairedVersion(std::uint16_t version) {
     switch (version) {
         case 0x021f:
-        case 0x0221:
-            return 0x0203;
-        case 0x0233:
-            return 0x0206;
-        default:
-            return version;
+        case 0x0221: return 0x0203;
+        case 0x0233: return 0x0206;
+        default: return version;
     }
 }
 

@@ -97,9 +97,7 @@ SmbiosSource::Bytes SmbiosDumpFile::table(std::uint64_t address, std::size_t len
     return readFile(_path, address, length);
 }
 
-SmbiosSource::Bytes SmbiosMemory::entryPoint() const {
-    return table(0, entryPointLimit);
-}
+SmbiosSource::Bytes SmbiosMemory::entryPoint() const { return table(0, entryPointLimit); }
 
 SmbiosSource::Bytes SmbiosMemory::table(std::uint64_t address, std::size_t length) const {
     if (address >= _dump.size()) return {};

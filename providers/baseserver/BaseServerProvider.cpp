@@ -25,9 +25,7 @@ BaseServerProvider::BaseServerProvider(const CmpiCpp::CmpiBroker& broker, Logger
       _workCounter("baseserver", log),
       _watch(broker, log) {}
 
-void BaseServerProvider::refresh(const CmpiContext&) {
-    _inventory.refresh();
-}
+void BaseServerProvider::refresh(const CmpiContext&) { _inventory.refresh(); }
 
 std::uint64_t BaseServerProvider::_performWork(const CmpiContext& context) {
     _inventory.refreshNow();

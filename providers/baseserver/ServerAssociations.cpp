@@ -13,9 +13,7 @@ namespace {
 constexpr AssociationClass deviceClass{"PYL_SystemPCIDevice", "GroupComponent", "PartComponent"};
 constexpr AssociationClass packageClass{"PYL_ComputerSystemPackage", "Antecedent", "Dependent"};
 
-CmpiCpp::CmpiObjectPath chassis() {
-    return PYLUtil::getChassisPath();
-}
+CmpiCpp::CmpiObjectPath chassis() { return PYLUtil::getChassisPath(); }
 
 }  // namespace
 

@@ -67,12 +67,8 @@ std::string describe(const PciFunction& function) {
 
 }  // namespace
 
-CmpiObjectPath ComputerSystemInstance::getPath() {
-    return PYLUtil::getComputerSystemPath();
-}
-CmpiName ComputerSystemInstance::getClassName() {
-    return PYL::ScopedCentralClassName;
-}
+CmpiObjectPath ComputerSystemInstance::getPath() { return PYLUtil::getComputerSystemPath(); }
+CmpiName ComputerSystemInstance::getClassName() { return PYL::ScopedCentralClassName; }
 
 CmpiInstance ComputerSystemInstance::getInstance() {
     auto instance = PYL::makeInstanceAt(getPath());
@@ -95,12 +91,8 @@ CmpiInstance ComputerSystemInstance::getInstance() {
     return instance;
 }
 
-CmpiObjectPath ChassisInstance::getPath() {
-    return PYLUtil::getChassisPath();
-}
-CmpiName ChassisInstance::getClassName() {
-    return PYL::ChassisClassName;
-}
+CmpiObjectPath ChassisInstance::getPath() { return PYLUtil::getChassisPath(); }
+CmpiName ChassisInstance::getClassName() { return PYL::ChassisClassName; }
 
 CmpiInstance ChassisInstance::getInstance() {
     auto instance = PYL::makeInstanceAt(getPath());
@@ -123,9 +115,7 @@ CmpiObjectPath PciDeviceInstance::getPath() {
     const auto& at = _function.address;
     return PYLUtil::getPCIDevicePath(at.domain, at.bus, at.device, at.function);
 }
-CmpiName PciDeviceInstance::getClassName() {
-    return PYL::PCIDeviceClassName;
-}
+CmpiName PciDeviceInstance::getClassName() { return PYL::PCIDeviceClassName; }
 
 CmpiInstance PciDeviceInstance::getInstance() {
     auto instance = PYL::makeInstanceAt(getPath());
@@ -157,12 +147,8 @@ PYL::operationalStatus statusOf(const PciFunction& function) noexcept {
     return function.errors->nonFatal > 0 ? PYL::statusDegraded : PYL::statusOK;
 }
 
-CmpiObjectPath PciDeviceGroupInstance::getPath() {
-    return PYL::makeInstanceIdPath(groupClassName);
-}
-CmpiName PciDeviceGroupInstance::getClassName() {
-    return groupClassName;
-}
+CmpiObjectPath PciDeviceGroupInstance::getPath() { return PYL::makeInstanceIdPath(groupClassName); }
+CmpiName PciDeviceGroupInstance::getClassName() { return groupClassName; }
 
 CmpiInstance PciDeviceGroupInstance::getInstance() {
     auto instance = PYL::makeInstanceAt(getPath());

@@ -5,9 +5,7 @@
 
 namespace baseserver {
 
-CmpiCpp::CmpiObjectPath WorkerInstance::getPath() {
-    return PYL::makeInstanceIdPath(className);
-}
+CmpiCpp::CmpiObjectPath WorkerInstance::getPath() { return PYL::makeInstanceIdPath(className); }
 
 CmpiCpp::CmpiInstance WorkerInstance::getInstance() {
     auto instance = PYL::makeInstanceAt(getPath());

@@ -61,9 +61,7 @@ void ConsolidatedStatusProvider::_list(const std::string& reportingClass) {
     }
 }
 
-int ConsolidatedStatusProvider::unloadOK(const CmpiContext&) {
-    return _board->overall() ? 1 : 0;
-}
+int ConsolidatedStatusProvider::unloadOK(const CmpiContext&) { return _board->overall() ? 1 : 0; }
 
 void ConsolidatedStatusProvider::invokeMethod(const CmpiContext&, const CmpiObjectPath& path,
                                               const CmpiName& methodName,

@@ -10,14 +10,10 @@ namespace {
 /// The event by which a status is told; none for those that are not.
 std::optional<FanEventNumber> eventOf(PYL::operationalStatus status) {
     switch (status) {
-        case PYL::statusError:
-            return fanFailed;
-        case PYL::statusDegraded:
-            return fanDegraded;
-        case PYL::statusOK:
-            return fanRepaired;
-        default:
-            return std::nullopt;
+        case PYL::statusError: return fanFailed;
+        case PYL::statusDegraded: return fanDegraded;
+        case PYL::statusOK: return fanRepaired;
+        default: return std::nullopt;
     }
 }
 

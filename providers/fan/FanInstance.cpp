@@ -20,9 +20,7 @@ constexpr const char* groupClass = "PYL_FanGroup";
 
 }  // namespace
 
-CmpiName FanInstance::getClassName() {
-    return fanClass;
-}
+CmpiName FanInstance::getClassName() { return fanClass; }
 
 CmpiObjectPath FanInstance::getPath() {
     return PYL::makeLocalPath(fanClass,
@@ -45,13 +43,9 @@ CmpiInstance FanInstance::getInstance() {
     return instance;
 }
 
-CmpiName FanGroupInstance::getClassName() {
-    return groupClass;
-}
+CmpiName FanGroupInstance::getClassName() { return groupClass; }
 
-CmpiObjectPath FanGroupInstance::getPath() {
-    return PYL::makeInstanceIdPath(groupClass);
-}
+CmpiObjectPath FanGroupInstance::getPath() { return PYL::makeInstanceIdPath(groupClass); }
 
 CmpiInstance FanGroupInstance::getInstance() {
     auto instance = PYL::makeInstanceAt(getPath());

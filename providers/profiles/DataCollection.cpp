@@ -52,9 +52,7 @@ void deliverClasses(const PRPDCRec& row, CmpiMethodResult& out) {
 
 }  // namespace
 
-CmpiCpp::CmpiObjectPath DataCollection::getPath() {
-    return PYL::makeInstanceIdPath(className);
-}
+CmpiCpp::CmpiObjectPath DataCollection::getPath() { return PYL::makeInstanceIdPath(className); }
 
 CmpiCpp::CmpiInstance DataCollection::getInstance() {
     auto instance = PYL::makeInstanceAt(getPath());

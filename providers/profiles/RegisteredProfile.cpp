@@ -72,9 +72,7 @@ CmpiObjectPath pathOf(const PYL::ProfileDB& profiles, const PRPDBRec& record) {
     return path;
 }
 
-CmpiName RegisteredProfile::getClassName() {
-    return PYL::PRPRegisteredClassName;
-}
+CmpiName RegisteredProfile::getClassName() { return PYL::PRPRegisteredClassName; }
 
 CmpiInstance RegisteredProfile::getInstance() {
     auto instance = PYL::makeInstanceAt(getPath());

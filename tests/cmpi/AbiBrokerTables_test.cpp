@@ -105,8 +105,6 @@ constexpr auto brokerMembers = std::to_array<MemberRow>({
     PYL_MEMBER(CMPIBrokerMemFT, freeChars, 120, 8),
 });
 
-TEST(AbiBrokerTables, HaveEveryMemberAtItsPlaceAndOfItsWidth) {
-    expectPlaces(brokerMembers);
-}
+TEST(AbiBrokerTables, HaveEveryMemberAtItsPlaceAndOfItsWidth) { expectPlaces(brokerMembers); }
 
 }  // namespace

@@ -207,8 +207,6 @@ constexpr auto objectMembers = std::to_array<MemberRow>({
     PYL_MEMBER(CMPIEnumerationFilterFT, match, 24, 8),
 });
 
-TEST(AbiObjectTables, HaveEveryMemberAtItsPlaceAndOfItsWidth) {
-    expectPlaces(objectMembers);
-}
+TEST(AbiObjectTables, HaveEveryMemberAtItsPlaceAndOfItsWidth) { expectPlaces(objectMembers); }
 
 }  // namespace

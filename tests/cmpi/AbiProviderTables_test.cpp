@@ -73,8 +73,6 @@ constexpr auto providerMembers = std::to_array<MemberRow>({
     PYL_MEMBER(CMPIIndicationMIFT, deActivateFilterCollection, 88, 8),
 });
 
-TEST(AbiProviderTables, HaveEveryMemberAtItsPlaceAndOfItsWidth) {
-    expectPlaces(providerMembers);
-}
+TEST(AbiProviderTables, HaveEveryMemberAtItsPlaceAndOfItsWidth) { expectPlaces(providerMembers); }
 
 }  // namespace

@@ -179,9 +179,7 @@ TEST(AbiTypes, HaveTheirSizes) {
     for (const SizeRow& row : sizes) EXPECT_EQ(row.actual, row.expected) << row.type;
 }
 
-TEST(AbiTypes, HaveEveryMemberOfAValueAtItsPlaceAndOfItsWidth) {
-    expectPlaces(valueMembers);
-}
+TEST(AbiTypes, HaveEveryMemberOfAValueAtItsPlaceAndOfItsWidth) { expectPlaces(valueMembers); }
 
 TEST(AbiTypes, EndedTablesWhereTheNextLevelBegins) {
     expectPlaces(firstMembersOfLevel200);

@@ -8,6 +8,4 @@
 
 CMPIStatus returnNotFound(void);
 
-CMPIStatus returnNotFound(void) {
-    CMReturn(CMPI_RC_ERR_NOT_FOUND);
-}
+CMPIStatus returnNotFound(void) { CMReturn(CMPI_RC_ERR_NOT_FOUND); }

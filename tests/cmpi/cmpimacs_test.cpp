@@ -395,33 +395,15 @@ std::string joinInserts(CMPICount count, std::va_list inserts) {
     std::string text;
     for (CMPICount i = 0; i < count; ++i) {
         switch (va_arg(inserts, int)) {
-            case CMPI_sint32:
-                text += std::to_string(va_arg(inserts, long));
-                break;
-            case CMPI_uint32:
-                text += std::to_string(va_arg(inserts, unsigned long));
-                break;
-            case CMPI_sint64:
-                text += std::to_string(va_arg(inserts, long long));
-                break;
-            case CMPI_uint64:
-                text += std::to_string(va_arg(inserts, unsigned long long));
-                break;
-            case CMPI_real64:
-                text += std::to_string(va_arg(inserts, double));
-                break;
-            case CMPI_boolean:
-                text += va_arg(inserts, int) ? "true" : "false";
-                break;
-            case CMPI_chars:
-                text += va_arg(inserts, char*);
-                break;
-            case CMPI_string:
-                text += va_arg(inserts, CMPIString*) ? "string" : "null";
-                break;
-            default:
-                ADD_FAILURE() << "unexpected type code";
-                return text;
+            case CMPI_sint32: text += std::to_string(va_arg(inserts, long)); break;
+            case CMPI_uint32: text += std::to_string(va_arg(inserts, unsigned long)); break;
+            case CMPI_sint64: text += std::to_string(va_arg(inserts, long long)); break;
+            case CMPI_uint64: text += std::to_string(va_arg(inserts, unsigned long long)); break;
+            case CMPI_real64: text += std::to_string(va_arg(inserts, double)); break;
+            case CMPI_boolean: text += va_arg(inserts, int) ? "true" : "false"; break;
+            case CMPI_chars: text += va_arg(inserts, char*); break;
+            case CMPI_string: text += va_arg(inserts, CMPIString*) ? "string" : "null"; break;
+            default: ADD_FAILURE() << "unexpected type code"; return text;
         }
         text += ' ';
     }

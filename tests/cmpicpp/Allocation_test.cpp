@@ -26,24 +26,12 @@ void* allocate(std::size_t size) {
 }  // namespace
 
 // Not inlined: GCC would take the malloc of one and the free of the other for a mistake.
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    return allocate(size);
-}
-[[gnu::noinline]] void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
+[[gnu::noinline]] void* operator new(std::size_t size) { return allocate(size); }
+[[gnu::noinline]] void* operator new[](std::size_t size) { return allocate(size); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete[](void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
 
 namespace CmpiCpp {
 namespace {
@@ -64,9 +52,7 @@ const CMPIStringFT stringTable = [] {
     return table;
 }();
 
-CMPIString constant(const char* text) {
-    return {text, &stringTable};
-}
+CMPIString constant(const char* text) { return {text, &stringTable}; }
 
 CMPIString host = constant("host");
 CMPIString nameSpace = constant("root/ktq");
@@ -167,9 +153,7 @@ public:
     CMPIBroker* getBroker() override { return nullptr; }
 };
 
-CmpiProvider* makeQuiet(const CmpiBroker&, const CMPIContext*) {
-    return new QuietProvider;
-}
+CmpiProvider* makeQuiet(const CmpiBroker&, const CMPIContext*) { return new QuietProvider; }
 
 constinit CmpiModule module("Quiet", makeQuiet);
 

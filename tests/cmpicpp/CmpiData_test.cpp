@@ -16,9 +16,7 @@ namespace {
 using test::codeOf;
 using test::messageOf;
 
-CMPIData raw(CMPIType type, CMPIValueState state = CMPI_goodValue) {
-    return {type, state, {}};
-}
+CMPIData raw(CMPIType type, CMPIValueState state = CMPI_goodValue) { return {type, state, {}}; }
 
 CmpiData uint64(CMPIUint64 value, CMPIType type = CMPI_uint64) {
     CMPIData data = raw(type);

@@ -30,13 +30,9 @@ struct Script {
 
 Script* answersInUse = nullptr;
 
-std::string text(const char* name) {
-    return !name ? " -" : std::string(" ") + name;
-}
+std::string text(const char* name) { return !name ? " -" : std::string(" ") + name; }
 
-std::string text(const char** properties) {
-    return !properties ? " all" : " some";
-}
+std::string text(const char** properties) { return !properties ? " all" : " some"; }
 
 template <typename Result>
 Result answer(const std::string& asked, Result result, CMPIStatus* status) {

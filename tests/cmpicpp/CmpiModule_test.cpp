@@ -10,9 +10,7 @@
 namespace CmpiCpp::test {
 namespace {
 
-CmpiProvider* makeNext(const CmpiBroker& broker, const CMPIContext*) {
-    return maker(broker);
-}
+CmpiProvider* makeNext(const CmpiBroker& broker, const CMPIContext*) { return maker(broker); }
 
 /// Runs methods and nothing else.
 class MethodsOnly : public CmpiMethodProvider {

@@ -90,6 +90,4 @@ inline const std::vector<CollectionRequest>& collectionRequests() {
     return requests;
 }
 
-inline void PrintTo(const CollectionRequest& request, std::ostream* out) {
-    *out << request.name;
-}
+inline void PrintTo(const CollectionRequest& request, std::ostream* out) { *out << request.name; }

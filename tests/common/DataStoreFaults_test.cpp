@@ -25,9 +25,7 @@ constexpr auto faults =
     std::to_array<Verdict>({EIO, ENOSPC, EDQUOT, EROFS, EACCES, EMFILE, EINTR, halved});
 constexpr auto keyCounts = std::to_array<std::size_t>({0, 1, 20, 1000});
 
-std::string keyNumber(std::size_t number) {
-    return numberedRecord(number).substr(0, 7);
-}
+std::string keyNumber(std::size_t number) { return numberedRecord(number).substr(0, 7); }
 
 /// What can be done with a store of so many records, its middle one in particular.
 struct Operation {
@@ -37,9 +35,7 @@ struct Operation {
     std::function<std::string(PYL::DataStore&, const std::string&)> run;
 };
 
-std::string told(bool result) {
-    return result ? "true" : "false";
-}
+std::string told(bool result) { return result ? "true" : "false"; }
 
 void writeRecords(StoreFixture& fixture, std::size_t count) {
     fixture.write(numberedRecords(count));

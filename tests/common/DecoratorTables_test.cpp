@@ -176,9 +176,7 @@ TEST(ProviderTables, HoldTheResultsInTheirOrder) {
                           const char*, const std::string&, const CmpiObjectPath&>());
 }
 
-CmpiProvider* noProvider(const CmpiBroker&, Logger&) {
-    return nullptr;
-}
+CmpiProvider* noProvider(const CmpiBroker&, Logger&) { return nullptr; }
 
 /// The entry of an object's own table, which stands where the object begins.
 const void* entryOf(const void* object, int slot) {

@@ -99,9 +99,7 @@ TEST(ImplementationClassNames, KeepTheSpellingOfTheirProviders) {
     EXPECT_STREQ(dmtfSWInvClassNames[4], "PYL_FCHBAFirmwareIdentityFW");
 }
 
-TEST(ImplementationClassNames, HaveATableOfNothing) {
-    EXPECT_EQ(emptyString[0], nullptr);
-}
+TEST(ImplementationClassNames, HaveATableOfNothing) { EXPECT_EQ(emptyString[0], nullptr); }
 
 TEST(ImplementationClassNames, NameTheDataCollectionAsItsOwnProfile) {
     EXPECT_EQ(entries(ktCollectionProfile),
@@ -111,8 +109,6 @@ TEST(ImplementationClassNames, NameTheDataCollectionAsItsOwnProfile) {
 // A static of another module that reads a table before main().
 const std::string_view readEarly = ktCSClassNames[0];
 
-TEST(ImplementationClassNames, AreThereBeforeMain) {
-    EXPECT_EQ(readEarly, "PYL_ComputerSystem");
-}
+TEST(ImplementationClassNames, AreThereBeforeMain) { EXPECT_EQ(readEarly, "PYL_ComputerSystem"); }
 
 }  // namespace

@@ -54,9 +54,7 @@ TEST_F(LogCost, OfResultLoggersIsNothing) {
     EXPECT_GT(callsOf(deliver), 10U);
 }
 
-CmpiCpp::CmpiProvider* noProvider(const CmpiCpp::CmpiBroker&, Logger&) {
-    return nullptr;
-}
+CmpiCpp::CmpiProvider* noProvider(const CmpiCpp::CmpiBroker&, Logger&) { return nullptr; }
 
 TEST_F(LogCost, OfADecoratorIsNothing) {
     Journal journal;

@@ -24,16 +24,11 @@ struct MethodsOnly : CmpiCpp::CmpiMethodProvider {
 /// What a request of this kind says to a provider that is not of it.
 inline const char* missingInterface(ProviderOperation::Kind kind) {
     switch (kind) {
-        case ProviderOperation::Kind::instance:
-            return "Not an instance provider";
-        case ProviderOperation::Kind::association:
-            return "Not an association provider";
-        case ProviderOperation::Kind::method:
-            return "Not a method provider";
-        case ProviderOperation::Kind::indication:
-            return "Not an indication provider";
-        case ProviderOperation::Kind::any:
-            break;
+        case ProviderOperation::Kind::instance: return "Not an instance provider";
+        case ProviderOperation::Kind::association: return "Not an association provider";
+        case ProviderOperation::Kind::method: return "Not a method provider";
+        case ProviderOperation::Kind::indication: return "Not an indication provider";
+        case ProviderOperation::Kind::any: break;
     }
     return "";
 }

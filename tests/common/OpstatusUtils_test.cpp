@@ -24,9 +24,7 @@ using PYL::severityWarning;
 using PYL::updateWorst;
 using enum PYL::operationalStatus;
 
-operationalStatus status(int value) {
-    return static_cast<operationalStatus>(value);
-}
+operationalStatus status(int value) { return static_cast<operationalStatus>(value); }
 
 /// Every value of the enumeration and some round it.
 std::vector<int> allValues() {
@@ -82,27 +80,20 @@ int badness(int value) {
         case statusStarting:
         case statusStopping:
         case statusDormant:
-        case statusPowerMode:
-            return 0;
+        case statusPowerMode: return 0;
         case statusUnknown:
-        case statusNoContact:
-            return 1;
+        case statusNoContact: return 1;
         case statusStopped:
-        case statusInService:
-            return 3;
+        case statusInService: return 3;
         case statusDegraded:
-        case statusStressed:
-            return 4;
+        case statusStressed: return 4;
         case statusPredictiveFailure:
         case statusError:
         case statusAborted:
-        case statusSupportingEntityInError:
-            return 5;
+        case statusSupportingEntityInError: return 5;
         case statusNonRecoverableError:
-        case statusLostCommunication:
-            return 6;
-        default:
-            return 2;  // OK, and what nobody defined
+        case statusLostCommunication: return 6;
+        default: return 2;  // OK, and what nobody defined
     }
 }
 
@@ -166,23 +157,18 @@ TEST(OpstatusToHealthState, FollowsTheStatus) {
             case 9:
             case 15:
             case 17:
-            case 18:
-                return 5;
+            case 18: return 5;
             case 3:
             case 4:
             case 10:
-            case 11:
-                return 10;
+            case 11: return 10;
             case 5:
             case 6:
             case 14:
-            case 16:
-                return 20;
+            case 16: return 20;
             case 7:
-            case 13:
-                return 30;
-            default:
-                return 0;
+            case 13: return 30;
+            default: return 0;
         }
     };
     for (const int value : allValues()) {

@@ -22,9 +22,7 @@ struct Switch {
     bool isTrigger;  ///< its marker goes when it is looked at
 };
 
-void PrintTo(const Switch& row, std::ostream* out) {
-    *out << row.marker;
-}
+void PrintTo(const Switch& row, std::ostream* out) { *out << row.marker; }
 
 /// A file that root owns whoever runs the test.
 constexpr const char* rootsFile = "/etc/passwd";

@@ -90,13 +90,9 @@ std::unique_ptr<PRPDBRec> fullRecord() {
                                       references, extends);
 }
 
-TEST(PRPDBRec, IsEmptyAtFirst) {
-    EXPECT_EQ(text(PRPDBRec()), "0|0||||||||");
-}
+TEST(PRPDBRec, IsEmptyAtFirst) { EXPECT_EQ(text(PRPDBRec()), "0|0||||||||"); }
 
-TEST(PRPDBRec, ReadsEachTableToItsEndAndInOrder) {
-    EXPECT_EQ(text(*fullRecord()) + "|", fullText);
-}
+TEST(PRPDBRec, ReadsEachTableToItsEndAndInOrder) { EXPECT_EQ(text(*fullRecord()) + "|", fullText); }
 
 TEST(PRPDBRec, HasNoEntriesOfTablesThatHoldTheirEndOnly) {
     EXPECT_EQ(text(record(5, "")), "5|2|||5|||||");

@@ -34,9 +34,7 @@ Bytes bios(std::uint16_t marker = 0) {
     return structure(0, 0, fields, {"KT"});
 }
 
-Bytes firmware(std::uint8_t newer) {
-    return structure(0xd8, 9, {1, newer}, {"KTQ"});
-}
+Bytes firmware(std::uint8_t newer) { return structure(0xd8, 9, {1, newer}, {"KTQ"}); }
 
 Bytes identifier(std::string_view text) {
     if (text.empty()) return structure(0xd9, 10, {1, 0}, {"KTQ"});

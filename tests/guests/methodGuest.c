@@ -9,9 +9,7 @@
 static const CMPIBroker* broker;
 static char text[1024];
 
-static void append(const char* words) {
-    strncat(text, words, sizeof text - strlen(text) - 1);
-}
+static void append(const char* words) { strncat(text, words, sizeof text - strlen(text) - 1); }
 
 /* A path whose name space is filled in later. */
 static void makePathWithoutNameSpace(const CMPIContext* context, const CMPIObjectPath* path) {

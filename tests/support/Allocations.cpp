@@ -31,12 +31,8 @@ void* allocate(std::size_t size) noexcept {
 
 }  // namespace
 
-int allocationCount() noexcept {
-    return state.count;
-}
-bool allocationHasFailed() noexcept {
-    return state.hasFailed;
-}
+int allocationCount() noexcept { return state.count; }
+bool allocationHasFailed() noexcept { return state.hasFailed; }
 
 FailingAllocation::FailingAllocation(int nth, bool forever) noexcept {
     state.left = nth;
@@ -44,23 +40,13 @@ FailingAllocation::FailingAllocation(int nth, bool forever) noexcept {
     state.hasFailed = false;
 }
 
-FailingAllocation::~FailingAllocation() {
-    state.left = 0;
-}
+FailingAllocation::~FailingAllocation() { state.left = 0; }
 
 void* operator new(std::size_t size) {
     if (void* const memory = allocate(size)) return memory;
     throw std::bad_alloc();
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return allocate(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, const std::nothrow_t&) noexcept {
-    std::free(memory);
-}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }

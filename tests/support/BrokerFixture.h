@@ -14,9 +14,7 @@
 #include <vector>
 
 // Where the comparison of tests looks for it: beside the type.
-inline bool operator==(const CMPIStatus& status, CMPIrc code) noexcept {
-    return status.rc == code;
-}
+inline bool operator==(const CMPIStatus& status, CMPIrc code) noexcept { return status.rc == code; }
 
 namespace cimhost {
 

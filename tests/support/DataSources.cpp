@@ -50,13 +50,9 @@ private:
 
 }  // namespace
 
-DataSources::DataSources() {
-    currentSources = this;
-}
+DataSources::DataSources() { currentSources = this; }
 
-DataSources::~DataSources() {
-    currentSources = nullptr;
-}
+DataSources::~DataSources() { currentSources = nullptr; }
 
 void DataSources::everythingIsKnown() {
     hasComputerSystem = hasBlade = true;

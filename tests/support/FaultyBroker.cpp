@@ -70,16 +70,10 @@ void FaultyBroker::failFrom(std::string_view slot, unsigned nth, Fault fault, CM
     setPlan({&findSlot(slot), nth, true, fault, code, false});
 }
 
-void FaultyBroker::heal() {
-    setPlan({});
-}
+void FaultyBroker::heal() { setPlan({}); }
 
-bool FaultyBroker::hasFailed() const noexcept {
-    return planHappened();
-}
+bool FaultyBroker::hasFailed() const noexcept { return planHappened(); }
 
-unsigned FaultyBroker::calls(std::string_view slot) const {
-    return findSlot(slot).calls;
-}
+unsigned FaultyBroker::calls(std::string_view slot) const { return findSlot(slot).calls; }
 
 }  // namespace testsupport

@@ -24,22 +24,14 @@ void interposeData(const CMPIData& data) {
     if ((data.state & (CMPI_nullValue | CMPI_badValue | CMPI_notFound)) != 0) return;
     if ((data.type & CMPI_ARRAY) != 0) return interpose(data.value.array);
     switch (data.type) {
-        case CMPI_instance:
-            return interpose(data.value.inst);
-        case CMPI_ref:
-            return interpose(data.value.ref);
-        case CMPI_args:
-            return interpose(data.value.args);
-        case CMPI_filter:
-            return interpose(data.value.filter);
-        case CMPI_enumeration:
-            return interpose(data.value.Enum);
-        case CMPI_string:
-            return interpose(data.value.string);
-        case CMPI_dateTime:
-            return interpose(data.value.dateTime);
-        default:
-            return;
+        case CMPI_instance: return interpose(data.value.inst);
+        case CMPI_ref: return interpose(data.value.ref);
+        case CMPI_args: return interpose(data.value.args);
+        case CMPI_filter: return interpose(data.value.filter);
+        case CMPI_enumeration: return interpose(data.value.Enum);
+        case CMPI_string: return interpose(data.value.string);
+        case CMPI_dateTime: return interpose(data.value.dateTime);
+        default: return;
     }
 }
 

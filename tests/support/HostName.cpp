@@ -15,9 +15,7 @@ std::optional<std::string>& hostName() {
 
 }  // namespace
 
-void setTestHostName(std::optional<std::string> name) {
-    hostName() = std::move(name);
-}
+void setTestHostName(std::optional<std::string> name) { hostName() = std::move(name); }
 
 // Takes the place of the C library's. Like some systems' it does not end a name that just fits.
 extern "C" __attribute__((visibility("default"))) int gethostname(char* buffer,

@@ -42,9 +42,7 @@ RedirectedFiles::RedirectedFiles(const std::filesystem::path& base) {
     directory = name;
 }
 
-RedirectedFiles::~RedirectedFiles() {
-    std::filesystem::remove_all(std::exchange(directory, {}));
-}
+RedirectedFiles::~RedirectedFiles() { std::filesystem::remove_all(std::exchange(directory, {})); }
 
 std::filesystem::path RedirectedFiles::inMemory() {
     const std::filesystem::path memory = "/dev/shm";

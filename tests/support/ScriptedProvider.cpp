@@ -17,12 +17,8 @@ void note(ProviderCalled& called, const char** names) {
 void note(ProviderCalled& called, const CMPIInstance* instance) {
     called.instance = modelOf(instance);
 }
-void note(ProviderCalled& called, const CMPIArgs* inputs) {
-    called.inputs = modelOf(inputs);
-}
-void note(ProviderCalled& called, CMPIArgs* outputs) {
-    called.outputs = outputs;
-}
+void note(ProviderCalled& called, const CMPIArgs* inputs) { called.inputs = modelOf(inputs); }
+void note(ProviderCalled& called, CMPIArgs* outputs) { called.outputs = outputs; }
 
 template <typename MI>
 const ScriptedProvider& providerOf(const MI* mi) {

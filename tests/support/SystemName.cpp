@@ -21,13 +21,9 @@ void fill(char (&field)[size], const std::string& text) {
 
 }  // namespace
 
-SystemNameIs::SystemNameIs(std::optional<SystemName> name) {
-    systemName() = std::move(name);
-}
+SystemNameIs::SystemNameIs(std::optional<SystemName> name) { systemName() = std::move(name); }
 
-SystemNameIs::~SystemNameIs() {
-    systemName() = SystemName();
-}
+SystemNameIs::~SystemNameIs() { systemName() = SystemName(); }
 
 // Takes the place of the C library's.
 extern "C" __attribute__((visibility("default"))) int uname(utsname* buffer) noexcept {

@@ -7,9 +7,7 @@ namespace cimhost {
 
 namespace {
 
-const ArgsObject* objectOf(const CMPIArgs* args) noexcept {
-    return findObject<ArgsObject>(args);
-}
+const ArgsObject* objectOf(const CMPIArgs* args) noexcept { return findObject<ArgsObject>(args); }
 
 bool isName(const char* name) noexcept {
     return name && *name != '\0' && findNameEnd(name) == std::string_view(name).size();

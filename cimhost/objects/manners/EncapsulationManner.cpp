@@ -12,9 +12,7 @@ namespace cimhost {
 
 namespace {
 
-CMPIStatus refuseToLog() noexcept {
-    return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
-}
+CMPIStatus refuseToLog() noexcept { return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr}; }
 
 CMPIStatus refuseLogMessage(const CMPIBroker*, CMPISeverity, const char*, const char*,
                             const CMPIString*) noexcept {

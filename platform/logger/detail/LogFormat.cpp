@@ -37,9 +37,7 @@ constexpr bool isOneOf(char character, std::string_view set) noexcept {
     return std::any_of(set.begin(), set.end(), [&](char member) { return member == character; });
 }
 
-constexpr bool isDigit(char character) noexcept {
-    return character >= '0' && character <= '9';
-}
+constexpr bool isDigit(char character) noexcept { return character >= '0' && character <= '9'; }
 
 constexpr char upperDigit(char digit) noexcept {
     return isDigit(digit) ? digit : static_cast<char>(digit - 'a' + 'A');
@@ -145,18 +143,12 @@ private:
 
     static bool _parseFlag(Conversion& conversion, char flag) noexcept {
         switch (flag) {
-            case '-':
-                return conversion.left = true;
-            case '+':
-                return conversion.plus = true;
-            case ' ':
-                return conversion.blank = true;
-            case '#':
-                return conversion.alternative = true;
-            case '0':
-                return conversion.zeros = true;
-            default:
-                return false;
+            case '-': return conversion.left = true;
+            case '+': return conversion.plus = true;
+            case ' ': return conversion.blank = true;
+            case '#': return conversion.alternative = true;
+            case '0': return conversion.zeros = true;
+            default: return false;
         }
     }
 
@@ -197,15 +189,12 @@ private:
     bool _printArgument(const Conversion& conversion, const LogArgument& argument) {
         using Kind = LogArgument::Kind;
         switch (argument.kind()) {
-            case Kind::integer:
-                return _printInteger(conversion, argument);
-            case Kind::floating:
-                return _printFloating(conversion, argument.floating());
+            case Kind::integer: return _printInteger(conversion, argument);
+            case Kind::floating: return _printFloating(conversion, argument.floating());
             case Kind::zeroTerminatedText:
                 if (conversion.letter == 'p') return _printAddress(conversion, argument.address());
                 return _printZeroTerminated(conversion, argument.characters());
-            case Kind::text:
-                return _printText(conversion, argument.text());
+            case Kind::text: return _printText(conversion, argument.text());
             case Kind::pointer:
                 if (conversion.letter == 's' && !argument.address()) {
                     return _printZeroTerminated(conversion, nullptr);
@@ -224,9 +213,7 @@ private:
                 return true;
             }
             case 'd':
-            case 'i':
-                _printSigned(conversion, signExtended(argument.integer(), bits));
-                return true;
+            case 'i': _printSigned(conversion, signExtended(argument.integer(), bits)); return true;
             case 'u':
                 _printDigits(conversion, "", zeroExtended(argument.integer(), bits), 10);
                 return true;
@@ -237,8 +224,7 @@ private:
             case 'X':
                 _printHexadecimal(conversion, zeroExtended(argument.integer(), bits));
                 return true;
-            default:
-                return false;
+            default: return false;
         }
     }
 

@@ -31,9 +31,7 @@ void printFact(const char* name, std::string_view value) {
     if (!value.empty()) std::printf("%s: %s\n", name, escapeLogText(value).c_str());
 }
 
-void print(const char* name, unsigned value) {
-    std::printf("    %s: 0x%02X\n", name, value);
-}
+void print(const char* name, unsigned value) { std::printf("    %s: 0x%02X\n", name, value); }
 
 void printBios(const DmiBios& bios) {
     print("Vendor", bios.vendor);

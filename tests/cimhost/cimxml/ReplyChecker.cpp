@@ -166,9 +166,7 @@ std::string selfClosed(std::string_view text) {
 
 }  // namespace
 
-bool isWellFormedXml(std::string_view text) {
-    return parse(text) != nullptr;
-}
+bool isWellFormedXml(std::string_view text) { return parse(text) != nullptr; }
 
 std::string problemOfReply(std::string_view reply) {
     constexpr std::string_view declaration = "<?xml version=\"1.0\" encoding=\"utf-8\"?>";

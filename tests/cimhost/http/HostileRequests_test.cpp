@@ -19,9 +19,7 @@ struct HostileRequest {
     Ending ending = Ending::none;
 };
 
-void PrintTo(const HostileRequest& request, std::ostream* out) {
-    *out << request.name;
-}
+void PrintTo(const HostileRequest& request, std::ostream* out) { *out << request.name; }
 
 std::string fields(const std::string& lines, const std::string& body = {}) {
     return "POST /cimom HTTP/1.1\r\nHost: a\r\n" + lines + "\r\n" + body;

@@ -28,9 +28,7 @@ struct HttpRulesTest : testing::Test {
     }
 };
 
-TEST_F(HttpRulesTest, TakesAPostWithHostAndLength) {
-    EXPECT_EQ(refusalOf(request), 0);
-}
+TEST_F(HttpRulesTest, TakesAPostWithHostAndLength) { EXPECT_EQ(refusalOf(request), 0); }
 
 TEST_F(HttpRulesTest, RefusesOtherMethods) {
     for (const std::string_view method :

@@ -49,9 +49,7 @@ bool RawClient::send(std::string_view bytes) {
     return true;
 }
 
-void RawClient::endSending() {
-    shutdown(_socket.get(), SHUT_WR);
-}
+void RawClient::endSending() { shutdown(_socket.get(), SHUT_WR); }
 
 bool RawClient::_readMore() {
     pollfd entry{_socket.get(), POLLIN, 0};

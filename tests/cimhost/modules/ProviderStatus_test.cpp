@@ -23,9 +23,7 @@ protected:
     CallScope scope;
 };
 
-TEST_F(ProviderStatus, SuccessIsNoFailure) {
-    EXPECT_EQ(failureOf(0, "ignored"), "");
-}
+TEST_F(ProviderStatus, SuccessIsNoFailure) { EXPECT_EQ(failureOf(0, "ignored"), ""); }
 
 TEST_F(ProviderStatus, CimCodesGoOutAsTheyAre) {
     for (int code = 1; code <= 17; ++code) {

@@ -78,13 +78,9 @@ TEST(MofLexer, DropsSpaceCommentsAndTheByteOrderMark) {
     EXPECT_EQ(found[1].text, "b");
 }
 
-TEST(MofLexer, CommentsDoNotNest) {
-    EXPECT_EQ(tokens("/* /* */ a").size(), 1U);
-}
+TEST(MofLexer, CommentsDoNotNest) { EXPECT_EQ(tokens("/* /* */ a").size(), 1U); }
 
-TEST(MofLexer, SlashesInAStringAreNoComment) {
-    expectOne("\"http://x/*\"", Kind::string);
-}
+TEST(MofLexer, SlashesInAStringAreNoComment) { expectOne("\"http://x/*\"", Kind::string); }
 
 TEST(MofLexer, CountsLinesAndColumnsFromOne) {
     const auto found = tokens(

@@ -7,9 +7,7 @@ namespace {
 
 const std::string fileName = "t.mof";
 
-Value numberOfText(std::string_view text) {
-    return numberOf(MofLexer(text, fileName).next());
-}
+Value numberOfText(std::string_view text) { return numberOf(MofLexer(text, fileName).next()); }
 Value characterOfText(std::string_view text) {
     return characterOf(MofLexer(text, fileName).next());
 }
@@ -30,15 +28,9 @@ std::string refusal(Read read, std::string_view text) {
     return {};
 }
 
-Value whole(std::uint64_t number) {
-    return Value::unsignedInteger(CimType::uint64, number);
-}
-Value negative(std::int64_t number) {
-    return Value::signedInteger(CimType::sint64, number);
-}
-Value real(double number) {
-    return Value(CimType::real64, number);
-}
+Value whole(std::uint64_t number) { return Value::unsignedInteger(CimType::uint64, number); }
+Value negative(std::int64_t number) { return Value::signedInteger(CimType::sint64, number); }
+Value real(double number) { return Value(CimType::real64, number); }
 
 TEST(MofLiterals, ReadIntegersInEveryBase) {
     EXPECT_EQ(numberOfText("0"), whole(0));

@@ -24,9 +24,7 @@ const std::string qualifiers =
     "Qualifier Values : string[] = null, Scope(property, method, parameter);"
     "Qualifier MaxLen : uint32 = null, Scope(property, method, parameter);";
 
-MofText::MofText() {
-    MofReader(_repository, "root/test").readText(qualifiers, "qualifiers.mof");
-}
+MofText::MofText() { MofReader(_repository, "root/test").readText(qualifiers, "qualifiers.mof"); }
 
 void MofText::read(std::string_view text) {
     MofReader(_repository, "root/test").readText(text, "t.mof");

@@ -9,9 +9,7 @@ namespace {
 
 using test::MofText;
 
-Value uint8Value(std::uint64_t number) {
-    return Value::unsignedInteger(CimType::uint8, number);
-}
+Value uint8Value(std::uint64_t number) { return Value::unsignedInteger(CimType::uint8, number); }
 
 class MofValueParser : public testing::Test {
 protected:

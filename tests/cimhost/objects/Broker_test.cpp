@@ -68,9 +68,7 @@ TEST_F(BrokerTables, AreFilledToTwoPointOne) {
     EXPECT_STREQ(broker()->bft->brokerName, "cimhost");
 }
 
-bool has(unsigned int capabilities, unsigned int mask) {
-    return (capabilities & mask) == mask;
-}
+bool has(unsigned int capabilities, unsigned int mask) { return (capabilities & mask) == mask; }
 
 TEST_F(BrokerTables, ClaimWhatIsThereAndNothingElse) {
     const unsigned int bits = broker()->bft->brokerCapabilities;

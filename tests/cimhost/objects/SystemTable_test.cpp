@@ -17,9 +17,7 @@ TEST(SystemTable, ResolvesBareLibraryNames) {
     }
 }
 
-void* giveBack(void* parameter) {
-    return parameter;
-}
+void* giveBack(void* parameter) { return parameter; }
 
 TEST(SystemTable, StartsThreadsAndGivesTheirValue) {
     int value = 0;
@@ -143,9 +141,7 @@ TEST(SystemTable, IgnoresNullMutexesAndConditions) {
 }
 
 int onceCalls = 0;
-void countOnce() {
-    ++onceCalls;
-}
+void countOnce() { ++onceCalls; }
 
 TEST(SystemTable, CallsAFunctionOnceForEachFlag) {
     int flag = 0;
@@ -159,9 +155,7 @@ TEST(SystemTable, CallsAFunctionOnceForEachFlag) {
 
 using Key = CMPI_THREAD_KEY_TYPE;
 int cleanups = 0;
-void countCleanup(void*) {
-    ++cleanups;
-}
+void countCleanup(void*) { ++cleanups; }
 
 void* useKey(void* parameter) {
     const Key key = *static_cast<Key*>(parameter);

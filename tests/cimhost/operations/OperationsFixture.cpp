@@ -103,13 +103,9 @@ std::string textOf(const ObjectPath& path) {
     return text + "." + (name ? *name : "?");
 }
 
-Value uint32Value(std::uint64_t number) {
-    return Value::unsignedInteger(CimType::uint32, number);
-}
+Value uint32Value(std::uint64_t number) { return Value::unsignedInteger(CimType::uint32, number); }
 
-Value uint16Value(std::uint64_t number) {
-    return Value::unsignedInteger(CimType::uint16, number);
-}
+Value uint16Value(std::uint64_t number) { return Value::unsignedInteger(CimType::uint16, number); }
 
 std::string failureOfCall(const std::function<void()>& call) {
     try {

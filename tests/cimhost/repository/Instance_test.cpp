@@ -5,13 +5,9 @@
 namespace cimhost {
 namespace {
 
-Value number(CimType type, std::uint64_t value) {
-    return Value::unsignedInteger(type, value);
-}
+Value number(CimType type, std::uint64_t value) { return Value::unsignedInteger(type, value); }
 
-ObjectPath fan(std::vector<KeyBinding> keys) {
-    return {"", "", "CIM_Fan", std::move(keys)};
-}
+ObjectPath fan(std::vector<KeyBinding> keys) { return {"", "", "CIM_Fan", std::move(keys)}; }
 
 void expectSame(const ObjectPath& left, const ObjectPath& right) {
     EXPECT_TRUE(sameModelPath(left, right));

@@ -36,13 +36,9 @@ std::string textOf(std::string_view literal, Escapes escapes) {
     return text;
 }
 
-Value whole(std::uint64_t number) {
-    return Value::unsignedInteger(CimType::uint64, number);
-}
+Value whole(std::uint64_t number) { return Value::unsignedInteger(CimType::uint64, number); }
 
-Value negative(std::int64_t number) {
-    return Value::signedInteger(CimType::sint64, number);
-}
+Value negative(std::int64_t number) { return Value::signedInteger(CimType::sint64, number); }
 
 TEST(Literals, ReadDecimalIntegersToTheEndsOf64Bits) {
     for (const auto forms : {IntegerForms::decimal, IntegerForms::hexadecimal, IntegerForms::all}) {

@@ -46,9 +46,7 @@ TEST(Names, OrderIgnoresCaseAndPutsPrefixesFirst) {
     EXPECT_EQ(map.count(std::string_view("bETA")), 1U);
 }
 
-TEST(Names, OrderTreatsBytesBeyondAsciiAsLargest) {
-    EXPECT_TRUE(NameLess{}("z", "\xC3\xA4"));
-}
+TEST(Names, OrderTreatsBytesBeyondAsciiAsLargest) { EXPECT_TRUE(NameLess{}("z", "\xC3\xA4")); }
 
 TEST(Names, LoseSlashesOnlyAtTheirEnds) {
     EXPECT_EQ(trimmedSlashes("//root/cimv2/"), "root/cimv2");

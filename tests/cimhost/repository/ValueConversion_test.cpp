@@ -13,9 +13,7 @@ namespace {
 Value unsignedValue(std::uint64_t number) {
     return Value::unsignedInteger(CimType::uint64, number);
 }
-Value signedValue(std::int64_t number) {
-    return Value::signedInteger(CimType::sint64, number);
-}
+Value signedValue(std::int64_t number) { return Value::signedInteger(CimType::sint64, number); }
 
 std::string refusal(const Value& value, CimType type) {
     try {

@@ -54,9 +54,7 @@ bool isPolicy(const IndicationRow& row) {
     return row.family.otherEventSubCategory == "Consolidated Status Policy Changed";
 }
 
-bool isTemplate(const IndicationRow& row) {
-    return row.summary == "<Summary>";
-}
+bool isTemplate(const IndicationRow& row) { return row.summary == "<Summary>"; }
 
 TEST(IndicationCatalogue, HoldsAsManyRecordsOfEachGroupAsThereAreEvents) {
     struct {

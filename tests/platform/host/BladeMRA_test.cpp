@@ -52,9 +52,7 @@ struct Blade : testing::Test {
     Data data{log};
 };
 
-TEST_F(Blade, HasNoEnclosureBeforeItIsFilled) {
-    expectNoEnclosure();
-}
+TEST_F(Blade, HasNoEnclosureBeforeItIsFilled) { expectNoEnclosure(); }
 
 TEST_F(Blade, TellsTheEnclosureOfABlade) {
     firmwareIs("blade");

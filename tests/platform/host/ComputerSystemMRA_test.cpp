@@ -41,9 +41,7 @@ protected:
     }
 };
 
-TEST_F(ComputerSystem, HasNoDataBeforeItIsFilled) {
-    expectAllAbsent();
-}
+TEST_F(ComputerSystem, HasNoDataBeforeItIsFilled) { expectAllAbsent(); }
 
 TEST_F(ComputerSystem, TakesItsDataFromTheFirmware) {
     firmwareIs("wavek");

@@ -132,11 +132,8 @@ private:
                 response.data.insert(response.data.end(), part.begin(), part.end());
                 return;
             }
-            case 0x44:
-                ++ended;
-                return;
-            default:
-                response.completionCode = 0xC1;
+            case 0x44: ++ended; return;
+            default: response.completionCode = 0xC1;
         }
     }
 

@@ -106,9 +106,7 @@ Simulator::Simulator(unsigned product) {
     }
 }
 
-Simulator::~Simulator() {
-    _stop();
-}
+Simulator::~Simulator() { _stop(); }
 
 void Simulator::_start() {
     constexpr int attempts = 5;  // somebody else may take the port first
@@ -154,9 +152,7 @@ void Simulator::behave(const std::string& behaviour) const {
     std::ofstream(_folder / "behaviour") << behaviour << '\n';
 }
 
-std::string Simulator::lines() const {
-    return _folder.read("lines");
-}
+std::string Simulator::lines() const { return _folder.read("lines"); }
 
 std::string simulatorPort;
 

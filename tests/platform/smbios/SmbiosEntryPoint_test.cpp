@@ -8,16 +8,10 @@ namespace {
 
 constexpr char prefix[] = "No SMBIOS data from memory: ";
 
-std::string errorOf(Bytes dump) {
-    return ScannedDump(std::move(dump)).error();
-}
+std::string errorOf(Bytes dump) { return ScannedDump(std::move(dump)).error(); }
 
-SmbiosImage image32() {
-    return SmbiosImage(endOfTable()).countIs(1);
-}
-SmbiosImage image64() {
-    return SmbiosImage(endOfTable());
-}
+SmbiosImage image32() { return SmbiosImage(endOfTable()).countIs(1); }
+SmbiosImage image64() { return SmbiosImage(endOfTable()); }
 
 TEST(SmbiosEntryPoint, ReadsThe32BitForm) {
     const ScannedDump scanned(image32().versionIs(2, 8));

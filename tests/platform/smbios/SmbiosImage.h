@@ -33,9 +33,7 @@ inline Bytes structure(std::uint8_t type, std::uint16_t handle, const Bytes& fie
     return bytes;
 }
 
-inline Bytes endOfTable() {
-    return structure(127, 0xfeff);
-}
+inline Bytes endOfTable() { return structure(127, 0xfeff); }
 
 inline Bytes concatenated(std::initializer_list<Bytes> parts) {
     Bytes all;

@@ -19,9 +19,7 @@ using baseserver::ServerWatch;
 using std::chrono::seconds;
 
 /// Root's marker: a link to a file that root owns whoever runs the test.
-void put(const char* marker) {
-    fs::create_symlink("/etc/passwd", RedirectedFiles::real(marker));
-}
+void put(const char* marker) { fs::create_symlink("/etc/passwd", RedirectedFiles::real(marker)); }
 
 struct ServerWatchTest : BaseServerFixture {
     FakeController controller;

@@ -81,9 +81,7 @@ CMPIrc raiseAside(const CMPIContext* context, const std::string& className, std:
 
 // The bell.
 
-CMPIStatus cleanUpBell(CMPIMethodMI*, const CMPIContext*, CMPIBoolean) {
-    return ok;
-}
+CMPIStatus cleanUpBell(CMPIMethodMI*, const CMPIContext*, CMPIBoolean) { return ok; }
 
 CMPIStatus invokeMethod(CMPIMethodMI*, const CMPIContext* context, const CMPIResult* result,
                         const CMPIObjectPath*, const char* method, const CMPIArgs* in, CMPIArgs*) {
@@ -109,9 +107,7 @@ CMPIMethodMI bell{nullptr, &bellTable};
 
 // The alarms.
 
-CMPIStatus cleanUpAlarms(CMPIIndicationMI*, const CMPIContext*, CMPIBoolean) {
-    return ok;
-}
+CMPIStatus cleanUpAlarms(CMPIIndicationMI*, const CMPIContext*, CMPIBoolean) { return ok; }
 
 CMPIStatus authorizeFilter(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp* filter,
                            const char* className, const CMPIObjectPath* path, const char*) {

@@ -193,9 +193,7 @@ TEST(LogFormat, UsesUpAnArgumentOfTheWrongType) {
     EXPECT_EQ(formatted("%s then %s", 1, "two"), "%s then two");
 }
 
-TEST(LogFormat, IgnoresArgumentsTooMany) {
-    EXPECT_EQ(formatted("%d", 1, 2, "three"), "1");
-}
+TEST(LogFormat, IgnoresArgumentsTooMany) { EXPECT_EQ(formatted("%d", 1, 2, "three"), "1"); }
 
 TEST(LogFormat, StoresNothingForN) {
     int written = 77;
