@@ -149,17 +149,17 @@ struct Walk {
     ObjectPath source;
     ClassFilter accepted;
 
-    Walk(Broker& broker, ModuleHost& modules, Servers& servers, const RequestContext& request,
+    Walk(Broker& host, ModuleHost& loaded, Servers& known, const RequestContext& context,
          const ObjectPath& path, const AssociationFilter& wanted)
-        : broker(broker),
-          modules(modules),
-          servers(servers),
-          request(request),
+        : broker(host),
+          modules(loaded),
+          servers(known),
+          request(context),
           written(path),
           filter(wanted),
-          target(requireTarget(broker.repository(), request, path)),
-          source(requireInstancePath(broker.repository(), request, target, path)),
-          accepted(filter.resultClass) {
+          target(requireTarget(host.repository(), context, path)),
+          source(requireInstancePath(host.repository(), context, target, path)),
+          accepted(wanted.resultClass) {
         requireFilterClass(target, filter.associationClass);
         requireFilterClass(target, filter.resultClass);
     }
