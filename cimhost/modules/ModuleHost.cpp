@@ -132,7 +132,10 @@ void ModuleHost::addStatic(const std::string& module, StaticModule factories) {
 
 template <typename MI>
 MiUse<MI> ModuleHost::use(const Registration& registration) {
-    Provider& provider = *_providers.at(sharersOf(_broker.manner(), registration));
+    // Asked for each call: the usual name is there already and needs no copy.
+    const bool isShared = !_broker.manner().has(Habit::makesAnMiForEachClass);
+    Provider& provider = *(isShared ? _providers.at(registration.provider)
+                                    : _providers.at(sharersOf(_broker.manner(), registration)));
     auto& slot = std::get<TypedSlot<MI>>(provider.slots);
     if (!slot.gate.enter()) _start(provider, slot);
     return MiUse<MI>(slot.mi, slot.gate, provider.name);
