@@ -1,4 +1,5 @@
 #include "tests/cimhost/cimxml/HandlerFixture.h"
+#include "tests/cimhost/cimxml/ReplyChecker.h"
 
 #include <gmock/gmock.h>
 
@@ -107,6 +108,15 @@ TEST_F(HandlerTest, EnumeratesNothingAsAnEmptyResult) {
               "<IRETURNVALUE></IRETURNVALUE>");
     EXPECT_EQ(errorCode(intrinsic("EnumerateInstances", className("Nobody"))), 5);
     EXPECT_EQ(errorCode(intrinsic("EnumerateInstanceNames", className("Nobody"))), 5);
+}
+
+TEST_F(HandlerTest, RepliesToClientsOfTypedKeysByTheRulesToo) {
+    TestRequest request = intrinsic("EnumerateInstanceNames", className("TEST_Fan"));
+    request.body.replace(request.body.find("DTDVERSION=\"2.0\""), 16, "DTDVERSION=\"2.4\"");
+    const RecordingReply reply = handle(request);
+    EXPECT_EQ(problemOfReply(reply.body), "") << reply.body;
+    EXPECT_THAT(reply.body, HasSubstr("DTDVERSION=\"2.4\""));
+    EXPECT_THAT(reply.body, HasSubstr("<KEYVALUE VALUETYPE=\"string\" TYPE=\"string\">"));
 }
 
 TEST_F(HandlerTest, EnumeratesInstanceNames) {

@@ -57,7 +57,9 @@ constexpr std::string_view responseRules = R"(
 <!ELEMENT KEYBINDING (KEYVALUE | VALUE.REFERENCE)>
 <!ATTLIST KEYBINDING NAME CDATA #REQUIRED>
 <!ELEMENT KEYVALUE (#PCDATA)>
-<!ATTLIST KEYVALUE VALUETYPE (string | numeric | boolean) #REQUIRED>
+<!ATTLIST KEYVALUE VALUETYPE (string | numeric | boolean) #REQUIRED TYPE (boolean | string |
+    char16 | uint8 | sint8 | uint16 | sint16 | uint32 | sint32 | uint64 | sint64 | datetime | real32 |
+    real64) #IMPLIED>
 
 <!ELEMENT INSTANCE (PROPERTY | PROPERTY.ARRAY | PROPERTY.REFERENCE)*>
 <!ATTLIST INSTANCE CLASSNAME CDATA #REQUIRED>
