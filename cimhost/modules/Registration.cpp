@@ -5,7 +5,6 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <optional>
 #include <span>
 #include <utility>
 
@@ -187,16 +186,7 @@ void Registrations::readFile(const std::filesystem::path& file) {
 }
 
 void Registrations::readText(std::string_view text, const std::string& name) {
-    std::optional<Section> section;
-    const auto endSection = [this, &section] {
-        if (!section) return;
-        readAt(section->place, [this, &section] {
-            for (Registration& registration : registrationsFrom(*section)) {
-                _read(std::move(registration), section->place);
-            }
-        });
-        section.reset();
-    };
+    std::vector<Section> sections;
     for (std::size_t number = 1; !text.empty(); ++number) {
         const std::size_t end = std::min(text.find('\n'), text.size());
         std::string_view line = text.substr(0, end);
@@ -204,18 +194,23 @@ void Registrations::readText(std::string_view text, const std::string& name) {
         line = trimmed(line.substr(0, line.find('#')));
         if (line.empty()) continue;
         const std::string place = name + ":" + std::to_string(number);
-        if (line.front() == '[') endSection();
         readAt(place, [&] {
             if (line.front() == '[') {
-                section = sectionFrom(line, place);
-            } else if (section) {
-                readSectionLine(*section, line);
+                sections.push_back(sectionFrom(line, place));
+            } else if (!sections.empty()) {
+                readSectionLine(sections.back(), line);
             } else {
                 _read(registrationFrom(splitFields(line)), place);
             }
         });
     }
-    endSection();
+    for (const Section& section : sections) {
+        readAt(section.place, [this, &section] {
+            for (Registration& registration : registrationsFrom(section)) {
+                _read(std::move(registration), section.place);
+            }
+        });
+    }
 }
 
 void Registrations::_read(Registration registration, const std::string& place) {
