@@ -4,23 +4,33 @@
 #include "cmpicpp/detail/Calls.h"
 #include "cmpicpp/detail/DataKind.h"
 
-#include <algorithm>
+#include <array>
 
 namespace CmpiCpp {
 
 namespace {
 
-bool startsName(char character) noexcept {
-    return character == '_' || (character >= 'A' && character <= 'Z') ||
-           (character >= 'a' && character <= 'z') || static_cast<unsigned char>(character) >= 0x80;
+/// What a character may be in a name, by its byte.
+enum NamePlace : unsigned char { nowhere = 0, behind = 1, anywhere = 3 };
+
+constexpr std::array<NamePlace, 256> namePlaces = [] {
+    std::array<NamePlace, 256> places{};
+    for (unsigned byte = 0; byte < places.size(); ++byte) {
+        const bool letter = (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+        if (letter || byte == '_' || byte >= 0x80) places[byte] = anywhere;
+        if (byte >= '0' && byte <= '9') places[byte] = behind;
+    }
+    return places;
+}();
+
+NamePlace placeOf(char character) noexcept {
+    return namePlaces[static_cast<unsigned char>(character)];
 }
 
-bool continuesName(char character) noexcept {
-    return startsName(character) || (character >= '0' && character <= '9');
-}
-
-bool isName(std::string_view text) noexcept {
-    return !text.empty() && startsName(text.front()) && std::ranges::all_of(text, continuesName);
+bool isName(const char* text) noexcept {
+    if (placeOf(*text) != anywhere) return false;
+    while (placeOf(*text) != nowhere) ++text;
+    return *text == '\0';
 }
 
 bool isObject(CMPIType type) noexcept {

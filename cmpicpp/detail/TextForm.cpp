@@ -13,8 +13,25 @@ namespace CmpiCpp {
 
 namespace {
 
-bool isControl(char character) noexcept {
-    return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
+/// What must be spelled otherwise, by its byte: looked up, since each character of a text is asked.
+using ByteSet = std::array<bool, 256>;
+
+constexpr ByteSet controls = [] {
+    ByteSet set{};
+    std::fill_n(set.begin(), 0x20, true);
+    set[0x7F] = true;
+    return set;
+}();
+
+constexpr ByteSet controlsAnd(char quote) {
+    ByteSet set = controls;
+    set[static_cast<unsigned char>(quote)] = true;
+    set['\\'] = true;
+    return set;
+}
+
+constexpr bool contains(const ByteSet& set, char character) noexcept {
+    return set[static_cast<unsigned char>(character)];
 }
 
 // MOF reads one to four digits after \x: always four, so that the next character cannot join them.
@@ -36,39 +53,39 @@ void appendControl(std::string& out, char character) {
 }
 
 /// Appends text with another spelling for each special character.
-template <typename IsSpecial, typename Spell>
-void appendSpelled(std::string& out, std::string_view text, IsSpecial isSpecial, Spell spell) {
+template <typename Spell>
+void appendSpelled(std::string& out, std::string_view text, const ByteSet& special, Spell spell) {
+    const auto isSpecial = [&special](char character) { return contains(special, character); };
     for (auto from = text.begin(); from != text.end();) {
-        const auto special = std::find_if(from, text.end(), isSpecial);
-        out.append(from, special);
-        if (special == text.end()) return;
-        spell(*special);
-        from = special + 1;
+        const auto found = std::find_if(from, text.end(), isSpecial);
+        out.append(from, found);
+        if (found == text.end()) return;
+        spell(*found);
+        from = found + 1;
     }
 }
 
-void appendEscaped(std::string& out, std::string_view text, char quote) {
-    const auto isSpecial = [quote](char character) {
-        return isControl(character) || character == quote || character == '\\';
-    };
-    appendSpelled(out, text, isSpecial, [&](char special) {
-        if (isControl(special)) {
-            appendControl(out, special);
+template <char quote>
+void appendEscaped(std::string& out, std::string_view text) {
+    static constexpr ByteSet special = controlsAnd(quote);
+    appendSpelled(out, text, special, [&](char character) {
+        if (contains(controls, character)) {
+            appendControl(out, character);
         } else {
-            out.append({'\\', special});
+            out.append({'\\', character});
         }
     });
 }
 
 void appendQuoted(std::string& out, std::string_view text) {
     out += '"';
-    appendEscaped(out, text, '"');
+    appendEscaped<'"'>(out, text);
     out += '"';
 }
 
 // Names stand without quotes, so only what would break the line is escaped.
 void appendName(std::string& out, std::string_view name) {
-    appendSpelled(out, name, isControl, [&out](char control) { appendControl(out, control); });
+    appendSpelled(out, name, controls, [&out](char control) { appendControl(out, control); });
 }
 
 template <typename Number>
@@ -103,7 +120,7 @@ void appendChar16(std::string& out, CMPIChar16 unit) {
     std::string text;
     out += '\'';
     if (appendUtf8(text, unit)) {
-        appendEscaped(out, text, '\'');
+        appendEscaped<'\''>(out, text);
     } else {
         appendCode(out, unit);
     }
