@@ -4,6 +4,8 @@
 
 #include <condition_variable>
 #include <cstring>
+#include <mutex>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -44,17 +46,18 @@ std::vector<SocketAddress> require(const std::string& host, Found found) {
 
 }  // namespace
 
-/// What a look-up and the one who waits for it share.
-struct HostResolver::Lookup {
+/// What a look-up and the one who waits for it share. One mutex for all of it: with one here and
+/// another in the resolver, two threads could take them in different orders.
+struct HostResolver::Shared {
     std::mutex mutex;
     std::condition_variable changed;
-    bool isDone = false;
+    bool isLookingUp = false;
     bool isAborted = false;
-    Found found;
+    std::optional<Found> found;  ///< of a look-up that has ended; nobody has taken it yet
 };
 
 HostResolver::HostResolver(std::string host, std::uint16_t port)
-    : _host(std::move(host)), _port(std::to_string(port)) {}
+    : _host(std::move(host)), _port(std::to_string(port)), _shared(std::make_shared<Shared>()) {}
 
 std::vector<SocketAddress> HostResolver::resolve(Clock::time_point deadline) {
     // What needs no look-up has none.
@@ -68,43 +71,37 @@ std::vector<SocketAddress> HostResolver::resolve(Clock::time_point deadline) {
     Found numeric = lookUp(_host, _port, AI_NUMERICHOST);
     if (numeric.error == 0) return require(_host, std::move(numeric));
 
-    std::shared_ptr<Lookup> lookup;
-    {
-        const std::lock_guard lock(_mutex);
-        if (_isAborted) throw StreamError(StreamError::Kind::lost, "delivery ends");
-        if (!_lookup) {
-            const auto fresh = std::make_shared<Lookup>();
-            std::thread([fresh, host = _host, port = _port] {
-                Found found = lookUp(host, port, AI_ADDRCONFIG);
-                const std::lock_guard own(fresh->mutex);
-                fresh->found = std::move(found);
-                fresh->isDone = true;
-                fresh->changed.notify_all();
-            }).detach();
-            _lookup = fresh;
-        }
-        lookup = _lookup;
-    }
-    std::unique_lock lock(lookup->mutex);
-    const bool isWoken = lookup->changed.wait_until(
-        lock, deadline, [&] { return lookup->isDone || lookup->isAborted; });
+    std::unique_lock lock(_shared->mutex);
+    if (_shared->isAborted) throw StreamError(StreamError::Kind::lost, "delivery ends");
+    if (!_shared->isLookingUp && !_shared->found) _beginLookUp();
+    const bool isWoken = _shared->changed.wait_until(
+        lock, deadline, [&] { return _shared->found || _shared->isAborted; });
     if (!isWoken) {
         throw StreamError(StreamError::Kind::timeout,
                           "looking up host " + _host + " took too long");
     }
-    if (!lookup->isDone) throw StreamError(StreamError::Kind::lost, "delivery ends");
-    const std::lock_guard own(_mutex);
-    _lookup.reset();
-    return require(_host, std::move(lookup->found));
+    if (!_shared->found) throw StreamError(StreamError::Kind::lost, "delivery ends");
+    Found found = std::move(*_shared->found);
+    _shared->found.reset();
+    return require(_host, std::move(found));
+}
+
+/// The lock is held.
+void HostResolver::_beginLookUp() {
+    std::thread([shared = _shared, host = _host, port = _port] {
+        Found found = lookUp(host, port, AI_ADDRCONFIG);
+        const std::lock_guard lock(shared->mutex);
+        shared->found = std::move(found);
+        shared->isLookingUp = false;
+        shared->changed.notify_all();
+    }).detach();
+    _shared->isLookingUp = true;
 }
 
 void HostResolver::abort() noexcept {
-    const std::lock_guard lock(_mutex);
-    _isAborted = true;
-    if (!_lookup) return;
-    const std::lock_guard own(_lookup->mutex);
-    _lookup->isAborted = true;
-    _lookup->changed.notify_all();
+    const std::lock_guard lock(_shared->mutex);
+    _shared->isAborted = true;
+    _shared->changed.notify_all();
 }
 
 }  // namespace cimhost

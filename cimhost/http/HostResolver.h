@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -35,13 +34,13 @@ public:
     struct Found;
 
 private:
-    struct Lookup;
+    struct Shared;
+
+    void _beginLookUp();
 
     std::string _host;
     std::string _port;
-    std::mutex _mutex;  ///< guards the two below
-    std::shared_ptr<Lookup> _lookup;
-    bool _isAborted = false;
+    std::shared_ptr<Shared> _shared;  ///< with the thread of the look-up, which may outlive us
 };
 
 }  // namespace cimhost
