@@ -82,24 +82,28 @@ void DeliveryQueue::_push(std::string message) {
 }
 
 /// Counted with what becomes of it, so that the counts add up at any moment.
-void DeliveryQueue::_refuse(std::string_view reason) {
+void DeliveryQueue::_refuse(std::string_view reason) noexcept {
     ++_counts.raised;
     _drop(reason);
 }
 
-void DeliveryQueue::_drop(std::string_view reason) {
+void DeliveryQueue::_drop(std::string_view reason) noexcept {
     ++_counts.dropped;
     _logTrouble(reason);
 }
 
-void DeliveryQueue::_logTrouble(std::string_view problem) {
+void DeliveryQueue::_logTrouble(std::string_view problem) noexcept {
     const Clock::time_point now = Clock::now();
     if (now < _nextLog) return;
     _nextLog = now + logPause;
-    _log.write(BrokerLog::Level::warning, logSource,
-               "destination " + _name + " (" + _url + "): " + std::string(problem) + "; " +
-                   std::to_string(_items.size()) + " indications wait, " +
-                   std::to_string(_counts.dropped) + " were dropped so far");
+    try {
+        _log.write(BrokerLog::Level::warning, logSource,
+                   "destination " + _name + " (" + _url + "): " + std::string(problem) + "; " +
+                       std::to_string(_items.size()) + " indications wait, " +
+                       std::to_string(_counts.dropped) + " were dropped so far");
+    } catch (const std::bad_alloc&) {
+        _log.write(BrokerLog::Level::warning, logSource, problem);
+    }
 }
 
 DeliveryCounts DeliveryQueue::counts() const {
@@ -114,20 +118,13 @@ void DeliveryQueue::_work() noexcept {
     for (;;) {
         _changed.wait(lock, [this] { return _isEnding || !_items.empty(); });
         if (_items.empty()) break;
-        try {
-            _send(lock);
-        } catch (const std::exception& error) {
-            // No memory for the attempt. The lock may have been given up.
-            if (!lock.owns_lock()) lock.lock();
-            _pop();
-            ++_counts.dropped;
-        }
+        _send(lock);
     }
     _isDone = true;
     _changed.notify_all();
 }
 
-void DeliveryQueue::_send(std::unique_lock<std::mutex>& lock) {
+void DeliveryQueue::_send(std::unique_lock<std::mutex>& lock) noexcept {
     // Only this thread takes items away, and those that come do not move it.
     const Item& item = _items.front();
     if (item.failures != 0) ++_counts.retried;
@@ -140,7 +137,7 @@ void DeliveryQueue::_send(std::unique_lock<std::mutex>& lock) {
     _pop();
 }
 
-void DeliveryQueue::_pop() {
+void DeliveryQueue::_pop() noexcept {
     _bytes -= _items.front().message.size();
     _items.pop_front();
 }
@@ -152,7 +149,7 @@ bool DeliveryQueue::_isGivenUp(const Item& item) const {
     return *_failingSince < begin && item.raised < begin;
 }
 
-void DeliveryQueue::_fail(std::unique_lock<std::mutex>& lock, const std::string& problem) {
+void DeliveryQueue::_fail(std::unique_lock<std::mutex>& lock, const std::string& problem) noexcept {
     if (!_failingSince) _failingSince = Clock::now();
     Item& item = _items.front();
     ++item.failures;

@@ -56,15 +56,15 @@ private:
     };
 
     bool _hasRoom(std::size_t bytes) const noexcept;
-    void _refuse(std::string_view reason);
-    void _drop(std::string_view reason);
+    void _refuse(std::string_view reason) noexcept;
+    void _drop(std::string_view reason) noexcept;
     void _push(std::string message);
     void _work() noexcept;
-    void _send(std::unique_lock<std::mutex>& lock);
-    void _pop();
-    void _fail(std::unique_lock<std::mutex>& lock, const std::string& problem);
+    void _send(std::unique_lock<std::mutex>& lock) noexcept;
+    void _pop() noexcept;
+    void _fail(std::unique_lock<std::mutex>& lock, const std::string& problem) noexcept;
     bool _isGivenUp(const Item& item) const;
-    void _logTrouble(std::string_view problem);
+    void _logTrouble(std::string_view problem) noexcept;
     void _logEnd() noexcept;
 
     const std::string _name;

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <exception>
+#include <new>
 #include <system_error>
 
 namespace cimhost {
@@ -28,6 +30,13 @@ std::string headFor(const ListenerUrl& url) {
 std::optional<std::string> judge(const HttpAnswer& answer) {
     if (answer.status != 200) return "the listener answered " + std::to_string(answer.status);
     return exportFailure(answer.body);
+}
+
+std::string reasonOf(const std::exception& error) noexcept try {
+    const bool lacksMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
+    return lacksMemory ? "out of memory" : error.what();
+} catch (const std::bad_alloc&) {
+    return "out of memory";  // short enough to need none
 }
 
 /// Waits for a connection that is being made. The system's error, or 0.
@@ -56,7 +65,7 @@ ListenerConnection::ListenerConnection(const ListenerUrl& url,
       _head(headFor(url)),
       _resolver(url.host, url.port) {}
 
-std::optional<std::string> ListenerConnection::post(std::string_view message) {
+std::optional<std::string> ListenerConnection::post(std::string_view message) noexcept {
     const Clock::time_point deadline = Clock::now() + _attemptTime;
     const bool isKept = static_cast<bool>(_socket);
     std::optional<std::string> problem = _attempt(message, deadline);
@@ -69,14 +78,12 @@ std::optional<std::string> ListenerConnection::post(std::string_view message) {
 }
 
 std::optional<std::string> ListenerConnection::_attempt(std::string_view message,
-                                                        Clock::time_point deadline) {
+                                                        Clock::time_point deadline) noexcept {
     try {
         if (!_socket) _connect(deadline);
         return _exchange(message, deadline);
-    } catch (const StreamError& error) {
-        return std::string(error.what());
-    } catch (const HttpAnswerError& error) {
-        return std::string(error.what());
+    } catch (const std::exception& error) {
+        return reasonOf(error);
     }
 }
 

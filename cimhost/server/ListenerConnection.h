@@ -22,14 +22,16 @@ public:
     ListenerConnection(const ListenerUrl& url, std::chrono::milliseconds attemptTime);
 
     /// Why the listener did not take the message; nothing when it did. When a connection that was
-    /// kept turns out to be closed, a new one is made and the message sent again.
-    std::optional<std::string> post(std::string_view message);
+    /// kept turns out to be closed, a new one is made and the message sent again. A lack of memory
+    /// or of threads is a reason like any other.
+    std::optional<std::string> post(std::string_view message) noexcept;
 
     /// The attempt in progress, and later ones, fail at once. From any thread.
     void abort() noexcept;
 
 private:
-    std::optional<std::string> _attempt(std::string_view message, Clock::time_point deadline);
+    std::optional<std::string> _attempt(std::string_view message,
+                                        Clock::time_point deadline) noexcept;
     std::optional<std::string> _exchange(std::string_view message, Clock::time_point deadline);
     void _connect(Clock::time_point deadline);
     bool _connectTo(const SocketAddress& address, Clock::time_point deadline, std::string& problem);

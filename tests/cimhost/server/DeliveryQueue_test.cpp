@@ -5,7 +5,11 @@
 #include "cimhost/server/IndicationDelivery.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/socket.h>
 
+#include <array>
+#include <cerrno>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -70,6 +74,43 @@ private:
     std::mutex _mutex;
     std::condition_variable _changed;
     std::vector<std::int64_t> _numbers;
+};
+
+/// A listener that answers each request with these bytes and hangs up.
+class RawListener {
+public:
+    explicit RawListener(std::string answer) : _answer(std::move(answer)) {}
+    ~RawListener() {
+        shutdown(_listener.handle(), SHUT_RDWR);
+        _thread.join();
+    }
+    RawListener(const RawListener&) = delete;
+    RawListener& operator=(const RawListener&) = delete;
+
+    ListenerUrl url() const { return {"127.0.0.1", _listener.port(), "/"}; }
+
+private:
+    void _work() {
+        for (;;) {
+            const Descriptor client(accept(_listener.handle(), nullptr, nullptr));
+            if (client) {
+                send(client.get(), _answer.data(), _answer.size(), MSG_NOSIGNAL);
+                shutdown(client.get(), SHUT_WR);
+                std::array<char, 4096> rest;
+                while (recv(client.get(), rest.data(), rest.size(), 0) > 0) {
+                }
+            } else if (errno == EINVAL) {
+                return;
+            } else {
+                pollfd entry{_listener.handle(), POLLIN, 0};
+                poll(&entry, 1, -1);
+            }
+        }
+    }
+
+    std::string _answer;
+    ListenSocket _listener{"127.0.0.1", 0};
+    std::thread _thread{[this] { _work(); }};
 };
 
 struct DeliveryQueueTest : testing::Test {
@@ -153,6 +194,18 @@ TEST_F(DeliveryQueueTest, TriesAgainBeforeItGoesOn) {
     const DeliveryCounts counts = waitFor(queue, 2);
     EXPECT_EQ(counts.sent, 2U);
     EXPECT_EQ(counts.retried, 2U);
+}
+
+TEST_F(DeliveryQueueTest, TriesAgainWhenAnAnswerAsksForMoreMemoryThanThereIs) {
+    settings.manner.attempts = 1;
+    const RawListener listener("HTTP/1.1 200 OK\r\nContent-Length: 1000000000000000000\r\n\r\nabc");
+    DeliveryQueue queue("greedy", listener.url(), settings, log);
+    put(queue, 2);
+    const DeliveryCounts counts = waitFor(queue, 2);
+    EXPECT_EQ(counts.dropped, 2U);
+    EXPECT_GE(counts.retried, 1U);
+    ASSERT_EQ(log.lines().size(), 1U);
+    EXPECT_EQ(log.lines()[0].find("destination greedy ("), 0U) << log.lines()[0];
 }
 
 TEST_F(DeliveryQueueTest, GivesUpAndCounts) {
