@@ -56,7 +56,8 @@ HttpAnswer HttpAnswerReader::receive(Clock::time_point deadline) {
         Parser parser;
         parser.header_limit(headBytes);
         parser.body_limit(bodyBytes);
-        parser.eager(true);
+        // One step at a time: an eager parser goes on past a length it refuses, and reserves it.
+        parser.eager(false);
         _fill(parser, deadline);
         const int status = static_cast<int>(parser.get().result_int());
         if (status / 100 == 1) continue;

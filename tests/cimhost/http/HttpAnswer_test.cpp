@@ -65,6 +65,8 @@ TEST_F(HttpAnswerTest, ThatIsGarbageOrTooLongIsRefused) {
     for (const std::string& bad :
          {std::string("garbage\r\n\r\n"), std::string("HTTP/1.1 2000 OK\r\n\r\n"),
           head + "Content-Length: -1\r\n\r\n", head + "Content-Length: 99999999\r\n\r\n",
+          head + "Content-Length: 65537\r\n\r\nabc", head + "Content-Length: 3000000000\r\n\r\nabc",
+          head + "Content-Length: 1000000000000000000\r\n\r\nabc",
           head + "Transfer-Encoding: chunked\r\n\r\nzz\r\n",
           head + "X: " + std::string(20000, 'a') + "\r\n\r\n", head + "no colon\r\n\r\n",
           head + "\r\n" + std::string(100'000, 'a')}) {
@@ -76,6 +78,13 @@ TEST_F(HttpAnswerTest, ThatIsGarbageOrTooLongIsRefused) {
             stream.receive(rest, Clock::now());
         }
     }
+}
+
+TEST_F(HttpAnswerTest, MayBeAsLongAsTheLimit) {
+    const std::string body(HttpAnswerReader::bodyBytes, 'a');
+    const std::string length = std::to_string(body.size());
+    EXPECT_EQ(receive({"HTTP/1.1 200 OK\r\nContent-Length: " + length + "\r\n\r\n" + body}).body,
+              body);
 }
 
 TEST_F(HttpAnswerTest, ThatEndsTooSoonIsLost) {
