@@ -43,13 +43,14 @@ int millisecondsUntil(std::chrono::steady_clock::time_point deadline) noexcept {
 }
 
 int waitFor(int descriptor, short events, std::chrono::steady_clock::time_point deadline) noexcept {
-    for (;;) {
+    // A peer that always has something to say must not keep its caller for ever.
+    while (std::chrono::steady_clock::now() < deadline) {
         pollfd waited{descriptor, events, 0};
         const int count = ::poll(&waited, 1, millisecondsUntil(deadline));
         if (count > 0) return 0;
-        if (count == 0) return ETIMEDOUT;
-        if (errno != EINTR) return errno;
+        if (count < 0 && errno != EINTR) return errno;
     }
+    return ETIMEDOUT;
 }
 
 std::optional<VmAddress> parseWay(const std::string& text) {

@@ -33,7 +33,8 @@ int openUsualWay(int device, std::unique_ptr<BmcTransport>& transport) noexcept;
 /// Milliseconds until then for poll(2), never negative.
 int millisecondsUntil(std::chrono::steady_clock::time_point deadline) noexcept;
 
-/// Waits until the descriptor is ready for `events`. 0, ETIMEDOUT or an errno value.
+/// Waits until the descriptor is ready for `events`. 0, an errno value, or ETIMEDOUT, which a
+/// deadline that has passed always is, however ready the descriptor may be.
 int waitFor(int descriptor, short events, std::chrono::steady_clock::time_point deadline) noexcept;
 
 }  // namespace ipmi

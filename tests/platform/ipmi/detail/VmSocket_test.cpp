@@ -4,8 +4,10 @@
 #include "platform/ipmi/detail/VmCodec.h"
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -149,6 +151,23 @@ TEST(VmSocket, GivesUpAtTheDeadline) {
     EXPECT_EQ(exchange(listener, std::chrono::milliseconds(30)), ETIMEDOUT);
 }
 
+TEST(VmSocket, GivesUpAtTheDeadlineOnAControllerThatKeepsAnsweringSomethingElse) {
+    std::atomic<bool> isOver{false};
+    const Listener listener([&](int client) {
+        Bytes others;
+        for (int i = 0; i < 500; ++i) {
+            for (const auto byte : reply(9, 1)) others.push_back(byte);
+        }
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (::send(client, others.data(), others.size(), MSG_NOSIGNAL) > 0) {
+            if (std::chrono::steady_clock::now() > end) isOver = true;
+            if (isOver) return;
+        }
+    });
+    EXPECT_EQ(exchange(listener, std::chrono::milliseconds(30)), ETIMEDOUT);
+    EXPECT_FALSE(isOver) << "the controller had to stop first";
+}
+
 TEST(VmSocket, GivesUpOnAStreamWithoutEnd) {
     const Listener listener([](int client) {
         const Bytes junk(4096, 'x');
@@ -166,6 +185,16 @@ TEST(VmSocket, RefusesARequestThatIsTooLong) {
     EXPECT_EQ(
         transport->exchange({0x06, 0x01, Bytes(241)}, response, std::chrono::steady_clock::now()),
         EMSGSIZE);
+}
+
+/// Both ways to a controller wait by it. A descriptor without end stands for a controller that
+/// always has something to say.
+TEST(BmcWays, WaitsNoLongerThanTheDeadlineForWhatIsAlwaysReady) {
+    const int endless = ::open("/dev/zero", O_RDONLY | O_CLOEXEC);
+    const auto now = std::chrono::steady_clock::now();
+    EXPECT_EQ(ipmi::waitFor(endless, POLLIN, now + std::chrono::seconds(20)), 0);
+    EXPECT_EQ(ipmi::waitFor(endless, POLLIN, now), ETIMEDOUT);
+    ::close(endless);
 }
 
 TEST(VmSocket, SaysWhereNobodyListens) {
