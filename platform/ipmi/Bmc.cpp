@@ -16,6 +16,9 @@ BmcTransportFactory replacedFactory = nullptr;
 
 constexpr std::chrono::seconds answerTime{5};
 
+constexpr int noDescriptor = -1;  // which poll(2) passes over
+thread_local int interruption = noDescriptor;
+
 int ask(BmcHandle& handle, std::uint8_t command, IpmiResponse& response) noexcept {
     const IpmiRequest request{ipmi::application, command, {}};
     const auto deadline = std::chrono::steady_clock::now() + answerTime;
@@ -81,6 +84,12 @@ int BMC_open(BmcHandle& handle, int device, int identify) {
     if (status != 0) BMC_close(handle);
     return status;
 }
+
+BmcInterruption::BmcInterruption(int descriptor) noexcept { interruption = descriptor; }
+
+BmcInterruption::~BmcInterruption() { interruption = noDescriptor; }
+
+int BmcInterruption::descriptor() noexcept { return interruption; }
 
 std::string BMC_strerror(int status) {
     if (ipmi::isCompletionStatus(status)) return ipmi::completionText(status);

@@ -77,5 +77,19 @@ PYL_EXPORT int ENCA_CLI_Exec(BmcHandle& handle, const EncaRequest& request,
                              EncaOutput& standardOutput, EncaOutput& standardError,
                              std::uint8_t& completionCode);
 
+/// While it lives, its thread's requests to the controller can be ended by another thread: once
+/// `descriptor` can be read from, such as an eventfd, each ends with ECANCELED. One at a time a
+/// thread.
+class PYL_EXPORT BmcInterruption {
+public:
+    explicit BmcInterruption(int descriptor) noexcept;
+    ~BmcInterruption();
+    BmcInterruption(const BmcInterruption&) = delete;
+    BmcInterruption& operator=(const BmcInterruption&) = delete;
+
+    /// That of this thread, or -1. For implementations of BmcTransport.
+    static int descriptor() noexcept;
+};
+
 /// Closes the way; a closed handle stays closed.
 PYL_EXPORT void BMC_close(BmcHandle& handle) noexcept;

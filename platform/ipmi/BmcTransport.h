@@ -29,8 +29,9 @@ public:
     virtual ~BmcTransport();
 
     /// Sends the request and waits for its own response, until the deadline. 0, or an errno value:
-    /// ETIMEDOUT when none came, EPROTO when what came is no response, EMSGSIZE for a request that
-    /// is too long, and whatever the system says.
+    /// ETIMEDOUT when none came, ECANCELED when the thread's BmcInterruption came first, EPROTO
+    /// when what came is no response, EMSGSIZE for a request that is too long, and whatever the
+    /// system says.
     virtual int exchange(const IpmiRequest& request, IpmiResponse& response,
                          std::chrono::steady_clock::time_point deadline) noexcept = 0;
 };

@@ -1,5 +1,7 @@
 #include "platform/ipmi/detail/BmcWays.h"
 
+#include "platform/ipmi/Bmc.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
@@ -45,10 +47,11 @@ int millisecondsUntil(std::chrono::steady_clock::time_point deadline) noexcept {
 int waitFor(int descriptor, short events, std::chrono::steady_clock::time_point deadline) noexcept {
     // A peer that always has something to say must not keep its caller for ever.
     while (std::chrono::steady_clock::now() < deadline) {
-        pollfd waited{descriptor, events, 0};
-        const int count = ::poll(&waited, 1, millisecondsUntil(deadline));
-        if (count > 0) return 0;
+        std::array<pollfd, 2> waited{pollfd{descriptor, events, 0},
+                                     pollfd{BmcInterruption::descriptor(), POLLIN, 0}};
+        const int count = ::poll(waited.data(), waited.size(), millisecondsUntil(deadline));
         if (count < 0 && errno != EINTR) return errno;
+        if (count > 0) return waited[1].revents != 0 ? ECANCELED : 0;
     }
     return ETIMEDOUT;
 }

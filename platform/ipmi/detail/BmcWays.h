@@ -34,7 +34,8 @@ int openUsualWay(int device, std::unique_ptr<BmcTransport>& transport) noexcept;
 int millisecondsUntil(std::chrono::steady_clock::time_point deadline) noexcept;
 
 /// Waits until the descriptor is ready for `events`. 0, an errno value, or ETIMEDOUT, which a
-/// deadline that has passed always is, however ready the descriptor may be.
+/// deadline that has passed always is, however ready the descriptor may be; ECANCELED when the
+/// thread's BmcInterruption came.
 int waitFor(int descriptor, short events, std::chrono::steady_clock::time_point deadline) noexcept;
 
 }  // namespace ipmi

@@ -1,5 +1,6 @@
 // Controllers behind a socket that do not do what they should.
 
+#include "platform/ipmi/Bmc.h"
 #include "platform/ipmi/detail/BmcWays.h"
 #include "platform/ipmi/detail/VmCodec.h"
 
@@ -8,6 +9,7 @@
 #include <gtest/gtest.h>
 #include <netinet/in.h>
 #include <poll.h>
+#include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -166,6 +168,28 @@ TEST(VmSocket, GivesUpAtTheDeadlineOnAControllerThatKeepsAnsweringSomethingElse)
     });
     EXPECT_EQ(exchange(listener, std::chrono::milliseconds(30)), ETIMEDOUT);
     EXPECT_FALSE(isOver) << "the controller had to stop first";
+}
+
+TEST(VmSocket, GivesUpWhenItIsInterrupted) {
+    std::promise<void> asked;
+    const Listener listener([&](int client) {
+        char byte = 0;
+        ::recv(client, &byte, 1, 0);
+        asked.set_value();
+        waitForEnd(client);
+    });
+    const int interruption = ::eventfd(0, EFD_CLOEXEC);
+    std::thread interrupting([&] {
+        asked.get_future().wait();
+        ::eventfd_write(interruption, 1);
+    });
+    {
+        const BmcInterruption interruptible(interruption);
+        EXPECT_EQ(exchange(listener, std::chrono::milliseconds(3'600'000)), ECANCELED);
+    }
+    interrupting.join();
+    ::close(interruption);
+    EXPECT_EQ(BmcInterruption::descriptor(), -1);
 }
 
 TEST(VmSocket, GivesUpOnAStreamWithoutEnd) {
