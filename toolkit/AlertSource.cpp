@@ -4,7 +4,11 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "common/PYLConstants.h"
 #include "common/PYLUtil.h"
+#include "toolkit/AlertForwarder.h"
 #include "toolkit/FailureText.h"
+#include "toolkit/TroubleSink.h"
+
+#include <utility>
 
 namespace PYL {
 
@@ -52,9 +56,16 @@ IndDBRec recordOf(const std::string& indicationName, const AlertDefinition& defi
 
 AlertSource::AlertSource(const CmpiCpp::CmpiBroker& broker, Logger& log,
                          const std::string& indicationName, std::span<const AlertDefinition> own)
-    : _broker(broker), _log(log), _definitions(log, indicationName) {
+    : _broker(broker),
+      _log(log),
+      _troubles(std::make_shared<TroubleSink>(log)),
+      _alertLog(log.logSource(), _troubles, log.level()),
+      _definitions(log, indicationName),
+      _forwarder(std::make_unique<AlertForwarder>(log)) {
     for (const auto& definition : own) _define(indicationName, definition);
 }
+
+AlertSource::~AlertSource() = default;
 
 void AlertSource::_define(const std::string& indicationName, const AlertDefinition& definition) {
     const auto event = "event " + std::to_string(definition.number) + " of " + indicationName;
@@ -85,13 +96,31 @@ void AlertSource::raise(const CmpiCpp::CmpiContext& context, int event, const st
 
 void AlertSource::_deliver(const CmpiCpp::CmpiContext& context, const IndDBRec& record,
                            const std::string& detail, const Fill& fill) {
-    KTAlertIndication alert(_log, alertClass, BaseServerNameSpace, record._severity);
-    fillFrom(alert, record, detail);
-    if (fill) fill(alert);
-    const auto instance = alert.getInstance();
+    _alertLog.setLevel(_log.level());
+    auto alert = std::make_unique<KTAlertIndication>(_alertLog, alertClass, BaseServerNameSpace,
+                                                     record._severity);
+    fillFrom(*alert, record, detail);
+    if (fill) fill(*alert);
+    const auto instance = _makeInstanceAndForward(std::move(alert));
     CmpiCpp::CmpiMBService(_broker.toCMPI(), _log)
         .deliverIndication(context, BaseServerNameSpace, instance);
-    alert.mp_event_gen();
 }
+
+/// Making the instance completes the alert. The enclosure is told of it even when the object
+/// manager refuses to make one.
+CmpiCpp::CmpiInstance AlertSource::_makeInstanceAndForward(Alert alert) {
+    struct Forwarding {
+        AlertSource& source;
+        Alert alert;
+        ~Forwarding() {
+            source._troubles->endAlert();
+            source._forwarder->forward(std::move(alert));
+        }
+    };
+    const Forwarding forwarding{*this, std::move(alert)};
+    return forwarding.alert->getInstance();
+}
+
+void AlertSource::waitUntilForwarded() { _forwarder->waitUntilIdle(); }
 
 }  // namespace PYL

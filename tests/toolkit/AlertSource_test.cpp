@@ -10,7 +10,9 @@
 #include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 
+#include <cerrno>
 #include <optional>
 #include <stdexcept>
 #include <vector>
@@ -92,10 +94,77 @@ TEST_F(AlertSourceTest, ForwardsAnAlertToTheEnclosure) {
     controller.openStatus = 0;
     AlertSource source(host.broker(), log.logger, "PYL_FanIndication");
     source.raise(host.context(), 3);
+    source.waitUntilForwarded();
     EXPECT_EQ(controller.executions, 1U);
     EXPECT_TRUE(controller.line.starts_with("--PNAM KT_Cooling --EID 3 ")) << controller.line;
     source.raise(host.context(), 1);
+    source.waitUntilForwarded();
     EXPECT_EQ(controller.executions, 1U);
+}
+
+TEST_F(AlertSourceTest, ForwardsAnAlertThatTheObjectManagerDoesNotTake) {
+    controller.openStatus = 0;
+    AlertSource source(host.broker(), log.logger, "PYL_FanIndication");
+    host.onIndication = nullptr;
+    source.raise(host.context(), 3);
+    source.waitUntilForwarded();
+    EXPECT_EQ(controller.executions, 1U);
+}
+
+/// A controller that takes requests and answers none, until it is given up.
+std::optional<int> neverAnswer(const IpmiRequest&, IpmiResponse&) {
+    pollfd interruption{BmcInterruption::descriptor(), POLLIN, 0};
+    poll(&interruption, 1, -1);
+    return ECANCELED;
+}
+
+TEST_F(AlertSourceTest, DelaysNoAlertForAControllerThatNeverAnswers) {
+    constexpr int count = 100;
+    controller.openStatus = 0;
+    controller.onExchange = neverAnswer;
+    int delivered = 0;
+    host.onIndication = [&](const cimhost::Instance&) { ++delivered; };
+    {
+        AlertSource source(host.broker(), log.logger, "PYL_FanIndication");
+        for (int i = 0; i < count; ++i) source.raise(host.context(), 3);
+        EXPECT_EQ(delivered, count);
+    }
+    auto lines = log.journal->take();
+    std::erase_if(lines, [](const auto& line) { return !line.starts_with("warning: "); });
+    const std::string dropped =
+        "warning: an alert is not forwarded to the enclosure: too many wait for the controller; ";
+    // The first may or may not be on its way to the controller already.
+    ASSERT_EQ(lines.size(), 7U);
+    EXPECT_EQ(lines[0], dropped + "1 were dropped so far");
+    EXPECT_EQ(lines[1], dropped + "2 were dropped so far");
+    EXPECT_EQ(lines[5], dropped + "32 were dropped so far");
+    EXPECT_TRUE(lines[6].ends_with(" alerts are not forwarded to the enclosure: the provider ends"))
+        << lines[6];
+}
+
+TEST_F(AlertSourceTest, SaysOnceWhatTheHostLacks) {
+    AlertSource source(host.broker(), log.logger, "PYL_FanIndication");
+    const auto troubles = [&] {
+        source.raise(host.context(), 3);
+        source.waitUntilForwarded();
+        auto lines = log.journal->take();
+        std::erase_if(lines, [](const auto& line) {
+            return !line.starts_with("error: ") && line.find("BMC") == line.npos;
+        });
+        return lines;
+    };
+    const Lines noSmbios{"error: No SMBIOS data from memory: the entry point has no SMBIOS anchor",
+                         "error: failed to _BladeMRA::getFirstData()"};
+    const std::string noController = "information: BMC_open() failed: No such file or directory";
+    EXPECT_EQ(troubles(), (Lines{noSmbios[0], noSmbios[1], noController}));
+    EXPECT_EQ(troubles(), Lines{});
+    EXPECT_EQ(troubles(), Lines{});
+    controller.openStatus = 0;
+    EXPECT_EQ(troubles(), Lines{});
+    controller.openStatus = ENOENT;
+    EXPECT_EQ(troubles(), Lines{noController}) << "it was there meanwhile";
+    controller.openStatus = EACCES;
+    EXPECT_EQ(troubles(), Lines{"information: BMC_open() failed: Permission denied"});
 }
 
 constexpr AlertDefinition ownAlerts[] = {
