@@ -90,7 +90,8 @@ constexpr auto rows = std::to_array<HabitRow>({
      .library = "Reads them as an empty text.", .provider = "Test the characters for null."},
     {PYL_HABIT(needsNameSpaceForSubclasses), .hosts = sfcb | mean,
      .says = "classPathIsA is false for a path without a name space.",
-     .library = "Knows the class itself; refuses to ask for others without a name space.",
+     .library = "Knows the class itself; a collection reads it in the request's name space, others "
+                "are refused.",
      .provider = "Set the name space first."},
     {PYL_HABIT(putsHostIntoRequests), .hosts = openPegasus | mean,
      .says = "The path of a request carries the server's host name.",

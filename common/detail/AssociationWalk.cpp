@@ -18,14 +18,20 @@ using CmpiCpp::CmpiObjectPathResult;
 
 namespace {
 
-/// True when the path's class is of the filter's class or a subclass, or there is no filter.
-bool passes(const CmpiObjectPath& path, const std::string& filter) {
-    return filter.empty() || path.classPathIsA(CmpiBroker(PYLUtil::getBroker()), filter);
+/// True when the path's class is the filter's or a subclass, or there is no filter. Object managers
+/// differ on the classes of a path without a namespace, so that it is read in that of `home`.
+bool passes(const CmpiObjectPath& path, const std::string& filter, const CmpiObjectPath& home) {
+    if (filter.empty()) return true;
+    const CmpiBroker broker(PYLUtil::getBroker());
+    if (!path.getNameSpace().empty()) return path.classPathIsA(broker, filter);
+    auto complete = path;
+    complete.setNameSpace(home.getNameSpace());
+    return complete.classPathIsA(broker, filter);
 }
 
-/// The same for an association, whose path is not asked for when there is no filter.
-bool isOfClass(CmpiManagedInstance& association, const std::string& filter) {
-    return filter.empty() || passes(association.getPath(), filter);
+/// The same for an instance, whose path is not asked for when there is no filter.
+bool isOfClass(CmpiManagedInstance& instance, const std::string& filter, LocalRequest& request) {
+    return filter.empty() || passes(instance.getPath(), filter, request.path());
 }
 
 bool inNameSpaceOf(CmpiManagedInstance& association, LocalRequest& request) {
@@ -94,8 +100,10 @@ bool involves(CmpiManagedInstance& instance, AssociationKinds& kinds, LocalReque
 
 bool usable(const CmpiManagedInstance* instance) { return instance && instance->visible(); }
 
-void logFilterFailure(const Logger& log, const char* format, const CmpiObjectPath& path) {
-    if (log.infoEnabled()) log.info(format, logText([&path] { return path.getClassName(); }));
+/// The line for an object left out; `path` gives the path of which it names the class.
+template <typename Path>
+void logFilterFailure(const Logger& log, const char* format, Path path) {
+    if (log.infoEnabled()) log.info(format, logText([&] { return path().getClassName(); }));
 }
 
 constexpr const char* filterFailed = "%s result class filter failed";
@@ -104,12 +112,12 @@ constexpr const char* filterFailed = "%s result class filter failed";
 
 int AssociationWalk::_deliverOwned(CmpiInstanceResult& result, CmpiManagedInstance& association,
                                    CmpiManagedInstance& target) {
-    if (!_resultClass.empty() && !passes(target.getPath(), _resultClass)) {
+    if (!isOfClass(target, _resultClass, _request)) {
         // The line names the association's class, which tells whose far end was left out.
-        logFilterFailure(_log, filterFailed, association.getPath());
+        logFilterFailure(_log, filterFailed, [&] { return association.getPath(); });
         return 0;
     }
-    if (_log.infoEnabled()) _log.info("deliver: %s", logText(target.getPath()));
+    if (_log.infoEnabled()) _log.info("deliver: %s", logText([&] { return target.getPath(); }));
     result.deliver(target.getInstance());
     return 1;
 }
@@ -119,14 +127,14 @@ int AssociationWalk::_deliverUpCall(CmpiInstanceResult& result, const CmpiContex
                                     const CmpiObjectPath& farEnd) {
     if (_log.infoEnabled()) {
         _log.info("%s references path %s, not owned by this provider. Performing Upcall",
-                  association.getPath().getClassName().c_str(), logText(farEnd));
+                  logText([&] { return association.getPath().getClassName(); }), logText(farEnd));
     }
     const CmpiMBService service(PYLUtil::getBroker(), _log);
     try {
         const auto instance = service.getInstance(ctx, farEnd, nullptr);
         _log.info("got instance via upcall");
-        const auto path = instance.getPath();
-        if (!passes(path, _resultClass)) {
+        const auto path = [&instance] { return instance.getPath(); };
+        if (!_resultClass.empty() && !passes(path(), _resultClass, farEnd)) {
             logFilterFailure(_log, "%s result class filter failed on upcall instance", path);
             return 0;
         }
@@ -147,7 +155,7 @@ int AssociationWalk::associators(CmpiInstanceResult& result, const CmpiContext& 
     for (auto* instance : _instances) {
         if (!usable(instance)) continue;
         forEachFarEnd(*instance, kinds, _request, [&](const CmpiObjectPath& farEnd) {
-            if (!isOfClass(*instance, assocClass)) return;
+            if (!isOfClass(*instance, assocClass, _request)) return;
             auto* const target = owned(farEnd);
             count += target ? _deliverOwned(result, *instance, *target)
                             : _deliverUpCall(result, ctx, *instance, farEnd);
@@ -160,9 +168,9 @@ int AssociationWalk::associatorNames(CmpiObjectPathResult& result, const std::st
     AssociationKinds kinds;
     int count = 0;
     const auto deliver = [&](CmpiManagedInstance& association, const CmpiObjectPath& farEnd) {
-        if (!isOfClass(association, assocClass)) return;
-        if (!passes(farEnd, _resultClass)) {
-            logFilterFailure(_log, filterFailed, farEnd);
+        if (!isOfClass(association, assocClass, _request)) return;
+        if (!passes(farEnd, _resultClass, _request.path())) {
+            logFilterFailure(_log, filterFailed, [&] { return farEnd; });
             return;
         }
         if (_log.infoEnabled()) _log.info("deliver: %s", logText(farEnd));
@@ -184,12 +192,9 @@ int AssociationWalk::_refer(Deliver deliver) {
     int count = 0;
     for (auto* instance : _instances) {
         if (!usable(instance) || !involves(*instance, kinds, _request)) continue;
-        if (!_resultClass.empty()) {
-            const auto path = instance->getPath();
-            if (!passes(path, _resultClass)) {
-                logFilterFailure(_log, filterFailed, path);
-                continue;
-            }
+        if (!isOfClass(*instance, _resultClass, _request)) {
+            logFilterFailure(_log, filterFailed, [&] { return instance->getPath(); });
+            continue;
         }
         ++count;
         deliver(*instance);

@@ -1,19 +1,18 @@
 #pragma once
 
 #include "cmpicpp/CmpiObjectPath.h"
-#include "cmpicpp/CmpiStatus.h"
 
 #include <string>
 
 namespace PYL {
 
 /// What `read` gives, for a line of the log: its text must not fail the operation that it tells of,
-/// so that what the object manager cannot give reads "<bad value>".
+/// so that what the object manager or an instance cannot give reads "<bad value>".
 template <typename Read>
 std::string logText(Read read) {
     try {
         return std::string(read().str());
-    } catch (const CmpiCpp::CmpiStatus&) {
+    } catch (...) {
         return "<bad value>";
     }
 }

@@ -12,6 +12,7 @@ struct Operation {
     const char* name;
     const char* exceptionLine;
     void (*run)(CollectionFixture&);
+    std::size_t texts = 0;  ///< how often a path is asked for that a line alone wants
 };
 
 constexpr Operation operations[] = {
@@ -22,7 +23,8 @@ constexpr Operation operations[] = {
     {"getInstance",
      "getInstance() exception:", [](CollectionFixture& test) { test.get(test.thing("c")); }},
     {"associators", "associators() exception:",
-     [](CollectionFixture& test) { test.associators(test.thing("a"), "PYL_Link", "PYL_Thing"); }},
+     [](CollectionFixture& test) { test.associators(test.thing("a"), "PYL_Link", "PYL_Thing"); },
+     4},
     {"associatorNames", "associatorNames() exception:",
      [](CollectionFixture& test) {
          test.associatorNames(test.thing("a"), "PYL_Link", "PYL_Thing");
@@ -47,8 +49,10 @@ struct CollectionFailures : CollectionFixture, testing::WithParamInterface<Opera
         if (--_pointsLeft == 0) _raise();
     }
 
-    /// The journal of the operation when the nth point (from 1; 0 for none) throws.
-    Lines runFailingAt(int n, void (*raise)()) {
+    /// The journal of the operation when the nth point (from 1; 0 for none) throws. Without the
+    /// lines that tell of what goes well, nothing is asked for a text.
+    Lines runFailingAt(int n, void (*raise)(), LogLevel level = LogLevel::warning) {
+        collection.setLevel(level);
         _pointsLeft = n;
         _raise = raise;
         calls.onCall = [this](const std::string& call) { at(call); };
@@ -87,6 +91,45 @@ TEST_P(CollectionFailures, EndTheWalkWhereverTheyHappenWithItsLineAndTheLockFree
     }
     EXPECT_EQ(runFailingAt(0, nullptr), clean);
     EXPECT_EQ(outcome, "none");
+}
+
+/// The points that come with the lines alone, from 1: those of a run with lines that one without
+/// them has not.
+std::vector<int> pointsOfTexts(const Lines& loud, const Lines& quiet) {
+    std::vector<int> texts;
+    int n = 0;
+    auto next = quiet.begin();
+    for (const auto& event : loud) {
+        if (isPoint(event)) ++n;
+        if (next != quiet.end() && event == *next) {
+            ++next;
+        } else if (isPoint(event)) {
+            texts.push_back(n);
+        }
+    }
+    EXPECT_EQ(next, quiet.end());
+    return texts;
+}
+
+// The result must not depend on how much is logged.
+TEST_P(CollectionFailures, OfATextAreWrittenInItsLineAndEndNothing) {
+    constexpr auto loudest = LogLevel::information;
+    const auto quiet = runFailingAt(0, nullptr);
+    const auto loud = runFailingAt(0, nullptr, loudest);
+    const auto texts = pointsOfTexts(loud, quiet);
+    EXPECT_EQ(texts.size(), GetParam().texts);
+    for (const auto& failure : allFailures()) {
+        for (const int n : texts) {
+            auto expected = loud;
+            int seen = 0;
+            const auto point =
+                std::find_if(expected.begin(), expected.end(),
+                             [&](const auto& event) { return isPoint(event) && ++seen == n; });
+            *std::next(point) = "locked information: deliver: <bad value>";
+            EXPECT_EQ(runFailingAt(n, failure.raise, loudest), expected) << failure.name;
+            EXPECT_EQ(outcome, "none");
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, CollectionFailures, testing::ValuesIn(operations),

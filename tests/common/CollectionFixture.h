@@ -19,6 +19,9 @@ public:
     using CmpiManagedInstanceCollection::_findIndex;
     using CmpiManagedInstanceCollection::CmpiManagedInstanceCollection;
 
+    /// Of its own copy of the logger.
+    void setLevel(LogLevel level) { _log.setLevel(level); }
+
     bool isLocked() {
         if (pthread_mutex_trylock(&_mutex) != 0) return true;
         pthread_mutex_unlock(&_mutex);

@@ -3,6 +3,7 @@
 #include "cmpicpp/CmpiStatus.h"
 #include "tests/common/CollectionFixture.h"
 #include "tests/common/Failures.h"
+#include "tests/support/FaultyBroker.h"
 
 #include <optional>
 
@@ -10,6 +11,7 @@ namespace {
 
 using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiObjectPath;
+using testsupport::FaultyBroker;
 
 struct AssociationsTest : CollectionFixture {
     void SetUp() override {
@@ -303,6 +305,15 @@ TEST_F(AssociationsTest, LetsSubclassesThroughTheResultClassFilter) {
     EXPECT_EQ(associatorNames(thing("a"), "", "PYL_SpecialThing"), 1);
 }
 
+TEST_F(AssociationsTest, ReadsAPathWithoutANamespaceInThatOfTheRequest) {
+    const auto lost = host.path("", "PYL_SpecialThing", "s", testHostName);
+    add(lost);
+    multiLink(host.path("", "PYL_SpecialLink", "m", testHostName), thing("a"), {lost});
+    EXPECT_EQ(associatorNames(thing("a"), "PYL_Link", "PYL_Thing"), 2);
+    EXPECT_EQ(referenceNames(thing("a"), "PYL_Link"), 2);
+    EXPECT_EQ(referenceNames(thing("a"), "PYL_Thing"), 0);
+}
+
 TEST_F(AssociationsTest, FailsWithTheBrokersStatusForAClassThatItDoesNotKnow) {
     link(host.path("PYL_Unknown", "u"), thing("a"), thing("b"));
     EXPECT_THROW(references(thing("a"), "PYL_Link"), CmpiCpp::CmpiStatus);
@@ -345,6 +356,19 @@ TEST_F(AssociationsTest, FailsInEveryOperationForAnAssociationThatCannotTellItsP
                                              "locked error: references exception:",
                                              "locked error: referenceNames exception:"}));
         }
+    }
+}
+
+TEST_F(AssociationsTest, LeavesAnAssociationOutAlthoughTheLineCannotNameIt) {
+    for (const auto& failure : allFailures()) {
+        int asked = 0;
+        calls.onCall = [&](const std::string& call) {
+            if (call == "getPath l" && ++asked == 2) failure.raise();
+        };
+        EXPECT_EQ(associators(thing("a"), "", "PYL_SpecialThing"), 0);
+        EXPECT_EQ(journal.take(),
+                  (Lines{"locked information: <bad value> result class filter failed",
+                         "information: associators() nothing to deliver"}));
     }
 }
 
@@ -433,6 +457,47 @@ TEST_F(UpCallTest, GoesOnWhenTheFilterCannotBeApplied) {
     EXPECT_EQ(journal.take(), around({"locked asked", "locked information: got instance via upcall",
                                       "locked error: upcall failed!"},
                                      1));
+}
+
+TEST_F(UpCallTest, ReadsWhatCameWithoutANamespaceInThatOfTheFarEnd) {
+    const auto far = host.path("", "PYL_SpecialThing", "far", testHostName);
+    if (outcomeOf([&] { host.instance(far).getPath(); }) != "none") {
+        GTEST_SKIP() << "this host gives it no path";
+    }
+    serve(far);
+    EXPECT_EQ(associators(thing("a"), "", "PYL_Thing"), 2);
+}
+
+TEST_F(UpCallTest, IsMadeThoughItsLineCannotNameTheAssociation) {
+    serve(thing("far"));
+    for (const auto& failure : allFailures()) {
+        int asked = 0;  // for its namespace, and whether it is the far end itself
+        calls.onCall = [&](const std::string& call) {
+            if (call == "getPath l" && ++asked == 3) failure.raise();
+        };
+        EXPECT_EQ(associators(thing("a")), 2);
+        EXPECT_EQ(journal.take().at(0), "locked information: <bad value> references path " +
+                                            text("far") +
+                                            ", not owned by this provider. Performing Upcall");
+    }
+}
+
+TEST_F(UpCallTest, DeliversWhatCannotTellItsPathWhateverIsLogged) {
+    FaultyBroker faulty(host.real());
+    FaultyBroker::adopt(host.context().toCMPI());
+    host.use(faulty.handle());
+    serve(thing("far"));
+    for (const auto level : {LogLevel::error, LogLevel::information}) {
+        collection.setLevel(level);
+        faulty.failFrom("CMPIInstanceFT.getObjectPath", 1, FaultyBroker::Fault::status);
+        instances.onDeliver = [&] { faulty.heal(); };  // the test's sink reads paths, too
+        EXPECT_EQ(associators(thing("a")), 2);
+        faulty.heal();
+        const auto lines = journal.take();
+        EXPECT_EQ(std::count(lines.begin(), lines.end(),
+                             "locked information: deliver upcall instance: <bad value>"),
+                  level == LogLevel::information ? 1 : 0);
+    }
 }
 
 TEST_F(UpCallTest, GoesOnWhenTheSinkRefusesWhatItFetched) {
