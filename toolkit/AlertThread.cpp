@@ -25,17 +25,34 @@ public:
     Watcher& operator=(const Watcher&) = delete;
 
 private:
+    /// Calls nothing of the object manager itself.
     void _run() noexcept {
-        try {
-            while (_lookOnce()) {
-            }
-        } catch (...) {
-            _owner._log.error("nothing is watched: %s", failureText());
+        while (_lookOnItsOwn()) {
         }
     }
 
-    /// Attached for one look alone: what is made of the object manager lives until the thread is
-    /// detached, and this one may run for years. False at the end.
+    /// On a thread that ends with the look: what is made of the object manager lives until it is
+    /// detached or, in some, until it has ended, and this one may run for years. False at the end.
+    bool _lookOnItsOwn() {
+        bool goesOn = false;
+        try {
+            std::thread([this, &goesOn] { goesOn = _tryLook(); }).join();
+            return goesOn;
+        } catch (...) {
+            _owner._log.error("a look is left out: %s", failureText());
+            return !_isStoppedWithin(_owner._period);
+        }
+    }
+
+    bool _tryLook() noexcept {
+        try {
+            return _lookOnce();
+        } catch (...) {
+            _owner._log.error("nothing is watched: %s", failureText());
+            return false;
+        }
+    }
+
     bool _lookOnce() {
         const CmpiThreadContext::Attachment attachment(_prepared);
         _look(attachment.context());

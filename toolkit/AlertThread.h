@@ -15,7 +15,8 @@
 namespace PYL {
 
 /// Watches for an indication provider: while indications are enabled, a thread of its own, known to
-/// the object manager, looks again and again.
+/// the object manager, looks again and again. Each look has a new one: some object managers free
+/// what a thread makes of them when it ends, and no sooner.
 ///
 /// Safe from several threads. What a look throws is a line in the log; the next one comes all the
 /// same.

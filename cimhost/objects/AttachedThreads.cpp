@@ -25,8 +25,10 @@ CMPIStatus attachThread(const CMPIBroker* handle, const CMPIContext* context) no
 }
 
 CMPIStatus detachThread(const CMPIBroker* handle, const CMPIContext* context) noexcept {
-    return enter(handle,
-                 [&](const Broker& broker, CMPIrc&) { broker.preparedContexts().detach(context); });
+    return enter(handle, [&](const Broker& broker, CMPIrc&) {
+        broker.preparedContexts().detach(
+            context, broker.manner().has(Habit::freesNothingOfThreadsBeforeTheirEnd));
+    });
 }
 
 CMPIStatus deliverIndication(const CMPIBroker* handle, const CMPIContext* context,
@@ -91,9 +93,10 @@ void PreparedContexts::attach(const CMPIContext* context) {
     found->second = true;
 }
 
-void PreparedContexts::detach(const CMPIContext* context) {
+void PreparedContexts::detach(const CMPIContext* context, bool keepsObjects) {
     if (!context || context != attachedContext) throw Failure{CMPI_RC_ERR_INVALID_HANDLE};
-    if (ObjectScope* const scope = ObjectScope::find(attachedScope)) ObjectScope::end(scope);
+    const ObjectScope* const scope = ObjectScope::find(attachedScope);
+    if (scope && !keepsObjects) ObjectScope::end(scope);
     attachedContext = nullptr;
     attachedScope = nullptr;
     const std::lock_guard lock(_mutex);

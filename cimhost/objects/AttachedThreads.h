@@ -25,9 +25,10 @@ public:
     /// prepared or has been attached already, CMPI_RC_ERR_FAILED on a thread that is attached.
     void attach(const CMPIContext* context);
 
-    /// Ends the scope and the context. Failure CMPI_RC_ERR_INVALID_HANDLE when this thread did not
+    /// Ends the scope and the context; where `keepsObjects`, the scope lasts as long as the thread
+    /// or the call around it. Failure CMPI_RC_ERR_INVALID_HANDLE when this thread did not
     /// attach with it.
-    void detach(const CMPIContext* context);
+    void detach(const CMPIContext* context, bool keepsObjects);
 
 private:
     void _end(const CMPIContext* context) noexcept;

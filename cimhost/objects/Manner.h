@@ -76,6 +76,7 @@ enum class Habit : std::uint8_t {
     hasEmptyContextsAtStart,
     crashesWithoutContext,
     crashesOnUnattachedThreads,
+    freesNothingOfThreadsBeforeTheirEnd,
     refusesPropertyUpCalls,
     returnsNullPropertiesAsBoolean,
     takesEveryIndication,

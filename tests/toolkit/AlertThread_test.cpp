@@ -145,6 +145,29 @@ TEST_F(AlertThreadTest, KeepsNothingThatALookHasMadeUntilTheNext) {
     EXPECT_EQ(log.journal->take(), Lines{});
 }
 
+/// Counts the threads that have ended with it.
+struct ThreadEnding {
+    ~ThreadEnding() {
+        if (ended) ++*ended;
+    }
+    std::atomic<int>* ended = nullptr;
+};
+thread_local ThreadEnding ending;
+
+// Some object managers free what a thread has made of them when it ends, and no sooner.
+TEST_F(AlertThreadTest, EndsTheThreadOfALookBeforeTheNext) {
+    std::atomic<int> ended{0};
+    onLook = [&] {
+        ending.ended = &ended;
+        EXPECT_EQ(ended, looks - 1);
+    };
+    AlertThread thread(host.broker(), log.logger, milliseconds(1), look());
+    thread.start(host.context());
+    waitFor(5);
+    thread.stop();
+    EXPECT_EQ(ended, looks);
+}
+
 TEST_F(AlertThreadTest, LeavesOutALookForWhichTheObjectManagerPreparesNothing) {
     testsupport::FaultyBroker faulty(host.real());
     host.use(faulty.handle());

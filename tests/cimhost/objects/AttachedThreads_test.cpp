@@ -1,6 +1,7 @@
 #include "cimhost/objects/AttachedThreads.h"
 
 #include "tests/support/BrokerFixture.h"
+#include "tests/support/MannerCall.h"
 
 #include <thread>
 
@@ -87,6 +88,22 @@ TEST_F(AttachedThreads, APreparedContextIsNotForTheProviderToRelease) {
     EXPECT_EQ(prepared->ft->release(prepared), CMPI_RC_ERR_INVALID_HANDLE);
     EXPECT_EQ(bft().attachThread(broker(), prepared), CMPI_RC_OK);
     EXPECT_EQ(bft().detachThread(broker(), prepared), CMPI_RC_OK);
+}
+
+TEST(AttachedThreadsAsSfcb, KeepWhatTheyHaveMadeUntilTheyEnd) {
+    MannerCall call("sfcb");
+    const CMPIBrokerFT& bft = *call.broker()->bft;
+    CMPIContext* const context = makeContext(call.realBroker, RequestContext());
+    CMPIContext* const first = bft.prepareAttachThread(call.broker(), context);
+    CMPIContext* const second = bft.prepareAttachThread(call.broker(), context);
+    std::thread([&] {
+        EXPECT_EQ(bft.attachThread(call.broker(), first), CMPI_RC_OK);
+        const CMPIString* const kept = call.eft().newString(call.broker(), "kept", nullptr);
+        EXPECT_EQ(bft.detachThread(call.broker(), first), CMPI_RC_OK);
+        EXPECT_EQ(bft.attachThread(call.broker(), second), CMPI_RC_OK);
+        EXPECT_EQ(textOf(kept), "kept");
+        EXPECT_EQ(bft.detachThread(call.broker(), second), CMPI_RC_OK);
+    }).join();
 }
 
 class CollectingIndicationSink : public IndicationSink {
