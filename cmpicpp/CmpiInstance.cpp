@@ -1,6 +1,8 @@
 #include "cmpicpp/CmpiInstance.h"
 
 #include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/DataKind.h"
+#include "cmpicpp/detail/Equality.h"
 #include "cmpicpp/detail/Portable.h"
 #include "cmpicpp/detail/TextForm.h"
 
@@ -28,6 +30,48 @@ std::vector<CmpiName> keyNames(const CmpiObjectPath& path) {
         return true;
     });
     return names;
+}
+
+bool isWhole(CMPIType type) noexcept {
+    return type == CMPI_char16 || (type & (CMPI_UINT | CMPI_ARRAY)) == CMPI_UINT;
+}
+
+/// The key as a value of this type, which is one of whole numbers. Some brokers read all of those
+/// back as sint64.
+CMPIValue wholeOf(CMPIType type, const CMPIData& key) noexcept {
+    CMPIValue value{};
+    const unsigned long long bits =
+        key.type == CMPI_char16 ? key.value.char16 : integerOf(key).bits;
+    switch (type) {
+        case CMPI_char16: value.char16 = static_cast<CMPIChar16>(bits); break;
+        case CMPI_uint8:
+        case CMPI_sint8: value.uint8 = static_cast<CMPIUint8>(bits); break;
+        case CMPI_uint16:
+        case CMPI_sint16: value.uint16 = static_cast<CMPIUint16>(bits); break;
+        case CMPI_uint32:
+        case CMPI_sint32: value.uint32 = static_cast<CMPIUint32>(bits); break;
+        default: value.uint64 = bits; break;
+    }
+    return value;
+}
+
+/// Sets the property of a key unless the broker has: as the property that the instance declares,
+/// or as the key is. Not where the class declares none, or one that holds no such value.
+void fillIn(const CMPIInstance* instance, const char* name, const CMPIData& key) {
+    CMPIData declared;
+    const bool isListed = find(declared, instance->ft->getProperty, instance, name);
+    if (isListed && equalData(declared, key)) return;
+    CMPIType type = key.type;
+    CMPIValue value = key.value;
+    if (isListed && declared.type != key.type) {
+        if (!isWhole(declared.type) || !isWhole(key.type)) return;
+        type = declared.type;
+        value = wholeOf(type, key);
+    }
+    const CMPIStatus status = call(instance->ft->setProperty, instance, name, &value, type);
+    if (status.rc != CMPI_RC_ERR_NO_SUCH_PROPERTY && status.rc != CMPI_RC_ERR_NOT_FOUND) {
+        check(status);
+    }
 }
 
 }  // namespace
@@ -99,8 +143,13 @@ std::string CmpiInstance::str() const {
 CmpiInstance makeCmpiInstance(const CmpiBroker& broker, const CmpiObjectPath& path) {
     if (path.empty()) throw CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "The path is empty");
     const CMPIBroker* const asked = required(broker.toCMPI());
-    return CmpiInstance(CmpiHandle<CMPIInstance>::fresh(
-        asked, made(ask(asked->eft->newInstance, asked, path.toCMPI()), "instance")));
+    CMPIInstance* const instance =
+        made(ask(asked->eft->newInstance, asked, path.toCMPI()), "instance");
+    forEachKey(path.toCMPI(), [&](const CMPIString* name, const CMPIData& key) {
+        fillIn(instance, charsOf(name), key);
+        return true;
+    });
+    return CmpiInstance(CmpiHandle<CMPIInstance>::fresh(asked, instance));
 }
 
 }  // namespace CmpiCpp

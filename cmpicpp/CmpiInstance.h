@@ -60,8 +60,8 @@ private:
     CmpiHandle<CMPIInstance> _handle;
 };
 
-/// A new instance with this path, good until the provider's call returns. Not every object manager
-/// makes properties of the path's keys.
+/// A new instance with this path, good until the provider's call returns. The keys of the path are
+/// its properties, but for keys that the class does not declare.
 PYL_EXPORT CmpiInstance makeCmpiInstance(const CmpiBroker& broker, const CmpiObjectPath& path);
 
 }  // namespace CmpiCpp

@@ -25,10 +25,7 @@ CmpiObjectPath TwoEndedAssociation::getPath() {
 }
 
 CmpiInstance TwoEndedAssociation::getInstance() {
-    auto instance = CmpiCpp::makeCmpiInstance(localBroker(), getPath());
-    instance.setProperty(_class.firstRole, _first());
-    instance.setProperty(_class.secondRole, _second());
-    return instance;
+    return CmpiCpp::makeCmpiInstance(localBroker(), getPath());
 }
 
 CmpiName TwoEndedAssociation::getClassName() { return _class.name; }

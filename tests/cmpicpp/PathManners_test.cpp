@@ -107,6 +107,65 @@ TEST(PathMannersTest, RefuseKeysThatAreNullOrHaveNoName) {
     }
 }
 
+/// A class with keys of several types, one of which has a default.
+cimhost::Class keyedClass() {
+    using cimhost::CimType;
+    cimhost::Class definition;
+    definition.name = "Test_Keyed";
+    const auto add = [&](const char* name, CimType type) {
+        auto property = std::make_shared<cimhost::PropertyDefinition>();
+        property->name = name;
+        property->type = type;
+        property->isKey = true;
+        if (type == CimType::string) property->defaultValue = cimhost::Value::string("default");
+        definition.properties.push_back(std::move(property));
+    };
+    add("Name", CimType::string);
+    add("Slot", CimType::uint16);
+    add("Offset", CimType::sint8);
+    add("Letter", CimType::char16);
+    add("Isbn", CimType::uint64);
+    add("On", CimType::boolean);
+    return definition;
+}
+
+TEST(PathMannersTest, MakePropertiesOfTheKeysOfANewInstance) {
+    for (const char* manner : allManners) {
+        SCOPED_TRACE(manner);
+        PathManners host(manner);
+        host.repository.make("root/test").addClass(keyedClass());
+        CmpiObjectPath path = host.classPath("Test_Keyed");
+        path.addKey("Name", "n");
+        path.addKey("Slot", static_cast<unsigned short>(65535));
+        path.addKey("Offset", static_cast<signed char>(-1));
+        path.addKey("Letter", CmpiValue::char16(0x263A));
+        path.addKey("Isbn", ~0ULL);
+        path.addKey("On", true);
+        path.addKey("Foreign", "x");
+        const CmpiInstance made = makeCmpiInstance(host.asked(), path);
+        EXPECT_EQ(made.getProperty("Name").asString(), "n");
+        EXPECT_EQ(made.getProperty("Slot").getType(), CMPI_uint16);
+        EXPECT_EQ(made.getProperty("Slot").asUint64(), 65535U);
+        EXPECT_EQ(made.getProperty("Offset").getType(), CMPI_sint8);
+        EXPECT_EQ(made.getProperty("Offset").asSint64(), -1);
+        EXPECT_EQ(made.getProperty("Letter").asString(), "\xE2\x98\xBA");
+        EXPECT_EQ(made.getProperty("Isbn").asUint64(), ~0ULL);
+        EXPECT_TRUE(made.getProperty("On").asBool());
+        EXPECT_EQ(made.getPath(), path);
+    }
+}
+
+TEST(PathMannersTest, LeaveAKeyOutOfTheInstanceThatIsNoValueOfItsProperty) {
+    for (const char* manner : {"standard", "openpegasus", "sfcb", "mean:1"}) {
+        SCOPED_TRACE(manner);
+        const PathManners host(manner);
+        CmpiObjectPath path = host.classPath("Test_Other");
+        path.addKey("Size", "large");
+        path.setClassName("Test_Base");
+        EXPECT_EQ(codeOf([&] { makeCmpiInstance(host.asked(), path); }), CMPI_RC_OK);
+    }
+}
+
 TEST(PathMannersTest, KeepTheKeysOfAFilteredInstance) {
     for (const char* manner : allManners) {
         SCOPED_TRACE(manner);
