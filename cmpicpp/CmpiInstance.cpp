@@ -116,9 +116,13 @@ std::pair<CmpiName, CmpiData> CmpiInstance::getPropertyAt(unsigned int index) co
 void CmpiInstance::setProperty(const char* name, CmpiValue value) {
     CMPIInstance* const instance = _handle.writable();
     const CMPIValue* const property = value.toCMPI(broker());
-    const CMPIType type =
-        !property && value.type() == CMPI_null ? typeOf(instance, name) : value.type();
-    tell(instance->ft->setProperty, instance, name, property, type);
+    const bool isUntyped = !property && value.type() == CMPI_null;
+    const CMPIType type = isUntyped ? typeOf(instance, name) : value.type();
+    const CMPIStatus status = call(instance->ft->setProperty, instance, name, property, type);
+    // Such a broker has no type for it either: what it does not list is NULL.
+    const bool isNull =
+        isUntyped && type == CMPI_null && status.rc == CMPI_RC_ERR_INVALID_DATA_TYPE;
+    if (!isNull) check(status);
 }
 
 void CmpiInstance::setPropertyFilter(const char** properties) {

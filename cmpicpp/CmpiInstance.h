@@ -38,7 +38,8 @@ public:
     CmpiData getProperty(const CmpiName& name) const { return getProperty(name.c_str()); }
     /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY past the end.
     std::pair<CmpiName, CmpiData> getPropertyAt(unsigned int index) const;
-    /// A NULL of no type, as an empty array is, gets that of the property where there is one.
+    /// A NULL of no type, as an empty array is, gets that of the property where there is one, and
+    /// may make none where there is none.
     void setProperty(const char* name, CmpiValue value);
     void setProperty(const CmpiName& name, CmpiValue value) { setProperty(name.c_str(), value); }
 

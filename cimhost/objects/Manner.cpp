@@ -125,7 +125,7 @@ constexpr auto rows = std::to_array<HabitRow>({
      .library = "Passes the code on.", .provider = "Use the exact type of the class."},
     {PYL_HABIT(refusesUntypedNulls), .hosts = openPegasus | strict | mean,
      .says = "A NULL without a type is INVALID_DATA_TYPE.",
-     .library = "Gives every NULL a type where it knows one.",
+     .library = "Gives every NULL the type of its property, and leaves it out where there is none.",
      .provider = "Give NULL the type of the property."},
     {PYL_HABIT(missingPropertiesAreNotFound), .hosts = sfcb | mean,
      .says = "An unknown property is NOT_FOUND.", .library = "Throws NOT_FOUND for either code.",

@@ -196,6 +196,19 @@ TEST(PathMannersTest, TakeAnyNullForAPropertyOfTheClass) {
     }
 }
 
+TEST(PathMannersTest, TakeAnyNullForAPropertyThatTheInstanceHasNot) {
+    for (const char* manner : allManners) {
+        SCOPED_TRACE(manner);
+        const PathManners host(manner);
+        CmpiInstance instance = makeCmpiInstance(host.asked(), host.classPath("Test_Nobody"));
+        instance.setProperty("Size", CmpiArray());
+        instance.setProperty("Size", CmpiData());
+        EXPECT_EQ(instance.getPropertyCount(), 0U);
+        instance.setProperty("Size", 1U);
+        EXPECT_EQ(instance.getProperty("Size").asUint64(), 1U);
+    }
+}
+
 TEST(PathMannersTest, OutliveTheCallWithAnInstanceThatIsKept) {
     for (const char* manner : allManners) {
         SCOPED_TRACE(manner);
