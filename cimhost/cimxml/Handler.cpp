@@ -73,6 +73,15 @@ Failure currentFailure() {
     }
 }
 
+/// What the reply threw, as the client is to see it; of a client that is gone it goes on.
+Failure failureOfReply(const std::exception_ptr& thrown) {
+    try {
+        std::rethrow_exception(thrown);
+    } catch (const CimError&) {
+        return currentFailure();
+    }
+}
+
 void writeError(ReplyStream& out, const Message& message, const Failure& failure) {
     const Envelope envelope(out.buffer(), message);
     envelope.open();
@@ -174,8 +183,7 @@ void CimXmlHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) con
     try {
         return answer(_operations, _repository, request, *message, out);
     } catch (...) {
-        if (out.failure()) std::rethrow_exception(out.failure());
-        failure = currentFailure();
+        failure = out.failure() ? failureOfReply(out.failure()) : currentFailure();
     }
     reply.noteFailure(failure.code);
     if (out.restart()) {

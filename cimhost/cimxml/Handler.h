@@ -18,17 +18,20 @@ struct CimXmlRequest {
     std::string_view host;       ///< host[:port] of this server for the paths in replies
 };
 
-/// Where the reply goes. The server holds bytes back in a buffer of 64 KiB and commits the status
-/// line when it overflows or the handler is done; from then on the reply is chunked.
+/// Where the reply goes. The server holds bytes back in a buffer of 64 KiB and begins to send when
+/// it overflows or the handler is done; from then on the reply is chunked. It never waits for the
+/// client while the handler runs.
 class CimXmlReply {
 public:
     virtual ~CimXmlReply() = default;
 
     /// An HTTP-level answer without a body: 400, 501 ... `cimError` is the CIMError header, or
-    /// empty. Only before commit.
+    /// empty. Only while nothing has left.
     virtual void refuse(int status, std::string_view cimError) = 0;
 
-    /// Appends body text to a 200 reply. Throws when the client is gone.
+    /// Appends body text to a 200 reply. Throws a CimError, from then on always, when the client
+    /// reads so slowly that no more of the reply can be kept for it: restart() or fail() then says
+    /// so. Throws something else when the client is gone.
     virtual void write(std::string_view text) = 0;
 
     /// Drops what was written and starts the 200 reply anew; false when some of it has left
@@ -38,8 +41,8 @@ public:
     /// For the records: the operation failed with this CIM status, however the reply then says so.
     virtual void noteFailure(int code) = 0;
 
-    /// After commit: the operation failed in the middle. The reply ends with CIMStatusCode
-    /// trailers.
+    /// Once some of it has left: the operation failed in the middle. The reply ends with
+    /// CIMStatusCode trailers.
     virtual void fail(int code, std::string_view description) = 0;
 };
 

@@ -16,7 +16,9 @@ void ReplyStream::flush() {
 
 bool ReplyStream::restart() {
     _buffer.clear();
-    return _reply.restart();
+    if (!_reply.restart()) return false;
+    _failure = nullptr;
+    return true;
 }
 
 }  // namespace cimhost

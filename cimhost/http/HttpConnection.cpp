@@ -20,11 +20,12 @@ bool losesTrack(int status) noexcept { return status == 400 || status == 411; }
 
 }  // namespace
 
-HttpConnection::HttpConnection(Stream& stream, const HttpServices& services,
+HttpConnection::HttpConnection(Stream& stream, const HttpServices& services, HttpBudgets& budgets,
                                const HttpAddresses& addresses, HttpPresence& presence)
     : _stream(stream),
       _services(services),
       _limits(services.limits),
+      _budgets(budgets),
       _addresses(addresses),
       _presence(presence),
       _parser(_limits),
@@ -140,7 +141,7 @@ void HttpConnection::_endHere(int status) {
 bool HttpConnection::_answer() {
     const HttpRequest& request = _parser.request();
     const bool keepAlive = !_closes && request.keepAlive && _presence.endStatus == 0;
-    HttpReply reply(_stream, {request.isHttp11, keepAlive, _limits.replyTime});
+    HttpReply reply(_stream, _budgets.spool, {request.isHttp11, keepAlive, _limits.replyTime});
     const Clock::time_point start = Clock::now();
     try {
         _fill(reply);
@@ -177,7 +178,7 @@ void HttpConnection::_callHandler(HttpReply& reply) {
     }
     reply.notes().outcome = failure;
     // Broken on purpose: the client must not take half a reply for a whole one.
-    if (reply.isCommitted()) throw StreamError(StreamError::Kind::lost, failure);
+    if (!reply.restart()) throw StreamError(StreamError::Kind::lost, failure);
     reply.refuse(500);
     reply.closeAfterwards();
 }

@@ -20,6 +20,14 @@ struct HttpServices {
     AccessLog* accessLog = nullptr;
 };
 
+/// What the connections of one server have to share. Safe from several threads.
+struct HttpBudgets {
+    SpoolStore spool;
+
+    explicit HttpBudgets(const HttpLimits& limits)
+        : spool(limits.spoolMemoryBytes, limits.spoolDiskBytes, limits.spoolFolder) {}
+};
+
 /// What a connection tells the server that holds it, and the other way round. Each member is
 /// atomic.
 struct HttpPresence {
@@ -39,8 +47,8 @@ struct HttpAddresses {
 /// side has enough. Used by one thread.
 class HttpConnection {
 public:
-    HttpConnection(Stream& stream, const HttpServices& services, const HttpAddresses& addresses,
-                   HttpPresence& presence);
+    HttpConnection(Stream& stream, const HttpServices& services, HttpBudgets& budgets,
+                   const HttpAddresses& addresses, HttpPresence& presence);
 
     void serve() noexcept;
 
@@ -66,6 +74,7 @@ private:
     Stream& _stream;
     const HttpServices& _services;
     const HttpLimits& _limits;
+    HttpBudgets& _budgets;
     const HttpAddresses& _addresses;
     HttpPresence& _presence;
     HttpParser _parser;

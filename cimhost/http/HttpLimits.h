@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace cimhost {
 
@@ -17,6 +18,12 @@ struct HttpLimits {
     std::size_t chunkLineBytes = 8 * 1024;
     std::size_t framingBytes = 1024 * 1024;  ///< chunk sizes and extensions of one body: 413
     std::size_t connections = 128;           ///< served at once: 503
+
+    /// What waits for clients that do not read their replies, of all connections together: in
+    /// memory, and beyond that in temporary files. A reply that finds no room ends with an error.
+    std::uint64_t spoolMemoryBytes = 32 * 1024 * 1024;
+    std::uint64_t spoolDiskBytes = std::uint64_t{4} * 1024 * 1024 * 1024;
+    std::string spoolFolder;  ///< empty: the one that TMPDIR names, or else /tmp
 
     /// A connection with no request on it is closed in silence after this time.
     std::chrono::milliseconds idleTime{30'000};

@@ -51,7 +51,8 @@ std::string_view writeChunkLine(std::array<char, 24>& line, std::size_t size, bo
 
 }  // namespace
 
-HttpReply::HttpReply(Stream& stream, Manner manner) : _stream(stream), _manner(manner) {}
+HttpReply::HttpReply(Stream& stream, SpoolStore& store, Manner manner)
+    : _stream(stream), _manner(manner), _spool(store) {}
 
 void HttpReply::addHeader(HttpHeader header) { _appendLine(_headers, header); }
 
@@ -68,22 +69,26 @@ void HttpReply::write(std::string_view text) {
     assert(!_finished);
     while (text.size() > bufferBytes - _body.size()) {
         const std::size_t fits = bufferBytes - _body.size();
-        _sendChunk(text.substr(0, fits), {});
+        _writeChunk(text.substr(0, fits), {});
         text.remove_prefix(fits);
     }
     _body.append(text);
 }
 
 bool HttpReply::restart() {
-    if (_committed) return false;
+    if (_sentBytes > 0) return false;
+    _spool.clear();
+    _head.clear();
     _headers.clear();
     _body.clear();
+    _isStreamed = _isCut = false;
     return true;
 }
 
 void HttpReply::refuse(int status, std::initializer_list<HttpHeader> headers) {
-    assert(!_committed && !_finished);
-    restart();
+    assert(!_finished);
+    [[maybe_unused]] const bool isFresh = restart();
+    assert(isFresh);
     for (const HttpHeader& header : headers) addHeader(header);
     _status = status;
 }
@@ -91,17 +96,23 @@ void HttpReply::refuse(int status, std::initializer_list<HttpHeader> headers) {
 void HttpReply::finish() {
     assert(!_finished);
     _finished = true;
-    if (_committed) return _sendChunk({}, "0\r\n");
+    if (_isCut && _sentBytes == 0) {
+        throw StreamError(StreamError::Kind::lost, "the reply was not started anew");
+    }
+    if (_isStreamed) {
+        _sendSpooled();
+        if (_isCut) _body.clear();
+        return _writeChunk({}, "0\r\n");
+    }
     _beginHead(_status);
     _head.append("Content-Length: ").append(std::to_string(_body.size())).append("\r\n\r\n");
     _send({_head, _body});
 }
 
-/// Sends the buffer, and more behind it, as the next piece of a streamed reply; `end` closes the
-/// last one.
-void HttpReply::_sendChunk(std::string_view more, std::string_view end) {
-    const bool isFirst = !_committed;
-    _committed = true;
+/// The buffer, and more behind it, as the next piece of a streamed reply; `end` closes the last.
+void HttpReply::_writeChunk(std::string_view more, std::string_view end) {
+    const bool isFirst = !_isStreamed;
+    _isStreamed = true;
     if (isFirst) {
         if (!_manner.isHttp11) _manner.keepAlive = false;
         _beginHead(200);
@@ -111,10 +122,12 @@ void HttpReply::_sendChunk(std::string_view more, std::string_view end) {
     }
     std::array<char, 24> line;
     const std::size_t size = _body.size() + more.size();
-    if (!_manner.isHttp11) {
-        _send({_head, _body, more});
-    } else if (end.empty()) {
-        _send({_head, writeChunkLine(line, size, isFirst), _body, more});
+    if (end.empty()) {
+        const auto chunkLine =
+            _manner.isHttp11 ? writeChunkLine(line, size, isFirst) : std::string_view{};
+        _pass({_head, chunkLine, _body, more});
+    } else if (!_manner.isHttp11) {
+        _send({_body});
     } else if (size == 0) {
         _send({"\r\n", end, _trailers, "\r\n"});
     } else {
@@ -134,6 +147,47 @@ void HttpReply::_beginHead(int status) {
     } else if (!_manner.isHttp11) {
         _head.append("Connection: keep-alive\r\n");
     }
+}
+
+/// Hands over what the client takes at once; the rest has to wait, and we do not.
+void HttpReply::_pass(std::initializer_list<std::string_view> pieces) {
+    if (_isCut) throw SpoolError(SpoolError::Kind::full, "the reply was cut off already");
+    const std::span<const std::string_view> all(pieces.begin(), pieces.size());
+    std::size_t taken = 0;
+    try {
+        _passSpooled();
+        if (_spool.isEmpty()) taken = _stream.trySend(all);
+        _sentBytes += taken;
+        _spool.append(all, taken);
+    } catch (const SpoolError&) {
+        _isCut = true;
+        // A chunk that has begun to leave must be whole, or the trailers would be read as its text.
+        if (taken > 0) _unspooled = joined(all, taken);
+        throw;
+    }
+}
+
+void HttpReply::_passSpooled() {
+    while (!_spool.isEmpty()) {
+        const std::string_view piece = _spool.front();
+        const std::size_t taken = _stream.trySend({&piece, 1});
+        _sentBytes += taken;
+        _spool.pop(taken);
+        if (taken < piece.size()) return;
+    }
+}
+
+/// At the client's pace.
+void HttpReply::_sendSpooled() try {
+    while (!_spool.isEmpty()) {
+        const std::string_view piece = _spool.front();
+        _send({piece});
+        _spool.pop(piece.size());
+    }
+    if (!_unspooled.empty()) _send({_unspooled});
+} catch (const SpoolError& error) {
+    // The client must not take half a reply for a whole one.
+    throw StreamError(StreamError::Kind::lost, error.what());
 }
 
 void HttpReply::_send(std::initializer_list<std::string_view> pieces) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cimhost/http/Spool.h"
 #include "cimhost/http/Stream.h"
 
 #include <chrono>
@@ -26,8 +27,10 @@ struct RequestNotes {
 /// The reply to one request, on its way to the client.
 ///
 /// Up to 64 KiB of body are held back: a reply that ends within them leaves in one piece with its
-/// length, and can still be started anew. A longer one is streamed: in chunks, or to an HTTP/1.0
-/// client up to the end of the connection. Used by one thread; what a send throws is a StreamError.
+/// length. A longer one is streamed: in chunks, or to an HTTP/1.0 client up to the end of the
+/// connection. Writing never waits for the client: what it does not take at once goes to a spool,
+/// which finish() sends at the client's pace. Until the first byte has left, a reply can be started
+/// anew. Used by one thread; what a send throws is a StreamError.
 class HttpReply {
 public:
     struct Manner {
@@ -36,7 +39,8 @@ public:
         std::chrono::milliseconds sendTime{30'000};  ///< for each buffer
     };
 
-    HttpReply(Stream& stream, Manner manner);
+    /// The stream and the store outlive the reply.
+    HttpReply(Stream& stream, SpoolStore& store, Manner manner);
     HttpReply(const HttpReply&) = delete;
     HttpReply& operator=(const HttpReply&) = delete;
 
@@ -45,22 +49,22 @@ public:
     /// The names of trailers that a chunked reply may end with, as the Trailer header has them.
     void announceTrailers(std::string_view names) { _announced = names; }
 
-    /// Appends to the body of the 200 reply.
+    /// Appends to the body of the 200 reply. Throws SpoolError when the client is too slow for it,
+    /// and from then on always; the reply can still be started anew, or end with trailers.
     void write(std::string_view text);
 
     /// Drops the body and the headers of a 200 reply; false when some of it has left already.
     bool restart();
 
-    /// Answers with this status and an empty body instead. Only before commit.
+    /// Answers with this status and an empty body instead. Only while nothing has left.
     void refuse(int status, std::initializer_list<HttpHeader> headers = {});
 
     /// A trailer line, sent when the reply is chunked. May be set until the reply is finished.
     void setTrailer(HttpHeader trailer);
 
-    /// Sends what is left. Nothing may be written afterwards.
+    /// Sends what is left, and waits for the client. Nothing may be written afterwards.
     void finish();
 
-    bool isCommitted() const noexcept { return _committed; }
     bool isFinished() const noexcept { return _finished; }
     /// True when the connection can carry another request after this reply.
     bool keepsAlive() const noexcept { return _manner.keepAlive; }
@@ -76,11 +80,17 @@ public:
 private:
     void _beginHead(int status);
     void _appendLine(std::string& lines, HttpHeader header);
-    void _sendChunk(std::string_view more, std::string_view end);
+    void _writeChunk(std::string_view more, std::string_view end);
+    void _pass(std::initializer_list<std::string_view> pieces);
+    void _passSpooled();
+    void _sendSpooled();
     void _send(std::initializer_list<std::string_view> pieces);
 
     Stream& _stream;
     Manner _manner;
+    Spool _spool;
+    std::string
+        _unspooled;  ///< the rest of a chunk that the client took in part, and no room for it
     std::string _head;
     std::string _headers;
     std::string _body;
@@ -89,7 +99,8 @@ private:
     RequestNotes _notes;
     int _status = 200;
     std::uint64_t _sentBytes = 0;
-    bool _committed = false;
+    bool _isStreamed = false;
+    bool _isCut = false;  ///< what was written last found no room
     bool _finished = false;
 };
 

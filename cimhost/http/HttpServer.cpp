@@ -35,6 +35,7 @@ std::string localName(int socket) {
 HttpServer::HttpServer(ListenSocket listener, const HttpServices& services, const TlsContext* tls)
     : _listener(std::move(listener)),
       _services(services),
+      _budgets(services.limits),
       _tls(tls),
       _wakeUp(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     if (!_wakeUp) throw std::system_error(errno, std::generic_category(), "eventfd");
@@ -130,7 +131,8 @@ void HttpServer::_serve(Connections::iterator connection) noexcept {
         std::optional<TlsStream> tls;
         if (_tls != nullptr) tls.emplace(plain, *_tls);
         Stream& stream = tls ? static_cast<Stream&>(*tls) : plain;
-        HttpConnection http(stream, _services, connection->addresses, connection->presence);
+        HttpConnection http(stream, _services, _budgets, connection->addresses,
+                            connection->presence);
         if (connection->isRefused) {
             http.refuse(503);
         } else {

@@ -66,6 +66,7 @@ private:
 
     ListenSocket _listener;
     HttpServices _services;
+    HttpBudgets _budgets;
     const TlsContext* _tls;
     Descriptor _wakeUp;
     std::thread _acceptor;

@@ -26,27 +26,51 @@ int remaining(Clock::time_point deadline) {
     return static_cast<int>(std::min<long long>(left, 1'000'000));
 }
 
-std::size_t describe(std::span<const std::string_view> pieces,
-                     std::array<iovec, maximumPieces>& parts) {
-    assert(pieces.size() <= maximumPieces);
-    std::size_t count = 0;
-    for (const std::string_view piece : pieces) {
-        if (!piece.empty()) parts[count++] = {const_cast<char*>(piece.data()), piece.size()};
+/// Pieces on their way into a socket.
+class Outgoing {
+public:
+    explicit Outgoing(std::span<const std::string_view> pieces) {
+        assert(pieces.size() <= maximumPieces);
+        _header.msg_iov = _parts.data();
+        for (const std::string_view piece : pieces) {
+            if (piece.empty()) continue;
+            _parts[_header.msg_iovlen++] = {const_cast<char*>(piece.data()), piece.size()};
+        }
     }
-    return count;
-}
+    Outgoing(const Outgoing&) = delete;
+    Outgoing& operator=(const Outgoing&) = delete;
 
-/// Takes the bytes that left off the front of the message.
-void advance(msghdr& message, std::size_t sent) noexcept {
-    while (message.msg_iovlen > 0 && sent >= message.msg_iov->iov_len) {
-        sent -= message.msg_iov->iov_len;
-        ++message.msg_iov;
-        --message.msg_iovlen;
+    bool isEmpty() const noexcept { return _header.msg_iovlen == 0; }
+
+    /// How many bytes the socket took; 0 when it is full. Of a message that is not empty.
+    std::size_t send(int socket) {
+        for (;;) {
+            const ssize_t count = sendmsg(socket, &_header, MSG_NOSIGNAL);
+            if (count >= 0) {
+                _advance(static_cast<std::size_t>(count));
+                return static_cast<std::size_t>(count);
+            }
+            if (errno == EAGAIN) return 0;
+            if (errno != EINTR) throwLost(errno);
+        }
     }
-    if (message.msg_iovlen == 0) return;
-    message.msg_iov->iov_base = static_cast<char*>(message.msg_iov->iov_base) + sent;
-    message.msg_iov->iov_len -= sent;
-}
+
+private:
+    /// Takes the bytes that left off the front.
+    void _advance(std::size_t sent) noexcept {
+        while (_header.msg_iovlen > 0 && sent >= _header.msg_iov->iov_len) {
+            sent -= _header.msg_iov->iov_len;
+            ++_header.msg_iov;
+            --_header.msg_iovlen;
+        }
+        if (isEmpty()) return;
+        _header.msg_iov->iov_base = static_cast<char*>(_header.msg_iov->iov_base) + sent;
+        _header.msg_iov->iov_len -= sent;
+    }
+
+    std::array<iovec, maximumPieces> _parts;
+    msghdr _header{};
+};
 
 }  // namespace
 
@@ -69,20 +93,21 @@ std::size_t PlainStream::receive(std::span<char> buffer, Clock::time_point deadl
 }
 
 void PlainStream::send(std::span<const std::string_view> pieces, Clock::time_point deadline) {
-    std::array<iovec, maximumPieces> parts;
-    msghdr message{};
-    message.msg_iov = parts.data();
-    message.msg_iovlen = describe(pieces, parts);
-    while (message.msg_iovlen > 0) {
-        const ssize_t count = sendmsg(_socket, &message, MSG_NOSIGNAL);
-        if (count >= 0) {
-            advance(message, static_cast<std::size_t>(count));
-        } else if (errno == EAGAIN) {
-            _wait(POLLOUT, deadline);
-        } else if (errno != EINTR) {
-            throwLost(errno);
-        }
+    Outgoing message(pieces);
+    while (!message.isEmpty()) {
+        if (message.send(_socket) == 0) _wait(POLLOUT, deadline);
     }
+}
+
+std::size_t PlainStream::trySend(std::span<const std::string_view> pieces) {
+    Outgoing message(pieces);
+    std::size_t sent = 0;
+    while (!message.isEmpty()) {
+        const std::size_t count = message.send(_socket);
+        if (count == 0) break;
+        sent += count;
+    }
+    return sent;
 }
 
 void PlainStream::endSending() noexcept { shutdown(_socket, SHUT_WR); }

@@ -14,6 +14,7 @@ public:
     void establish(Clock::time_point) override {}
     std::size_t receive(std::span<char> buffer, Clock::time_point deadline) override;
     void send(std::span<const std::string_view> pieces, Clock::time_point deadline) override;
+    std::size_t trySend(std::span<const std::string_view> pieces) override;
     void endSending() noexcept override;
 
 private:

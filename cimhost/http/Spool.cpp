@@ -19,6 +19,8 @@ std::string folderOr(std::string folder) {
     return !variable || *variable == '\0' ? "/tmp" : variable;
 }
 
+}  // namespace
+
 std::string joined(std::span<const std::string_view> pieces, std::size_t skipped) {
     std::size_t size = 0;
     for (const std::string_view piece : pieces) size += piece.size();
@@ -31,8 +33,6 @@ std::string joined(std::span<const std::string_view> pieces, std::size_t skipped
     }
     return block;
 }
-
-}  // namespace
 
 SpoolStore::SpoolStore(std::uint64_t memoryBytes, std::uint64_t diskBytes, std::string wanted)
     : memory(ByteBudget::Kind::memory, memoryBytes),

@@ -33,6 +33,9 @@ private:
     Kind _kind;
 };
 
+/// The pieces as one text, without their first `skipped` bytes.
+std::string joined(std::span<const std::string_view> pieces, std::size_t skipped);
+
 /// Bytes of one reply that wait for their client, first in, first out: in memory as long as the
 /// server's budget for all of them lasts, and beyond it in a temporary file without a name. An
 /// empty spool holds neither memory nor file. Used by one thread.

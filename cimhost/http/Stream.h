@@ -40,6 +40,10 @@ public:
     /// Throws StreamError: timeout when they have not left by the deadline, lost.
     virtual void send(std::span<const std::string_view> pieces, Clock::time_point deadline) = 0;
 
+    /// Sends what the peer takes without a wait, and returns how many bytes that were.
+    /// Throws StreamError: lost.
+    virtual std::size_t trySend(std::span<const std::string_view> pieces) = 0;
+
     /// Tells the peer that nothing more will be sent. What it says is gone is no error.
     virtual void endSending() noexcept = 0;
 };

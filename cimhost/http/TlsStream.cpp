@@ -113,17 +113,48 @@ void TlsStream::_fetch(Clock::time_point deadline) {
     }
 }
 
-void TlsStream::_flush(Clock::time_point deadline) {
-    BIO* outgoing = SSL_get_wbio(_handle.get());
+/// What has not left yet.
+std::string_view TlsStream::_encrypted() const {
     char* data = nullptr;
-    const long size = BIO_get_mem_data(outgoing, &data);
-    if (size <= 0) return;
-    const std::string_view piece(data, static_cast<std::size_t>(size));
+    const long size = BIO_get_mem_data(SSL_get_wbio(_handle.get()), &data);
+    if (size <= 0) return {};
+    return std::string_view(data, static_cast<std::size_t>(size)).substr(_flushed);
+}
+
+void TlsStream::_flush(Clock::time_point deadline) {
+    const std::string_view piece = _encrypted();
+    if (piece.empty()) return;
     _transport.send({&piece, 1}, deadline);
-    BIO_reset(outgoing);
+    BIO_reset(SSL_get_wbio(_handle.get()));
+    _flushed = 0;
+}
+
+/// True when all that is encrypted has left.
+bool TlsStream::_tryFlush() {
+    const std::string_view piece = _encrypted();
+    const std::size_t count = _transport.trySend({&piece, 1});
+    _flushed += count;
+    if (count < piece.size()) return false;
+    BIO_reset(SSL_get_wbio(_handle.get()));
+    _flushed = 0;
+    return true;
 }
 
 void TlsStream::send(std::span<const std::string_view> pieces, Clock::time_point deadline) {
+    _encrypt(pieces);
+    _flush(deadline);
+}
+
+/// All of the pieces or none: records that do not leave at once are kept encrypted, and as long as
+/// there are any the peer takes no more.
+std::size_t TlsStream::trySend(std::span<const std::string_view> pieces) {
+    if (!_tryFlush()) return 0;
+    _encrypt(pieces);
+    _tryFlush();
+    return _joined.size();
+}
+
+void TlsStream::_encrypt(std::span<const std::string_view> pieces) {
     _joined.clear();
     for (const std::string_view piece : pieces) _joined.append(piece);
     if (_joined.empty()) return;
@@ -132,7 +163,6 @@ void TlsStream::send(std::span<const std::string_view> pieces, Clock::time_point
     if (SSL_write_ex(_handle.get(), _joined.data(), _joined.size(), &written) != 1) {
         throw StreamError(StreamError::Kind::lost, "TLS: " + takeReason());
     }
-    _flush(deadline);
 }
 
 void TlsStream::endSending() noexcept try {

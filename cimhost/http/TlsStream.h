@@ -35,6 +35,7 @@ public:
     void establish(Clock::time_point deadline) override;
     std::size_t receive(std::span<char> buffer, Clock::time_point deadline) override;
     void send(std::span<const std::string_view> pieces, Clock::time_point deadline) override;
+    std::size_t trySend(std::span<const std::string_view> pieces) override;
     void endSending() noexcept override;
 
 private:
@@ -44,11 +45,15 @@ private:
 
     bool _advance(int result, Clock::time_point deadline);
     void _fetch(Clock::time_point deadline);
+    void _encrypt(std::span<const std::string_view> pieces);
+    std::string_view _encrypted() const;
     void _flush(Clock::time_point deadline);
+    bool _tryFlush();
 
     Stream& _transport;
     std::unique_ptr<ssl_st, Deleter> _handle;
     std::string _joined;
+    std::size_t _flushed = 0;  ///< of what is encrypted
     bool _ended = false;
 };
 

@@ -1,5 +1,7 @@
 #include "cimhost/server/CimXmlAdapter.h"
 
+#include "cimhost/repository/CimError.h"
+
 namespace cimhost {
 namespace {
 
@@ -38,6 +40,13 @@ void CimXmlHttpReply::refuse(int status, std::string_view cimError) {
     } else {
         _reply.refuse(status, {{"CIMError", cimError}});
     }
+}
+
+void CimXmlHttpReply::write(std::string_view text) try {
+    _reply.write(text);
+} catch (const SpoolError& error) {
+    const bool isFull = error.kind() == SpoolError::Kind::full;
+    throw CimError(isFull ? CimCode::serverLimitsExceeded : CimCode::failed, error.what());
 }
 
 bool CimXmlHttpReply::restart() {

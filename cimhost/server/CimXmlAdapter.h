@@ -29,7 +29,7 @@ public:
     explicit CimXmlHttpReply(HttpReply& reply, Kind kind = Kind::operation);
 
     void refuse(int status, std::string_view cimError) override;
-    void write(std::string_view text) override { _reply.write(text); }
+    void write(std::string_view text) override;
     bool restart() override;
     void noteFailure(int code) override;
     void fail(int code, std::string_view description) override;

@@ -84,6 +84,21 @@ void ServeOptions::_addLimitOptions(CLI::App& command) {
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 30U))
         ->capture_default_str()
         ->group(group);
+    command
+        .add_option("--spool-memory", limits.spoolMemoryBytes,
+                    "Of replies, how much may wait in memory for clients that do not read them")
+        ->type_name("BYTES")
+        ->check(CLI::Range(std::uint64_t{0}, std::uint64_t{1} << 40U))
+        ->capture_default_str()
+        ->group(group);
+    command
+        .add_option("--spool-disk", limits.spoolDiskBytes,
+                    "How much more of them may wait in temporary files, in TMPDIR or /tmp; a reply "
+                    "that finds no room ends with an error")
+        ->type_name("BYTES")
+        ->check(CLI::Range(std::uint64_t{0}, std::uint64_t{1} << 50U))
+        ->capture_default_str()
+        ->group(group);
     addSeconds(command, "--idle-time", limits.idleTime,
                "How long a connection may stay without request");
     addSeconds(command, "--request-time", limits.requestTime,

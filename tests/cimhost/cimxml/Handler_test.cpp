@@ -1,5 +1,6 @@
 #include "cimhost/cimxml/Handler.h"
 
+#include "cimhost/repository/CimError.h"
 #include "tests/cimhost/cimxml/HandlerFixture.h"
 #include "tests/cimhost/cimxml/ReplyChecker.h"
 
@@ -339,6 +340,41 @@ TEST_F(HandlerTest, PassesOnWhatTheReplyThrows) {
     provider.failAfter = 0;
     BrokenReply reply(0);
     EXPECT_THROW(handler().handle(request.view(), reply), ClientGone);
+}
+
+/// Has room for so many writes, and holds back what it says.
+class FullReply final : public RecordingReply {
+public:
+    FullReply(std::size_t takes, std::size_t hold) : RecordingReply(hold), _takes(takes) {}
+
+    void write(std::string_view text) override {
+        if (writes == _takes) throw CimError(CimCode::serverLimitsExceeded, "there is no room");
+        RecordingReply::write(text);
+    }
+    bool restart() override {
+        if (!RecordingReply::restart()) return false;
+        _takes = body.npos;
+        return true;
+    }
+
+private:
+    std::size_t _takes;
+};
+
+TEST_F(HandlerTest, AnswersThatAReplyFindsNoRoom) {
+    for (int i = 0; i < 2000; ++i) provider.instances.push_back(fan("g" + std::to_string(i)));
+    const TestRequest request = enumerateFans();
+    FullReply late(5, 0);
+    handler().handle(request.view(), late);
+    EXPECT_EQ(late.failureCode, 27);
+    EXPECT_EQ(late.failureText, "there is no room");
+    EXPECT_EQ(late.writes, 5U) << "the provider's results are wanted no more";
+    FullReply early(5, 10'000'000);
+    handler().handle(request.view(), early);
+    EXPECT_EQ(early.failureCode, std::nullopt);
+    EXPECT_EQ(early.notedCode, 27);
+    EXPECT_EQ(problemOfReply(early.body), "");
+    EXPECT_THAT(early.body, HasSubstr("<ERROR CODE=\"27\" DESCRIPTION=\"there is no room\"/>"));
 }
 
 }  // namespace

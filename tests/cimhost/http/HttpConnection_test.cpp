@@ -23,6 +23,7 @@ struct OnePassword final : Authenticator {
 struct HttpConnectionTest : testing::Test {
     MemoryStream stream;
     HttpLimits limits;
+    HttpBudgets budgets{limits};
     HttpPresence presence;
     HttpAddresses addresses{"1.2.3.4:5", "127.0.0.1:5988"};
     OnePassword passwords;
@@ -33,7 +34,7 @@ struct HttpConnectionTest : testing::Test {
     std::vector<int> serve(std::vector<std::string> pieces) {
         stream.incoming.assign(pieces.begin(), pieces.end());
         const HttpServices services{handler, limits, authenticator, nullptr};
-        HttpConnection(stream, services, addresses, presence).serve();
+        HttpConnection(stream, services, budgets, addresses, presence).serve();
         std::vector<int> statuses;
         for (std::size_t at = stream.sent.find("HTTP/1.1 "); at != std::string::npos;
              at = stream.sent.find("HTTP/1.1 ", at + 1)) {
@@ -169,7 +170,8 @@ TEST_F(HttpConnectionTest, TellsTheHandlerWhoAsks) {
         local = request.localAddress;
     });
     stream.incoming = {post("", "Authorization: Basic good\r\n")};
-    HttpConnection(stream, {asked, limits, authenticator, nullptr}, addresses, presence).serve();
+    HttpConnection(stream, {asked, limits, authenticator, nullptr}, budgets, addresses, presence)
+        .serve();
     EXPECT_EQ(user, "fred");
     EXPECT_EQ(local, "127.0.0.1:5988");
 }
@@ -183,7 +185,8 @@ TEST_F(HttpConnectionTest, AnswersForAHandlerThatThrows) {
     for (const std::string body : {"int", "exception"}) {
         stream.sent.clear();
         stream.incoming = {post(body), post(body)};
-        HttpConnection(stream, {throwing, limits, nullptr, nullptr}, addresses, presence).serve();
+        HttpConnection(stream, {throwing, limits, nullptr, nullptr}, budgets, addresses, presence)
+            .serve();
         EXPECT_EQ(statusOf(stream.sent), 500);
         EXPECT_EQ(headerOf(stream.sent, "Content-Length"), "0");
         EXPECT_EQ(stream.sendCount, throwing.calls);
@@ -196,7 +199,8 @@ TEST_F(HttpConnectionTest, BreaksAReplyThatFailsOnItsWay) {
         throw std::runtime_error("broken");
     });
     stream.incoming = {post(""), post("")};
-    HttpConnection(stream, {throwing, limits, nullptr, nullptr}, addresses, presence).serve();
+    HttpConnection(stream, {throwing, limits, nullptr, nullptr}, budgets, addresses, presence)
+        .serve();
     EXPECT_EQ(statusOf(stream.sent), 200);
     EXPECT_THAT(stream.sent, testing::Not(HasSubstr("\r\n0\r\n\r\n")))
         << "no end that the client could trust";
@@ -215,14 +219,15 @@ TEST_F(HttpConnectionTest, EndsTheOperationWhenTheClientIsGone) {
     });
     stream.isLost = true;
     stream.incoming = {post("")};
-    HttpConnection(stream, {writing, limits, nullptr, nullptr}, addresses, presence).serve();
+    HttpConnection(stream, {writing, limits, nullptr, nullptr}, budgets, addresses, presence)
+        .serve();
     EXPECT_TRUE(isThrown);
 }
 
 TEST_F(HttpConnectionTest, RefusesWithoutReading) {
     const HttpServices services{handler, limits, nullptr, nullptr};
     stream.incoming = {post("one")};
-    HttpConnection(stream, services, addresses, presence).refuse(503);
+    HttpConnection(stream, services, budgets, addresses, presence).refuse(503);
     EXPECT_EQ(statusOf(stream.sent), 503);
     EXPECT_EQ(headerOf(stream.sent, "Connection"), "close");
     EXPECT_EQ(handler.calls, 0);

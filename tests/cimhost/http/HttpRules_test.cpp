@@ -21,7 +21,8 @@ struct HttpRulesTest : testing::Test {
 
     std::string refusal(int status) {
         MemoryStream stream;
-        HttpReply reply(stream, {});
+        SpoolStore store(0, 0);
+        HttpReply reply(stream, store, {});
         refuse(reply, status);
         reply.finish();
         return stream.sent;

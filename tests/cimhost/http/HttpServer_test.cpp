@@ -182,17 +182,43 @@ TEST(HttpServer, GivesARequestNoMoreTimeForAByteNowAndThen) {
     trickle.join();
 }
 
+TEST(HttpServer, KeepsNoHandlerWaitingForAClientThatDoesNotRead) {
+    LongReply reply;
+    HttpLimits limits;
+    limits.spoolMemoryBytes = 1'000'000;
+    TestServer server(std::ref(reply), limits);
+    RawClient client(server.port());
+    client.send(post(""));
+    EXPECT_TRUE(await([&] { return reply.written == 1; }));
+    EXPECT_EQ(bodyOf(client.readReply()), LongReply::text()) << "at its own pace it has all of it";
+    client.send(post(""));
+    EXPECT_EQ(bodyOf(client.readReply()), LongReply::text());
+}
+
 TEST(HttpServer, GivesUpOnAClientThatDoesNotRead) {
+    LongReply reply;
     HttpLimits limits;
     limits.replyTime = milliseconds(50);
+    TestServer server(std::ref(reply), limits);
+    const std::size_t before = openDescriptors();
+    RawClient client(server.port());
+    client.send(post(""));
+    EXPECT_TRUE(await([&] { return reply.written == 1; }));
+    EXPECT_TRUE(server.awaitConnections(0));
+    EXPECT_LE(openDescriptors(), before + 1) << "the client's own, and no file";
+}
+
+TEST(HttpServer, BreaksAReplyThatFindsNoRoomToWait) {
     std::atomic<bool> isThrown = false;
+    HttpLimits limits;
+    limits.spoolMemoryBytes = 1'000'000;
+    limits.spoolDiskBytes = 1'000'000;
     TestServer server(
         [&](const HttpRequest&, HttpReply& reply) {
-            const std::string piece(100'000, 'x');
             try {
-                for (int i = 0; i < 10'000; ++i) reply.write(piece);
-            } catch (const StreamError& error) {
-                isThrown = error.kind() == StreamError::Kind::timeout;
+                for (;;) reply.write(std::string(100'000, 'x'));
+            } catch (const SpoolError& error) {
+                isThrown = error.kind() == SpoolError::Kind::full;
                 throw;
             }
         },
@@ -200,7 +226,8 @@ TEST(HttpServer, GivesUpOnAClientThatDoesNotRead) {
     RawClient client(server.port());
     client.send(post(""));
     EXPECT_TRUE(await([&] { return isThrown.load(); }));
-    EXPECT_TRUE(server.awaitConnections(0));
+    EXPECT_EQ(client.readAll().find("\r\n0\r\n\r\n"), std::string::npos)
+        << "no end that the client could trust";
 }
 
 TEST(HttpServer, EndsTheOperationOfAClientThatVanishes) {

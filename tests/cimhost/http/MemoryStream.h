@@ -15,8 +15,10 @@ public:
     std::deque<std::string> incoming;
     std::string sent;
     std::size_t sendCount = 0;
+    std::size_t waits = 0;  ///< sends that may have waited for the peer
     bool isSilent = false;  ///< after `incoming`, nothing comes until the deadline
     bool isLost = false;    ///< each send fails
+    std::size_t takesAtOnce = std::string::npos;  ///< so many bytes without a wait, and no more
     bool hasEnded = false;
 
     void establish(Clock::time_point) override {}
@@ -38,7 +40,21 @@ public:
     void send(std::span<const std::string_view> pieces, Clock::time_point) override {
         if (isLost) throw StreamError(StreamError::Kind::lost, "gone");
         ++sendCount;
+        ++waits;
         for (const std::string_view piece : pieces) sent.append(piece);
+    }
+
+    std::size_t trySend(std::span<const std::string_view> pieces) override {
+        if (isLost) throw StreamError(StreamError::Kind::lost, "gone");
+        ++sendCount;
+        std::size_t taken = 0;
+        for (const std::string_view piece : pieces) {
+            const std::string_view part = piece.substr(0, takesAtOnce);
+            sent.append(part);
+            taken += part.size();
+            if (takesAtOnce != std::string::npos) takesAtOnce -= part.size();
+        }
+        return taken;
     }
 
     void endSending() noexcept override { hasEnded = true; }

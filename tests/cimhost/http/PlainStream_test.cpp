@@ -69,6 +69,22 @@ TEST_F(PlainStreamTest, SaysThatThePeerIsGoneAndRaisesNoSignal) {
     EXPECT_EQ(failureOf([&] { send(stream(), {"x"}, in(1000)); }), StreamError::Kind::lost);
 }
 
+TEST_F(PlainStreamTest, SendsNoMoreThanThePeerTakesWithoutAWait) {
+    const std::string_view parts[] = {"one ", "", "two"};
+    EXPECT_EQ(stream().trySend(parts), 7U);
+    const std::string much(10'000'000, 'x');
+    const std::string_view piece = much;
+    const std::size_t taken = stream().trySend({&piece, 1});
+    EXPECT_GT(taken, 0U);
+    EXPECT_LT(taken, much.size());
+    EXPECT_EQ(stream().trySend({&piece, 1}), 0U);
+    std::array<char, 100> buffer;
+    EXPECT_EQ(std::string_view(buffer.data(), peer().receive(buffer, in(1000))).substr(0, 8),
+              "one twox");
+    theirs.reset();
+    EXPECT_EQ(failureOf([&] { stream().trySend({&piece, 1}); }), StreamError::Kind::lost);
+}
+
 TEST_F(PlainStreamTest, SendsMoreThanTheSystemTakesAtOnce) {
     std::string much;
     for (int i = 0; i < 2'000'000; ++i) much += static_cast<char>('a' + i % 23);

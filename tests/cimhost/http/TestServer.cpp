@@ -5,6 +5,23 @@
 
 namespace cimhost {
 
+std::string LongReply::text() {
+    std::string whole;
+    for (char letter = 'a'; whole.size() < bytes;
+         letter = static_cast<char>(letter == 'z' ? 'a' : letter + 1)) {
+        whole.append(99, letter);
+    }
+    return whole;
+}
+
+void LongReply::operator()(const HttpRequest&, HttpReply& reply) {
+    const std::string whole = text();
+    for (std::size_t at = 0; at < whole.size(); at += 10'000) {
+        reply.write(std::string_view(whole).substr(at, 10'000));
+    }
+    ++written;
+}
+
 bool TestServer::awaitConnections(std::size_t count) const {
     return await([this, count] { return server.connectionCount() == count; });
 }

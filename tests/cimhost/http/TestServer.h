@@ -32,6 +32,16 @@ private:
     Function _function;
 };
 
+/// A handler that writes so much that no socket's buffers hold it, and tells when it has.
+struct LongReply {
+    static constexpr std::size_t bytes = 20'000'000;
+    std::atomic<int> written = 0;
+
+    void operator()(const HttpRequest&, HttpReply& reply);
+    /// What it writes.
+    static std::string text();
+};
+
 /// A running server on a free port.
 struct TestServer {
     TestHandler handler;

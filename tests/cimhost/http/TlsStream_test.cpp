@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdio>
 #include <list>
 
@@ -87,6 +88,30 @@ TEST_F(TlsStreamTest, KeepsAConnectionForManyRequests) {
     EXPECT_THAT(curl(server.port(), "-v --data one" + url + "1" + url + "2"),
                 HasSubstr("Re-using existing connection"));
     EXPECT_EQ(server.handler.calls, 3);
+}
+
+TEST_F(TlsStreamTest, KeepsNoHandlerWaitingForAClientThatDoesNotRead) {
+    const TlsContext context(certificate, key);
+    LongReply reply;
+    HttpLimits limits;
+    limits.spoolMemoryBytes = 1'000'000;
+    TestServer server(std::ref(reply), limits, nullptr, &context);
+    const std::filesystem::path request =
+        folder.write("request", post("", "Connection: close\r\n"));
+    const std::string command =
+        "openssl s_client -quiet -connect 127.0.0.1:" + std::to_string(server.port()) +
+        " 2>/dev/null <" + request.string();
+    FILE* const pipe = popen(command.c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    EXPECT_TRUE(await([&] { return reply.written == 1; }));
+    std::string received;  // only now does anybody read it
+    std::array<char, 65536> bytes;
+    for (std::size_t count = 1; count > 0;) {
+        count = std::fread(bytes.data(), 1, bytes.size(), pipe);
+        received.append(bytes.data(), count);
+    }
+    pclose(pipe);
+    EXPECT_TRUE(bodyOf(received) == LongReply::text()) << received.substr(0, 500);
 }
 
 TEST_F(TlsStreamTest, RefusesOldProtocols) {

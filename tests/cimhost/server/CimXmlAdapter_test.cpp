@@ -1,5 +1,6 @@
 #include "cimhost/server/CimXmlAdapter.h"
 
+#include "cimhost/repository/CimError.h"
 #include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/ObjectManager.h"
 #include "tests/cimhost/http/MemoryStream.h"
@@ -16,7 +17,8 @@ using testing::HasSubstr;
 
 struct CimXmlHttpReplyTest : testing::Test {
     MemoryStream stream;
-    HttpReply http{stream, {}};
+    SpoolStore store{0, 0};
+    HttpReply http{stream, store, {}};
     CimXmlHttpReply reply{http};
 };
 
@@ -67,6 +69,39 @@ TEST_F(CimXmlHttpReplyTest, EndsAReplyThatFailsHalfWayWithTrailers) {
                          "CIMStatusCodeDescription: 100%25 gone%0D%0Afor %C3%BC\r\n\r\n"));
 }
 
+TEST_F(CimXmlHttpReplyTest, StartsAnewWhatAllWaitsStill) {
+    SpoolStore roomy{200'000, 0};
+    HttpReply waiting{stream, roomy, {}};
+    CimXmlHttpReply fresh{waiting};
+    stream.takesAtOnce = 0;
+    fresh.write(std::string(150'000, 'x'));
+    EXPECT_TRUE(fresh.restart());
+    fresh.write("<ERROR/>");
+    waiting.finish();
+    EXPECT_EQ(bodyOf(stream.sent), "<ERROR/>");
+    EXPECT_EQ(headerOf(stream.sent, "CIMOperation"), "MethodResponse");
+}
+
+TEST_F(CimXmlHttpReplyTest, SaysAsACimErrorThatNoMoreOfAReplyCanWait) {
+    const auto failureOf = [this](SpoolStore& small) {
+        HttpReply waiting{stream, small, {}};
+        CimXmlHttpReply slow{waiting};
+        stream.takesAtOnce = 10;
+        try {
+            slow.write(std::string(150'000, 'x'));
+        } catch (const CimError& error) {
+            return std::to_string(static_cast<int>(error.code())) + " " + error.what();
+        }
+        return std::string();
+    };
+    EXPECT_EQ(failureOf(store),
+              "27 the client reads too slowly, and no more of the reply can wait for it");
+    SpoolStore broken{0, 1'000'000, "/nowhere"};
+    EXPECT_EQ(failureOf(broken),
+              "1 the client reads too slowly, and the reply cannot wait for it: cannot make a "
+              "temporary file in /nowhere: No such file or directory");
+}
+
 TEST_F(CimXmlHttpReplyTest, TellsTheLogHowAnOperationFailed) {
     reply.noteFailure(6);
     EXPECT_EQ(http.notes().outcome, "6");
@@ -77,7 +112,8 @@ struct CimXmlAdapterTest : testing::Test {
     Repository repository;
     ObjectManager manager{repository, {}, {}, log};
     MemoryStream stream;
-    HttpReply reply{stream, {}};
+    SpoolStore store{0, 0};
+    HttpReply reply{stream, store, {}};
 };
 
 TEST_F(CimXmlAdapterTest, HandsHeadersAndBodyOverAndTheReplyBack) {

@@ -42,6 +42,8 @@ TEST_F(ServeOptionsTest, HasTheDocumentedLimits) {
     EXPECT_EQ(limits.fieldCount, 100U);
     EXPECT_EQ(limits.bodyBytes, 10485760U);
     EXPECT_EQ(limits.connections, 128U);
+    EXPECT_EQ(limits.spoolMemoryBytes, 33554432U);
+    EXPECT_EQ(limits.spoolDiskBytes, 4294967296U);
     EXPECT_EQ(limits.idleTime, milliseconds(30'000));
     EXPECT_EQ(limits.requestTime, milliseconds(10'000));
 }
@@ -67,13 +69,16 @@ TEST_F(ServeOptionsTest, TakesTheMannerOfDelivery) {
 
 TEST_F(ServeOptionsTest, TakesLimits) {
     const HttpLimits limits = parse({"--max-connections", "3", "--max-body", "1000", "--idle-time",
-                                     "0.5", "--request-time", "2", "--reply-time", "1.25"})
+                                     "0.5", "--request-time", "2", "--reply-time", "1.25",
+                                     "--spool-memory", "7", "--spool-disk", "0"})
                                   .limits;
     EXPECT_EQ(limits.connections, 3U);
     EXPECT_EQ(limits.bodyBytes, 1000U);
     EXPECT_EQ(limits.idleTime, milliseconds(500));
     EXPECT_EQ(limits.requestTime, milliseconds(2000));
     EXPECT_EQ(limits.replyTime, milliseconds(1250));
+    EXPECT_EQ(limits.spoolMemoryBytes, 7U);
+    EXPECT_EQ(limits.spoolDiskBytes, 0U);
 }
 
 TEST_F(ServeOptionsTest, RefusesWhatMakesNoSense) {
@@ -82,6 +87,8 @@ TEST_F(ServeOptionsTest, RefusesWhatMakesNoSense) {
                                                {"--port", "-1"},
                                                {"--port", "x"},
                                                {"--max-connections", "0"},
+                                               {"--spool-memory", "-1"},
+                                               {"--spool-disk", "much"},
                                                {"--idle-time", "0"},
                                                {"--idle-time", "-1"},
                                                {"--log-level", "loud"},
