@@ -54,6 +54,7 @@ bool HttpConnection::_serveRequest() {
     _refusal = 0;
     _bodyBytes = 0;
     _waitBegin = Clock::now();
+    _presence.sendingSince = 0;
     _presence.waitingSince = _waitBegin.time_since_epoch().count();
     if (!_receiveRequest()) return false;
     _presence.waitingSince = 0;
@@ -141,7 +142,8 @@ void HttpConnection::_endHere(int status) {
 bool HttpConnection::_answer() {
     const HttpRequest& request = _parser.request();
     const bool keepAlive = !_closes && request.keepAlive && _presence.endStatus == 0;
-    HttpReply reply(_stream, _budgets.spool, {request.isHttp11, keepAlive, _limits.replyTime});
+    HttpReply reply(_stream, _budgets.spool,
+                    {request.isHttp11, keepAlive, _limits.replyTime, &_presence});
     const Clock::time_point start = Clock::now();
     try {
         _fill(reply);
@@ -161,6 +163,7 @@ void HttpConnection::_fill(HttpReply& reply) {
     } else {
         _callHandler(reply);
     }
+    _presence.sendingSince = Clock::now().time_since_epoch().count();
     reply.finish();
 }
 

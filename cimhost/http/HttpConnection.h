@@ -4,9 +4,9 @@
 #include "cimhost/http/HttpHandler.h"
 #include "cimhost/http/HttpLimits.h"
 #include "cimhost/http/HttpParser.h"
+#include "cimhost/http/HttpPresence.h"
 #include "cimhost/http/Stream.h"
 
-#include <atomic>
 #include <memory>
 #include <string>
 
@@ -26,16 +26,6 @@ struct HttpBudgets {
 
     explicit HttpBudgets(const HttpLimits& limits)
         : spool(limits.spoolMemoryBytes, limits.spoolDiskBytes, limits.spoolFolder) {}
-};
-
-/// What a connection tells the server that holds it, and the other way round. Each member is
-/// atomic.
-struct HttpPresence {
-    /// When the wait for the client began (Clock ticks); 0 while a request is worked on.
-    std::atomic<Clock::rep> waitingSince{0};
-    /// The status for a request that is cut off half-way because the server wants the connection to
-    /// end; 0 while it does not.
-    std::atomic<int> endStatus{0};
 };
 
 struct HttpAddresses {

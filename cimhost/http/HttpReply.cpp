@@ -152,6 +152,9 @@ void HttpReply::_beginHead(int status) {
 /// Hands over what the client takes at once; the rest has to wait, and we do not.
 void HttpReply::_pass(std::initializer_list<std::string_view> pieces) {
     if (_isCut) throw SpoolError(SpoolError::Kind::full, "the reply was cut off already");
+    if (_manner.presence && _manner.presence->isHurried) {
+        throw StreamError(StreamError::Kind::lost, "the server ends");
+    }
     const std::span<const std::string_view> all(pieces.begin(), pieces.size());
     std::size_t taken = 0;
     try {
@@ -192,7 +195,9 @@ void HttpReply::_sendSpooled() try {
 
 void HttpReply::_send(std::initializer_list<std::string_view> pieces) {
     for (const std::string_view piece : pieces) _sentBytes += piece.size();
-    _stream.send({pieces.begin(), pieces.size()}, Clock::now() + _manner.sendTime);
+    const Clock::time_point now = Clock::now();
+    if (_manner.presence) _manner.presence->waitingSince = now.time_since_epoch().count();
+    _stream.send({pieces.begin(), pieces.size()}, now + _manner.sendTime);
 }
 
 std::string_view reasonPhrase(int status) noexcept {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cimhost/http/HttpPresence.h"
 #include "cimhost/http/Spool.h"
 #include "cimhost/http/Stream.h"
 
@@ -37,6 +38,7 @@ public:
         bool isHttp11 = true;
         bool keepAlive = true;
         std::chrono::milliseconds sendTime{30'000};  ///< for each buffer
+        HttpPresence* presence = nullptr;            ///< told of waits, asked for hurry
     };
 
     /// The stream and the store outlive the reply.

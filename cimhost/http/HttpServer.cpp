@@ -121,7 +121,7 @@ bool HttpServer::_evictLongestWaiting() {
     }
     if (!longest) return false;
     longest->presence.endStatus = 408;
-    shutdown(longest->socket.get(), SHUT_RD);
+    shutdown(longest->socket.get(), longest->presence.sendingSince == 0 ? SHUT_RD : SHUT_RDWR);
     return true;
 }
 
@@ -170,6 +170,19 @@ bool HttpServer::_waitForEnd(std::chrono::milliseconds time) {
     return _ended.wait_for(lock, time, [this] { return _connections.empty(); });
 }
 
+/// Ends what waits for a client to take a reply, and what will.
+void HttpServer::_hurry() {
+    const Clock::rep since = (Clock::now() - _hurryTime).time_since_epoch().count();
+    const std::lock_guard lock(_mutex);
+    for (Connection& connection : _connections) {
+        connection.presence.isHurried = true;
+        const Clock::rep sendingSince = connection.presence.sendingSince;
+        if (sendingSince != 0 && sendingSince <= since) {
+            shutdown(connection.socket.get(), SHUT_RDWR);
+        }
+    }
+}
+
 bool HttpServer::stop(std::chrono::milliseconds grace) {
     constexpr std::chrono::milliseconds breakTime{500};
     _stopping = true;
@@ -183,7 +196,12 @@ bool HttpServer::stop(std::chrono::milliseconds grace) {
             shutdown(connection.socket.get(), SHUT_RD);
         }
     }
-    bool allEnded = _waitForEnd(grace);
+    const Clock::time_point end = Clock::now() + grace;
+    bool allEnded = _waitForEnd(std::min(grace, _sendGrace));
+    while (!allEnded && Clock::now() < end) {
+        _hurry();
+        allEnded = _waitForEnd(_hurryTime);
+    }
     if (!allEnded) {
         {
             const std::lock_guard lock(_mutex);

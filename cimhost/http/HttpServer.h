@@ -16,8 +16,8 @@ class TlsContext;
 /// Accepts connections and serves each on a thread of its own, up to the limit.
 ///
 /// One connection more is answered 503, unless another has kept us waiting for its client: then
-/// that one ends and the new one is served, so that idle or trickling clients cannot lock others
-/// out. start() and stop() are called by one thread.
+/// that one ends and the new one is served, so that clients that idle, trickle or do not read
+/// cannot lock others out. start() and stop() are called by one thread.
 class HttpServer {
 public:
     /// The services, the TLS context (none: plain HTTP) and what they point to outlive the server.
@@ -33,8 +33,9 @@ public:
     void start();
 
     /// Accepts no more, ends connections that wait for their client, and lets requests that are
-    /// worked on finish. Those that still run after `grace` lose their connection. False when a
-    /// handler has not returned even so; the server must not be destroyed then.
+    /// worked on finish. After 400 ms no client is waited for: what has not left of a reply is
+    /// dropped. Requests that still run after `grace` lose their connection. False when a handler
+    /// has not returned even so; the server must not be destroyed then.
     bool stop(std::chrono::milliseconds grace);
 
     const ListenSocket& listener() const noexcept { return _listener; }
@@ -60,9 +61,12 @@ private:
     void _end(Connections::iterator connection) noexcept;
     void _joinEnded();
     void _wake() const noexcept;
+    void _hurry();
     bool _waitForEnd(std::chrono::milliseconds time);
 
     static constexpr std::size_t _refusedAtOnce = 16;
+    static constexpr std::chrono::milliseconds _sendGrace{400};
+    static constexpr std::chrono::milliseconds _hurryTime{50};
 
     ListenSocket _listener;
     HttpServices _services;

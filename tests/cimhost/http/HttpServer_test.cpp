@@ -113,6 +113,30 @@ TEST(HttpServer, MakesRoomByEndingTheConnectionThatWaitedLongest) {
     EXPECT_EQ(bodyOf(older.readReply()), "still");
 }
 
+TEST(HttpServer, MakesRoomByEndingAReplyThatNobodyReads) {
+    LongReply longReply;
+    TestServer server(
+        [&](const HttpRequest& request, HttpReply& reply) {
+            if (request.body == "long") return longReply(request, reply);
+            reply.write(request.body);
+        },
+        with(2, milliseconds(0)));
+    RawClient reading(server.port());
+    reading.send(post("first"));
+    EXPECT_EQ(bodyOf(reading.readReply()), "first");
+    RawClient stalled(server.port());
+    stalled.send(post("long"));
+    ASSERT_TRUE(await([&] { return longReply.written == 1; }));
+    std::this_thread::sleep_for(milliseconds(50));
+    reading.send(post("again"));
+    EXPECT_EQ(bodyOf(reading.readReply()), "again");
+    RawClient newest(server.port());
+    newest.send(post("served"));
+    EXPECT_EQ(bodyOf(newest.readReply()), "served");
+    reading.send(post("still"));
+    EXPECT_EQ(bodyOf(reading.readReply()), "still");
+}
+
 TEST(HttpServer, DoesNotEndAConnectionThatIsWorkedFor) {
     Barrier barrier;
     TestServer server(
@@ -286,6 +310,50 @@ TEST(HttpServer, BreaksAReplyThatNobodyReadsWhenItStops) {
     client.send(post(""));
     ASSERT_TRUE(await([&] { return server.handler.calls == 1; }));
     EXPECT_TRUE(server.server.stop(milliseconds(20)));
+}
+
+TEST(HttpServer, WaitsForNoClientThatDoesNotReadWhenItStops) {
+    LongReply reply;
+    TestServer server(std::ref(reply));
+    RawClient client(server.port());
+    client.send(post(""));
+    ASSERT_TRUE(await([&] { return reply.written == 1; }));
+    const Clock::time_point begin = Clock::now();
+    EXPECT_TRUE(server.server.stop(seconds(60)));
+    EXPECT_LT(Clock::now() - begin, seconds(20));
+}
+
+TEST(HttpServer, EndsALongReplyThatIsStillMadeWhenItStops) {
+    TestServer server([](const HttpRequest&, HttpReply& reply) {
+        for (;;) {
+            reply.write(std::string(10'000, 'x'));
+            std::this_thread::sleep_for(milliseconds(1));
+        }
+    });
+    RawClient client(server.port());
+    client.send(post(""));
+    ASSERT_TRUE(await([&] { return server.handler.calls == 1; }));
+    const Clock::time_point begin = Clock::now();
+    EXPECT_TRUE(server.server.stop(seconds(60)));
+    EXPECT_LT(Clock::now() - begin, seconds(20));
+}
+
+TEST(HttpServer, StillAnswersARequestThatTakesItsTimeWhenItStops) {
+    Barrier barrier;
+    TestServer server([&](const HttpRequest&, HttpReply& reply) {
+        barrier.wait();
+        reply.write("late");
+    });
+    RawClient client(server.port());
+    client.send(post(""));
+    ASSERT_TRUE(await([&] { return barrier.waiting() == 1; }));
+    bool isStopped = false;
+    std::thread stop([&] { isStopped = server.server.stop(seconds(60)); });
+    std::this_thread::sleep_for(milliseconds(700));
+    barrier.open();
+    EXPECT_EQ(bodyOf(client.readReply()), "late");
+    stop.join();
+    EXPECT_TRUE(isStopped);
 }
 
 TEST(HttpServer, SaysWhenAHandlerDoesNotReturn) {
