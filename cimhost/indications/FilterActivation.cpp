@@ -95,7 +95,7 @@ public:
                                          const CMPISelectExp*, const char*, const CMPIObjectPath*);
             const auto older =
                 reinterpret_cast<Older>(reinterpret_cast<void*>(use.get()->ft->mustPoll));
-            _call.tellAs(use, older, _filter, _className.c_str(), _path);
+            _call.tellAs(use, "mustPoll", older, _filter, _className.c_str(), _path);
             return false;
         }
         _call.run(use, &CMPIIndicationMIFT::mustPoll, _filter, _className.c_str(), _path);

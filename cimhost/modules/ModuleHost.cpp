@@ -1,6 +1,7 @@
 #include "cimhost/modules/ModuleHost.h"
 
 #include "cimhost/modules/ProviderStatus.h"
+#include "cimhost/modules/RunningCall.h"
 #include "cimhost/objects/Broker.h"
 #include "cimhost/repository/CimError.h"
 
@@ -138,7 +139,7 @@ MiUse<MI> ModuleHost::use(const Registration& registration) {
                                     : _providers.at(sharersOf(_broker.manner(), registration)));
     auto& slot = std::get<TypedSlot<MI>>(provider.slots);
     if (!slot.gate.enter()) _start(provider, slot);
-    return MiUse<MI>(slot.mi, slot.gate, provider.name);
+    return MiUse<MI>(slot.mi, slot.gate, provider.module.name, provider.name);
 }
 
 template MiUse<CMPIInstanceMI> ModuleHost::use(const Registration&);
@@ -190,6 +191,7 @@ MI* ModuleHost::_create(Provider& provider) {
     CMPIStatus status{CMPI_RC_OK, nullptr};
     const CMPIContext* const context = makeStartContext(_broker, request);
     MI* const mi = callProvider(provider.name, [&] {
+        const RunningCall running({provider.module.name, provider.name, "factory", {}}, nullptr);
         return factory(_broker.handle(), context, provider.name.c_str(), &status);
     });
     if (!mi) refuseCreation(provider.name, kind, status);
@@ -222,7 +224,10 @@ CMPIStatus ModuleHost::_cleanUp(Slot& slot, bool isTerminating) noexcept {
         RequestContext request;
         request.nameSpace = slot.provider->nameSpace;
         const CMPIContext* const context = makeStartContext(_broker, request);
-        status = callProvider(name, [&] { return slot.cleanUp(context, isTerminating); });
+        status = callProvider(name, [&] {
+            const RunningCall running({slot.provider->module.name, name, "cleanup", {}}, nullptr);
+            return slot.cleanUp(context, isTerminating);
+        });
         const bool stays = status.rc == CMPI_RC_DO_NOT_UNLOAD || status.rc == CMPI_RC_NEVER_UNLOAD;
         if (isTerminating || !stays) requireSuccess(status, name);
     } catch (const std::exception& error) {

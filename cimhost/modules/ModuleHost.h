@@ -24,21 +24,26 @@ template <typename MI>
 class MiUse {
 public:
     /// The call has entered the gate already.
-    MiUse(MI* mi, CallGate& gate, std::string_view provider) noexcept
-        : _mi(mi), _gate(&gate), _provider(provider) {}
+    MiUse(MI* mi, CallGate& gate, std::string_view module, std::string_view provider) noexcept
+        : _mi(mi), _gate(&gate), _module(module), _provider(provider) {}
     MiUse(MiUse&& other) noexcept
-        : _mi(other._mi), _gate(std::exchange(other._gate, nullptr)), _provider(other._provider) {}
+        : _mi(other._mi),
+          _gate(std::exchange(other._gate, nullptr)),
+          _module(other._module),
+          _provider(other._provider) {}
     MiUse& operator=(MiUse&&) = delete;
     ~MiUse() {
         if (_gate) _gate->leave();
     }
 
     MI* get() const noexcept { return _mi; }
+    std::string_view module() const noexcept { return _module; }
     std::string_view provider() const noexcept { return _provider; }
 
 private:
     MI* _mi;
     CallGate* _gate;
+    std::string_view _module;
     std::string_view _provider;
 };
 

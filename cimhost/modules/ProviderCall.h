@@ -1,13 +1,18 @@
 #pragma once
 
 #include "cimhost/modules/ModuleHost.h"
+#include "cimhost/modules/OperationName.h"
 #include "cimhost/modules/ProviderStatus.h"
+#include "cimhost/modules/RunningCall.h"
 #include "cimhost/objects/Broker.h"
 #include "cimhost/objects/Objects.h"
 
 #include <exception>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 namespace cimhost {
@@ -64,9 +69,8 @@ public:
     template <typename MI, typename Table, typename Function, typename... Arguments>
     void run(const MiUse<MI>& use, Function Table::*slot, Arguments... arguments) {
         _requireSlot(use, slot);
-        const CMPIStatus status = callProvider(use.provider(), [&] {
-            return (use.get()->ft->*slot)(use.get(), _context, _result, arguments...);
-        });
+        const CMPIStatus status =
+            _call(use, operationName(slot), use.get()->ft->*slot, _result, arguments...);
         if (const std::exception_ptr failure = failureOf(_result)) std::rethrow_exception(failure);
         requireSuccess(status, use.provider(), _result);
     }
@@ -75,14 +79,14 @@ public:
     template <typename MI, typename Table, typename Function, typename... Arguments>
     void tell(const MiUse<MI>& use, Function Table::*slot, Arguments... arguments) {
         _requireSlot(use, slot);
-        tellAs(use, use.get()->ft->*slot, arguments...);
+        tellAs(use, operationName(slot), use.get()->ft->*slot, arguments...);
     }
 
     /// The same for a function that is known already.
     template <typename MI, typename Function, typename... Arguments>
-    void tellAs(const MiUse<MI>& use, Function function, Arguments... arguments) {
-        const CMPIStatus status = callProvider(
-            use.provider(), [&] { return function(use.get(), _context, arguments...); });
+    void tellAs(const MiUse<MI>& use, std::string_view operation, Function function,
+                Arguments... arguments) {
+        const CMPIStatus status = _call(use, operation, function, arguments...);
         requireSuccess(status, use.provider());
     }
 
@@ -92,6 +96,37 @@ private:
     ProviderCall(const Broker& broker, const RequestContext& request, ResultSink& sink,
                  MakeContext make)
         : _context(make(broker, request)), _result(makeResult(broker, sink)) {}
+
+    template <typename MI, typename Function, typename... Arguments>
+    CMPIStatus _call(const MiUse<MI>& use, std::string_view operation, Function function,
+                     Arguments... arguments) {
+        const AskedOfProvider asked{use.module(), use.provider(), operation,
+                                    _methodAmong<MI>(arguments...)};
+        const RunningCall running(asked, _pathAmong(arguments...));
+        return callProvider(use.provider(),
+                            [&] { return function(use.get(), _context, arguments...); });
+    }
+
+    // The first path among the arguments is what the call is about.
+    static const ObjectPath* _pathAmong() noexcept { return nullptr; }
+    template <typename First, typename... Rest>
+    static const ObjectPath* _pathAmong(First first, Rest... rest) {
+        if constexpr (std::is_convertible_v<First, const CMPIObjectPath*> &&
+                      !std::is_null_pointer_v<First>) {
+            return first ? &modelOf(first) : nullptr;
+        } else {
+            return _pathAmong(rest...);
+        }
+    }
+
+    template <typename MI, typename... Arguments>
+    static std::string_view _methodAmong(Arguments... arguments) noexcept {
+        if constexpr (std::is_same_v<MI, CMPIMethodMI> && sizeof...(Arguments) > 2) {
+            return std::get<2>(std::make_tuple(arguments...));
+        } else {
+            return {};
+        }
+    }
 
     template <typename MI, typename Slot>
     static void _requireSlot(const MiUse<MI>& use, Slot slot) {

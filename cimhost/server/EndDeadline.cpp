@@ -1,5 +1,7 @@
 #include "cimhost/server/EndDeadline.h"
 
+#include "cimhost/modules/RunningCall.h"
+
 #include <cstdlib>
 
 namespace cimhost {
@@ -19,6 +21,7 @@ EndDeadline::~EndDeadline() {
 void EndDeadline::_watch(std::chrono::milliseconds time) noexcept {
     std::unique_lock lock(_mutex);
     if (_changed.wait_for(lock, time, [this] { return _isReached; })) return;
+    logHangingCalls(_log);
     _log.write(BrokerLog::Level::error, "cimhost",
                "a module's clean-up does not return; leaving without it");
     std::_Exit(1);

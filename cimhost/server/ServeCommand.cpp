@@ -1,6 +1,8 @@
 #include "cimhost/http/BasicAuth.h"
 #include "cimhost/http/HttpServer.h"
 #include "cimhost/http/TlsStream.h"
+#include "cimhost/modules/CrashWords.h"
+#include "cimhost/modules/RunningCall.h"
 #include "cimhost/server/Command.h"
 #include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/EndDeadline.h"
@@ -57,6 +59,7 @@ void announce(const HttpServer& server, bool usesTls) {
 
 /// Code of a module is still running: nothing that it may touch can be taken down in order.
 [[noreturn]] void leaveAtOnce(BrokerLog& log) {
+    logHangingCalls(log);
     log.write(BrokerLog::Level::error, "cimhost",
               "a request did not end in time; leaving without unloading its module");
     std::_Exit(1);
@@ -65,6 +68,7 @@ void announce(const HttpServer& server, bool usesTls) {
 int serve(const ServeOptions& options) {
     options.checkExposure();
     const EndSignals signals;
+    installCrashWords();
     ConsoleLog log(options.logLevel);
     std::optional<EndDeadline> deadline;  // outlives all that calls modules
     Repository repository;
