@@ -7,6 +7,7 @@ set(PYL_SUITES_WITH_THREADS
     platform_smbios_test
     test_baseserver
     test_cimhost_cimxml
+    test_cimhost_client
     test_cimhost_http
     test_cimhost_indications
     test_cimhost_modules

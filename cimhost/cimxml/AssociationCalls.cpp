@@ -14,8 +14,10 @@ std::string_view targetClass(const Element& target) noexcept {
                                                                : Attribute::className);
 }
 
-/// The class, when the target is one. Some clients name it by an instance without keys.
+/// The class, when the target is one. Some clients name it by an instance without keys; what is
+/// forwarded is an instance.
 const Class* readTargetClass(const Call& call, const Element& target) {
+    if (call.written != nullptr) return nullptr;
     const Class& definition = call.requireClass(targetClass(target));
     const bool isClass =
         target.tag() == Tag::className || (!target.firstChild() && definition.hasKeys());
@@ -32,11 +34,11 @@ Element readObjectName(const Parameters& parameters) {
     return parameters.required(Parameter::objectName, {Tag::className, Tag::instanceName});
 }
 
-using InstanceOperation = void (Operations::*)(const RequestContext&, const ObjectPath&,
-                                               const AssociationFilter&, const InstanceOptions&,
-                                               InstanceSink&);
-using NameOperation = void (Operations::*)(const RequestContext&, const ObjectPath&,
-                                           const AssociationFilter&, PathSink&);
+using InstanceOperation = void (CimOperations::*)(const RequestContext&, const ObjectPath&,
+                                                  const AssociationFilter&, const InstanceOptions&,
+                                                  InstanceSink&);
+using NameOperation = void (CimOperations::*)(const RequestContext&, const ObjectPath&,
+                                              const AssociationFilter&, PathSink&);
 using ClassQuery = std::vector<const Class*> (*)(const NameSpace&, const Class&,
                                                  const AssociationFilter&);
 
@@ -110,19 +112,19 @@ std::vector<const Class*> findReferencing(const NameSpace& nameSpace, const Clas
 }  // namespace
 
 void associators(Call& call, const Parameters& parameters) {
-    answerObjects(call, parameters, &Operations::associators, findAssociated);
+    answerObjects(call, parameters, &CimOperations::associators, findAssociated);
 }
 
 void associatorNames(Call& call, const Parameters& parameters) {
-    answerNames(call, parameters, &Operations::associatorNames, findAssociated);
+    answerNames(call, parameters, &CimOperations::associatorNames, findAssociated);
 }
 
 void references(Call& call, const Parameters& parameters) {
-    answerObjects(call, parameters, &Operations::references, findReferencing);
+    answerObjects(call, parameters, &CimOperations::references, findReferencing);
 }
 
 void referenceNames(Call& call, const Parameters& parameters) {
-    answerNames(call, parameters, &Operations::referenceNames, findReferencing);
+    answerNames(call, parameters, &CimOperations::referenceNames, findReferencing);
 }
 
 }  // namespace cimhost

@@ -5,7 +5,8 @@
 #include "cimhost/cimxml/ObjectWriter.h"
 #include "cimhost/cimxml/Parameters.h"
 #include "cimhost/cimxml/ReplyStream.h"
-#include "cimhost/operations/Operations.h"
+#include "cimhost/cimxml/WrittenModel.h"
+#include "cimhost/operations/CimOperations.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Repository.h"
 
@@ -15,13 +16,15 @@ namespace cimhost {
 
 /// All that the answer to one call is made from. Lives for one request on one thread.
 struct Call {
-    Operations& operations;
+    CimOperations& operations;
     const Repository& repository;
     const NameSpace& nameSpace;
     RequestContext context;
     ModelReader reader;
     ReplyStream& out;
     ObjectWriter writer;
+    const WrittenModel* written =
+        nullptr;  ///< of a request that is forwarded, whose reader is its own
 
     /// CimError `code` when the namespace has no class of this name.
     const Class& requireClass(std::string_view name, CimCode code = CimCode::invalidClass) const;

@@ -50,6 +50,7 @@ constexpr auto rules = std::to_array<ElementRule>({
     {Tag::multipleRequest, "MULTIREQ", {}, false, {any({Tag::simpleRequest})}},
     {Tag::nameSpace, "NAMESPACE", {A::name}, false, {}},
     {Tag::nameSpacePath, "NAMESPACEPATH", {}, false, {one({Tag::host}), one({Tag::localNameSpacePath})}},
+    {Tag::objectPath, "OBJECTPATH", {}, false, {one({Tag::instancePath, Tag::classPath})}},
     {Tag::parameter, "PARAMETER", {A::name, A::type}, false, {any({Tag::qualifier})}},
     {Tag::parameterArray, "PARAMETER.ARRAY", {A::name, A::type}, false, {any({Tag::qualifier})}},
     {Tag::parameterReferenceArray, "PARAMETER.REFARRAY", {A::name}, false, {any({Tag::qualifier})}},
@@ -60,6 +61,7 @@ constexpr auto rules = std::to_array<ElementRule>({
     {Tag::propertyReference, "PROPERTY.REFERENCE", {A::name}, false, {any({Tag::qualifier}), maybe({Tag::valueReference})}},
     {Tag::qualifier, "QUALIFIER", {A::name, A::type}, false, {maybe({Tag::value, Tag::valueArray})}},
     {Tag::qualifierDeclaration, "QUALIFIER.DECLARATION", {A::name, A::type}, false, {maybe({Tag::scope}), maybe({Tag::value, Tag::valueArray})}},
+    {Tag::returnValue, "RETURNVALUE", {}, false, {maybe({Tag::value, Tag::valueArray, Tag::valueReference, Tag::valueReferenceArray})}},
     {Tag::scope, "SCOPE", {}, false, {}},
     {Tag::simpleExportRequest, "SIMPLEEXPREQ", {}, false, {any({Tag::correlator}), one({Tag::exportCall})}},
     {Tag::simpleRequest, "SIMPLEREQ", {}, false, {any({Tag::correlator}), one({Tag::intrinsicCall, Tag::methodCall})}},
@@ -67,6 +69,7 @@ constexpr auto rules = std::to_array<ElementRule>({
     {Tag::valueArray, "VALUE.ARRAY", {}, false, {any({Tag::value, Tag::valueNull})}},
     {Tag::valueNamedInstance, "VALUE.NAMEDINSTANCE", {}, false, {one({Tag::instanceName}), one({Tag::instance})}},
     {Tag::valueNull, "VALUE.NULL", {}, false, {}},
+    {Tag::valueObjectWithPath, "VALUE.OBJECTWITHPATH", {}, false, {one({Tag::instancePath, Tag::classPath}), one({Tag::instance, Tag::classDefinition})}},
     {Tag::valueReferenceArray, "VALUE.REFARRAY", {}, false, {any({Tag::valueReference, Tag::valueNull})}},
     {Tag::valueReference, "VALUE.REFERENCE", {}, false, {one(paths)}},
 });
@@ -74,7 +77,7 @@ constexpr auto rules = std::to_array<ElementRule>({
 
 static_assert(std::ranges::is_sorted(rules, {}, &ElementRule::name));
 
-constexpr std::size_t tagCount = static_cast<std::size_t>(Tag::exportParameter) + 1;
+constexpr std::size_t tagCount = static_cast<std::size_t>(Tag::valueObjectWithPath) + 1;
 static_assert(rules.size() == tagCount && tagCount <= 64);
 
 // Where each tag's rule stands in the table above.
@@ -99,6 +102,7 @@ constexpr auto attributes = std::to_array<AttributeRow>({
     {"PARAMTYPE", A::parameterType},
     {"EmbeddedObject", A::embeddedObject},
     {"EMBEDDEDOBJECT", A::embeddedObject},  // an older spelling that clients still send
+    {"CLASSORIGIN", A::classOrigin},
     {"ID", A::id},
     {"PROTOCOLVERSION", A::protocolVersion},
     {"CIMVERSION", A::cimVersion},

@@ -7,8 +7,8 @@
 #include <optional>
 #include <string_view>
 
-/// The elements and attributes of CIM-XML requests, export requests included (DSP0203), and what
-/// may stand in each. Constant data; safe from several threads.
+/// The elements and attributes of CIM-XML requests, export requests included, and of the results in
+/// replies (DSP0203), and what may stand in each. Constant data; safe from several threads.
 namespace cimhost {
 
 enum class Tag : std::uint8_t {
@@ -55,9 +55,12 @@ enum class Tag : std::uint8_t {
     simpleExportRequest,
     exportCall,
     exportParameter,
+    returnValue,
+    objectPath,
+    valueObjectWithPath,
 };
 
-/// The attributes that a request's meaning depends on; all others are passed over.
+/// The attributes that the meaning of a message depends on; all others are passed over.
 enum class Attribute : std::uint8_t {
     cimVersion,
     dtdVersion,
@@ -69,6 +72,7 @@ enum class Attribute : std::uint8_t {
     valueType,
     parameterType,
     embeddedObject,
+    classOrigin,
 };
 
 class TagSet {

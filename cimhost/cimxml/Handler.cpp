@@ -99,6 +99,7 @@ RequestContext makeContext(const CimXmlRequest& request, const NameSpace& nameSp
     context.principal = request.principal;
     context.acceptLanguage = request.header("Accept-Language").value_or("");
     context.contentLanguage = request.header("Content-Language").value_or("");
+    context.isProviders = request.isForwarded;
     return context;
 }
 
@@ -127,17 +128,20 @@ const IntrinsicOperation* requireOperation(const Message& message) {
 }
 
 /// Writes the whole answer to `out`; throws what goes wrong.
-void answer(Operations& operations, const Repository& repository, const CimXmlRequest& request,
+void answer(CimOperations& operations, const Repository& repository, const CimXmlRequest& request,
             const Message& message, ReplyStream& out) {
     const IntrinsicOperation* const operation = requireOperation(message);
     const NameSpace& nameSpace = repository.get(nameSpaceOf(message));
+    std::optional<WrittenModel> written;
+    if (request.isForwarded) written.emplace(nameSpace.name());
     Call call{operations,
               repository,
               nameSpace,
               makeContext(request, nameSpace),
-              ModelReader(repository, nameSpace),
+              written ? written->reader() : ModelReader(repository, nameSpace),
               out,
-              ObjectWriter(out.buffer(), request.host, nameSpace.name(), message.wantsTypedKeys)};
+              ObjectWriter(out.buffer(), request.host, nameSpace.name(), message.wantsTypedKeys),
+              written ? &*written : nullptr};
     const Envelope envelope(out.buffer(), message);
     envelope.open();
     if (operation != nullptr) {
@@ -168,7 +172,7 @@ std::optional<Refusal> read(const CimXmlRequest& request, std::optional<XmlDocum
 
 }  // namespace
 
-CimXmlHandler::CimXmlHandler(Operations& operations, const Repository& repository)
+CimXmlHandler::CimXmlHandler(CimOperations& operations, const Repository& repository)
     : _operations(operations), _repository(repository) {}
 
 void CimXmlHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) const {
@@ -178,7 +182,7 @@ void CimXmlHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) con
         return reply.refuse(refusal->status, refusal->cimError);
     }
 
-    ReplyStream out(reply);
+    ReplyStream out(reply, request.isForwarded);
     Failure failure;
     try {
         return answer(_operations, _repository, request, *message, out);

@@ -6,7 +6,7 @@
 
 namespace cimhost {
 
-class Operations;
+class CimOperations;
 class Repository;
 
 /// One HTTP request as the CIM-XML layer needs it. Views are good until handle() returns.
@@ -16,6 +16,9 @@ struct CimXmlRequest {
     std::string_view body;
     std::string_view principal;  ///< authenticated user, or empty
     std::string_view host;       ///< host[:port] of this server for the paths in replies
+    /// From one part of an object manager to another, which holds everything against the classes
+    /// itself: types are those that the request says, and the reply keeps its lines.
+    bool isForwarded = false;
 };
 
 /// Where the reply goes. The server holds bytes back in a buffer of 64 KiB and begins to send when
@@ -50,13 +53,13 @@ public:
 /// Safe from several threads; holds no state between requests.
 class CimXmlHandler {
 public:
-    CimXmlHandler(Operations& operations, const Repository& repository);
+    CimXmlHandler(CimOperations& operations, const Repository& repository);
 
     /// Answers in full, whatever the request holds: no exception leaves but what the reply throws.
     void handle(const CimXmlRequest& request, CimXmlReply& reply) const;
 
 private:
-    Operations& _operations;
+    CimOperations& _operations;
     const Repository& _repository;
 };
 

@@ -164,7 +164,25 @@ private:
     std::string_view _rest;
 };
 
+bool travelsPlain(char character) noexcept {
+    return character >= ' ' && character < 0x7F && character != '%';
+}
+
 }  // namespace
+
+std::string escapeForHeader(std::string_view text) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string escaped;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (travelsPlain(character)) {
+            escaped += character;
+        } else {
+            escaped.append({'%', digits[byte >> 4U], digits[byte & 15U]});
+        }
+    }
+    return escaped;
+}
 
 std::string percentDecode(std::string_view text) {
     std::string decoded;

@@ -15,6 +15,9 @@ namespace cimhost {
 /// The text with each %XX made a byte; anything else that follows a % stays as it is.
 std::string percentDecode(std::string_view text);
 
+/// Text as a header may carry it: what is no visible ASCII, and '%', as %XX of its bytes.
+std::string escapeForHeader(std::string_view text);
+
 /// True when both name the same namespace; outer slashes do not count.
 bool sameNameSpace(std::string_view left, std::string_view right) noexcept;
 

@@ -17,6 +17,12 @@ ObjectPath readClassName(const Call& call, const Parameters& parameters) {
     return call.reader.path(parameters.required(Parameter::className, {Tag::className}));
 }
 
+Instance readInstance(const Call& call, const Element& element) {
+    if (call.written != nullptr) return call.written->instance(element);
+    const std::string_view name = element.attributeText(Attribute::className);
+    return call.reader.instance(element, call.requireClass(name));
+}
+
 const PropertyDefinition& requireProperty(const Class& definition, std::string_view name) {
     if (const PropertyDefinition* const property = definition.findProperty(name)) return *property;
     throw CimError(CimCode::noSuchProperty,
@@ -49,9 +55,8 @@ void enumerateInstanceNames(Call& call, const Parameters& parameters) {
 
 void createInstance(Call& call, const Parameters& parameters) {
     const Element element = parameters.required(Parameter::newInstance, {Tag::instance});
-    const Class& definition = call.requireClass(element.attributeText(Attribute::className));
     const ObjectPath created =
-        call.operations.createInstance(call.context, call.reader.instance(element, definition));
+        call.operations.createInstance(call.context, readInstance(call, element));
     writeReturnValue(call, [&] { call.writer.instanceName(created); });
 }
 
@@ -67,7 +72,7 @@ void modifyInstance(Call& call, const Parameters& parameters) {
             CimCode::invalidParameter,
             "the modified instance is not of the class that its name says, " + path.className);
     }
-    Instance instance = call.reader.instance(element, call.requireClass(path.className));
+    Instance instance = readInstance(call, element);
     instance.path = std::move(path);
     call.operations.modifyInstance(call.context, instance, parameters.propertyList());
 }

@@ -33,7 +33,8 @@ std::string_view requestError(const XmlError& error) noexcept;
 std::optional<Refusal> checkHeaders(const CimXmlRequest& request);
 
 /// The message in a document whose root is CIM. Throws Refusal for unsupported versions, for a
-/// multiple request, and for headers that name another method or object than the body.
+/// multiple request, and, unless it is forwarded, for headers that name another method or object
+/// than the body.
 Message readMessage(const CimXmlRequest& request, const XmlDocument& document);
 
 }  // namespace cimhost

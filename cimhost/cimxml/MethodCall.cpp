@@ -78,7 +78,7 @@ void writeResult(Call& call, const MethodResult& result) {
         out.markup("</RETURNVALUE>");
     }
     for (const Argument& argument : result.out) {
-        if (argument.value.isNull()) continue;
+        if (argument.value.isNull() && !call.written) continue;
         out.markup("<PARAMVALUE");
         out.attribute("NAME", argument.name);
         call.writer.typeAttribute("PARAMTYPE", argument.value);
@@ -89,11 +89,22 @@ void writeResult(Call& call, const MethodResult& result) {
     }
 }
 
+void invokeForwarded(Call& call, const Message& message, const Element& name) {
+    Arguments arguments;
+    for (const Element element : message.call.children()) {
+        if (element.tag() != Tag::parameterValue) continue;
+        arguments.push_back(call.written->argument(element));
+    }
+    writeResult(call, call.operations.invokeMethod(call.context, call.reader.path(name),
+                                                   std::string(message.name), arguments));
+}
+
 }  // namespace
 
 void invokeMethod(Call& call, const Message& message) {
     const Element localPath = *message.call.firstChild();
     const Element name = *localPath.firstChild()->next();
+    if (call.written) return invokeForwarded(call, message, name);
     const Attribute attribute =
         name.tag() == Tag::className ? Attribute::name : Attribute::className;
     const MethodDefinition& method =

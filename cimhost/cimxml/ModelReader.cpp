@@ -217,7 +217,10 @@ PropertyValue ModelReader::_property(const Element& element, const Class* defini
     const ValueShape written =
         writtenShape(element, definition != nullptr ? std::string_view(definition->name)
                                                     : "an embedded instance");
-    if (!definition) return {std::string(name), value(content, written), {}};
+    if (!definition) {
+        return {std::string(name), value(content, written),
+                element.attributeText(Attribute::classOrigin)};
+    }
 
     const PropertyDefinition* const property = definition->findProperty(name);
     if (!property) {

@@ -114,10 +114,8 @@ void ObjectWriter::_key(const KeyBinding& key, const ObjectPath& owner) {
     }
 }
 
-void ObjectWriter::_nameSpacePath(std::string_view nameSpace) {
-    _out.markup("<NAMESPACEPATH><HOST>");
-    _out.text(_host);
-    _out.markup("</HOST><LOCALNAMESPACEPATH>");
+void ObjectWriter::localNameSpacePath(std::string_view nameSpace) {
+    _out.markup("<LOCALNAMESPACEPATH>");
     while (!nameSpace.empty()) {
         const std::size_t slash = std::min(nameSpace.find('/'), nameSpace.size());
         if (slash != 0) {
@@ -127,7 +125,15 @@ void ObjectWriter::_nameSpacePath(std::string_view nameSpace) {
         }
         nameSpace.remove_prefix(std::min(slash + 1, nameSpace.size()));
     }
-    _out.markup("</LOCALNAMESPACEPATH></NAMESPACEPATH>");
+    _out.markup("</LOCALNAMESPACEPATH>");
+}
+
+void ObjectWriter::_nameSpacePath(std::string_view nameSpace) {
+    _out.markup("<NAMESPACEPATH><HOST>");
+    _out.text(_host);
+    _out.markup("</HOST>");
+    localNameSpacePath(nameSpace);
+    _out.markup("</NAMESPACEPATH>");
 }
 
 void ObjectWriter::instancePath(const ObjectPath& path) {
@@ -272,7 +278,7 @@ void ObjectWriter::_scalar(const Value& value) {
 }
 
 void ObjectWriter::_embedded(const Instance& embedded) {
-    XmlBuffer inner;
+    XmlBuffer inner(_out.keepsLines());
     // Embedded instances have no class here, so that all that is known of them is in themselves.
     ObjectWriter(inner, _host, _nameSpace, _typesKeys).instance(embedded, nullptr, {}, false);
     _out.text(inner.view());

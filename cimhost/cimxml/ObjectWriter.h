@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cimhost/cimxml/XmlBuffer.h"
-#include "cimhost/operations/Operations.h"
+#include "cimhost/operations/CimOperations.h"
 #include "cimhost/repository/Instance.h"
 #include "cimhost/repository/Schema.h"
 
@@ -29,6 +29,8 @@ public:
     void instancePath(const ObjectPath& path);   ///< INSTANCEPATH
     void classPath(std::string_view className);  ///< CLASSPATH in the request's namespace
     void className(std::string_view name);       ///< CLASSNAME
+
+    void localNameSpacePath(std::string_view nameSpace);  ///< LOCALNAMESPACEPATH
 
     /// INSTANCE with the properties that the selection lets through. The definition, where it is
     /// known, adds class origins and what it declares of references and embedded objects.

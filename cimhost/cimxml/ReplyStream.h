@@ -11,7 +11,9 @@ namespace cimhost {
 /// Not safe from several threads; the reply must outlive it.
 class ReplyStream {
 public:
-    explicit ReplyStream(CimXmlReply& reply) : _reply(reply) {}
+    /// `keepsLines` as for the buffer.
+    explicit ReplyStream(CimXmlReply& reply, bool keepsLines = false)
+        : _reply(reply), _buffer(keepsLines) {}
     ReplyStream(const ReplyStream&) = delete;
     ReplyStream& operator=(const ReplyStream&) = delete;
 

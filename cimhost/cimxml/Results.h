@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cimhost/cimxml/Call.h"
-#include "cimhost/operations/Operations.h"
+#include "cimhost/operations/CimOperations.h"
 
 /// Where operations leave their results: written as they come, nothing is kept.
 /// Each lives for one operation on one thread.

@@ -74,16 +74,16 @@ std::uint64_t wordAt(const char* text) noexcept {
 }
 
 /// What stands for an ASCII character that is not plain.
-std::string_view substituteOf(char character) noexcept {
+std::string_view substituteOf(char character, bool keepsLines) noexcept {
     switch (character) {
         case '<': return "&lt;";
         case '>': return "&gt;";
         case '&': return "&amp;";
         case '"': return "&quot;";
         case '\'': return "&apos;";
-        case '\t': return "\t";
-        case '\n': return "\n";
-        case '\r': return "\r";
+        case '\t': return keepsLines ? "&#9;" : "\t";
+        case '\n': return keepsLines ? "&#10;" : "\n";
+        case '\r': return keepsLines ? "&#13;" : "\r";
         default: return replacementCharacter;
     }
 }
@@ -126,7 +126,7 @@ void XmlBuffer::_appendMixed(std::string_view text) {
 std::size_t XmlBuffer::_appendOther(std::string_view text) {
     const bool isAscii = static_cast<unsigned char>(text[0]) < 0x80;
     const std::size_t length = isAscii ? 0 : xmlCharacterLength(text);
-    markup(isAscii      ? substituteOf(text[0])
+    markup(isAscii      ? substituteOf(text[0], _keepsLines)
            : length > 0 ? text.substr(0, length)
                         : replacementCharacter);
     return std::max<std::size_t>(length, 1);

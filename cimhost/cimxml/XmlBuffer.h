@@ -15,6 +15,13 @@ namespace cimhost {
 /// U+FFFD.
 class XmlBuffer {
 public:
+    XmlBuffer() = default;
+    /// With `keepsLines` tabs, line feeds and carriage returns are written as numeric references:
+    /// a reader that knows these gets back each of them, which XML else makes one of the others.
+    explicit XmlBuffer(bool keepsLines) noexcept : _keepsLines(keepsLines) {}
+
+    bool keepsLines() const noexcept { return _keepsLines; }
+
     /// Appends markup as it stands.
     void markup(std::string_view text) {
         if (_capacity - _size < text.size()) _grow(text.size());
@@ -44,6 +51,7 @@ private:
     std::unique_ptr<char[]> _data = std::make_unique_for_overwrite<char[]>(firstCapacity);
     std::size_t _size = 0;
     std::size_t _capacity = firstCapacity;
+    bool _keepsLines = false;
 
     // An answer about one instance fits; what is longer is mostly a stream, whose pieces all fit
     // into the second.

@@ -24,6 +24,10 @@ void XmlBuilder::read(std::string_view text) {
     // Values never get longer by decoding, so this is the only allocation for text.
     _document._text.reserve(text.size());
     parseXml(text, XmlLimits::parserMemory, *this);
+    check();
+}
+
+void XmlBuilder::check() const {
     if (_problem) throw XmlError(XmlError::Kind::notValid, *_problem);
 }
 

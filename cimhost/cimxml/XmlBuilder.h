@@ -13,13 +13,23 @@ namespace cimhost {
 
 /// Fills a document from the events of a parser and holds it against grammar and limits on the way,
 /// so that nothing is kept of what the grammar does not allow. Used once, by one thread.
-class XmlBuilder final : private XmlEvents {
+class XmlBuilder final : public XmlEvents {
 public:
     XmlBuilder(XmlDocument& document, TagSet roots) : _document(document), _roots(roots) {}
 
     /// Throws XmlError. A text that is not well-formed is told apart from one that is only invalid
     /// by reading on to its end; a limit or a DTD ends the reading at once.
     void read(std::string_view text);
+
+    /// Throws XmlError when what was reported so far is not valid: where the events are not those
+    /// of read() but those of an element among others, at its end.
+    void check() const;
+
+    void startElement(std::string_view name, const char* const* attributes) override;
+    void endElement() override;
+    void characters(std::string_view text) override;
+    void declaration(std::string_view version, std::string_view encoding) override;
+    void documentType() override;
 
 private:
     /// An element that is not closed yet.
@@ -29,12 +39,6 @@ private:
         std::uint32_t count;  ///< children of the content step that we are in
         std::uint8_t step;
     };
-
-    void startElement(std::string_view name, const char* const* attributes) override;
-    void endElement() override;
-    void characters(std::string_view text) override;
-    void declaration(std::string_view version, std::string_view encoding) override;
-    void documentType() override;
 
     /// Null where the grammar does not allow the element here.
     const ElementRule* _allowed(std::string_view name);

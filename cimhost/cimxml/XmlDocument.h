@@ -83,6 +83,8 @@ private:
 /// refused.
 class XmlDocument {
 public:
+    /// An empty one, for a builder to fill; until then it has no root.
+    XmlDocument() = default;
     /// Reads a document whose outermost element is one of `roots`. Throws XmlError.
     XmlDocument(std::string_view text, TagSet roots);
     XmlDocument(const XmlDocument&) = delete;

@@ -43,22 +43,19 @@ void* reallocate(void* block, std::size_t size) noexcept {
     return moved;
 }
 
-/// Gives expat its memory for one reading.
+/// Gives expat the memory that it has left, while it reads.
 class MemoryAllowance {
 public:
-    explicit MemoryAllowance(std::size_t memory) : _outer(std::exchange(memoryLeft, memory)) {}
-    ~MemoryAllowance() { memoryLeft = _outer; }
+    explicit MemoryAllowance(std::size_t& memory)
+        : _memory(memory), _outer(std::exchange(memoryLeft, memory)) {}
+    ~MemoryAllowance() { _memory = std::exchange(memoryLeft, _outer); }
     MemoryAllowance(const MemoryAllowance&) = delete;
     MemoryAllowance& operator=(const MemoryAllowance&) = delete;
 
 private:
+    std::size_t& _memory;
     std::size_t _outer;
 };
-
-struct ParserDeleter {
-    void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
-};
-using ParserHandle = std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter>;
 
 /// Makes expat's hash tables unpredictable. Left alone, expat asks the system anew for each parser,
 /// which takes a quarter of the time of a small request.
@@ -70,32 +67,33 @@ unsigned long hashSalt() {
     return salt;
 }
 
-ParserHandle makeParser() {
-    static const XML_Memory_Handling_Suite memory{allocate, reallocate, release};
-    ParserHandle parser(XML_ParserCreate_MM("UTF-8", &memory, nullptr));
-    if (!parser) throw std::bad_alloc();
-    XML_SetHashSalt(parser.get(), hashSalt());
-    return parser;
-}
+}  // namespace
 
 /// Stands between expat and the events: no exception may pass through a C library.
-class Reading {
+class XmlPieces::Reading {
 public:
-    Reading(XML_Parser parser, XmlEvents& events) : _parser(parser), _events(events) {
-        XML_SetUserData(parser, this);
-        XML_SetElementHandler(parser, _start, _end);
-        XML_SetCharacterDataHandler(parser, _characters);
-        XML_SetXmlDeclHandler(parser, _declaration);
-        XML_SetStartDoctypeDeclHandler(parser, _documentType);
+    Reading(std::size_t memory, XmlEvents& events) : _memory(memory), _events(events) {
+        const MemoryAllowance allowance(_memory);
+        _parser = _make();
+        XML_SetUserData(_parser.get(), this);
+        XML_SetElementHandler(_parser.get(), _start, _end);
+        XML_SetCharacterDataHandler(_parser.get(), _characters);
+        XML_SetXmlDeclHandler(_parser.get(), _declaration);
+        XML_SetStartDoctypeDeclHandler(_parser.get(), _documentType);
+    }
+    ~Reading() {
+        const MemoryAllowance allowance(_memory);
+        _parser.reset();
     }
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
 
-    void run(std::string_view text) {
-        const bool isComplete = _feed(text);
+    void read(std::string_view text, bool isLast) {
+        const MemoryAllowance allowance(_memory);
+        const bool isGood = _feed(text, isLast);
         if (_failure) std::rethrow_exception(_failure);
-        if (isComplete) return;
-        const XML_Error code = XML_GetErrorCode(_parser);
+        if (isGood) return;
+        const XML_Error code = XML_GetErrorCode(_parser.get());
         if (code == XML_ERROR_NO_MEMORY) {
             throw XmlError(XmlError::Kind::notValid, "the document takes too much memory");
         }
@@ -103,15 +101,29 @@ public:
     }
 
 private:
+    struct Deleter {
+        void operator()(XML_Parser parser) const noexcept { XML_ParserFree(parser); }
+    };
+    using Handle = std::unique_ptr<std::remove_pointer_t<XML_Parser>, Deleter>;
+
+    static Handle _make() {
+        static const XML_Memory_Handling_Suite memory{allocate, reallocate, release};
+        Handle parser(XML_ParserCreate_MM("UTF-8", &memory, nullptr));
+        if (!parser) throw std::bad_alloc();
+        XML_SetHashSalt(parser.get(), hashSalt());
+        return parser;
+    }
+
     /// False where expat stopped. Goes in blocks, since expat copies what it is given.
-    bool _feed(std::string_view text) const {
+    bool _feed(std::string_view text, bool isLast) const {
         constexpr std::size_t block = 64 * 1024;
+        const XML_Parser parser = _parser.get();
         while (text.size() > block) {
-            if (XML_Parse(_parser, text.data(), block, XML_FALSE) != XML_STATUS_OK) return false;
+            if (XML_Parse(parser, text.data(), block, XML_FALSE) != XML_STATUS_OK) return false;
             text.remove_prefix(block);
         }
-        return XML_Parse(_parser, text.data(), static_cast<int>(text.size()), XML_TRUE) ==
-               XML_STATUS_OK;
+        return XML_Parse(parser, text.data(), static_cast<int>(text.size()),
+                         isLast ? XML_TRUE : XML_FALSE) == XML_STATUS_OK;
     }
 
     static void _guard(void* self, auto&& body) noexcept {
@@ -122,7 +134,7 @@ private:
             body(reading._events);
         } catch (...) {
             reading._failure = std::current_exception();
-            XML_StopParser(reading._parser, XML_FALSE);
+            XML_StopParser(reading._parser.get(), XML_FALSE);
         }
     }
 
@@ -150,22 +162,28 @@ private:
         _guard(self, [](XmlEvents& to) { to.documentType(); });
     }
 
-    XML_Parser _parser;
+    std::size_t _memory;
+    Handle _parser;
     XmlEvents& _events;
     std::exception_ptr _failure;
 };
 
-}  // namespace
+XmlPieces::XmlPieces(std::size_t memory, XmlEvents& events)
+    : _reading(std::make_unique<Reading>(memory, events)) {}
 
-void parseXml(std::string_view text, std::size_t memory, XmlEvents& events) {
+XmlPieces::~XmlPieces() = default;
+
+void XmlPieces::read(std::string_view piece, bool isLast) {
     // UTF-16 is the only other encoding that expat would detect by itself; it cannot do without NUL
     // bytes in markup, and no XML may hold U+0000.
-    if (text.find('\0') != std::string_view::npos) {
+    if (piece.find('\0') != std::string_view::npos) {
         throw XmlError(XmlError::Kind::notWellFormed, "the text holds a NUL byte");
     }
-    const MemoryAllowance allowance(memory);
-    const ParserHandle parser = makeParser();
-    Reading(parser.get(), events).run(text);
+    _reading->read(piece, isLast);
+}
+
+void parseXml(std::string_view text, std::size_t memory, XmlEvents& events) {
+    XmlPieces(memory, events).read(text, true);
 }
 
 }  // namespace cimhost

@@ -3,6 +3,7 @@
 #include "cimhost/cimxml/XmlError.h"
 
 #include <cstddef>
+#include <memory>
 #include <string_view>
 
 namespace cimhost {
@@ -21,6 +22,23 @@ public:
     /// `encoding` is empty when the text declares none.
     virtual void declaration(std::string_view version, std::string_view encoding) = 0;
     virtual void documentType() = 0;
+};
+
+/// Reads a UTF-8 text that comes in pieces; a piece may end anywhere. Used by one thread at a time.
+class XmlPieces {
+public:
+    /// `memory` as for parseXml. The events outlive this.
+    XmlPieces(std::size_t memory, XmlEvents& events);
+    ~XmlPieces();
+    XmlPieces(const XmlPieces&) = delete;
+    XmlPieces& operator=(const XmlPieces&) = delete;
+
+    /// Throws as parseXml. Nothing more after a failure.
+    void read(std::string_view piece, bool isLast);
+
+private:
+    class Reading;
+    std::unique_ptr<Reading> _reading;
 };
 
 /// Reads a UTF-8 text. The parser itself may take `memory` bytes: enough for any token but absurd

@@ -53,7 +53,7 @@ struct Broker::Tables {
     BrokerLog& log;
     const Manner manner;
     std::unique_ptr<MannerTables> mannerTables;  ///< null where the manner is standard
-    std::atomic<Operations*> operations = nullptr;
+    std::atomic<CimOperations*> operations = nullptr;
     std::atomic<IndicationSink*> indicationSink = nullptr;
     std::atomic<bool> hasWarned = false;
     std::mutex wrongEndsMutex;
@@ -106,9 +106,9 @@ BrokerLog& Broker::log() const noexcept { return _tables->log; }
 
 const Manner& Broker::manner() const noexcept { return _tables->manner; }
 
-void Broker::setOperations(Operations* operations) noexcept { _tables->operations = operations; }
+void Broker::setOperations(CimOperations* operations) noexcept { _tables->operations = operations; }
 
-Operations* Broker::operations() const noexcept { return _tables->operations; }
+CimOperations* Broker::operations() const noexcept { return _tables->operations; }
 
 void Broker::setIndicationSink(IndicationSink* sink) noexcept {
     constexpr unsigned int ownBit = CMPI_MB_Indications & ~CMPI_MB_BasicRead;

@@ -12,7 +12,7 @@
 namespace cimhost {
 
 class MemoryBlocks;
-class Operations;
+class CimOperations;
 class PreparedContexts;
 enum class ObjectKind : std::uint8_t;
 
@@ -66,8 +66,8 @@ public:
     }
 
     /// Up-calls are answered by these operations; until they are set each answers NOT_SUPPORTED.
-    void setOperations(Operations* operations) noexcept;
-    Operations* operations() const noexcept;
+    void setOperations(CimOperations* operations) noexcept;
+    CimOperations* operations() const noexcept;
 
     /// deliverIndication hands over to this sink; without one it answers NOT_SUPPORTED. The sink is
     /// a capability that modules look at when they are loaded: set it before.

@@ -1,70 +1,12 @@
 #pragma once
 
-#include "cimhost/objects/Objects.h"
+#include "cimhost/operations/CimOperations.h"
 #include "cimhost/operations/Servers.h"
-#include "cimhost/repository/Instance.h"
-#include "cimhost/repository/Repository.h"
-
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace cimhost {
 
 class Broker;
 class ModuleHost;
-
-/// Which properties of an instance the asker gets to see.
-/// LocalOnly is treated as false for instances, as DSP0200 advises since 1.3.
-struct PropertySelection {
-    std::optional<std::vector<std::string>> names;  ///< the property list; none: all
-    /// Set for DeepInheritance=false: only properties that this class knows.
-    const Class* limit = nullptr;
-
-    // In line: most askers want all.
-    bool selects(std::string_view property) const noexcept {
-        return (!names && !limit) || lists(property);
-    }
-    bool lists(std::string_view property) const noexcept;  ///< the same, where some are left out
-};
-
-struct InstanceOptions {
-    std::optional<std::vector<std::string>> propertyList;
-    bool localOnly = false;
-    bool deepInheritance = true;
-    bool includeQualifiers = false;
-    bool includeClassOrigin = false;
-};
-
-/// Empty names do not filter.
-struct AssociationFilter {
-    std::string associationClass;
-    std::string resultClass;
-    std::string role;
-    std::string resultRole;
-};
-
-/// Takes instances as providers deliver them; nothing is kept between deliveries.
-/// An exception ends the operation.
-class InstanceSink {
-public:
-    virtual ~InstanceSink() = default;
-    /// `definition` is the instance's own class, or nullptr when the repository does not know it.
-    virtual void deliver(const Instance& instance, const Class* definition,
-                         const PropertySelection& selection) = 0;
-};
-
-class PathSink {
-public:
-    virtual ~PathSink() = default;
-    virtual void deliver(const ObjectPath& path) = 0;
-};
-
-struct MethodResult {
-    Value returnValue;
-    Arguments out;
-};
 
 /// The instance operations of DSP0200 over modules and the host's own instances.
 ///
@@ -90,9 +32,8 @@ struct MethodResult {
 /// some providers refuse them; what is shown is decided by the selection that sinks are given in
 /// any case.
 ///
-/// Provider calls nest 32 deep on a thread. Safe from several threads. Each operation fails with
-/// CimError, or with what the sink throws; texts name what was not found or refused.
-class Operations {
+/// Provider calls nest 32 deep on a thread. Texts of errors name what was not found or refused.
+class Operations final : public CimOperations {
 public:
     /// Broker and modules must outlive the operations.
     Operations(Broker& broker, ModuleHost& modules);
@@ -103,39 +44,40 @@ public:
 
     /// notFound also when the provider succeeds and delivers nothing.
     void getInstance(const RequestContext&, const ObjectPath&, const InstanceOptions&,
-                     InstanceSink&);
+                     InstanceSink&) override;
     void enumerateInstances(const RequestContext&, const ObjectPath& classPath,
-                            const InstanceOptions&, InstanceSink&);
-    void enumerateInstanceNames(const RequestContext&, const ObjectPath& classPath, PathSink&);
+                            const InstanceOptions&, InstanceSink&) override;
+    void enumerateInstanceNames(const RequestContext&, const ObjectPath& classPath,
+                                PathSink&) override;
     /// The path is that of the class: keys are taken from the properties. invalidParameter for an
     /// abstract class.
-    ObjectPath createInstance(const RequestContext&, const Instance&);
+    ObjectPath createInstance(const RequestContext&, const Instance&) override;
     /// A key among the selected properties must say what the path says, or it is invalidParameter.
     void modifyInstance(const RequestContext&, const Instance&,
-                        const std::optional<std::vector<std::string>>& propertyList);
-    void deleteInstance(const RequestContext&, const ObjectPath&);
+                        const std::optional<std::vector<std::string>>& propertyList) override;
+    void deleteInstance(const RequestContext&, const ObjectPath&) override;
 
     void associators(const RequestContext&, const ObjectPath&, const AssociationFilter&,
-                     const InstanceOptions&, InstanceSink&);
+                     const InstanceOptions&, InstanceSink&) override;
     void associatorNames(const RequestContext&, const ObjectPath&, const AssociationFilter&,
-                         PathSink&);
+                         PathSink&) override;
     /// `filter.resultClass` filters the association class, as DSP0200 has it for references.
     void references(const RequestContext&, const ObjectPath&, const AssociationFilter&,
-                    const InstanceOptions&, InstanceSink&);
+                    const InstanceOptions&, InstanceSink&) override;
     void referenceNames(const RequestContext&, const ObjectPath&, const AssociationFilter&,
-                        PathSink&);
+                        PathSink&) override;
 
     /// By getInstance and modifyInstance of the one property.
-    Value getProperty(const RequestContext&, const ObjectPath&, std::string_view property);
+    Value getProperty(const RequestContext&, const ObjectPath&, std::string_view property) override;
     void setProperty(const RequestContext&, const ObjectPath&, std::string_view property,
-                     Value value);
+                     Value value) override;
     /// Run by the providers of the class behind FROM; `language` is WQL, CQL or DMTF:CQL.
     void execQuery(const RequestContext&, const std::string& language, const std::string& query,
-                   InstanceSink&);
+                   InstanceSink&) override;
     /// A path without keys is the class. Parameters left out are NULL, which those qualified as
     /// Required may not be. What the provider answers gets the declared types, or the call fails.
     MethodResult invokeMethod(const RequestContext&, const ObjectPath&, const std::string& method,
-                              const Arguments& in);
+                              const Arguments& in) override;
 
 private:
     Broker& _broker;

@@ -3,7 +3,7 @@
 #include "cimhost/objects/Broker.h"
 #include "cimhost/objects/Entry.h"
 #include "cimhost/objects/MannerTables.h"
-#include "cimhost/operations/Operations.h"
+#include "cimhost/operations/CimOperations.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 
@@ -14,8 +14,8 @@ namespace cimhost {
 
 namespace {
 
-Operations& requireOperations(const Broker& broker) {
-    if (Operations* const operations = broker.operations()) return *operations;
+CimOperations& requireOperations(const Broker& broker) {
+    if (CimOperations* const operations = broker.operations()) return *operations;
     throw CimError(CimCode::notSupported, "this broker answers no up-calls");
 }
 
@@ -65,7 +65,7 @@ void throwAtIllegalNames(const CMPIBroker* handle, const char** names) {
 /// What one up-call needs beside its arguments.
 struct UpCall {
     const Broker& broker;
-    Operations& operations;
+    CimOperations& operations;
     const RequestContext& request;
 };
 

@@ -1,15 +1,12 @@
 #include "cimhost/server/CimXmlAdapter.h"
 
+#include "cimhost/cimxml/HeaderMatch.h"
 #include "cimhost/repository/CimError.h"
 
 namespace cimhost {
 namespace {
 
 constexpr std::size_t maximumDescriptionBytes = 1024;
-
-bool travelsPlain(char character) noexcept {
-    return character >= ' ' && character < 0x7F && character != '%';
-}
 
 }  // namespace
 
@@ -61,20 +58,6 @@ void CimXmlHttpReply::fail(int code, std::string_view description) {
     _reply.setTrailer({"CIMStatusCode", std::to_string(code)});
     _reply.setTrailer({"CIMStatusCodeDescription",
                        escapeForHeader(description.substr(0, maximumDescriptionBytes))});
-}
-
-std::string escapeForHeader(std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string escaped;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (travelsPlain(character)) {
-            escaped += character;
-        } else {
-            escaped.append({'%', digits[byte >> 4U], digits[byte & 15U]});
-        }
-    }
-    return escaped;
 }
 
 }  // namespace cimhost

@@ -41,7 +41,4 @@ private:
     Kind _kind;
 };
 
-/// Text as a header may carry it: what is no visible ASCII, and '%', as %XX of its bytes.
-std::string escapeForHeader(std::string_view text);
-
 }  // namespace cimhost

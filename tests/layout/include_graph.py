@@ -34,6 +34,7 @@ MAY_INCLUDE = {
     "cimhost/indications": INDICATIONS,
     "cimhost/cimxml": (*INDICATIONS, "cimhost/indications"),
     "cimhost/http": (),
+    "cimhost/client": (*INDICATIONS, "cimhost/indications", "cimhost/cimxml", "cimhost/http"),
     "cimhost/server": ("cimhost", "cmpi"),
 }
 # Private headers: for their own layer, wherever in it.

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "cimhost/http/Descriptor.h"
+#include "cimhost/http/HttpReply.h"
+#include "cimhost/http/HttpRequest.h"
+#include "cimhost/http/PlainStream.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace cimhost {
+
+/// What a server says of its answer, trailers included. Names compare in any case.
+struct HttpAnswerHead {
+    struct Field {
+        std::string name;
+        std::string value;
+    };
+
+    int status = 0;
+    std::vector<Field> fields;
+
+    std::optional<std::string_view> field(std::string_view name) const noexcept;
+};
+
+/// The bytes that came are no HTTP answer, or its head is too long.
+class HttpClientError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Until when to wait for the server, which has said nothing since this time; asked anew whenever
+/// that has come.
+using HttpPatience = std::function<Clock::time_point(Clock::time_point silentSince)>;
+
+/// A connection over which requests are made, one after the other; their answers come in pieces, so
+/// that one of any length takes little memory. Used by one thread at a time.
+class HttpClient {
+public:
+    static constexpr std::size_t headBytes = 64 * 1024;  ///< of an answer, and of its trailers
+
+    /// The socket is connected and does not block.
+    explicit HttpClient(Descriptor socket) : _socket(std::move(socket)), _stream(_socket.get()) {}
+
+    /// Posts the body to `target`, with these headers and Content-Length. Each piece of the body of
+    /// an answer with status 200 goes to `take`, whose exceptions end the exchange. Throws
+    /// StreamError: timeout when nothing moved until the end of the patience; lost when the
+    /// connection ends before the answer does. Throws HttpClientError.
+    HttpAnswerHead post(std::string_view target, const std::vector<HttpAnswerHead::Field>& headers,
+                        std::string_view body, const std::function<void(std::string_view)>& take,
+                        const HttpPatience& patience);
+
+    /// False once an exchange has failed, and when the server ended the connection or talks
+    /// unasked.
+    bool isReusable() const noexcept;
+
+private:
+    class Parser;
+
+    void _receive(Parser& parser, const HttpPatience& patience);
+    std::size_t _receiveSome(std::span<char> buffer, const HttpPatience& patience);
+
+    Descriptor _socket;
+    PlainStream _stream;
+    std::string _pending;  ///< arrived and not used yet
+    bool _isGood = true;
+};
+
+}  // namespace cimhost
