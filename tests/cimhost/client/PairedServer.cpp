@@ -30,7 +30,7 @@ ClientTransport::Connect PairedServer::connect() {
         _threads.emplace_back([this, socket = std::make_shared<Descriptor>(std::move(far))] {
             PlainStream stream(socket->get());
             HttpPresence presence;
-            HttpConnection(stream, {*this, _limits}, {}, presence).serve();
+            HttpConnection(stream, {*this, _limits}, _budgets, {}, presence).serve();
         });
         return std::move(near);
     };

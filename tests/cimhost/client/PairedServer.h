@@ -33,6 +33,7 @@ private:
     const CimXmlHandler& _handler;
     bool _isForwarded;
     HttpLimits _limits;
+    HttpBudgets _budgets{_limits};
     std::atomic<int> _connections = 0;
     std::vector<std::thread> _threads;
 };
