@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <thread>
+#include <utility>
 
 namespace cimhost {
 namespace {
@@ -36,6 +38,15 @@ std::optional<std::string> decodeBase64(std::string_view text) {
     return decoded;
 }
 
+/// Is wiped wherever a copy of it ends.
+struct Secret {
+    std::string text;
+    explicit Secret(std::string secret) : text(std::move(secret)) {}
+    Secret(const Secret&) = default;
+    Secret& operator=(const Secret&) = delete;
+    ~Secret() { wipe(text); }
+};
+
 bool isControl(char character) noexcept {
     const auto byte = static_cast<unsigned char>(character);
     return byte < 0x20 || byte == 0x7F;
@@ -59,29 +70,35 @@ std::optional<Credentials> parseBasic(std::string_view authorization) {
     return credentials;
 }
 
-BasicAuth::BasicAuth(PasswordFile file) : _file(std::move(file)) {
+BasicAuth::BasicAuth(PasswordFile file)
+    : _file(std::move(file)),
+      _queue({.atOnce = std::clamp<std::size_t>(std::thread::hardware_concurrency() / 2, 1, 4)}) {
     if (RAND_bytes(_key.data(), static_cast<int>(_key.size())) != 1) {
         throw std::runtime_error("the system gives no random bytes");
     }
 }
 
-std::string_view BasicAuth::authenticate(std::string_view authorization) {
+std::optional<std::string_view> BasicAuth::authenticate(std::string_view authorization,
+                                                        const std::string& peer) {
     std::optional<Credentials> credentials = parseBasic(authorization);
-    if (!credentials) return {};
+    const auto entry =
+        credentials ? _file.entries().find(credentials->user) : _file.entries().end();
+    if (!credentials || _file.entries().empty()) return std::string_view{};
     const Digest digest = _digest(*credentials);
-    bool isProven = _isRemembered(credentials->user, digest);
-    if (!isProven) {
-        const std::lock_guard slow(_slowCheck);
-        isProven = _isRemembered(credentials->user, digest) || _matches(*credentials);
-        if (isProven) {
-            const std::lock_guard lock(_mutex);
-            _remembered[credentials->user] = digest;
-        }
+    auto outcome = LoginQueue::Outcome::proven;
+    if (!_isRemembered(credentials->user, digest)) {
+        outcome = _queue.judge(digest, peer, _proofOf(*credentials));
+        if (outcome == LoginQueue::Outcome::proven) _remember(credentials->user, digest);
     }
     wipe(credentials->password);
-    const auto entry = _file.entries().find(credentials->user);
-    return isProven && entry != _file.entries().end() ? std::string_view(entry->first)
-                                                      : std::string_view{};
+    if (outcome == LoginQueue::Outcome::refused) return std::nullopt;
+    return outcome == LoginQueue::Outcome::proven ? std::string_view(entry->first)
+                                                  : std::string_view{};
+}
+
+void BasicAuth::_remember(const std::string& user, const Digest& digest) {
+    const std::lock_guard lock(_mutex);
+    _remembered[user] = digest;
 }
 
 BasicAuth::Digest BasicAuth::_digest(const Credentials& credentials) const {
@@ -102,14 +119,15 @@ bool BasicAuth::_isRemembered(const std::string& user, const Digest& digest) con
            CRYPTO_memcmp(entry->second.data(), digest.data(), digest.size()) == 0;
 }
 
-bool BasicAuth::_matches(const Credentials& credentials) const {
+LoginQueue::Proof BasicAuth::_proofOf(Credentials credentials) const {
     const auto& entries = _file.entries();
     const auto entry = entries.find(credentials.user);
     const bool isKnown = entry != entries.end();
-    if (entries.empty()) return false;
     // Somebody's hash stands in for that of a stranger, for the time it takes.
     const std::string& hash = isKnown ? entry->second : entries.begin()->second;
-    return matchesHash(credentials.password, hash) && isKnown;
+    return [secret = Secret{std::move(credentials.password)}, hash, isKnown] {
+        return matchesHash(secret.text, hash) && isKnown;
+    };
 }
 
 }  // namespace cimhost

@@ -118,8 +118,9 @@ void HttpConnection::_judgeHead() {
     int status = refusalOf(request);
     if (status == 0 && _services.authenticator != nullptr) {
         const std::string_view proof = request.header("Authorization").value_or(std::string_view{});
-        request.principal = _services.authenticator->authenticate(proof);
-        if (request.principal.empty()) status = 401;
+        const auto user = _services.authenticator->authenticate(proof, _addresses.peer);
+        request.principal = user.value_or(std::string_view{});
+        if (request.principal.empty()) status = user ? 401 : 503;
     }
     if (status == 0) {
         constexpr std::string_view proceed = "HTTP/1.1 100 Continue\r\n\r\n";

@@ -3,6 +3,10 @@
 #include "cimhost/http/HttpReply.h"
 #include "cimhost/http/HttpRequest.h"
 
+#include <optional>
+#include <string>
+#include <string_view>
+
 namespace cimhost {
 
 /// Answers requests that HTTP itself found nothing wrong with. Called by several threads at once.
@@ -21,8 +25,10 @@ class Authenticator {
 public:
     virtual ~Authenticator() = default;
 
-    /// The user whom an Authorization header proves, or empty. Good as long as the authenticator.
-    virtual std::string_view authenticate(std::string_view authorization) = 0;
+    /// The user whom an Authorization header of the client at this address:port proves, or empty.
+    /// Good as long as the authenticator. Nothing when it cannot be judged now.
+    virtual std::optional<std::string_view> authenticate(std::string_view authorization,
+                                                         const std::string& peer) = 0;
 };
 
 }  // namespace cimhost

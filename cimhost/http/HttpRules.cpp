@@ -42,6 +42,8 @@ void refuse(HttpReply& reply, int status) {
         reply.refuse(status, {{"Allow", "POST"}});
     } else if (status == 401) {
         reply.refuse(status, {{"WWW-Authenticate", "Basic realm=\"cimhost\", charset=\"UTF-8\""}});
+    } else if (status == 503) {
+        reply.refuse(status, {{"Retry-After", "1"}});
     } else {
         reply.refuse(status);
     }

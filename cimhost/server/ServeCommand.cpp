@@ -94,6 +94,7 @@ int serve(const ServeOptions& options) {
     if (options.maximumSeconds) time = std::chrono::seconds(*options.maximumSeconds);
     signals.wait(time);
     deadline.emplace(log, requestGrace + moduleGrace + cleanUpGrace);
+    if (gate.authenticator) gate.authenticator->end();
     if (!server.stop(requestGrace) || !manager.shutDown(moduleGrace)) leaveAtOnce(log);
     return 0;
 }

@@ -48,23 +48,36 @@ TEST(ParseBasic, RefusesWhatIsNone) {
 }
 
 TEST_F(BasicAuthTest, LetsInWhoKnowsThePassword) {
-    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ="), "fred");
-    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ="), "fred") << "remembered";
-    EXPECT_EQ(authentication.authenticate("Basic YW5uYTphOmI="), "anna");
+    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ=", "127.0.0.1:5"), "fred");
+    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ=", "127.0.0.1:5"), "fred")
+        << "remembered";
+    EXPECT_EQ(authentication.authenticate("Basic YW5uYTphOmI=", "127.0.0.1:5"), "anna");
 }
 
 TEST_F(BasicAuthTest, KeepsOthersOut) {
-    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ="), "fred");
-    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpTZWNyZXQ="), "") << "fred:Secret";
-    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDo="), "") << "no password";
-    EXPECT_EQ(authentication.authenticate("Basic RnJlZDpzZWNyZXQ="), "") << "Fred:secret";
-    EXPECT_EQ(authentication.authenticate("Basic YW5uYTpzZWNyZXQ="), "") << "anna:secret";
-    EXPECT_EQ(authentication.authenticate(""), "");
+    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ=", "127.0.0.1:5"), "fred");
+    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpTZWNyZXQ=", "127.0.0.1:5"), "")
+        << "fred:Secret";
+    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDo=", "127.0.0.1:5"), "") << "no password";
+    EXPECT_EQ(authentication.authenticate("Basic RnJlZDpzZWNyZXQ=", "127.0.0.1:5"), "")
+        << "Fred:secret";
+    EXPECT_EQ(authentication.authenticate("Basic YW5uYTpzZWNyZXQ=", "127.0.0.1:5"), "")
+        << "anna:secret";
+    EXPECT_EQ(authentication.authenticate("", "127.0.0.1:5"), "");
 }
 
 TEST_F(BasicAuthTest, LetsNoStrangerInWithSomebodysPassword) {
-    EXPECT_EQ(authentication.authenticate("Basic eDphOmI="), "") << "x with anna's password";
-    EXPECT_EQ(BasicAuth(PasswordFile()).authenticate("Basic eDphOmI="), "");
+    EXPECT_EQ(authentication.authenticate("Basic eDphOmI=", "127.0.0.1:5"), "")
+        << "x with anna's password";
+    EXPECT_EQ(BasicAuth(PasswordFile()).authenticate("Basic eDphOmI=", "127.0.0.1:5"), "");
+}
+
+TEST_F(BasicAuthTest, JudgesNothingNewOnceItEnds) {
+    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ=", "127.0.0.1:5"), "fred");
+    authentication.end();
+    EXPECT_EQ(authentication.authenticate("Basic YW5uYTphOmI=", "127.0.0.1:5"), std::nullopt);
+    EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ=", "127.0.0.1:5"), "fred");
+    EXPECT_EQ(authentication.authenticate("nonsense", "127.0.0.1:5"), "");
 }
 
 TEST_F(BasicAuthTest, AnswersManyThreads) {
@@ -72,7 +85,8 @@ TEST_F(BasicAuthTest, AnswersManyThreads) {
     for (int i = 0; i < 8; ++i) {
         threads.emplace_back([this] {
             for (int j = 0; j < 50; ++j) {
-                EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ="), "fred");
+                EXPECT_EQ(authentication.authenticate("Basic ZnJlZDpzZWNyZXQ=", "127.0.0.1:5"),
+                          "fred");
             }
         });
     }

@@ -13,9 +13,14 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// Lets in whoever says "Basic good".
+/// Lets in whoever says "Basic good"; has no time for "Basic busy".
 struct OnePassword final : Authenticator {
-    std::string_view authenticate(std::string_view authorization) override {
+    std::string asked;
+
+    std::optional<std::string_view> authenticate(std::string_view authorization,
+                                                 const std::string& peer) override {
+        asked = peer;
+        if (authorization == "Basic busy") return std::nullopt;
         return authorization == "Basic good" ? "fred" : std::string_view{};
     }
 };
@@ -150,6 +155,16 @@ TEST_F(HttpConnectionTest, LetsNobodyInWithoutPassword) {
                 ElementsAre(401, 401, 200));
     EXPECT_EQ(headerOf(stream.sent, "Content-Length"), "0");
     EXPECT_NE(headerOf(stream.sent, "WWW-Authenticate"), "");
+    EXPECT_EQ(handler.calls, 1);
+}
+
+TEST_F(HttpConnectionTest, AsksForPatienceWhenNoPasswordCanBeJudged) {
+    authenticator = &passwords;
+    EXPECT_THAT(serve({post("one", "Authorization: Basic busy\r\n") +
+                       post("two", "Authorization: Basic good\r\n")}),
+                ElementsAre(503, 200));
+    EXPECT_EQ(headerOf(stream.sent, "Retry-After"), "1");
+    EXPECT_EQ(passwords.asked, "1.2.3.4:5");
     EXPECT_EQ(handler.calls, 1);
 }
 
