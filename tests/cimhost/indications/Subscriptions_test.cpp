@@ -79,8 +79,8 @@ public:
         _table.activateFilter = [](CMPIIndicationMI* mi, const CMPIContext*, const CMPISelectExp*,
                                    const char* className, const CMPIObjectPath* path,
                                    CMPIBoolean first) {
-            return _of(mi)._note("activate " + std::string(className) + " in " +
-                                 modelOf(path).nameSpace + (first ? " first" : ""));
+            return _of(mi)._note("activate " + std::string(className ? className : "null") +
+                                 " in " + modelOf(path).nameSpace + (first ? " first" : ""));
         };
         _table.deActivateFilter = [](CMPIIndicationMI* mi, const CMPIContext*, const CMPISelectExp*,
                                      const char* className, const CMPIObjectPath*,
@@ -126,7 +126,8 @@ private:
 /// Providers "Alarms" for TST_Alarm and TST_Loud, and "Others" for TST_Other.
 class SubscriptionsTest : public testing::Test {
 protected:
-    SubscriptionsTest() {
+    explicit SubscriptionsTest(const char* manner = "standard")
+        : broker(repository, log, fillUpCalls, Manner(manner)) {
         MofReader(repository, "interop").readText(qualifiers, "q");
         MofReader(repository, "root/test").readText(qualifiers, "q");
         MofReader(repository, "root/test").readText(testClasses, "t");
@@ -213,7 +214,7 @@ protected:
 
     Repository repository;
     CapturingLog log;
-    Broker broker{repository, log, fillUpCalls};
+    Broker broker;
     RecordingOutlet outlet;
     IndicationRoutes routes{repository, log};
     FakeProvider alarms{broker};
@@ -300,6 +301,38 @@ TEST_F(SubscriptionsTest, AskProvidersInOrderAndOnceForEachFilter) {
     remove(first);
     EXPECT_EQ(alarms.take(), (Texts{"deactivate TST_Alarm"}));
     remove(second);
+    EXPECT_EQ(alarms.take(), (Texts{"deactivate TST_Alarm last", "disable"}));
+}
+
+class SubscriptionsAsSfcb : public SubscriptionsTest {
+protected:
+    SubscriptionsAsSfcb() : SubscriptionsTest("sfcb") {}
+};
+
+TEST_F(SubscriptionsAsSfcb, NameNoClassAndDisableBeforeTheLastFilterGoes) {
+    const ObjectPath first = subscribe();
+    EXPECT_EQ(alarms.take(), (Texts{"authorize TST_Alarm for fred",
+                                    "activate null in root/test first", "enable"}));
+    const ObjectPath second = subscribe("SELECT * FROM TST_Loud", "g");
+    alarms.take();
+    remove(first);
+    EXPECT_EQ(alarms.take(), Texts{"deactivate  last"});
+    remove(second);
+    EXPECT_EQ(alarms.take(), (Texts{"disable", "deactivate  last"}));
+}
+
+class SubscriptionsAsOpenPegasus : public SubscriptionsTest {
+protected:
+    SubscriptionsAsOpenPegasus() : SubscriptionsTest("openpegasus") {}
+};
+
+TEST_F(SubscriptionsAsOpenPegasus, AskNobodyBeforehand) {
+    alarms.insistsOnPolling = true;
+    alarms.refused = "authorize";
+    const ObjectPath path = subscribe();
+    EXPECT_EQ(alarms.take(), (Texts{"activate TST_Alarm in root/test first", "enable"}));
+    EXPECT_EQ(log.countOf("polled"), 0U);
+    remove(path);
     EXPECT_EQ(alarms.take(), (Texts{"deactivate TST_Alarm last", "disable"}));
 }
 

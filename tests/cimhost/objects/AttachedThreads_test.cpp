@@ -133,6 +133,35 @@ TEST_F(AttachedThreads, DoNotDeliverIndicationsWithoutASink) {
               CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
+TEST(AttachedThreadsAsSfcb, AreToldThatEveryIndicationWasTakenAndFindItCut) {
+    MannerCall call("sfcb");
+    const CMPIBrokerFT& bft = *call.broker()->bft;
+    const CMPIContext* const context = makeContext(call.realBroker, RequestContext());
+    const CMPIInstance* const indication = call.newInstance();
+    const CMPIValue size = uint32Value(1);
+    EXPECT_EQ(indication->ft->setProperty(indication, "Size", &size, CMPI_uint32), CMPI_RC_OK);
+    EXPECT_EQ(bft.deliverIndication(call.broker(), context, "root/test", indication), CMPI_RC_OK);
+    indication->ft->getProperty(indication, "Size", &call.status);
+    EXPECT_EQ(call.status, CMPI_RC_ERR_NOT_FOUND);
+}
+
+TEST(AttachedThreadsAsOpenPegasus, EndTheProcessWhenTheyDeliverWithoutAContext) {
+    MannerCall call("openpegasus");
+    const CMPIInstance* const indication = call.newInstance();
+    EXPECT_DEATH(
+        call.broker()->bft->deliverIndication(call.broker(), nullptr, "root/test", indication), "");
+}
+
+TEST(AttachedThreadsAsOpenPegasus, EndTheProcessWhenTheyWorkUnattached) {
+    const MannerCall call("openpegasus");
+    const auto onItsOwn = [](const auto& make) { std::thread(make).join(); };
+    const CMPIObjectPath* const path =
+        call.eft().newObjectPath(call.broker(), "root/test", "Test_Base", nullptr);
+    EXPECT_DEATH(onItsOwn([&] { call.eft().newObjectPath(call.broker(), "n", "C", nullptr); }), "");
+    EXPECT_DEATH(onItsOwn([&] { call.eft().newInstance(call.broker(), path, nullptr); }), "");
+    onItsOwn([&] { EXPECT_NE(call.eft().newString(call.broker(), "x", nullptr), nullptr); });
+}
+
 TEST_F(AttachedThreads, DeliverWholeIndicationsOnly) {
     CollectingIndicationSink sink;
     realBroker.setIndicationSink(&sink);

@@ -1,5 +1,6 @@
 #include "cimhost/operations/UpCalls.h"
 
+#include "cimhost/objects/MannerTables.h"
 #include "tests/cimhost/operations/OperationsFixture.h"
 
 #include <gmock/gmock.h>
@@ -13,7 +14,7 @@ using testing::HasSubstr;
 /// Up-calls as a module makes them. The host's static instances are what there is to be found.
 class UpCalls : public OperationsTest {
 protected:
-    UpCalls() {
+    explicit UpCalls(const char* manner = "standard") : OperationsTest(manner) {
         readMof(
             "instance of TST_Fan as $f { Name = \"f\"; Speed = 3; Caption = \"c\"; };"
             "instance of TST_TurboFan { Name = \"t\"; Stages = 2; };"
@@ -248,6 +249,51 @@ TEST_F(UpCalls, PropertiesAreReadAndWritten) {
               CMPI_RC_ERR_NOT_SUPPORTED);
     EXPECT_EQ(up().setProperty(handle(), context(), fanPath(), "Speed", &value, CMPI_boolean).rc,
               CMPI_RC_ERR_TYPE_MISMATCH);
+}
+
+class UpCallsAsSfcb : public UpCalls {
+protected:
+    UpCallsAsSfcb() : UpCalls("sfcb") {}
+};
+
+TEST_F(UpCallsAsSfcb, SinglePropertiesAreNotSupported) {
+    start();
+    up().getProperty(handle(), context(), fanPath(), "Speed", &status);
+    EXPECT_EQ(status.rc, CMPI_RC_ERR_NOT_SUPPORTED);
+    CMPIValue value{};
+    EXPECT_EQ(up().setProperty(handle(), context(), fanPath(), "Speed", &value, CMPI_boolean).rc,
+              CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
+class UpCallsAsOpenPegasus : public UpCalls {
+protected:
+    UpCallsAsOpenPegasus() : UpCalls("openpegasus") {}
+};
+
+TEST_F(UpCallsAsOpenPegasus, ANullPropertyIsABoolean) {
+    start();
+    const CMPIObjectPath* const turboFan = path(named("TST_TurboFan", "t", "root/test"));
+    const CMPIData speed = up().getProperty(handle(), context(), turboFan, "Speed", &status);
+    EXPECT_EQ(status.rc, CMPI_RC_OK);
+    EXPECT_EQ(speed.type, CMPI_boolean);
+    EXPECT_NE(speed.state & CMPI_nullValue, 0);
+}
+
+TEST_F(UpCallsAsOpenPegasus, OneWithoutAContextEndsTheProcess) {
+    start();
+    const CMPIObjectPath* const fan = fanPath();
+    EXPECT_DEATH(up().getInstance(handle(), nullptr, fan, nullptr, nullptr), "");
+}
+
+TEST_F(UpCallsAsOpenPegasus, AnIllegalNameInAPropertyListIsThrown) {
+    start();
+    const CMPIContext* const own = context();
+    const CMPIObjectPath* const fan = fanPath();
+    for (const char* name : {"a b", "", "1a"}) {
+        const char* names[] = {"Speed", name, nullptr};
+        EXPECT_THROW(up().getInstance(handle(), own, fan, names, nullptr), HostException);
+        EXPECT_THROW(up().enumerateInstances(handle(), own, fan, names, nullptr), HostException);
+    }
 }
 
 TEST_F(UpCalls, QueriesGoToTheNamespaceOfThePath) {
