@@ -16,7 +16,7 @@ import xml.etree.ElementTree as xml
 
 # Folders of the build tree, with the tests of each that stand for the rest.
 SUITES = {"cmpicpp": ".", "common": ".", "toolkit": ".", "providers": ".", "guests": ".",
-          "system": r"^System\.(Classes|Instances|Associations|Methods|BadModules|BaseServer|Profiles)"}
+          "system": r"^System\.(Classes|Instances|Associations|Methods|BadModules|BaseServer|Profiles|Modules|Delivering)"}
 LIST = pathlib.Path(__file__).with_name("differences.txt")
 
 

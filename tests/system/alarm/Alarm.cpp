@@ -22,8 +22,11 @@ void note(const std::string& line) {
     told += line + ";";
 }
 
+// Not every object manager names the class of a filter.
+std::string named(const char* text) { return text ? text : ""; }
+
 std::string textOf(const CMPIString* text) {
-    return text ? text->ft->getCharPtr(text, nullptr) : "";
+    return named(text ? text->ft->getCharPtr(text, nullptr) : nullptr);
 }
 
 std::string filterText(const CMPISelectExp* filter) {
@@ -47,7 +50,7 @@ void setNumber(CMPIInstance* instance, const char* name, Number CMPIValue::*memb
 }
 
 CMPIrc raise(const CMPIContext* context, const std::string& className, std::uint32_t number) {
-    void* const mark = broker->mft->mark(broker, nullptr);
+    void* const mark = broker->mft ? broker->mft->mark(broker, nullptr) : nullptr;
     CMPIObjectPath* const path =
         broker->eft->newObjectPath(broker, nameSpace, className.c_str(), nullptr);
     CMPIInstance* const alarm = broker->eft->newInstance(broker, path, nullptr);
@@ -57,7 +60,7 @@ CMPIrc raise(const CMPIContext* context, const std::string& className, std::uint
     setNumber<CMPIUint16>(alarm, "AlertType", &CMPIValue::uint16, 5, CMPI_uint16);
     setText(alarm, "Message", "the bell <rings> & \nrings");
     const CMPIrc code = broker->bft->deliverIndication(broker, context, nameSpace, alarm).rc;
-    broker->mft->release(broker, mark);
+    if (mark) broker->mft->release(broker, mark);
     return code;
 }
 
@@ -111,8 +114,7 @@ CMPIStatus cleanUpAlarms(CMPIIndicationMI*, const CMPIContext*, CMPIBoolean) { r
 
 CMPIStatus authorizeFilter(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp* filter,
                            const char* className, const CMPIObjectPath* path, const char*) {
-    note("authorize " + std::string(className) + " " +
-         textOf(path->ft->getNameSpace(path, nullptr)));
+    note("authorize " + named(className) + " " + textOf(path->ft->getNameSpace(path, nullptr)));
     if (filterText(filter).find("Forbidden") != std::string::npos) {
         return fail(CMPI_RC_ERR_ACCESS_DENIED, "that word is forbidden");
     }
@@ -128,13 +130,13 @@ CMPIStatus mustPoll(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp* 
 
 CMPIStatus activateFilter(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp*,
                           const char* className, const CMPIObjectPath*, CMPIBoolean first) {
-    note("activate " + std::string(className) + (first ? " first" : " again"));
+    note("activate " + named(className) + (first ? " first" : " again"));
     return ok;
 }
 
 CMPIStatus deActivateFilter(CMPIIndicationMI*, const CMPIContext*, const CMPISelectExp*,
                             const char* className, const CMPIObjectPath*, CMPIBoolean last) {
-    note("deactivate " + std::string(className) + (last ? " last" : " one"));
+    note("deactivate " + named(className) + (last ? " last" : " one"));
     return ok;
 }
 
