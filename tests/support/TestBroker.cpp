@@ -129,3 +129,10 @@ CmpiObjectPath TestBroker::path(const char* nameSpace, const char* className,
     made.addKey("Id", key);
     return made;
 }
+
+CmpiObjectPath TestBroker::path(const char* className, Keys keys, const char* nameSpace) const {
+    auto made = CmpiCpp::makeCmpiObjectPath(broker(), nameSpace, className);
+    made.setHost(PYL::PYLUtil::getHostName());
+    for (const auto& [name, value] : keys) made.addKey(name, value);
+    return made;
+}

@@ -4,9 +4,11 @@
 #include "cmpicpp/CmpiContext.h"
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiObjectPath.h"
+#include "cmpicpp/CmpiValue.h"
 #include "tests/support/BrokerFixture.h"
 
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <utility>
 #include <vector>
@@ -60,6 +62,12 @@ public:
     CmpiCpp::CmpiObjectPath path(const char* className, const std::string& key) const;
     CmpiCpp::CmpiObjectPath path(const char* nameSpace, const char* className,
                                  const std::string& key, const std::string& host) const;
+
+    /// Its keys as they stand; in root/ktq unless another is given, and on this host. Of two such
+    /// paths the texts are the same, though hosts have the keys in orders of their own.
+    using Keys = std::initializer_list<std::pair<const char*, CmpiCpp::CmpiValue>>;
+    CmpiCpp::CmpiObjectPath path(const char* className, Keys keys,
+                                 const char* nameSpace = "root/ktq") const;
 
     /// A new instance whose one key, "Id", is a property too: some hosts leave that to its maker.
     CmpiCpp::CmpiInstance instance(const CmpiCpp::CmpiObjectPath& path) const;

@@ -20,7 +20,9 @@ TEST_F(LocalPathsTest, NameHostNamespaceClassAndKeysInOrder) {
     EXPECT_EQ(PYL::makeLocalPath("PYL_Thing",
                                  {{"Name", name}, {"Tag", "a" + name}, {"Slot", 2U}, {"Hot", true}})
                   .str(),
-              "//server-1/root/ktq:PYL_Thing.Name=\"server's\",Tag=\"aserver's\",Slot=2,Hot=true");
+              host.path("PYL_Thing",
+                        {{"Name", "server's"}, {"Tag", "aserver's"}, {"Slot", 2U}, {"Hot", true}})
+                  .str());
 }
 
 TEST_F(LocalPathsTest, StandInAnotherNamespaceWhereToldTo) {

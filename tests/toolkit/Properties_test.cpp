@@ -25,7 +25,9 @@ TEST_F(PropertiesTest, OfANewInstanceAreTheKeysOfItsPath) {
     const auto path = PYL::makeLocalPath("PYL_Thing", {{"Name", "a"}, {"Slot", 2U}});
     const auto made = PYL::makeInstanceAt(path);
     EXPECT_EQ(made.getPath(), path);
-    EXPECT_EQ(made.str(), "instance of PYL_Thing {Name = \"a\"; Slot = 2;}");
+    ASSERT_EQ(made.getPropertyCount(), 2U);
+    EXPECT_EQ(made.getProperty("Name").asString(), "a");
+    EXPECT_EQ(made.getProperty("Slot").asUint64(), 2U);
 }
 
 TEST_F(PropertiesTest, StayNullWhileTheValueIsUnknown) {

@@ -35,18 +35,23 @@ struct BaseServerFixture : testing::Test {
         return made;
     }
 
-    static std::string deviceText(const std::string& location) {
-        return "//server-1/root/ktq:PYL_PCIDevice.CreationClassName=\"PYL_PCIDevice\","
-               "SystemCreationClassName=\"PYL_ComputerSystem\",SystemName=\"server-1\","
-               "DeviceID=\"KTQ:PYL_PCIDevice:0000:" +
-               location + "\"";
+    CmpiCpp::CmpiObjectPath systemPath() const {
+        return host.path("PYL_ComputerSystem",
+                         {{"CreationClassName", "PYL_ComputerSystem"}, {"Name", "server-1"}});
     }
-    static inline const std::string systemText =
-        "//server-1/root/ktq:PYL_ComputerSystem.CreationClassName=\"PYL_ComputerSystem\","
-        "Name=\"server-1\"";
-    static inline const std::string chassisText =
-        "//server-1/root/ktq:PYL_ComputerSystemChassis."
-        "CreationClassName=\"PYL_ComputerSystemChassis\",Tag=\"1\"";
+    CmpiCpp::CmpiObjectPath chassisPath() const {
+        return host.path("PYL_ComputerSystemChassis",
+                         {{"CreationClassName", "PYL_ComputerSystemChassis"}, {"Tag", "1"}});
+    }
+    CmpiCpp::CmpiObjectPath devicePath(const std::string& location) const {
+        return host.path("PYL_PCIDevice", {{"CreationClassName", "PYL_PCIDevice"},
+                                           {"SystemCreationClassName", "PYL_ComputerSystem"},
+                                           {"SystemName", "server-1"},
+                                           {"DeviceID", "KTQ:PYL_PCIDevice:0000:" + location}});
+    }
+    std::string deviceText(const std::string& location) const { return devicePath(location).str(); }
+    const std::string systemText = systemPath().str();
+    const std::string chassisText = chassisPath().str();
 
     static inline const std::string groupText =
         "//server-1/root/ktq:PYL_PCIDeviceGroup.InstanceID=\"KTQ:PYL_PCIDeviceGroup:1\"";

@@ -16,12 +16,14 @@ struct ServerAssociationsTest : BaseServerFixture {
 TEST_F(ServerAssociationsTest, NameBothEndsInTheirPaths) {
     EXPECT_EQ(devices->getClassName().str(), "PYL_SystemPCIDevice");
     EXPECT_EQ(devices->getPath().str(),
-              "//server-1/root/ktq:PYL_SystemPCIDevice.GroupComponent=\"" + escaped(systemText) +
-                  "\",PartComponent=\"" + escaped(deviceText("1a:03.1")) + "\"");
+              host.path("PYL_SystemPCIDevice", {{"GroupComponent", systemPath()},
+                                                {"PartComponent", devicePath("1a:03.1")}})
+                  .str());
     EXPECT_EQ(package->getClassName().str(), "PYL_ComputerSystemPackage");
     EXPECT_EQ(package->getPath().str(),
-              "//server-1/root/ktq:PYL_ComputerSystemPackage.Antecedent=\"" + escaped(chassisText) +
-                  "\",Dependent=\"" + escaped(systemText) + "\"");
+              host.path("PYL_ComputerSystemPackage",
+                        {{"Antecedent", chassisPath()}, {"Dependent", systemPath()}})
+                  .str());
 }
 
 TEST_F(ServerAssociationsTest, HoldBothEndsAsReferences) {

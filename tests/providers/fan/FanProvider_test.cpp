@@ -52,11 +52,13 @@ struct FanProviderTest : testing::Test {
     CmpiObjectPath classPath(const char* className) {
         return CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
     }
-    static std::string fanText(const std::string& id) {
-        return "//server-1/root/ktq:PYL_Fan.CreationClassName=\"PYL_Fan\","
-               "SystemCreationClassName=\"PYL_ComputerSystem\",SystemName=\"server-1\","
-               "DeviceID=\"KTQ:PYL_Fan:" +
-               id + "\"";
+    std::string fanText(const std::string& id) const {
+        return host
+            .path("PYL_Fan", {{"CreationClassName", "PYL_Fan"},
+                              {"SystemCreationClassName", "PYL_ComputerSystem"},
+                              {"SystemName", "server-1"},
+                              {"DeviceID", "KTQ:PYL_Fan:" + id}})
+            .str();
     }
 };
 
