@@ -6,14 +6,18 @@
 #include "cimhost/repository/CimError.h"
 
 #include <algorithm>
+#include <list>
 #include <optional>
 #include <tuple>
 
 namespace cimhost {
 
 struct ModuleHost::Hosted {
+    explicit Hosted(std::string itsName) : name(std::move(itsName)) {}
+
     std::string name;
     std::optional<StaticModule> factories;  ///< of a part of this program
+    std::mutex loading;                     ///< held while it is loaded
     std::unique_ptr<Module> code;           ///< null while it is not loaded
 };
 
@@ -49,9 +53,48 @@ struct ModuleHost::Provider {
     std::string name;
     std::string nameSpace;  ///< one it is registered for
     Hosted& module;
+    unsigned holds = 0;     ///< how often a thread holds it, which makes or cleans up its MIs
+    std::thread::id owner;  ///< that thread
     std::tuple<TypedSlot<CMPIInstanceMI>, TypedSlot<CMPIAssociationMI>, TypedSlot<CMPIMethodMI>,
                TypedSlot<CMPIIndicationMI>>
         slots;
+};
+
+/// Keeps other threads from making or cleaning up the provider's MIs. Threads may hold a provider
+/// more than once, since a factory may make up-calls.
+class ModuleHost::Hold {
+public:
+    /// The lock, of the host's mutex, is held, and again on return. Throws CimError failed when the
+    /// thread that holds the provider waits for this one; serverIsShuttingDown.
+    Hold(ModuleHost& host, std::unique_lock<std::mutex>& lock, Provider& provider)
+        : _host(host), _lock(lock), _provider(provider) {
+        const std::thread::id self = std::this_thread::get_id();
+        while (provider.holds != 0 && provider.owner != self) {
+            _host._refuseWhenStopping();
+            if (_host._waitsForMe(provider)) refuseWhileBusy(provider);
+            _host._awaited[self] = &provider;
+            _host._released.wait(lock);
+            _host._awaited.erase(self);
+        }
+        ++provider.holds;
+        provider.owner = self;
+    }
+    ~Hold() {
+        if (!_lock.owns_lock()) _lock.lock();
+        if (--_provider.holds == 0) _host._released.notify_all();
+    }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+
+    [[noreturn]] static void refuseWhileBusy(const Provider& provider) {
+        throw CimError(CimCode::failed,
+                       "provider " + provider.name + " is called while it is made or cleaned up");
+    }
+
+private:
+    ModuleHost& _host;
+    std::unique_lock<std::mutex>& _lock;
+    Provider& _provider;
 };
 
 namespace {
@@ -86,6 +129,17 @@ std::chrono::steady_clock::time_point endOf(std::chrono::milliseconds patience) 
     return patience < left ? now + patience : Clock::time_point::max();
 }
 
+// As wait_until, which counts from another clock where it may: no time overflows.
+template <typename Condition>
+bool waitUntil(std::condition_variable& changed, std::unique_lock<std::mutex>& lock,
+               std::chrono::steady_clock::time_point end, Condition condition) {
+    if (end != std::chrono::steady_clock::time_point::max()) {
+        return changed.wait_until(lock, end, condition);
+    }
+    changed.wait(lock, condition);
+    return true;
+}
+
 // A class belongs to the module that registered it first.
 Registrations firstOfEachClass(const Registrations& all) {
     Registrations first;
@@ -117,17 +171,20 @@ ModuleHost::ModuleHost(const Broker& broker, Registrations registrations,
       _folders(std::move(folders)) {
     for (const Registration& registration : _registrations.all()) {
         auto& module = _modules[registration.module];
-        if (!module) module = std::make_unique<Hosted>(Hosted{registration.module, {}, {}});
+        if (!module) module = std::make_unique<Hosted>(registration.module);
         auto& provider = _providers[sharersOf(broker.manner(), registration)];
         if (!provider) provider = std::make_unique<Provider>(registration, *module);
     }
+    // Lest an MI that is made find no room.
+    _created.reserve(_providers.size() * providerTypeCount);
+    _loaded.reserve(_modules.size());
 }
 
 ModuleHost::~ModuleHost() { shutDown(); }
 
 void ModuleHost::addStatic(const std::string& module, StaticModule factories) {
     auto& hosted = _modules[module];
-    if (!hosted) hosted = std::make_unique<Hosted>(Hosted{module, {}, {}});
+    if (!hosted) hosted = std::make_unique<Hosted>(module);
     hosted->factories = std::move(factories);
 }
 
@@ -152,28 +209,53 @@ void ModuleHost::_refuseWhenStopping() const {
     throw CimError(CimCode::serverIsShuttingDown, "the server is shutting down");
 }
 
+// True when the thread that holds the provider waits, or waits for one that waits, for this thread.
+bool ModuleHost::_waitsForMe(const Provider& provider) const noexcept {
+    const std::thread::id self = std::this_thread::get_id();
+    const Provider* held = &provider;
+    while (held->holds != 0 && held->owner != self) {
+        const auto found = _awaited.find(held->owner);
+        if (found == _awaited.end()) return false;
+        held = found->second;
+    }
+    return held->holds != 0;
+}
+
+// Whether MIs are being made or cleaned up, of this module or of any.
+bool ModuleHost::_isHeld(const Hosted* module) const noexcept {
+    return std::any_of(_providers.begin(), _providers.end(), [module](const auto& each) {
+        const Provider& provider = *each.second;
+        return provider.holds != 0 && (!module || &provider.module == module);
+    });
+}
+
 // On return the caller is inside the gate.
 template <typename MI>
 void ModuleHost::_start(Provider& provider, TypedSlot<MI>& slot) {
     _refuseWhenStopping();
-    const std::lock_guard lock(_lifecycle);
-    _refuseWhenStopping();
-    if (slot.gate.enter()) return;  // another thread was faster
     try {
-        if (slot.isBusy) {
-            throw CimError(CimCode::failed, "provider " + provider.name +
-                                                " is called while it is made or cleaned up");
+        std::unique_lock lock(_mutex);
+        const Hold hold(*this, lock, provider);
+        if (!_isStopping && slot.gate.enter()) return;  // another thread was faster
+        if (!_isStopping) {
+            if (slot.isBusy) Hold::refuseWhileBusy(provider);
+            const Mark busy(slot.isBusy);
+            lock.unlock();
+            MI* const mi = _create<MI>(provider);
+            lock.lock();
+            slot.mi = mi;
+            _created.push_back(&slot);
         }
-        const Mark busy(slot.isBusy);
-        _created.reserve(_created.size() + 1);
-        slot.mi = _create<MI>(provider);
-        _created.push_back(&slot);
+        // What was made meanwhile is cleaned up with the others.
+        _refuseWhenStopping();
+        slot.gate.open();
+        slot.gate.enter();
     } catch (const CimError& error) {
-        _broker.log().write(BrokerLog::Level::error, provider.name, error.what());
+        if (error.code() != CimCode::serverIsShuttingDown) {
+            _broker.log().write(BrokerLog::Level::error, provider.name, error.what());
+        }
         throw;
     }
-    slot.gate.open();
-    slot.gate.enter();
 }
 
 template <typename MI>
@@ -203,15 +285,18 @@ MI* ModuleHost::_create(Provider& provider) {
 }
 
 void ModuleHost::_load(Hosted& module) {
+    const std::lock_guard alone(module.loading);
     if (module.code) return;
-    _loaded.reserve(_loaded.size() + 1);
+    std::unique_ptr<Module> code;
     try {
-        module.code = module.factories ? std::make_unique<Module>(*module.factories)
-                                       : Module::load(module.name, _folders);
+        code = module.factories ? std::make_unique<Module>(*module.factories)
+                                : Module::load(module.name, _folders);
     } catch (const CimError& error) {
         throw CimError(error.code(),
                        "module " + module.name + " cannot be loaded: " + error.what());
     }
+    const std::lock_guard lock(_mutex);
+    module.code = std::move(code);
     _loaded.push_back(&module);
 }
 
@@ -237,6 +322,7 @@ CMPIStatus ModuleHost::_cleanUp(Slot& slot, bool isTerminating) noexcept {
     return status;
 }
 
+// With the lock held.
 void ModuleHost::_remove(Slot& slot) noexcept {
     slot.isForever = false;
     std::erase(_created, &slot);
@@ -282,18 +368,25 @@ bool ModuleHost::_agreesToLeave(Slot& slot) noexcept {
 }
 
 UnloadOutcome ModuleHost::unload(const std::string& module) {
-    const std::lock_guard lock(_lifecycle);
+    std::unique_lock lock(_mutex);
     const auto found = _modules.find(module);
     if (found == _modules.end() || !found->second->code || _isStopping) {
         return UnloadOutcome::notLoaded;
     }
-    const std::vector<Slot*> slots = _slotsOf(*found->second);
+    Hosted& hosted = *found->second;
+    const std::vector<Slot*> slots = _slotsOf(hosted);
     std::vector<Slot*> leaving;
     leaving.reserve(slots.size());
-    if (!_closeIfIdle(slots)) return UnloadOutcome::busy;
+    if (_isHeld(&hosted) || !_closeIfIdle(slots)) return UnloadOutcome::busy;
+    std::list<Hold> holds;
+    for (const auto& [name, provider] : _providers) {
+        if (&provider->module == &hosted) holds.emplace_back(*this, lock, *provider);
+    }
+    lock.unlock();
     for (Slot* const slot : slots) {
         if (_isSpared(*slot, slots) || _agreesToLeave(*slot)) leaving.push_back(slot);
     }
+    lock.lock();
     const bool isEmpty = leaving.size() == slots.size();
     const bool goesOn = !isEmpty && _broker.manner().has(Habit::goesOnAfterRefusedUnload);
     for (Slot* const slot : leaving) {
@@ -304,40 +397,48 @@ UnloadOutcome ModuleHost::unload(const std::string& module) {
         }
     }
     if (!isEmpty) return UnloadOutcome::kept;
-    std::erase(_loaded, found->second.get());
-    found->second->code.reset();
+    std::erase(_loaded, &hosted);
+    const std::unique_ptr<Module> code = std::move(hosted.code);
+    lock.unlock();  // what runs when a library is closed is the module's, too
     return UnloadOutcome::unloaded;
 }
 
 bool ModuleHost::shutDown(std::chrono::milliseconds patience) {
     const auto end = endOf(patience);
     const std::lock_guard alone(_shutDown);
-    {
-        const std::lock_guard lock(_lifecycle);
-        _isStopping = true;
-        for (Slot* const slot : _created) slot->gate.close();
-    }
-    // From here on nothing is made any more. The lock is not held, lest a provider whose cleanup
-    // waits for its own thread wait for ever: that thread may want the lock only to be refused.
+    std::unique_lock lock(_mutex);
+    _isStopping = true;
+    _released.notify_all();
+    for (Slot* const slot : _created) slot->gate.close();
+    const bool isMade = waitUntil(_released, lock, end, [this] { return !_isHeld(nullptr); });
     const std::vector<Slot*> created(_created.rbegin(), _created.rend());
+    // The lock is not held while MIs are cleaned up: one may wait for its own thread, and that
+    // thread may want the lock only to be refused.
+    lock.unlock();
     const bool isIdle = std::all_of(created.begin(), created.end(),
                                     [end](Slot* slot) { return slot->gate.waitUntilIdle(end); });
     for (Slot* const slot : created) {
         if (!slot->gate.waitUntilIdle(std::chrono::steady_clock::now())) continue;
         if (!_isSpared(*slot, created)) _cleanUp(*slot, true);
+        const std::lock_guard removing(_mutex);
         _remove(*slot);
     }
     _closeUnused();
-    return isIdle;
+    return isMade && isIdle;
 }
 
 void ModuleHost::_closeUnused() {
-    const std::vector<Hosted*> loaded(_loaded.rbegin(), _loaded.rend());
-    for (Hosted* const module : loaded) {
-        if (!_slotsOf(*module).empty()) continue;
-        std::erase(_loaded, module);
-        module->code.reset();
+    std::vector<std::unique_ptr<Module>> unused;
+    {
+        const std::lock_guard lock(_mutex);
+        const std::vector<Hosted*> loaded(_loaded.rbegin(), _loaded.rend());
+        for (Hosted* const module : loaded) {
+            if (!_slotsOf(*module).empty() || _isHeld(module)) continue;
+            std::erase(_loaded, module);
+            unused.push_back(std::move(module->code));
+        }
     }
+    for (std::unique_ptr<Module>& code : unused) code.reset();
 }
 
 }  // namespace cimhost

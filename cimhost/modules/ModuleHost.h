@@ -6,12 +6,14 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <filesystem>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -58,8 +60,9 @@ enum class UnloadOutcome {
 ///
 /// An MI is made when the first call needs it, once for each provider and type, so that a module
 /// that cannot be loaded delays nobody and is tried again at the next call. Making and cleaning up
-/// go one at a time, on the thread that asks; a factory may make up-calls. Safe from several
-/// threads, addStatic excepted. The broker must outlive the host.
+/// go one at a time for each provider, on the thread that asks, so that a factory that hangs keeps
+/// its own provider alone; a factory may make up-calls. Safe from several threads, addStatic
+/// excepted. The broker must outlive the host.
 class ModuleHost {
 public:
     /// `folders` are where modules are looked for, in this order.
@@ -81,27 +84,29 @@ public:
     /// CMPIInstanceMI, CMPIAssociationMI, CMPIMethodMI, CMPIIndicationMI; the registration is one
     /// of this host's. Throws CimError: serverIsShuttingDown; and, with a line in the log each
     /// time, failed when the module cannot be loaded, has no such entry point, made no MI, or when
-    /// the MI is asked for while it is being made on this thread; accessDenied and notSupported as
-    /// the factory says.
+    /// the MI is asked for while it is being made, on this thread or on one that waits for what
+    /// this thread makes; accessDenied and notSupported as the factory says.
     template <typename MI>
     MiUse<MI> use(const Registration& registration);
 
     /// Asks the module's MIs to clean up, not terminating, and closes the library when all did. One
     /// that answers CMPI_RC_DO_NOT_UNLOAD will be asked again next time, one that answers
-    /// CMPI_RC_NEVER_UNLOAD no more until shutDown. A later call makes the MIs anew. Other calls
-    /// that need an MI made wait meanwhile: a cleanup must not wait for a thread that makes such
-    /// up-calls.
+    /// CMPI_RC_NEVER_UNLOAD no more until shutDown. A later call makes the MIs anew. Calls that
+    /// need an MI of the module made wait meanwhile: a cleanup must not wait for a thread that
+    /// makes such up-calls.
     UnloadOutcome unload(const std::string& module);
 
-    /// Refuses new calls, waits for those in progress, cleans every MI up, terminating, and closes
-    /// the libraries, both in reverse order. False when a call did not end within `patience`; what
-    /// it runs in stays as it is then, and another shutDown may follow. Not from within a call.
+    /// Refuses new calls, waits for those in progress and for MIs being made, cleans every MI up,
+    /// terminating, and closes the libraries, both in reverse order. False when one of them did not
+    /// end within `patience`; what it runs in stays as it is then, and another shutDown may follow.
+    /// Not from within a call.
     bool shutDown(std::chrono::milliseconds patience = std::chrono::milliseconds::max());
 
 private:
     struct Slot;
     struct Hosted;
     struct Provider;
+    class Hold;
     template <typename MI>
     struct TypedSlot;
 
@@ -110,6 +115,8 @@ private:
     template <typename MI>
     MI* _create(Provider& provider);
     void _load(Hosted& module);
+    bool _waitsForMe(const Provider& provider) const noexcept;
+    bool _isHeld(const Hosted* module) const noexcept;
     void _remove(Slot& slot) noexcept;
     CMPIStatus _cleanUp(Slot& slot, bool isTerminating) noexcept;
     std::vector<Slot*> _slotsOf(const Hosted& module) const;
@@ -125,11 +132,12 @@ private:
     std::map<std::string, std::unique_ptr<Hosted>> _modules;
     std::map<std::string, std::unique_ptr<Provider>> _providers;
 
-    // Held while an MI is made or cleaned up. One for all, lest two factories that call each
-    // other's providers wait for each other; recursive, because a factory may make up-calls.
-    std::recursive_mutex _lifecycle;
-    std::vector<Slot*> _created;   // in order of creation
-    std::vector<Hosted*> _loaded;  // in order of loading
+    // Guards what follows, and who holds which provider; never held while code of a module runs.
+    std::mutex _mutex;
+    std::condition_variable _released;
+    std::map<std::thread::id, const Provider*> _awaited;  // by the thread that waits for it
+    std::vector<Slot*> _created;                          // in order of creation
+    std::vector<Hosted*> _loaded;                         // in order of loading
     std::atomic<bool> _isStopping = false;
     std::mutex _shutDown;  // one shutDown at a time
 };

@@ -399,6 +399,101 @@ TEST_F(StaticModules, ManyThreadsThatComeFirstMakeOneMi) {
     EXPECT_EQ(made, 1);
 }
 
+/// Providers P of TST_Fan and Q of TST_System whose factories a test writes.
+class TwoFactories : public StaticModules {
+protected:
+    TwoFactories()
+        : p(serve("P", "TST_Fan root/test instance")),
+          q(serve("Q", "TST_System root/test instance")) {
+        p.getInstance = [&](const ProviderCalled&) { return p.fail(6, "no fan"); };
+        q.getInstance = [&](const ProviderCalled&) { return q.fail(6, "no system"); };
+        start();
+    }
+
+    /// What P and Q run when they are made.
+    void make(std::function<void()> makeP, std::function<void()> makeQ) {
+        host().addStatic("PModule", {[this, makeP](auto...) {
+                                         makeP();
+                                         return p.instanceMi();
+                                     },
+                                     nullptr, nullptr, nullptr});
+        host().addStatic("QModule", {[this, makeQ](auto...) {
+                                         makeQ();
+                                         return q.instanceMi();
+                                     },
+                                     nullptr, nullptr, nullptr});
+    }
+
+    std::string failureOf(const std::string& className) {
+        return failureOfCall([&] { getFan(className); });
+    }
+
+    ScriptedProvider& p;
+    ScriptedProvider& q;
+    std::latch isMakingP{1};
+    std::latch mayGoOn{1};
+};
+
+TEST_F(TwoFactories, OneThatHangsKeepsNoOther) {
+    make([&] { isMakingP.count_down(), mayGoOn.wait(); }, [] {});
+    std::thread client([&] { EXPECT_EQ(failureOf("TST_Fan"), "6: no fan"); });
+    isMakingP.wait();
+    std::future<int> other = std::async(std::launch::async, [&] { return getCode("TST_System"); });
+    EXPECT_EQ(other.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    mayGoOn.count_down();
+    client.join();
+    EXPECT_EQ(other.get(), 6);
+}
+
+TEST_F(TwoFactories, OneThatHangsDoesNotKeepTheEnd) {
+    make([&] { isMakingP.count_down(), mayGoOn.wait(); }, [] {});
+    getCode("TST_System");
+    bool isClean = false;
+    q.cleanUp = [&](bool) {
+        isClean = true;
+        return q.succeed();
+    };
+    bool isCleanLater = false;
+    p.cleanUp = [&](bool) {
+        isCleanLater = true;
+        return p.succeed();
+    };
+    std::thread client([&] { EXPECT_EQ(getCode(), 28); });
+    isMakingP.wait();
+    EXPECT_EQ(host().unload("PModule"), UnloadOutcome::busy);
+    EXPECT_FALSE(host().shutDown(std::chrono::milliseconds(0)));
+    EXPECT_TRUE(isClean);
+    EXPECT_FALSE(isCleanLater);
+    mayGoOn.count_down();
+    client.join();
+    EXPECT_TRUE(host().shutDown());
+    EXPECT_TRUE(isCleanLater);
+}
+
+TEST_F(TwoFactories, WhoseUpCallsCrossEachOtherEndWithARefusal) {
+    std::latch areBothInside(2);
+    std::string answerToP;
+    std::string answerToQ;
+    make(
+        [&] {
+            areBothInside.arrive_and_wait();
+            answerToP = failureOf("TST_System");
+        },
+        [&] {
+            areBothInside.arrive_and_wait();
+            answerToQ = failureOf("TST_Fan");
+        });
+    std::thread client([&] { EXPECT_EQ(failureOf("TST_Fan"), "6: no fan"); });
+    EXPECT_EQ(failureOf("TST_System"), "6: no system");
+    client.join();
+    // Who came last was refused; the other waited until that one was made.
+    EXPECT_THAT(
+        (std::vector{answerToP, answerToQ}),
+        testing::AnyOf(
+            ElementsAre("6: no system", "1: provider P is called while it is made or cleaned up"),
+            ElementsAre("1: provider Q is called while it is made or cleaned up", "6: no fan")));
+}
+
 TEST_F(StaticModules, ATypeThatAModuleDoesNotOfferIsNamed) {
     serve("P", "TST_Fan root/test instance");
     start();
