@@ -1,6 +1,7 @@
 #include "cimhost/repository/InstanceConformer.h"
 
 #include "cimhost/repository/CimError.h"
+#include "cimhost/repository/ValueConversion.h"
 #include "tests/cimhost/mof/MofText.h"
 
 #include <gtest/gtest.h>
@@ -53,6 +54,34 @@ TEST_F(InstanceConformer, SpellsTypesAndFillsInAsTheClassDoes) {
     EXPECT_EQ(stored.properties[0].classOrigin, "T_Fan");
     EXPECT_EQ(stored.properties[1].value, Value::unsignedInteger(CimType::uint8, 7));
     EXPECT_EQ(stored.properties[2].value.type(), CimType::dateTime);
+}
+
+TEST_F(InstanceConformer, ChargesTheInstanceAndEachOfItsPropertiesWithItsValue) {
+    const MemoryBudget& budget = _mof.nameSpace().budget();
+    std::size_t before = budget.used();
+    add(_fan);
+    const std::size_t bare = budget.used() - before;
+    const Value speed = Value::unsignedInteger(CimType::uint8, 7);
+    EXPECT_EQ(bare, sizeof(Instance) + 2 * sizeof(PropertyValue) + valueBytes(Value::string("1")) +
+                        valueBytes(speed))
+        << "the default is charged as what is given is";
+
+    before = budget.used();
+    const Value list = Value::array(CimType::uint16, {Value::unsignedInteger(CimType::uint16, 1),
+                                                      Value::unsignedInteger(CimType::uint16, 2)});
+    _fan.set("id", Value::string("2"));
+    _fan.set("List", list);
+    add(_fan);
+    EXPECT_EQ(budget.used() - before, bare + sizeof(PropertyValue) + valueBytes(list));
+}
+
+TEST_F(InstanceConformer, AddsNothingThatTheBudgetCannotPay) {
+    MemoryBudget& budget = _mof.nameSpace().budget();
+    const std::size_t left = sizeof(Instance) + sizeof(PropertyValue) + 100;
+    budget.charge(MemoryBudget::limit - budget.used() - left);
+    _fan.set("id", Value::string(std::string(100, 'x')));
+    EXPECT_EQ(refusal(_fan).first, CimCode::serverLimitsExceeded);
+    EXPECT_TRUE(_mof.nameSpace().instances().empty());
 }
 
 TEST_F(InstanceConformer, TakesKeysFromThePathToo) {
