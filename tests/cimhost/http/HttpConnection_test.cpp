@@ -154,6 +154,7 @@ TEST_F(HttpConnectionTest, LetsNobodyInWithoutPassword) {
                        post("three", "Authorization: Basic good\r\n")}),
                 ElementsAre(401, 401, 200));
     EXPECT_EQ(headerOf(stream.sent, "Content-Length"), "0");
+    EXPECT_THAT(stream.sent, testing::EndsWith("\r\n\r\nthree"));
     EXPECT_NE(headerOf(stream.sent, "WWW-Authenticate"), "");
     EXPECT_EQ(handler.calls, 1);
 }

@@ -225,6 +225,16 @@ TEST_F(HttpParserTest, DoesNotKeepADiscardedBody) {
     EXPECT_EQ(parser.request().body, "");
 }
 
+TEST_F(HttpParserTest, KeepsTheNextBodyAfterADiscardedOne) {
+    const std::string text = request("Content-Length: 4\r\n", "body");
+    const std::size_t used = parser.feed(text);
+    parser.discardBody();
+    parser.feed(std::string_view(text).substr(used));
+    ASSERT_EQ(parser.state(), State::complete);
+    ASSERT_EQ(feed(text), State::complete);
+    EXPECT_EQ(parser.request().body, "body");
+}
+
 TEST_F(HttpParserTest, KnowsWhetherARequestHasBegun) {
     EXPECT_FALSE(parser.hasBegun());
     parser.feed("P");
