@@ -10,6 +10,10 @@ namespace {
 /// A refused request's body is read past, to keep the connection, if it is no longer than this.
 constexpr std::uint64_t skippedBodyBytes = 64 * 1024;
 
+/// Of each body so much is not charged: requests as they mostly are come through whatever long
+/// ones there are.
+constexpr std::uint64_t unchargedBodyBytes = 64 * 1024;
+
 bool canSkipBody(const HttpRequest& request) noexcept {
     return !request.isChunked && request.contentLength.value_or(0) <= skippedBodyBytes &&
            !wantsContinue(request);
@@ -28,6 +32,7 @@ HttpConnection::HttpConnection(Stream& stream, const HttpServices& services, Htt
       _budgets(budgets),
       _addresses(addresses),
       _presence(presence),
+      _bodyShare(budgets.bodies),
       _parser(_limits),
       _buffer(std::make_unique_for_overwrite<char[]>(_bufferBytes)) {
     _parser.request().localAddress = addresses.local;
@@ -51,6 +56,7 @@ void HttpConnection::refuse(int status) noexcept try {
 
 bool HttpConnection::_serveRequest() {
     _parser.clear();
+    _bodyShare.clear();
     _refusal = 0;
     _bodyBytes = 0;
     _waitBegin = Clock::now();
@@ -65,6 +71,7 @@ bool HttpConnection::_serveRequest() {
 bool HttpConnection::_receiveRequest() {
     for (;;) {
         _feedParser();
+        if (_closes) return true;
         switch (_parser.state()) {
             case HttpParser::State::complete: return true;
             case HttpParser::State::refused: _endHere(_parser.refusal()); return true;
@@ -72,7 +79,7 @@ bool HttpConnection::_receiveRequest() {
                 _judgeHead();
                 if (_closes) return true;
                 _feedParser();
-                if (_parser.state() == HttpParser::State::complete) return true;
+                if (_closes || _parser.state() == HttpParser::State::complete) return true;
                 break;
             case HttpParser::State::head:
             case HttpParser::State::body: break;
@@ -86,7 +93,23 @@ void HttpConnection::_feedParser() {
     const bool inBody = _parser.state() != HttpParser::State::head;
     const std::size_t used = _parser.feed({_buffer.get() + _begin, _end - _begin});
     _begin += used;
-    if (inBody) _bodyBytes += used;
+    if (!inBody) return;
+    _bodyBytes += used;
+    if (_refusal == 0 && !_chargeBody()) {
+        _releaseBody();
+        _endHere(503);
+    }
+}
+
+/// False when there is no room for what has come of the body.
+bool HttpConnection::_chargeBody() {
+    const std::uint64_t charge = std::max(_bodyBytes, unchargedBodyBytes) - unchargedBodyBytes;
+    return charge <= _bodyShare.size() || _bodyShare.grow(charge - _bodyShare.size());
+}
+
+void HttpConnection::_releaseBody() {
+    _parser.releaseBody();
+    _bodyShare.clear();
 }
 
 Clock::time_point HttpConnection::_deadline() const {
@@ -163,6 +186,7 @@ void HttpConnection::_fill(HttpReply& reply) {
         cimhost::refuse(reply, _refusal);
     } else {
         _callHandler(reply);
+        _releaseBody();
     }
     _presence.sendingSince = Clock::now().time_since_epoch().count();
     reply.finish();

@@ -7,6 +7,7 @@
 #include "cimhost/http/HttpPresence.h"
 #include "cimhost/http/Stream.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -22,10 +23,12 @@ struct HttpServices {
 
 /// What the connections of one server have to share. Safe from several threads.
 struct HttpBudgets {
+    ByteBudget bodies;
     SpoolStore spool;
 
     explicit HttpBudgets(const HttpLimits& limits)
-        : spool(limits.spoolMemoryBytes, limits.spoolDiskBytes, limits.spoolFolder) {}
+        : bodies(ByteBudget::Kind::memory, std::max(limits.bodyMemoryBytes, limits.bodyBytes)),
+          spool(limits.spoolMemoryBytes, limits.spoolDiskBytes, limits.spoolFolder) {}
 };
 
 struct HttpAddresses {
@@ -50,6 +53,8 @@ private:
     bool _receiveRequest();
     bool _receiveMore();
     void _feedParser();
+    bool _chargeBody();
+    void _releaseBody();
     void _judgeHead();
     void _endHere(int status);
     Clock::time_point _deadline() const;
@@ -67,6 +72,7 @@ private:
     HttpBudgets& _budgets;
     const HttpAddresses& _addresses;
     HttpPresence& _presence;
+    ByteBudget::Share _bodyShare;  ///< before the body that it stands for
     HttpParser _parser;
     std::unique_ptr<char[]> _buffer;
     std::size_t _begin = 0;  ///< of what arrived and is not used yet

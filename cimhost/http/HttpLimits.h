@@ -19,6 +19,10 @@ struct HttpLimits {
     std::size_t framingBytes = 1024 * 1024;  ///< chunk sizes and extensions of one body: 413
     std::size_t connections = 128;           ///< served at once: 503
 
+    /// What has come of bodies and is not answered yet, of all connections together; the first
+    /// 64 KiB of each are not counted. At least one body of the greatest length: 503.
+    std::uint64_t bodyMemoryBytes = 64 * 1024 * 1024;
+
     /// What waits for clients that do not read their replies, of all connections together: in
     /// memory, and beyond that in temporary files. A reply that finds no room ends with an error.
     std::uint64_t spoolMemoryBytes = 32 * 1024 * 1024;

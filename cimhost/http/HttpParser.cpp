@@ -94,7 +94,10 @@ private:
 
     std::size_t on_body_impl(string_view bytes, error_code&) override {
         _bodyBytes += bytes.size();
-        if (!_discardsBody) _request.body.append(bytes.data(), bytes.size());
+        if (_discardsBody) return bytes.size();
+        // Reserved at once, and paid for only page by page as it comes.
+        if (_request.body.empty()) _request.body.reserve(_request.contentLength.value_or(0));
+        _request.body.append(bytes.data(), bytes.size());
         return bytes.size();
     }
 
@@ -187,8 +190,13 @@ void HttpParser::_refuse(int status) noexcept {
     _refusal = status;
 }
 
-void HttpParser::clear() {
+void HttpParser::releaseBody() {
     constexpr std::size_t keptBytes = 64 * 1024;
+    _request.body.clear();
+    if (_request.body.capacity() > keptBytes) std::string().swap(_request.body);
+}
+
+void HttpParser::clear() {
     _head.clear();
     _reader.reset();
     _request.method = _request.target = _request.principal = {};
@@ -196,8 +204,7 @@ void HttpParser::clear() {
     _request.isChunked = false;
     _request.contentLength.reset();
     _request.fields.clear();
-    _request.body.clear();
-    if (_request.body.capacity() > keptBytes) _request.body.shrink_to_fit();
+    releaseBody();
     _state = State::head;
     _refusal = 0;
     _discardsBody = false;

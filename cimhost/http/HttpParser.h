@@ -46,6 +46,9 @@ public:
     /// The body still arrives and is counted, but is not kept.
     void discardBody() noexcept { _discardsBody = true; }
 
+    /// Forgets the body alone. The memory of a long one is freed.
+    void releaseBody();
+
     /// Forgets the request; the next one may begin.
     void clear();
 

@@ -85,6 +85,15 @@ void ServeOptions::_addLimitOptions(CLI::App& command) {
         ->capture_default_str()
         ->group(group);
     command
+        .add_option(
+            "--body-memory", limits.bodyMemoryBytes,
+            "Request bodies that may be there at once, all together but the first 64 KiB of "
+            "each; one more is answered 503")
+        ->type_name("BYTES")
+        ->check(CLI::Range(std::uint64_t{0}, std::uint64_t{1} << 40U))
+        ->capture_default_str()
+        ->group(group);
+    command
         .add_option("--spool-memory", limits.spoolMemoryBytes,
                     "Of replies, how much may wait in memory for clients that do not read them")
         ->type_name("BYTES")

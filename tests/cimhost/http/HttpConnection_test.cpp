@@ -131,6 +131,52 @@ TEST_F(HttpConnectionTest, TakesABodyOfTheLimitAndNoMore) {
     EXPECT_EQ(handler.calls, 1);
 }
 
+TEST_F(HttpConnectionTest, RefusesABodyForWhichThereIsNoRoomAmongTheOthers) {
+    limits.bodyBytes = 200'000;
+    limits.bodyMemoryBytes = 1;  // one body fits in any case
+    HttpBudgets small{limits};
+    ByteBudget::Share others(small.bodies);
+    const HttpServices services{handler, limits, nullptr, nullptr};
+    const auto statusFor = [&](const std::string& request) {
+        stream.sent.clear();
+        stream.incoming = {request, post("next")};
+        HttpConnection(stream, services, small, addresses, presence).serve();
+        return statusOf(stream.sent);
+    };
+    const std::string large = post(std::string(200'000, 'b'));
+    const std::string chunked =
+        "POST / HTTP/1.1\r\nHost: a\r\nTransfer-Encoding: chunked\r\n\r\n186A0\r\n" +
+        std::string(100'000, 'c') + "\r\n0\r\n\r\n";
+    EXPECT_EQ(statusFor(large), 200);
+    EXPECT_EQ(statusFor(chunked), 200);
+    EXPECT_EQ(small.bodies.used(), 0U) << "given back";
+    ASSERT_TRUE(others.grow(200'000 - 1000));
+    for (const std::string& request : {large, chunked}) {
+        EXPECT_EQ(statusFor(request), 503);
+        EXPECT_EQ(headerOf(stream.sent, "Retry-After"), "1");
+        EXPECT_EQ(headerOf(stream.sent, "Connection"), "close");
+        EXPECT_EQ(small.bodies.used(), 199'000U);
+    }
+    EXPECT_EQ(statusFor(post(std::string(65'536, 'b'))), 200) << "small ones always pass";
+    others.clear();
+    EXPECT_EQ(statusFor(large), 200);
+}
+
+TEST_F(HttpConnectionTest, HoldsABodyNoLongerThanItsHandlerRuns) {
+    HttpBudgets ours{limits};
+    std::uint64_t during = 0;
+    TestHandler looking([&](const HttpRequest& request, HttpReply& reply) {
+        during = ours.bodies.used();
+        EXPECT_EQ(request.body.size(), 200'000U);
+        reply.write("seen");
+    });
+    stream.incoming = {post(std::string(200'000, 'b'))};
+    stream.onSend = [&] { EXPECT_EQ(ours.bodies.used(), 0U) << "while the reply leaves"; };
+    HttpConnection(stream, {looking, limits, nullptr, nullptr}, ours, addresses, presence).serve();
+    EXPECT_EQ(bodyOf(stream.sent), "seen");
+    EXPECT_EQ(during, 200'000U - 65'536U);
+}
+
 TEST_F(HttpConnectionTest, GoesOnAfterARefusalThatLeavesNoDoubt) {
     EXPECT_THAT(serve({"GET / HTTP/1.1\r\nHost: a\r\n\r\n" + post("one")}), ElementsAre(405, 200));
     EXPECT_THAT(serve({"PUT / HTTP/1.1\r\nHost: a\r\nContent-Length: 3\r\n\r\nabc" + post("one")}),

@@ -29,6 +29,10 @@ struct HttpRulesTest : testing::Test {
     }
 };
 
+TEST_F(HttpRulesTest, SaysWhenToTryAgain) {
+    EXPECT_THAT(refusal(503), HasSubstr("\r\nRetry-After: 1\r\n"));
+}
+
 TEST_F(HttpRulesTest, TakesAPostWithHostAndLength) { EXPECT_EQ(refusalOf(request), 0); }
 
 TEST_F(HttpRulesTest, RefusesOtherMethods) {

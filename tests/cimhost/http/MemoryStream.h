@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <deque>
+#include <functional>
 #include <string>
 
 namespace cimhost {
@@ -20,6 +21,7 @@ public:
     bool isLost = false;    ///< each send fails
     std::size_t takesAtOnce = std::string::npos;  ///< so many bytes without a wait, and no more
     bool hasEnded = false;
+    std::function<void()> onSend;  ///< called before bytes are sent that may have to wait
 
     void establish(Clock::time_point) override {}
 
@@ -41,6 +43,7 @@ public:
         if (isLost) throw StreamError(StreamError::Kind::lost, "gone");
         ++sendCount;
         ++waits;
+        if (onSend) onSend();
         for (const std::string_view piece : pieces) sent.append(piece);
     }
 

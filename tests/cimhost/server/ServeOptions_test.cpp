@@ -42,6 +42,7 @@ TEST_F(ServeOptionsTest, HasTheDocumentedLimits) {
     EXPECT_EQ(limits.fieldCount, 100U);
     EXPECT_EQ(limits.bodyBytes, 10485760U);
     EXPECT_EQ(limits.connections, 128U);
+    EXPECT_EQ(limits.bodyMemoryBytes, 67108864U);
     EXPECT_EQ(limits.spoolMemoryBytes, 33554432U);
     EXPECT_EQ(limits.spoolDiskBytes, 4294967296U);
     EXPECT_EQ(limits.idleTime, milliseconds(30'000));
@@ -68,15 +69,17 @@ TEST_F(ServeOptionsTest, TakesTheMannerOfDelivery) {
 }
 
 TEST_F(ServeOptionsTest, TakesLimits) {
-    const HttpLimits limits = parse({"--max-connections", "3", "--max-body", "1000", "--idle-time",
-                                     "0.5", "--request-time", "2", "--reply-time", "1.25",
-                                     "--spool-memory", "7", "--spool-disk", "0"})
-                                  .limits;
+    const HttpLimits limits =
+        parse({"--max-connections", "3", "--max-body", "1000", "--idle-time", "0.5",
+               "--request-time", "2", "--reply-time", "1.25", "--body-memory", "8",
+               "--spool-memory", "7", "--spool-disk", "0"})
+            .limits;
     EXPECT_EQ(limits.connections, 3U);
     EXPECT_EQ(limits.bodyBytes, 1000U);
     EXPECT_EQ(limits.idleTime, milliseconds(500));
     EXPECT_EQ(limits.requestTime, milliseconds(2000));
     EXPECT_EQ(limits.replyTime, milliseconds(1250));
+    EXPECT_EQ(limits.bodyMemoryBytes, 8U);
     EXPECT_EQ(limits.spoolMemoryBytes, 7U);
     EXPECT_EQ(limits.spoolDiskBytes, 0U);
 }
