@@ -92,16 +92,23 @@ void writeExportMessage(XmlBuffer& out, const OutgoingIndication& outgoing,
                              Value::string(std::string(outgoing.filterName)));
         }
     }
+    // Every reference tells its namespace: the listener is in none.
+    writeExport(out, sequence.number,
+                {indication, outgoing.definition, outgoing.selection, outgoing.filterName},
+                sequence.host, {});
+}
+
+void writeExport(XmlBuffer& out, std::int64_t id, const OutgoingIndication& outgoing,
+                 std::string_view host, std::string_view nameSpace) {
     out.markup(
         "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
         "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE");
-    out.attribute("ID", std::to_string(sequence.number));
+    out.attribute("ID", std::to_string(id));
     out.markup(
         " PROTOCOLVERSION=\"1.0\"><SIMPLEEXPREQ><EXPMETHODCALL NAME=\"ExportIndication\">"
         "<EXPPARAMVALUE NAME=\"NewIndication\">");
-    // Every reference tells its namespace: the listener is in none.
-    ObjectWriter(out, sequence.host, {})
-        .instance(indication, outgoing.definition, outgoing.selection, false);
+    ObjectWriter(out, host, nameSpace)
+        .instance(outgoing.indication, outgoing.definition, outgoing.selection, false);
     out.markup("</EXPPARAMVALUE></EXPMETHODCALL></SIMPLEEXPREQ></MESSAGE></CIM>\n");
 }
 

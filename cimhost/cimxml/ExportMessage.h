@@ -19,6 +19,11 @@ struct ExportSequence {
     std::string_view host;     ///< for references that lead elsewhere
 };
 
+/// Appends the whole message with the indication as it is. References without a namespace are in
+/// this one. Throws as below.
+void writeExport(XmlBuffer& out, std::int64_t id, const OutgoingIndication& indication,
+                 std::string_view host, std::string_view nameSpace);
+
 /// Appends the whole message. Sequence and filter name are set where the class has them, the latter
 /// unless the provider did. Throws CimError failed for a value that CIM-XML has no form for.
 void writeExportMessage(XmlBuffer& out, const OutgoingIndication& indication,

@@ -70,7 +70,7 @@ void requireInstance(Call& call, const ObjectPath& path) {
 void writeResult(Call& call, const MethodResult& result) {
     XmlBuffer& out = call.out.buffer();
     // An empty element for NULL or void makes one of the clients in use crash.
-    if (!result.returnValue.isNull()) {
+    if (!result.returnValue.isNull() || call.written) {
         out.markup("<RETURNVALUE");
         call.writer.typeAttribute("PARAMTYPE", result.returnValue);
         out.markup(">");

@@ -1,7 +1,7 @@
 #include "cimhost/indications/FilterActivation.h"
 
+#include "cimhost/indications/FilterCall.h"
 #include "cimhost/modules/ProviderCall.h"
-#include "cimhost/objects/SelectExpHandle.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 
@@ -34,101 +34,6 @@ public:
     FilterMeaning filter;
     std::vector<Activation> activations;
 };
-
-namespace {
-
-/// Notes whether mustPoll answered TRUE.
-class PollAnswer final : public ResultSink {
-public:
-    void data(const Value& value) override {
-        const auto* const flag = value.get<bool>();
-        insists = flag && *flag;
-    }
-
-    bool insists = false;
-};
-
-/// The class that a lifecycle filter watches: `SourceInstance ISA class`, where all must hold.
-std::string watchedClass(const WqlCondition& condition) {
-    if (condition.kind == WqlCondition::Kind::all) {
-        for (const WqlCondition& part : condition.parts) {
-            std::string found = watchedClass(part);
-            if (!found.empty()) return found;
-        }
-    }
-    if (condition.kind != WqlCondition::Kind::predicate) return {};
-    const WqlPredicate& predicate = condition.predicate;
-    const auto* const property = std::get_if<WqlProperty>(&predicate.left);
-    if (predicate.operation != WqlOperator::isA || !property || property->parts.size() != 1 ||
-        !equalNames(property->parts.front(), "SourceInstance")) {
-        return {};
-    }
-    return std::get<Value>(predicate.right).get<Text>()->str();
-}
-
-/// One call of an indication MI about a filter.
-class FilterCall {
-public:
-    FilterCall(const Broker& broker, RequestContext request, const FilterMeaning& filter,
-               const std::string& nameSpace)
-        : _className(filter.query->className),
-          _namesNoClass(broker.manner().has(Habit::passesNoClassToFilters)),
-          _owner(request.principal),
-          _call(broker, _in(std::move(request), nameSpace), _answer),
-          _filter(makeSelectExp(broker, filter.query)) {
-        ObjectPath path;
-        path.nameSpace = nameSpace;
-        if (filter.query->condition) path.className = watchedClass(*filter.query->condition);
-        _path = makeObjectPath(broker, std::move(path));
-    }
-
-    void authorize(const MiUse<CMPIIndicationMI>& use) {
-        _call.tell(use, &CMPIIndicationMIFT::authorizeFilter, _filter, _className.c_str(), _path,
-                   _owner.c_str());
-    }
-
-    /// True when the provider wants to be polled.
-    bool mustPoll(const MiUse<CMPIIndicationMI>& use) {
-        if (use.get()->ft->ftVersion < CMPIVersion210) {
-            // The slot had no result then, so that there is no answer to be had but a status.
-            using Older = CMPIStatus (*)(CMPIIndicationMI*, const CMPIContext*,
-                                         const CMPISelectExp*, const char*, const CMPIObjectPath*);
-            const auto older =
-                reinterpret_cast<Older>(reinterpret_cast<void*>(use.get()->ft->mustPoll));
-            _call.tellAs(use, "mustPoll", older, _filter, _className.c_str(), _path);
-            return false;
-        }
-        _call.run(use, &CMPIIndicationMIFT::mustPoll, _filter, _className.c_str(), _path);
-        return _answer.insists;
-    }
-
-    void activate(const MiUse<CMPIIndicationMI>& use, bool isFirst) {
-        _call.tell(use, &CMPIIndicationMIFT::activateFilter, _filter,
-                   _namesNoClass ? nullptr : _className.c_str(), _path, CMPIBoolean{isFirst});
-    }
-
-    void deactivate(const MiUse<CMPIIndicationMI>& use, bool isLast) {
-        _call.tell(use, &CMPIIndicationMIFT::deActivateFilter, _filter,
-                   _namesNoClass ? "" : _className.c_str(), _path, CMPIBoolean{isLast});
-    }
-
-private:
-    static RequestContext _in(RequestContext request, const std::string& nameSpace) {
-        request.nameSpace = nameSpace;
-        request.flags = 0;
-        return request;
-    }
-
-    std::string _className;
-    bool _namesNoClass;  ///< where filters come and go
-    std::string _owner;
-    PollAnswer _answer;
-    ProviderCall _call;
-    CMPISelectExp* _filter;
-    CMPIObjectPath* _path = nullptr;
-};
-
-}  // namespace
 
 FilterActivation::FilterActivation(const Broker& broker, ModuleHost& modules)
     : _broker(broker), _modules(modules) {}
@@ -195,7 +100,7 @@ void FilterActivation::_activate(const RequestContext& request, const Active& ac
     Provider& provider = _join(*activation.registration);
     const std::string& className = active.filter.query->className;
     try {
-        FilterCall call(_broker, request, active.filter, activation.nameSpace);
+        FilterCall call(_broker, request, active.filter.query, activation.nameSpace);
         const CMPIIndicationMIFT& table = *provider.use.get()->ft;
         const bool isAuthorized = _broker.manner().has(Habit::skipsAuthorization);
         if (table.authorizeFilter && !isAuthorized) call.authorize(provider.use);
@@ -224,13 +129,8 @@ void FilterActivation::enable(const RequestContext& request, Active& active) {
     for (const Activation& activation : active.activations) {
         Provider& provider = *activation.provider;
         if (std::exchange(provider.isEnabled, true)) continue;
-        if (!provider.use.get()->ft->enableIndications) continue;
         try {
-            PollAnswer nothing;
-            RequestContext context = request;
-            context.nameSpace = activation.nameSpace;
-            ProviderCall::atStart(_broker, context, nothing)
-                .tell(provider.use, &CMPIIndicationMIFT::enableIndications);
+            enableIndications(_broker, request, activation.nameSpace, provider.use);
         } catch (const CimError& error) {
             _log(BrokerLog::Level::warning, provider.registration.provider,
                  std::string("enableIndications: ") + error.what());
@@ -247,13 +147,7 @@ void FilterActivation::deactivate(const RequestContext& request, Active& active)
 void FilterActivation::_disable(const RequestContext& request, const std::string& nameSpace,
                                 Provider& provider) noexcept {
     try {
-        if (provider.isEnabled && provider.use.get()->ft->disableIndications) {
-            PollAnswer nothing;
-            RequestContext context = request;
-            context.nameSpace = nameSpace;
-            ProviderCall(_broker, context, nothing)
-                .tell(provider.use, &CMPIIndicationMIFT::disableIndications);
-        }
+        if (provider.isEnabled) disableIndications(_broker, request, nameSpace, provider.use);
     } catch (const std::exception& error) {
         _log(BrokerLog::Level::warning, provider.registration.provider,
              std::string("disableIndications: ") + error.what());
@@ -271,7 +165,7 @@ void FilterActivation::_deactivate(const RequestContext& request, const Active& 
         const auto count = provider.filtersByClass.find(className);
         const bool isLast = --count->second == 0;
         if (isLast) provider.filtersByClass.erase(count);
-        FilterCall(_broker, request, active.filter, activation.nameSpace)
+        FilterCall(_broker, request, active.filter.query, activation.nameSpace)
             .deactivate(provider.use, isLast);
     } catch (const std::exception& error) {
         _log(BrokerLog::Level::warning, provider.registration.provider,

@@ -29,6 +29,22 @@ public:
     CallNesting(const CallNesting&) = delete;
     CallNesting& operator=(const CallNesting&) = delete;
 
+    /// Those of the calling thread.
+    static unsigned count() noexcept { return depth; }
+
+    /// While it lives, the thread counts as inside of so many calls, made by another process that
+    /// waits for it.
+    class Elsewhere {
+    public:
+        explicit Elsewhere(unsigned calls) noexcept : _before(depth) { depth = calls; }
+        ~Elsewhere() { depth = _before; }
+        Elsewhere(const Elsewhere&) = delete;
+        Elsewhere& operator=(const Elsewhere&) = delete;
+
+    private:
+        unsigned _before;
+    };
+
 private:
     inline static constinit thread_local unsigned depth = 0;
 };

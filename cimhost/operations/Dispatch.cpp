@@ -7,6 +7,22 @@ void refuseUnserved(const Target& target) {
                                               " in namespace " + target.nameSpace.name());
 }
 
+void refuseMissing(const ObjectPath& path) {
+    throw CimError(CimCode::notFound, "there is no such instance of class " + path.className);
+}
+
+void takeKeys(const Class& definition, Instance& instance) {
+    for (const auto& property : definition.properties) {
+        if (!property->isKey) continue;
+        const PropertyValue* const given = instance.find(property->name);
+        if (!given || given->value.isNull()) {
+            instance.path.keys.clear();
+            return;
+        }
+        instance.path.setKey(property->name, given->value);
+    }
+}
+
 CMPIFlags flagsOf(const InstanceOptions& options) noexcept {
     CMPIFlags flags = 0;
     if (options.deepInheritance) flags |= CMPI_FLAG_DeepInheritance;

@@ -2,7 +2,7 @@
 
 #include "cimhost/modules/ModuleHost.h"
 #include "cimhost/modules/ProviderCall.h"
-#include "cimhost/operations/Operations.h"
+#include "cimhost/operations/CimOperations.h"
 #include "cimhost/operations/ProviderResults.h"
 #include "cimhost/operations/Target.h"
 
@@ -13,6 +13,12 @@ namespace cimhost {
 
 /// CimError notSupported: nobody serves the class.
 [[noreturn]] void refuseUnserved(const Target& target);
+
+/// CimError notFound: the provider knows no such instance.
+[[noreturn]] void refuseMissing(const ObjectPath& path);
+
+/// Gives the path of a new instance the keys among its properties: all or none.
+void takeKeys(const Class& definition, Instance& instance);
 
 /// The flags of an operation on instances. LocalOnly counts as false and is never passed on.
 CMPIFlags flagsOf(const InstanceOptions& options) noexcept;

@@ -21,19 +21,6 @@ Server requireServer(Servers& servers, const Target& target, const ObjectPath& p
     refuseUnserved(target);
 }
 
-// A path has all keys or none.
-void takeKeys(const Class& definition, Instance& instance) {
-    for (const auto& property : definition.properties) {
-        if (!property->isKey) continue;
-        const PropertyValue* const given = instance.find(property->name);
-        if (!given || given->value.isNull()) {
-            instance.path.keys.clear();
-            return;
-        }
-        instance.path.setKey(property->name, given->value);
-    }
-}
-
 void listAll(const Class& definition, Instance& instance) {
     for (const auto& property : definition.properties) {
         if (instance.find(property->name)) continue;
@@ -67,10 +54,6 @@ void checkModification(const Target& target, const Instance& instance,
     }
 }
 
-[[noreturn]] void notFound(const ObjectPath& path) {
-    throw CimError(CimCode::notFound, "there is no such instance of class " + path.className);
-}
-
 }  // namespace
 
 void Operations::getInstance(const RequestContext& request, const ObjectPath& path,
@@ -84,7 +67,7 @@ void Operations::getInstance(const RequestContext& request, const ObjectPath& pa
     if (server.source) {
         const auto found = server.source->find(wanted);
         if (found) return sink.deliver(*found, &target.definition, selection);
-        if (server.source == &_servers.readOnly()) notFound(wanted);
+        if (server.source == &_servers.readOnly()) refuseMissing(wanted);
         throw CimError(CimCode::notFound, codeName(CimCode::notFound));
     }
 
@@ -95,7 +78,7 @@ void Operations::getInstance(const RequestContext& request, const ObjectPath& pa
     ProviderCall call(_broker, providerContext(request, target.nameSpace, flags), result);
     call.run(mi, &CMPIInstanceMIFT::getInstance,
              makeRequestPath(_broker, pathForProvider(manner, request, path, wanted)), names.get());
-    if (!result.isDelivered()) notFound(wanted);
+    if (!result.isDelivered()) refuseMissing(wanted);
 }
 
 ObjectPath Operations::createInstance(const RequestContext& request, const Instance& instance) {

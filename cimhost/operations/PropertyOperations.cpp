@@ -1,3 +1,5 @@
+#include "cimhost/operations/PropertyOperations.h"
+
 #include "cimhost/objects/Broker.h"
 #include "cimhost/operations/Operations.h"
 #include "cimhost/operations/Target.h"
@@ -37,25 +39,37 @@ private:
 
 }  // namespace
 
-Value Operations::getProperty(const RequestContext& request, const ObjectPath& path,
-                              std::string_view property) {
-    const Target target = requireTarget(_broker.repository(), request, path);
+Value readProperty(CimOperations& operations, const Repository& repository,
+                   const RequestContext& request, const ObjectPath& path,
+                   std::string_view property) {
+    const Target target = requireTarget(repository, request, path);
     const PropertyDefinition& declared = requireProperty(target.definition, property);
     InstanceOptions options;
     options.propertyList = {declared.name};
     OneProperty sink(declared);
-    getInstance(request, path, options, sink);
+    operations.getInstance(request, path, options, sink);
     return sink.take();
 }
 
-void Operations::setProperty(const RequestContext& request, const ObjectPath& path,
-                             std::string_view property, Value value) {
-    const Target target = requireTarget(_broker.repository(), request, path);
+void writeProperty(CimOperations& operations, const Repository& repository,
+                   const RequestContext& request, const ObjectPath& path, std::string_view property,
+                   Value value) {
+    const Target target = requireTarget(repository, request, path);
     const PropertyDefinition& declared = requireProperty(target.definition, property);
     Instance instance;
     instance.path = path;
     instance.set(declared.name, std::move(value));
-    modifyInstance(request, instance, std::vector<std::string>{declared.name});
+    operations.modifyInstance(request, instance, std::vector<std::string>{declared.name});
+}
+
+Value Operations::getProperty(const RequestContext& request, const ObjectPath& path,
+                              std::string_view property) {
+    return readProperty(*this, _broker.repository(), request, path, property);
+}
+
+void Operations::setProperty(const RequestContext& request, const ObjectPath& path,
+                             std::string_view property, Value value) {
+    writeProperty(*this, _broker.repository(), request, path, property, std::move(value));
 }
 
 }  // namespace cimhost
