@@ -18,12 +18,10 @@ std::string quoted(std::string_view text) {
     return result + '"';
 }
 
-std::string textOf(const ObjectPath& path);
-
 /// A key as the text of a path has it.
 std::string keyText(const Value& value) {
     if (const auto* const path = value.get<std::shared_ptr<const ObjectPath>>()) {
-        return quoted(textOf(**path));
+        return quoted(pathText(**path));
     }
     ScalarScratch scratch;
     const CimType type = value.type();
@@ -32,7 +30,9 @@ std::string keyText(const Value& value) {
     return isBare && type != CimType::char16 ? std::string(text) : quoted(text);
 }
 
-std::string textOf(const ObjectPath& path) {
+}  // namespace
+
+std::string pathText(const ObjectPath& path) {
     std::string text = path.nameSpace.empty() ? std::string() : path.nameSpace + ':';
     text += path.className;
     char separator = '.';
@@ -43,8 +43,6 @@ std::string textOf(const ObjectPath& path) {
     }
     return text;
 }
-
-}  // namespace
 
 RequestMessage::RequestMessage(std::string_view operation, bool isIntrinsic, std::string nameSpace,
                                std::string_view host)
@@ -72,7 +70,7 @@ RequestMessage RequestMessage::intrinsic(std::string_view operation, std::string
 RequestMessage RequestMessage::method(std::string_view name, const ObjectPath& target,
                                       std::string_view host) {
     RequestMessage message(name, false, target.nameSpace, host);
-    message._object = textOf(target);
+    message._object = pathText(target);
     const bool isClass = target.keys.empty();
     message._out.markup(isClass ? "<LOCALCLASSPATH>" : "<LOCALINSTANCEPATH>");
     message._writer().localNameSpacePath(message._nameSpace);

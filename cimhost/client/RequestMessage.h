@@ -12,6 +12,9 @@
 
 namespace cimhost {
 
+/// The path as text: `root/test:TST_Fan.Name="a"`.
+std::string pathText(const ObjectPath& path);
+
 /// A request message under construction (DSP0201), for a reader that knows numeric references.
 /// Keys say their types. Used by one thread.
 class RequestMessage {

@@ -22,6 +22,7 @@ public:
 /// Each adds a subcommand that, when the command line names it, becomes the chosen command.
 void addServeCommand(CLI::App& application, Command& chosen);
 void addCheckCommand(CLI::App& application, Command& chosen);
+void addModuleHostCommand(CLI::App& application, Command& chosen);
 void addMannersCommand(CLI::App& application, Command& chosen);
 void addPasswdCommand(CLI::App& application, Command& chosen);
 void addListenCommand(CLI::App& application, Command& chosen);

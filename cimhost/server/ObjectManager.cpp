@@ -8,12 +8,15 @@ namespace cimhost {
 namespace {
 
 constexpr std::chrono::milliseconds deliveryGrace{500};
+/// For all modules in processes of their own, a little less than what their common end may take.
+constexpr std::chrono::milliseconds isolatedGrace{3'500};
 
 }  // namespace
 
 ObjectManager::ObjectManager(const Repository& repository, Registrations registrations,
                              std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
-                             const IndicationSettings& indications, const Manner& manner)
+                             const IndicationSettings& indications, const Manner& manner,
+                             std::optional<IsolationSettings> isolation)
     : _broker(repository, log, fillUpCalls, manner),
       _delivery(indications.delivery, log),
       _routes(repository, log),
@@ -25,11 +28,17 @@ ObjectManager::ObjectManager(const Repository& repository, Registrations registr
     _broker.setOperations(&_operations);
     _broker.setIndicationSink(&_routes);
     _operations.add(_subscriptions);
+    if (isolation) {
+        _isolated.emplace(_broker, std::move(*isolation));
+        _isolated->standInFor(_modules);
+        _operations.add(*_isolated);
+    }
     _subscriptions.restore(indications.stateFile);
 }
 
 bool ObjectManager::shutDown(std::chrono::milliseconds patience) {
     if (!_subscriptions.stop(patience) || !_modules.shutDown(patience)) return false;
+    if (_isolated && !_isolated->stop(isolatedGrace)) return false;
     _delivery.stop(deliveryGrace);
     return true;
 }

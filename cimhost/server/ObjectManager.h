@@ -8,6 +8,7 @@
 #include "cimhost/operations/Operations.h"
 #include "cimhost/server/CimXmlAdapter.h"
 #include "cimhost/server/IndicationDelivery.h"
+#include "cimhost/server/isolation/IsolatedModules.h"
 
 #include <chrono>
 #include <filesystem>
@@ -29,7 +30,8 @@ public:
     /// take effect. Throws as Subscriptions::restore.
     ObjectManager(const Repository& repository, Registrations registrations,
                   std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
-                  const IndicationSettings& indications = {}, const Manner& manner = {});
+                  const IndicationSettings& indications = {}, const Manner& manner = {},
+                  std::optional<IsolationSettings> isolation = {});
     ObjectManager(const ObjectManager&) = delete;
     ObjectManager& operator=(const ObjectManager&) = delete;
 
@@ -45,6 +47,7 @@ private:
     Broker _broker;
     IndicationDelivery _delivery;
     IndicationRoutes _routes;
+    std::optional<IsolatedModules> _isolated;
     ModuleHost _modules;
     Operations _operations;
     Subscriptions _subscriptions;

@@ -53,6 +53,22 @@ std::vector<SchemaFile> SchemaOptions::files() const {
     return result;
 }
 
+std::vector<std::string> SchemaOptions::arguments() const {
+    std::vector<std::string> words;
+    auto nextNameSpace = _nameSpaces.begin();
+    auto nextFile = _files.begin();
+    const auto add = [&words](const char* option, const std::string& value) {
+        words.insert(words.end(), {option, value});
+    };
+    for (const CLI::Option* option : _command->parse_order()) {
+        if (option->check_name("--namespace")) add("--namespace", *nextNameSpace++);
+        if (option->check_name("--schema")) add("--schema", *nextFile++);
+    }
+    for (const std::filesystem::path& folder : _includeFolders) add("--include-dir", folder);
+    for (const std::filesystem::path& file : _registrations) add("--registration", file);
+    return words;
+}
+
 void SchemaOptions::loadInto(Repository& repository) const {
     if (_files.empty()) throw UsageError("name at least one MOF file with --schema");
     for (const std::string& nameSpace : _nameSpaces) repository.make(nameSpace);

@@ -31,6 +31,9 @@ public:
         return _registrations;
     }
 
+    /// The options as a command line has them.
+    std::vector<std::string> arguments() const;
+
     /// Reads the MOF files in order. Throws MofError; UsageError when no file was named.
     void loadInto(Repository& repository) const;
 

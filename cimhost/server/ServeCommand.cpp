@@ -83,7 +83,7 @@ int serve(const ServeOptions& options) {
     }
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,
-                          options.indications, options.manner);
+                          options.indications, options.manner, options.isolation());
 
     const HttpServices services{manager.httpHandler(), options.limits, gate.authenticator.get(),
                                 gate.accessLog.get()};

@@ -5,6 +5,8 @@
 #include "cimhost/server/ConsoleLog.h"
 
 #include <CLI/CLI.hpp>
+#include <pwd.h>
+#include <unistd.h>
 
 #include <map>
 #include <stdexcept>
@@ -38,6 +40,7 @@ void ServeOptions::addTo(CLI::App& command) {
         ->group("Schema");
     _addNetworkOptions(command);
     _addLimitOptions(command);
+    _addIsolationOptions(command);
     _addIndicationOptions(command);
     _addRunOptions(command);
 }
@@ -114,6 +117,49 @@ void ServeOptions::_addLimitOptions(CLI::App& command) {
                "How long a request may take to arrive; one second more for each 256 KiB of body");
     addSeconds(command, "--reply-time", limits.replyTime,
                "How long a client may take for each 64 KiB of a reply");
+}
+
+void ServeOptions::_addIsolationOptions(CLI::App& command) {
+    const std::string group = "Isolation";
+    auto* isolate =
+        command.add_flag("--isolate", isolates, "Run each module in a process of its own")
+            ->group(group);
+    command
+        .add_option("--isolate-user", isolateUser,
+                    "Run those processes as this user, without rights that it has not")
+        ->type_name("NAME")
+        ->needs(isolate)
+        ->group(group);
+    addSeconds(command, "--provider-time", providerTime,
+               "How long such a process may be silent before it is killed")
+        ->needs(isolate)
+        ->group(group);
+}
+
+std::optional<IsolationSettings> ServeOptions::isolation() const {
+    if (!isolates) return std::nullopt;
+    IsolationSettings settings;
+    settings.providerTime = providerTime;
+    settings.command = {std::filesystem::read_symlink("/proc/self/exe"),
+                        "module-host",
+                        "--parent",
+                        std::to_string(getpid()),
+                        "--manner",
+                        std::string(manner.name()),
+                        "--log-level",
+                        std::string(levelName(logLevel))};
+    if (!isolateUser.empty()) {
+        if (geteuid() != 0) throw UsageError("--isolate-user needs the rights of root");
+        if (!getpwnam(isolateUser.c_str())) {
+            throw UsageError("--isolate-user: there is no user " + isolateUser);
+        }
+        settings.command.insert(settings.command.end(), {"--user", isolateUser});
+    }
+    for (const std::string& word : schema.arguments()) settings.command.push_back(word);
+    for (const std::filesystem::path& folder : providerFolders) {
+        settings.command.insert(settings.command.end(), {"--provider-dir", folder});
+    }
+    return settings;
 }
 
 void ServeOptions::_addIndicationOptions(CLI::App& command) {

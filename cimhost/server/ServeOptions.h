@@ -18,6 +18,9 @@ struct ServeOptions {
     SchemaOptions schema;
     std::vector<std::filesystem::path> providerFolders;
     Manner manner;
+    bool isolates = false;    ///< each module has a process of its own
+    std::string isolateUser;  ///< who those run as; empty: as this one
+    std::chrono::milliseconds providerTime{60'000};
 
     std::string address = "127.0.0.1";
     std::uint16_t port = 5988;
@@ -34,6 +37,9 @@ struct ServeOptions {
     /// Adds the options to a command; this object must outlive the parsing.
     void addTo(CLI::App& command);
 
+    /// What isolation needs; none without it. Throws UsageError for a user that it cannot have.
+    std::optional<IsolationSettings> isolation() const;
+
     bool usesTls() const noexcept { return !tlsCertificate.empty(); }
 
     /// Throws UsageError when others than this machine could reach the server and it would not ask
@@ -43,6 +49,7 @@ struct ServeOptions {
 private:
     void _addNetworkOptions(CLI::App& command);
     void _addLimitOptions(CLI::App& command);
+    void _addIsolationOptions(CLI::App& command);
     void _addIndicationOptions(CLI::App& command);
     void _addRunOptions(CLI::App& command);
 };

@@ -29,6 +29,7 @@ int main(int argc, char** argv) try {
     cimhost::addListenCommand(application, chosen);
     cimhost::addCheckCommand(application, chosen);
     cimhost::addMannersCommand(application, chosen);
+    cimhost::addModuleHostCommand(application, chosen);
     cimhost::addPasswdCommand(application, chosen);
     application.require_subcommand(1);
     application.failure_message(describeUsage);

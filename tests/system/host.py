@@ -56,6 +56,8 @@ class Host:
         self.log_file = pathlib.Path(self._scratch.name) / "log"
         command = [BUILD / "cimhost/cimhost", "serve", "--port", "0", "--max-seconds", str(seconds),
                    "--manner", manner, *arguments, *options]
+        if os.environ.get("PYL_ISOLATE") and "--isolate" not in command:
+            command.append("--isolate")
         with open(self.log_file, "wb") as log:
             self.process = subprocess.Popen([str(word) for word in command], stderr=log,
                                             stdout=subprocess.PIPE, text=True,
@@ -107,8 +109,18 @@ class Host:
         namespace (":Class.Key=..."), and data."""
         operation, target, *data = words
         command = ["wbemcli", operation, *options, self.url(target, namespace, host), *data]
-        return Answer(subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                                     text=True, timeout=60, check=False))
+        answer = Answer(subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                       text=True, timeout=60, check=False))
+        self._record(words, namespace, answer)
+        return answer
+
+    def _record(self, words, namespace, answer):
+        """For same_answers.py: what was asked and answered, but for the port."""
+        file = os.environ.get("PYL_ANSWERS")
+        if file:
+            with open(file, "a", encoding="utf-8") as answers:
+                text = answer.text.replace(f":{self.port}/", ":PORT/")
+                answers.write(f"== {namespace} {' '.join(map(str, words))}\n{answer.status}\n{text}\n")
 
     def paths(self, *words, **options):
         """The paths that a names operation answers, without server and namespace: "Class.Key=..."."""

@@ -1,0 +1,139 @@
+#include "cimhost/server/isolation/IsolatedModules.h"
+
+#include "cimhost/cimxml/ExportHandler.h"
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
+
+#include <utility>
+
+namespace cimhost {
+namespace {
+
+constexpr std::string_view processClass = "CIMHOST_ModuleProcess";
+
+/// Counts an up-call while it runs.
+class UpCallMark {
+public:
+    explicit UpCallMark(ModuleProcess& process) : _process(process) { _process.noteUpCall(true); }
+    ~UpCallMark() { _process.noteUpCall(false); }
+    UpCallMark(const UpCallMark&) = delete;
+    UpCallMark& operator=(const UpCallMark&) = delete;
+
+private:
+    ModuleProcess& _process;
+};
+
+const char* wordOf(const ModuleProcess::State& state) noexcept {
+    if (state.id != 0) return "running";
+    return state.isPaused ? "paused" : "not running";
+}
+
+Instance describe(const ModuleProcess& process, const std::string& nameSpace,
+                  const Class& definition) {
+    const ModuleProcess::State state = process.state();
+    Instance instance;
+    instance.path = {{}, nameSpace, definition.name, {}};
+    instance.path.setKey("Module", Value::string(process.module()));
+    instance.set("Module", Value::string(process.module()));
+    instance.set("State", Value::string(wordOf(state)));
+    const auto number = [](std::uint64_t value) {
+        return Value::unsignedInteger(CimType::uint32, value);
+    };
+    instance.set("ProcessID", state.id != 0 ? number(static_cast<std::uint64_t>(state.id))
+                                            : Value::null(CimType::uint32));
+    instance.set("Starts", number(state.starts));
+    instance.set("Crashes", number(state.crashes));
+    instance.set("LastWords", state.lastWords.empty() ? Value::null(CimType::string)
+                                                      : Value::string(state.lastWords));
+    return instance;
+}
+
+}  // namespace
+
+IsolatedModules::Hosted::Hosted(IsolatedModules& all, const std::string& module)
+    : upCalls([this, &all](const LinkNotes&, const CimXmlRequest& request,
+                           CimXmlReply& reply) { all._answer(*this, request, reply); },
+              [&all](const LinkNotes& notes, const CimXmlRequest& request, CimXmlReply& reply) {
+                  all._export(notes, request, reply);
+              }),
+      process(module, all._settings, upCalls, all._broker.log()) {}
+
+IsolatedModules::IsolatedModules(const Broker& broker, IsolationSettings settings)
+    : _broker(broker), _settings(std::move(settings)) {}
+
+IsolatedModules::~IsolatedModules() = default;
+
+void IsolatedModules::standInFor(ModuleHost& modules) {
+    for (const Registration& each : modules.registrations().all()) {
+        auto& hosted = _modules[each.module];
+        if (hosted) continue;
+        hosted = std::make_unique<Hosted>(*this, each.module);
+        Hosted& module = *hosted;
+        const auto make = [this, &module](auto mi) {
+            return [this, &module, mi](const CMPIBroker*, const CMPIContext*, const char* provider,
+                                       CMPIStatus*) { return (_standIn(module, provider).*mi)(); };
+        };
+        modules.addStatic(each.module, {make(&StandIn::instanceMi), make(&StandIn::associationMi),
+                                        make(&StandIn::methodMi), make(&StandIn::indicationMi)});
+    }
+}
+
+StandIn& IsolatedModules::_standIn(Hosted& hosted, const char* provider) {
+    const std::lock_guard lock(_mutex);
+    for (StandIn& each : _standIns) {
+        if (each.provider() == provider) return each;
+    }
+    return _standIns.emplace_back(_broker, hosted.process, provider);
+}
+
+void IsolatedModules::_answer(Hosted& hosted, const CimXmlRequest& request, CimXmlReply& reply) {
+    const UpCallMark mark(hosted.process);
+    CimXmlHandler(*_broker.operations(), _broker.repository()).handle(request, reply);
+}
+
+void IsolatedModules::_export(const LinkNotes& notes, const CimXmlRequest& request,
+                              CimXmlReply& reply) {
+    RequestContext context;
+    context.nameSpace = notes.nameSpace;
+    context.principal = notes.principal;
+    ExportHandler([&](const Instance& indication) {
+        _broker.indicationSink()->deliver(context, notes.nameSpace, indication);
+    }).handle(request, reply);
+}
+
+bool IsolatedModules::stop(std::chrono::milliseconds patience) {
+    for (const auto& [name, hosted] : _modules) hosted->process.beginEnd();
+    const Clock::time_point deadline = Clock::now() + patience;
+    bool isOrderly = true;
+    for (const auto& [name, hosted] : _modules) {
+        isOrderly = hosted->process.awaitEnd(deadline) && isOrderly;
+    }
+    return isOrderly;
+}
+
+bool IsolatedModules::serves(const Target& target) const noexcept {
+    return equalNames(target.definition.name, processClass);
+}
+
+void IsolatedModules::visit(const Target& target, const VisitInstance& visit) const {
+    const NameSpace& nameSpace = target.nameSpace;
+    const Class* const definition = nameSpace.findClass(processClass);
+    if (!definition || !nameSpace.isA(definition->name, target.definition.name)) return;
+    for (const auto& [name, hosted] : _modules) {
+        visit(describe(hosted->process, nameSpace.name(), *definition), *definition);
+    }
+}
+
+void IsolatedModules::visitAssociations(const Target&, const VisitInstance&) const {}
+
+std::optional<Instance> IsolatedModules::find(const ObjectPath& path) const {
+    const Class* const definition =
+        _broker.repository().get(path.nameSpace).findClass(path.className);
+    const Value* const key = path.findKey("Module");
+    const auto* const name = key ? key->get<Text>() : nullptr;
+    const auto found = name ? _modules.find(name->str()) : _modules.end();
+    if (!definition || found == _modules.end()) return std::nullopt;
+    return describe(found->second->process, path.nameSpace, *definition);
+}
+
+}  // namespace cimhost

@@ -1,0 +1,61 @@
+#include "cimhost/server/isolation/LinkMessage.h"
+
+#include "cimhost/cimxml/HeaderMatch.h"
+#include "cimhost/modules/ProviderCall.h"
+#include "cimhost/server/CimXmlAdapter.h"
+
+#include <array>
+#include <charconv>
+#include <utility>
+
+namespace cimhost {
+namespace {
+
+struct TextRow {
+    const char* header;
+    std::string LinkNotes::*text;
+};
+
+constexpr auto textRows = std::to_array<TextRow>({
+    {"Cimhost-Principal", &LinkNotes::principal},
+    {"Cimhost-Provider", &LinkNotes::provider},
+    {"Cimhost-Class", &LinkNotes::className},
+    {"Cimhost-Namespace", &LinkNotes::nameSpace},
+});
+
+constexpr const char* nestingHeader = "Cimhost-Nesting";
+
+}  // namespace
+
+LinkNotes LinkNotes::of(const HttpRequest& request) {
+    LinkNotes notes;
+    for (const TextRow& row : textRows) {
+        notes.*row.text = percentDecode(request.header(row.header).value_or(std::string_view()));
+    }
+    const std::string_view text = request.header(nestingHeader).value_or("0");
+    std::from_chars(text.data(), text.data() + text.size(), notes.nesting);
+    return notes;
+}
+
+std::vector<HttpAnswerHead::Field> LinkNotes::headers() const {
+    std::vector<HttpAnswerHead::Field> headers{{nestingHeader, std::to_string(nesting)}};
+    for (const TextRow& row : textRows) {
+        const std::string& text = this->*row.text;
+        if (!text.empty()) headers.push_back({row.header, escapeForHeader(text)});
+    }
+    return headers;
+}
+
+void LinkHandler::handle(const HttpRequest& request, HttpReply& reply) {
+    const LinkNotes notes = LinkNotes::of(request);
+    const CallNesting::Elsewhere nesting(notes.nesting);
+    const CimXmlRequest cimRequest{
+        [&request](std::string_view name) { return request.header(name); }, request.body,
+        notes.principal, request.serverName(), true};
+    const bool isExport = request.header("CIMExport").has_value();
+    using Kind = CimXmlHttpReply::Kind;
+    CimXmlHttpReply cimReply(reply, isExport ? Kind::exported : Kind::operation);
+    (isExport ? _export : _answer)(notes, cimRequest, cimReply);
+}
+
+}  // namespace cimhost

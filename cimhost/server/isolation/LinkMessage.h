@@ -1,0 +1,46 @@
+#pragma once
+
+#include "cimhost/cimxml/Handler.h"
+#include "cimhost/http/HttpClient.h"
+#include "cimhost/http/HttpHandler.h"
+#include "cimhost/objects/Objects.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace cimhost {
+
+/// What the processes of an object manager tell each other of a request beside its message, as
+/// headers of their own.
+struct LinkNotes {
+    std::string principal;
+    std::string provider;   ///< that is asked; of an up-call none
+    std::string className;  ///< that it is asked about, where the message does not tell
+    std::string nameSpace;  ///< of an indication
+    unsigned nesting = 0;   ///< provider calls that the asker is inside of
+
+    static LinkNotes of(const HttpRequest& request);
+    std::vector<HttpAnswerHead::Field> headers() const;
+};
+
+/// Answers the requests of one process to another: a CimXmlRequest that is forwarded, with the user
+/// who asks and the nesting of calls as they are there.
+class LinkHandler final : public HttpHandler {
+public:
+    /// Called by several threads at once.
+    using Answer =
+        std::function<void(const LinkNotes& notes, const CimXmlRequest& request, CimXmlReply&)>;
+
+    /// `exported` answers export messages, `answer` all others.
+    LinkHandler(Answer answer, Answer exported)
+        : _answer(std::move(answer)), _export(std::move(exported)) {}
+
+    void handle(const HttpRequest& request, HttpReply& reply) override;
+
+private:
+    Answer _answer;
+    Answer _export;
+};
+
+}  // namespace cimhost

@@ -1,0 +1,217 @@
+#include "cimhost/server/isolation/ModuleProcess.h"
+
+#include "cimhost/repository/CimError.h"
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+
+namespace cimhost {
+namespace {
+
+using std::chrono::seconds;
+
+constexpr seconds longLife{60};
+constexpr seconds longestPause{60};
+/// For a process whose connection ended to end itself.
+constexpr seconds dyingTime{5};
+
+seconds pauseAfter(unsigned deaths) noexcept {
+    if (deaths < 2) return seconds(0);
+    return deaths > 7 ? longestPause : std::min(longestPause, seconds(1U << (deaths - 2)));
+}
+
+std::string inSeconds(std::chrono::milliseconds time) {
+    const auto whole = std::chrono::ceil<seconds>(time).count();
+    return std::to_string(whole) + " s";
+}
+
+}  // namespace
+
+ModuleProcess::ModuleProcess(std::string module, const IsolationSettings& settings,
+                             HttpHandler& upCalls, BrokerLog& log)
+    : _module(std::move(module)), _settings(settings), _upCalls(upCalls), _log(log) {}
+
+ModuleProcess::~ModuleProcess() {
+    beginEnd();
+    if (_keeper.joinable()) _keeper.join();
+}
+
+void ModuleProcess::ask(const AskedOfModule& asked,
+                        const std::function<void(ClientTransport&)>& work) {
+    const Child child = _running();
+    try {
+        work(child->transport());
+        child->relayLines();
+    } catch (const CimError&) {
+        child->relayLines();
+        throw;
+    } catch (const StreamError& error) {
+        _refuse(child, asked, error);
+    } catch (const HttpClientError& error) {
+        _refuse(child, asked, StreamError(StreamError::Kind::lost, error.what()));
+    }
+}
+
+ModuleProcess::Child ModuleProcess::_running() {
+    std::unique_lock lock(_mutex);
+    if (_isStopping) throw CimError(CimCode::serverIsShuttingDown, "the server is shutting down");
+    if (_child && !_isDead) return _child;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(_notBefore - Clock::now());
+    if (left.count() > 0) {
+        throw CimError(CimCode::failed, _name() + " is not started again for another " +
+                                            inSeconds(left) + ": its process died " +
+                                            std::to_string(_deathsInRow) +
+                                            " times in a row, at last: " + _lastWords);
+    }
+    return _startNew(lock);
+}
+
+ModuleProcess::Child ModuleProcess::_startNew(std::unique_lock<std::mutex>& lock) {
+    if (_child) _old.push_back(std::exchange(_child, nullptr));
+    std::erase_if(_old, [](const Child& each) { return each.use_count() == 1 && each->isOver(); });
+    ChildProcess::Settings settings;
+    settings.command = _settings.command;
+    settings.command.push_back(_module);
+    settings.patience = [this](Clock::time_point silentSince) { return _patience(silentSince); };
+    settings.onEnd = [this](ChildProcess& child) { _noteEnd(child); };
+    try {
+        _child = std::make_shared<ChildProcess>(std::move(settings), _upCalls);
+    } catch (const std::system_error& error) {
+        throw CimError(CimCode::failed,
+                       _name() + ": its process cannot be started: " + error.what());
+    }
+    _isDead = false;
+    const bool isRestart = _starts++ > 0;
+    const Child child = _child;
+    lock.unlock();
+    if (isRestart) _restore(child);
+    return child;
+}
+
+void ModuleProcess::_restore(const Child& child) {
+    std::vector<std::function<void(ClientTransport&)>> restores;
+    {
+        const std::lock_guard lock(_mutex);
+        restores = _restores;
+    }
+    for (const auto& restore : restores) {
+        try {
+            restore(child->transport());
+        } catch (const std::exception& error) {
+            _log.write(BrokerLog::Level::warning, _module,
+                       std::string("after its new start: ") + error.what());
+        }
+    }
+}
+
+void ModuleProcess::_refuse(const Child& child, const AskedOfModule& asked,
+                            const StreamError& error) {
+    if (error.kind() == StreamError::Kind::timeout) {
+        child->kill("killed: it has not answered for " + inSeconds(_settings.providerTime));
+    }
+    auto end = child->awaitEnd(Clock::now() + dyingTime);
+    if (!end) {
+        child->kill(std::string("killed: its connection ended: ") + error.what());
+        end = child->awaitEnd(Clock::now() + dyingTime).value_or("lost");
+    }
+    std::string text = _name() + ", provider " + std::string(asked.provider) + ", operation " +
+                       std::string(asked.operation) + ", path " + asked.path + ": its process " +
+                       *end;
+    throw CimError(CimCode::failed, text);
+}
+
+void ModuleProcess::_noteEnd(ChildProcess& child) noexcept try {
+    const std::string end = child.awaitEnd(Clock::now()).value_or(std::string());
+    const std::string said = child.lastWords();
+    const std::lock_guard lock(_mutex);
+    if (_isStopping) return;
+    const Clock::time_point now = Clock::now();
+    if (now - child.started() >= longLife) _deathsInRow = 0;
+    ++_deathsInRow;
+    ++_crashes;
+    _notBefore = now + pauseAfter(_deathsInRow);
+    _lastWords = said.empty() ? end : end + ": " + said;
+    _isDead = true;
+    _changed.notify_all();
+    _log.write(BrokerLog::Level::error, _module, "the module's process " + _lastWords);
+} catch (const std::exception&) {
+    _log.write(BrokerLog::Level::error, _module, "the module's process has ended");
+}
+
+Clock::time_point ModuleProcess::_patience(Clock::time_point silentSince) const noexcept {
+    const Clock::time_point lastUpCall{Clock::duration(_lastUpCall.load())};
+    const Clock::time_point since =
+        _upCallsRunning > 0 ? Clock::now() : std::max(silentSince, lastUpCall);
+    return since + _settings.providerTime;
+}
+
+void ModuleProcess::noteUpCall(bool begins) noexcept {
+    _upCallsRunning += begins ? 1 : -1;
+    _lastUpCall = Clock::now().time_since_epoch().count();
+}
+
+void ModuleProcess::onRestart(std::function<void(ClientTransport&)> restore) {
+    const std::lock_guard lock(_mutex);
+    _restores.push_back(std::move(restore));
+}
+
+void ModuleProcess::keepRunning(bool isNeeded) {
+    const std::lock_guard lock(_mutex);
+    _needs += isNeeded ? 1 : -1;
+    _changed.notify_all();
+    if (isNeeded && !_keeper.joinable() && !_isStopping) _keeper = std::thread([this] { _keep(); });
+}
+
+void ModuleProcess::_keep() noexcept {
+    std::unique_lock lock(_mutex);
+    while (!_isStopping) {
+        if (_needs == 0 || !_isDead) {
+            _changed.wait(lock);
+        } else if (Clock::now() < _notBefore) {
+            _changed.wait_until(lock, _notBefore);
+        } else {
+            try {
+                _startNew(lock);
+            } catch (const std::exception& error) {
+                if (!lock.owns_lock()) lock.lock();
+                _notBefore = Clock::now() + longestPause;
+                _log.write(BrokerLog::Level::error, _module, error.what());
+            }
+            if (!lock.owns_lock()) lock.lock();
+        }
+    }
+}
+
+ModuleProcess::State ModuleProcess::state() const {
+    const std::lock_guard lock(_mutex);
+    State state;
+    if (_child && !_isDead) state.id = _child->id();
+    state.isPaused = _isDead && Clock::now() < _notBefore;
+    state.starts = _starts;
+    state.crashes = _crashes;
+    state.lastWords = _lastWords;
+    return state;
+}
+
+void ModuleProcess::beginEnd() noexcept {
+    const std::lock_guard lock(_mutex);
+    _isStopping = true;
+    _changed.notify_all();
+    if (_child) _child->beginEnd();
+}
+
+bool ModuleProcess::awaitEnd(Clock::time_point deadline) {
+    Child child;
+    {
+        const std::lock_guard lock(_mutex);
+        if (!_isDead) child = _child;
+    }
+    if (!child) return true;
+    if (const auto end = child->awaitEnd(deadline)) return *end == "ended with 0";
+    child->kill("killed: its clean-up does not return");
+    _log.write(BrokerLog::Level::error, _module, "its clean-up does not return; it is killed");
+    return false;
+}
+
+}  // namespace cimhost

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "cimhost/objects/Broker.h"
+#include "cimhost/server/isolation/ChildProcess.h"
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace cimhost {
+
+/// How the processes of modules are started and watched.
+struct IsolationSettings {
+    /// This program and its arguments; the name of the module goes behind them.
+    std::vector<std::string> command;
+    std::chrono::milliseconds providerTime{60'000};
+};
+
+/// What is asked of a module, for the words of its failure.
+struct AskedOfModule {
+    std::string_view provider;
+    std::string_view operation;
+    std::string path;
+};
+
+/// The process of one module: started by the first request, and again by one that comes after it
+/// has died. The second death in a row is followed by a pause of a second, in which requests fail
+/// at once, each further one by twice the pause, up to a minute. A process that has lived for a
+/// minute begins a new row. Safe from several threads.
+class ModuleProcess {
+public:
+    struct State {
+        pid_t id = 0;  ///< 0 while there is none
+        bool isPaused = false;
+        std::uint32_t starts = 0;
+        std::uint32_t crashes = 0;
+        std::string lastWords;  ///< of the last crash
+    };
+
+    /// All outlive this.
+    ModuleProcess(std::string module, const IsolationSettings& settings, HttpHandler& upCalls,
+                  BrokerLog& log);
+    ~ModuleProcess();
+    ModuleProcess(const ModuleProcess&) = delete;
+    ModuleProcess& operator=(const ModuleProcess&) = delete;
+
+    const std::string& module() const noexcept { return _module; }
+
+    /// Runs `work` with the way to the process. A StreamError of it is an end of the process or its
+    /// silence, and becomes CimError failed that says so; so does a process that cannot be started
+    /// or is paused. Throws what else `work` throws.
+    void ask(const AskedOfModule& asked, const std::function<void(ClientTransport&)>& work);
+
+    /// From now on, whenever a new process has taken the place of one that died, and before it is
+    /// asked by whoever has it started, each of these is called. As long as more have said that they
+    /// need it than that they do no longer, that happens without a request, too.
+    void onRestart(std::function<void(ClientTransport&)> restore);
+    void keepRunning(bool isNeeded);
+
+    /// What a provider waits for is no silence of its own: an up-call begins, or ends.
+    void noteUpCall(bool begins) noexcept;
+
+    State state() const;
+
+    /// Asks the process to end, and has it start no more.
+    void beginEnd() noexcept;
+    /// False when it has not ended in order by then; it is killed.
+    bool awaitEnd(Clock::time_point deadline);
+
+private:
+    using Child = std::shared_ptr<ChildProcess>;
+
+    Child _running();
+    Child _startNew(std::unique_lock<std::mutex>& lock);
+    void _restore(const Child& child);
+    [[noreturn]] void _refuse(const Child& child, const AskedOfModule& asked,
+                              const StreamError& error);
+    void _noteEnd(ChildProcess& child) noexcept;
+    void _keep() noexcept;
+    Clock::time_point _patience(Clock::time_point silentSince) const noexcept;
+    std::string _name() const { return "module " + _module; }
+
+    const std::string _module;
+    const IsolationSettings& _settings;
+    HttpHandler& _upCalls;
+    BrokerLog& _log;
+
+    std::atomic<int> _upCallsRunning = 0;
+    std::atomic<Clock::rep> _lastUpCall = 0;
+
+    mutable std::mutex _mutex;
+    std::condition_variable _changed;
+    Child _child;
+    std::vector<Child> _old;  ///< of which something may run still
+    bool _isStopping = false;
+    int _needs = 0;
+    bool _isDead = false;  ///< the child has ended unasked
+    std::uint32_t _starts = 0;
+    std::uint32_t _crashes = 0;
+    unsigned _deathsInRow = 0;
+    Clock::time_point _notBefore{};
+    std::string _lastWords;
+    std::vector<std::function<void(ClientTransport&)>> _restores;
+    std::thread _keeper;
+};
+
+}  // namespace cimhost

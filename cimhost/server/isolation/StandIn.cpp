@@ -1,0 +1,451 @@
+#include "cimhost/server/isolation/StandIn.h"
+
+#include "cimhost/client/CimXmlClient.h"
+#include "cimhost/client/RequestMessage.h"
+#include "cimhost/modules/ProviderCall.h"
+#include "cimhost/objects/ArgsHandle.h"
+#include "cimhost/objects/Entry.h"
+#include "cimhost/objects/ResultHandle.h"
+#include "cimhost/objects/SelectExpHandle.h"
+#include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
+#include "cimhost/server/isolation/LinkMessage.h"
+#include "cimhost/server/isolation/ProviderOperations.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace cimhost {
+namespace {
+
+std::string textOf(const char* text) { return text ? text : std::string(); }
+
+std::optional<std::vector<std::string>> namesOf(const char** names) {
+    if (!names) return std::nullopt;
+    std::vector<std::string> result;
+    for (; *names; ++names) result.emplace_back(*names);
+    return result;
+}
+
+InstanceOptions optionsOf(const RequestContext& request, const char** properties) {
+    InstanceOptions options;
+    options.propertyList = namesOf(properties);
+    options.deepInheritance = (request.flags & CMPI_FLAG_DeepInheritance) != 0;
+    options.includeQualifiers = (request.flags & CMPI_FLAG_IncludeQualifiers) != 0;
+    options.includeClassOrigin = (request.flags & CMPI_FLAG_IncludeClassOrigin) != 0;
+    return options;
+}
+
+/// Hands results on as the provider's own would be, past the table, which may be that of another
+/// host: the other process has been through that already.
+class Results final : public InstanceSink, public PathSink {
+public:
+    explicit Results(const CMPIResult* result) : _result(findObject<ResultObject>(result)) {}
+
+    void deliver(const Instance& instance, const Class*, const PropertySelection&) override {
+        _pass([&](ResultSink& sink) { sink.instance(instance); });
+    }
+    void deliver(const ObjectPath& path) override {
+        _pass([&](ResultSink& sink) { sink.path(path); });
+    }
+    void deliver(const Value& value) {
+        _pass([&](ResultSink& sink) { sink.data(value); });
+    }
+
+    /// What the taker of a result threw. It may well be a lost connection: that of the client.
+    std::exception_ptr failure() const noexcept { return _failure; }
+
+private:
+    template <typename Deliver>
+    void _pass(Deliver&& deliver) {
+        try {
+            _result->door->pass(deliver);
+        } catch (...) {
+            _failure = std::current_exception();
+            throw CimError(CimCode::failed, "a result was not taken");
+        }
+    }
+
+    ResultObject* _result;
+    std::exception_ptr _failure;
+};
+
+/// One call of an MI, on its way to the other process.
+class Forward {
+public:
+    Forward(StandIn& standIn, const CMPIContext* context, std::string_view operation,
+            const ObjectPath& path)
+        : _standIn(standIn),
+          _request(modelOf(context)),
+          _asked{standIn.provider(), operation, pathText(path)} {
+        _notes.provider = standIn.provider();
+        _notes.principal = _request.principal;
+        // The other process counts this call itself.
+        _notes.nesting = CallNesting::count() - 1;
+    }
+
+    void aboutClass(std::string className) { _notes.className = std::move(className); }
+    const RequestContext& request() const noexcept { return _request; }
+
+    void run(const std::function<void(CimXmlClient&)>& work) {
+        _standIn.process().ask(_asked, [&](ClientTransport& transport) {
+            CimXmlClient client(transport,
+                                [this](const RequestContext&) { return _notes.headers(); });
+            work(client);
+        });
+    }
+
+private:
+    StandIn& _standIn;
+    const RequestContext& _request;
+    AskedOfModule _asked;
+    LinkNotes _notes;
+};
+
+template <typename MI>
+StandIn& standInOf(const MI* mi) noexcept {
+    return *static_cast<StandIn*>(const_cast<void*>(mi->hdl));
+}
+
+/// Runs `work(forward)` for a call of the MI; what it throws becomes the call's status.
+template <typename MI, typename Work>
+CMPIStatus forward(const MI* mi, const CMPIContext* context, std::string_view operation,
+                   const ObjectPath& path, Work&& work) noexcept {
+    StandIn& standIn = standInOf(mi);
+    return enter(standIn.broker().handle(), [&](const Broker&, CMPIrc&) {
+        Forward call(standIn, context, operation, path);
+        work(call);
+    });
+}
+
+/// The same for an operation with results: `work(client, request, path, results)`.
+template <typename MI, typename Work>
+CMPIStatus forwardWalk(const MI* mi, const CMPIContext* context, const CMPIResult* result,
+                       const CMPIObjectPath* path, std::string_view operation,
+                       Work&& work) noexcept {
+    const ObjectPath& asked = modelOf(path);
+    return forward(mi, context, operation, asked, [&](Forward& call) {
+        call.aboutClass(asked.className);
+        Results results(result);
+        call.run([&](CimXmlClient& client) {
+            try {
+                work(client, call.request(), asked, results);
+            } catch (...) {
+                // Whoever made the call finds the failure in the result.
+                if (!results.failure()) throw;
+                throw CimError(CimCode::failed, "a result was not taken");
+            }
+        });
+    });
+}
+
+CMPIStatus enumerateInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context,
+                                  const CMPIResult* result, const CMPIObjectPath* path) noexcept {
+    return forwardWalk(
+        mi, context, result, path, "enumerateInstanceNames",
+        [](CimXmlClient& client, const RequestContext& request, const ObjectPath& asked,
+           Results& results) { client.enumerateInstanceNames(request, asked, results); });
+}
+
+CMPIStatus enumerateInstances(CMPIInstanceMI* mi, const CMPIContext* context,
+                              const CMPIResult* result, const CMPIObjectPath* path,
+                              const char** properties) noexcept {
+    return forwardWalk(mi, context, result, path, "enumerateInstances",
+                       [&](CimXmlClient& client, const RequestContext& request,
+                           const ObjectPath& asked, Results& results) {
+                           client.enumerateInstances(request, asked, optionsOf(request, properties),
+                                                     results);
+                       });
+}
+
+CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+                       const CMPIObjectPath* path, const char** properties) noexcept {
+    return forwardWalk(mi, context, result, path, "getInstance",
+                       [&](CimXmlClient& client, const RequestContext& request,
+                           const ObjectPath& asked, Results& results) {
+                           client.getInstance(request, asked, optionsOf(request, properties),
+                                              results);
+                       });
+}
+
+CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+                          const CMPIObjectPath* path, const CMPIInstance* instance) noexcept {
+    return forwardWalk(mi, context, result, path, "createInstance",
+                       [&](CimXmlClient& client, const RequestContext& request,
+                           const ObjectPath& asked, Results& results) {
+                           Instance wanted = modelOf(instance);
+                           wanted.path = asked;
+                           results.deliver(client.createInstance(request, wanted));
+                       });
+}
+
+CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+                          const CMPIObjectPath* path, const CMPIInstance* instance,
+                          const char** properties) noexcept {
+    return forwardWalk(mi, context, result, path, "modifyInstance",
+                       [&](CimXmlClient& client, const RequestContext& request,
+                           const ObjectPath& asked, Results&) {
+                           Instance wanted = modelOf(instance);
+                           wanted.path = asked;
+                           client.modifyInstance(request, wanted, namesOf(properties));
+                       });
+}
+
+CMPIStatus deleteInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+                          const CMPIObjectPath* path) noexcept {
+    return forwardWalk(
+        mi, context, result, path, "deleteInstance",
+        [](CimXmlClient& client, const RequestContext& request, const ObjectPath& asked, Results&) {
+            client.deleteInstance(request, asked);
+        });
+}
+
+CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
+                     const CMPIObjectPath* path, const char* query, const char* language) noexcept {
+    return forwardWalk(
+        mi, context, result, path, "execQuery",
+        [&](CimXmlClient& client, const RequestContext& request, const ObjectPath&,
+            Results& results) { client.execQuery(request, language, query, results); });
+}
+
+CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
+                       const CMPIObjectPath* path, const char* associationClass,
+                       const char* resultClass, const char* role, const char* resultRole,
+                       const char** properties) noexcept {
+    return forwardWalk(mi, context, result, path, "associators",
+                       [&](CimXmlClient& client, const RequestContext& request,
+                           const ObjectPath& asked, Results& results) {
+                           client.associators(request, asked,
+                                              {textOf(associationClass), textOf(resultClass),
+                                               textOf(role), textOf(resultRole)},
+                                              optionsOf(request, properties), results);
+                       });
+}
+
+CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context,
+                           const CMPIResult* result, const CMPIObjectPath* path,
+                           const char* associationClass, const char* resultClass, const char* role,
+                           const char* resultRole) noexcept {
+    return forwardWalk(mi, context, result, path, "associatorNames",
+                       [&](CimXmlClient& client, const RequestContext& request,
+                           const ObjectPath& asked, Results& results) {
+                           client.associatorNames(request, asked,
+                                                  {textOf(associationClass), textOf(resultClass),
+                                                   textOf(role), textOf(resultRole)},
+                                                  results);
+                       });
+}
+
+CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
+                      const CMPIObjectPath* path, const char* resultClass, const char* role,
+                      const char** properties) noexcept {
+    return forwardWalk(mi, context, result, path, "references",
+                       [&](CimXmlClient& client, const RequestContext& request,
+                           const ObjectPath& asked, Results& results) {
+                           client.references(request, asked,
+                                             {{}, textOf(resultClass), textOf(role), {}},
+                                             optionsOf(request, properties), results);
+                       });
+}
+
+CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context,
+                          const CMPIResult* result, const CMPIObjectPath* path,
+                          const char* resultClass, const char* role) noexcept {
+    return forwardWalk(mi, context, result, path, "referenceNames",
+                       [&](CimXmlClient& client, const RequestContext& request,
+                           const ObjectPath& asked, Results& results) {
+                           client.referenceNames(request, asked,
+                                                 {{}, textOf(resultClass), textOf(role), {}},
+                                                 results);
+                       });
+}
+
+CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPIResult* result,
+                        const CMPIObjectPath* path, const char* method, const CMPIArgs* inputs,
+                        CMPIArgs* outputs) noexcept {
+    return forwardWalk(mi, context, result, path, "invokeMethod",
+                       [&](CimXmlClient& client, const RequestContext& request,
+                           const ObjectPath& asked, Results& results) {
+                           MethodResult answer =
+                               client.invokeMethod(request, asked, method, modelOf(inputs));
+                           findObject<ArgsObject>(outputs)->model = std::move(answer.out);
+                           if (answer.returnValue.type() == CimType::none) return;
+                           results.deliver(answer.returnValue);
+                       });
+}
+
+ObjectPath filterTarget(const RequestContext& request) {
+    return {{}, request.nameSpace, filterMethods::className, {}};
+}
+
+StandIn::Filter filterOf(const CMPIContext* context, const CMPISelectExp* filter) {
+    const WqlQuery& query = *findObject<SelectExpObject>(filter)->query;
+    return {modelOf(context), query.text, query.language, query.className};
+}
+
+Arguments argumentsOf(const StandIn::Filter& filter) {
+    return {{"Query", Value::string(filter.query)},
+            {"QueryLanguage", Value::string(filter.language)}};
+}
+
+Arguments argumentsOf(const StandIn::Filter& filter, const char* name, bool flag) {
+    Arguments arguments = argumentsOf(filter);
+    arguments.push_back({name, Value::boolean(flag)});
+    return arguments;
+}
+
+/// Asks the other process by one of the methods about filters. The answer goes to `value`.
+CMPIStatus askAboutFilter(CMPIIndicationMI* mi, const CMPIContext* context, const char* operation,
+                          const char* method, const Arguments& arguments,
+                          Value* value = nullptr) noexcept {
+    return forward(mi, context, operation, filterTarget(modelOf(context)), [&](Forward& call) {
+        call.run([&](CimXmlClient& client) {
+            MethodResult result = client.invokeMethod(call.request(), filterTarget(call.request()),
+                                                      method, arguments);
+            if (value) *value = std::move(result.returnValue);
+        });
+    });
+}
+
+/// A process that starts anew knows nothing of what ends here.
+bool isRunning(const CMPIIndicationMI* mi) { return standInOf(mi).process().state().id != 0; }
+
+CMPIStatus authorizeFilter(CMPIIndicationMI* mi, const CMPIContext* context,
+                           const CMPISelectExp* filter, const char*, const CMPIObjectPath*,
+                           const char*) noexcept {
+    return askAboutFilter(mi, context, "authorizeFilter", filterMethods::authorize,
+                          argumentsOf(filterOf(context, filter)));
+}
+
+CMPIStatus mustPoll(CMPIIndicationMI* mi, const CMPIContext* context, const CMPIResult* result,
+                    const CMPISelectExp* filter, const char*, const CMPIObjectPath*) noexcept {
+    Value answer;
+    const CMPIStatus status = askAboutFilter(mi, context, "mustPoll", filterMethods::mustPoll,
+                                             argumentsOf(filterOf(context, filter)), &answer);
+    if (status.rc == CMPI_RC_OK && !answer.isNull()) {
+        return enter(standInOf(mi).broker().handle(),
+                     [&](const Broker&, CMPIrc&) { Results(result).deliver(answer); });
+    }
+    return status;
+}
+
+CMPIStatus activateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
+                          const CMPISelectExp* filter, const char*, const CMPIObjectPath*,
+                          CMPIBoolean isFirst) noexcept {
+    const StandIn::Filter active = filterOf(context, filter);
+    const CMPIStatus status = askAboutFilter(mi, context, "activateFilter", filterMethods::activate,
+                                             argumentsOf(active, "IsFirst", isFirst != 0));
+    if (status.rc == CMPI_RC_OK) standInOf(mi).noteActive(active);
+    return status;
+}
+
+CMPIStatus deActivateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
+                            const CMPISelectExp* filter, const char*, const CMPIObjectPath*,
+                            CMPIBoolean isLast) noexcept {
+    const StandIn::Filter active = filterOf(context, filter);
+    standInOf(mi).noteInactive(active);
+    if (!isRunning(mi)) return {CMPI_RC_OK, nullptr};
+    return askAboutFilter(mi, context, "deActivateFilter", filterMethods::deactivate,
+                          argumentsOf(active, "IsLast", isLast != 0));
+}
+
+CMPIStatus enableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
+    standInOf(mi).noteEnabled(modelOf(context), true);
+    return askAboutFilter(mi, context, "enableIndications", filterMethods::enable, {});
+}
+
+CMPIStatus disableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
+    standInOf(mi).noteEnabled(modelOf(context), false);
+    if (!isRunning(mi)) return {CMPI_RC_OK, nullptr};
+    return askAboutFilter(mi, context, "disableIndications", filterMethods::disable, {});
+}
+
+/// The other process cleans up when it ends.
+template <typename MI>
+CMPIStatus cleanUp(MI*, const CMPIContext*, CMPIBoolean) noexcept {
+    return {CMPI_RC_OK, nullptr};
+}
+
+constexpr const char* miName = "StandIn";
+
+// clang-format off
+const CMPIInstanceMIFT instanceTable{
+    CMPICurrentVersion, 0, miName, cleanUp<CMPIInstanceMI>,
+    enumerateInstanceNames, enumerateInstances, getInstance, createInstance, modifyInstance,
+    deleteInstance, execQuery, nullptr};
+const CMPIAssociationMIFT associationTable{
+    CMPICurrentVersion, 0, miName, cleanUp<CMPIAssociationMI>,
+    associators, associatorNames, references, referenceNames, nullptr, nullptr};
+const CMPIMethodMIFT methodTable{
+    CMPICurrentVersion, 0, miName, cleanUp<CMPIMethodMI>,
+    invokeMethod};
+const CMPIIndicationMIFT indicationTable{
+    CMPICurrentVersion, 0, miName, cleanUp<CMPIIndicationMI>,
+    authorizeFilter, mustPoll, activateFilter, deActivateFilter, enableIndications,
+    disableIndications, nullptr, nullptr, nullptr};
+// clang-format on
+
+}  // namespace
+
+StandIn::StandIn(const Broker& broker, ModuleProcess& process, std::string provider)
+    : _broker(broker),
+      _process(process),
+      _provider(std::move(provider)),
+      _instanceMi{this, &instanceTable},
+      _associationMi{this, &associationTable},
+      _methodMi{this, &methodTable},
+      _indicationMi{this, &indicationTable} {
+    _process.onRestart([this](ClientTransport& transport) { _restore(transport); });
+}
+
+void StandIn::noteActive(Filter filter) {
+    const std::lock_guard lock(_mutex);
+    _filters.push_back(std::move(filter));
+    _process.keepRunning(true);
+}
+
+void StandIn::noteInactive(const Filter& filter) {
+    const std::lock_guard lock(_mutex);
+    const auto found = std::ranges::find_if(_filters, [&filter](const Filter& each) {
+        return each.query == filter.query && each.request.nameSpace == filter.request.nameSpace;
+    });
+    if (found == _filters.end()) return;
+    _filters.erase(found);
+    _process.keepRunning(false);
+}
+
+void StandIn::noteEnabled(const RequestContext& request, bool isEnabled) {
+    const std::lock_guard lock(_mutex);
+    _enabling = request;
+    _isEnabled = isEnabled;
+}
+
+void StandIn::_restore(ClientTransport& transport) {
+    std::list<Filter> filters;
+    RequestContext enabling;
+    bool isEnabled = false;
+    {
+        const std::lock_guard lock(_mutex);
+        filters = _filters;
+        enabling = _enabling;
+        isEnabled = _isEnabled;
+    }
+    LinkNotes notes;
+    notes.provider = _provider;
+    CimXmlClient client(transport, [&notes](const RequestContext& request) {
+        notes.principal = request.principal;
+        return notes.headers();
+    });
+    for (auto each = filters.begin(); each != filters.end(); ++each) {
+        const bool isFirst = std::none_of(filters.begin(), each, [&each](const Filter& earlier) {
+            return equalNames(earlier.className, each->className);
+        });
+        client.invokeMethod(each->request, filterTarget(each->request), filterMethods::activate,
+                            argumentsOf(*each, "IsFirst", isFirst));
+    }
+    if (!isEnabled) return;
+    client.invokeMethod(enabling, filterTarget(enabling), filterMethods::enable, {});
+}
+
+}  // namespace cimhost

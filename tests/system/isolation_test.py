@@ -1,0 +1,220 @@
+"""Modules in processes of their own: what a crash, a silence and an end cost, and whom."""
+
+import os
+import pathlib
+import re
+import signal
+import subprocess
+import time
+import unittest
+
+from host import BUILD, SOURCE, Host
+from indications_test import SubscribedCase
+from listeners import Listener
+from wbemcli_test import WIDGET
+
+FRAIL = SOURCE / "tests/system/frail"
+ARGUMENTS = (
+    "--namespace", "root/test",
+    "--schema", SOURCE / "schema/base/base.mof",
+    "--schema", WIDGET / "Widget.mof",
+    "--registration", WIDGET / "widget.registration",
+    "--provider-dir", BUILD / "tests/system/widget",
+    "--schema", FRAIL / "Frail.mof",
+    "--registration", FRAIL / "frail.registration",
+    "--provider-dir", BUILD / "tests/system/frail",
+    "--namespace", "root/cimhost",
+    "--schema", SOURCE / "schema/base/base.mof",
+    "--schema", SOURCE / "schema/CIMHOST_ModuleProcess.mof",
+    "--isolate",
+)
+FRAILS = "module frail, provider FrailProvider, operation invokeMethod, path root/test:TST_Frail: "
+
+
+def children(parent):
+    """{module: process number} of the processes that a server started."""
+    found = {}
+    for folder in pathlib.Path("/proc").glob("[0-9]*"):
+        try:
+            status = (folder / "stat").read_text().rsplit(")", 1)[1].split()
+            words = (folder / "cmdline").read_bytes().split(b"\0")
+        except OSError:
+            continue
+        if int(status[1]) == parent and status[0] != "Z":
+            found[words[-2].decode()] = int(folder.name)
+    return found
+
+
+def is_running(process):
+    try:
+        return pathlib.Path(f"/proc/{process}/stat").read_text().rsplit(")", 1)[1].split()[0] != "Z"
+    except OSError:
+        return False
+
+
+def eventually(condition, seconds=30):
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        if condition():
+            return True
+        time.sleep(0.05)
+    return False
+
+
+class IsolationCase(unittest.TestCase):
+    options = ()
+    # Sanitizers take a crash for themselves and end the process in their own way.
+    ends = r"its process ended (by SIGSEGV|with 1)"
+
+    def setUp(self):
+        self.host = Host(*self.options, arguments=ARGUMENTS)
+        self.addCleanup(self._stop)
+
+    def _stop(self):
+        self.assertEqual(0, self.host.stop(), self.host.log())
+
+    def method(self, name):
+        return self.host.ask("cm", ":TST_Frail", name, namespace="root/test")
+
+    def works(self):
+        answer = self.method("Work")
+        self.assertEqual((0, None), (answer.status, answer.cim_error), answer.text + self.host.log())
+
+    def fails(self, name, words):
+        answer = self.method(name)
+        self.assertEqual(1, answer.cim_error, answer.text + self.host.log())
+        self.assertRegex(answer.text, words)
+
+    def states(self):
+        """{module: {property: text}} as the class of the server tells it."""
+        answer = self.host.ask("ei", ":CIMHOST_ModuleProcess", options=["-nl"], namespace="root/cimhost")
+        found, current = {}, {}
+        for line in answer.lines:
+            if line.startswith("-"):
+                name, _, value = line[1:].partition("=")
+                current[name] = value.strip('"')
+                if name == "Module":
+                    found[current[name]] = current
+            else:
+                current = {}
+        return found
+
+
+class Processes(IsolationCase):
+    def test_each_module_has_one_with_nothing_but_its_own_descriptors(self):
+        self.assertEqual({}, children(self.host.process.pid))
+        self.works()
+        self.assertEqual({"frail"}, set(children(self.host.process.pid)))
+        self.host.ask("ein", ":TST_Widget", namespace="root/test")
+        processes = children(self.host.process.pid)
+        self.assertEqual({"frail", "widget"}, set(processes))
+        for number in processes.values():
+            targets = [os.readlink(each) for each in pathlib.Path(f"/proc/{number}/fd").iterdir()]
+            kinds = sorted(each.split(":")[0] for each in targets)
+            self.assertLessEqual(set(kinds), {"/dev/null", "pipe", "socket"}, targets)
+            self.assertLessEqual(kinds.count("socket"), 2, targets)
+
+    def test_a_crash_costs_the_request_and_says_so_in_words(self):
+        self.host.ask("ein", ":TST_Widget", namespace="root/test")
+        self.works()
+        before = children(self.host.process.pid)
+        self.fails("Crash", FRAILS + self.ends)
+        self.assertIn("the floor gives way", self.host.log())
+        self.assertIn("error frail: the module's process ended", self.host.log())
+        self.works()
+        after = children(self.host.process.pid)
+        self.assertEqual(before["widget"], after["widget"])
+        self.assertNotEqual(before["frail"], after["frail"])
+
+    def test_an_end_is_told_with_its_status(self):
+        self.fails("Leave", FRAILS + "its process ended with 7")
+        self.works()
+
+    def test_one_that_keeps_dying_is_left_alone_for_a_while(self):
+        self.fails("Leave", "ended with 7")
+        self.fails("Leave", "ended with 7")
+        self.fails("Work", r"module frail is not started again for another 1 s: its process died 2 "
+                           r"times in a row, at last: ended with 7")
+        self.assertEqual("paused", self.states()["frail"]["State"])
+        self.assertTrue(eventually(lambda: self.method("Work").cim_error is None))
+        self.assertEqual("3", self.states()["frail"]["Starts"])
+
+    def test_their_state_can_be_read(self):
+        state = self.states()["frail"]
+        self.assertEqual(("not running", "0", "0"),
+                         (state["State"], state["Starts"], state["Crashes"]))
+        self.works()
+        state = self.states()["frail"]
+        self.assertEqual(str(children(self.host.process.pid)["frail"]), state["ProcessID"])
+        self.fails("Leave", "ended with 7")
+        state = self.states()["frail"]
+        self.assertEqual(("not running", "1", "1"),
+                         (state["State"], state["Starts"], state["Crashes"]))
+        self.assertIn("ended with 7", state["LastWords"])
+        one = self.host.ask("gi", ':CIMHOST_ModuleProcess.Module="frail"', namespace="root/cimhost")
+        self.assertIn("LastWords", one.text)
+        other = self.host.ask("gi", ':CIMHOST_ModuleProcess.Module="x"', namespace="root/cimhost")
+        self.assertEqual(6, other.cim_error)
+
+    def test_they_end_with_a_server_that_is_killed(self):
+        host = Host(arguments=ARGUMENTS)
+        host.ask("cm", ":TST_Frail", "Work", namespace="root/test")
+        process = children(host.process.pid)["frail"]
+        host.process.kill()
+        host.stop()
+        self.assertTrue(eventually(lambda: not is_running(process)))
+
+
+class Silence(IsolationCase):
+    options = ("--provider-time", "1")
+
+    def test_a_process_that_does_not_answer_is_killed(self):
+        self.fails("Hang", FRAILS + "its process killed: it has not answered for 1 s")
+        self.works()
+        self.assertIn("killed: it has not answered for 1 s", self.states()["frail"]["LastWords"])
+
+
+class Alarms(SubscribedCase):
+    options = ("--isolate",)
+
+    def test_a_process_that_starts_anew_by_itself_knows_its_filters(self):
+        with Listener() as listener:
+            self.subscribe(listener.url)
+            process = children(self.host.process.pid)["alarm"]
+            os.kill(process, signal.SIGKILL)
+            self.assertTrue(eventually(
+                lambda: children(self.host.process.pid).get("alarm", process) != process))
+            self.assertIn("ended by SIGKILL", self.host.log())
+            self.ring()
+            self.assertTrue(eventually(lambda: len(listener.bodies) == 1), self.host.log())
+            self.assertEqual(["activate TST_Alarm first", "enable"], self.told())
+
+
+class User(unittest.TestCase):
+    @unittest.skipUnless(os.geteuid() == 0, "needs the rights of root")
+    def test_a_module_runs_as_another_user_without_further_rights(self):
+        with Host("--isolate-user", "nobody", arguments=ARGUMENTS) as host:
+            answer = host.ask("cm", ":TST_Frail", "Work", namespace="root/test")
+            self.assertEqual((0, None), (answer.status, answer.cim_error), answer.text + host.log())
+            process = children(host.process.pid)["frail"]
+            status = pathlib.Path(f"/proc/{process}/status").read_text()
+        user = subprocess.run(["id", "-u", "nobody"], stdout=subprocess.PIPE, text=True, check=True)
+        group = subprocess.run(["id", "-g", "nobody"], stdout=subprocess.PIPE, text=True, check=True)
+        groups = subprocess.run(["id", "-G", "nobody"], stdout=subprocess.PIPE, text=True, check=True)
+        self.assertEqual([user.stdout.strip()] * 4, re.search(r"Uid:\s+(.*)", status)[1].split())
+        self.assertEqual([group.stdout.strip()] * 4, re.search(r"Gid:\s+(.*)", status)[1].split())
+        self.assertEqual(sorted(groups.stdout.split()),
+                         sorted(re.search(r"Groups:[ \t]*(.*)", status)[1].split()))
+        self.assertIn("NoNewPrivs:\t1", status)
+        self.assertEqual("0000000000000000", re.search(r"CapEff:\s+(\w+)", status)[1])
+
+    def test_an_unknown_user_keeps_the_server_from_starting(self):
+        done = subprocess.run([BUILD / "cimhost/cimhost", "serve", *map(str, ARGUMENTS),
+                               "--isolate-user", "no such user"],
+                              stderr=subprocess.PIPE, text=True, timeout=60, check=False)
+        self.assertEqual(2, done.returncode)
+        self.assertIn("--isolate-user", done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main()
