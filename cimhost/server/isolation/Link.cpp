@@ -1,6 +1,5 @@
 #include "cimhost/server/isolation/Link.h"
 
-#include "cimhost/http/HttpConnection.h"
 #include "cimhost/http/PlainStream.h"
 
 #include <fcntl.h>
@@ -23,6 +22,7 @@ HttpLimits linkLimits() {
     limits.lineBytes = std::size_t{1} << 20U;
     limits.headBytes = std::size_t{4} << 20U;
     limits.bodyBytes = std::uint64_t{256} << 20U;
+    limits.bodyMemoryBytes = 4 * limits.bodyBytes;
     limits.idleTime = noLimit;
     limits.requestTime = noLimit;
     limits.replyTime = noLimit;
@@ -128,7 +128,7 @@ void Link::_serve(std::shared_ptr<Descriptor> socket) noexcept {
         HttpPresence presence;
         const HttpAddresses addresses;
         const HttpServices services{_handler, _limits};
-        HttpConnection(stream, services, addresses, presence).serve();
+        HttpConnection(stream, services, _budgets, addresses, presence).serve();
     }
     const std::lock_guard lock(_mutex);
     _open.erase(socket->get());

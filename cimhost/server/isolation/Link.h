@@ -1,8 +1,7 @@
 #pragma once
 
 #include "cimhost/http/Descriptor.h"
-#include "cimhost/http/HttpHandler.h"
-#include "cimhost/http/HttpLimits.h"
+#include "cimhost/http/HttpConnection.h"
 
 #include <condition_variable>
 #include <memory>
@@ -53,6 +52,7 @@ private:
     Descriptor _control;
     HttpHandler& _handler;
     HttpLimits _limits;
+    HttpBudgets _budgets{_limits};
     mutable std::mutex _mutex;
     std::condition_variable _ended;
     std::set<int> _open;  ///< what is served
