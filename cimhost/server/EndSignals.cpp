@@ -1,9 +1,19 @@
 #include "cimhost/server/EndSignals.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <system_error>
 
 namespace cimhost {
+namespace {
+
+/// Sent by this process itself. That it was sent to one thread, the C library does not tell.
+bool isInterruption(const siginfo_t& info) noexcept {
+    return info.si_code != SI_KERNEL && info.si_pid == getpid();
+}
+
+}  // namespace
 
 EndSignals::EndSignals() {
     sigemptyset(&_signals);
@@ -14,21 +24,28 @@ EndSignals::EndSignals() {
     }
 }
 
-void EndSignals::wait(std::optional<std::chrono::seconds> time) const {
-    if (!time) {
-        while (sigwaitinfo(&_signals, nullptr) < 0 && errno == EINTR) {
-        }
-        return;
-    }
+EndSignals::Reason EndSignals::wait(std::optional<std::chrono::seconds> time) const {
     using std::chrono::nanoseconds;
-    const auto end = std::chrono::steady_clock::now() + *time;
+    const auto end = std::chrono::steady_clock::now() + time.value_or(std::chrono::seconds(0));
     for (;;) {
-        const nanoseconds left = end - std::chrono::steady_clock::now();
-        if (left.count() <= 0) return;
-        const timespec patience{left / std::chrono::seconds(1),
-                                (left % std::chrono::seconds(1)).count()};
-        if (sigtimedwait(&_signals, nullptr, &patience) > 0 || errno != EINTR) return;
+        siginfo_t info{};
+        int signal = -1;
+        if (time) {
+            const nanoseconds left = end - std::chrono::steady_clock::now();
+            if (left.count() <= 0) return Reason::timePassed;
+            const timespec patience{left / std::chrono::seconds(1),
+                                    (left % std::chrono::seconds(1)).count()};
+            signal = sigtimedwait(&_signals, &info, &patience);
+        } else {
+            signal = sigwaitinfo(&_signals, &info);
+        }
+        if (signal > 0) return isInterruption(info) ? Reason::interrupted : Reason::asked;
+        if (errno == EAGAIN) return Reason::timePassed;
     }
+}
+
+void EndSignals::interrupt(std::thread& waiting) noexcept {
+    pthread_kill(waiting.native_handle(), SIGHUP);
 }
 
 }  // namespace cimhost

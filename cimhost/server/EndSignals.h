@@ -3,6 +3,7 @@
 #include <chrono>
 #include <csignal>
 #include <optional>
+#include <thread>
 
 namespace cimhost {
 
@@ -13,8 +14,13 @@ public:
     /// Throws std::system_error.
     EndSignals();
 
-    /// Waits for SIGTERM, SIGINT or SIGHUP, or for the time to pass.
-    void wait(std::optional<std::chrono::seconds> time) const;
+    enum class Reason { asked, timePassed, interrupted };
+
+    /// Waits for SIGTERM, SIGINT or SIGHUP, for the time to pass, or for an interruption.
+    Reason wait(std::optional<std::chrono::seconds> time) const;
+
+    /// Ends the wait of this thread, now or when it begins.
+    static void interrupt(std::thread& waiting) noexcept;
 
 private:
     sigset_t _signals;

@@ -9,6 +9,7 @@
 #include "cimhost/server/EndSignals.h"
 #include "cimhost/server/ObjectManager.h"
 #include "cimhost/server/ServeOptions.h"
+#include "cimhost/server/StartWatch.h"
 
 #include <CLI/CLI.hpp>
 
@@ -70,6 +71,9 @@ int serve(const ServeOptions& options) {
     const EndSignals signals;
     installCrashWords();
     ConsoleLog log(options.logLevel);
+    std::optional<std::chrono::seconds> time;
+    if (options.maximumSeconds) time = std::chrono::seconds(*options.maximumSeconds);
+    StartWatch start(signals, log, time);
     std::optional<EndDeadline> deadline;  // outlives all that calls modules
     Repository repository;
     options.schema.loadInto(repository);
@@ -90,9 +94,7 @@ int serve(const ServeOptions& options) {
     HttpServer server(ListenSocket(options.address, options.port), services, gate.tls.get());
     server.start();
     announce(server, options.usesTls());
-    std::optional<std::chrono::seconds> time;
-    if (options.maximumSeconds) time = std::chrono::seconds(*options.maximumSeconds);
-    signals.wait(time);
+    if (!start.finish()) signals.wait(time);
     deadline.emplace(log, requestGrace + moduleGrace + cleanUpGrace);
     if (gate.authenticator) gate.authenticator->end();
     if (!server.stop(requestGrace) || !manager.shutDown(moduleGrace)) leaveAtOnce(log);

@@ -2,6 +2,7 @@
 
 import pathlib
 import re
+import signal
 import socket
 import subprocess
 import tempfile
@@ -334,6 +335,12 @@ class Bursts(SubscribedCase):
         self.assertLess(len(drops), 100)
 
 
+def blocks_sigterm(pid):
+    status = pathlib.Path(f"/proc/{pid}/status").read_text()
+    blocked = int(re.search(r"^SigBlk:\s*(\w+)", status, re.MULTILINE).group(1), 16)
+    return bool(blocked & 1 << (signal.SIGTERM - 1))
+
+
 class Keeping(SubscribedCase):
     def start(self):
         self.host = Host("--state", self.state, arguments=ALARMS)
@@ -373,6 +380,32 @@ class Keeping(SubscribedCase):
             self.assertEqual((1, ""), (result.returncode, result.stdout))
             self.assertRegex(result.stderr, reason)
             self.assertEqual(damaged, self.state.read_text())
+        self.state.write_text(whole)
+        self.start()
+
+    @long
+    def test_a_provider_that_hangs_at_the_restoring_does_not_keep_the_server(self):
+        self.subscribe("http://localhost:1/")
+        self.stop()
+        whole = self.state.read_text()
+        hanging = whole.replace("FROM TST_Alarm", "FROM TST_Alarm WHERE Message = 'Hanging'")
+        self.assertNotEqual(whole, hanging)
+        self.state.write_text(hanging)
+        for seconds, asks in (("120", True), ("1", False)):
+            command = [BUILD / "cimhost/cimhost", "serve", "--port", "0", "--max-seconds", seconds,
+                       "--state", self.state, *ALARMS]
+            with subprocess.Popen([str(word) for word in command], text=True,
+                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE) as server:
+                if asks:
+                    while not blocks_sigterm(server.pid):
+                        time.sleep(0.01)
+                    server.send_signal(signal.SIGTERM)
+                try:
+                    out, errors = server.communicate(timeout=60)
+                finally:
+                    server.kill()
+            self.assertEqual((1, ""), (server.returncode, out))
+            self.assertIn("asked to end while it starts", errors)
         self.state.write_text(whole)
         self.start()
 

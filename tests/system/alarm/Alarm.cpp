@@ -1,5 +1,6 @@
 #include "cmpi/cmpimacs.h"
 
+#include <chrono>
 #include <cstdint>
 #include <mutex>
 #include <string>
@@ -117,6 +118,9 @@ CMPIStatus authorizeFilter(CMPIIndicationMI*, const CMPIContext*, const CMPISele
     note("authorize " + named(className) + " " + textOf(path->ft->getNameSpace(path, nullptr)));
     if (filterText(filter).find("Forbidden") != std::string::npos) {
         return fail(CMPI_RC_ERR_ACCESS_DENIED, "that word is forbidden");
+    }
+    while (filterText(filter).find("Hanging") != std::string::npos) {
+        std::this_thread::sleep_for(std::chrono::hours(1));
     }
     return ok;
 }
