@@ -1,26 +1,59 @@
 #include "cimhost/server/ConsoleLog.h"
 
 #include "cimhost/http/Timestamp.h"
+#include "cimhost/repository/Utf8.h"
 
 #include <unistd.h>
 
-#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <optional>
 #include <string>
 
 namespace cimhost {
+namespace {
+
+/// C1 control characters, line separators, and what turns the direction of text round.
+bool isDeceptive(char32_t value) noexcept {
+    return (value >= 0x80 && value <= 0x9F) || value == 0x061C || value == 0x200E ||
+           value == 0x200F || (value >= 0x2028 && value <= 0x202E) ||
+           (value >= 0x2066 && value <= 0x2069);
+}
+
+void appendEscape(std::string& line, const char* format, unsigned value) {
+    std::array<char, 8> text;
+    const int size = std::snprintf(text.data(), text.size(), format, value);
+    line.append(text.data(), static_cast<std::size_t>(size));
+}
+
+void appendVisibly(std::string& line, std::string_view text) {
+    while (!text.empty()) {
+        const auto byte = static_cast<unsigned char>(text.front());
+        const std::optional<CodePoint> point = firstCodePoint(text);
+        const std::size_t length = point ? point->length : 1;
+        if (byte < 0x20 || byte == 0x7F) {
+            line += ' ';
+        } else if (point && isDeceptive(point->value)) {
+            appendEscape(line, "\\u%04x", point->value);
+        } else if (!point && byte <= 0x9F) {
+            appendEscape(line, "\\x%02x", byte);
+        } else {
+            line.append(text.substr(0, length));
+        }
+        text.remove_prefix(length);
+    }
+}
+
+}  // namespace
 
 void ConsoleLog::write(Level level, std::string_view source, std::string_view message) noexcept
     try {
     if (level > _least) return;
     std::string line = formatTimestamp(std::chrono::system_clock::now());
     line.append(" ").append(levelName(level)).append(" ");
-    line.append(source).append(": ").append(message);
-    std::replace_if(
-        line.begin(), line.end(),
-        [](char character) {
-            return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
-        },
-        ' ');
+    appendVisibly(line, source);
+    line.append(": ");
+    appendVisibly(line, message);
     line += '\n';
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, line.data(), line.size());
 } catch (const std::exception&) {

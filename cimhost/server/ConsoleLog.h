@@ -10,7 +10,8 @@ namespace cimhost {
 ///
 ///     2024-05-01T12:00:00.123Z warning Fans: fan 3 does not answer
 ///
-/// Line ends and control characters within a message go out as blanks.
+/// Line ends and ASCII control characters within a message go out as blanks; what a terminal may
+/// take for a control character or turns text round, as \u202e or \x9b.
 class ConsoleLog final : public BrokerLog {
 public:
     /// Lines less urgent than `least` are dropped.

@@ -19,6 +19,25 @@ TEST(ConsoleLog, WritesOneLine) {
         testing::MatchesRegex("[0-9T:.-]+Z warning Fans: fan 3 .31m fails\n"));
 }
 
+TEST(ConsoleLog, ShowsWhatWouldDeceiveItsReader) {
+    ConsoleLog log(BrokerLog::Level::debug);
+    const auto line = [&](std::string_view message) {
+        const auto text =
+            written([&] { log.write(BrokerLog::Level::error, "L\xC3\xBC", message); });
+        return text.substr(text.find("error "));
+    };
+    EXPECT_EQ(line("\xC2\x9B 31m"), "error L\xC3\xBC: \\u009b 31m\n");
+    EXPECT_EQ(line("\x9B"
+                   "31m \xFF"),
+              "error L\xC3\xBC: \\x9b31m \xFF\n");
+    EXPECT_EQ(line("a\xE2\x80\xAE"
+                   "b\xE2\x81\xA6\xD8\x9C\xE2\x80\x8F\xE2\x80\xA8"),
+              "error L\xC3\xBC: a\\u202eb\\u2066\\u061c\\u200f\\u2028\n");
+    EXPECT_EQ(line("\xC3\x9B \xE2\x82\xAC \xF0\x9F\x98\x80 \xC2\xA0"),
+              "error L\xC3\xBC: \xC3\x9B \xE2\x82\xAC \xF0\x9F\x98\x80 \xC2\xA0\n")
+        << "bytes of other characters stay";
+}
+
 TEST(ConsoleLog, DropsWhatIsLessUrgent) {
     ConsoleLog log(BrokerLog::Level::warning);
     EXPECT_EQ(written([&] { log.write(BrokerLog::Level::information, "a", "b"); }), "");

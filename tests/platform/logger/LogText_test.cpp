@@ -19,6 +19,16 @@ TEST(LogText, EscapesWhatCouldEndALine) {
               "\\x00\\x01\\x1b\\x1f\\x7f");
 }
 
+TEST(LogText, ShowsWhatWouldDeceiveItsReader) {
+    EXPECT_EQ(escapeLogText("\xC2\x9B 31m"), "\\u009b 31m");
+    EXPECT_EQ(escapeLogText("\x9B 31m \xFF\xE9"), "\\x9b 31m \xFF\xE9");
+    EXPECT_EQ(escapeLogText("\xE2\x80\xAE\xE2\x81\xA6\xD8\x9C\xE2\x80\x8F\xE2\x80\xA8"),
+              "\\u202e\\u2066\\u061c\\u200f\\u2028");
+    EXPECT_EQ(escapeLogText("\xE2\x80"), "\xE2\\x80") << "cut off";
+    const std::string others = "\xC3\x9B \xE2\x82\xAC \xF0\x9F\x98\x80 \xC2\xA0";
+    EXPECT_EQ(escapeLogText(others), others) << "bytes of other characters stay";
+}
+
 TEST(LogText, DoublesBackslashesSoThatNoEscapeIsForged) {
     EXPECT_EQ(escapeLogText("a\\nb"), "a\\\\nb");
 }
