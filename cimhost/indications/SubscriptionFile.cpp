@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <stdexcept>
 #include <system_error>
 
@@ -22,13 +23,19 @@ constexpr std::size_t largestFile = 16 * 1024 * 1024;
 class OpenFile {
 public:
     OpenFile(const std::filesystem::path& file, int flags)
-        : _file(file), _descriptor(open(file.c_str(), flags | O_CLOEXEC, S_IRUSR | S_IWUSR)) {}
+        : _file(file), _descriptor(open(file.c_str(), flags | O_CLOEXEC)) {}
+    /// A new one beside the file, for its owner alone, whose name nobody can foresee.
+    explicit OpenFile(std::string pattern) : _descriptor(mkostemp(pattern.data(), O_CLOEXEC)) {
+        _file = pattern;
+        requireOpen();
+    }
     ~OpenFile() {
         if (_descriptor >= 0) close(_descriptor);
     }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
 
+    const std::filesystem::path& name() const noexcept { return _file; }
     bool isOpen() const noexcept { return _descriptor >= 0; }
 
     void requireOpen() const {
@@ -49,10 +56,6 @@ public:
     }
 
     void writeAll(std::string_view text) const {
-        // The mode of a file that was there already is its own.
-        if (fchmod(_descriptor, S_IRUSR | S_IWUSR) != 0) {
-            fail(_file, "cannot be kept private", errno);
-        }
         while (!text.empty()) {
             const ssize_t count = ::write(_descriptor, text.data(), text.size());
             if (count < 0 && errno == EINTR) continue;
@@ -66,7 +69,7 @@ public:
     }
 
 private:
-    const std::filesystem::path& _file;
+    std::filesystem::path _file;
     int _descriptor;
 };
 
@@ -81,16 +84,13 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& file) {
 
 void replaceFile(const std::filesystem::path& file, std::string_view text) {
     if (text.size() > largestFile) fail(file, "cannot be written", EFBIG);
-    std::filesystem::path next = file;
-    next += ".new";
+    const OpenFile next(file.string() + ".XXXXXX");
     try {
-        const OpenFile target(next, O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW);
-        target.requireOpen();
-        target.writeAll(text);
-        target.sync();
-        if (rename(next.c_str(), file.c_str()) != 0) fail(file, "cannot be replaced", errno);
+        next.writeAll(text);
+        next.sync();
+        if (rename(next.name().c_str(), file.c_str()) != 0) fail(file, "cannot be replaced", errno);
     } catch (...) {
-        unlink(next.c_str());
+        unlink(next.name().c_str());
         throw;
     }
     // The new name is on the disk when its folder is.

@@ -13,7 +13,8 @@ namespace cimhost {
 std::optional<std::string> readWholeFile(const std::filesystem::path& file);
 
 /// Puts the text in the file's place, for its owner's eyes (0600): it is written to a new file
-/// beside it, brought to the disk and renamed, so that a crash leaves the one or the other. Throws
+/// beside it, whose name nobody can foresee and wait for, brought to the disk and renamed, so that
+/// a crash leaves the one or the other. Throws
 /// std::runtime_error that names the file, also for more than readWholeFile reads; the old one is
 /// as it was then.
 void replaceFile(const std::filesystem::path& file, std::string_view text);

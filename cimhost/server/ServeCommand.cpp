@@ -85,6 +85,7 @@ int serve(const ServeOptions& options) {
             log.write(BrokerLog::Level::warning, "cimhost", warning);
         }
     }
+    options.checkFiles(registrations, log);
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,
                           options.indications, options.manner, options.isolation());

@@ -3,13 +3,16 @@
 #include "cimhost/http/ListenSocket.h"
 #include "cimhost/server/Command.h"
 #include "cimhost/server/ConsoleLog.h"
+#include "cimhost/server/FileTrust.h"
 
 #include <CLI/CLI.hpp>
 #include <pwd.h>
 #include <unistd.h>
 
 #include <map>
+#include <set>
 #include <stdexcept>
+#include <utility>
 
 namespace cimhost {
 namespace {
@@ -245,6 +248,30 @@ void ServeOptions::checkExposure() const {
     throw UsageError("--listen " + address +
                      " lets other machines in: that needs --tls-cert, --tls-key and "
                      "--password-file (127.0.0.1 and ::1 do without)");
+}
+
+void ServeOptions::checkFiles(const Registrations& registrations, BrokerLog& log) const {
+    std::set<std::pair<std::filesystem::path, FileUse>> files;
+    if (!passwordFile.empty()) files.emplace(passwordFile, FileUse::passwords);
+    if (!tlsKey.empty()) files.emplace(tlsKey, FileUse::privateKey);
+    if (indications.stateFile) files.emplace(*indications.stateFile, FileUse::state);
+    for (const auto& file : schema.registrations()) files.emplace(file, FileUse::registration);
+    for (const auto& folder : providerFolders) {
+        files.emplace(folder, FileUse::moduleFolder);
+        for (const Registration& each : registrations.all()) {
+            files.emplace(folder / ("lib" + each.module + ".so"), FileUse::module);
+        }
+    }
+    std::vector<std::string> warnings;
+    for (const auto& [file, use] : files) {
+        const auto distrust = distrustOf(file, use);
+        if (distrust && distrust->isRefusal) throw std::runtime_error(distrust->reason);
+        if (distrust) warnings.push_back(distrust->reason);
+    }
+    if (warnings.empty()) return;
+    const std::size_t others = warnings.size() - 1;
+    const auto more = others == 0 ? "" : "; and so do " + std::to_string(others) + " others";
+    log.write(BrokerLog::Level::warning, "cimhost", warnings[0] + more);
 }
 
 }  // namespace cimhost

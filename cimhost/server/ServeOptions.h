@@ -46,6 +46,10 @@ struct ServeOptions {
     /// them who they are, or not hide what they say.
     void checkExposure() const;
 
+    /// Throws std::runtime_error for the first file that others have a hand in (see FileTrust.h);
+    /// what else speaks against files is a warning in the log.
+    void checkFiles(const Registrations& registrations, BrokerLog& log) const;
+
 private:
     void _addNetworkOptions(CLI::App& command);
     void _addLimitOptions(CLI::App& command);

@@ -36,9 +36,8 @@ TEST(SubscriptionFile, StaysAsItWasWhenItCannotBeReplaced) {
     const TemporaryFolder folder;
     const auto file = folder / "state";
     replaceFile(file, "old");
-    // A folder stands where the new file would.
-    std::filesystem::create_directories(folder / "state.new");
-    EXPECT_THROW(replaceFile(file, "new"), std::runtime_error);
+    EXPECT_THROW(replaceFile(file, std::string((std::size_t{16} << 20U) + 1, 'x')),
+                 std::runtime_error);
     EXPECT_EQ(readWholeFile(file), "old");
     EXPECT_THROW(replaceFile(folder / "gone" / "state", "new"), std::runtime_error);
 }
@@ -53,11 +52,22 @@ TEST(SubscriptionFile, IsNotWrittenWhenItWouldBeTooLargeToRead) {
     EXPECT_TRUE(readWholeFile(file));
 }
 
-TEST(SubscriptionFile, IsNotWrittenThroughALink) {
+TEST(SubscriptionFile, LeavesNothingBesideWhatItCannotReplace) {
+    const TemporaryFolder folder;
+    folder.write("state/is a folder", "");
+    EXPECT_THROW(replaceFile(folder / "state", "new"), std::runtime_error);
+    const std::filesystem::directory_iterator all(folder.path());
+    EXPECT_EQ(std::distance(begin(all), end(all)), 1);
+}
+
+TEST(SubscriptionFile, IsWrittenThroughNoLinkThatSomebodyPutThere) {
     const TemporaryFolder folder;
     std::filesystem::create_symlink(folder / "elsewhere", folder / "state.new");
-    EXPECT_THROW(replaceFile(folder / "state", "new"), std::runtime_error);
+    std::filesystem::create_symlink(folder / "elsewhere", folder / "state");
+    replaceFile(folder / "state", "new");
     EXPECT_FALSE(std::filesystem::exists(folder / "elsewhere"));
+    EXPECT_EQ(readWholeFile(folder / "state"), "new");
+    EXPECT_EQ(modeOf(folder / "state"), 0600U);
 }
 
 TEST(SubscriptionFile, ThatCannotBeReadIsNamed) {
