@@ -324,6 +324,7 @@ TEST_F(CmpiDataTest, InstancesAreEqualByPathAndProperties) {
     left.setProperty("B", "x");
     right.setProperty("b", "x");
     EXPECT_FALSE(of(left) == of(right));
+    EXPECT_FALSE(of(right) == of(left)) << "all of its properties are there, and one more";
     right.setProperty("a", 1U);
     EXPECT_EQ(of(left), of(right));
     EXPECT_EQ(of(left), of(left));

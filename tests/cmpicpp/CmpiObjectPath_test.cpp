@@ -218,6 +218,7 @@ TEST_F(CmpiObjectPathTest, KeysDifferInNumberOrName) {
     CmpiObjectPath two = withKey("K", 1);
     two.addKey("L", 1);
     EXPECT_FALSE(two == withKey("K", 1));
+    EXPECT_FALSE(withKey("K", 1) == two) << "nor does the one that has fewer";
 }
 
 TEST_F(CmpiObjectPathTest, ReferencesAreEqualByTheirPaths) {

@@ -6,8 +6,14 @@
 #include "tests/common/ProviderOperations.h"
 #include "tests/support/Things.h"
 
+#include <unistd.h>
+
 #include <atomic>
+#include <chrono>
+#include <fstream>
+#include <iterator>
 #include <memory>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -250,6 +256,40 @@ TEST_F(AutostartDecoratorTest, StartsOnceForConcurrentFirstRequests) {
         EXPECT_EQ(starts.count, 1);
         journal.take();
     }
+}
+
+std::atomic<pid_t> lateCaller{0};
+
+bool isAsleep(pid_t thread) {
+    std::ifstream file("/proc/self/task/" + std::to_string(thread) + "/stat");
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    return text.find(") S ") != std::string::npos;
+}
+
+/// Until the late caller has looked, has found no provider, and waits for the lock.
+void waitForLateCaller() {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    for (int seen = 0; seen < 20 && std::chrono::steady_clock::now() < end;) {
+        seen = lateCaller != 0 && isAsleep(lateCaller) ? seen + 1 : 0;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+}
+
+TEST_F(AutostartDecoratorTest, StartsNothingForACallerThatWaitedForAStart) {
+    const auto decorator = make({inner(), nullptr});
+    lateCaller = 0;
+    starts.raise = [] {
+        if (starts.count == 1) waitForLateCaller();
+    };
+    std::jthread first([&] { decorator->enableIndications(request.context); });
+    std::jthread late([&] {
+        while (starts.count == 0) std::this_thread::yield();
+        lateCaller = gettid();
+        EXPECT_NO_THROW(decorator->enableIndications(request.context));
+    });
+    first.join();
+    late.join();
+    EXPECT_EQ(starts.count, 1);
 }
 
 struct AutostartOperation : AutostartBase, testing::TestWithParam<ProviderOperation> {

@@ -4,6 +4,7 @@
 #include "tests/common/QuietResults.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <set>
 #include <thread>
 #include <utility>
@@ -57,6 +58,12 @@ TEST_F(PlainIndication, CountsTheIndicationsOfEveryClass) {
     EXPECT_EQ(second.getId(), first + 1);
     EXPECT_EQ(third.getId(), first + 2);
     EXPECT_EQ(fourth.getId(), first + 3);
+}
+
+TEST_F(PlainIndication, CountsFromOne) {
+    // The statement runs in a process of its own that has made the indications of this test alone.
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_EXIT(std::exit(alert.getId() == 1 ? 0 : 1), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(PlainIndication, GivesEveryThreadNumbersOfItsOwn) {

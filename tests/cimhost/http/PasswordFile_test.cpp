@@ -67,6 +67,10 @@ TEST_F(PasswordFileTest, RefusesWhatIsNoFile) {
     EXPECT_THROW(PasswordFile{folder / "pipe"}, std::runtime_error)
         << "and does not wait for a writer";
     EXPECT_THAT(refusalOf(std::string(1024 * 1024 + 1, '#')), HasSubstr("larger than 1 MiB"));
+    const std::string user = "\nfred:" + hash;
+    const std::string comment(1024 * 1024 - user.size(), '#');
+    EXPECT_EQ(PasswordFile(folder.write("p", comment + user)).entries().size(), 1U)
+        << "exactly 1 MiB";
 }
 
 TEST_F(PasswordFileTest, SavesWhatItReadsBack) {

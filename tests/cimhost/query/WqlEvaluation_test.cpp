@@ -62,6 +62,36 @@ TEST_F(WqlEvaluation, ComparesNumbersByValueWhateverTheirTypes) {
     }
 }
 
+TEST_F(WqlEvaluation, ComparesSignedAndUnsignedZeros) {
+    instance.set("None", Value::signedInteger(CimType::sint32, 0));
+    instance.set("Empty", Value::unsignedInteger(CimType::uint64, 0));
+    for (const char* const condition :
+         {"None = 0", "0 = None", "None = Empty", "Empty = None", "None >= Empty", "Empty <= None",
+          "Low < Empty", "Empty > Low", "None < Small", "Small > None", "None > -1",
+          "None = 0.0"}) {
+        EXPECT_EQ(truth(condition), Truth::yes) << condition;
+    }
+    for (const char* const condition :
+         {"None <> 0", "None < Empty", "Empty > None", "Empty < -1"}) {
+        EXPECT_EQ(truth(condition), Truth::no) << condition;
+    }
+}
+
+TEST_F(WqlEvaluation, KnowsNothingOfHalfACharacter) {
+    const auto letterIs = [this](std::uint64_t code, const std::string& text) {
+        instance.set("Letter", Value::unsignedInteger(CimType::char16, code));
+        return truth("Letter = '" + text + "'");
+    };
+    EXPECT_EQ(letterIs(0xD7FF, "\xED\x9F\xBF"), Truth::yes);
+    EXPECT_EQ(letterIs(0xE000, "\xEE\x80\x80"), Truth::yes);
+    for (const std::uint64_t surrogate : {0xD800U, 0xDBFFU, 0xDC00U, 0xDFFFU}) {
+        EXPECT_EQ(letterIs(surrogate, "x"), Truth::unknown) << surrogate;
+        EXPECT_EQ(truth("Letter <> 'x'"), Truth::unknown) << surrogate;
+        EXPECT_EQ(truth("Letter = Letter"), Truth::unknown) << surrogate;
+        EXPECT_EQ(truth("Letter = " + std::to_string(surrogate)), Truth::unknown) << surrogate;
+    }
+}
+
 TEST_F(WqlEvaluation, ComparesTextsCharactersFlagsAndTimes) {
     for (const char* const condition :
          {"Text = 'fan'", "text > \"fab\"", "Text <> 'Fan'", "Text LIKE 'f%'", "Text NOT LIKE 'g%'",

@@ -42,6 +42,27 @@ TEST(WqlPattern, TakesOneOfASet) {
     EXPECT_TRUE(isLike("]", "[]]"));
 }
 
+TEST(WqlPattern, TakesABracketBehindTheOpeningOneIntoASet) {
+    EXPECT_TRUE(isLike("x", "[]x]"));
+    EXPECT_FALSE(isLike("y", "[]x]"));
+    EXPECT_TRUE(isLike("y", "[^]x]"));
+    EXPECT_FALSE(isLike("]", "[^]x]"));
+    EXPECT_FALSE(isLike("x", "[^]x]"));
+}
+
+TEST(WqlPattern, TakesWholeCharactersForAPercentSign) {
+    EXPECT_TRUE(isLike("\xC3\xA9\xC3\xA9z", "%z"));
+    EXPECT_TRUE(
+        isLike("\xC3\xA9"
+               "ba",
+               "%[^\xC3\xA9]a"));
+    // Half of the character would be neither it nor the letter behind it.
+    EXPECT_FALSE(
+        isLike("\xC3\xA9"
+               "a",
+               "%[^\xC3\xA9]a"));
+}
+
 TEST(WqlPattern, IsNotSlowedDownByManyPercentSigns) {
     std::string pattern;
     for (int i = 0; i < 200; ++i) pattern += "%a";

@@ -49,6 +49,22 @@ TEST_F(DataStoreRemoval, LeavesNoCopyAndTheFilesOwnMode) {
     EXPECT_EQ(modeOf(path), 01600U);
 }
 
+TEST_F(DataStoreRemoval, HoldsNothingForWrittenThatCannotBeClosed) {
+    for (const int error : {EIO, ENOSPC, EDQUOT}) {
+        const int descriptor = PYL::openFile(path, O_WRONLY | O_CREAT);
+        ASSERT_GE(descriptor, 0);
+        const HookedFileCalls hooked(
+            [error](const FileCall& call) { return call.name == "close" ? error : made; });
+        errno = 0;
+        EXPECT_FALSE(PYL::writeAndClose(descriptor, "a 1\r\n"));
+        EXPECT_EQ(errno, error);
+    }
+    const int descriptor = PYL::openFile(path, O_WRONLY);
+    const HookedFileCalls hooked(
+        [](const FileCall& call) { return call.name == "close" ? EINTR : made; });
+    EXPECT_TRUE(PYL::writeAndClose(descriptor, "a 1\r\n")) << "an interrupted one has closed";
+}
+
 TEST_F(DataStoreRemoval, IsNotUsableAfterARemovalThatCannotOpenTheFile) {
     write("a 1\r\nb 2\r\n");
     OpenStore store;
