@@ -148,9 +148,10 @@ struct Walk {
     Target target;
     ObjectPath source;
     ClassFilter accepted;
+    const ResultJudge* judge;
 
     Walk(Broker& host, ModuleHost& loaded, Servers& known, const RequestContext& context,
-         const ObjectPath& path, const AssociationFilter& wanted)
+         const ObjectPath& path, const AssociationFilter& wanted, const ResultJudge* held)
         : broker(host),
           modules(loaded),
           servers(known),
@@ -159,7 +160,8 @@ struct Walk {
           filter(wanted),
           target(requireTarget(host.repository(), context, path)),
           source(requireInstancePath(host.repository(), context, target, path)),
-          accepted(wanted.resultClass) {
+          accepted(wanted.resultClass),
+          judge(held) {
         requireFilterClass(target, filter.associationClass);
         requireFilterClass(target, filter.resultClass);
     }
@@ -168,7 +170,7 @@ struct Walk {
     template <typename Results>
     auto into(auto&... sink) const {
         return [&](std::string_view provider) {
-            return Results(broker.repository(), target, accepted, provider, sink...);
+            return Results(broker.repository(), target, accepted, provider, judge, sink...);
         };
     }
 
@@ -208,7 +210,7 @@ private:
 void Operations::associators(const RequestContext& request, const ObjectPath& path,
                              const AssociationFilter& filter, const InstanceOptions& options,
                              InstanceSink& sink) {
-    const Walk walk(_broker, _modules, _servers, request, path, filter);
+    const Walk walk(_broker, _modules, _servers, request, path, filter, _judgeFor(request));
     const PropertySelection selection = selectionOf(_broker.manner(), options);
     walk.ask(filter.associationClass, walkFlags(options), walk.into<InstanceWalk>(sink, selection),
              &CMPIAssociationMIFT::associators, ToldAssociation(), orNull(filter.resultClass),
@@ -223,7 +225,7 @@ void Operations::associators(const RequestContext& request, const ObjectPath& pa
 
 void Operations::associatorNames(const RequestContext& request, const ObjectPath& path,
                                  const AssociationFilter& filter, PathSink& sink) {
-    const Walk walk(_broker, _modules, _servers, request, path, filter);
+    const Walk walk(_broker, _modules, _servers, request, path, filter, _judgeFor(request));
     walk.ask(filter.associationClass, 0, walk.into<PathWalk>(sink),
              &CMPIAssociationMIFT::associatorNames, ToldAssociation(), orNull(filter.resultClass),
              orNull(filter.role), orNull(filter.resultRole));
@@ -234,7 +236,7 @@ void Operations::associatorNames(const RequestContext& request, const ObjectPath
 void Operations::references(const RequestContext& request, const ObjectPath& path,
                             const AssociationFilter& filter, const InstanceOptions& options,
                             InstanceSink& sink) {
-    const Walk walk(_broker, _modules, _servers, request, path, filter);
+    const Walk walk(_broker, _modules, _servers, request, path, filter, _judgeFor(request));
     const PropertySelection selection = selectionOf(_broker.manner(), options);
     walk.ask(filter.resultClass, walkFlags(options), walk.into<InstanceWalk>(sink, selection),
              &CMPIAssociationMIFT::references, ToldAssociation(), orNull(filter.role), nullptr);
@@ -246,7 +248,7 @@ void Operations::references(const RequestContext& request, const ObjectPath& pat
 
 void Operations::referenceNames(const RequestContext& request, const ObjectPath& path,
                                 const AssociationFilter& filter, PathSink& sink) {
-    const Walk walk(_broker, _modules, _servers, request, path, filter);
+    const Walk walk(_broker, _modules, _servers, request, path, filter, _judgeFor(request));
     walk.ask(filter.resultClass, 0, walk.into<PathWalk>(sink), &CMPIAssociationMIFT::referenceNames,
              ToldAssociation(), orNull(filter.role));
     visitReferences(_servers, walk.target, walk.source, filter.resultClass, filter.role,

@@ -67,7 +67,8 @@ void Operations::enumerateInstances(const RequestContext& request, const ObjectP
     const RequestContext context = providerContext(request, target.nameSpace, flagsOf(options));
     const auto ask = [&](const Registration& registration, const Target& asked,
                          const EnumerationFilter& filter) {
-        InstanceWalk results(repository, asked, filter, registration.provider, sink, selection);
+        InstanceWalk results(repository, asked, filter, registration.provider, _judgeFor(request),
+                             sink, selection);
         askProvider<CMPIInstanceMI>(_broker, _modules, registration, context, results,
                                     askedPath(manner, request, classPath, target, asked),
                                     &CMPIInstanceMIFT::enumerateInstances, names.get());
@@ -84,7 +85,8 @@ void Operations::enumerateInstanceNames(const RequestContext& request, const Obj
     const RequestContext context = providerContext(request, target.nameSpace, 0);
     const auto ask = [&](const Registration& registration, const Target& asked,
                          const EnumerationFilter& filter) {
-        PathWalk results(repository, asked, filter, registration.provider, sink);
+        PathWalk results(repository, asked, filter, registration.provider, _judgeFor(request),
+                         sink);
         askProvider<CMPIInstanceMI>(_broker, _modules, registration, context, results,
                                     askedPath(_broker.manner(), request, classPath, target, asked),
                                     &CMPIInstanceMIFT::enumerateInstanceNames);
@@ -108,8 +110,8 @@ void Operations::execQuery(const RequestContext& request, const std::string& lan
         if (!server.registration) {
             throw CimError(CimCode::notSupported, codeName(CimCode::notSupported));
         }
-        InstanceWalk results(repository, asked, everything, server.registration->provider, sink,
-                             selection);
+        InstanceWalk results(repository, asked, everything, server.registration->provider, nullptr,
+                             sink, selection);
         askProvider<CMPIInstanceMI>(_broker, _modules, *server.registration, context, results,
                                     asked.classPath(), &CMPIInstanceMIFT::execQuery, query.c_str(),
                                     language.c_str());

@@ -73,7 +73,8 @@ void Operations::getInstance(const RequestContext& request, const ObjectPath& pa
 
     PropertyNames names(options.propertyList);
     const CMPIFlags flags = flagsOf(options) & ~CMPIFlags{CMPI_FLAG_DeepInheritance};
-    SingleInstance result(target, wanted, server.registration->provider, sink, selection);
+    SingleInstance result(target, wanted, server.registration->provider, _judgeFor(request), sink,
+                          selection);
     const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, providerContext(request, target.nameSpace, flags), result);
     call.run(mi, &CMPIInstanceMIFT::getInstance,

@@ -5,7 +5,15 @@
 
 namespace cimhost {
 
-Operations::Operations(Broker& broker, ModuleHost& modules)
-    : _broker(broker), _modules(modules), _servers(modules.registrations(), broker.repository()) {}
+Operations::Operations(Broker& broker, ModuleHost& modules, ResultPolicy results)
+    : _broker(broker),
+      _modules(modules),
+      _servers(modules.registrations(), broker.repository()),
+      _judge(broker.log(), results) {}
+
+// Null where results pass.
+const ResultJudge* Operations::_judgeFor(const RequestContext& request) const noexcept {
+    return request.isProviders || _judge.policy() == ResultPolicy::pass ? nullptr : &_judge;
+}
 
 }  // namespace cimhost

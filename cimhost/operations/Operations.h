@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cimhost/operations/CimOperations.h"
+#include "cimhost/operations/ResultJudge.h"
 #include "cimhost/operations/Servers.h"
 
 namespace cimhost {
@@ -32,11 +33,14 @@ class ModuleHost;
 /// some providers refuse them; what is shown is decided by the selection that sinks are given in
 /// any case.
 ///
+/// What providers deliver is held against its classes, but for the answers of queries, which are
+/// what the query says, and those to up-calls: they reach a client by a provider that is held.
+///
 /// Provider calls nest 32 deep on a thread. Texts of errors name what was not found or refused.
 class Operations final : public CimOperations {
 public:
     /// Broker and modules must outlive the operations.
-    Operations(Broker& broker, ModuleHost& modules);
+    Operations(Broker& broker, ModuleHost& modules, ResultPolicy results = ResultPolicy::warn);
 
     /// From now on the source answers for its classes. Before the first request for them; the
     /// source outlives the last one.
@@ -80,9 +84,12 @@ public:
                               const Arguments& in) override;
 
 private:
+    const ResultJudge* _judgeFor(const RequestContext& request) const noexcept;
+
     Broker& _broker;
     ModuleHost& _modules;
     Servers _servers;
+    ResultJudge _judge;
 };
 
 }  // namespace cimhost

@@ -17,16 +17,18 @@ void ProviderSink::refuse(const std::string& what) const {
     throw CimError(CimCode::failed, "provider " + std::string(_provider) + " delivered " + what);
 }
 
-bool EnumerationFilter::accepts(const NameSpace* nameSpace, const Class* definition) const {
-    if (!definition || nameSpace != &_asked.nameSpace) return true;
-    if (definition == &_asked.definition) return true;
-    if (!nameSpace->isA(definition->name, _asked.definition.name)) return false;
-    return !_servers.of(ProviderType::instance, {*nameSpace, *definition});
+Fit EnumerationFilter::judge(const NameSpace* nameSpace, const Class* definition) const {
+    if (!definition || nameSpace != &_asked.nameSpace) return Fit::belongs;
+    if (definition == &_asked.definition) return Fit::belongs;
+    if (!nameSpace->isA(definition->name, _asked.definition.name)) return Fit::misdirected;
+    const bool isOthers =
+        static_cast<bool>(_servers.of(ProviderType::instance, {*nameSpace, *definition}));
+    return isOthers ? Fit::leftOut : Fit::belongs;
 }
 
-bool ClassFilter::accepts(const NameSpace* nameSpace, const Class* definition) const {
-    if (_className.empty() || !definition) return true;
-    return nameSpace->isA(definition->name, _className);
+Fit ClassFilter::judge(const NameSpace* nameSpace, const Class* definition) const {
+    if (_className.empty() || !definition) return Fit::belongs;
+    return nameSpace->isA(definition->name, _className) ? Fit::belongs : Fit::leftOut;
 }
 
 bool WalkSink::isComplete(const ObjectPath& path) const noexcept {
@@ -39,19 +41,31 @@ void WalkSink::complete(ObjectPath& path) const {
 }
 
 // Nearly all results of a walk are of the same class as the one before.
-const WalkSink::Verdict& WalkSink::judge(const ObjectPath& path) {
+WalkSink::Verdict& WalkSink::verdictOn(const ObjectPath& path) {
     if (!_last || _last->className != path.className || _last->nameSpace != path.nameSpace) {
         _last = _judgeAnew(path);
     }
     return *_last;
 }
 
+// Other namespaces than those here are no business of this host.
 WalkSink::Verdict WalkSink::_judgeAnew(const ObjectPath& path) const {
     const NameSpace* const nameSpace = equalNames(path.nameSpace, _asked.nameSpace.name())
                                            ? &_asked.nameSpace
                                            : _repository.find(path.nameSpace);
     const Class* const definition = nameSpace ? nameSpace->findClass(path.className) : nullptr;
-    return {path.nameSpace, path.className, definition, _filter.accepts(nameSpace, definition)};
+    const Fit fit = _filter.judge(nameSpace, definition);
+    Verdict verdict{path.nameSpace, path.className, definition, fit == Fit::belongs, nullptr, {}};
+    if (!_judge) return verdict;
+    if (nameSpace && !definition) {
+        _judge->tellUnknownClass(provider(), path);
+        verdict.isAccepted = false;
+    } else if (fit == Fit::misdirected) {
+        _judge->tellOtherClass(provider(), *definition, _asked.definition);
+    } else if (definition) {
+        verdict.rules = &_judge->rulesOf(*definition);
+    }
+    return verdict;
 }
 
 void InstanceWalk::instance(const Instance& instance) {
@@ -60,8 +74,14 @@ void InstanceWalk::instance(const Instance& instance) {
         complete(completed.path);
         return this->instance(completed);
     }
-    const Verdict& verdict = judge(instance.path);
-    if (verdict.isAccepted) _sink.deliver(instance, verdict.definition, _selection);
+    Verdict& verdict = verdictOn(instance.path);
+    if (!verdict.isAccepted) return;
+    if (!verdict.rules || (verdict.rules->areClean(instance.properties, verdict.memory) &&
+                           verdict.rules->isClean(instance.path, verdict.memory))) {
+        return _sink.deliver(instance, verdict.definition, _selection);
+    }
+    const auto mended = judge()->mend(provider(), *verdict.rules, instance);
+    if (mended) _sink.deliver(*mended, verdict.definition, _selection);
 }
 
 void PathWalk::path(const ObjectPath& path) {
@@ -70,7 +90,11 @@ void PathWalk::path(const ObjectPath& path) {
         complete(completed);
         return this->path(completed);
     }
-    if (judge(path).isAccepted) _sink.deliver(path);
+    Verdict& verdict = verdictOn(path);
+    if (!verdict.isAccepted) return;
+    const bool isClean = !verdict.rules || verdict.rules->isClean(path, verdict.memory) ||
+                         !judge()->tellKeys(provider(), *verdict.rules, path);
+    if (isClean) _sink.deliver(path);
 }
 
 void SingleInstance::instance(const Instance& instance) {
@@ -82,15 +106,30 @@ void SingleInstance::instance(const Instance& instance) {
     }
     _isDelivered = true;
     if (!name.empty() && !instance.path.nameSpace.empty() && !instance.path.keys.empty()) {
-        _sink.deliver(instance, definition, _selection);
-        return;
+        return _deliver(instance, definition);
     }
     Instance completed = instance;
     ObjectPath& path = completed.path;
     if (path.nameSpace.empty()) path.nameSpace = _path.nameSpace;
     if (path.className.empty()) path.className = _path.className;
     if (path.keys.empty()) path.keys = _path.keys;
-    _sink.deliver(completed, definition, _selection);
+    _deliver(completed, definition);
+}
+
+void SingleInstance::_deliver(const Instance& instance, const Class* definition) {
+    if (!_judge) return _sink.deliver(instance, definition, _selection);
+    if (!definition) {
+        _judge->tellUnknownClass(provider(), instance.path);
+        refuse("an instance of unknown class " + instance.className());
+    }
+    const ClassRules& rules = _judge->rulesOf(*definition);
+    ClassRules::Memory memory;
+    if (rules.areClean(instance.properties, memory) && rules.isClean(instance.path, memory)) {
+        return _sink.deliver(instance, definition, _selection);
+    }
+    const auto mended = _judge->mend(provider(), rules, instance);
+    if (!mended) refuse("an instance of " + definition->name + " with other keys than the class");
+    _sink.deliver(*mended, definition, _selection);
 }
 
 void SinglePath::path(const ObjectPath& path) {

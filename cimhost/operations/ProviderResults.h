@@ -2,9 +2,11 @@
 
 #include "cimhost/objects/Broker.h"
 #include "cimhost/operations/Operations.h"
+#include "cimhost/operations/ResultJudge.h"
 #include "cimhost/operations/Servers.h"
 #include "cimhost/operations/Target.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,8 +28,17 @@ public:
 protected:
     [[noreturn]] void refuse(const std::string& what) const;
 
+    std::string_view provider() const noexcept { return _provider; }
+
 private:
     std::string_view _provider;
+};
+
+/// Whether a result belongs to what is asked for.
+enum class Fit : std::uint8_t {
+    belongs,
+    leftOut,     ///< others answer for it, or the client does not want it
+    misdirected  ///< no provider should deliver it here
 };
 
 /// Which results of a walk pass.
@@ -35,18 +46,22 @@ class ResultFilter {
 public:
     virtual ~ResultFilter() = default;
     /// `nameSpace` and `definition` are null where the repository does not know them.
-    virtual bool accepts(const NameSpace* nameSpace, const Class* definition) const = 0;
+    virtual Fit judge(const NameSpace* nameSpace, const Class* definition) const = 0;
 };
 
 /// For an enumeration that asks about `asked`: its instances, and those of its subclasses, but for
-/// subclasses that somebody answers for: those are asked about on their own. Results of unknown
-/// classes pass, since modules may serve what nobody declared.
+/// subclasses that somebody answers for: those are asked about on their own. Whether results of
+/// unknown classes pass is not decided here.
 class EnumerationFilter final : public ResultFilter {
 public:
     EnumerationFilter(const Servers& servers, const Target& asked)
         : _servers(servers), _asked(asked) {}
 
-    bool accepts(const NameSpace* nameSpace, const Class* definition) const override;
+    Fit judge(const NameSpace* nameSpace, const Class* definition) const override;
+
+    bool accepts(const NameSpace* nameSpace, const Class* definition) const {
+        return judge(nameSpace, definition) == Fit::belongs;
+    }
 
 private:
     const Servers& _servers;
@@ -59,32 +74,43 @@ class ClassFilter final : public ResultFilter {
 public:
     explicit ClassFilter(std::string_view className) : _className(className) {}
 
-    bool accepts(const NameSpace* nameSpace, const Class* definition) const override;
+    Fit judge(const NameSpace* nameSpace, const Class* definition) const override;
 
 private:
     std::string_view _className;
 };
 
-/// What walks share: completes the paths of results and finds their classes.
+/// What walks share: completes the paths of results, finds their classes and holds them against
+/// those.
 class WalkSink : public ProviderSink {
 public:
+    /// Without a judge whatever belongs into the walk passes.
     WalkSink(const Repository& repository, const Target& asked, const ResultFilter& filter,
-             std::string_view provider)
-        : ProviderSink(provider), _repository(repository), _asked(asked), _filter(filter) {}
+             std::string_view provider, const ResultJudge* judge)
+        : ProviderSink(provider),
+          _repository(repository),
+          _asked(asked),
+          _filter(filter),
+          _judge(judge) {}
 
 protected:
     bool isComplete(const ObjectPath& path) const noexcept;
     void complete(ObjectPath& path) const;
 
-    /// The class, null where the repository does not know it, and whether the filter accepts it.
+    /// What is known of a class of results.
     struct Verdict {
         std::string nameSpace;
         std::string className;
-        const Class* definition = nullptr;
+        const Class* definition = nullptr;  ///< null where the repository does not know it
         bool isAccepted = false;
+        const ClassRules* rules = nullptr;  ///< null where results pass as they are
+        ClassRules::Memory memory;
     };
-    /// Good until the next is asked for.
-    const Verdict& judge(const ObjectPath& path);
+    /// Good until the next is asked for. Throws CimError failed for a class that the judge refuses.
+    Verdict& verdictOn(const ObjectPath& path);
+
+    /// Null only where no verdict has rules.
+    const ResultJudge* judge() const noexcept { return _judge; }
 
 private:
     Verdict _judgeAnew(const ObjectPath& path) const;
@@ -92,14 +118,18 @@ private:
     const Repository& _repository;
     const Target& _asked;
     const ResultFilter& _filter;
+    const ResultJudge* _judge;
     std::optional<Verdict> _last;
 };
 
 class InstanceWalk final : public WalkSink {
 public:
     InstanceWalk(const Repository& repository, const Target& asked, const ResultFilter& filter,
-                 std::string_view provider, InstanceSink& sink, const PropertySelection& selection)
-        : WalkSink(repository, asked, filter, provider), _sink(sink), _selection(selection) {}
+                 std::string_view provider, const ResultJudge* judge, InstanceSink& sink,
+                 const PropertySelection& selection)
+        : WalkSink(repository, asked, filter, provider, judge),
+          _sink(sink),
+          _selection(selection) {}
 
     void instance(const Instance& instance) override;
 
@@ -111,8 +141,8 @@ private:
 class PathWalk final : public WalkSink {
 public:
     PathWalk(const Repository& repository, const Target& asked, const ResultFilter& filter,
-             std::string_view provider, PathSink& sink)
-        : WalkSink(repository, asked, filter, provider), _sink(sink) {}
+             std::string_view provider, const ResultJudge* judge, PathSink& sink)
+        : WalkSink(repository, asked, filter, provider, judge), _sink(sink) {}
 
     void path(const ObjectPath& path) override;
 
@@ -120,20 +150,29 @@ private:
     PathSink& _sink;
 };
 
-/// Exactly one instance, of the class asked for or a subclass.
+/// Exactly one instance, of the class asked for or a subclass. One that the judge would leave out
+/// is refused, since nothing would be left.
 class SingleInstance final : public ProviderSink {
 public:
     SingleInstance(const Target& asked, const ObjectPath& path, std::string_view provider,
-                   InstanceSink& sink, const PropertySelection& selection)
-        : ProviderSink(provider), _asked(asked), _path(path), _sink(sink), _selection(selection) {}
+                   const ResultJudge* judge, InstanceSink& sink, const PropertySelection& selection)
+        : ProviderSink(provider),
+          _asked(asked),
+          _path(path),
+          _judge(judge),
+          _sink(sink),
+          _selection(selection) {}
 
     void instance(const Instance& instance) override;
 
     bool isDelivered() const noexcept { return _isDelivered; }
 
 private:
+    void _deliver(const Instance& instance, const Class* definition);
+
     const Target& _asked;
     const ObjectPath& _path;
+    const ResultJudge* _judge;
     InstanceSink& _sink;
     const PropertySelection& _selection;
     bool _isDelivered = false;

@@ -16,12 +16,12 @@ constexpr std::chrono::milliseconds isolatedGrace{3'500};
 ObjectManager::ObjectManager(const Repository& repository, Registrations registrations,
                              std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
                              const IndicationSettings& indications, const Manner& manner,
-                             std::optional<IsolationSettings> isolation)
+                             std::optional<IsolationSettings> isolation, ResultPolicy results)
     : _broker(repository, log, fillUpCalls, manner),
       _delivery(indications.delivery, log),
       _routes(repository, log),
       _modules(_broker, std::move(registrations), std::move(providerFolders)),
-      _operations(_broker, _modules),
+      _operations(_broker, _modules, results),
       _subscriptions(_broker, _modules, _routes, _delivery),
       _handler(_operations, repository),
       _adapter(_handler) {

@@ -31,7 +31,8 @@ public:
     ObjectManager(const Repository& repository, Registrations registrations,
                   std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
                   const IndicationSettings& indications = {}, const Manner& manner = {},
-                  std::optional<IsolationSettings> isolation = {});
+                  std::optional<IsolationSettings> isolation = {},
+                  ResultPolicy results = ResultPolicy::warn);
     ObjectManager(const ObjectManager&) = delete;
     ObjectManager& operator=(const ObjectManager&) = delete;
 

@@ -88,7 +88,8 @@ int serve(const ServeOptions& options) {
     options.checkFiles(registrations, log);
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,
-                          options.indications, options.manner, options.isolation());
+                          options.indications, options.manner, options.isolation(),
+                          options.results);
 
     const HttpServices services{manager.httpHandler(), options.limits, gate.authenticator.get(),
                                 gate.accessLog.get()};

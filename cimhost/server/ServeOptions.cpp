@@ -219,6 +219,18 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
         ->type_name("NAME")
         ->default_str("standard")
         ->group(group);
+    const std::map<std::string, ResultPolicy> policies = {{"warn", ResultPolicy::warn},
+                                                          {"refuse", ResultPolicy::refuse},
+                                                          {"pass", ResultPolicy::pass}};
+    command
+        .add_option("--results", results,
+                    "What becomes of results of providers that are not as their class declares "
+                    "them: warn leaves them out and tells once, refuse fails the request, pass "
+                    "sends them")
+        ->type_name("POLICY")
+        ->transform(CLI::CheckedTransformer(policies).description("warn, refuse or pass"))
+        ->default_str("warn")
+        ->group(group);
     const std::map<std::string, BrokerLog::Level> levels = [] {
         std::map<std::string, BrokerLog::Level> names;
         for (const auto level : {BrokerLog::Level::error, BrokerLog::Level::warning,

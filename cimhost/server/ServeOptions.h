@@ -18,6 +18,7 @@ struct ServeOptions {
     SchemaOptions schema;
     std::vector<std::filesystem::path> providerFolders;
     Manner manner;
+    ResultPolicy results = ResultPolicy::warn;
     bool isolates = false;    ///< each module has a process of its own
     std::string isolateUser;  ///< who those run as; empty: as this one
     std::chrono::milliseconds providerTime{60'000};

@@ -1,4 +1,4 @@
-"""What cimhost says when code of a module brings it down or keeps it."""
+"""What cimhost says when code of a module brings it down, keeps it or lies."""
 
 import re
 import signal
@@ -97,6 +97,33 @@ class Hang(unittest.TestCase):
         self.assertEqual(1, host.stop(), host.log())
         self.assertRegex(host.log(), "error cimhost: module sins, provider SinProvider, operation "
                          'getInstance, path root/test:TST_Sin.Name="hang": does not return\n')
+
+
+class Lie(unittest.TestCase):
+    WORDS = "provider SinProvider delivered TST_Sin.Colour as uint32, which the class does not declare"
+
+    def ask(self, *options):
+        """The answer to two requests for the same lie, and the log."""
+        with Host(*options, arguments=ARGUMENTS) as host:
+            host.ask("gi", ':TST_Sin.Name="lie"', namespace="root/test")
+            answer = host.ask("gi", ':TST_Sin.Name="lie"', namespace="root/test")
+        return answer, host.log()
+
+    def test_is_left_out_and_told_once(self):
+        answer, log = self.ask()
+        self.assertIn('Name="lie"', answer.text)
+        self.assertNotIn("Colour", answer.text)
+        self.assertEqual(1, log.count(f"warning SinProvider: {self.WORDS}; the property is left out\n"))
+
+    def test_fails_the_request_when_results_are_refused(self):
+        answer, _ = self.ask("--results", "refuse")
+        self.assertEqual(1, answer.cim_error, answer.text)
+        self.assertIn(self.WORDS, answer.text)
+
+    def test_passes_when_results_pass(self):
+        answer, log = self.ask("--results", "pass")
+        self.assertIn("Colour=7", answer.text)
+        self.assertNotIn("delivered", log)
 
 
 if __name__ == "__main__":

@@ -82,7 +82,7 @@ void ProviderOperations::getInstance(const RequestContext& request, const Object
                                      const InstanceOptions& options, InstanceSink& sink) {
     const Target target = requireTarget(_broker.repository(), request, path);
     const PropertySelection all;
-    SingleInstance result(target, path, _provider, sink, all);
+    SingleInstance result(target, path, _provider, nullptr, sink, all);
     PropertyNames names(options.propertyList);
     _walk<CMPIInstanceMI>(request, path, withoutDepth(options), result,
                           &CMPIInstanceMIFT::getInstance, names.get());
@@ -95,7 +95,7 @@ void ProviderOperations::enumerateInstances(const RequestContext& request,
                                             const InstanceOptions& options, InstanceSink& sink) {
     const Target target = requireTarget(_broker.repository(), request, classPath);
     const PropertySelection all;
-    InstanceWalk results(_broker.repository(), target, everything, _provider, sink, all);
+    InstanceWalk results(_broker.repository(), target, everything, _provider, nullptr, sink, all);
     PropertyNames names(options.propertyList);
     _walk<CMPIInstanceMI>(request, classPath, flagsOf(options), results,
                           &CMPIInstanceMIFT::enumerateInstances, names.get());
@@ -104,7 +104,7 @@ void ProviderOperations::enumerateInstances(const RequestContext& request,
 void ProviderOperations::enumerateInstanceNames(const RequestContext& request,
                                                 const ObjectPath& classPath, PathSink& sink) {
     const Target target = requireTarget(_broker.repository(), request, classPath);
-    PathWalk results(_broker.repository(), target, everything, _provider, sink);
+    PathWalk results(_broker.repository(), target, everything, _provider, nullptr, sink);
     _walk<CMPIInstanceMI>(request, classPath, 0, results,
                           &CMPIInstanceMIFT::enumerateInstanceNames);
 }
@@ -143,7 +143,7 @@ void ProviderOperations::associators(const RequestContext& request, const Object
                                      const InstanceOptions& options, InstanceSink& sink) {
     const Target target = requireTarget(_broker.repository(), request, path);
     const PropertySelection all;
-    InstanceWalk results(_broker.repository(), target, everything, _provider, sink, all);
+    InstanceWalk results(_broker.repository(), target, everything, _provider, nullptr, sink, all);
     PropertyNames names(options.propertyList);
     _walk<CMPIAssociationMI>(request, path, withoutDepth(options), results,
                              &CMPIAssociationMIFT::associators, orNull(filter.associationClass),
@@ -154,7 +154,7 @@ void ProviderOperations::associators(const RequestContext& request, const Object
 void ProviderOperations::associatorNames(const RequestContext& request, const ObjectPath& path,
                                          const AssociationFilter& filter, PathSink& sink) {
     const Target target = requireTarget(_broker.repository(), request, path);
-    PathWalk results(_broker.repository(), target, everything, _provider, sink);
+    PathWalk results(_broker.repository(), target, everything, _provider, nullptr, sink);
     _walk<CMPIAssociationMI>(request, path, 0, results, &CMPIAssociationMIFT::associatorNames,
                              orNull(filter.associationClass), orNull(filter.resultClass),
                              orNull(filter.role), orNull(filter.resultRole));
@@ -165,7 +165,7 @@ void ProviderOperations::references(const RequestContext& request, const ObjectP
                                     InstanceSink& sink) {
     const Target target = requireTarget(_broker.repository(), request, path);
     const PropertySelection all;
-    InstanceWalk results(_broker.repository(), target, everything, _provider, sink, all);
+    InstanceWalk results(_broker.repository(), target, everything, _provider, nullptr, sink, all);
     PropertyNames names(options.propertyList);
     _walk<CMPIAssociationMI>(request, path, withoutDepth(options), results,
                              &CMPIAssociationMIFT::references, orNull(filter.resultClass),
@@ -175,7 +175,7 @@ void ProviderOperations::references(const RequestContext& request, const ObjectP
 void ProviderOperations::referenceNames(const RequestContext& request, const ObjectPath& path,
                                         const AssociationFilter& filter, PathSink& sink) {
     const Target target = requireTarget(_broker.repository(), request, path);
-    PathWalk results(_broker.repository(), target, everything, _provider, sink);
+    PathWalk results(_broker.repository(), target, everything, _provider, nullptr, sink);
     _walk<CMPIAssociationMI>(request, path, 0, results, &CMPIAssociationMIFT::referenceNames,
                              orNull(filter.resultClass), orNull(filter.role));
 }
@@ -194,7 +194,7 @@ void ProviderOperations::execQuery(const RequestContext& request, const std::str
     const ObjectPath path{{}, request.nameSpace, std::string(_className), {}};
     const Target target = requireTarget(_broker.repository(), request, path);
     const PropertySelection all;
-    InstanceWalk results(_broker.repository(), target, everything, _provider, sink, all);
+    InstanceWalk results(_broker.repository(), target, everything, _provider, nullptr, sink, all);
     _walk<CMPIInstanceMI>(request, path, 0, results, &CMPIInstanceMIFT::execQuery, query.c_str(),
                           language.c_str());
 }

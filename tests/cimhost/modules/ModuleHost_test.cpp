@@ -43,7 +43,7 @@ protected:
         Registrations read;
         read.readText(registrations, "test");
         host = std::make_unique<cimhost::ModuleHost>(broker, std::move(read), std::move(folders));
-        operations = std::make_unique<Operations>(broker, *host);
+        operations = std::make_unique<Operations>(broker, *host, ResultPolicy::pass);
         broker.setOperations(operations.get());
     }
 

@@ -154,11 +154,11 @@ ScriptedProvider& OperationsTest::serve(const std::string& provider, const std::
     return *scripted;
 }
 
-void OperationsTest::start() {
+void OperationsTest::start(ResultPolicy results) {
     _host = std::make_unique<ModuleHost>(broker, std::move(_registrations),
                                          std::vector<std::filesystem::path>{});
     for (auto& [name, provider] : _providers) _host->addStatic(name + "Module", provider->module());
-    _operations = std::make_unique<Operations>(broker, *_host);
+    _operations = std::make_unique<Operations>(broker, *_host, results);
     broker.setOperations(_operations.get());
 }
 

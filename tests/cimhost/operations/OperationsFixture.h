@@ -74,8 +74,9 @@ protected:
     /// Registers a line's class, namespace and types: `TST_Fan root/test instance`.
     ScriptedProvider& serve(const std::string& provider, const std::string& what);
 
-    /// Makes the host and its operations.
-    void start();
+    /// Makes the host and its operations. What is delivered in tests of other things is no more
+    /// than they need, and passes.
+    void start(ResultPolicy results = ResultPolicy::pass);
 
     Operations& operations() { return *_operations; }
     ModuleHost& host() { return *_host; }

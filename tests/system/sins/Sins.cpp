@@ -7,7 +7,7 @@
 #include <cstring>
 #include <thread>
 
-// A module that brings its process down, or keeps it, when asked for an instance of that name.
+// A module that brings its process down, keeps it or lies, when asked for an instance of that name.
 
 namespace {
 
@@ -69,8 +69,20 @@ CMPIStatus cleanUpInstance(CMPIInstanceMI*, const CMPIContext*, CMPIBoolean) { r
 
 CMPIStatus cleanUpMethod(CMPIMethodMI*, const CMPIContext*, CMPIBoolean) { return ok; }
 
-CMPIStatus getInstance(CMPIInstanceMI*, const CMPIContext*, const CMPIResult*,
+const CMPIBroker* theBroker = nullptr;
+
+// An instance with a property that the class does not declare.
+CMPIStatus lie(const CMPIResult* result, const CMPIObjectPath* path) {
+    CMPIInstance* const instance = theBroker->eft->newInstance(theBroker, path, nullptr);
+    CMPIValue colour{};
+    colour.uint32 = 7;
+    instance->ft->setProperty(instance, "Colour", &colour, CMPI_uint32);
+    return result->ft->returnInstance(result, instance);
+}
+
+CMPIStatus getInstance(CMPIInstanceMI*, const CMPIContext*, const CMPIResult* result,
                        const CMPIObjectPath* path, const char**) {
+    if (std::strcmp(keyOf(path), "lie") == 0) return lie(result, path);
     commit(keyOf(path));
     return {CMPI_RC_ERR_NOT_FOUND, nullptr};
 }
@@ -97,8 +109,9 @@ CMPIMethodMI methodMi{nullptr, &methodTable};
 
 #define SINS_ENTRY extern "C" __attribute__((visibility("default")))
 
-SINS_ENTRY CMPIInstanceMI* SinProvider_Create_InstanceMI(const CMPIBroker*, const CMPIContext*,
-                                                         CMPIStatus*) {
+SINS_ENTRY CMPIInstanceMI* SinProvider_Create_InstanceMI(const CMPIBroker* broker,
+                                                         const CMPIContext*, CMPIStatus*) {
+    theBroker = broker;
     return &instanceMi;
 }
 
