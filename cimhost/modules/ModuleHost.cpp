@@ -55,6 +55,7 @@ struct ModuleHost::Provider {
     Hosted& module;
     unsigned holds = 0;     ///< how often a thread holds it, which makes or cleans up its MIs
     std::thread::id owner;  ///< that thread
+    std::atomic<unsigned> leaks = 0;  ///< calls that left clones
     std::tuple<TypedSlot<CMPIInstanceMI>, TypedSlot<CMPIAssociationMI>, TypedSlot<CMPIMethodMI>,
                TypedSlot<CMPIIndicationMI>>
         slots;
@@ -196,7 +197,7 @@ MiUse<MI> ModuleHost::use(const Registration& registration) {
                                     : _providers.at(sharersOf(_broker.manner(), registration)));
     auto& slot = std::get<TypedSlot<MI>>(provider.slots);
     if (!slot.gate.enter()) _start(provider, slot);
-    return MiUse<MI>(slot.mi, slot.gate, provider.module.name, provider.name);
+    return MiUse<MI>(slot.mi, slot.gate, provider.module.name, provider.name, provider.leaks);
 }
 
 template MiUse<CMPIInstanceMI> ModuleHost::use(const Registration&);

@@ -26,13 +26,15 @@ template <typename MI>
 class MiUse {
 public:
     /// The call has entered the gate already.
-    MiUse(MI* mi, CallGate& gate, std::string_view module, std::string_view provider) noexcept
-        : _mi(mi), _gate(&gate), _module(module), _provider(provider) {}
+    MiUse(MI* mi, CallGate& gate, std::string_view module, std::string_view provider,
+          std::atomic<unsigned>& leaks) noexcept
+        : _mi(mi), _gate(&gate), _module(module), _provider(provider), _leaks(&leaks) {}
     MiUse(MiUse&& other) noexcept
         : _mi(other._mi),
           _gate(std::exchange(other._gate, nullptr)),
           _module(other._module),
-          _provider(other._provider) {}
+          _provider(other._provider),
+          _leaks(other._leaks) {}
     MiUse& operator=(MiUse&&) = delete;
     ~MiUse() {
         if (_gate) _gate->leave();
@@ -42,11 +44,15 @@ public:
     std::string_view module() const noexcept { return _module; }
     std::string_view provider() const noexcept { return _provider; }
 
+    /// The number of the provider's calls that left clones, with this one.
+    unsigned countLeak() const noexcept { return ++*_leaks; }
+
 private:
     MI* _mi;
     CallGate* _gate;
     std::string_view _module;
     std::string_view _provider;
+    std::atomic<unsigned>* _leaks;
 };
 
 enum class UnloadOutcome {

@@ -56,6 +56,14 @@ constexpr std::string_view operationName(Slot slot) noexcept {
     return name;
 }
 
+/// True for the functions that read: they have nothing to keep when they return.
+template <typename Slot>
+constexpr bool isReading(Slot slot) noexcept {
+    const std::string_view name = operationName(slot);
+    return name.starts_with("get") || name.starts_with("enumerate") || name == "execQuery" ||
+           name.starts_with("associator") || name.starts_with("reference");
+}
+
 static_assert(operationName(&CMPIInstanceMIFT::deleteInstance) == "deleteInstance");
 
 }  // namespace cimhost

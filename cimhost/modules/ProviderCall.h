@@ -5,8 +5,10 @@
 #include "cimhost/modules/ProviderStatus.h"
 #include "cimhost/modules/RunningCall.h"
 #include "cimhost/objects/Broker.h"
+#include "cimhost/objects/CloneCount.h"
 #include "cimhost/objects/Objects.h"
 
+#include <cstddef>
 #include <exception>
 #include <optional>
 #include <string>
@@ -71,7 +73,7 @@ class ProviderCall {
 public:
     /// Throws CimError failed when provider calls are nested too deeply.
     ProviderCall(const Broker& broker, const RequestContext& request, ResultSink& sink)
-        : _context(makeContext(broker, request)), _result(makeResult(broker, sink)) {}
+        : ProviderCall(broker, request, sink, makeContext) {}
 
     /// The same for what no request makes: the start of indications.
     static ProviderCall atStart(const Broker& broker, const RequestContext& request,
@@ -85,8 +87,12 @@ public:
     template <typename MI, typename Table, typename Function, typename... Arguments>
     void run(const MiUse<MI>& use, Function Table::*slot, Arguments... arguments) {
         _requireSlot(use, slot);
+        const CloneCount clones;
         const CMPIStatus status =
             _call(use, operationName(slot), use.get()->ft->*slot, _result, arguments...);
+        if (clones.left() > 0 && isReading(slot)) {
+            _tellLeak(use, operationName(slot), clones.left());
+        }
         if (const std::exception_ptr failure = failureOf(_result)) std::rethrow_exception(failure);
         requireSuccess(status, use.provider(), _result);
     }
@@ -111,7 +117,7 @@ private:
 
     ProviderCall(const Broker& broker, const RequestContext& request, ResultSink& sink,
                  MakeContext make)
-        : _context(make(broker, request)), _result(makeResult(broker, sink)) {}
+        : _broker(broker), _context(make(broker, request)), _result(makeResult(broker, sink)) {}
 
     template <typename MI, typename Function, typename... Arguments>
     CMPIStatus _call(const MiUse<MI>& use, std::string_view operation, Function function,
@@ -121,6 +127,16 @@ private:
         const RunningCall running(asked, _pathAmong(arguments...));
         return callProvider(use.provider(),
                             [&] { return function(use.get(), _context, arguments...); });
+    }
+
+    // A provider may keep what it clones once. One that does so again leaks, or fills a cache.
+    template <typename MI>
+    void _tellLeak(const MiUse<MI>& use, std::string_view operation, std::ptrdiff_t left) const {
+        if (use.countLeak() != 2) return;
+        _broker.log().write(BrokerLog::Level::warning, use.provider(),
+                            "provider " + std::string(use.provider()) + " did not release " +
+                                std::to_string(left) + " of the objects that it cloned in " +
+                                std::string(operation) + ", the second call that leaves some");
     }
 
     // The first path among the arguments is what the call is about.
@@ -151,6 +167,7 @@ private:
                                                   " does not offer this operation");
     }
 
+    const Broker& _broker;
     CallNesting _nesting;
     CallScope _scope;
     CMPIContext* _context;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cimhost/objects/Broker.h"
+#include "cimhost/objects/CloneCount.h"
 #include "cimhost/objects/Object.h"
 
 #include <string_view>
@@ -108,7 +109,9 @@ template <typename Object>
 typename Object::Handle* cloneObject(const typename Object::Handle* handle,
                                      CMPIStatus* status) noexcept {
     return enter<Object>(handle, status, [](Object& object, CMPIrc&) -> typename Object::Handle* {
-        return &makeClone<Object>(*object.broker, 0, std::as_const(object));
+        auto& clone = makeClone<Object>(*object.broker, 0, std::as_const(object));
+        CloneCount::made();
+        return &clone;
     });
 }
 
@@ -125,6 +128,7 @@ CMPIStatus releaseObject(typename Object::Handle* handle) noexcept {
     return enter<Object>(handle, [caller](Object& object, CMPIrc& code) {
         if (object.origin == Origin::clone) {
             endObject(object);
+            CloneCount::released();
         } else {
             logWrongEnd(*object.broker, caller, "release", Object::kindOfObject);
             code = CMPI_RC_ERR_INVALID_HANDLE;

@@ -22,7 +22,9 @@ const char* getCharPtr(const CMPIString* string, CMPIStatus* status) noexcept {
 CMPIString* clone(const CMPIString* string, CMPIStatus* status) noexcept {
     return enter<StringObject>(string, status, [](StringObject& object, CMPIrc&) -> CMPIString* {
         const std::size_t room = roomFor(object.view());
-        return &makeClone<StringObject>(*object.broker, room, object.view(), room);
+        auto& copy = makeClone<StringObject>(*object.broker, room, object.view(), room);
+        CloneCount::made();
+        return &copy;
     });
 }
 
