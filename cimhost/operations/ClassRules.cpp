@@ -12,16 +12,15 @@ bool isText(CimType type) noexcept {
     return type == CimType::string || type == CimType::dateTime || type == CimType::char16;
 }
 
-// As the name that stands at this place in the last result, or as it is found.
+// The property with this name, which mostly is the one that stood in its place in the last result.
 const ClassRules::Property* recall(const ClassRules& rules,
-                                   std::vector<const ClassRules::Property*>& memory,
+                                   std::vector<const ClassRules::Property*>* memory,
                                    std::size_t place, std::string_view name) {
-    if (place < memory.size()) {
-        const ClassRules::Property* const last = memory[place];
-        return last && last->name == name ? last : memory[place] = rules.find(name);
-    }
-    memory.push_back(rules.find(name));
-    return memory.back();
+    if (!memory) return rules.find(name);
+    if (place == memory->size()) memory->push_back(nullptr);
+    const ClassRules::Property*& last = (*memory)[place];
+    if (!last || last->name != name) last = rules.find(name);
+    return last;
 }
 
 }  // namespace
@@ -72,19 +71,20 @@ const ClassRules::Property* ClassRules::find(std::string_view name) const noexce
     return nullptr;
 }
 
-bool ClassRules::areClean(const std::vector<PropertyValue>& properties, Memory& memory) const {
+bool ClassRules::areClean(const std::vector<PropertyValue>& properties, Memory* memory) const {
     for (std::size_t place = 0; place < properties.size(); ++place) {
         const Property* const declared =
-            recall(*this, memory.properties, place, properties[place].name);
+            recall(*this, memory ? &memory->properties : nullptr, place, properties[place].name);
         if (!declared || !declared->takes(properties[place].value)) return false;
     }
     return true;
 }
 
-bool ClassRules::isClean(const ObjectPath& path, Memory& memory) const {
+bool ClassRules::isClean(const ObjectPath& path, Memory* memory) const {
     if (path.keys.size() != _keys) return false;
     for (std::size_t place = 0; place < path.keys.size(); ++place) {
-        const Property* const key = recall(*this, memory.keys, place, path.keys[place].name);
+        const Property* const key =
+            recall(*this, memory ? &memory->keys : nullptr, place, path.keys[place].name);
         if (!key || !key->isKey || !key->takesAsKey(path.keys[place].value)) return false;
     }
     return true;

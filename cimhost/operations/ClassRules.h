@@ -41,10 +41,12 @@ public:
     /// The property with this name, in any case, or nullptr.
     const Property* find(std::string_view name) const noexcept;
 
+    // The memory is null where no other result follows.
+
     /// True when every property is declared and has its type.
-    bool areClean(const std::vector<PropertyValue>& properties, Memory& memory) const;
+    bool areClean(const std::vector<PropertyValue>& properties, Memory* memory) const;
     /// True when the path has the keys of the class and no others.
-    bool isClean(const ObjectPath& path, Memory& memory) const;
+    bool isClean(const ObjectPath& path, Memory* memory) const;
 
 private:
     std::size_t _bucketOf(std::string_view name) const noexcept;

@@ -76,8 +76,8 @@ void InstanceWalk::instance(const Instance& instance) {
     }
     Verdict& verdict = verdictOn(instance.path);
     if (!verdict.isAccepted) return;
-    if (!verdict.rules || (verdict.rules->areClean(instance.properties, verdict.memory) &&
-                           verdict.rules->isClean(instance.path, verdict.memory))) {
+    if (!verdict.rules || (verdict.rules->areClean(instance.properties, &verdict.memory) &&
+                           verdict.rules->isClean(instance.path, &verdict.memory))) {
         return _sink.deliver(instance, verdict.definition, _selection);
     }
     const auto mended = judge()->mend(provider(), *verdict.rules, instance);
@@ -92,7 +92,7 @@ void PathWalk::path(const ObjectPath& path) {
     }
     Verdict& verdict = verdictOn(path);
     if (!verdict.isAccepted) return;
-    const bool isClean = !verdict.rules || verdict.rules->isClean(path, verdict.memory) ||
+    const bool isClean = !verdict.rules || verdict.rules->isClean(path, &verdict.memory) ||
                          !judge()->tellKeys(provider(), *verdict.rules, path);
     if (isClean) _sink.deliver(path);
 }
@@ -123,8 +123,7 @@ void SingleInstance::_deliver(const Instance& instance, const Class* definition)
         refuse("an instance of unknown class " + instance.className());
     }
     const ClassRules& rules = _judge->rulesOf(*definition);
-    ClassRules::Memory memory;
-    if (rules.areClean(instance.properties, memory) && rules.isClean(instance.path, memory)) {
+    if (rules.areClean(instance.properties, nullptr) && rules.isClean(instance.path, nullptr)) {
         return _sink.deliver(instance, definition, _selection);
     }
     const auto mended = _judge->mend(provider(), rules, instance);
