@@ -6,8 +6,9 @@ namespace cimhost {
 namespace {
 
 /// So much must have become free before the allocator is asked to let go of it: each time costs
-/// about a millisecond, in which other threads wait for it.
+/// about a millisecond, in which other threads wait for it. The second holds once nobody has any.
 constexpr std::uint64_t trimBytes = 16 * 1024 * 1024;
+constexpr std::uint64_t lastTrimBytes = 4 * 1024 * 1024;
 
 }  // namespace
 
@@ -38,7 +39,8 @@ bool ByteBudget::_take(std::uint64_t count) noexcept {
 void ByteBudget::_giveBack(std::uint64_t count) noexcept {
     const std::uint64_t left = _used.fetch_sub(count) - count;
     std::uint64_t peak = _peak;
-    if (_kind != Kind::memory || peak < left + trimBytes) return;
+    const std::uint64_t threshold = left == 0 ? lastTrimBytes : trimBytes;
+    if (_kind != Kind::heap || peak < left + threshold) return;
     if (_peak.compare_exchange_strong(peak, left)) malloc_trim(0);
 }
 

@@ -10,8 +10,8 @@ namespace cimhost {
 class ByteBudget {
 public:
     enum class Kind {
-        memory,  ///< the system gets it back as shares return: see malloc_trim(3)
-        disk,
+        heap,  ///< the system gets it back as shares return: see malloc_trim(3)
+        other,
     };
 
     ByteBudget(Kind kind, std::uint64_t limit) noexcept : _kind(kind), _limit(limit) {}

@@ -27,7 +27,7 @@ struct HttpBudgets {
     SpoolStore spool;
 
     explicit HttpBudgets(const HttpLimits& limits)
-        : bodies(ByteBudget::Kind::memory, std::max(limits.bodyMemoryBytes, limits.bodyBytes)),
+        : bodies(ByteBudget::Kind::heap, std::max(limits.bodyMemoryBytes, limits.bodyBytes)),
           spool(limits.spoolMemoryBytes, limits.spoolDiskBytes, limits.spoolFolder) {}
 };
 
@@ -64,7 +64,7 @@ private:
     void _log(HttpReply& reply, Clock::time_point start);
     void _linger();
 
-    static constexpr std::size_t _bufferBytes = 64 * 1024;
+    static constexpr std::size_t _bufferBytes = 16 * 1024;
 
     Stream& _stream;
     const HttpServices& _services;

@@ -52,7 +52,7 @@ std::string_view writeChunkLine(std::array<char, 24>& line, std::size_t size, bo
 }  // namespace
 
 HttpReply::HttpReply(Stream& stream, SpoolStore& store, Manner manner)
-    : _stream(stream), _manner(manner), _spool(store) {}
+    : _stream(stream), _store(store), _manner(manner), _spool(store) {}
 
 void HttpReply::addHeader(HttpHeader header) { _appendLine(_headers, header); }
 
@@ -100,6 +100,10 @@ void HttpReply::finish() {
         throw StreamError(StreamError::Kind::lost, "the reply was not started anew");
     }
     if (_isStreamed) {
+        if (!_spool.isEmpty()) {
+            _body.shrink_to_fit();
+            _store.noteWaiting(_sentBytes + _spool.size());
+        }
         _sendSpooled();
         if (_isCut) _body.clear();
         return _writeChunk({}, "0\r\n");
@@ -182,10 +186,16 @@ void HttpReply::_passSpooled() {
 
 /// At the client's pace.
 void HttpReply::_sendSpooled() try {
-    while (!_spool.isEmpty()) {
-        const std::string_view piece = _spool.front();
-        _send({piece});
+    Clock::time_point deadline;
+    for (std::size_t left = 0; !_spool.isEmpty();) {
+        if (left == 0) {
+            deadline = Clock::now() + _manner.sendTime;
+            left = bufferBytes;
+        }
+        const std::string_view piece = _spool.front().substr(0, left);
+        _send({piece}, deadline);
         _spool.pop(piece.size());
+        left -= piece.size();
     }
     if (!_unspooled.empty()) _send({_unspooled});
 } catch (const SpoolError& error) {
@@ -194,10 +204,14 @@ void HttpReply::_sendSpooled() try {
 }
 
 void HttpReply::_send(std::initializer_list<std::string_view> pieces) {
+    _send(pieces, Clock::now() + _manner.sendTime);
+}
+
+void HttpReply::_send(std::initializer_list<std::string_view> pieces, Clock::time_point deadline) {
     for (const std::string_view piece : pieces) _sentBytes += piece.size();
-    const Clock::time_point now = Clock::now();
-    if (_manner.presence) _manner.presence->waitingSince = now.time_since_epoch().count();
-    _stream.send({pieces.begin(), pieces.size()}, now + _manner.sendTime);
+    HttpPresence* const presence = _manner.presence;
+    if (presence) presence->waitingSince = Clock::now().time_since_epoch().count();
+    _stream.send({pieces.begin(), pieces.size()}, deadline);
 }
 
 std::string_view reasonPhrase(int status) noexcept {

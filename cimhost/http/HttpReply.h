@@ -87,8 +87,10 @@ private:
     void _passSpooled();
     void _sendSpooled();
     void _send(std::initializer_list<std::string_view> pieces);
+    void _send(std::initializer_list<std::string_view> pieces, Clock::time_point deadline);
 
     Stream& _stream;
+    SpoolStore& _store;
     Manner _manner;
     Spool _spool;
     std::string

@@ -1,17 +1,21 @@
 #include "cimhost/http/Spool.h"
 
 #include <fcntl.h>
+#include <malloc.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <new>
 #include <system_error>
 
 namespace cimhost {
 namespace {
 
-constexpr std::size_t pageBytes = 64 * 1024;
+/// What each reply that waits in a file has in memory: few bytes, as there may be many of them.
+constexpr std::size_t pageBytes = 16 * 1024;
 
 std::string folderOr(std::string folder) {
     if (!folder.empty()) return folder;
@@ -19,13 +23,17 @@ std::string folderOr(std::string folder) {
     return !variable || *variable == '\0' ? "/tmp" : variable;
 }
 
+std::size_t sizeOf(std::span<const std::string_view> pieces) noexcept {
+    std::size_t size = 0;
+    for (const std::string_view piece : pieces) size += piece.size();
+    return size;
+}
+
 }  // namespace
 
 std::string joined(std::span<const std::string_view> pieces, std::size_t skipped) {
-    std::size_t size = 0;
-    for (const std::string_view piece : pieces) size += piece.size();
     std::string block;
-    block.reserve(size - skipped);
+    block.reserve(sizeOf(pieces) - skipped);
     for (const std::string_view piece : pieces) {
         const std::size_t left = std::min(skipped, piece.size());
         block.append(piece.substr(left));
@@ -35,24 +43,45 @@ std::string joined(std::span<const std::string_view> pieces, std::size_t skipped
 }
 
 SpoolStore::SpoolStore(std::uint64_t memoryBytes, std::uint64_t diskBytes, std::string wanted)
-    : memory(ByteBudget::Kind::memory, memoryBytes),
-      disk(ByteBudget::Kind::disk, diskBytes),
+    : memory(ByteBudget::Kind::other, memoryBytes),
+      disk(ByteBudget::Kind::other, diskBytes),
       folder(folderOr(std::move(wanted))) {}
 
+void SpoolStore::noteWaiting(std::uint64_t replyBytes) noexcept {
+    constexpr std::uint64_t trimBytes = 4 * 1024 * 1024;
+    std::uint64_t bytes = untrimmed.fetch_add(replyBytes) + replyBytes;
+    if (bytes >= trimBytes && untrimmed.compare_exchange_strong(bytes, 0)) malloc_trim(0);
+}
+
 void Spool::append(std::span<const std::string_view> pieces, std::size_t skipped) {
-    std::string block = joined(pieces, skipped);
-    if (block.empty()) return;
+    const std::size_t size = sizeOf(pieces) - skipped;
+    if (size == 0) return;
     const bool isOnDisk = _readAt < _writeAt;
-    if (isOnDisk || !_memory.grow(block.size())) return _appendToFile(block);
+    if (isOnDisk || !_memory.grow(size)) return _appendToFile(joined(pieces, skipped));
     try {
-        _blocks.push_back(std::move(block));
+        _blocks.emplace_back(pieces, skipped, size);
     } catch (...) {
-        _memory.shrink(block.size());
+        _memory.shrink(size);
         throw;
     }
 }
 
-void Spool::_appendToFile(const std::string& block) {
+Spool::Block::Block(std::span<const std::string_view> pieces, std::size_t skipped, std::size_t size)
+    : _data(static_cast<char*>(
+          mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0))),
+      _size(size) {
+    if (_data == MAP_FAILED) throw std::bad_alloc();
+    char* end = _data;
+    for (const std::string_view piece : pieces) {
+        const std::string_view rest = piece.substr(std::min(skipped, piece.size()));
+        skipped -= piece.size() - rest.size();
+        end = std::copy(rest.begin(), rest.end(), end);
+    }
+}
+
+Spool::Block::~Block() { munmap(_data, _size); }
+
+void Spool::_appendToFile(std::string_view block) {
     if (!_disk.grow(block.size())) {
         throw SpoolError(SpoolError::Kind::full,
                          "the client reads too slowly, and no more of the reply can wait for it");
@@ -88,7 +117,7 @@ void Spool::_fail(const char* what, int error) const {
 }
 
 std::string_view Spool::front() {
-    if (!_blocks.empty()) return std::string_view(_blocks.front()).substr(_popped);
+    if (!_blocks.empty()) return _blocks.front().text().substr(_popped);
     if (_popped < _page.size()) return std::string_view(_page).substr(_popped);
     _popped = 0;
     _page.resize(std::min<std::uint64_t>(pageBytes, _writeAt - _readAt));
@@ -105,7 +134,7 @@ std::string_view Spool::front() {
 void Spool::pop(std::size_t count) {
     _popped += count;
     if (!_blocks.empty()) {
-        const std::size_t size = _blocks.front().size();
+        const std::size_t size = _blocks.front().text().size();
         if (_popped < size) return;
         _blocks.pop_front();
         _popped = 0;

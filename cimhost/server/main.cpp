@@ -1,9 +1,13 @@
 #include "cimhost/server/Command.h"
 
 #include <CLI/CLI.hpp>
+#include <malloc.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -19,9 +23,17 @@ std::string describeUsage(const CLI::App*, const CLI::Error& error) {
     return "cimhost: " + std::string(error.what()) + "\nRun with --help for more information.\n";
 }
 
+/// Each heap keeps what the largest request of its threads took. By default there are eight for
+/// each processor, and as many threads wait for clients; one for each serves as many at work.
+void limitHeaps() noexcept {
+    if (std::getenv("MALLOC_ARENA_MAX")) return;
+    mallopt(M_ARENA_MAX, static_cast<int>(std::max(2U, std::thread::hardware_concurrency())));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
+    limitHeaps();
     CLI::App application(
         "A development object manager: hosts CMPI provider modules for WBEM clients.", "cimhost");
     cimhost::Command chosen;

@@ -10,7 +10,7 @@ namespace cimhost {
 namespace {
 
 TEST(ByteBudget, IsOneForAllShares) {
-    ByteBudget budget(ByteBudget::Kind::disk, 100);
+    ByteBudget budget(ByteBudget::Kind::other, 100);
     ByteBudget::Share one(budget);
     ByteBudget::Share two(budget);
     EXPECT_TRUE(one.grow(60));
@@ -24,7 +24,7 @@ TEST(ByteBudget, IsOneForAllShares) {
 }
 
 TEST(ByteBudget, HasAllBackOnceTheSharesEnd) {
-    ByteBudget budget(ByteBudget::Kind::memory, 100'000'000);
+    ByteBudget budget(ByteBudget::Kind::heap, 100'000'000);
     {
         ByteBudget::Share one(budget);
         ByteBudget::Share two(budget);
@@ -38,14 +38,14 @@ TEST(ByteBudget, HasAllBackOnceTheSharesEnd) {
 }
 
 TEST(ByteBudget, DoesNotTakeMoreThanThereIsForANumberThatWrapsRound) {
-    ByteBudget budget(ByteBudget::Kind::disk, 100);
+    ByteBudget budget(ByteBudget::Kind::other, 100);
     ByteBudget::Share share(budget);
     EXPECT_TRUE(share.grow(1));
     EXPECT_FALSE(share.grow(UINT64_MAX));
 }
 
 TEST(ByteBudget, CountsRightForSeveralThreads) {
-    ByteBudget budget(ByteBudget::Kind::memory, 1000);
+    ByteBudget budget(ByteBudget::Kind::heap, 1000);
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {

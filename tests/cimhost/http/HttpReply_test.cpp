@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace cimhost {
 namespace {
 
@@ -138,6 +140,19 @@ TEST_F(HttpReplyTest, NeverWaitsForTheClientWhileItIsWritten) {
     EXPECT_THAT(stream.sent, testing::EndsWith("\r\n0\r\nCIMStatusCode: 1\r\n\r\n"));
     EXPECT_EQ(reply.sentBytes(), stream.sent.size());
     EXPECT_EQ(store.memory.used() + store.disk.used(), 0U);
+}
+
+TEST_F(HttpReplyTest, GivesTheClientTimeAnewForEachBufferAndNotForLess) {
+    SpoolStore onDisk(0, 4 * buffer);
+    HttpReply waiting(stream, onDisk, {});
+    stream.takesAtOnce = 0;
+    waiting.write(numbered(3 * buffer));
+    std::set<Clock::time_point> deadlines;
+    stream.onSend = [&] { deadlines.insert(stream.deadline); };
+    waiting.finish();
+    EXPECT_EQ(bodyOf(stream.sent), numbered(3 * buffer));
+    EXPECT_GE(stream.waits, 9U) << "little of it is in memory at a time";
+    EXPECT_EQ(deadlines.size(), 4U) << "two chunks, what their lines are longer, and the end";
 }
 
 TEST_F(HttpReplyTest, PassesOnWhatWaitsAsSoonAsTheClientTakesIt) {

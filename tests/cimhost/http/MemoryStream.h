@@ -21,6 +21,7 @@ public:
     bool isLost = false;    ///< each send fails
     std::size_t takesAtOnce = std::string::npos;  ///< so many bytes without a wait, and no more
     bool hasEnded = false;
+    Clock::time_point deadline;    ///< of the last send that may have had to wait
     std::function<void()> onSend;  ///< called before bytes are sent that may have to wait
 
     void establish(Clock::time_point) override {}
@@ -39,7 +40,8 @@ public:
         return count;
     }
 
-    void send(std::span<const std::string_view> pieces, Clock::time_point) override {
+    void send(std::span<const std::string_view> pieces, Clock::time_point time) override {
+        deadline = time;
         if (isLost) throw StreamError(StreamError::Kind::lost, "gone");
         ++sendCount;
         ++waits;
