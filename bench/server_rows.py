@@ -1,4 +1,4 @@
-"""Measures a running cimhost: rows g1 to g8.
+"""Measures a running cimhost: rows g1 to g9.
 
 Times stand beside those of a floor: a server that does nothing but send the same bytes, asked by the same
 client in the same run. The figures of established object managers come from another machine and only
@@ -14,6 +14,7 @@ import socket
 import statistics
 import subprocess
 import tempfile
+import threading
 import time
 
 from table import Row
@@ -85,6 +86,17 @@ class Host:
         """A size of /proc/PID/status, in MiB."""
         status = pathlib.Path(f"/proc/{self.process.pid}/status").read_text(encoding="ascii")
         return int(re.search(rf"^{field}:\s+(\d+) kB$", status, re.MULTILINE)[1]) / 1024
+
+    def settle(self):
+        """Waits until it has nothing to do but to send now and then."""
+        spent, before = self._ticks(), None
+        while before is None or spent - before > 2:
+            time.sleep(0.5)
+            spent, before = self._ticks(), spent
+
+    def _ticks(self):
+        stat = pathlib.Path(f"/proc/{self.process.pid}/stat").read_text(encoding="ascii")
+        return sum(int(ticks) for ticks in stat.rpartition(")")[2].split()[11:13])
 
     def stop(self):
         self.process.send_signal(signal.SIGTERM)
@@ -256,6 +268,64 @@ def start_rows(build, source):
     yield Row("g8", "memory when idle", f"{size:.1f} MiB", "", "", "20 MB", size * 1.048576 <= 20)
 
 
+def crowd_host(build, source, connections):
+    crowd = source / "tests/system/crowd"
+    return Host(build, ["--namespace", "root/ktq",
+                        "--schema", source / "schema/base/qualifiers.mof",
+                        "--schema", crowd / "Crowd.mof",
+                        "--registration", crowd / "crowd.registration",
+                        "--max-connections", str(connections), "--reply-time", "600",
+                        "--log-level", "warning"])
+
+
+@contextlib.contextmanager
+def hardly_reading(port, request, silent, trickling):
+    """Clients that ask and never read, and some that read a kilobyte a second."""
+    with contextlib.ExitStack() as stack:
+        clients = []
+        for _ in range(silent + trickling):
+            client = stack.enter_context(socket.socket())
+            client.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, 4096)
+            client.connect(("127.0.0.1", port))
+            client.sendall(request)
+            clients.append(client)
+        is_over = threading.Event()
+
+        def trickle():
+            while not is_over.wait(1):
+                for client in clients[silent:]:
+                    client.recv(1024)
+
+        trickler = threading.Thread(target=trickle)
+        trickler.start()
+        try:
+            yield
+        finally:
+            is_over.set()
+            trickler.join()
+
+
+def slow_client_rows(client, build, source):
+    get = call("GetInstance", '<IPARAMVALUE NAME="InstanceName">' +
+               instance_name("TST_Member", "Name", "member-500") + "</IPARAMVALUE>", "root/ktq")
+    everything = call("EnumerateInstances", '<IPARAMVALUE NAME="ClassName">'
+                      '<CLASSNAME NAME="TST_Member"/></IPARAMVALUE>', "root/ktq")
+    silent, trickling, spool = 128, 32, 32
+    with running(crowd_host(build, source, silent + trickling + 8)) as host:
+        free = client.best_load(host.port, get, 1, 300)
+        idle = host.memory("VmRSS")
+        with hardly_reading(host.port, everything, silent, trickling):
+            host.settle()
+            held = client.best_load(host.port, get, 1, 300)
+            peak = host.memory("VmHWM")
+    crowd = f"beside {silent} that never read and {trickling} at 1 kB/s"
+    for name, ours, anchor in (("p50", held[0], free[0]), ("p99", held[1], free[1])):
+        yield Row("g9", f"GetInstance {name} {crowd}", in_units(ours), f"{in_units(anchor)} (alone)",
+                  f"{ours / anchor:.2f}", "2.00", ours <= 2 * anchor)
+    yield Row("g9", "peak memory beside them", f"{peak:.1f} MiB", f"{idle:.1f} MiB (idle)",
+              f"+{peak - idle:.1f} MiB", f"+{64 + spool} MiB", peak - idle <= 64 + spool)
+
+
 def measure(build, source):
     """All rows of the server in this build folder of the source folder."""
     with tempfile.TemporaryDirectory() as folder:
@@ -266,4 +336,5 @@ def measure(build, source):
                     system_call_row(client, host)]
         rows += memory_rows(client, build, source)
         rows += start_rows(build, source)
+        rows += slow_client_rows(client, build, source)
     return sorted(rows, key=lambda row: row.name)
