@@ -185,9 +185,10 @@ class EnclosureFaults(AlertCase):
         self.assertNotIn("interface error", self.new_log())
 
     def expect_refusals(self, reason):
-        """Three alerts at the listener, and a line in the log for each that went no further."""
+        """Three alerts at the listener that went no further; why is told once, when it begins."""
         self.triggered()
-        self.assertEqual([("", reason)] * 3, self.outcomes(3))
+        self.assertIn(self.outcomes(3), ([], [("", reason)]))
+        self.assertEqual(reason, re.findall(r"BMC_open\(\) failed: (.*)", self.host.log())[-1])
 
     @unittest.skipUnless(IS_ROOT, "/etc/cim/ipmi.conf must belong to root")
     @long
@@ -363,13 +364,13 @@ class FirmwareFaults(AlertCase):
             self.assertEqual((dict.fromkeys(TOLD_BY_TABLES), "4"),
                              (told, value_of(body, "ImpactedDomain")))
             self.assertIsNotNone(value_of(body, "OSType"), "the host itself is there still")
-        # One look at the tables for the server and one for the enclosure, in each alert.
+        # Told once, when it begins: the server may have been without tables before.
         errors = self.errors()
-        self.assertEqual(9, len(errors), errors)
-        self.assertEqual(3, errors.count("failed to _BladeMRA::getFirstData()"), errors)
-        told = {line for line in errors if not line.startswith("failed to")}
-        self.assertEqual(1, len(told), told)
-        self.assertRegex(told.pop(), rf"^No SMBIOS data from {TABLES}: {words}$")
+        self.assertLessEqual(len(errors), 2, errors)
+        told = re.findall(r"PYL_BaseServer: error: (.*)", self.host.log())
+        self.assertIn("failed to _BladeMRA::getFirstData()", told)
+        told = [line for line in told if not line.startswith("failed to")]
+        self.assertRegex(told[-1], rf"^No SMBIOS data from {TABLES}: {words}$")
 
     @long
     def test_hostile_tables_cost_their_properties_and_one_clear_line(self):
