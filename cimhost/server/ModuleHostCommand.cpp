@@ -1,3 +1,4 @@
+#include "cimhost/modules/CrashWords.h"
 #include "cimhost/server/Command.h"
 #include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/EndDeadline.h"
@@ -68,6 +69,7 @@ BrokerLog::Level levelOf(const std::string& name) {
 
 int hostModule(const ModuleHostOptions& options) {
     const EndSignals signals;
+    installCrashWords();
     ConsoleLog log(levelOf(options.logLevel));
     std::optional<EndDeadline> deadline;  // outlives all that calls the module
     // With the rights of the server still, who may read what the user of the module may not.

@@ -121,6 +121,10 @@ class Processes(IsolationCase):
         self.fails("Crash", FRAILS + self.ends)
         self.assertIn("the floor gives way", self.host.log())
         self.assertIn("error frail: the module's process ended", self.host.log())
+        if "SIGSEGV" in self.host.log():
+            self.assertRegex(self.states()["frail"]["LastWords"],
+                             "ended by SIGSEGV: module frail, provider FrailProvider, operation "
+                             r"invokeMethod Crash, path root/test:TST_Frail: SIGSEGV at 0x0")
         self.works()
         after = children(self.host.process.pid)
         self.assertEqual(before["widget"], after["widget"])

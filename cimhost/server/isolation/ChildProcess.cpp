@@ -43,9 +43,9 @@ ChildProcess::ChildProcess(Settings settings, HttpHandler& handler)
     : _settings(std::move(settings)),
       _link(
           [this] {
-              auto [near, far] = Link::makePair();
-              _farControl = std::move(far);
-              return std::move(near);
+              std::pair<Descriptor, Descriptor> ends = Link::makePair();
+              _farControl = std::move(ends.second);
+              return std::move(ends.first);
           }(),
           handler),
       _transport([this] { return _link.connect(); }, {"localhost", _settings.patience}),
@@ -156,14 +156,17 @@ void ChildProcess::_noteEnd() {
         const std::lock_guard lock(_reading);
         if (!_line.empty()) _takeLine(std::exchange(_line, {}));
     }
+    std::string end;
     {
         const std::lock_guard lock(_mutex);
-        _end = _reason.value_or(describeStatus(status));
-        _changed.notify_all();
+        end = _reason.value_or(describeStatus(status));
     }
-    _settings.onEnd(*this);
+    // Whoever learns of the end may ask for another process at once.
+    _settings.onEnd(*this, end);
     const std::lock_guard lock(_mutex);
+    _end = std::move(end);
     _isOver = true;
+    _changed.notify_all();
 }
 
 void ChildProcess::kill(std::string_view reason) {

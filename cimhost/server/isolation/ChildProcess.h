@@ -24,8 +24,8 @@ public:
     struct Settings {
         std::vector<std::string> command;  ///< with --control, its end of the link is descriptor 3
         HttpPatience patience;             ///< with its answers
-        /// Called once, when the process has ended, by a thread of this object's.
-        std::function<void(ChildProcess&)> onEnd;
+        /// Called once with how the process has ended, before awaitEnd() tells it.
+        std::function<void(ChildProcess&, const std::string& end)> onEnd;
     };
 
     /// Starts it. The handler answers what it asks. Throws std::system_error.

@@ -86,15 +86,15 @@ Link::~Link() {
 }
 
 Descriptor Link::connect() try {
-    auto [near, far] = makeSockets(SOCK_STREAM | SOCK_NONBLOCK);
+    std::pair<Descriptor, Descriptor> ends = makeSockets(SOCK_STREAM | SOCK_NONBLOCK);
     Parcel parcel;
-    parcel.put(far.get());
+    parcel.put(ends.second.get());
     ssize_t sent = -1;
     do {
         sent = sendmsg(_control.get(), &parcel.header, MSG_NOSIGNAL);
     } while (sent < 0 && errno == EINTR);
     if (sent < 0) throw std::system_error(errno, std::generic_category(), "sendmsg");
-    return std::move(near);
+    return std::move(ends.first);
 } catch (const std::system_error& error) {
     throw StreamError(StreamError::Kind::lost, error.what());
 }
@@ -122,7 +122,7 @@ void Link::_begin(Descriptor socket) {
     }
 }
 
-void Link::_serve(std::shared_ptr<Descriptor> socket) noexcept {
+void Link::_serve(const std::shared_ptr<Descriptor>& socket) noexcept {
     {
         PlainStream stream(socket->get());
         HttpPresence presence;

@@ -47,7 +47,7 @@ private:
     static constexpr std::size_t _connectionLimit = 256;
 
     void _begin(Descriptor socket);
-    void _serve(std::shared_ptr<Descriptor> socket) noexcept;
+    void _serve(const std::shared_ptr<Descriptor>& socket) noexcept;
 
     Descriptor _control;
     HttpHandler& _handler;

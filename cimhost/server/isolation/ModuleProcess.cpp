@@ -74,7 +74,7 @@ ModuleProcess::Child ModuleProcess::_startNew(std::unique_lock<std::mutex>& lock
     settings.command = _settings.command;
     settings.command.push_back(_module);
     settings.patience = [this](Clock::time_point silentSince) { return _patience(silentSince); };
-    settings.onEnd = [this](ChildProcess& child) { _noteEnd(child); };
+    settings.onEnd = [this](ChildProcess& child, const std::string& end) { _noteEnd(child, end); };
     try {
         _child = std::make_shared<ChildProcess>(std::move(settings), _upCalls);
     } catch (const std::system_error& error) {
@@ -83,7 +83,7 @@ ModuleProcess::Child ModuleProcess::_startNew(std::unique_lock<std::mutex>& lock
     }
     _isDead = false;
     const bool isRestart = _starts++ > 0;
-    const Child child = _child;
+    Child child = _child;
     lock.unlock();
     if (isRestart) _restore(child);
     return child;
@@ -121,8 +121,7 @@ void ModuleProcess::_refuse(const Child& child, const AskedOfModule& asked,
     throw CimError(CimCode::failed, text);
 }
 
-void ModuleProcess::_noteEnd(ChildProcess& child) noexcept try {
-    const std::string end = child.awaitEnd(Clock::now()).value_or(std::string());
+void ModuleProcess::_noteEnd(ChildProcess& child, const std::string& end) noexcept try {
     const std::string said = child.lastWords();
     const std::lock_guard lock(_mutex);
     if (_isStopping) return;

@@ -59,8 +59,8 @@ public:
     void ask(const AskedOfModule& asked, const std::function<void(ClientTransport&)>& work);
 
     /// From now on, whenever a new process has taken the place of one that died, and before it is
-    /// asked by whoever has it started, each of these is called. As long as more have said that they
-    /// need it than that they do no longer, that happens without a request, too.
+    /// asked by whoever has it started, each of these is called. As long as more have said that
+    /// they need it than that they do no longer, that happens without a request, too.
     void onRestart(std::function<void(ClientTransport&)> restore);
     void keepRunning(bool isNeeded);
 
@@ -82,7 +82,7 @@ private:
     void _restore(const Child& child);
     [[noreturn]] void _refuse(const Child& child, const AskedOfModule& asked,
                               const StreamError& error);
-    void _noteEnd(ChildProcess& child) noexcept;
+    void _noteEnd(ChildProcess& child, const std::string& end) noexcept;
     void _keep() noexcept;
     Clock::time_point _patience(Clock::time_point silentSince) const noexcept;
     std::string _name() const { return "module " + _module; }
