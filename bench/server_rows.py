@@ -1,4 +1,4 @@
-"""Measures a running cimhost: rows g1 to g9.
+"""Measures a running cimhost: rows g1 to g10.
 
 Times stand beside those of a floor: a server that does nothing but send the same bytes, asked by the same
 client in the same run. The figures of established object managers come from another machine and only
@@ -104,8 +104,8 @@ class Host:
         self.process.stdout.close()
 
 
-def device_host(build, source):
-    return Host(build, ["--namespace", "root/bench",
+def device_host(build, source, *options):
+    return Host(build, [*options, "--namespace", "root/bench",
                         "--schema", source / "schema/base/qualifiers.mof",
                         "--schema", source / "bench/server/bench.mof",
                         "--registration", source / "bench/server/bench.registration"])
@@ -326,6 +326,21 @@ def slow_client_rows(client, build, source):
               f"+{peak - idle:.1f} MiB", f"+{64 + spool} MiB", peak - idle <= 64 + spool)
 
 
+def isolation_rows(client, build, source):
+    """A module in a process of its own, beside one in the server's, in turns."""
+    jobs = (("GetInstance p50", GET, 1000), ("10 000 instances", MANY[0][1], 5))
+    with running(device_host(build, source)) as plain, \
+            running(device_host(build, source, "--isolate")) as isolated:
+        for what, request, requests in jobs:
+            here, there = [], []
+            for _ in range(ROUNDS):
+                here.append(client.load(plain.port, request, 1, requests)[0])
+                there.append(client.load(isolated.port, request, 1, requests)[0])
+            ratio = min(there) / min(here)
+            yield Row("g10", f"--isolate: {what}", in_units(min(there)), in_units(min(here)),
+                      f"{ratio:.2f}", "-", True)
+
+
 def measure(build, source):
     """All rows of the server in this build folder of the source folder."""
     with tempfile.TemporaryDirectory() as folder:
@@ -337,4 +352,5 @@ def measure(build, source):
         rows += memory_rows(client, build, source)
         rows += start_rows(build, source)
         rows += slow_client_rows(client, build, source)
-    return sorted(rows, key=lambda row: row.name)
+        rows += isolation_rows(client, build, source)
+    return sorted(rows, key=lambda row: (len(row.name), row.name))
