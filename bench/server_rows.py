@@ -1,4 +1,4 @@
-"""Measures a running cimhost: rows g1 to g10.
+"""Measures a running cimhost: rows g1 to g11.
 
 Times stand beside those of a floor: a server that does nothing but send the same bytes, asked by the same
 client in the same run. The figures of established object managers come from another machine and only
@@ -66,10 +66,10 @@ MANY = [("objects left to the broker", enumerate_call(10000)),
 class Host:
     """A cimhost that serves a provider of the bench."""
 
-    def __init__(self, build, arguments):
+    def __init__(self, build, arguments, runner=()):
         self.begin = time.perf_counter()
         self.process = subprocess.Popen(
-            [build / "cimhost/cimhost", "serve", *arguments,
+            [*runner, build / "cimhost/cimhost", "serve", *arguments,
              "--provider-dir", build / "bench/server", "--port", "0", "--max-seconds", "600"],
             stdout=subprocess.PIPE, text=True)
         self.port = self._read_port()
@@ -104,11 +104,12 @@ class Host:
         self.process.stdout.close()
 
 
-def device_host(build, source, *options):
-    return Host(build, [*options, "--namespace", "root/bench",
+def device_host(build, source, *options, runner=()):
+    return Host(build, ["--namespace", "root/bench",
                         "--schema", source / "schema/base/qualifiers.mof",
                         "--schema", source / "bench/server/bench.mof",
-                        "--registration", source / "bench/server/bench.registration"])
+                        "--registration", source / "bench/server/bench.registration", *options],
+                runner)
 
 
 @contextlib.contextmanager
@@ -341,6 +342,27 @@ def isolation_rows(client, build, source):
                       f"{ratio:.2f}", "-", True)
 
 
+def total_instructions(client, build, source, policy, request, requests):
+    """Those of a whole run of the host."""
+    file = client.folder / "instructions"
+    runner = ["valgrind", "--quiet", "--tool=callgrind", f"--callgrind-out-file={file}"]
+    with running(device_host(build, source, "--results", policy, runner=runner)) as host:
+        client.load(host.port, request, 1, requests)
+    return int(re.search(r"^(?:totals|summary): (\d+)$", file.read_text(), re.MULTILINE)[1])
+
+
+def judge_rows(client, build, source):
+    for what, request, requests in (("GetInstance", GET, 1000),
+                                    ("1 000 instances", enumerate_call(1000), 10)):
+        # The client warms up with a tenth more: a second run leaves the host's start out.
+        counts = [(total_instructions(client, build, source, policy, request, 2 * requests) -
+                   total_instructions(client, build, source, policy, request, requests)) /
+                  (1.1 * requests) for policy in ("warn", "pass")]
+        ratio = counts[0] / counts[1]
+        yield Row("g11", f"{what}, results judged", f"{counts[0]:,.0f} instr",
+                  f"{counts[1]:,.0f} instr (not judged)", f"{ratio:.3f}", "1.02", ratio <= 1.02)
+
+
 def measure(build, source):
     """All rows of the server in this build folder of the source folder."""
     with tempfile.TemporaryDirectory() as folder:
@@ -353,4 +375,5 @@ def measure(build, source):
         rows += start_rows(build, source)
         rows += slow_client_rows(client, build, source)
         rows += isolation_rows(client, build, source)
+        rows += judge_rows(client, build, source)
     return sorted(rows, key=lambda row: (len(row.name), row.name))
