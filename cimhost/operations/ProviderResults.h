@@ -72,7 +72,7 @@ private:
 /// empty name. The class is looked up in the namespace of each result.
 class ClassFilter final : public ResultFilter {
 public:
-    explicit ClassFilter(std::string_view className) : _className(className) {}
+    explicit ClassFilter(std::string_view className) noexcept : _className(className) {}
 
     Fit judge(const NameSpace* nameSpace, const Class* definition) const override;
 
