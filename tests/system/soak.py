@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Lets cimhost deliver indications for a while, to eight subscribers of which one is dead and one is slow.
+"""Lets cimhost work for a while: it delivers indications to eight subscribers, of which one is dead and one is slow,
+while one comes and goes, and eight clients make, get, list, ask and delete instances.
 
     soak.py BUILD_FOLDER [MINUTES]
 
 Prints memory, descriptors and threads as time goes by, and at the end what each subscriber was sent. Fails when
-the counts do not add up, or when memory, descriptors or threads grow after the first minute. Not part of the
-suite: ten minutes are what it is meant for.
+the counts do not add up, when a client got another answer than the right one, or when memory, descriptors or
+threads grow after the first three minutes. Not part of the suite: ten minutes are what it is meant for.
 """
 
 import os
@@ -13,9 +14,11 @@ import pathlib
 import sys
 import time
 
-GOOD, SLOW, DEAD = [f"good{number}" for number in range(6)], "slow", "dead"
+GOOD, SLOW, DEAD, PASSING = [f"good{number}" for number in range(6)], "slow", "dead", "passing"
 AT_ONCE, PAUSE = 20, 0.2
+SAMPLE_SECONDS, WARM_SAMPLES = 30, 6
 MOST_GROWTH_KIB = 1024
+CLIENTS = 8
 
 
 def usage(pid):
@@ -35,19 +38,60 @@ def main():
     sys.exit(soak(minutes))
 
 
+def widget_path(name):
+    return (f'<INSTANCENAME CLASSNAME="TST_Widget"><KEYBINDING NAME="Name"><KEYVALUE VALUETYPE="string">{name}'
+            "</KEYVALUE></KEYBINDING></INSTANCENAME>")
+
+
+def round_of(name):
+    """(operation, parameters, what its answer has in it) of one client's round, in order."""
+    path = f'<IPARAMVALUE NAME="InstanceName">{widget_path(name)}</IPARAMVALUE>'
+    instance = ('<IPARAMVALUE NAME="NewInstance"><INSTANCE CLASSNAME="TST_Widget"><PROPERTY NAME="Name" TYPE="string">'
+                f"<VALUE>{name}</VALUE></PROPERTY></INSTANCE></IPARAMVALUE>")
+    widgets = '<IPARAMVALUE NAME="ClassName"><CLASSNAME NAME="TST_Widget"/></IPARAMVALUE>'
+    return (("CreateInstance", instance, f">{name}</KEYVALUE>"),
+            ("GetInstance", path, f"<VALUE>{name}</VALUE>"),
+            ("EnumerateInstances", widgets, f"<VALUE>{name}</VALUE>"),
+            ("EnumerateInstanceNames", widgets, f">{name}</KEYVALUE>"),
+            ("GetClass", widgets, '<CLASS NAME="TST_Widget"'),
+            ("DeleteInstance", path, "<IMETHODRESPONSE"),
+            ("GetInstance", path, 'CODE="6"'))
+
+
+def work(port, name, is_over, wrong):
+    """One client, with a connection for each request, until it is told or an answer is wrong. Its requests."""
+    from wire import Wire, call, post
+    requests = 0
+    while not is_over.is_set() and not wrong:
+        for operation, parameters, expected in round_of(name):
+            with Wire(port) as wire:
+                status, _, body = wire.exchange(post(call(parameters, "root/test", operation),
+                                                     operation=operation, target="root/test"))
+            requests += 1
+            if status != 200 or expected not in body.decode():
+                wrong.append(f"{operation}: {status} {body.decode()}")
+                break
+    return requests
+
+
 def soak(minutes):
     # Only now: they look for the build folder when they are loaded.
+    import concurrent.futures
+    import contextlib
     import socket
+    import threading
     import unittest
 
     import indications_test
-    from host import Host
+    from wbemcli_test import WIDGET
+    from host import BUILD, Host
     from listeners import Listener, good
 
     class Soak(indications_test.SubscribedCase):
         def start(self):
-            self.host = Host("--delivery-queue", "2000", arguments=indications_test.ALARMS,
-                             seconds=int(minutes * 60) + 120)
+            arguments = (*indications_test.ALARMS, "--schema", WIDGET / "Widget.mof", "--registration",
+                         WIDGET / "widget.registration", "--provider-dir", BUILD / "tests/system/widget")
+            self.host = Host("--delivery-queue", "2000", arguments=arguments, seconds=int(minutes * 60) + 120)
 
         def runTest(self):
             ended = []
@@ -59,10 +103,38 @@ def soak(minutes):
                 self.addCleanup(listener.close)
                 self.subscribe(listener.url, name)
             self.subscribe(dead_url, DEAD)
-            raised = self.ring_for(minutes * 60, ended)
+            with self.clients():
+                raised = self.ring_for(minutes * 60, ended)
             self.wait_for_status(rf"good0: {raised} raised, \d+ sent, \d+ dropped, 0 waiting")
             self.assertEqual(0, self.host.stop(), self.host.log())
             self.judge(raised, listeners, ended)
+
+        @contextlib.contextmanager
+        def clients(self):
+            is_over, wrong = threading.Event(), []
+            with concurrent.futures.ThreadPoolExecutor(CLIENTS + 1) as pool:
+                running = [pool.submit(work, self.host.port, f"widget-{number}", is_over, wrong)
+                           for number in range(CLIENTS)]
+                passing = pool.submit(self.come_and_go, is_over)
+                try:
+                    yield
+                finally:
+                    is_over.set()
+                print(f"{sum(each.result() for each in running)} requests of {CLIENTS} clients, "
+                      f"{passing.result()} subscriptions that came and went", flush=True)
+            self.assertEqual([], wrong)
+
+        def come_and_go(self, is_over):
+            """A subscriber whose listener nobody rings for: another class is what it wants."""
+            self.filter(PASSING, "SELECT * FROM TST_Alarm WHERE Number = 4711")
+            self.destination("http://localhost:1/", PASSING)
+            times = 0
+            while not is_over.wait(1):
+                answer = self.subscription(PASSING, PASSING)
+                self.assertEqual((0, None), (answer.status, answer.cim_error), answer.text)
+                self.unsubscribe(PASSING)
+                times += 1
+            return times
 
         def ring_for(self, seconds, samples):
             end, raised, next_sample = time.monotonic() + seconds, 0, 0
@@ -75,11 +147,12 @@ def soak(minutes):
                     samples.append(usage(self.host.process.pid))
                     print(f"{next_sample:5d} s: {raised} raised, %d KiB, %d descriptors, %d threads"
                           % samples[-1], flush=True)
-                    next_sample += 30
+                    next_sample += SAMPLE_SECONDS
             return raised
 
         def judge(self, raised, listeners, samples):
             counts = indications_test.counts_in(self.host.log())
+            self.assertEqual((0, 0, 0), counts.pop(PASSING, (0, 0, 0)))
             for name, (told, sent, dropped) in sorted(counts.items()):
                 taken = len(listeners[name].bodies) if name in listeners else 0
                 print(f"{name}: {told} raised, {sent} sent, {dropped} dropped, {taken} taken")
@@ -91,7 +164,7 @@ def soak(minutes):
             for name in GOOD:
                 self.assertEqual((raised, 0), counts[name][1:], name)
             self.assertEqual(0, counts[DEAD][1])
-            warm = samples[min(2, len(samples) - 1):]
+            warm = samples[min(WARM_SAMPLES, len(samples) - 1):]
             for what, allowed in ((0, MOST_GROWTH_KIB), (1, 2), (2, 1)):
                 self.assertLessEqual(warm[-1][what] - warm[0][what], allowed, "grew")
 
