@@ -64,7 +64,7 @@ def eventually(condition, seconds=30):
 class IsolationCase(unittest.TestCase):
     options = ()
     # Sanitizers take a crash for themselves and end the process in their own way.
-    ends = r"its process ended (by SIGSEGV|with 1)"
+    ends = r"its process ended (by SIGSEGV|with 1|with 66)"
 
     def setUp(self):
         self.host = Host(*self.options, arguments=ARGUMENTS)

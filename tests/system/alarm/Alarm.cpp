@@ -1,5 +1,6 @@
 #include "cmpi/cmpimacs.h"
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <mutex>
@@ -13,7 +14,16 @@ namespace {
 constexpr const char* nameSpace = "root/test";
 constexpr CMPIStatus ok{CMPI_RC_OK, nullptr};
 
-const CMPIBroker* broker = nullptr;
+/// What every factory sets: those of several providers may be called at once.
+class {
+public:
+    void operator=(const CMPIBroker* ours) noexcept { _broker = ours; }
+    operator const CMPIBroker*() const noexcept { return _broker; }
+    const CMPIBroker* operator->() const noexcept { return _broker; }
+
+private:
+    std::atomic<const CMPIBroker*> _broker = nullptr;
+} broker;
 
 std::mutex mutex;
 std::string told;  // guarded by the mutex
