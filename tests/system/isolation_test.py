@@ -40,7 +40,8 @@ def children(parent):
             words = (folder / "cmdline").read_bytes().split(b"\0")
         except OSError:
             continue
-        if int(status[1]) == parent and status[0] != "Z":
+        # One that is being started has no words yet, or those of its parent.
+        if int(status[1]) == parent and status[0] != "Z" and b"module-host" in words:
             found[words[-2].decode()] = int(folder.name)
     return found
 
