@@ -55,22 +55,38 @@ CMPIValue wholeOf(CMPIType type, const CMPIData& key) noexcept {
     return value;
 }
 
-/// Sets the property of a key unless the broker has: as the property that the instance declares,
-/// or as the key is. Not where the class declares none, or one that holds no such value.
-void fillIn(const CMPIInstance* instance, const char* name, const CMPIData& key) {
+/// Sets the property of a key unless the broker has, and then says true: as the property that the
+/// instance declares, or as the key is. Not where the class declares none, or one that holds no
+/// such value.
+bool fillIn(const CMPIInstance* instance, const char* name, const CMPIData& key) {
     CMPIData declared;
     const bool isListed = find(declared, instance->ft->getProperty, instance, name);
-    if (isListed && equalData(declared, key)) return;
+    if (isListed && equalData(declared, key)) return true;
     CMPIType type = key.type;
     CMPIValue value = key.value;
     if (isListed && declared.type != key.type) {
-        if (!isWhole(declared.type) || !isWhole(key.type)) return;
+        if (!isWhole(declared.type) || !isWhole(key.type)) return false;
         type = declared.type;
         value = wholeOf(type, key);
     }
     const CMPIStatus status = call(instance->ft->setProperty, instance, name, &value, type);
     if (status.rc != CMPI_RC_ERR_NO_SUCH_PROPERTY && status.rc != CMPI_RC_ERR_NOT_FOUND) {
         check(status);
+    }
+    return false;
+}
+
+/// Sets the properties of the path's keys that the broker has not. From the last key on, which is
+/// the name of the thing and has no default in its class: a broker that has set this one has set
+/// all, and to read every key would cost a third of making and delivering an instance.
+void fillInKeys(const CMPIInstance* instance, const CMPIObjectPath* path) {
+    const CMPICount count = ask(path->ft->getKeyCount, path);
+    for (CMPICount index = count; index-- > 0;) {
+        CMPIString* name = nullptr;
+        CMPIData key;
+        if (!find(key, path->ft->getKeyAt, path, index, &name)) continue;
+        const bool wasThere = fillIn(instance, charsOf(name), key);
+        if (wasThere && index + 1 == count) return;
     }
 }
 
@@ -149,10 +165,7 @@ CmpiInstance makeCmpiInstance(const CmpiBroker& broker, const CmpiObjectPath& pa
     const CMPIBroker* const asked = required(broker.toCMPI());
     CMPIInstance* const instance =
         made(ask(asked->eft->newInstance, asked, path.toCMPI()), "instance");
-    forEachKey(path.toCMPI(), [&](const CMPIString* name, const CMPIData& key) {
-        fillIn(instance, charsOf(name), key);
-        return true;
-    });
+    fillInKeys(instance, path.toCMPI());
     return CmpiInstance(CmpiHandle<CMPIInstance>::fresh(asked, instance));
 }
 
