@@ -126,7 +126,7 @@ bool CmpiManagedInstanceCollection::getInstance(CmpiInstanceResult& result, cons
         for (auto* instance : _collection) {
             if (!instance || !instance->visible()) continue;
             const auto instancePath = instance->getPath();
-            if (!request.isFor(instancePath)) continue;
+            if (!(request.path() == instancePath)) continue;
             if (_log.infoEnabled()) _log.info("deliver: %s", logText(instancePath));
             result.deliver(instance->getInstance());
             return true;

@@ -51,8 +51,7 @@ public:
     int enumInstances(CmpiCpp::CmpiInstanceResult& result, const CmpiCpp::CmpiContext& ctx,
                       const CmpiCpp::CmpiObjectPath& path, const char** properties);
 
-    /// Delivers the first visible instance with this path, whatever host the path names; references
-    /// among its keys that name none are on this host.
+    /// Delivers the first visible instance with this path, whatever host the path names.
     /// False when there is none: it is for the provider to report that.
     bool getInstance(CmpiCpp::CmpiInstanceResult& result, const CmpiCpp::CmpiContext& ctx,
                      const CmpiCpp::CmpiObjectPath& path, const char** properties);

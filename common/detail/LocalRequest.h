@@ -19,18 +19,9 @@ public:
     /// Good until this object ends.
     const CmpiCpp::CmpiObjectPath& path();
 
-    /// True when the instance with this path is meant: the two are equal, or would be if the
-    /// references among the request's keys that name no host named this one, as clients that were
-    /// given an association's name leave it out of its ends.
-    bool isFor(const CmpiCpp::CmpiObjectPath& instance);
-
 private:
-    void _readEnds();
-
     const CmpiCpp::CmpiObjectPath& _request;
     std::optional<CmpiCpp::CmpiObjectPath> _local;
-    std::optional<CmpiCpp::CmpiObjectPath> _withLocalEnds;  // empty when all ends name a host
-    bool _endsAreRead = false;
 };
 
 }  // namespace PYL

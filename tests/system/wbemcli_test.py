@@ -310,11 +310,6 @@ class BaseServer(unittest.TestCase):
             answer = self.host.ask("gi", f":{path}", host=name)
             self.assertEqual(0, answer.status, answer.text)
 
-    def test_an_association_is_found_by_the_name_that_the_client_was_given(self):
-        path = self.host.paths("ein", ":PYL_ComputerSystemPackage")[0]
-        answer = self.host.ask("gi", f":{path}")
-        self.assertEqual(0, answer.status, answer.text)
-
     def test_role_filters_are_refused_and_the_refusal_is_told(self):
         path = self.host.paths("ein", ":PYL_ComputerSystem")[0]
         answer = self.host.ask("ain", f":{path}", options=["-ar", "GroupComponent"])

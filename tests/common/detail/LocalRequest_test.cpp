@@ -27,22 +27,6 @@ TEST(LocalRequest, LeavesTheRequestItselfAlone) {
     EXPECT_EQ(path.getHost().str(), "elsewhere");
 }
 
-TEST(LocalRequest, IsForAnAssociationWhoseEndsItNamesWithoutAHost) {
-    TestBroker host;
-    const auto linkFrom = [&](const char* left, const char* right) {
-        return host.path("PYL_Link", {{"Left", host.path("root/ktq", "PYL_Thing", "a", left)},
-                                      {"Right", host.path("root/ktq", "PYL_Thing", "b", right)},
-                                      {"Id", "l"}});
-    };
-    const auto request = linkFrom("", "");
-    EXPECT_TRUE(LocalRequest(request).isFor(linkFrom("server-1", "server-1")));
-    EXPECT_TRUE(LocalRequest(request).isFor(linkFrom("", "")));
-    EXPECT_FALSE(LocalRequest(request).isFor(linkFrom("server-1", "elsewhere")));
-    const auto named = linkFrom("elsewhere", "");
-    EXPECT_TRUE(LocalRequest(named).isFor(linkFrom("elsewhere", "server-1")));
-    EXPECT_FALSE(LocalRequest(named).isFor(linkFrom("server-1", "server-1")));
-}
-
 TEST(LocalRequest, CopiesOnceForAWholeWalk) {
     TestBroker host;
     const auto path = host.path("root/ktq", "PYL_Thing", "a", "elsewhere");
