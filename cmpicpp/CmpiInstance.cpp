@@ -2,6 +2,7 @@
 
 #include "cmpicpp/detail/Calls.h"
 #include "cmpicpp/detail/DataKind.h"
+#include "cmpicpp/detail/Enumeration.h"
 #include "cmpicpp/detail/Equality.h"
 #include "cmpicpp/detail/Portable.h"
 #include "cmpicpp/detail/TextForm.h"
@@ -80,13 +81,17 @@ bool fillIn(const CMPIInstance* instance, const char* name, const CMPIData& key)
 /// the name of the thing and has no default in its class: a broker that has set this one has set
 /// all, and to read every key would cost a third of making and delivering an instance.
 void fillInKeys(const CMPIInstance* instance, const CMPIObjectPath* path) {
+    if (Enumeration::brokerFillsKeys()) return;
     const CMPICount count = ask(path->ft->getKeyCount, path);
     for (CMPICount index = count; index-- > 0;) {
         CMPIString* name = nullptr;
         CMPIData key;
         if (!find(key, path->ft->getKeyAt, path, index, &name)) continue;
         const bool wasThere = fillIn(instance, charsOf(name), key);
-        if (wasThere && index + 1 == count) return;
+        if (wasThere && index + 1 == count) {
+            Enumeration::rememberFilledKeys();
+            return;
+        }
     }
 }
 

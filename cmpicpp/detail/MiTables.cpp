@@ -2,6 +2,7 @@
 
 #include "cmpicpp/CmpiHandle.h"
 #include "cmpicpp/detail/Calls.h"
+#include "cmpicpp/detail/Enumeration.h"
 #include "cmpicpp/detail/ResultSinks.h"
 
 #include <utility>
@@ -76,6 +77,7 @@ CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context,
 CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                          const CMPIObjectPath* path, const char** properties) noexcept {
     return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
+        const Enumeration enumeration;
         Lent<InstanceSink> sink(result);
         provider.enumInstances(CmpiContext(context), borrow(broker, path), properties, sink);
     });

@@ -3,6 +3,7 @@
 #include "cmpicpp/CmpiArray.h"
 #include "cmpicpp/CmpiDateTime.h"
 #include "cmpicpp/CmpiInstance.h"
+#include "cmpicpp/detail/Enumeration.h"
 #include "tests/cmpicpp/BrokerFixture.h"
 #include "tests/support/MannerCall.h"
 
@@ -152,6 +153,27 @@ TEST(PathMannersTest, MakePropertiesOfTheKeysOfANewInstance) {
         EXPECT_EQ(made.getProperty("Isbn").asUint64(), ~0ULL);
         EXPECT_TRUE(made.getProperty("On").asBool());
         EXPECT_EQ(made.getPath(), path);
+    }
+}
+
+std::string nameOfANew(const PathManners& host, const char* name) {
+    CmpiObjectPath path = host.classPath("Test_Keyed");
+    path.addKey("Name", name);
+    return makeCmpiInstance(host.asked(), path).getProperty("Name").asString();
+}
+
+TEST(PathMannersTest, MakePropertiesOfTheKeysOfEachInstanceOfAnEnumeration) {
+    PathManners filling("standard");
+    filling.repository.make("root/test").addClass(keyedClass());
+    for (const char* manner : allManners) {
+        SCOPED_TRACE(manner);
+        PathManners host(manner);
+        host.repository.make("root/test").addClass(keyedClass());
+        const Enumeration outer;
+        EXPECT_EQ(nameOfANew(filling, "asked meanwhile"), "asked meanwhile");
+        const Enumeration inner;
+        EXPECT_EQ(nameOfANew(host, "first"), "first");
+        EXPECT_EQ(nameOfANew(host, "second"), "second");
     }
 }
 
