@@ -15,12 +15,29 @@ bool isText(CimType type) noexcept {
 // The property with this name, which mostly is the one that stood in its place in the last result.
 const ClassRules::Property* recall(const ClassRules& rules,
                                    std::vector<const ClassRules::Property*>* memory,
-                                   std::size_t place, std::string_view name) {
+                                   std::size_t place, const Text& name) {
     if (!memory) return rules.find(name);
     if (place == memory->size()) memory->push_back(nullptr);
     const ClassRules::Property*& last = (*memory)[place];
     if (!last || last->name != name) last = rules.find(name);
     return last;
+}
+
+// Whether the properties are those of the last result, one by one. Nothing stands in place of what
+// the class did not declare.
+bool areAsBefore(const std::vector<const ClassRules::Property*>& before,
+                 const std::vector<PropertyValue>& properties) noexcept {
+    if (before.size() != properties.size()) return false;
+    const ClassRules::Property* const* last = before.data();
+    for (const PropertyValue& property : properties) {
+        const ClassRules::Property* const declared = *last++;
+        if (!declared || declared->name != property.name ||
+            declared->type != property.value.type() ||
+            declared->isArray != property.value.isArray()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 }  // namespace
@@ -72,6 +89,7 @@ const ClassRules::Property* ClassRules::find(std::string_view name) const noexce
 }
 
 bool ClassRules::areClean(const std::vector<PropertyValue>& properties, Memory* memory) const {
+    if (memory && areAsBefore(memory->properties, properties)) return true;
     for (std::size_t place = 0; place < properties.size(); ++place) {
         const Property* const declared =
             recall(*this, memory ? &memory->properties : nullptr, place, properties[place].name);

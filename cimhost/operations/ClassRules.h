@@ -14,7 +14,7 @@ namespace cimhost {
 class ClassRules {
 public:
     struct Property {
-        std::string_view name;
+        Text name;
         CimType type;
         bool isArray;
         bool isKey;

@@ -52,7 +52,10 @@ public:
     bool empty() const noexcept { return size() == 0; }
 
     friend bool operator==(const Text& left, const Text& right) noexcept {
-        return left.view() == right.view();
+        // Equal bytes are equal short texts; those behind a short one are zero.
+        if (std::memcmp(left._bytes.data(), right._bytes.data(), room + 1) == 0) return true;
+        return left._isOutside() && right._isOutside() &&
+               left._outside().view() == right._outside().view();
     }
     friend std::string operator+(std::string left, const Text& right) {
         return left.append(right.view());
