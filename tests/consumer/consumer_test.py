@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""Installs a build into an empty folder, builds a module against the installed package, with CMake and with
-pkg-config, and asks the installed cimhost for the module's instance with wbemcli.
+"""Installs a build into an empty folder, builds modules against the installed package, with CMake and with
+pkg-config, installs them, moves all of it to another folder, and asks the installed cimhost for the module's
+instance with wbemcli. Nobody tells the loader where the library is.
 
     consumer_test.py BUILD_FOLDER SOURCE_FOLDER CXX SANITIZERS
 """
@@ -24,20 +25,23 @@ def run(*command, **options):
 
 def build_with_cmake(source, prefix, build, compiler, flags):
     run("cmake", "-S", source, "-B", build, "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={prefix}",
-        f"-DCMAKE_CXX_COMPILER={compiler}", f"-DCMAKE_CXX_FLAGS={flags}")
+        f"-DCMAKE_INSTALL_PREFIX={prefix}", f"-DCMAKE_CXX_COMPILER={compiler}",
+        f"-DCMAKE_CXX_FLAGS={flags}")
     run("cmake", "--build", build)
+    run("cmake", "--install", build)
 
 
 def pkg_config_environment(prefix):
     return dict(os.environ, PKG_CONFIG_PATH=str(next(prefix.rglob("pylcommon.pc")).parent))
 
 
-def build_with_pkg_config(source, prefix, build, compiler, flags):
-    words = run("pkg-config", "--cflags", "--libs", "pylcommon",
-                env=pkg_config_environment(prefix)).split()
-    build.mkdir()
-    run(compiler, *flags.split(), "-shared", "-fPIC", source / "UptimeProvider.cpp",
-        "-o", build / "libuptime.so", *words)
+def build_with_pkg_config(source, prefix, compiler, flags):
+    def told(*words):
+        return run("pkg-config", *words, "pylcommon", env=pkg_config_environment(prefix)).strip()
+
+    module = pathlib.Path(told("--variable=providerdir")) / "libplain.so"
+    run(compiler, *flags.split(), "-shared", "-fPIC", source / "UptimeProvider.cpp", "-o", module,
+        *told("--cflags", "--libs").split(), f"-Wl,-rpath,{told('--variable=rpath')}")
 
 
 def build_guest(source, prefix, build):
@@ -49,14 +53,17 @@ def build_guest(source, prefix, build):
         source.parent.parent / "cmpi/Guest.c")
 
 
-def ask(source, prefix, build):
+def ask(source, prefix, module):
     """The instance of the module as wbemcli shows it."""
     mof = next(prefix.rglob("base.mof"))
-    library = next(prefix.rglob("libpylcommon.so.1")).parent
+    registration = prefix / f"{module}.registration"
+    registration.write_text((source / "uptime.registration").read_text(encoding="utf-8").replace(
+        " uptime ", f" {module} "), encoding="utf-8")
     command = [prefix / "bin/cimhost", "serve", "--port", "0", "--max-seconds", "60",
                "--namespace", "root/ktq", "--schema", mof, "--schema", source / "Uptime.mof",
-               "--registration", source / "uptime.registration", "--provider-dir", build]
-    environment = dict(os.environ, LD_LIBRARY_PATH=str(library))
+               "--registration", registration,
+               "--provider-dir", next(prefix.rglob(f"lib{module}.so")).parent]
+    environment = {name: value for name, value in os.environ.items() if name != "LD_LIBRARY_PATH"}
     with subprocess.Popen([str(word) for word in command], stdout=subprocess.PIPE, text=True,
                           stderr=subprocess.DEVNULL, env=environment) as host:
         try:
@@ -78,9 +85,10 @@ def main():
         prefix = scratch / "prefix"
         run("cmake", "--install", build, "--prefix", prefix)
         build_with_cmake(source, prefix, scratch / "cmake", compiler, flags)
-        build_with_pkg_config(source, prefix, scratch / "pkg-config", compiler, flags)
+        build_with_pkg_config(source, prefix, compiler, flags)
         build_guest(guest, prefix, scratch / "guest")
-        for module in (scratch / "cmake", scratch / "pkg-config"):
+        prefix = prefix.rename(scratch / "moved")
+        for module in ("uptime", "plain"):
             answer = ask(source, prefix, module)
             if not re.search(r'PYL_Uptime\.InstanceID="KTQ:Uptime".*Seconds=\d+', answer, re.DOTALL):
                 sys.exit(f"unexpected answer: {answer}")
