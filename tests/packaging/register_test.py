@@ -24,8 +24,9 @@ class EveryHost:
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
         cls.prefix = pathlib.Path(folder.name)
-        subprocess.run(["cmake", "--install", BUILD, "--prefix", cls.prefix, "--component", "providers"],
-                       check=True, capture_output=True)
+        for component in ("common", "providers"):
+            subprocess.run(["cmake", "--install", BUILD, "--prefix", cls.prefix, "--component", component],
+                           check=True, capture_output=True)
         cls.data = cls.prefix / "share/pylcommon/mof"
 
     def setUp(self):
