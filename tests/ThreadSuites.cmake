@@ -19,6 +19,7 @@ set(PYL_SUITES_WITH_THREADS
     test_consolidatedstatus
     test_fan
     test_profiles
+    test_testing
     test_toolkit)
 
 # Left out, each with the reason why no two threads ever meet in it.
@@ -30,7 +31,7 @@ set(PYL_SUITES_WITHOUT_THREADS
     test_cimhost_query       # conditions are constant once parsed
     test_cimhost_repository  # constant once read
     test_guests              # each guest is called from one thread
-    test_support_tests)      # a double that tests use from one thread
+    test_faulty_broker)      # a double that tests use from one thread
 
 # Sets `result` to whether this build runs the program.
 function(pyl_judge_threads program result)

@@ -12,7 +12,7 @@ import subprocess
 import sys
 import tempfile
 
-FOLDERS = ("common", "cmpicpp", "toolkit", "platform", "providers", "cimhost")
+FOLDERS = ("common", "cmpicpp", "toolkit", "platform", "providers", "cimhost", "testing")
 
 
 def covered_lines(build, root):

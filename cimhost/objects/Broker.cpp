@@ -119,6 +119,11 @@ void Broker::setIndicationSink(IndicationSink* sink) noexcept {
 
 IndicationSink* Broker::indicationSink() const noexcept { return _tables->indicationSink; }
 
+void Broker::interpose(const CMPIBroker& own, const ObjectTables& ofObjects) noexcept {
+    _tables->handle = own;
+    _objectTables = ofObjects;
+}
+
 void Broker::warnOfStrayThread() const noexcept {
     if (_tables->hasWarned.exchange(true)) return;
     log().write(BrokerLog::Level::warning, "broker",

@@ -74,6 +74,12 @@ public:
     void setIndicationSink(IndicationSink* sink) noexcept;
     IndicationSink* indicationSink() const noexcept;
 
+    /// From now on providers meet these tables, which stand in front of the broker's own: its own
+    /// four, and those of objects that are made from here on. Before threads call it; for tests of
+    /// what a provider does when calls fail.
+    void interpose(const CMPIBroker& own, const ObjectTables& ofObjects) noexcept;
+    const ObjectTables& objectTables() const noexcept { return _objectTables; }
+
     /// Logs, the first time, that a thread makes objects outside of any call without being
     /// attached.
     void warnOfStrayThread() const noexcept;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 
 namespace cimhost {
@@ -17,10 +18,22 @@ public:
     std::ptrdiff_t left() const noexcept { return ofThread - _before; }
 
     // By whoever clones and releases for a provider.
-    static void made() noexcept { ++ofThread; }
-    static void released() noexcept { --ofThread; }
+    static void made() noexcept { _add(1); }
+    static void released() noexcept { _add(-1); }
+
+    /// From now on those of all threads are counted together too, in `alive()`.
+    static void countAll() noexcept { isCountingAll = true; }
+    static std::ptrdiff_t alive() noexcept { return ofAll; }
 
 private:
+    static void _add(std::ptrdiff_t clones) noexcept {
+        ofThread += clones;
+        // Nobody asks for it but tests, and threads would meet here at every clone.
+        if (isCountingAll.load(std::memory_order_relaxed)) ofAll += clones;
+    }
+
+    inline static constinit std::atomic<bool> isCountingAll = false;
+    inline static constinit std::atomic<std::ptrdiff_t> ofAll = 0;
     inline static constinit thread_local std::ptrdiff_t ofThread = 0;
 
     std::ptrdiff_t _before;

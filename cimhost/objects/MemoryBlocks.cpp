@@ -14,6 +14,15 @@ MemoryBlocks::~MemoryBlocks() {
     }
 }
 
+std::size_t MemoryBlocks::count() noexcept {
+    std::size_t blocks = 0;
+    for (Shard& shard : _shards) {
+        const std::lock_guard lock(shard.mutex);
+        blocks += shard.blocks.size();
+    }
+    return blocks;
+}
+
 MemoryBlocks::Shard& MemoryBlocks::_shardOf(const void* block) noexcept {
     // The low four bits are the same for all blocks.
     return _shards[(reinterpret_cast<std::uintptr_t>(block) >> 4U) % _shards.size()];

@@ -34,6 +34,8 @@ public:
     /// False when the address is no block of this use.
     bool free(void* block, Use use) noexcept;
 
+    std::size_t count() noexcept;
+
 private:
     struct Block {
         std::size_t size;

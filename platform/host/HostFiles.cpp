@@ -3,6 +3,16 @@
 #include <fstream>
 #include <utility>
 
+namespace {
+
+std::string currentRoot;
+
+}  // namespace
+
+const std::string& hostRoot() noexcept { return currentRoot; }
+
+void setHostRoot(std::string root) { currentRoot = std::move(root); }
+
 HostFiles::HostFiles(std::string root) : _root(std::move(root)) {}
 
 std::optional<std::string> HostFiles::text(std::string_view path) const {

@@ -6,14 +6,18 @@
 #include <string>
 #include <string_view>
 
+/// The directory that stands before every path of the host where no other is given: empty, the host
+/// itself, unless a test has set one up. Not to be set while another thread reads.
+PYL_EXPORT const std::string& hostRoot() noexcept;
+PYL_EXPORT void setHostRoot(std::string root);
+
 /// The host's small text files, as the kernel and the distribution provide them.
 ///
 /// A root directory stands before every path, so that a test can set up a host of its own. Safe
 /// from several threads at once.
 class PYL_EXPORT HostFiles {
 public:
-    /// An empty root is the host itself.
-    explicit HostFiles(std::string root = {});
+    explicit HostFiles(std::string root = hostRoot());
 
     /// The file's text, its first 64 KiB at most; nothing when it cannot be read.
     std::optional<std::string> text(std::string_view path) const;

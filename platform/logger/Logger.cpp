@@ -9,6 +9,7 @@
 
 #include <cassert>
 #include <cerrno>
+#include <mutex>
 #include <utility>
 
 Logger::Logger(std::string source) : Logger(std::move(source), std::make_shared<SystemLogSink>()) {}
@@ -46,9 +47,23 @@ bool isStandardErrorRead() noexcept {
     return S_ISFIFO(status.st_mode) || S_ISREG(status.st_mode) || ::isatty(STDERR_FILENO) == 1;
 }
 
+std::mutex hostedMutex;
+std::shared_ptr<LogSink> hostedSink;  // of a test; guarded by hostedMutex
+
+std::shared_ptr<LogSink> currentHostedSink() {
+    const std::lock_guard lock(hostedMutex);
+    return hostedSink;
+}
+
 }  // namespace
 
+void setHostedLogSink(std::shared_ptr<LogSink> sink) {
+    const std::lock_guard lock(hostedMutex);
+    hostedSink = std::move(sink);
+}
+
 Logger hostedLogger(std::string source) {
+    if (auto sink = currentHostedSink()) return Logger(std::move(source), std::move(sink));
     if (isStandardErrorRead() || ::access("/dev/log", F_OK) != 0) {
         return Logger(std::move(source), std::make_shared<StandardErrorSink>());
     }

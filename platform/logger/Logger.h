@@ -106,3 +106,7 @@ private:
 /// that runs in the foreground, with standard error on a terminal, a pipe or a file, gets the lines
 /// there; so does one on a host without a system log (no /dev/log when this is called).
 PYL_EXPORT Logger hostedLogger(std::string source);
+
+/// From now on the loggers that hostedLogger() makes write to this sink, for tests of hosted code;
+/// null is the usual again. Safe from several threads.
+PYL_EXPORT void setHostedLogSink(std::shared_ptr<LogSink> sink);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/host/HostFiles.h"
 #include "platform/logger/Logger.h"
 
 #include <string>
@@ -11,7 +12,7 @@ namespace baseserver {
 class BootRecord {
 public:
     /// `storeName` as for makeDataStore(). `root` stands before the kernel's file, for tests.
-    BootRecord(std::string storeName, Logger& log, std::string root = {});
+    BootRecord(std::string storeName, Logger& log, std::string root = hostRoot());
 
     /// True once for each boot. False, with a line in the log, where the kernel does not name its
     /// boot or the store fails: better no event than one at each start of the object manager.

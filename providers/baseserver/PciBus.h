@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/host/HostFiles.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -50,7 +52,7 @@ struct PciFunction {
 /// ABI/testing/sysfs-bus-pci and sysfs-bus-pci-devices-aer_stats). A directory that is missing
 /// gives none; entries whose names are no PCI address are passed over. `root` stands before every
 /// path, so that a test can set up a host of its own.
-std::vector<PciFunction> readPciFunctions(const std::string& root = {});
+std::vector<PciFunction> readPciFunctions(const std::string& root = hostRoot());
 
 /// The address in the kernel's notation, such as "0000:1a:03.1", or nullopt for any other text.
 std::optional<PciAddress> parsePciAddress(const std::string& text);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/OpstatusUtils.h"
+#include "platform/host/HostFiles.h"
 
 #include <cstdint>
 #include <optional>
@@ -26,7 +27,7 @@ struct Fan {
 /// The fans below /sys/class/hwmon, in order of identifier (kernel documentation,
 /// hwmon/sysfs-interface). A directory that is missing gives none. `root` stands before every path,
 /// so that a test can set up a host of its own.
-std::vector<Fan> readFans(const std::string& root = {});
+std::vector<Fan> readFans(const std::string& root = hostRoot());
 
 /// What the readings say of the fan: stopped when it is switched off or does not turn, an error by
 /// its fault, degraded by its alarm or when it turns too slowly, unknown without a reading.

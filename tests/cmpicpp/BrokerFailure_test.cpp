@@ -9,10 +9,10 @@
 #include "cmpicpp/CmpiInstance.h"
 #include "cmpicpp/CmpiModule.h"
 #include "cmpicpp/detail/ResultSinks.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 #include "tests/cmpicpp/BrokerFixture.h"
 #include "tests/cmpicpp/RecordingSink.h"
 #include "tests/cmpicpp/ScriptProvider.h"
-#include "tests/support/FaultyBroker.h"
 
 #include <functional>
 #include <string>
@@ -21,7 +21,7 @@
 namespace CmpiCpp::test {
 namespace {
 
-using testsupport::FaultyBroker;
+using cimtest::FaultyBroker;
 
 constexpr CMPIrc faultCode = CMPI_RC_ERR_INVALID_CLASS;
 

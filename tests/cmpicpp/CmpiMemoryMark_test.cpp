@@ -1,14 +1,14 @@
 #include "cmpicpp/CmpiMemoryMark.h"
 
 #include "cmpicpp/CmpiInstance.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 #include "tests/cmpicpp/BrokerFixture.h"
-#include "tests/support/FaultyBroker.h"
 
 namespace CmpiCpp {
 namespace {
 
+using cimtest::FaultyBroker;
 using test::codeOf;
-using testsupport::FaultyBroker;
 
 class CmpiMemoryMarkTest : public test::BrokerTest {};
 

@@ -51,7 +51,7 @@ TEST_F(PlainAlert, SendsEmptyTextsAsTheyAre) {
 }
 
 TEST_F(PlainAlert, SaysThatTheHostHasNoName) {
-    const HostNameIs none(std::nullopt);
+    const cimtest::HostNameIs none(std::nullopt);
     EXPECT_EQ(indication.getInstance().getProperty("SystemName").asString(),
               "Host Name Not Defined!");
 }

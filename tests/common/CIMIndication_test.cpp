@@ -28,7 +28,7 @@ TEST_F(PlainIndication, HasAPathWithHostNamespaceAndClass) {
     const auto path = indication.getPath();
     EXPECT_EQ(path.str(), "//server-1/root/ktq:KT_AlertIndication");
     EXPECT_EQ(path.getKeyCount(), 0U);
-    const HostNameIs name("other");
+    const cimtest::HostNameIs name("other");
     EXPECT_EQ(indication.getPath().str(), "//other/root/ktq:KT_AlertIndication");
 }
 

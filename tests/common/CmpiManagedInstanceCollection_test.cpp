@@ -113,7 +113,7 @@ TEST_F(CollectionTest, LeavesOutWhatIsHiddenOrNullOrOfAnotherClassOrNamespace) {
     add("hidden")->setVisible(false);
     collection.createInstance(nullptr);
     add(host.path("PYL_SpecialThing", "subclass"));
-    add(host.path("root/other", "PYL_Thing", "elsewhere", testHostName));
+    add(host.path("root/other", "PYL_Thing", "elsewhere", cimtest::testHostName));
     add("a");
     EXPECT_EQ(enumNames(thing("")), 1);
     EXPECT_EQ(enumInstances(thing("")), 1);
@@ -141,7 +141,7 @@ TEST_F(CollectionTest, AsksAnInstanceInTheOrderOfTheTestsAndNoFurtherThanNeeded)
     Lines asked;
     add("hidden")->setVisible(false);
     add(host.path("PYL_SpecialThing", "subclass"));
-    add(host.path("root/other", "PYL_Thing", "elsewhere", testHostName));
+    add(host.path("root/other", "PYL_Thing", "elsewhere", cimtest::testHostName));
     add("a");
     calls.onCall = [&](const std::string& call) { asked.push_back(call); };
     enumNames(thing(""));
@@ -226,7 +226,7 @@ TEST_F(CollectionTest, DoesNotGetAnInstanceThatNamesAnotherHostThanThisOne) {
 
 TEST_F(CollectionTest, DoesNotGetAnInstanceOfASubclassOrAnotherNamespace) {
     add(host.path("PYL_SpecialThing", "a"));
-    add(host.path("root/other", "PYL_Thing", "a", testHostName));
+    add(host.path("root/other", "PYL_Thing", "a", cimtest::testHostName));
     EXPECT_FALSE(get(thing("a")));
 }
 

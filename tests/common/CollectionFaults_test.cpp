@@ -1,15 +1,15 @@
 // Every call of the broker and every allocation fails in turn: whatever comes of a request is
 // orderly, and the next one finds the collection as it was.
 
+#include "testing/cimhost/testing/Allocations.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 #include "tests/common/CollectionFixture.h"
 #include "tests/common/CollectionRequests.h"
 #include "tests/common/Failures.h"
-#include "tests/support/Allocations.h"
-#include "tests/support/FaultyBroker.h"
 
 namespace {
 
-using testsupport::FaultyBroker;
+using cimtest::FaultyBroker;
 
 struct CollectionFaults : testing::TestWithParam<CollectionRequest> {
     TestBroker host;
@@ -70,13 +70,13 @@ TEST_P(CollectionFaults, OfMemoryAreExceptionsAndLeaveTheCollectionAsItWas) {
             ++nth;
             expectOrderly(
                 [&] {
-                    const FailingAllocation failing(nth, forever);
+                    const cimtest::FailingAllocation failing(nth, forever);
                     return run();
                 },
                 "allocation " + std::to_string(nth));
             ASSERT_EQ(run(), GetParam().delivered);
             ASSERT_LT(nth, 5000);
-        } while (allocationHasFailed() && !HasFailure());
+        } while (cimtest::allocationHasFailed() && !HasFailure());
         if (!forever) {
             EXPECT_GT(nth, 1);
         }
@@ -98,7 +98,7 @@ TEST_F(CollectionMemory, LeavesAnInstanceToTheCallerThatItCannotTake) {
         const auto before = collection.size();
         bool taken = false;
         {
-            const FailingAllocation failing(1, true);
+            const cimtest::FailingAllocation failing(1, true);
             try {
                 taken = collection.createInstance(instance.get());
             } catch (const std::bad_alloc&) {
@@ -117,7 +117,7 @@ TEST_F(CollectionMemory, KeepsEverythingWhenThereIsNoRoomToCleanUp) {
     add("a");
     add("b")->setVisible(false);
     {
-        const FailingAllocation failing(1, true);
+        const cimtest::FailingAllocation failing(1, true);
         EXPECT_THROW(collection.cleanup(), std::bad_alloc);
     }
     EXPECT_FALSE(collection.isLocked());

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "common/CmpiManagedInstanceCollection.h"
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/common/CapturedResults.h"
-#include "tests/support/HostName.h"
 #include "tests/support/Journal.h"
 #include "tests/support/TestBroker.h"
 #include "tests/support/Things.h"

@@ -1,11 +1,11 @@
 #include "common/DecoratorUtils.h"
 
 #include "cmpicpp/CmpiArray.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/InnerProvider.h"
-#include "tests/support/FaultyBroker.h"
-#include "tests/support/HostName.h"
 #include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
@@ -72,11 +72,11 @@ TEST_F(ResultLoggers, LogPassOnAndCountPaths) {
 }
 
 TEST_F(ResultLoggers, PassOnWhatTheirLineCannotTell) {
-    testsupport::FaultyBroker faulty(host.real());
+    cimtest::FaultyBroker faulty(host.real());
     const CmpiCpp::CmpiBroker broker(faulty.handle());
     const auto path = CmpiCpp::makeCmpiObjectPath(broker, "root/ktq", "PYL_Thing");
     const auto instance = CmpiCpp::makeCmpiInstance(broker, path);
-    faulty.failFrom("CMPIInstanceFT.getObjectPath", 1, testsupport::FaultyBroker::Fault::status);
+    faulty.failFrom("CMPIInstanceFT.getObjectPath", 1, cimtest::FaultyBroker::Fault::status);
     struct : CmpiCpp::CmpiInstanceResult {
         void deliver(const CmpiCpp::CmpiInstance&) override {}
     } sink;

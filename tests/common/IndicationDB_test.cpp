@@ -1,11 +1,11 @@
 #include "common/IndicationDB.h"
 
 #include "platform/logger/CapturingSink.h"
+#include "testing/cimhost/testing/Allocations.h"
+#include "testing/pylcommon/testing/SystemName.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
-#include "tests/support/Allocations.h"
 #include "tests/support/Journal.h"
-#include "tests/support/SystemName.h"
 
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ namespace {
 using PYL::IndDBRec;
 using PYL::IndicationDB;
 
-const SystemName valmor{.machine = "ia64"};
+const cimtest::SystemName valmor{.machine = "ia64"};
 
 IndDBRec numberedRecord() {
     return {"provider", -7, "display", "text id", 3,     "description", "summary", 11, 12,
@@ -127,28 +127,28 @@ TEST_F(IndicationDatabase, LogsUnderItsOwnSourceWhatItMakes) {
 }
 
 TEST_F(IndicationDatabase, LogsWhichRecordSetItTakes) {
-    const SystemNameIs machine(valmor);
+    const cimtest::SystemNameIs machine(valmor);
     { const IndicationDB database(log, "PYL_FanIndication"); }
     EXPECT_EQ(messages(), (Lines{"cxtor()", "making DB for valmor", "dxtor()"}));
 }
 
 TEST_F(IndicationDatabase, TakesTheRecordSetOfTheMachine) {
     EXPECT_EQ(numbersOf("PYL_FanIndication"), (std::vector{1, 2, 3, 4, 5, 6, 8, 9, 10, 100}));
-    const SystemNameIs machine(valmor);
+    const cimtest::SystemNameIs machine(valmor);
     EXPECT_EQ(numbersOf("PYL_FanIndication"), std::vector{100});
 }
 
 TEST_F(IndicationDatabase, TakesOnlyExactlyTheNameOfThatMachineForIt) {
     for (const auto* const name : {"", "ia6", "ia64x", "IA64", " ia64", "ia64 ", "x86_64"}) {
-        const SystemNameIs machine(SystemName{.machine = name});
+        const cimtest::SystemNameIs machine(cimtest::SystemName{.machine = name});
         EXPECT_EQ(numbersOf("PYL_FanIndication").size(), 10U) << name;
     }
-    const SystemNameIs machine(SystemName{.machine = std::string(64, 'x')});
+    const cimtest::SystemNameIs machine(cimtest::SystemName{.machine = std::string(64, 'x')});
     EXPECT_EQ(numbersOf("PYL_FanIndication").size(), 10U);
 }
 
 TEST_F(IndicationDatabase, HoldsAPlaceholderWhereTheMachineIsNotKnown) {
-    const SystemNameIs machine(std::nullopt);
+    const cimtest::SystemNameIs machine(std::nullopt);
     expectPlaceholder("PYL_FanIndication");
     EXPECT_EQ(messages(), (Lines{"cxtor()", "making empty DB for failed uname",
                                  "getRecord for event 0", "Found record", "dxtor()"}));
@@ -162,7 +162,7 @@ TEST_F(IndicationDatabase, HoldsAPlaceholderForAnUnknownName) {
         EXPECT_EQ(messages()[2],
                   std::string("making empty DB for unrecognized provider name ") + name);
     }
-    const SystemNameIs machine(valmor);
+    const cimtest::SystemNameIs machine(valmor);
     expectPlaceholder("PYL_SASIndication");
     expectPlaceholder("PYL_SCInstallerIndication");
     expectPlaceholder(std::string("PYL_FanIndication\0", 18));
@@ -246,9 +246,9 @@ TEST_F(IndicationDatabase, IsMadeWholeOrNotAtAll) {
     auto quiet = silentLogger(LogLevel::error);
     const std::string name = "PYL_FanIndication";
     for (const bool forever : {false, true}) {
-        for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
+        for (int nth = 1; nth == 1 || cimtest::allocationHasFailed(); ++nth) {
             const auto outcome = outcomeOf([&] {
-                const FailingAllocation failing(nth, forever);
+                const cimtest::FailingAllocation failing(nth, forever);
                 const IndicationDB database(quiet, name);
             });
             EXPECT_TRUE(outcome == "none" || outcome == "bad_alloc") << outcome;

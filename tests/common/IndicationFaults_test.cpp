@@ -1,18 +1,18 @@
 // Every call of the broker and every allocation fails in turn while an indication is made: what
 // comes of it is orderly, and nothing is left over.
 
+#include "testing/cimhost/testing/Allocations.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 #include "tests/common/Failures.h"
 #include "tests/common/IndicationFixture.h"
 #include "tests/common/QuietResults.h"
-#include "tests/support/Allocations.h"
-#include "tests/support/FaultyBroker.h"
 
 #include <string>
 #include <vector>
 
 namespace {
 
-using testsupport::FaultyBroker;
+using cimtest::FaultyBroker;
 
 struct IndicationFaults : IndicationFixture {
     Logger quiet = silentLogger();
@@ -88,10 +88,10 @@ struct IndicationFaults : IndicationFixture {
     int starve(Action action) {
         int thrown = 0;
         for (const bool forever : {false, true}) {
-            for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
+            for (int nth = 1; nth == 1 || cimtest::allocationHasFailed(); ++nth) {
                 const cimhost::CallScope scope;
                 const auto outcome = outcomeOf([&] {
-                    const FailingAllocation failing(nth, forever);
+                    const cimtest::FailingAllocation failing(nth, forever);
                     (this->*action)();
                 });
                 EXPECT_TRUE(outcome == "none" || outcome == "bad_alloc" ||

@@ -2,8 +2,8 @@
 
 #include "cmpicpp/CmpiDateTime.h"
 #include "common/PYLIndication.h"
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/support/DataSources.h"
-#include "tests/support/HostName.h"
 #include "tests/support/Journal.h"
 #include "tests/support/TestBroker.h"
 

@@ -2,18 +2,18 @@
 
 #include "common/DecoratorUtils.h"
 #include "common/LoggedProvider.h"
+#include "testing/cimhost/testing/Allocations.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 #include "tests/common/CollectionFixture.h"
 #include "tests/common/CollectionRequests.h"
 #include "tests/common/Failures.h"
 #include "tests/common/ProviderOperations.h"
-#include "tests/support/Allocations.h"
-#include "tests/support/FaultyBroker.h"
 
 #include <memory>
 
 namespace {
 
-using testsupport::FaultyBroker;
+using cimtest::FaultyBroker;
 
 /// A broker that counts its calls.
 struct LogCost : testing::Test {
@@ -46,9 +46,9 @@ TEST_F(LogCost, OfResultLoggersIsNothing) {
         loggedInstances.deliver(instance);
     };
     EXPECT_EQ(callsOf(deliver), 0U);
-    const int before = allocationCount();
+    const int before = cimtest::allocationCount();
     deliver();
-    EXPECT_EQ(allocationCount(), before);
+    EXPECT_EQ(cimtest::allocationCount(), before);
     EXPECT_EQ(paths.count + instances.count, 4);
     logger.setLevel(LogLevel::information);
     EXPECT_GT(callsOf(deliver), 10U);

@@ -1,18 +1,18 @@
 // Every call of the broker and every allocation fails in turn while a request passes the decorator.
 
 #include "common/LoggedProvider.h"
+#include "testing/cimhost/testing/Allocations.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 #include "tests/common/Failures.h"
 #include "tests/common/ProviderOperations.h"
 #include "tests/common/QuietResults.h"
-#include "tests/support/Allocations.h"
-#include "tests/support/FaultyBroker.h"
 
 #include <memory>
 
 namespace {
 
+using cimtest::FaultyBroker;
 using PYL::LoggedProvider;
-using testsupport::FaultyBroker;
 
 InnerProvider* nextInner = nullptr;
 
@@ -73,10 +73,10 @@ TEST_P(LoggedProviderFaults, OfTheBrokerAreStatuses) {
 
 TEST_P(LoggedProviderFaults, OfMemoryAreExceptions) {
     for (const bool forever : {false, true}) {
-        for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
+        for (int nth = 1; nth == 1 || cimtest::allocationHasFailed(); ++nth) {
             expectOrderly(
                 [&] {
-                    const FailingAllocation failing(nth, forever);
+                    const cimtest::FailingAllocation failing(nth, forever);
                     run();
                 },
                 "allocation " + std::to_string(nth));

@@ -1,6 +1,6 @@
 #include "common/PYLUtil.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 #include "tests/common/Failures.h"
-#include "tests/support/FaultyBroker.h"
 #include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
@@ -9,10 +9,10 @@
 
 namespace {
 
+using cimtest::FaultyBroker;
 using CmpiCpp::CmpiArgs;
 using CmpiCpp::CmpiObjectPath;
 using PYL::PYLUtil;
-using testsupport::FaultyBroker;
 
 struct ArgumentHelpers : testing::Test {
     TestBroker host;

@@ -2,11 +2,11 @@
 
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
+#include "testing/cimhost/testing/Allocations.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
 #include "tests/platform/smbios/SmbiosImage.h"
-#include "tests/support/Allocations.h"
-#include "tests/support/FaultyBroker.h"
 #include "tests/support/FreshProcess.h"
 #include "tests/support/Journal.h"
 #include "tests/support/TestBroker.h"
@@ -18,13 +18,13 @@
 
 namespace {
 
+using cimtest::FaultyBroker;
 using CmpiCpp::CmpiArgs;
 using CmpiCpp::CmpiArray;
 using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiObjectPath;
 using CmpiCpp::CmpiValue;
 using PYL::PYLUtil;
-using testsupport::FaultyBroker;
 
 constexpr const char* property = "GroupOperationalStatus";
 
@@ -228,9 +228,9 @@ TEST_F(PostStatusFaults, OfThePreparationAreALineThatDoesNotBlameTheInvocation) 
 TEST_F(PostStatusFaults, OfMemoryAreExceptions) {
     auto quiet = silentLogger();
     for (const bool forever : {false, true}) {
-        for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
+        for (int nth = 1; nth == 1 || cimtest::allocationHasFailed(); ++nth) {
             const auto outcome = outcomeOf([&] {
-                const FailingAllocation failing(nth, forever);
+                const cimtest::FailingAllocation failing(nth, forever);
                 const cimhost::CallScope scope;
                 PYLUtil::postStatus(quiet, host.context(), group);
             });

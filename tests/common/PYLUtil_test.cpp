@@ -1,9 +1,9 @@
 #include "common/PYLUtil.h"
 
 #include "platform/smbios/SmBios.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/common/Failures.h"
-#include "tests/support/FaultyBroker.h"
-#include "tests/support/HostName.h"
 #include "tests/support/Journal.h"
 #include "tests/support/TestBroker.h"
 
@@ -24,24 +24,24 @@ const std::string unreadableName = "Host Name Not Defined!";
 
 TEST(HostName, IsWhatTheSystemAnswersNow) {
     EXPECT_EQ(PYLUtil::getHostName(), "server-1");
-    const HostNameIs renamed("server-2.example.com");
+    const cimtest::HostNameIs renamed("server-2.example.com");
     EXPECT_EQ(PYLUtil::getHostName(), "server-2.example.com");
 }
 
 TEST(HostName, HasAFallbackWhenItCannotBeRead) {
-    const HostNameIs unreadable(std::nullopt);
+    const cimtest::HostNameIs unreadable(std::nullopt);
     EXPECT_EQ(PYLUtil::getHostName(), unreadableName);
 }
 
 TEST(HostName, EndsWithinTheBufferHoweverLongItIs) {
     for (std::size_t length : {253U, 254U, 255U, 300U}) {
-        const HostNameIs renamed(std::string(length, 'h'));
+        const cimtest::HostNameIs renamed(std::string(length, 'h'));
         EXPECT_EQ(PYLUtil::getHostName(), std::string(std::min(length, std::size_t{255}), 'h'));
     }
 }
 
 TEST(HostName, MayBeEmpty) {
-    const HostNameIs renamed("");
+    const cimtest::HostNameIs renamed("");
     EXPECT_EQ(PYLUtil::getHostName(), "");
 }
 
@@ -106,7 +106,7 @@ TEST_F(ObjectPaths, NameTheChassis) {
 }
 
 TEST_F(ObjectPaths, CarryTheFallbackWhereTheHostNameCannotBeRead) {
-    const HostNameIs unreadable(std::nullopt);
+    const cimtest::HostNameIs unreadable(std::nullopt);
     const auto system = PYLUtil::getComputerSystemPath();
     EXPECT_EQ(system.getHost().str(), unreadableName);
     EXPECT_EQ(key(system, "Name"), unreadableName);
@@ -146,13 +146,13 @@ TEST_F(ObjectPaths, CutTheNumberOfABladeAfterThreeCharacters) {
 
 TEST_F(ObjectPaths, AskForTheHostNameAnewEachTime) {
     const auto before = PYLUtil::getComputerSystemPath();
-    const HostNameIs renamed("server-2");
+    const cimtest::HostNameIs renamed("server-2");
     EXPECT_EQ(key(PYLUtil::getComputerSystemPath(), "Name"), "server-2");
     EXPECT_EQ(key(before, "Name"), "server-1");
 }
 
 TEST_F(ObjectPaths, FailWithAStatusWhateverTheBrokerRefuses) {
-    using testsupport::FaultyBroker;
+    using cimtest::FaultyBroker;
     FaultyBroker faulty(host.real());
     host.use(faulty.handle());
     const auto build = [] {

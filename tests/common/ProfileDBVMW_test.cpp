@@ -3,7 +3,7 @@
 #include "common/ImplementationClassNames.h"
 #include "common/PYLConstants.h"
 #include "common/ProfileDB.h"
-#include "tests/support/Allocations.h"
+#include "testing/cimhost/testing/Allocations.h"
 #include "tests/support/Journal.h"
 #include "tests/support/TestBroker.h"
 
@@ -177,9 +177,9 @@ TEST_F(ProfileCatalogueTest, IsThereTwiceWhenLoadedTwice) {
 
 TEST_F(ProfileCatalogueTest, TakesOneAllocation) {
     PYL::ProfileDB another(log.logger);
-    const auto before = allocationCount();
+    const auto before = cimtest::allocationCount();
     another.initialize();
-    EXPECT_EQ(allocationCount() - before, 1);
+    EXPECT_EQ(cimtest::allocationCount() - before, 1);
 }
 
 }  // namespace

@@ -3,10 +3,10 @@
 #include "common/ImplementationClassNames.h"
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
+#include "testing/cimhost/testing/Allocations.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/common/Failures.h"
-#include "tests/support/Allocations.h"
-#include "tests/support/FaultyBroker.h"
-#include "tests/support/HostName.h"
 #include "tests/support/Journal.h"
 #include "tests/support/TestBroker.h"
 
@@ -136,7 +136,7 @@ TEST(PRPDBRec, TakesTextsWithAnyByte) {
 TEST(PRPDBRec, LosesNothingWhenMemoryEnds) {
     int failures = 0;
     for (int nth = 1;; ++nth) {
-        const FailingAllocation failing(nth, false);
+        const cimtest::FailingAllocation failing(nth, false);
         try {
             fullRecord();
             break;
@@ -196,7 +196,7 @@ TEST_F(ProfileDBTest, HandsOutCopies) {
 TEST_F(ProfileDBTest, MakesThePathOfARecordFromItsId) {
     profiles.make(record(12, "Fan", "Acme", 1));
     EXPECT_EQ(path(1, "Acme", "Fan", "12"), pathText(12));
-    const HostNameIs renamed("server-2");
+    const cimtest::HostNameIs renamed("server-2");
     EXPECT_EQ(path(1, "Acme", "Fan", ""),
               "//server-2/interop:PYL_RegisteredProfile.InstanceID=\"KTQ:12\"");
 }
@@ -261,11 +261,11 @@ TEST_F(ProfileDBTest, NamesTheScopingSystems) {
 
 TEST_F(ProfileDBTest, PassesOnWhatTheBrokerAnswers) {
     profiles.make(record(1, "Fan"));
-    testsupport::FaultyBroker faulty(host.real());
+    cimtest::FaultyBroker faulty(host.real());
     host.use(faulty.handle());
     for (const char* slot : {"CMPIBrokerEncFT.newObjectPath", "CMPIObjectPathFT.setHostname",
                              "CMPIObjectPathFT.addKey"}) {
-        faulty.failCall(slot, 1, testsupport::FaultyBroker::Fault::status);
+        faulty.failCall(slot, 1, cimtest::FaultyBroker::Fault::status);
         EXPECT_TRUE(
             outcomeOf([&] { profiles.getECTPpath(2, "", "Fan", ""); }).starts_with("status 1"))
             << slot;

@@ -3,7 +3,7 @@
 #include "common/PYLConstants.h"
 #include "common/ProfileDB.h"
 #include "common/ProfileDC.h"
-#include "tests/support/Allocations.h"
+#include "testing/cimhost/testing/Allocations.h"
 #include "tests/support/Journal.h"
 
 #include <gtest/gtest.h>
@@ -128,9 +128,9 @@ TEST_F(CollectionTableTest, IsThereTwiceWhenLoadedTwice) {
 
 TEST_F(CollectionTableTest, TakesOneAllocation) {
     PYL::ProfileDC another(log.logger);
-    const auto before = allocationCount();
+    const auto before = cimtest::allocationCount();
     another.initialize();
-    EXPECT_EQ(allocationCount() - before, 1);
+    EXPECT_EQ(cimtest::allocationCount() - before, 1);
 }
 
 }  // namespace

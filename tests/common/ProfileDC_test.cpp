@@ -1,7 +1,7 @@
 #include "common/ProfileDC.h"
 
 #include "common/ImplementationClassNames.h"
-#include "tests/support/Allocations.h"
+#include "testing/cimhost/testing/Allocations.h"
 #include "tests/support/Journal.h"
 
 #include <gtest/gtest.h>
@@ -113,7 +113,7 @@ TEST(PRPDCRec, AppendsImplementedClassesOneValueAtATime) {
 TEST(PRPDCRec, LosesNothingWhenMemoryEnds) {
     int failures = 0;
     for (int nth = 1;; ++nth) {
-        const FailingAllocation failing(nth, false);
+        const cimtest::FailingAllocation failing(nth, false);
         try {
             fullRow();
             break;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/InnerProvider.h"
-#include "tests/support/HostName.h"
 
 #include <functional>
 #include <string>

@@ -3,15 +3,15 @@
 // left over, and the next event is whole again.
 
 #include "cimhost/repository/CimError.h"
+#include "testing/cimhost/testing/Allocations.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
+#include "testing/cimhost/testing/HostName.h"
+#include "testing/pylcommon/testing/FakeController.h"
+#include "testing/pylcommon/testing/SystemName.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
-#include "tests/platform/ipmi/FakeController.h"
-#include "tests/support/Allocations.h"
 #include "tests/support/DataSources.h"
-#include "tests/support/FaultyBroker.h"
-#include "tests/support/HostName.h"
 #include "tests/support/Journal.h"
-#include "tests/support/SystemName.h"
 #include "tests/support/TestBroker.h"
 #include "toolkit/AlertSource.h"
 
@@ -25,8 +25,8 @@
 
 namespace {
 
+using cimtest::FaultyBroker;
 using PYL::AlertSource;
-using testsupport::FaultyBroker;
 
 constexpr int fanFailed = 3;
 constexpr const char* indicationName = "PYL_FanIndication";
@@ -66,7 +66,7 @@ Lines without(Lines lines, const std::string& property) {
 struct AlertFaults : testing::Test {
     TestBroker host{{{"KT_AlertIndication", ""}, {"PYL_ComputerSystem", ""}}};
     DataSources sources;
-    FakeController controller;
+    cimtest::FakeController controller;
     JournalLog log;
     AlertSource source{host.broker(), log.logger, indicationName};
     std::vector<Lines> delivered;
@@ -461,11 +461,11 @@ int AlertFaults::raiseWithEachAllocationFailing(bool forever) {
     int count = 0;
     int lost = 0;
     host.onIndication = [&count](const auto&) { ++count; };
-    for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
+    for (int nth = 1; nth == 1 || cimtest::allocationHasFailed(); ++nth) {
         const cimhost::CallScope scope;
         count = 0;
         {
-            const FailingAllocation failing(nth, forever);
+            const cimtest::FailingAllocation failing(nth, forever);
             starving.raise(host.context(), fanFailed);
         }
         starving.waitUntilForwarded();

@@ -3,10 +3,10 @@
 #include "cimhost/repository/CimError.h"
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
+#include "testing/pylcommon/testing/FakeController.h"
+#include "testing/pylcommon/testing/SystemName.h"
 #include "tests/common/Failures.h"
-#include "tests/platform/ipmi/FakeController.h"
 #include "tests/support/Journal.h"
-#include "tests/support/SystemName.h"
 #include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ using PYL::AlertSource;
 
 struct AlertSourceTest : testing::Test {
     TestBroker host{{{"KT_AlertIndication", ""}, {"PYL_ComputerSystem", ""}}};
-    FakeController controller;
+    cimtest::FakeController controller;
     JournalLog log;
     std::optional<cimhost::Instance> raised;
 

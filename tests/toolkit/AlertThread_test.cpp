@@ -1,8 +1,8 @@
 #include "toolkit/AlertThread.h"
 
 #include "cmpicpp/CmpiStatus.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 #include "tests/common/Failures.h"
-#include "tests/support/FaultyBroker.h"
 #include "tests/support/Journal.h"
 #include "tests/support/TestBroker.h"
 
@@ -91,7 +91,7 @@ TEST_F(AlertThreadTest, RunsOnceHoweverOftenItIsStarted) {
 }
 
 TEST_F(AlertThreadTest, StopsAtOnceInTheMiddleOfALongPeriod) {
-    testsupport::FaultyBroker faulty(host.real());
+    cimtest::FaultyBroker faulty(host.real());
     host.use(faulty.handle());
     AlertThread thread(host.broker(), log.logger, hours(1), look());
     thread.start(host.context());
@@ -132,7 +132,7 @@ TEST_F(AlertThreadTest, GoesOnWhateverALookThrows) {
 }
 
 TEST_F(AlertThreadTest, KeepsNothingThatALookHasMadeUntilTheNext) {
-    testsupport::FaultyBroker faulty(host.real());
+    cimtest::FaultyBroker faulty(host.real());
     host.use(faulty.handle());
     AlertThread thread(host.broker(), log.logger, milliseconds(1), look());
     thread.start(host.context());
@@ -169,10 +169,9 @@ TEST_F(AlertThreadTest, EndsTheThreadOfALookBeforeTheNext) {
 }
 
 TEST_F(AlertThreadTest, LeavesOutALookForWhichTheObjectManagerPreparesNothing) {
-    testsupport::FaultyBroker faulty(host.real());
+    cimtest::FaultyBroker faulty(host.real());
     host.use(faulty.handle());
-    faulty.failCall("CMPIBrokerFT.prepareAttachThread", 2,
-                    testsupport::FaultyBroker::Fault::status);
+    faulty.failCall("CMPIBrokerFT.prepareAttachThread", 2, cimtest::FaultyBroker::Fault::status);
     AlertThread thread(host.broker(), log.logger, milliseconds(1), look());
     thread.start(host.context());
     waitFor(3);
@@ -184,13 +183,12 @@ TEST_F(AlertThreadTest, LeavesOutALookForWhichTheObjectManagerPreparesNothing) {
 }
 
 TEST_F(AlertThreadTest, SaysWhatTheObjectManagerRefuses) {
-    testsupport::FaultyBroker faulty(host.real());
+    cimtest::FaultyBroker faulty(host.real());
     host.use(faulty.handle());
     AlertThread thread(host.broker(), log.logger, hours(1), look());
-    faulty.failCall("CMPIBrokerFT.prepareAttachThread", 1,
-                    testsupport::FaultyBroker::Fault::status);
+    faulty.failCall("CMPIBrokerFT.prepareAttachThread", 1, cimtest::FaultyBroker::Fault::status);
     EXPECT_EQ(outcomeOf([&] { thread.start(host.context()); }).substr(0, 7), "status ");
-    faulty.failCall("CMPIBrokerFT.attachThread", 1, testsupport::FaultyBroker::Fault::status);
+    faulty.failCall("CMPIBrokerFT.attachThread", 1, cimtest::FaultyBroker::Fault::status);
     thread.start(host.context());
     thread.stop();
     const auto lines = log.journal->take();

@@ -1,9 +1,9 @@
 #include "toolkit/CollectionProvider.h"
 
+#include "testing/cimhost/testing/Allocations.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
-#include "tests/support/Allocations.h"
 #include "tests/support/Things.h"
 #include "toolkit/TwoEndedAssociation.h"
 
@@ -123,7 +123,7 @@ TEST_F(CollectionProviderTest, DeletesWhatItHasNoRoomFor) {
     PYL::CmpiManagedInstanceCollection collection(log);
     auto instance = thing("x");
     const auto outcome = outcomeOf([&] {
-        const FailingAllocation failing(1, false);
+        const cimtest::FailingAllocation failing(1, false);
         PYL::add(collection, std::move(instance));
     });
     EXPECT_EQ(outcome, "bad_alloc");

@@ -1,7 +1,7 @@
 #include "toolkit/FailureText.h"
 
+#include "testing/cimhost/testing/Allocations.h"
 #include "tests/common/Failures.h"
-#include "tests/support/Allocations.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@
 namespace {
 
 std::string textOf(const Failure& failure, bool isMemoryGone) {
-    std::optional<FailingAllocation> failing;
+    std::optional<cimtest::FailingAllocation> failing;
     try {
         failure.raise();
     } catch (...) {

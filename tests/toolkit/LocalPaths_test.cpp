@@ -2,8 +2,8 @@
 
 #include "cmpicpp/CmpiData.h"
 #include "common/PYLUtil.h"
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/common/Failures.h"
-#include "tests/support/HostName.h"
 #include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
@@ -47,7 +47,7 @@ TEST_F(LocalPathsTest, ReplaceTheHostAndNothingElse) {
 }
 
 TEST_F(LocalPathsTest, FollowTheHostsName) {
-    const HostNameIs renamed("server-2");
+    const cimtest::HostNameIs renamed("server-2");
     EXPECT_EQ(PYL::makeLocalPath("PYL_Thing").str(), "//server-2/root/ktq:PYL_Thing");
 }
 

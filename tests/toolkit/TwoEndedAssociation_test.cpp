@@ -1,8 +1,8 @@
 #include "toolkit/TwoEndedAssociation.h"
 
 #include "cmpicpp/CmpiData.h"
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/common/Failures.h"
-#include "tests/support/HostName.h"
 #include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>

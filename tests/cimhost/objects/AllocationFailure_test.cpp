@@ -1,4 +1,4 @@
-#include "tests/support/Allocations.h"
+#include "testing/cimhost/testing/Allocations.h"
 #include "tests/support/BrokerFixture.h"
 
 #include <functional>
@@ -25,10 +25,10 @@ protected:
         for (int n = 1;; ++n) {
             CMPIStatus outcome{CMPI_RC_OK, nullptr};
             {
-                const FailingAllocation failing(n, false);
+                const cimtest::FailingAllocation failing(n, false);
                 outcome = call(outcome);
             }
-            if (!allocationHasFailed()) {
+            if (!cimtest::allocationHasFailed()) {
                 EXPECT_EQ(outcome, CMPI_RC_OK) << name;
                 break;
             }

@@ -1,17 +1,17 @@
 #include "common/detail/AssociationWalk.h"
 
 #include "cmpicpp/CmpiStatus.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 #include "tests/common/CollectionFixture.h"
 #include "tests/common/Failures.h"
-#include "tests/support/FaultyBroker.h"
 
 #include <optional>
 
 namespace {
 
+using cimtest::FaultyBroker;
 using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiObjectPath;
-using testsupport::FaultyBroker;
 
 struct AssociationsTest : CollectionFixture {
     void SetUp() override {
@@ -207,7 +207,7 @@ TEST_F(AssociationsTest, TakesTheFirstOfTwoTargetsWithOnePath) {
 
 TEST_F(AssociationsTest, CountsATwoEndedLinkOnlyInTheNamespaceOfTheRequest) {
     collection.deleteInstance(linkPath("l"));
-    link(host.path("root/other", "PYL_Link", "l", testHostName), thing("a"), thing("b"));
+    link(host.path("root/other", "PYL_Link", "l", cimtest::testHostName), thing("a"), thing("b"));
     EXPECT_EQ(askAll(thing("a")), 0);
     EXPECT_EQ(journal.take(), nothingFourTimes());
 }
@@ -218,7 +218,8 @@ TEST_F(AssociationsTest, ComparesTheNamespaceWithoutCase) {
 
 TEST_F(AssociationsTest, CountsAMultiAssociationInAnyNamespace) {
     collection.deleteInstance(linkPath("l"));
-    multiLink(host.path("root/other", "PYL_Link", "m", testHostName), thing("a"), {thing("b")});
+    multiLink(host.path("root/other", "PYL_Link", "m", cimtest::testHostName), thing("a"),
+              {thing("b")});
     EXPECT_EQ(askAll(thing("a")), 4);
 }
 
@@ -306,9 +307,9 @@ TEST_F(AssociationsTest, LetsSubclassesThroughTheResultClassFilter) {
 }
 
 TEST_F(AssociationsTest, ReadsAPathWithoutANamespaceInThatOfTheRequest) {
-    const auto lost = host.path("", "PYL_SpecialThing", "s", testHostName);
+    const auto lost = host.path("", "PYL_SpecialThing", "s", cimtest::testHostName);
     add(lost);
-    multiLink(host.path("", "PYL_SpecialLink", "m", testHostName), thing("a"), {lost});
+    multiLink(host.path("", "PYL_SpecialLink", "m", cimtest::testHostName), thing("a"), {lost});
     EXPECT_EQ(associatorNames(thing("a"), "PYL_Link", "PYL_Thing"), 2);
     EXPECT_EQ(referenceNames(thing("a"), "PYL_Link"), 2);
     EXPECT_EQ(referenceNames(thing("a"), "PYL_Thing"), 0);
@@ -460,7 +461,7 @@ TEST_F(UpCallTest, GoesOnWhenTheFilterCannotBeApplied) {
 }
 
 TEST_F(UpCallTest, ReadsWhatCameWithoutANamespaceInThatOfTheFarEnd) {
-    const auto far = host.path("", "PYL_SpecialThing", "far", testHostName);
+    const auto far = host.path("", "PYL_SpecialThing", "far", cimtest::testHostName);
     if (outcomeOf([&] { host.instance(far).getPath(); }) != "none") {
         GTEST_SKIP() << "this host gives it no path";
     }

@@ -1,12 +1,12 @@
 #include "common/detail/EnclosureForwarding.h"
 
 #include "common/KTAlertIndication.h"
+#include "testing/cimhost/testing/Allocations.h"
+#include "testing/cimhost/testing/HostName.h"
+#include "testing/pylcommon/testing/FakeController.h"
+#include "testing/pylcommon/testing/SystemName.h"
 #include "tests/common/QuietResults.h"
-#include "tests/platform/ipmi/FakeController.h"
-#include "tests/support/Allocations.h"
-#include "tests/support/HostName.h"
 #include "tests/support/Journal.h"
-#include "tests/support/SystemName.h"
 
 #include <gtest/gtest.h>
 
@@ -32,12 +32,12 @@ constexpr int information = 2;
 constexpr int degraded = 3;
 
 struct EnclosureForwarding : testing::Test {
-    FakeController controller;
+    cimtest::FakeController controller;
     JournalLog log;
     std::vector<std::unique_ptr<Alert>> alerts;
 
-    EnclosureForwarding() { setTestHostName("server-1"); }
-    ~EnclosureForwarding() override { setTestHostName(testHostName); }
+    EnclosureForwarding() { cimtest::setTestHostName("server-1"); }
+    ~EnclosureForwarding() override { cimtest::setTestHostName(cimtest::testHostName); }
 
     /// An alert that is forwarded.
     Alert& alert(int severity = degraded) {
@@ -136,8 +136,8 @@ TEST_F(EnclosureForwarding, CallsNetworkEventsByTheirType) {
 }
 
 TEST_F(EnclosureForwarding, DoesWithoutWhatTheSystemDoesNotTell) {
-    setTestHostName(std::nullopt);
-    const SystemNameIs unnamed(std::nullopt);
+    cimtest::setTestHostName(std::nullopt);
+    const cimtest::SystemNameIs unnamed(std::nullopt);
     auto& forwarded = alert();
     const auto lines = linesOf(forwarded);
     ASSERT_EQ(lines.size(), 2U);
@@ -277,8 +277,8 @@ TEST_F(EnclosureForwarding, SaysWhatIsWrongWithTheInterface) {
 TEST_F(EnclosureForwarding, LetsNothingOutWhenMemoryRunsOut) {
     auto logger = silentLogger();
     Alert forwarded(logger, degraded);
-    for (int nth = 1; nth == 1 || allocationHasFailed(); ++nth) {
-        const FailingAllocation failing(nth, false);
+    for (int nth = 1; nth == 1 || cimtest::allocationHasFailed(); ++nth) {
+        const cimtest::FailingAllocation failing(nth, false);
         EXPECT_EQ(forwarded.mp_event_gen(), 0);
         ASSERT_LT(nth, 5000);
     }

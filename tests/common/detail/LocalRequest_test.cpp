@@ -1,7 +1,7 @@
 #include "common/detail/LocalRequest.h"
 
 #include "cmpicpp/CmpiStatus.h"
-#include "tests/support/HostName.h"
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/support/TestBroker.h"
 
 #include <gtest/gtest.h>
@@ -32,14 +32,14 @@ TEST(LocalRequest, CopiesOnceForAWholeWalk) {
     const auto path = host.path("root/ktq", "PYL_Thing", "a", "elsewhere");
     LocalRequest request(path);
     const auto* const first = &request.path();
-    const HostNameIs renamed("server-2");
+    const cimtest::HostNameIs renamed("server-2");
     EXPECT_EQ(&request.path(), first);
     EXPECT_EQ(request.path().getHost().str(), "server-1");
 }
 
 TEST(LocalRequest, NamesAHostWhoseNameCannotBeReadAsPathBuildersDo) {
     TestBroker host;
-    const HostNameIs unreadable(std::nullopt);
+    const cimtest::HostNameIs unreadable(std::nullopt);
     const auto path = host.path("root/ktq", "PYL_Thing", "a", "elsewhere");
     LocalRequest request(path);
     EXPECT_EQ(request.path().getHost().str(), "Host Name Not Defined!");

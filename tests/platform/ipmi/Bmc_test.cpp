@@ -1,13 +1,13 @@
 #include "platform/ipmi/Bmc.h"
 
-#include "tests/platform/ipmi/FakeController.h"
+#include "testing/pylcommon/testing/FakeController.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 struct BmcTest : testing::Test {
-    FakeController controller;
+    cimtest::FakeController controller;
     BmcHandle handle;
 };
 

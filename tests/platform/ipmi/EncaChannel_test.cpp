@@ -1,5 +1,5 @@
 #include "platform/ipmi/Bmc.h"
-#include "tests/platform/ipmi/FakeController.h"
+#include "testing/pylcommon/testing/FakeController.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 namespace {
 
 struct EncaChannel : testing::Test {
-    FakeController controller;
+    cimtest::FakeController controller;
     BmcHandle handle;
     EncaRequest request;
     std::vector<char> output = std::vector<char>(1000);

@@ -5,7 +5,7 @@
 #include "cmpicpp/CmpiInstance.h"
 #include "providers/baseserver/PciBus.h"
 #include "providers/baseserver/ServerFacts.h"
-#include "tests/support/HostName.h"
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/support/RedirectedFiles.h"
 #include "tests/support/TestBroker.h"
 

@@ -1,12 +1,12 @@
 #include "providers/baseserver/ServerInventory.h"
 
 #include "common/PYLUtil.h"
+#include "testing/cimhost/testing/Allocations.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
 #include "tests/platform/smbios/SmbiosImage.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
-#include "tests/support/Allocations.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -230,7 +230,7 @@ TEST_F(ServerInventoryMemory, FindsItsWayBackAfterEveryAllocationThatFails) {
         machineIs(2);
         now += seconds(100);
         {
-            const FailingAllocation failing(nth, nth % 2 == 0);
+            const cimtest::FailingAllocation failing(nth, nth % 2 == 0);
             try {
                 tested.refresh();
             } catch (const std::bad_alloc&) {
@@ -240,7 +240,7 @@ TEST_F(ServerInventoryMemory, FindsItsWayBackAfterEveryAllocationThatFails) {
         EXPECT_EQ(reported(instances, "PYL_ComputerSystem").size(), 1U) << nth;
         EXPECT_GE(reported(instances, "PYL_PCIDevice").size(), 2U) << nth;
         // Back to what it was, which a half-done refresh must not take for fresh.
-        const bool failed = allocationHasFailed();
+        const bool failed = cimtest::allocationHasFailed();
         machineIs(1);
         now += seconds(100);
         tested.refresh();

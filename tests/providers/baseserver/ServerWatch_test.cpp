@@ -2,8 +2,8 @@
 
 #include "common/DataStoreTxt.h"
 #include "platform/smbios/SmBios.h"
+#include "testing/pylcommon/testing/FakeController.h"
 #include "tests/common/QuietResults.h"
-#include "tests/platform/ipmi/FakeController.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
 #include "tests/support/WaitingLines.h"
 
@@ -22,7 +22,7 @@ using std::chrono::seconds;
 void put(const char* marker) { fs::create_symlink("/etc/passwd", RedirectedFiles::real(marker)); }
 
 struct ServerWatchTest : BaseServerFixture {
-    FakeController controller;
+    cimtest::FakeController controller;
     Logger log = silentLogger();
     std::vector<std::string> raised;
     std::chrono::steady_clock::time_point now{};

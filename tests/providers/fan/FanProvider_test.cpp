@@ -3,10 +3,10 @@
 #include "common/PYLUtil.h"
 #include "platform/smbios/SmBios.h"
 #include "providers/fan/FanInstance.h"
+#include "testing/pylcommon/testing/FakeController.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
 #include "tests/common/QuietResults.h"
-#include "tests/platform/ipmi/FakeController.h"
 #include "tests/support/TestBroker.h"
 #include "tests/support/WaitingLines.h"
 
@@ -24,7 +24,7 @@ struct FanProviderTest : testing::Test {
                      {"PYL_FanGroup", ""},
                      {"PYL_ComputerSystem", ""},
                      {"KT_AlertIndication", ""}}};
-    FakeController controller;
+    cimtest::FakeController controller;
     Logger log = silentLogger();
     Journal journal;
     CapturedPaths paths{journal};

@@ -95,9 +95,9 @@ TEST_F(ConformanceTest, PassesOnWhatIsNoFailureOfAProvider) {
     elements["PYL_Fan"] = [this]() -> std::vector<CmpiObjectPath> {
         return {element("PYL_Fan", "1")};
     };
-    setTestHostName(std::nullopt);
+    cimtest::setTestHostName(std::nullopt);
     EXPECT_EQ(all("interop").size(), 2U);
-    setTestHostName(testHostName);
+    cimtest::setTestHostName(cimtest::testHostName);
 }
 
 TEST_F(ConformanceTest, AsksOnlyForWhatMayBeAtTheOtherEnd) {

@@ -3,9 +3,9 @@
 #include "cimhost/objects/Objects.h"
 #include "cmpicpp/CmpiStatus.h"
 #include "common/ProfileDB.h"
+#include "testing/cimhost/testing/HostName.h"
 #include "tests/common/CapturedResults.h"
 #include "tests/common/Failures.h"
-#include "tests/support/HostName.h"
 #include "tests/support/Journal.h"
 #include "tests/support/TestBroker.h"
 

@@ -1,13 +1,13 @@
-#include "tests/support/FaultyTables.h"
+#include "testing/cimhost/testing/FaultyTables.h"
 
-#include "tests/support/FaultPlan.h"
-#include "tests/support/SlotList.h"
+#include "testing/FaultPlan.h"
+#include "testing/SlotList.h"
 
 #include <array>
 #include <mutex>
 #include <type_traits>
 
-namespace testsupport {
+namespace cimtest {
 
 namespace {
 
@@ -200,6 +200,30 @@ template void interpose(const CMPIError*);
 template void interpose(const CMPIPropertyList*);
 template void interpose(const CMPIEnumerationFilter*);
 
+cimhost::ObjectTables interposed(const cimhost::ObjectTables& real) {
+    const auto at = [&]<typename Table>(TableOf<Table>, cimhost::ObjectKind kind) -> const void* {
+        const void* const table = real[static_cast<std::size_t>(kind)];
+        return faultyTable(*static_cast<const Table*>(table));
+    };
+    using Kind = cimhost::ObjectKind;
+    return {at(TableOf<CMPIObjectPathFT>(), Kind::objectPath),
+            at(TableOf<CMPIInstanceFT>(), Kind::instance),
+            at(TableOf<CMPIArgsFT>(), Kind::arguments),
+            at(TableOf<CMPIStringFT>(), Kind::string),
+            at(TableOf<CMPIArrayFT>(), Kind::array),
+            at(TableOf<CMPIDateTimeFT>(), Kind::dateTime),
+            at(TableOf<CMPIEnumerationFT>(), Kind::enumeration),
+            at(TableOf<CMPIContextFT>(), Kind::context),
+            at(TableOf<CMPIResultFT>(), Kind::result),
+            at(TableOf<CMPIErrorFT>(), Kind::error),
+            at(TableOf<CMPIPropertyListFT>(), Kind::propertyList),
+            at(TableOf<CMPIEnumerationFilterFT>(), Kind::enumerationFilter),
+            at(TableOf<CMPISelectExpFT>(), Kind::selectExpression),
+            at(TableOf<CMPISelectCondFT>(), Kind::selectCondition),
+            at(TableOf<CMPISubCondFT>(), Kind::subCondition),
+            at(TableOf<CMPIPredicateFT>(), Kind::predicate)};
+}
+
 CMPIBroker interposed(const CMPIBroker& real) {
     // Brokers of one program share their tables but the first, which therefore is copied anew.
     const auto* const first = faultyTable(*real.bft);
@@ -208,4 +232,4 @@ CMPIBroker interposed(const CMPIBroker& real) {
             real.mft ? faultyTable(*real.mft) : nullptr};
 }
 
-}  // namespace testsupport
+}  // namespace cimtest

@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+namespace cimtest {
+
 /// What uname(2) tells of a machine, as far as the library asks.
 struct SystemName {
     std::string machine = "x86_64";
@@ -19,3 +21,5 @@ public:
     SystemNameIs(const SystemNameIs&) = delete;
     SystemNameIs& operator=(const SystemNameIs&) = delete;
 };
+
+}  // namespace cimtest

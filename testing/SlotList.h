@@ -3,7 +3,7 @@
 #include "cmpi/cmpift.h"
 
 /// The slots of every table by name, but for the data members and the two variadic functions.
-namespace testsupport {
+namespace cimtest {
 
 template <typename Table>
 struct TableOf {};
@@ -106,4 +106,4 @@ void visitTables(auto visit) {
               CMPIEnumerationFilterFT>(visit);
 }
 
-}  // namespace testsupport
+}  // namespace cimtest

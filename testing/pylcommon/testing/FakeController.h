@@ -10,6 +10,8 @@
 #include <optional>
 #include <string>
 
+namespace cimtest {
+
 /// A controller in process, with an enclosure's module behind it that keeps the lines it is given.
 /// What it answers, a test sets. One at a time; while it lives BMC_open() opens it.
 class FakeController {
@@ -139,3 +141,5 @@ private:
 
     static inline FakeController* current = nullptr;
 };
+
+}  // namespace cimtest

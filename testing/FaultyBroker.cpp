@@ -1,12 +1,12 @@
-#include "tests/support/FaultyBroker.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 
-#include "tests/support/FaultPlan.h"
+#include "testing/FaultPlan.h"
 
 #include <algorithm>
 #include <mutex>
 #include <stdexcept>
 
-namespace testsupport {
+namespace cimtest {
 
 namespace {
 
@@ -76,4 +76,4 @@ bool FaultyBroker::hasFailed() const noexcept { return planHappened(); }
 
 unsigned FaultyBroker::calls(std::string_view slot) const { return findSlot(slot).calls; }
 
-}  // namespace testsupport
+}  // namespace cimtest

@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+namespace cimtest {
+
 /// The test program answers gethostname(2) itself, so that paths read the same on every machine.
 constexpr const char* testHostName = "server-1";
 
@@ -17,3 +19,5 @@ public:
     HostNameIs(const HostNameIs&) = delete;
     HostNameIs& operator=(const HostNameIs&) = delete;
 };
+
+}  // namespace cimtest

@@ -1,4 +1,4 @@
-#include "tests/support/FaultyBroker.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 
 #include "tests/support/BrokerFixture.h"
 
@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace testsupport {
+namespace cimtest {
 namespace {
 
 using Fault = FaultyBroker::Fault;
@@ -135,4 +135,4 @@ TEST_F(FaultyBrokerTest, ExistsOnce) {
 }
 
 }  // namespace
-}  // namespace testsupport
+}  // namespace cimtest

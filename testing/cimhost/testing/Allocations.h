@@ -1,5 +1,7 @@
 #pragma once
 
+namespace cimtest {
+
 /// The program that links Allocations.cpp has its global allocation functions replaced by ones that
 /// count and fail on order, for the calling thread alone.
 
@@ -17,3 +19,5 @@ public:
 
 /// Whether the last failing allocation of this thread has happened.
 bool allocationHasFailed() noexcept;
+
+}  // namespace cimtest

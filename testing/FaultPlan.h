@@ -1,13 +1,14 @@
 #pragma once
 
-#include "tests/support/FaultyBroker.h"
+#include "cimhost/objects/BrokerTables.h"
+#include "testing/cimhost/testing/FaultyBroker.h"
 
 #include <atomic>
 #include <string_view>
 #include <vector>
 
 /// What is to fail, and how often each slot was called. Safe from several threads.
-namespace testsupport {
+namespace cimtest {
 
 struct Slot {
     std::string_view name;
@@ -29,7 +30,10 @@ struct FaultPlan {
 /// The plan for this very call, which is counted: `slot` is null when the call is to succeed.
 FaultPlan planFor(Slot& slot);
 
+/// The tables of objects, by kind, in front of these.
+cimhost::ObjectTables interposed(const cimhost::ObjectTables& real);
+
 void setPlan(const FaultPlan& plan);
 bool planHappened();
 
-}  // namespace testsupport
+}  // namespace cimtest

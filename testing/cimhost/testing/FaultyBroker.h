@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace testsupport {
+namespace cimtest {
 
 /// A broker that fails on order, in front of a real one: every table of the broker and of its
 /// objects is interposed, so that each single call can be made to fail.
@@ -67,11 +67,11 @@ private:
     CMPIBroker _handle;
 };
 
-}  // namespace testsupport
+}  // namespace cimtest
 
-#include "tests/support/FaultyTables.h"
+#include "cimhost/testing/FaultyTables.h"
 
-namespace testsupport {
+namespace cimtest {
 
 template <typename Handle>
 Handle* FaultyBroker::adopt(Handle* object) {
@@ -79,4 +79,4 @@ Handle* FaultyBroker::adopt(Handle* object) {
     return object;
 }
 
-}  // namespace testsupport
+}  // namespace cimtest

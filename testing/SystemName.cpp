@@ -1,4 +1,4 @@
-#include "tests/support/SystemName.h"
+#include "testing/pylcommon/testing/SystemName.h"
 
 #include <sys/utsname.h>
 
@@ -6,6 +6,7 @@
 #include <cstring>
 #include <utility>
 
+namespace cimtest {
 namespace {
 
 // Built at its first use: somebody may ask before this file's statics are made.
@@ -25,15 +26,18 @@ SystemNameIs::SystemNameIs(std::optional<SystemName> name) { systemName() = std:
 
 SystemNameIs::~SystemNameIs() { systemName() = SystemName(); }
 
+}  // namespace cimtest
+
 // Takes the place of the C library's.
-extern "C" __attribute__((visibility("default"))) int uname(utsname* buffer) noexcept {
-    if (!systemName()) {
+extern "C" __attribute__((weak, visibility("default"))) int uname(utsname* buffer) noexcept {
+    const auto& machine = cimtest::systemName();
+    if (!machine) {
         errno = EFAULT;
         return -1;
     }
     *buffer = {};
-    fill(buffer->sysname, "Linux");
-    fill(buffer->machine, systemName()->machine);
-    fill(buffer->release, systemName()->release);
+    cimtest::fill(buffer->sysname, "Linux");
+    cimtest::fill(buffer->machine, machine->machine);
+    cimtest::fill(buffer->release, machine->release);
     return 0;
 }

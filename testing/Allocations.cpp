@@ -1,8 +1,9 @@
-#include "tests/support/Allocations.h"
+#include "testing/cimhost/testing/Allocations.h"
 
 #include <cstdlib>
 #include <new>
 
+namespace cimtest {
 namespace {
 
 struct State {
@@ -42,11 +43,18 @@ FailingAllocation::FailingAllocation(int nth, bool forever) noexcept {
 
 FailingAllocation::~FailingAllocation() { state.left = 0; }
 
-void* operator new(std::size_t size) {
-    if (void* const memory = allocate(size)) return memory;
+}  // namespace cimtest
+
+// Weak: a program that replaces some of them itself keeps its own.
+#define PYL_WEAK __attribute__((weak))
+
+PYL_WEAK void* operator new(std::size_t size) {
+    if (void* const memory = cimtest::allocate(size)) return memory;
     throw std::bad_alloc();
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+PYL_WEAK void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return cimtest::allocate(size);
+}
+PYL_WEAK void operator delete(void* memory) noexcept { std::free(memory); }
+PYL_WEAK void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+PYL_WEAK void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }

@@ -3,7 +3,7 @@
 #include "cmpi/cmpift.h"
 
 /// How the tables are interposed; FaultyBroker.h is for use.
-namespace testsupport {
+namespace cimtest {
 
 /// Replaces the table of an object by one whose calls can fail. Null is let alone, and an object
 /// that is interposed already. For every kind of object but the broker itself.
@@ -13,4 +13,4 @@ void interpose(const Handle* object);
 /// The broker's tables, in front of these.
 CMPIBroker interposed(const CMPIBroker& real);
 
-}  // namespace testsupport
+}  // namespace cimtest

@@ -1,0 +1,54 @@
+#include "testing/pylcommon/testing/FakeHost.h"
+
+#include "platform/host/HostFiles.h"
+#include "platform/smbios/SmBios.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+
+namespace cimtest {
+
+namespace fs = std::filesystem;
+
+FakeHost::FakeHost() : _root((fs::temp_directory_path() / "machine-XXXXXX").string()) {
+    if (!::mkdtemp(_root.data())) throw std::runtime_error("no folder for a machine");
+    controller.openStatus = ENOENT;
+    setHostRoot(_root);
+    SmBios::setSource(std::make_shared<SmbiosMemory>(Bytes()));
+}
+
+FakeHost::~FakeHost() {
+    SmBios::setSource(nullptr);
+    setHostRoot({});
+    std::error_code ignored;
+    fs::remove_all(_root, ignored);
+}
+
+void FakeHost::write(const std::string& path, const std::string& text) const {
+    const fs::path file = _root + path;
+    fs::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << text;
+}
+
+void FakeHost::remove(const std::string& path) const { fs::remove_all(_root + path); }
+
+void FakeHost::device(const std::string& path, const Attributes& attributes,
+                      const std::string& name) const {
+    fs::create_directories(_root + path);
+    for (const auto& [file, text] : attributes) write(path + "/" + file, text + "\n");
+    if (name.empty()) return;
+    const fs::path target = _root + "/sys/devices/" + name;
+    fs::create_directories(target);
+    fs::create_directory_symlink(target, _root + path + "/device");
+}
+
+void FakeHost::firmwareIs(const SmbiosImage& image) {
+    SmBios::setSource(std::make_shared<SmbiosMemory>(image.dump()));
+}
+
+void FakeHost::firmwareIs(const fs::path& dump) {
+    SmBios::setSource(std::make_shared<SmbiosDumpFile>(dump.string()));
+}
+
+}  // namespace cimtest

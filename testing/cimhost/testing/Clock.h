@@ -1,0 +1,19 @@
+#pragma once
+
+#include <chrono>
+
+namespace cimtest {
+
+/// While it lives the day clock of the program stands still: clock_gettime(2), and so
+/// std::chrono::system_clock, and time(2). Other clocks go on, by which waits end. One at a time.
+class TimeIs {
+public:
+    explicit TimeIs(std::chrono::system_clock::time_point now);
+    ~TimeIs();
+    TimeIs(const TimeIs&) = delete;
+    TimeIs& operator=(const TimeIs&) = delete;
+
+    void pass(std::chrono::system_clock::duration time);
+};
+
+}  // namespace cimtest
