@@ -384,6 +384,10 @@ FaultyBroker& Host::faults() {
 }
 
 const CMPIBroker* Host::handle() const noexcept { return _parts->broker.handle(); }
-const CMPIContext* Host::callContext() const noexcept { return _parts->context; }
+
+const CMPIContext* Host::callContext() {
+    _start();
+    return _parts->context;
+}
 
 }  // namespace cimtest

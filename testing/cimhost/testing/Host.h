@@ -145,8 +145,9 @@ public:
     FaultyBroker& faults();
 
     const CMPIBroker* handle() const noexcept;
-    /// A context as calls have it, good as long as the host.
-    const CMPIContext* callContext() const noexcept;
+    /// A context as calls have it, good as long as the host, for what a test asks a provider object
+    /// by itself: from then on it finds the other providers.
+    const CMPIContext* callContext();
 
 protected:
     /// Called once, before the first operation.

@@ -44,7 +44,7 @@ public:
     ~ProviderHost() override;
 
     CmpiCpp::CmpiBroker broker() const noexcept { return CmpiCpp::CmpiBroker(handle()); }
-    CmpiCpp::CmpiContext context() const { return CmpiCpp::CmpiContext(callContext()); }
+    CmpiCpp::CmpiContext context() { return CmpiCpp::CmpiContext(callContext()); }
     /// Writes into the host's log, as loggers do that a loaded module makes itself.
     Logger& logger() noexcept;
 

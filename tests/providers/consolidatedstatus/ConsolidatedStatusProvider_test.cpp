@@ -1,188 +1,161 @@
 #include "providers/consolidatedstatus/ConsolidatedStatusProvider.h"
 
-#include "common/PYLUtil.h"
-#include "tests/common/CapturedResults.h"
-#include "tests/common/Failures.h"
-#include "tests/common/QuietResults.h"
-#include "tests/support/TestBroker.h"
+#include <gtest/gtest.h>
+#include <pylcommon/testing.h>
 
 #include <thread>
 #include <vector>
 
 namespace {
 
-using CmpiCpp::CmpiArgs;
-using CmpiCpp::CmpiObjectPath;
-using CmpiCpp::CmpiValue;
+using cimtest::arrayOf;
+using cimtest::failureOf;
+using cimtest::Named;
+using cimtest::Path;
+using cimtest::Value;
 using consolidatedstatus::ConsolidatedStatusProvider;
 
-constexpr const char* overallText =
-    "//server-1/root/ktq:PYL_ConsolidatedStatus.InstanceID=\"KTQ:PYL_ConsolidatedStatus\"";
+const Path overall{"PYL_ConsolidatedStatus.InstanceID=\"KTQ:PYL_ConsolidatedStatus\""};
 
-std::string postedText(const std::string& className) {
-    return "//server-1/root/ktq:PYL_ConsolidatedStatus.InstanceID=\"KTQ:PYL_ConsolidatedStatus:" +
-           className + "\"";
+Path posted(const std::string& className) {
+    return {"PYL_ConsolidatedStatus", {{"InstanceID", "KTQ:PYL_ConsolidatedStatus:" + className}}};
 }
 
 struct ConsolidatedStatusTest : testing::Test {
-    TestBroker host{{{"PYL_ConsolidatedStatus", ""}}};
-    Logger log = silentLogger();
-    Journal journal;
-    CapturedPaths paths{journal};
-    CapturedInstances instances{journal};
-    CapturedMethodResult method{journal};
-    ConsolidatedStatusProvider provider{host.broker(), log, [] {
-                                            using std::chrono::seconds;
-                                            using std::chrono::system_clock;
-                                            return system_clock::time_point(seconds(86'400));
-                                        }};
+    ConsolidatedStatusTest()
+        : ConsolidatedStatusTest({"base/base.mof", "PYL_ConsolidatedStatus.mof"}, "") {}
+    ConsolidatedStatusTest(const std::vector<std::filesystem::path>& mof,
+                           const std::string& classes)
+        : host("root/ktq", mof) {
+        host.readMofText(classes);
+        provider =
+            &host.serve(std::make_unique<ConsolidatedStatusProvider>(host.broker(), host.logger()),
+                        {"PYL_ConsolidatedStatus"});
+    }
 
-    CmpiObjectPath classPath(const char* className) {
-        return CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
+    cimtest::TimeIs clock{std::chrono::system_clock::time_point(std::chrono::seconds(86'400))};
+    cimtest::FakeHost machine;
+    cimtest::ProviderHost host;
+    ConsolidatedStatusProvider* provider = nullptr;
+
+    std::string call(const Named& in, const char* method = "PostStatus") {
+        return failureOf(
+            [&] { EXPECT_EQ(host.invoke("PYL_ConsolidatedStatus", method, in).returned, 0); });
     }
-    std::string call(const CmpiArgs& in, const char* name = "PostStatus",
-                     const char* className = "PYL_ConsolidatedStatus") {
-        return outcomeOf(
-            [&] { provider.invokeMethod(host.context(), classPath(className), name, in, method); });
+    std::string post(const std::string& className, int status) {
+        return call({{"ClassName", className}, {"Status", status}});
     }
-    std::string post(const CmpiValue& className, const CmpiValue& status) {
-        auto in = CmpiCpp::makeCmpiArgs(host.broker());
-        in.addArg("ClassName", className);
-        in.addArg("Status", status);
-        return call(in);
-    }
-    static CmpiValue status(unsigned value) {
-        return CmpiValue(static_cast<unsigned short>(value));
-    }
-    Lines names() {
-        journal.take();
-        provider.enumInstanceNames(host.context(), classPath("PYL_ConsolidatedStatus"), paths);
-        return journal.take();
-    }
-    /// The one instance with this path.
-    std::string shown(const std::string& path) {
-        journal.take();
-        provider.enumInstances(host.context(), classPath("PYL_ConsolidatedStatus"), nullptr,
-                               instances);
-        for (const auto& line : journal.take()) {
-            if (line.ends_with(" at " + path)) return line;
-        }
-        return "none";
-    }
+    std::size_t count() { return host.names("PYL_ConsolidatedStatus").size(); }
 };
 
 TEST_F(ConsolidatedStatusTest, KnowsNothingAtFirst) {
-    EXPECT_EQ(names(), Lines{std::string("delivered ") + overallText});
-    const auto overall = shown(overallText);
-    EXPECT_NE(overall.find("OperationalStatus = {0};"), overall.npos) << overall;
-    EXPECT_NE(overall.find("PostCount = 0;"), overall.npos) << overall;
-    EXPECT_EQ(overall.find("LastPosted"), overall.npos) << overall;
+    EXPECT_EQ(host.names("PYL_ConsolidatedStatus"), std::vector<Path>{overall});
+    EXPECT_EQ(host.get(overall)["OperationalStatus"], arrayOf(0));
+    EXPECT_EQ(host.get(overall)["PostCount"], 0);
+    EXPECT_FALSE(host.get(overall).has("LastPosted"));
 }
 
 TEST_F(ConsolidatedStatusTest, ShowsWhatWasPosted) {
-    EXPECT_EQ(post("PYL_Fan", status(3)), "none");
-    EXPECT_EQ(journal.take(), Lines{"delivered uint32 0"});
-    EXPECT_EQ(names(), (Lines{std::string("delivered ") + overallText,
-                              "delivered " + postedText("PYL_Fan")}));
-    EXPECT_EQ(shown(postedText("PYL_Fan")),
-              "delivered instance of PYL_ConsolidatedStatus {InstanceID = "
-              "\"KTQ:PYL_ConsolidatedStatus:PYL_Fan\"; ElementName = \"Status of PYL_Fan\"; "
-              "ReportingClass = \"PYL_Fan\"; OperationalStatus = {3}; StatusDescriptions = "
-              "{\"Degraded\"}; HealthState = 10; PostCount = 1; LastPosted = "
-              "\"19700102000000.000000+000\";} at " +
-                  postedText("PYL_Fan"));
+    EXPECT_EQ(post("PYL_Fan", 3), "");
+    EXPECT_EQ(host.names("PYL_ConsolidatedStatus"),
+              (std::vector<Path>{overall, posted("PYL_Fan")}));
+    EXPECT_EQ(
+        host.get(posted("PYL_Fan")),
+        cimtest::Instance(posted("PYL_Fan"), {{"InstanceID", "KTQ:PYL_ConsolidatedStatus:PYL_Fan"},
+                                              {"ElementName", "Status of PYL_Fan"},
+                                              {"ReportingClass", "PYL_Fan"},
+                                              {"OperationalStatus", arrayOf(3)},
+                                              {"StatusDescriptions", arrayOf("Degraded")},
+                                              {"HealthState", 10},
+                                              {"PostCount", 1},
+                                              {"LastPosted", "19700102000000.000000+000"}}));
 }
 
 TEST_F(ConsolidatedStatusTest, ShowsEachClassOnceAndTheWorstOfAll) {
-    post("PYL_Fan", status(6));
-    post("PYL_Power", status(2));
-    post("PYL_Fan", status(3));
-    EXPECT_EQ(names().size(), 3U);
-    const auto overall = shown(overallText);
-    EXPECT_NE(overall.find("OperationalStatus = {3};"), overall.npos) << overall;
-    EXPECT_NE(overall.find("PostCount = 3;"), overall.npos) << overall;
+    post("PYL_Fan", 6);
+    post("PYL_Power", 2);
+    post("PYL_Fan", 3);
+    EXPECT_EQ(count(), 3U);
+    EXPECT_EQ(host.get(overall)["OperationalStatus"], arrayOf(3));
+    EXPECT_EQ(host.get(overall)["PostCount"], 3);
 }
 
 TEST_F(ConsolidatedStatusTest, CountsAnUndefinedStatusAsUnknown) {
-    post("PYL_Fan", status(99));
-    EXPECT_NE(shown(postedText("PYL_Fan")).find("OperationalStatus = {0};"), std::string::npos);
+    post("PYL_Fan", 99);
+    EXPECT_EQ(host.get(posted("PYL_Fan"))["OperationalStatus"], arrayOf(0));
 }
 
-TEST_F(ConsolidatedStatusTest, GetsOneByItsPath) {
-    post("PYL_Fan", status(2));
-    journal.take();
-    auto path = classPath("PYL_ConsolidatedStatus");
-    path.addKey("InstanceID", "KTQ:PYL_ConsolidatedStatus:PYL_Fan");
-    provider.getInstance(host.context(), path, nullptr, instances);
-    EXPECT_EQ(journal.take().size(), 1U);
-    path = classPath("PYL_ConsolidatedStatus");
-    path.addKey("InstanceID", "KTQ:PYL_ConsolidatedStatus:PYL_Other");
-    EXPECT_EQ(outcomeOf([&] { provider.getInstance(host.context(), path, nullptr, instances); }),
-              "status 6 no such instance: " + path.str());
+TEST_F(ConsolidatedStatusTest, SaysWhichItHasNot) {
+    EXPECT_EQ(failureOf([&] { host.get(posted("PYL_Other")); }),
+              "6 no such instance: /root/ktq:PYL_ConsolidatedStatus.InstanceID="
+              "\"KTQ:PYL_ConsolidatedStatus:PYL_Other\"");
 }
 
-TEST_F(ConsolidatedStatusTest, TellsTheCallerWhatIsWrongWithItsArguments) {
-    auto in = CmpiCpp::makeCmpiArgs(host.broker());
-    EXPECT_EQ(call(in), "status 4 Argument 'ClassName' not present");
-    in.addArg("ClassName", "PYL_Fan");
-    EXPECT_EQ(call(in), "status 4 Argument 'Status' not present");
-    EXPECT_EQ(post("PYL_Fan", 3U),
-              "status 4 Argument 'Status' has bad type uint32, expecting uint16");
-    EXPECT_EQ(post(status(3), status(3)),
-              "status 4 Argument 'ClassName' has bad type uint16, expecting string");
-    EXPECT_EQ(names().size(), 1U);
+/// Hosts that hold no arguments against the class let everything through.
+struct BehindALooseHost : ConsolidatedStatusTest {
+    explicit BehindALooseHost(const std::string& typeOfName = "string")
+        : ConsolidatedStatusTest({},
+                                 "class PYL_ConsolidatedStatus { [Key] string InstanceID;"
+                                 " uint32 Reset(); uint32 PostStatus([In] " +
+                                     typeOfName + " ClassName, [In] uint32 Status); };") {}
+};
+struct BehindAHostThatSendsNumbers : BehindALooseHost {
+    BehindAHostThatSendsNumbers() : BehindALooseHost("uint16") {}
+};
+
+TEST_F(BehindALooseHost, TellsTheCallerWhatIsWrongWithItsArguments) {
+    EXPECT_EQ(call({}), "4 Argument 'ClassName' not present");
+    EXPECT_EQ(call({{"ClassName", "PYL_Fan"}}), "4 Argument 'Status' not present");
+    EXPECT_EQ(post("PYL_Fan", 3), "4 Argument 'Status' has bad type uint32, expecting uint16");
+    EXPECT_NE(call({{"ClassName", Value()}, {"Status", 3}}), "");
+    EXPECT_EQ(count(), 1U);
+}
+
+TEST_F(BehindAHostThatSendsNumbers, TellsThatANumberIsNoName) {
+    EXPECT_EQ(call({{"ClassName", 3}}),
+              "4 Argument 'ClassName' has bad type uint16, expecting string");
+}
+
+TEST_F(BehindALooseHost, KnowsNoOtherMethod) {
+    EXPECT_EQ(call({}, "Reset"), "17 no such method: Reset");
 }
 
 TEST_F(ConsolidatedStatusTest, RefusesWhatCannotBeAClass) {
     for (const std::string& name :
          {std::string(), std::string("1Fan"), std::string("PYL Fan"), std::string("PYL_\n"),
           std::string("PYL_F\xC3\xA4n"), std::string("%s%n"), std::string(256, 'a')}) {
-        EXPECT_EQ(post(name, status(2)), "status 4 Argument 'ClassName' is not a class name")
-            << name;
+        EXPECT_EQ(post(name, 2), "4 Argument 'ClassName' is not a class name") << name;
     }
-    EXPECT_TRUE(post(CmpiValue::null(CMPI_string), status(2)).starts_with("status "));
-    EXPECT_EQ(names().size(), 1U);
-    EXPECT_EQ(post(std::string(255, 'a'), status(2)), "none");
+    EXPECT_EQ(count(), 1U);
+    EXPECT_EQ(post(std::string(255, 'a'), 2), "");
 }
 
 TEST_F(ConsolidatedStatusTest, HasRoomForSoManyClasses) {
     for (std::size_t i = 0; i < consolidatedstatus::StatusBoard::mostClasses; ++i) {
-        post("PYL_" + std::to_string(i), status(2));
+        post("PYL_" + std::to_string(i), 2);
     }
-    EXPECT_EQ(post("PYL_More", status(2)), "status 1 too many classes have posted their status");
-}
-
-TEST_F(ConsolidatedStatusTest, KnowsNoOtherMethod) {
-    const auto in = CmpiCpp::makeCmpiArgs(host.broker());
-    EXPECT_EQ(call(in, "Reset"), "status 17 no such method: Reset");
-    EXPECT_EQ(call(in, "PostStatus", "PYL_ComputerSystem"), "status 17 no such method: PostStatus");
+    EXPECT_EQ(post("PYL_More", 2), "1 too many classes have posted their status");
 }
 
 TEST_F(ConsolidatedStatusTest, StaysLoadedForWhatItKeeps) {
-    EXPECT_EQ(provider.unloadOK(host.context()), 0);
-    post("PYL_Fan", status(2));
-    EXPECT_EQ(provider.unloadOK(host.context()), 1);
+    EXPECT_EQ(provider->unloadOK(host.context()), 0);
+    post("PYL_Fan", 2);
+    EXPECT_EQ(provider->unloadOK(host.context()), 1);
 }
 
 TEST_F(ConsolidatedStatusTest, TakesPostsFromSeveralThreads) {
+    EXPECT_EQ(count(), 1U);
     std::vector<std::jthread> threads;
     for (int thread = 0; thread < 4; ++thread) {
-        threads.emplace_back([&, thread] {
+        threads.emplace_back([this, thread] {
             for (int round = 0; round < 50; ++round) {
-                const cimhost::CallScope scope;
-                auto in = CmpiCpp::makeCmpiArgs(host.broker());
-                in.addArg("ClassName", "PYL_" + std::to_string((thread + round) % 5));
-                in.addArg("Status", status(2));
-                Journal own;
-                CapturedMethodResult result(own);
-                provider.invokeMethod(host.context(), classPath("PYL_ConsolidatedStatus"),
-                                      "PostStatus", in, result);
+                post("PYL_" + std::to_string((thread + round) % 5), 2);
             }
         });
     }
     threads.clear();
-    EXPECT_EQ(names().size(), 6U);
-    EXPECT_NE(shown(overallText).find("PostCount = 200;"), std::string::npos);
+    EXPECT_EQ(count(), 6U);
+    EXPECT_EQ(host.get(overall)["PostCount"], 200);
 }
 
 }  // namespace

@@ -1,153 +1,116 @@
 #include "providers/fan/FanProvider.h"
 
-#include "common/PYLUtil.h"
-#include "platform/smbios/SmBios.h"
-#include "providers/fan/FanInstance.h"
-#include "testing/pylcommon/testing/FakeController.h"
-#include "tests/common/CapturedResults.h"
-#include "tests/common/Failures.h"
-#include "tests/common/QuietResults.h"
-#include "tests/support/TestBroker.h"
-#include "tests/support/WaitingLines.h"
-
 #include <gtest/gtest.h>
+#include <pylcommon/testing.h>
 
 namespace {
 
-using CmpiCpp::CmpiObjectPath;
+using cimtest::arrayOf;
+using cimtest::failureOf;
+using cimtest::Path;
+using cimtest::Post;
+using cimtest::Value;
 using fan::Fan;
-using fan::FanInstance;
 using fan::FanProvider;
 
 struct FanProviderTest : testing::Test {
-    TestBroker host{{{"PYL_Fan", ""},
-                     {"PYL_FanGroup", ""},
-                     {"PYL_ComputerSystem", ""},
-                     {"KT_AlertIndication", ""}}};
-    cimtest::FakeController controller;
-    Logger log = silentLogger();
-    Journal journal;
-    CapturedPaths paths{journal};
-    CapturedInstances instances{journal};
+    cimtest::FakeHost machine;
+    cimtest::ProviderHost host{"root/ktq", {"base/base.mof", "PYL_Fan.mof", "PYL_Indications.mof"}};
     std::vector<Fan> fans{Fan{"chip:fan1", "CPU fan", 1200, 300, 1250, false, false, true},
                           Fan{"chip:fan2", "fan2", {}, {}, {}, {}, {}, {}}};
-    Lines raised;
-    Lines posted;
-    FanProvider provider{host.broker(), log, [this] { return fans; }};
+    FanProvider& provider = host.serve(
+        std::make_unique<FanProvider>(host.broker(), host.logger(), [this] { return fans; }),
+        {"PYL_Fan", "PYL_FanGroup", "PYL_FanIndication"});
 
-    FanProviderTest() {
-        SmBios::setSource(std::make_shared<SmbiosMemory>(std::vector<std::uint8_t>()));
-        controller.openStatus = ENOENT;
-        host.onIndication = [this](const cimhost::Instance& indication) {
-            raised.push_back(indication.find("Summary")->value.get<cimhost::Text>()->str() +
-                             " at " +
-                             *indication.find("HWPhysicalLocation")->value.get<cimhost::Text>());
-        };
-        host.onInvokeMethod = [this](const auto&, const auto&, const CmpiCpp::CmpiArgs& in) {
-            posted.push_back(in.getArg("ClassName").str() + " " + in.getArg("Status").str());
-        };
+    static Path fanPath(const std::string& id) {
+        return {"PYL_Fan",
+                {{"CreationClassName", "PYL_Fan"},
+                 {"SystemCreationClassName", "PYL_ComputerSystem"},
+                 {"SystemName", "server-1"},
+                 {"DeviceID", "KTQ:PYL_Fan:" + id}}};
     }
-    ~FanProviderTest() override { SmBios::setSource(nullptr); }
-
-    CmpiObjectPath classPath(const char* className) {
-        return CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
+    /// What the next look raises and where.
+    std::vector<std::string> raised() {
+        provider.look(host.context());
+        std::vector<std::string> alerts;
+        for (const auto& alert : host.alerts().take()) {
+            alerts.push_back(alert["Summary"].text() + " at " + alert["HWPhysicalLocation"].text());
+        }
+        return alerts;
     }
-    std::string fanText(const std::string& id) const {
-        return host
-            .path("PYL_Fan", {{"CreationClassName", "PYL_Fan"},
-                              {"SystemCreationClassName", "PYL_ComputerSystem"},
-                              {"SystemName", "server-1"},
-                              {"DeviceID", "KTQ:PYL_Fan:" + id}})
-            .str();
-    }
+    using Alerts = std::vector<std::string>;
+    using Posts = std::vector<Post>;
 };
 
 TEST_F(FanProviderTest, NamesItsFansAndTheirGroup) {
-    provider.enumInstanceNames(host.context(), classPath("PYL_Fan"), paths);
-    EXPECT_EQ(journal.take(),
-              (Lines{"delivered " + fanText("chip:fan1"), "delivered " + fanText("chip:fan2")}));
-    provider.enumInstanceNames(host.context(), classPath("PYL_FanGroup"), paths);
-    EXPECT_EQ(journal.take(), Lines{"delivered //server-1/root/ktq:PYL_FanGroup.InstanceID="
-                                    "\"KTQ:PYL_FanGroup:1\""});
+    EXPECT_EQ(host.names("PYL_Fan"),
+              (std::vector<Path>{fanPath("chip:fan1"), fanPath("chip:fan2")}));
+    EXPECT_EQ(
+        host.names("PYL_FanGroup"),
+        std::vector<Path>{"//server-1/root/ktq:PYL_FanGroup.InstanceID=\"KTQ:PYL_FanGroup:1\""});
 }
 
 TEST_F(FanProviderTest, DescribesAFanByWhatIsKnown) {
-    provider.enumInstances(host.context(), classPath("PYL_Fan"), nullptr, instances);
-    const auto lines = journal.take();
-    ASSERT_EQ(lines.size(), 2U);
-    for (const auto* part : {"ElementName = \"CPU fan\";", "VariableSpeed = true;",
-                             "DesiredSpeed = 1250;", "CurrentSpeed = 1200;", "MinimumSpeed = 300;",
-                             "OperationalStatus = {2};", "HealthState = 5;"}) {
-        EXPECT_NE(lines[0].find(part), std::string::npos) << part;
-    }
+    const auto shown = host.enumerate("PYL_Fan");
+    ASSERT_EQ(shown.size(), 2U);
+    EXPECT_EQ(shown[0]["ElementName"], "CPU fan");
+    EXPECT_EQ(shown[0]["VariableSpeed"], true);
+    EXPECT_EQ(shown[0]["DesiredSpeed"], 1250);
+    EXPECT_EQ(shown[0]["CurrentSpeed"], 1200);
+    EXPECT_EQ(shown[0]["MinimumSpeed"], 300);
+    EXPECT_EQ(shown[0]["OperationalStatus"], arrayOf(2));
+    EXPECT_EQ(shown[0]["HealthState"], 5);
     for (const auto* part : {"DesiredSpeed", "CurrentSpeed", "MinimumSpeed"}) {
-        EXPECT_EQ(lines[1].find(part), std::string::npos) << part;
+        EXPECT_FALSE(shown[1].has(part)) << part;
     }
-    EXPECT_NE(lines[1].find("OperationalStatus = {0};"), std::string::npos) << lines[1];
+    EXPECT_EQ(shown[1]["OperationalStatus"], arrayOf(0));
 }
 
 TEST_F(FanProviderTest, ReadsAfreshForEachRequest) {
     fans.clear();
-    provider.enumInstanceNames(host.context(), classPath("PYL_Fan"), paths);
-    EXPECT_EQ(journal.take(), Lines{});
+    EXPECT_EQ(host.names("PYL_Fan").size(), 0U);
 }
 
 TEST_F(FanProviderTest, GetsAFanByItsPathAndSaysWhichItHasNot) {
-    auto path = FanInstance(fans[0]).getPath();
-    provider.getInstance(host.context(), path, nullptr, instances);
-    EXPECT_EQ(journal.take().size(), 1U);
+    EXPECT_EQ(host.get(fanPath("chip:fan1"))["ElementName"], "CPU fan");
     fans.clear();
-    EXPECT_EQ(outcomeOf([&] { provider.getInstance(host.context(), path, nullptr, instances); }),
-              "status 6 no such instance: " + path.str());
+    EXPECT_EQ(failureOf([&] { host.get("PYL_FanGroup.InstanceID=\"x\""); }),
+              "6 no such instance: /root/ktq:PYL_FanGroup.InstanceID=\"x\"");
+    EXPECT_NE(failureOf([&] { host.get(fanPath("chip:fan1")); }), "");
 }
 
 TEST_F(FanProviderTest, RaisesWhatHappensAndPostsAChangeOfTheGroup) {
-    provider.look(host.context());
-    EXPECT_EQ(raised, Lines{});
-    EXPECT_EQ(posted, Lines{"\"PYL_FanGroup\" 2"});
-    provider.look(host.context());
-    EXPECT_EQ(posted.size(), 1U);
+    EXPECT_EQ(raised(), Alerts{});
+    EXPECT_EQ(host.posts().take(), (Posts{{"PYL_FanGroup", 2}}));
+    EXPECT_EQ(raised(), Alerts{});
+    EXPECT_EQ(host.posts().take(), Posts{});
     fans[0].fault = true;
-    provider.look(host.context());
-    EXPECT_EQ(raised, Lines{"Fan failed at CPU fan"});
-    EXPECT_EQ(posted.back(), "\"PYL_FanGroup\" 6");
+    EXPECT_EQ(raised(), Alerts{"Fan failed at CPU fan"});
+    EXPECT_EQ(host.posts().take(), (Posts{{"PYL_FanGroup", 6}}));
     fans[0].fault = false;
     fans.pop_back();
-    provider.look(host.context());
-    EXPECT_EQ(raised,
-              (Lines{"Fan failed at CPU fan", "Fan repaired at CPU fan", "Fan removed at fan2"}));
-    EXPECT_EQ(posted.back(), "\"PYL_FanGroup\" 2");
-}
-
-TEST_F(FanProviderTest, TakesEveryFilterAndNeedsNoPolling) {
-    const auto path = classPath("PYL_FanIndication");
-    provider.authorizeFilter(host.context(), nullptr, "PYL_FanIndication", path, "me");
-    provider.activateFilter(host.context(), nullptr, "PYL_FanIndication", path, true);
-    provider.deactivateFilter(host.context(), nullptr, "PYL_FanIndication", path, true);
-    EXPECT_EQ(
-        outcomeOf([&] { provider.mustPoll(host.context(), nullptr, "PYL_FanIndication", path); }),
-        "status 7 nothing has to be polled");
+    EXPECT_EQ(raised(), (Alerts{"Fan repaired at CPU fan", "Fan removed at fan2"}));
+    EXPECT_EQ(host.posts().take(), (Posts{{"PYL_FanGroup", 2}}));
 }
 
 TEST_F(FanProviderTest, WatchesWhileIndicationsAreEnabled) {
-    WaitingLines events;
-    host.onIndication = [&](const cimhost::Instance& indication) {
-        events.note(indication.find("Summary")->value.get<cimhost::Text>()->str());
-    };
-    host.onInvokeMethod = [&](const auto&, const auto&, const CmpiCpp::CmpiArgs& in) {
-        events.note("posted " + in.getArg("Status").str());  // the last that a look does
-    };
     fans[0].fault = true;
-    for (int i = 0; i < 2; ++i) provider.enableIndications(host.context());
-    events.waitFor("posted 6");
-    for (int i = 0; i < 2; ++i) provider.disableIndications(host.context());
-    EXPECT_EQ(events.take(), (Lines{"Fan failed", "posted 6"}));
+    host.subscribe("PYL_FanIndication");
+    host.subscribe("PYL_FanIndication");
+    host.posts().waitFor("PYL_FanGroup 6");  // the last that a look does
+    host.unsubscribe();
+    EXPECT_EQ(host.alerts().take().at(0)["Summary"], "Fan failed");
     fans[0].fault = false;  // while nobody looks
-    EXPECT_EQ(events.take(), Lines{});
-    provider.enableIndications(host.context());
-    events.waitFor("posted 2");
-    provider.cleanup(host.context(), true);
-    EXPECT_EQ(events.take(), (Lines{"Fan repaired", "posted 2"}));
+    host.posts().take();
+    host.subscribe("PYL_FanIndication");
+    host.posts().waitFor("PYL_FanGroup 2");
+    host.end();
+    EXPECT_EQ(host.alerts().take().at(0)["Summary"], "Fan repaired");
+}
+
+TEST_F(FanProviderTest, NeedsNoPolling) {
+    host.subscribe("PYL_FanIndication");
+    EXPECT_EQ(host.log().countOf("polled"), 0U);
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
 #include "providers/fan/FanSensors.h"
 
 #include <gtest/gtest.h>
+#include <pylcommon/testing.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 namespace {
 
@@ -13,27 +12,16 @@ using fan::readFans;
 using fan::statusOf;
 namespace fs = std::filesystem;
 
-/// A host with hardware monitors of its own, in a directory.
 struct FanSensors : testing::Test {
-    FanSensors() {
-        std::string pattern = (fs::temp_directory_path() / "fan-XXXXXX").string();
-        root = ::mkdtemp(pattern.data());
-    }
-    ~FanSensors() override { fs::remove_all(root); }
+    cimtest::FakeHost machine;
+    const std::string root = machine.root();
 
     void write(const std::string& monitor, const std::string& name, const std::string& text) const {
-        const auto directory = root + "/sys/class/hwmon/" + monitor;
-        fs::create_directories(directory);
-        std::ofstream(directory + "/" + name) << text;
+        machine.write("/sys/class/hwmon/" + monitor + "/" + name, text);
     }
     void device(const std::string& monitor, const std::string& name) const {
-        fs::create_directories(root + "/sys/class/hwmon/" + monitor);
-        fs::create_directories(root + "/sys/devices/" + name);
-        fs::create_symlink("../../../devices/" + name,
-                           root + "/sys/class/hwmon/" + monitor + "/device");
+        machine.device("/sys/class/hwmon/" + monitor, {}, name);
     }
-
-    std::string root;
 };
 
 TEST_F(FanSensors, AreNoneOnAHostWithoutMonitors) {
