@@ -3,7 +3,8 @@
 #
 # A provider module and what belongs to it:
 #
-#   NAME                the module lib<NAME>.so: hidden symbols, installed into lib/cmpi, from where it finds the library
+#   NAME                the module lib<NAME>.so: hidden symbols, installed into lib/cmpi, or what the library's own
+#                       folder is called, from where it finds the library
 #   NAME_registration   its registrations for cimhost, sfcb and OpenPegasus, installed with the MOF into
 #                       share/pylcommon/mof, where pylcommon-register looks; made with everything else. Where there is
 #                       a cimhost, MOF and registration are checked by it first
@@ -86,7 +87,7 @@ function(_pylcommon_add_module name)
     if(NOT "${CMAKE_CXX_FLAGS} ${CMAKE_MODULE_LINKER_FLAGS}" MATCHES "-fsanitize")
         target_link_options(${name} PRIVATE LINKER:-z,defs)
     endif()
-    install(TARGETS ${name} LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/cmpi")
+    install(TARGETS ${name} LIBRARY DESTINATION "${pylcommon_LIBDIR}/cmpi")
 endfunction()
 
 # The options by which cimhost reads the classes, on top of the base that is installed. Alerts are subscribed to in
