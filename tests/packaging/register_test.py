@@ -136,6 +136,23 @@ class EveryHost:
         self.assertIn("not registered" if self.host == "openpegasus" else "not staged",
                       self.run_it("--remove", "pylFan"))
 
+    def test_what_a_modules_classes_derive_from_is_given_first(self):
+        texts = {"ACME.mof": "class ACME_Alert : ACME_Alerts {\n};\n",
+                 "Base.mof": "class ACME_Alerts: KT_AlertIndication {\n};\n",
+                 "acme.registration": "ACME_Alert root/ktq AcmeProvider acme indication\n",
+                 "acme.reg": "[ACME_Alert]\n   location: acme\n",
+                 "acmeRegistration.mof": 'instance of PG_ProviderModule {\n   Name = "acme";\n};\n'}
+        library = next(self.prefix.rglob("libpylFan.so")).with_name("libacme.so")
+        shutil.copy(library.with_name("libpylFan.so"), library)
+        for name, text in texts.items():
+            (self.data / name).write_text(text, encoding="utf-8")
+        for file in (library, *(self.data / name for name in texts)):
+            self.addCleanup(file.unlink)
+        self.run_it("acme")
+        call = next(line for line in self.calls() if "PYL_Indications.mof" in line)
+        self.assertTrue(call.endswith(" PYL_Indications.mof Base.mof ACME.mof"), call)
+        self.assertIn("All is in place.", self.run_it("--check", "acme"))
+
     def test_a_missing_tool_is_named_before_anything_is_changed(self):
         (self.home / "bin" / self.tools[0]).unlink()
         printed = self.run_it("pylFan", status=1)
@@ -174,8 +191,8 @@ class OpenPegasus(EveryHost, unittest.TestCase):
         self.assertEqual(
             ["cimprovider -l -s",
              "cimmof -n root/PG_InterOp PYL_Profiles.mof",
-             "cimmof -n root/ktq PYL_BaseServer.mof PYL_ConsolidatedStatus.mof PYL_Fan.mof "
-             "PYL_Indications.mof PYL_Profiles.mof",
+             "cimmof -n root/ktq PYL_BaseServer.mof PYL_Indications.mof PYL_ConsolidatedStatus.mof "
+             "PYL_Fan.mof PYL_Profiles.mof",
              *(f"cimmof -n root/PG_InterOp {module}Registration.mof" for module in MODULES)],
             self.calls())
         self.assertEqual(list(MODULES), self.lines("modules"))
