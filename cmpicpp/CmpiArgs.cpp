@@ -24,7 +24,9 @@ CmpiData CmpiArgs::getArg(const char* name) const {
     if (!args) throwAbsent(name);
     CMPIStatus status{CMPI_RC_OK, nullptr};
     const CMPIData data = call(args->ft->getArg, args, name, &status);
-    if (status.rc == CMPI_RC_ERR_NOT_FOUND) throwAbsent(name);
+    // Hosts differ in the code, and few say which argument it is.
+    const bool isUntold = status.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY && !status.msg;
+    if (isUntold || status.rc == CMPI_RC_ERR_NOT_FOUND) throwAbsent(name);
     check(status);
     return {broker(), present(data, name)};
 }

@@ -41,8 +41,8 @@ constexpr auto operations = std::to_array<IntrinsicOperation>({
 
 const Class& Call::requireClass(std::string_view name, CimCode code) const {
     if (const Class* const definition = nameSpace.findClass(name)) return *definition;
-    throw CimError(code,
-                   "there is no class " + std::string(name) + " in namespace " + nameSpace.name());
+    throw CimError(code, "there is no class " + std::string(name) + " in namespace " +
+                             nameSpace.name() + repository.meantClass(nameSpace, name));
 }
 
 const IntrinsicOperation* findIntrinsicOperation(std::string_view name) noexcept {

@@ -1,6 +1,7 @@
 #include "cimhost/cimxml/Call.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+#include "cimhost/repository/NearestName.h"
 
 #include <string>
 
@@ -9,8 +10,8 @@ namespace {
 
 const MethodDefinition& requireMethod(const Class& definition, std::string_view name) {
     if (const MethodDefinition* const method = definition.findMethod(name)) return *method;
-    throw CimError(CimCode::methodNotFound,
-                   "class " + definition.name + " has no method " + std::string(name));
+    throw CimError(CimCode::methodNotFound, "class " + definition.name + " has no method " +
+                                                std::string(name) + definition.meantMethod(name));
 }
 
 const ParameterDefinition& requireParameter(const MethodDefinition& method, std::string_view name) {
@@ -18,7 +19,8 @@ const ParameterDefinition& requireParameter(const MethodDefinition& method, std:
         if (equalNames(parameter.name, name)) return parameter;
     }
     throw CimError(CimCode::invalidParameter,
-                   "method " + method.name + " has no parameter " + std::string(name));
+                   "method " + method.name + " has no parameter " + std::string(name) +
+                       didYouMean(name, method.parameters, &ParameterDefinition::name));
 }
 
 /// What the client says of the type must agree with the class; not every client says it.

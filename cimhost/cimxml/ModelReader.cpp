@@ -224,8 +224,9 @@ PropertyValue ModelReader::_property(const Element& element, const Class* defini
 
     const PropertyDefinition* const property = definition->findProperty(name);
     if (!property) {
-        throw CimError(CimCode::noSuchProperty,
-                       "class " + definition->name + " has no property " + std::string(name));
+        throw CimError(CimCode::noSuchProperty, "class " + definition->name + " has no property " +
+                                                    std::string(name) +
+                                                    definition->meantProperty(name));
     }
     ValueShape declared = written;
     declared.type = property->type;

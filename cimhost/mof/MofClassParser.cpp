@@ -175,7 +175,8 @@ void parseClass(MofCursor& cursor, NameSpace& nameSpace, MofQualifiers qualifier
         const MofToken superClass = cursor.expectName("the name of the superclass");
         definition.superClass = superClass.text;
         if (!nameSpace.findClass(superClass.text)) {
-            failAt(superClass.position, "superclass " + describe(superClass) + " is not known");
+            failAt(superClass.position, "superclass " + describe(superClass) + " is not known" +
+                                            nameSpace.meantClass(superClass.text));
         }
     }
     unsigned scopes = scopeMask(Scope::classes);

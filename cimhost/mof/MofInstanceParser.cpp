@@ -38,7 +38,8 @@ void checkNames(const MofInstance& instance) {
     for (const MofInstanceProperty& property : instance.properties) {
         if (!known.contains(property.name)) {
             failAt(property.position, "class '" + instance.definition->name +
-                                          "' has no property '" + property.name + "'");
+                                          "' has no property '" + property.name + "'" +
+                                          instance.definition->meantProperty(property.name));
         }
         if (!seen.insert(property.name).second) {
             failAt(property.position, "property '" + property.name + "' is given twice");
@@ -62,7 +63,10 @@ MofInstance parseInstance(MofCursor& cursor, const NameSpace& nameSpace) {
     const MofToken name = cursor.expectName("the name of the class");
     instance.position = name.position;
     instance.definition = nameSpace.findClass(name.text);
-    if (!instance.definition) failAt(name.position, "class " + describe(name) + " is not known");
+    if (!instance.definition) {
+        failAt(name.position,
+               "class " + describe(name) + " is not known" + nameSpace.meantClass(name.text));
+    }
     atPosition(name.position, [&] { nameSpace.budget().charge(2 * sizeof(MofInstance)); });
     if (cursor.acceptKeyword("as")) {
         instance.aliasPosition = cursor.position();

@@ -109,7 +109,10 @@ Flavor parseFlavors(MofCursor& cursor, Flavor flavor) {
 MofQualifier parseQualifier(MofCursor& cursor, const NameSpace& nameSpace) {
     const MofToken name = cursor.expectName("a qualifier");
     const QualifierDeclaration* const declaration = nameSpace.findQualifier(name.text);
-    if (!declaration) failAt(name.position, "qualifier " + describe(name) + " is not declared");
+    if (!declaration) {
+        failAt(name.position, "qualifier " + describe(name) + " is not declared" +
+                                  nameSpace.meantQualifier(name.text));
+    }
     atPosition(name.position, [&] { nameSpace.budget().charge(sizeof(Qualifier)); });
     MofQualifier parsed;
     parsed.position = name.position;

@@ -5,6 +5,7 @@
 #include "cimhost/objects/Values.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+#include "cimhost/repository/NearestName.h"
 
 #include <algorithm>
 
@@ -33,11 +34,12 @@ CMPIStatus addArg(const CMPIArgs* args, const char* name, const CMPIValue* value
 }
 
 CMPIData getArg(const CMPIArgs* args, const char* name, CMPIStatus* status) noexcept {
-    return enter<ArgsObject>(args, status, [&](ArgsObject& object, CMPIrc& code) {
+    return enter<ArgsObject>(args, status, [&](ArgsObject& object, CMPIrc&) {
         const Argument* const argument = findArgument(object.model, required(name));
         if (argument) return toCmpi(partOf(object), argument->value);
-        code = CMPI_RC_ERR_NO_SUCH_PROPERTY;
-        return CMPIData{};
+        throw CimError(CimCode::noSuchProperty,
+                       "there is no argument '" + std::string(name) + "'" +
+                           didYouMean(name, object.model, &Argument::name));
     });
 }
 

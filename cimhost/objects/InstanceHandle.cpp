@@ -5,6 +5,7 @@
 #include "cimhost/objects/StringHandle.h"
 #include "cimhost/objects/Values.h"
 #include "cimhost/repository/CimError.h"
+#include "cimhost/repository/NearestName.h"
 
 #include <algorithm>
 
@@ -31,11 +32,13 @@ CMPIData dataOf(InstanceObject& object, const PropertyValue& property) {
 }
 
 CMPIData getProperty(const CMPIInstance* instance, const char* name, CMPIStatus* status) noexcept {
-    return enter<InstanceObject>(instance, status, [&](InstanceObject& object, CMPIrc& code) {
-        const PropertyValue* const property = object.read().find(required(name));
+    return enter<InstanceObject>(instance, status, [&](InstanceObject& object, CMPIrc&) {
+        const Instance& model = object.read();
+        const PropertyValue* const property = model.find(required(name));
         if (property) return dataOf(object, *property);
-        code = CMPI_RC_ERR_NO_SUCH_PROPERTY;
-        return CMPIData{};
+        throw CimError(CimCode::noSuchProperty,
+                       "the instance of " + model.className() + " has no property '" + name + "'" +
+                           didYouMean(name, model.properties, &PropertyValue::name));
     });
 }
 

@@ -18,8 +18,8 @@ const Class& classOf(const ObjectPathObject& object) {
 
 const MethodDefinition& methodOf(const Class& definition, std::string_view name) {
     if (const MethodDefinition* const method = definition.findMethod(name)) return *method;
-    throw CimError(CimCode::methodNotFound,
-                   "class " + definition.name + " has no method " + std::string(name));
+    throw CimError(CimCode::methodNotFound, "class " + definition.name + " has no method " +
+                                                std::string(name) + definition.meantMethod(name));
 }
 
 const ParameterDefinition* findParameter(const MethodDefinition& method,

@@ -20,7 +20,8 @@ namespace {
 void requireFilterClass(const Target& target, const std::string& className) {
     if (className.empty() || target.nameSpace.findClass(className)) return;
     throw CimError(CimCode::invalidParameter, "namespace " + target.nameSpace.name() +
-                                                  " has no class '" + className + "' to filter by");
+                                                  " has no class '" + className + "' to filter by" +
+                                                  target.nameSpace.meantClass(className));
 }
 
 // Unknown classes count, on the association as at its ends: the provider knows better then.

@@ -1,6 +1,7 @@
 #include "cimhost/operations/Dispatch.h"
 #include "cimhost/operations/Operations.h"
 #include "cimhost/repository/Names.h"
+#include "cimhost/repository/NearestName.h"
 #include "cimhost/repository/ValueConversion.h"
 
 #include <algorithm>
@@ -24,6 +25,10 @@ const ParameterDefinition* findParameter(const MethodDefinition& method,
     return found == method.parameters.end() ? nullptr : &*found;
 }
 
+std::string meantParameter(const MethodDefinition& method, std::string_view name) {
+    return didYouMean(name, method.parameters, &ParameterDefinition::name);
+}
+
 const Value* findArgument(const Arguments& arguments, std::string_view name) noexcept {
     const auto found =
         std::find_if(arguments.begin(), arguments.end(),
@@ -34,7 +39,9 @@ const Value* findArgument(const Arguments& arguments, std::string_view name) noe
 Argument declaredInput(const Repository& repository, const Target& target,
                        const MethodDefinition& method, const Argument& given) {
     const ParameterDefinition* const parameter = findParameter(method, given.name);
-    if (!parameter) invalid(method, given.name, "is not declared");
+    if (!parameter) {
+        invalid(method, given.name, "is not declared" + meantParameter(method, given.name));
+    }
     if (!parameter->isIn) invalid(method, given.name, "is for output only");
     try {
         return {parameter->name, declaredValue(repository, target, given.value, parameter->type,
@@ -88,7 +95,8 @@ Arguments declaredOutputs(const Registration& registration, const MethodDefiniti
         const ParameterDefinition* const parameter = findParameter(method, argument.name);
         if (!parameter || !parameter->isOut) {
             refuseAnswer(registration, method,
-                         "'" + argument.name + "' is not declared as an output parameter");
+                         "'" + argument.name + "' is not declared as an output parameter" +
+                             meantParameter(method, argument.name));
         }
         try {
             outputs.push_back(
@@ -103,8 +111,8 @@ Arguments declaredOutputs(const Registration& registration, const MethodDefiniti
 
 const MethodDefinition& requireMethod(const Class& definition, const std::string& name) {
     if (const MethodDefinition* const method = definition.findMethod(name)) return *method;
-    throw CimError(CimCode::methodNotFound,
-                   "class " + definition.name + " has no method '" + name + "'");
+    throw CimError(CimCode::methodNotFound, "class " + definition.name + " has no method '" + name +
+                                                "'" + definition.meantMethod(name));
 }
 
 const Registration& requireRegistration(const Servers& servers, const Target& target,

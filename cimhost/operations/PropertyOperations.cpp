@@ -16,8 +16,9 @@ namespace {
 
 const PropertyDefinition& requireProperty(const Class& definition, std::string_view name) {
     if (const PropertyDefinition* const property = definition.findProperty(name)) return *property;
-    throw CimError(CimCode::noSuchProperty,
-                   "class " + definition.name + " has no property '" + std::string(name) + "'");
+    throw CimError(CimCode::noSuchProperty, "class " + definition.name + " has no property '" +
+                                                std::string(name) + "'" +
+                                                definition.meantProperty(name));
 }
 
 class OneProperty final : public InstanceSink {

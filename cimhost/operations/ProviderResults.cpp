@@ -58,7 +58,7 @@ WalkSink::Verdict WalkSink::_judgeAnew(const ObjectPath& path) const {
     Verdict verdict{path.nameSpace, path.className, definition, fit == Fit::belongs, nullptr, {}};
     if (!_judge) return verdict;
     if (nameSpace && !definition) {
-        _judge->tellUnknownClass(provider(), path);
+        _judge->tellUnknownClass(provider(), path, nameSpace);
         verdict.isAccepted = false;
     } else if (fit == Fit::misdirected) {
         _judge->tellOtherClass(provider(), *definition, _asked.definition);

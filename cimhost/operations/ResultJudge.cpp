@@ -40,6 +40,14 @@ std::string faultOf(const ClassRules& rules, const ObjectPath& path) {
     return {};
 }
 
+std::string meantKey(const ClassRules& rules, const ObjectPath& path) {
+    for (const KeyBinding& key : path.keys) {
+        const ClassRules::Property* const declared = rules.find(key.name);
+        if (!declared || !declared->isKey) return rules.definition().meantKey(key.name);
+    }
+    return {};
+}
+
 // What is wrong with a property; empty when nothing is.
 std::string faultOf(const ClassRules& rules, const PropertyValue& property) {
     const ClassRules::Property* const declared = rules.find(property.name);
@@ -73,7 +81,10 @@ std::optional<Instance> ResultJudge::mend(std::string_view provider, const Class
         if (fault.empty()) {
             mended.properties.push_back(property);
         } else {
-            _tell(provider, fault, "the property is left out");
+            _tell(provider, fault, "the property is left out", [&] {
+                const bool isKnown = rules.find(property.name) != nullptr;
+                return isKnown ? std::string() : rules.definition().meantProperty(property.name);
+            });
         }
     }
     return mended;
@@ -83,33 +94,36 @@ bool ResultJudge::tellKeys(std::string_view provider, const ClassRules& rules,
                            const ObjectPath& path) const {
     const std::string fault = faultOf(rules, path);
     if (fault.empty()) return false;
-    _tell(provider, "an object of class " + rules.definition().name + " " + fault,
-          "it is left out");
+    _tell(provider, "an object of class " + rules.definition().name + " " + fault, "it is left out",
+          [&] { return meantKey(rules, path); });
     return true;
 }
 
-void ResultJudge::tellUnknownClass(std::string_view provider, const ObjectPath& path) const {
+void ResultJudge::tellUnknownClass(std::string_view provider, const ObjectPath& path,
+                                   const NameSpace* nameSpace) const {
     _tell(provider,
           "an object of class " + path.className + ", which namespace " + path.nameSpace +
               " does not have",
-          "it is left out");
+          "it is left out",
+          [&] { return nameSpace ? nameSpace->meantClass(path.className) : std::string(); });
 }
 
 void ResultJudge::tellOtherClass(std::string_view provider, const Class& given,
                                  const Class& asked) const {
     _tell(provider, "an object of class " + given.name + " for one of " + asked.name,
-          "it is left out");
+          "it is left out", [] { return std::string(); });
 }
 
-void ResultJudge::_tell(std::string_view provider, const std::string& what,
-                        const char* consequence) const {
+template <typename Meant>
+void ResultJudge::_tell(std::string_view provider, const std::string& what, const char* consequence,
+                        Meant&& meant) const {
     const std::string words = "provider " + std::string(provider) + " delivered " + what;
-    if (_policy == ResultPolicy::refuse) throw CimError(CimCode::failed, words);
+    if (_policy == ResultPolicy::refuse) throw CimError(CimCode::failed, words + meant());
     {
         const std::lock_guard lock(_toldMutex);
         if (_told.size() == mostTold || !_told.insert(words).second) return;
     }
-    _log.write(BrokerLog::Level::warning, provider, words + "; " + consequence);
+    _log.write(BrokerLog::Level::warning, provider, words + "; " + consequence + meant());
 }
 
 }  // namespace cimhost

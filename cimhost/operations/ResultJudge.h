@@ -44,11 +44,15 @@ public:
                                  const Instance& instance) const;
     /// Tells what is wrong with the keys; true when something is.
     bool tellKeys(std::string_view provider, const ClassRules& rules, const ObjectPath& path) const;
-    void tellUnknownClass(std::string_view provider, const ObjectPath& path) const;
+    /// The namespace is that of the path, if it is known.
+    void tellUnknownClass(std::string_view provider, const ObjectPath& path,
+                          const NameSpace* nameSpace = nullptr) const;
     void tellOtherClass(std::string_view provider, const Class& given, const Class& asked) const;
 
 private:
-    void _tell(std::string_view provider, const std::string& what, const char* consequence) const;
+    template <typename Meant>
+    void _tell(std::string_view provider, const std::string& what, const char* consequence,
+               Meant&& meant) const;
 
     BrokerLog& _log;
     ResultPolicy _policy;

@@ -58,8 +58,9 @@ PropertyValue declaredProperty(const Repository& repository, const Target& targe
     const std::string& className = target.definition.name;
     const PropertyDefinition* const declared = target.definition.findProperty(property.name);
     if (!declared) {
-        throw CimError(CimCode::noSuchProperty,
-                       "class " + className + " has no property '" + property.name + "'");
+        throw CimError(CimCode::noSuchProperty, "class " + className + " has no property '" +
+                                                    property.name + "'" +
+                                                    target.definition.meantProperty(property.name));
     }
     try {
         Value value = declaredValue(repository, target, property.value, declared->type,
@@ -82,8 +83,9 @@ Target requireTarget(const Repository& repository, const RequestContext& request
     if (path.className.empty()) throwInvalidParameter("the object path names no class");
     const Class* const definition = nameSpace.findClass(path.className);
     if (!definition) {
-        throw CimError(CimCode::invalidClass,
-                       "namespace " + nameSpace.name() + " has no class '" + path.className + "'");
+        throw CimError(CimCode::invalidClass, "namespace " + nameSpace.name() + " has no class '" +
+                                                  path.className + "'" +
+                                                  repository.meantClass(nameSpace, path.className));
     }
     return {nameSpace, *definition};
 }
@@ -96,7 +98,7 @@ ObjectPath requireInstancePath(const Repository& repository, const RequestContex
         const PropertyDefinition* const key = findKey(target.definition, given.name);
         if (!key && !request.isProviders) {
             throwInvalidParameter("class " + target.definition.name + " has no key '" + given.name +
-                                  "'");
+                                  "'" + target.definition.meantKey(given.name));
         }
         if (result.findKey(given.name)) {
             throwInvalidParameter("key " + (key ? key->name : given.name) + " is given twice");

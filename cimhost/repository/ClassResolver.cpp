@@ -101,9 +101,9 @@ Class ClassResolver::resolve(Class definition) const {
     if (!definition.superClass.empty()) {
         superClass = _nameSpace.findClass(definition.superClass);
         if (!superClass) {
-            throw CimError(CimCode::invalidSuperclass, "superclass '" + definition.superClass +
-                                                           "' of '" + definition.name +
-                                                           "' is not known");
+            throw CimError(CimCode::invalidSuperclass,
+                           "superclass '" + definition.superClass + "' of '" + definition.name +
+                               "' is not known" + _nameSpace.meantClass(definition.superClass));
         }
         definition.superClass = superClass->name;
     }

@@ -70,8 +70,9 @@ void conformPath(const NameSpace& nameSpace, ObjectPath& path) {
     for (KeyBinding& key : path.keys) {
         const PropertyDefinition* const property = definition->findProperty(key.name);
         if (!property || !property->isKey) {
-            throw CimError(CimCode::noSuchProperty,
-                           "class '" + definition->name + "' has no key '" + key.name + "'");
+            throw CimError(CimCode::noSuchProperty, "class '" + definition->name +
+                                                        "' has no key '" + key.name + "'" +
+                                                        definition->meantKey(key.name));
         }
         key.name = property->name;
         key.value = conformPropertyValue(nameSpace, key.value, *property);
@@ -108,7 +109,8 @@ Instance conformProperties(const NameSpace& nameSpace, MemoryBudget& budget,
     if (!given.empty()) {
         throw CimError(CimCode::noSuchProperty, "class '" + definition.name +
                                                     "' has no property '" +
-                                                    std::string(given.begin()->first) + "'");
+                                                    std::string(given.begin()->first) + "'" +
+                                                    definition.meantProperty(given.begin()->first));
     }
     return conformed;
 }

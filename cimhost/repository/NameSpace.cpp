@@ -3,6 +3,7 @@
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/ClassResolver.h"
 #include "cimhost/repository/InstanceConformer.h"
+#include "cimhost/repository/NearestName.h"
 
 #include <utility>
 
@@ -32,6 +33,16 @@ const Class* NameSpace::findClass(std::string_view name) const noexcept {
 const QualifierDeclaration* NameSpace::findQualifier(std::string_view name) const noexcept {
     const auto found = _qualifiers.find(name);
     return found == _qualifiers.end() ? nullptr : &found->second;
+}
+
+std::string NameSpace::meantClass(std::string_view name) const {
+    return didYouMean(name, _classes,
+                      [](const auto& each) { return std::string_view(each.first); });
+}
+
+std::string NameSpace::meantQualifier(std::string_view name) const {
+    return didYouMean(name, _qualifiers,
+                      [](const auto& each) { return std::string_view(each.first); });
 }
 
 const Class& NameSpace::addClass(Class definition) {

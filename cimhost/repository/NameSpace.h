@@ -29,6 +29,10 @@ public:
     const Class* findClass(std::string_view name) const noexcept;
     const QualifierDeclaration* findQualifier(std::string_view name) const noexcept;
 
+    // For a name that is not here, the words that tell which one was meant (NearestName.h).
+    std::string meantClass(std::string_view name) const;
+    std::string meantQualifier(std::string_view name) const;
+
     /// Resolves the class against its superclass and the qualifier declarations, and adds it.
     /// The definition holds only what the class itself declares.
     /// A member that redeclares an inherited one overrides it, with or without the Override

@@ -63,7 +63,8 @@ void checkQualifiers(const NameSpace& nameSpace, const Qualifiers& qualifiers, s
     for (const Qualifier& qualifier : qualifiers) {
         const QualifierDeclaration* const declaration = nameSpace.findQualifier(qualifier.name);
         if (!declaration) {
-            throwInvalidParameter(element + ": qualifier '" + qualifier.name + "' is not declared");
+            throwInvalidParameter(element + ": qualifier '" + qualifier.name + "' is not declared" +
+                                  nameSpace.meantQualifier(qualifier.name));
         }
         if (!seen.insert(qualifier.name).second) {
             throwInvalidParameter(element + ": qualifier '" + qualifier.name + "' is given twice");

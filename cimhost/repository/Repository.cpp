@@ -1,6 +1,7 @@
 #include "cimhost/repository/Repository.h"
 
 #include "cimhost/repository/CimError.h"
+#include "cimhost/repository/NearestName.h"
 
 namespace cimhost {
 
@@ -16,7 +17,19 @@ NameSpace* Repository::find(std::string_view name) noexcept {
 
 const NameSpace& Repository::get(std::string_view name) const {
     if (const NameSpace* const nameSpace = find(name)) return *nameSpace;
-    throw CimError(CimCode::invalidNamespace, "namespace '" + std::string(name) + "' is not known");
+    throw CimError(CimCode::invalidNamespace,
+                   "namespace '" + std::string(name) + "' is not known" + meantNameSpace(name));
+}
+
+std::string Repository::meantNameSpace(std::string_view name) const {
+    return didYouMean(trimmedSlashes(name), names());
+}
+
+std::string Repository::meantClass(const NameSpace& nameSpace, std::string_view name) const {
+    for (const auto& [otherName, other] : _nameSpaces) {
+        if (other->findClass(name)) return "; namespace " + otherName + " has it";
+    }
+    return nameSpace.meantClass(name);
 }
 
 NameSpace& Repository::make(std::string_view name) {

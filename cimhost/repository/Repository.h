@@ -29,6 +29,11 @@ public:
     /// In order of name.
     std::vector<std::string> names() const;
 
+    // For a name that is not there, the words that tell which one was meant (NearestName.h), or
+    // where the class is that this namespace has not.
+    std::string meantNameSpace(std::string_view name) const;
+    std::string meantClass(const NameSpace& nameSpace, std::string_view name) const;
+
 private:
     std::shared_ptr<MemoryBudget> _budget = std::make_shared<MemoryBudget>();
     std::map<std::string, std::unique_ptr<NameSpace>, NameLess> _nameSpaces;

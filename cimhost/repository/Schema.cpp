@@ -1,6 +1,7 @@
 #include "cimhost/repository/Schema.h"
 
 #include "cimhost/repository/Names.h"
+#include "cimhost/repository/NearestName.h"
 
 #include <algorithm>
 
@@ -14,6 +15,12 @@ auto findMember(const Members& members, std::string_view name) noexcept
         return equalNames(member->name, name);
     });
     return found == members.end() ? nullptr : found->get();
+}
+
+template <typename Members>
+std::string meantMember(std::string_view written, const Members& members) {
+    return didYouMean(written, members,
+                      [](const auto& member) { return std::string_view(member->name); });
 }
 
 }  // namespace
@@ -37,6 +44,22 @@ const PropertyDefinition* Class::findProperty(std::string_view property) const n
 
 const MethodDefinition* Class::findMethod(std::string_view method) const noexcept {
     return findMember(methods, method);
+}
+
+std::string Class::meantProperty(std::string_view property) const {
+    return meantMember(property, properties);
+}
+
+std::string Class::meantKey(std::string_view key) const {
+    NearestName nearest(key);
+    for (const auto& property : properties) {
+        if (property->isKey) nearest.offer(property->name);
+    }
+    return nearest.words();
+}
+
+std::string Class::meantMethod(std::string_view method) const {
+    return meantMember(method, methods);
 }
 
 bool Class::hasKeys() const noexcept {

@@ -104,6 +104,11 @@ struct Class {
     const PropertyDefinition* findProperty(std::string_view name) const noexcept;
     const MethodDefinition* findMethod(std::string_view name) const noexcept;
     bool hasKeys() const noexcept;
+
+    // For a name that the class has not, the words that tell which one was meant (NearestName.h).
+    std::string meantProperty(std::string_view name) const;
+    std::string meantKey(std::string_view name) const;
+    std::string meantMethod(std::string_view name) const;
 };
 
 }  // namespace cimhost

@@ -1,4 +1,5 @@
 #include "cimhost/server/Command.h"
+#include "cimhost/server/UsageWords.h"
 
 #include <CLI/CLI.hpp>
 #include <malloc.h>
@@ -6,7 +7,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
 #include <thread>
 
 namespace {
@@ -17,10 +17,6 @@ constexpr int wrongUsage = 2;
 int complain(const char* message, int status) {
     std::fprintf(stderr, "cimhost: %s\n", message);
     return status;
-}
-
-std::string describeUsage(const CLI::App*, const CLI::Error& error) {
-    return "cimhost: " + std::string(error.what()) + "\nRun with --help for more information.\n";
 }
 
 /// Each heap keeps what the largest request of its threads took. By default there are eight for
@@ -44,7 +40,7 @@ int main(int argc, char** argv) try {
     cimhost::addModuleHostCommand(application, chosen);
     cimhost::addPasswdCommand(application, chosen);
     application.require_subcommand(1);
-    application.failure_message(describeUsage);
+    application.failure_message(cimhost::describeUsage);
     application.set_version_flag("--version", "cimhost " CIMHOST_VERSION);
     try {
         application.parse(argc, argv);

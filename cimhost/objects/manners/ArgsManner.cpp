@@ -27,7 +27,7 @@ CMPIData getArg(const CMPIArgs* args, const char* name, CMPIStatus* status) noex
     CMPIStatus outcome{CMPI_RC_OK, nullptr};
     CMPIData data = ArgsObject::table.getArg(args, name, &outcome);
     if (outcome.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY) {
-        outcome.rc = CMPI_RC_ERR_NOT_FOUND;
+        outcome = {CMPI_RC_ERR_NOT_FOUND, nullptr};
         data.state = CMPI_notFound;
     }
     if (status) *status = outcome;

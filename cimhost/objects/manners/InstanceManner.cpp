@@ -23,7 +23,7 @@ CMPIData getPropertyAs(const CMPIInstance* instance, const char* name,
                        CMPIStatus* status) noexcept {
     CMPIStatus outcome{CMPI_RC_OK, nullptr};
     const CMPIData data = standardInstance.getProperty(instance, name, &outcome);
-    if (outcome.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY) outcome.rc = CMPI_RC_ERR_NOT_FOUND;
+    if (outcome.rc == CMPI_RC_ERR_NO_SUCH_PROPERTY) outcome = {CMPI_RC_ERR_NOT_FOUND, nullptr};
     answer(status, outcome);
     return data;
 }

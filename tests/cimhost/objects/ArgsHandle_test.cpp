@@ -20,6 +20,14 @@ TEST_F(ArgsHandle, BeginsEmpty) {
     EXPECT_EQ(status, CMPI_RC_ERR_NO_SUCH_PROPERTY);
 }
 
+TEST_F(ArgsHandle, SaysWhichArgumentIsMissing) {
+    const CMPIValue one = uint32Value(1);
+    args->ft->addArg(args, "Force", &one, CMPI_uint32);
+    args->ft->getArg(args, "Forse", &status);
+    EXPECT_EQ(status, CMPI_RC_ERR_NO_SUCH_PROPERTY);
+    EXPECT_EQ(textOf(status.msg), "there is no argument 'Forse'; did you mean 'Force'?");
+}
+
 TEST_F(ArgsHandle, AddsReplacesAndFindsInAnyCase) {
     const CMPIValue one = uint32Value(1);
     EXPECT_EQ(args->ft->addArg(args, "A", &one, CMPI_uint32), CMPI_RC_OK);

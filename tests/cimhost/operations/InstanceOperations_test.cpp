@@ -96,7 +96,7 @@ TEST_F(InstanceOperations, GetChecksKeysBeforeTheProviderIsAsked) {
     EXPECT_EQ(failureOfCall([&] { get(classPath("TST_Fan")); }),
               "4: key Name of TST_Fan is missing");
     EXPECT_EQ(failureOfCall([&] { get(pathOf("TST_Fan", "Nome", Value::string("a"))); }),
-              "4: class TST_Fan has no key 'Nome'");
+              "4: class TST_Fan has no key 'Nome'; did you mean 'Name'?");
     EXPECT_EQ(failureOfCall([&] { get(pathOf("TST_Fan", "Speed", uint16Value(1))); }),
               "4: class TST_Fan has no key 'Speed'");
     EXPECT_EQ(failureOfCall([&] { get(pathOf("TST_Fan", "Name", uint32Value(1))); }),

@@ -82,6 +82,8 @@ TEST_F(MethodOperation, RefusesBadParametersBeforeTheProviderIsAsked) {
               "4: parameter 'SPEED' of method SetSpeed is given twice");
     EXPECT_EQ(failure({{"Speed", uint16Value(1)}, {"Colour", uint16Value(1)}}),
               "4: parameter 'Colour' of method SetSpeed is not declared");
+    EXPECT_EQ(failure({{"Sped", uint16Value(1)}}),
+              "4: parameter 'Sped' of method SetSpeed is not declared; did you mean 'Speed'?");
     EXPECT_EQ(failure({{"Speed", uint16Value(1)}, {"Previous", uint16Value(1)}}),
               "4: parameter 'Previous' of method SetSpeed is for output only");
     EXPECT_THAT(failure({{"Speed", uint32Value(65536)}}), HasSubstr("4: "));
@@ -93,6 +95,8 @@ TEST_F(MethodOperation, UnknownMethodsAreNotFoundAndUnservedOnesNotAvailable) {
     serve("Q", "TST_System root/test method");
     start();
     EXPECT_EQ(failure(good, "Explode"), "17: class TST_Fan has no method 'Explode'");
+    EXPECT_EQ(failure(good, "SetSped"),
+              "17: class TST_Fan has no method 'SetSped'; did you mean 'SetSpeed'?");
     EXPECT_EQ(failure(good), "16: no provider serves method SetSpeed of class TST_Fan");
 }
 

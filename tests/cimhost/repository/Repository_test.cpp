@@ -42,6 +42,22 @@ TEST(Repository, AnUnknownNamespaceIsNamedInTheError) {
     }
 }
 
+TEST(Repository, TellsWhichNameWasMeant) {
+    Repository repository;
+    NameSpace& here = repository.make("root/here");
+    Class fan;
+    fan.name = "T_Fan";
+    here.addClass(fan);
+    Class disk;
+    disk.name = "T_Disk";
+    repository.make("root/there").addClass(disk);
+    EXPECT_EQ(repository.meantNameSpace("/root/hare"), "; did you mean 'root/here'?");
+    EXPECT_EQ(repository.meantNameSpace("interop"), "");
+    EXPECT_EQ(repository.meantClass(here, "T_Fam"), "; did you mean 'T_Fan'?");
+    EXPECT_EQ(repository.meantClass(here, "T_Disk"), "; namespace root/there has it");
+    EXPECT_EQ(repository.meantClass(here, "T_Printer"), "");
+}
+
 TEST(Repository, ANamespaceNeedsAName) {
     Repository repository;
     EXPECT_THROW(repository.make("//"), CimError);

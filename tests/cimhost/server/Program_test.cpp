@@ -79,6 +79,19 @@ TEST_F(ProgramTest, Ends2WhenAskedWrongly) {
     EXPECT_EQ(run({"passwd", folder / "p", "a:b"}, "secret\n"), 2);
 }
 
+TEST_F(ProgramTest, TellsWhichCommandOrOptionWasMeant) {
+    EXPECT_EQ(run({"srve"}), 2);
+    EXPECT_THAT(
+        err(), testing::StartsWith("cimhost: there is no command 'srve'; did you mean 'serve'?\n"));
+    EXPECT_EQ(run({"serve", "--prot=5"}), 2);
+    EXPECT_THAT(err(), testing::StartsWith(
+                           "cimhost: '--prot=5' was not expected; did you mean '--port'?\n"));
+    EXPECT_EQ(run({"serve", "dance"}), 2);
+    EXPECT_THAT(err(), testing::StartsWith("cimhost: 'dance' was not expected\n"));
+    EXPECT_EQ(run({"modul-host"}), 2);
+    EXPECT_THAT(err(), testing::Not(HasSubstr("did you mean"))) << "nobody is to use that one";
+}
+
 TEST_F(ProgramTest, SaysWhyItCannotStart) {
     EXPECT_EQ(run({"serve", "--port", "0", "--schema", folder / "absent.mof"}), 1);
     EXPECT_THAT(err(), HasSubstr("absent.mof"));
