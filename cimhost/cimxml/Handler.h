@@ -28,8 +28,8 @@ class CimXmlReply {
 public:
     virtual ~CimXmlReply() = default;
 
-    /// An HTTP-level answer without a body: 400, 501 ... `cimError` is the CIMError header, or
-    /// empty. Only while nothing has left.
+    /// An HTTP-level answer: 400, 501 ... `cimError` is the CIMError header, or empty for what is
+    /// no CIM request at all. Only while nothing has left.
     virtual void refuse(int status, std::string_view cimError) = 0;
 
     /// Appends body text to a 200 reply. Throws a CimError, from then on always, when the client

@@ -183,7 +183,9 @@ bool HttpConnection::_answer() {
 
 void HttpConnection::_fill(HttpReply& reply) {
     if (_refusal != 0) {
-        cimhost::refuse(reply, _refusal);
+        // The answer to HEAD has no body.
+        const bool canRead = _parser.request().method != "HEAD";
+        cimhost::refuse(reply, _refusal, canRead ? _services.handler.about() : std::string_view{});
     } else {
         _callHandler(reply);
         _releaseBody();

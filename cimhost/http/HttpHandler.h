@@ -18,6 +18,9 @@ public:
     /// another exception is answered with 500, or by a broken connection when the reply is on its
     /// way.
     virtual void handle(const HttpRequest& request, HttpReply& reply) = 0;
+
+    /// A line for people who come with a browser: what is served here, and where one reads on.
+    virtual std::string_view about() const noexcept { return {}; }
 };
 
 /// Knows which users may come in. Called by several threads at once.

@@ -85,11 +85,14 @@ bool HttpReply::restart() {
     return true;
 }
 
-void HttpReply::refuse(int status, std::initializer_list<HttpHeader> headers) {
+void HttpReply::refuse(int status, std::initializer_list<HttpHeader> headers,
+                       std::string_view words) {
     assert(!_finished);
     [[maybe_unused]] const bool isFresh = restart();
     assert(isFresh);
     for (const HttpHeader& header : headers) addHeader(header);
+    if (!words.empty()) addHeader({"Content-Type", "text/plain; charset=utf-8"});
+    _body = words;
     _status = status;
 }
 

@@ -58,8 +58,10 @@ public:
     /// Drops the body and the headers of a 200 reply; false when some of it has left already.
     bool restart();
 
-    /// Answers with this status and an empty body instead. Only while nothing has left.
-    void refuse(int status, std::initializer_list<HttpHeader> headers = {});
+    /// Answers with this status instead, and with words for a person as plain text, or an empty
+    /// body. Only while nothing has left.
+    void refuse(int status, std::initializer_list<HttpHeader> headers = {},
+                std::string_view words = {});
 
     /// A trailer line, sent when the reply is chunked. May be set until the reply is finished.
     void setTrailer(HttpHeader trailer);

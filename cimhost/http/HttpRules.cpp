@@ -37,9 +37,9 @@ bool wantsContinue(const HttpRequest& request) noexcept {
     return request.isHttp11 && request.hasBody() && request.header("Expect").has_value();
 }
 
-void refuse(HttpReply& reply, int status) {
+void refuse(HttpReply& reply, int status, std::string_view about) {
     if (status == 405) {
-        reply.refuse(status, {{"Allow", "POST"}});
+        reply.refuse(status, {{"Allow", "POST"}}, about);
     } else if (status == 401) {
         reply.refuse(status, {{"WWW-Authenticate", "Basic realm=\"cimhost\", charset=\"UTF-8\""}});
     } else if (status == 503) {

@@ -12,7 +12,8 @@ int refusalOf(const HttpRequest& request) noexcept;
 /// True when the client wants "100 Continue" before it sends the body.
 bool wantsContinue(const HttpRequest& request) noexcept;
 
-/// Answers with the status that refuses a request, and the header that goes with it.
-void refuse(HttpReply& reply, int status);
+/// Answers with the status that refuses a request, and the header that goes with it. Who uses
+/// another method than the one that is served is told `about` the server.
+void refuse(HttpReply& reply, int status, std::string_view about = {});
 
 }  // namespace cimhost

@@ -10,6 +10,16 @@ constexpr std::size_t maximumDescriptionBytes = 1024;
 
 }  // namespace
 
+std::string_view aboutCimhost(CimXmlHttpReply::Kind kind) noexcept {
+    if (kind == CimXmlHttpReply::Kind::exported) {
+        return "This is 'cimhost listen': it takes CIM-XML indications by POST (headers CIMExport "
+               "and CIMExportMethod) and has no pages; see docs/cimhost.md.\n";
+    }
+    return "This is cimhost, a CIM object manager: it answers CIM-XML requests by POST (headers "
+           "CIMOperation, CIMMethod and CIMObject), as wbemcli and pywbem send them, and has no "
+           "pages; see docs/cimhost.md.\n";
+}
+
 void CimXmlAdapter::handle(const HttpRequest& request, HttpReply& reply) {
     reply.notes().operation = request.header("CIMMethod").value_or(std::string_view{});
     reply.notes().object = request.header("CIMObject").value_or(std::string_view{});
@@ -18,6 +28,10 @@ void CimXmlAdapter::handle(const HttpRequest& request, HttpReply& reply) {
         request.principal, request.serverName()};
     CimXmlHttpReply cimReply(reply);
     _handler.handle(cimRequest, cimReply);
+}
+
+std::string_view CimXmlAdapter::about() const noexcept {
+    return aboutCimhost(CimXmlHttpReply::Kind::operation);
 }
 
 CimXmlHttpReply::CimXmlHttpReply(HttpReply& reply, Kind kind) : _reply(reply), _kind(kind) {
@@ -33,7 +47,7 @@ void CimXmlHttpReply::_addHeaders() {
 void CimXmlHttpReply::refuse(int status, std::string_view cimError) {
     _reply.notes().outcome = cimError;
     if (cimError.empty()) {
-        _reply.refuse(status);
+        _reply.refuse(status, {}, status == 503 ? std::string_view{} : aboutCimhost(_kind));
     } else {
         _reply.refuse(status, {{"CIMError", cimError}});
     }

@@ -13,6 +13,7 @@ public:
     explicit CimXmlAdapter(const CimXmlHandler& handler) noexcept : _handler(handler) {}
 
     void handle(const HttpRequest& request, HttpReply& reply) override;
+    std::string_view about() const noexcept override;
 
 private:
     const CimXmlHandler& _handler;
@@ -40,5 +41,8 @@ private:
     HttpReply& _reply;
     Kind _kind;
 };
+
+/// What a person reads who comes to a server of this kind with a browser.
+std::string_view aboutCimhost(CimXmlHttpReply::Kind kind) noexcept;
 
 }  // namespace cimhost

@@ -78,6 +78,10 @@ public:
                         cimReply);
     }
 
+    std::string_view about() const noexcept override {
+        return aboutCimhost(CimXmlHttpReply::Kind::exported);
+    }
+
 private:
     const ExportHandler& _handler;
 };

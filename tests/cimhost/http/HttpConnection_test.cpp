@@ -55,6 +55,21 @@ TEST_F(HttpConnectionTest, ServesOneRequestAfterTheOther) {
     EXPECT_THAT(stream.sent, testing::EndsWith("\r\n\r\ntwo"));
 }
 
+TEST_F(HttpConnectionTest, TellsABrowserWhatIsServedHere) {
+    handler.words = "No pages here.\n";
+    EXPECT_THAT(serve({"GET / HTTP/1.1\r\nHost: a\r\n\r\n" + post("one")}), ElementsAre(405, 200));
+    EXPECT_EQ(headerOf(stream.sent, "Allow"), "POST");
+    EXPECT_EQ(headerOf(stream.sent, "Content-Type"), "text/plain; charset=utf-8");
+    EXPECT_THAT(stream.sent,
+                HasSubstr("\r\nContent-Length: 15\r\n\r\nNo pages here.\nHTTP/1.1 200"));
+}
+
+TEST_F(HttpConnectionTest, TellsNothingToWhomAsksForTheHeadAlone) {
+    handler.words = "No pages here.\n";
+    EXPECT_THAT(serve({"HEAD / HTTP/1.1\r\nHost: a\r\n\r\n"}), ElementsAre(405));
+    EXPECT_THAT(stream.sent, testing::EndsWith("\r\nContent-Length: 0\r\n\r\n"));
+}
+
 TEST_F(HttpConnectionTest, ServesRequestsThatCameAtOnce) {
     EXPECT_THAT(serve({post("one") + post("") + post("three")}), ElementsAre(200, 200, 200));
     EXPECT_EQ(stream.sendCount, 3U);

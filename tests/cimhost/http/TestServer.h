@@ -26,7 +26,10 @@ public:
         }
     }
 
+    std::string_view about() const noexcept override { return words; }
+
     std::atomic<int> calls = 0;
+    std::string_view words;
 
 private:
     Function _function;

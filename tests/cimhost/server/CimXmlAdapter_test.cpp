@@ -57,6 +57,14 @@ TEST_F(CimXmlHttpReplyTest, SaysNothingAboutNothing) {
     EXPECT_EQ(stream.sent.find("CIMError"), std::string::npos);
 }
 
+TEST_F(CimXmlHttpReplyTest, TellsWhatIsServedToWhoSendsNoCim) {
+    reply.refuse(400, "");
+    http.finish();
+    EXPECT_EQ(headerOf(stream.sent, "Content-Type"), "text/plain; charset=utf-8");
+    EXPECT_THAT(bodyOf(stream.sent), testing::StartsWith("This is cimhost, "));
+    EXPECT_THAT(bodyOf(stream.sent), EndsWith("docs/cimhost.md.\n"));
+}
+
 TEST_F(CimXmlHttpReplyTest, EndsAReplyThatFailsHalfWayWithTrailers) {
     reply.write(std::string(70'000, 'x'));
     EXPECT_FALSE(reply.restart());
