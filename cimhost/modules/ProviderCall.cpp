@@ -10,4 +10,23 @@ CallNesting::CallNesting() {
     ++depth;
 }
 
+void ProviderCall::_tellFailure(const RunningCall& running, const CMPIStatus& status) const {
+    if (status.rc == CMPI_RC_OK || codeFromProvider(status.rc) != CimCode::failed) return;
+    // A result that was not taken is the client's doing, mostly.
+    if (failureOf(_result)) return;
+    std::string text = messageOf(status);
+    if (text.empty()) text = errorTextOf(_result);
+    if (text.empty()) text = "CMPI return code " + std::to_string(static_cast<int>(status.rc));
+    _tellFailure(running, text);
+}
+
+void ProviderCall::_tellFailure(const RunningCall& running, const std::string& text) const {
+    if (ToldElsewhere::here()) return;
+    RunningCall::Words words;
+    running.describe(words);
+    words.blankControls();
+    _broker.log().write(BrokerLog::Level::error, running.asked().provider,
+                        std::string(words.view()) + ": " + text);
+}
+
 }  // namespace cimhost

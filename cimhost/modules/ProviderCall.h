@@ -51,6 +51,21 @@ private:
     inline static constinit thread_local unsigned depth = 0;
 };
 
+/// While it lives, what fails in providers that the thread calls is logged by another process,
+/// which waits for it and tells its client.
+class ToldElsewhere {
+public:
+    ToldElsewhere() noexcept { isTold = true; }
+    ~ToldElsewhere() { isTold = false; }
+    ToldElsewhere(const ToldElsewhere&) = delete;
+    ToldElsewhere& operator=(const ToldElsewhere&) = delete;
+
+    static bool here() noexcept { return isTold; }
+
+private:
+    inline static constinit thread_local bool isTold = false;
+};
+
 /// A property list in the form of MI functions. Good as long as the names that it was made of.
 class PropertyNames {
 public:
@@ -83,7 +98,8 @@ public:
 
     /// Calls the function in this slot of the MI's table, with the context, the result and the
     /// arguments. Throws what the sink threw, else the provider's failure as a CimError:
-    /// notSupported for a null slot.
+    /// notSupported for a null slot. A failure without a code that says more, and an exception, are
+    /// logged as well: `module Fans, provider FanProvider, operation getInstance, path ...: text`.
     template <typename MI, typename Table, typename Function, typename... Arguments>
     void run(const MiUse<MI>& use, Function Table::*slot, Arguments... arguments) {
         _requireSlot(use, slot);
@@ -125,9 +141,20 @@ private:
         const AskedOfProvider asked{use.module(), use.provider(), operation,
                                     _methodAmong<MI>(arguments...)};
         const RunningCall running(asked, _pathAmong(arguments...));
-        return callProvider(use.provider(),
-                            [&] { return function(use.get(), _context, arguments...); });
+        try {
+            const CMPIStatus status = callProvider(
+                use.provider(), [&] { return function(use.get(), _context, arguments...); });
+            _tellFailure(running, status);
+            return status;
+        } catch (const CimError& error) {
+            _tellFailure(running, error.what());
+            throw;
+        }
     }
+
+    // Other codes answer the client's request; this one says that something is wrong here.
+    void _tellFailure(const RunningCall& running, const CMPIStatus& status) const;
+    void _tellFailure(const RunningCall& running, const std::string& text) const;
 
     // A provider may keep what it clones once. One that does so again leaks, or fills a cache.
     template <typename MI>

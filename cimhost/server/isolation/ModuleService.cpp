@@ -71,6 +71,7 @@ ModuleService::ModuleService(const Repository& repository, Registrations registr
       _handler(
           [this, &repository](const LinkNotes& notes, const CimXmlRequest& request,
                               CimXmlReply& reply) {
+              const ToldElsewhere told;
               ProviderOperations operations(_broker, _modules, notes.provider, notes.className);
               CimXmlHandler(operations, repository).handle(request, reply);
           },
