@@ -16,9 +16,14 @@ using CmpiCpp::CmpiObjectPathResult;
 
 namespace {
 
-void requireFound(bool isFound, const CmpiObjectPath& path) {
-    if (isFound) return;
-    throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no such instance: " + path.str());
+[[noreturn]] void refuseUnknown(const CmpiObjectPath& path, const char* hint = "") {
+    throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no such instance: " + path.str() + hint);
+}
+
+// Collections compare with paths on this host, and so find none whose path names no host.
+bool hasWithoutHost(CmpiManagedInstanceCollection& collection, CmpiObjectPath path) {
+    path.setHost("");
+    return collection.getManagedInstance(path) != nullptr;
 }
 
 }  // namespace
@@ -63,10 +68,14 @@ void CollectionProvider::enumInstances(const CmpiContext& context, const CmpiObj
 void CollectionProvider::getInstance(const CmpiContext& context, const CmpiObjectPath& path,
                                      const char** properties, CmpiInstanceResult& result) {
     bool isFound = false;
+    const char* hint = "";
     answer(context, path, [&](Collection& collection) {
         isFound = isFound || collection.getInstance(result, context, path, properties);
+        if (!isFound && hasWithoutHost(collection, path)) {
+            hint = " (but one whose getPath() names no host: setHost() was not called)";
+        }
     });
-    requireFound(isFound, path);
+    if (!isFound) refuseUnknown(path, hint);
 }
 
 void CollectionProvider::invokeMethod(const CmpiContext& context, const CmpiObjectPath& path,
@@ -80,7 +89,7 @@ void CollectionProvider::invokeMethod(const CmpiContext& context, const CmpiObje
         isFound = true;
         instance->invokeMethod(methodName, in, result);
     });
-    requireFound(isFound, path);
+    if (!isFound) refuseUnknown(path);
 }
 
 void CollectionProvider::associators(const CmpiContext& context, const CmpiObjectPath& path,

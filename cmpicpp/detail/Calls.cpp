@@ -24,7 +24,10 @@ void throwNothingMade(const char* what) {
                      std::string("The object manager returned no ") + what + " and no error");
 }
 
-void throwNoBroker() { throw CmpiStatus(CMPI_RC_ERR_INVALID_HANDLE, "There is no broker to ask"); }
+void throwNoBroker() {
+    throw CmpiStatus(CMPI_RC_ERR_INVALID_HANDLE,
+                     "There is no broker to ask: was it recorded with setBroker()?");
+}
 
 void throwNoContext() {
     throw CmpiStatus(CMPI_RC_ERR_INVALID_HANDLE, "There is no context to ask with");

@@ -106,7 +106,8 @@ TEST_F(CmpiObjectPathTest, NeedsABroker) {
     const CmpiBroker none(nullptr);
     EXPECT_EQ(codeOf([&] { makeCmpiObjectPath(none, "n", "c"); }), CMPI_RC_ERR_INVALID_HANDLE);
     EXPECT_EQ(codeOf([&] { path().classPathIsA(none, "c"); }), CMPI_RC_ERR_INVALID_HANDLE);
-    EXPECT_EQ(messageOf([&] { makeCmpiObjectPath(none, "n", "c"); }), "There is no broker to ask");
+    EXPECT_EQ(messageOf([&] { makeCmpiObjectPath(none, "n", "c"); }),
+              "There is no broker to ask: was it recorded with setBroker()?");
 }
 
 TEST_F(CmpiObjectPathTest, RefusesANullKey) {

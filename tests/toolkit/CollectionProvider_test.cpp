@@ -63,6 +63,17 @@ public:
     }
 };
 
+/// Forgot where it is.
+class HostlessThing : public Thing {
+public:
+    using Thing::Thing;
+    CmpiObjectPath getPath() override {
+        auto path = Thing::getPath();
+        path.setHost("");
+        return path;
+    }
+};
+
 struct CollectionProviderTest : testing::Test {
     TestBroker host;
     Calls calls;
@@ -164,6 +175,15 @@ TEST_F(CollectionProviderTest, SaysWhichInstanceItHasNot) {
     EXPECT_EQ(outcomeOf([&] { provider.getInstance(host.context(), missing, nullptr, instances); }),
               words);
     EXPECT_EQ(call(provider, missing, "Turn"), words);
+}
+
+TEST_F(CollectionProviderTest, SaysThatAnInstanceIsNotFoundForWantOfAHost) {
+    add(provider.instances(),
+        std::make_unique<HostlessThing>(host, calls, host.path("PYL_Thing", "lost")));
+    const auto lost = host.path("PYL_Thing", "lost");
+    EXPECT_EQ(outcomeOf([&] { provider.getInstance(host.context(), lost, nullptr, instances); }),
+              "status 6 no such instance: " + lost.str() +
+                  " (but one whose getPath() names no host: setHost() was not called)");
 }
 
 TEST_F(CollectionProviderTest, RunsTheMethodsOfItsInstances) {
