@@ -1,5 +1,6 @@
 #include "cimhost/modules/Module.h"
 
+#include "cimhost/modules/ModuleFile.h"
 #include "cimhost/repository/CimError.h"
 
 #include <dlfcn.h>
@@ -21,30 +22,46 @@ namespace {
     throw CimError(CimCode::failed, message);
 }
 
-std::filesystem::path findFile(const std::string& file,
-                               const std::vector<std::filesystem::path>& folders) {
-    for (const std::filesystem::path& folder : folders) {
-        std::error_code error;
-        // A path with a slash, lest the loader look in its own folders.
-        std::filesystem::path path = std::filesystem::absolute(folder / file, error);
-        if (!error && std::filesystem::exists(path, error)) return path;
-    }
-    notFound(file, folders);
-}
+std::string fileOf(const std::string& name) { return "lib" + name + ".so"; }
 
 }  // namespace
 
+std::filesystem::path Module::find(const std::string& name,
+                                   const std::vector<std::filesystem::path>& folders) {
+    for (const std::filesystem::path& folder : folders) {
+        std::error_code error;
+        // A path with a slash, lest the loader look in its own folders.
+        std::filesystem::path path = std::filesystem::absolute(folder / fileOf(name), error);
+        if (!error && std::filesystem::exists(path, error)) return path;
+    }
+    return {};
+}
+
 std::unique_ptr<Module> Module::load(const std::string& name,
                                      const std::vector<std::filesystem::path>& folders) {
-    const std::filesystem::path path = findFile("lib" + name + ".so", folders);
+    const std::filesystem::path path = find(name, folders);
+    if (path.empty()) notFound(fileOf(name), folders);
     // Now: a symbol that is missing shows here rather than in the middle of a call. Global: so it
     // is in established hosts; names that clash there are to clash here, where they are looked for.
     Library library(dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL));
     if (!library) {
         const char* const reason = dlerror();
-        throw CimError(CimCode::failed, reason ? reason : path.string() + " cannot be loaded");
+        throw CimError(CimCode::failed,
+                       reason ? demangled(reason) : path.string() + " cannot be loaded");
     }
-    return std::unique_ptr<Module>(new Module(std::move(library)));
+    return std::unique_ptr<Module>(new Module(std::move(library), path));
+}
+
+void Module::refuseProvider(const std::string& module, const std::string& provider,
+                            std::string_view kind) const {
+    std::string message = "module " + module + " has no entry point " + provider + "_Create_" +
+                          std::string(kind) + "MI";
+    try {
+        if (_library) message += "; " + ModuleFile::read(_path).entryPointWords();
+    } catch (const std::runtime_error&) {
+        // What is loaded already need not be there any more.
+    }
+    throw CimError(CimCode::failed, message);
 }
 
 void Module::Close::operator()(void* library) const noexcept { dlclose(library); }

@@ -56,11 +56,20 @@ using StaticModule = std::tuple<MiFactory<CMPIInstanceMI>, MiFactory<CMPIAssocia
 class Module {
 public:
     /// Loads lib<name>.so from the first of the folders that has it.
-    /// Throws CimError failed that says what was looked for or what the loader refused.
+    /// Throws CimError failed that says what was looked for or what the loader refused, with C++
+    /// names as they were written.
     static std::unique_ptr<Module> load(const std::string& name,
                                         const std::vector<std::filesystem::path>& folders);
 
     explicit Module(StaticModule factories) : _factories(std::move(factories)) {}
+
+    /// The first of the folders' lib<name>.so, or an empty path.
+    static std::filesystem::path find(const std::string& name,
+                                      const std::vector<std::filesystem::path>& folders);
+
+    /// Throws CimError failed for an entry point that is missing, with those that are there.
+    [[noreturn]] void refuseProvider(const std::string& module, const std::string& provider,
+                                     std::string_view kind) const;
 
     /// The generic entry point where there is one, else that of the provider; empty without either.
     template <typename MI>
@@ -84,11 +93,13 @@ private:
     };
     using Library = std::unique_ptr<void, Close>;
 
-    explicit Module(Library library) : _library(std::move(library)) {}
+    Module(Library library, std::filesystem::path path)
+        : _library(std::move(library)), _path(std::move(path)) {}
 
     void* _symbol(const std::string& name) const noexcept;
 
     Library _library;
+    std::filesystem::path _path;
     StaticModule _factories;
 };
 

@@ -264,10 +264,7 @@ MI* ModuleHost::_create(Provider& provider) {
     _load(provider.module);
     const std::string kind(MiKind<MI>::word);
     const MiFactory<MI> factory = provider.module.code->factory<MI>(provider.name);
-    if (!factory) {
-        throw CimError(CimCode::failed, "module " + provider.module.name + " has no entry point " +
-                                            provider.name + "_Create_" + kind + "MI");
-    }
+    if (!factory) provider.module.code->refuseProvider(provider.module.name, provider.name, kind);
     const CallScope scope;
     RequestContext request;
     request.nameSpace = provider.nameSpace;

@@ -1,11 +1,14 @@
 #include "cimhost/modules/Registration.h"
 
+#include "cimhost/repository/NearestName.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iterator>
 #include <span>
+#include <tuple>
 #include <utility>
 
 namespace cimhost {
@@ -44,7 +47,7 @@ std::size_t typeFromText(std::string_view text) {
         if (equalNames(typeNames[type], text)) return type;
     }
     refuse("unknown type '" + std::string(text) +
-           "' (known are instance, association, method, indication)");
+           "' (known are instance, association, method, indication)" + didYouMean(text, typeNames));
 }
 
 std::bitset<providerTypeCount> typesFrom(std::span<const std::string_view> words) {
@@ -94,7 +97,8 @@ void readSectionLine(Section& section, std::string_view line) {
     if (known == sectionKeys.end()) {
         refuse(
             "unknown key '" + std::string(key) +
-            "' (known are provider, location, type, namespace, unload, parameters, group, user)");
+            "' (known are provider, location, type, namespace, unload, parameters, group, user)" +
+            didYouMean(key, sectionKeys));
     }
     const auto index = static_cast<std::size_t>(known - sectionKeys.begin());
     if (!section.values[index].empty()) refuse("the " + std::string(*known) + " is given twice");
@@ -173,16 +177,33 @@ std::string subjectText(const Registration& registration, std::size_t type) {
 
 }  // namespace
 
+bool Registration::operator==(const Registration& other) const noexcept {
+    return std::tie(className, nameSpace, provider, module) ==
+               std::tie(other.className, other.nameSpace, other.provider, other.module) &&
+           types == other.types;
+}
+
+template <typename Work>
+void Registrations::_tryTo(Work&& work) try {
+    work();
+} catch (const RegistrationError& error) {
+    if (!_keepsErrors) throw;
+    _errors.emplace_back(error.what());
+}
+
 void Registrations::readFile(const std::filesystem::path& file) {
+    std::string text;
     try {
         std::ifstream stream;
         stream.exceptions(std::ios::failbit);
         stream.open(file, std::ios::binary);
         stream.exceptions(std::ios::badbit);
-        readText(std::string(std::istreambuf_iterator<char>(stream), {}), file.string());
+        text.assign(std::istreambuf_iterator<char>(stream), {});
     } catch (const std::ios_base::failure&) {
-        refuse(file.string() + ": cannot be read: " + std::strerror(errno));
+        const std::string reason = std::strerror(errno);
+        return _tryTo([&] { refuse(file.string() + ": cannot be read: " + reason); });
     }
+    readText(text, file.string());
 }
 
 void Registrations::readText(std::string_view text, const std::string& name) {
@@ -194,21 +215,25 @@ void Registrations::readText(std::string_view text, const std::string& name) {
         line = trimmed(line.substr(0, line.find('#')));
         if (line.empty()) continue;
         const std::string place = name + ":" + std::to_string(number);
-        readAt(place, [&] {
-            if (line.front() == '[') {
-                sections.push_back(sectionFrom(line, place));
-            } else if (!sections.empty()) {
-                readSectionLine(sections.back(), line);
-            } else {
-                _read(registrationFrom(splitFields(line)), place);
-            }
+        _tryTo([&] {
+            readAt(place, [&] {
+                if (line.front() == '[') {
+                    sections.push_back(sectionFrom(line, place));
+                } else if (!sections.empty()) {
+                    readSectionLine(sections.back(), line);
+                } else {
+                    _read(registrationFrom(splitFields(line)), place);
+                }
+            });
         });
     }
     for (const Section& section : sections) {
-        readAt(section.place, [this, &section] {
-            for (Registration& registration : registrationsFrom(section)) {
-                _read(std::move(registration), section.place);
-            }
+        _tryTo([&] {
+            readAt(section.place, [&] {
+                for (Registration& registration : registrationsFrom(section)) {
+                    _read(std::move(registration), section.place);
+                }
+            });
         });
     }
 }
@@ -218,6 +243,7 @@ void Registrations::_read(Registration registration, const std::string& place) {
         _warnings.push_back(place + ": class " + registration.className + " in namespace " +
                             registration.nameSpace + " is registered in these words already");
     } else {
+        registration.place = place;
         add(std::move(registration));
     }
 }

@@ -28,8 +28,10 @@ struct Registration {
     std::string provider;  ///< as the module's entry points name it
     std::string module;    ///< base name: Fans for libFans.so
     std::bitset<providerTypeCount> types;
+    std::string place{};  ///< "file:line"; empty for one that is from no file
 
-    bool operator==(const Registration&) const = default;
+    /// Wherever they are written.
+    bool operator==(const Registration& other) const noexcept;
 
     bool serves(ProviderType type) const noexcept { return types[static_cast<std::size_t>(type)]; }
 };
@@ -65,6 +67,10 @@ public:
     /// another has registered, and for a file that cannot be read. What came before it stays.
     void readFile(const std::filesystem::path& file);
 
+    /// From now on readFile and readText throw nothing: what they refuse is kept, the rest read.
+    void keepErrors() noexcept { _keepsErrors = true; }
+    const std::vector<std::string>& errors() const noexcept { return _errors; }
+
     /// `name` stands for the file in messages.
     void readText(std::string_view text, const std::string& name);
 
@@ -93,6 +99,8 @@ private:
     };
     using Indexes = std::array<Index, providerTypeCount>;
 
+    template <typename Work>
+    void _tryTo(Work&& work);
     void _read(Registration registration, const std::string& place);
     const Index* _find(ProviderType type, std::string_view nameSpace) const noexcept;
     void _check(const Registration& registration) const;
@@ -102,6 +110,8 @@ private:
     std::map<std::string, Indexes, NameLess> _nameSpaces;
     std::map<std::string, std::string> _modules;  // by provider
     std::vector<std::string> _warnings;
+    bool _keepsErrors = false;
+    std::vector<std::string> _errors;
 };
 
 }  // namespace cimhost

@@ -63,26 +63,57 @@ void skipPragmaParameters(MofCursor& cursor) {
     }
 }
 
+bool beginsProduction(const MofToken& token) noexcept {
+    return token.isSymbol('#') || token.isName("class") || token.isName("instance") ||
+           token.isName("qualifier");
+}
+
+// To where the next one begins, as far as that can be told from the middle of a broken one.
+void skipProduction(MofCursor& cursor) {
+    bool closes = false;
+    while (cursor.peek().kind != MofToken::Kind::end && !beginsProduction(cursor.peek())) {
+        const MofToken token = cursor.take();
+        if (token.isSymbol(';') && closes) return;
+        closes = token.isSymbol('}');
+    }
+}
+
 }  // namespace
 
 MofCompilation::MofCompilation(Repository& repository,
                                const std::vector<std::filesystem::path>& searchPaths,
-                               const std::string& nameSpace)
-    : _repository(repository), _searchPaths(searchPaths), _nameSpace(&repository.make(nameSpace)) {}
+                               const std::string& nameSpace, MofComplaints* complaints)
+    : _repository(repository),
+      _searchPaths(searchPaths),
+      _nameSpace(&repository.make(nameSpace)),
+      _complaints(complaints) {}
+
+// False when the work was refused and the complaints know.
+template <typename Work>
+bool MofCompilation::_succeeds(Work&& work) try {
+    work();
+    return true;
+} catch (const MofError& error) {
+    if (!_complaints) throw;
+    _complaints->add(error.what(), _className);
+    return false;
+}
 
 void MofCompilation::compileFile(const std::filesystem::path& file) {
     _names.push_back(file.string());
-    _compileIncluded(file, {&_names.back(), 1, 1});
+    _succeeds([&] { _compileIncluded(file, {&_names.back(), 1, 1}); });
 }
 
 void MofCompilation::compileText(std::string_view text, const std::string& name) {
     _names.push_back(name);
-    _compile(text, _names.back(), {});
+    _succeeds([&] { _compile(text, _names.back(), {}); });
 }
 
 void MofCompilation::finish() {
-    _instances.resolve([this](const MofInstance& declared, Instance instance) {
-        _repository.make(declared.nameSpace->name()).addInstance(std::move(instance));
+    _succeeds([&] {
+        _instances.resolve([this](const MofInstance& declared, Instance instance) {
+            _repository.make(declared.nameSpace->name()).addInstance(std::move(instance));
+        });
     });
 }
 
@@ -115,7 +146,16 @@ void MofCompilation::_compile(std::string_view text, const std::string& name,
                "the texts have more than " + std::to_string(mostBytes >> 20U) + " MiB");
     }
     MofCursor cursor(text, name);
-    while (cursor.peek().kind != MofToken::Kind::end) _production(cursor, folder);
+    while (cursor.peek().kind != MofToken::Kind::end) {
+        _className.clear();
+        const bool isPragma = cursor.peek().isSymbol('#');
+        const std::size_t openFiles = _openFiles.size();
+        NameSpace* const before = _nameSpace;
+        if (_succeeds([&] { _production(cursor, folder); })) continue;
+        _openFiles.resize(openFiles);
+        _nameSpace = before;
+        if (!isPragma) skipProduction(cursor);
+    }
 }
 
 void MofCompilation::_production(MofCursor& cursor, const std::filesystem::path& folder) {
@@ -130,6 +170,7 @@ void MofCompilation::_qualified(MofCursor& cursor) {
     const bool hasQualifiers = cursor.peek().isSymbol('[');
     MofQualifiers qualifiers = parseQualifiers(cursor, *_nameSpace);
     if (cursor.acceptKeyword("class")) {
+        _className = cursor.peek().text;
         return parseClass(cursor, *_nameSpace, std::move(qualifiers));
     }
     if (cursor.acceptKeyword("instance")) return _instances.add(parseInstance(cursor, *_nameSpace));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cimhost/mof/MofComplaints.h"
 #include "cimhost/mof/MofCursor.h"
 #include "cimhost/mof/MofInstances.h"
 #include "cimhost/repository/Repository.h"
@@ -16,9 +17,10 @@ namespace cimhost {
 /// One run of the reader over a file or text and all that it includes.
 class MofCompilation {
 public:
-    /// Both must outlive the compilation.
+    /// All must outlive the compilation. With complaints it throws nothing, tells them what it
+    /// would throw, and goes on with what follows.
     MofCompilation(Repository& repository, const std::vector<std::filesystem::path>& searchPaths,
-                   const std::string& nameSpace);
+                   const std::string& nameSpace, MofComplaints* complaints = nullptr);
 
     /// Throws MofError.
     void compileFile(const std::filesystem::path& file);
@@ -28,6 +30,8 @@ public:
     void finish();
 
 private:
+    template <typename Work>
+    bool _succeeds(Work&& work);
     void _compile(std::string_view text, const std::string& name,
                   const std::filesystem::path& folder);
     void _compileIncluded(const std::filesystem::path& file, const MofPosition& position);
@@ -40,6 +44,8 @@ private:
     Repository& _repository;
     const std::vector<std::filesystem::path>& _searchPaths;
     NameSpace* _nameSpace;
+    MofComplaints* const _complaints;
+    std::string _className;  ///< of the class that is being read
     MofInstances _instances;
     std::deque<std::string> _names;                 ///< files' names as messages show them
     std::vector<std::filesystem::path> _openFiles;  ///< each included by the one before it

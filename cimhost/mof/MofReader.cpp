@@ -42,13 +42,13 @@ void MofReader::addSearchPath(std::filesystem::path folder) {
 }
 
 void MofReader::readFile(const std::filesystem::path& file) {
-    MofCompilation compilation(_repository, _searchPaths, _nameSpace);
+    MofCompilation compilation(_repository, _searchPaths, _nameSpace, _complaints);
     compilation.compileFile(file);
     compilation.finish();
 }
 
 void MofReader::readText(std::string_view text, const std::string& name) {
-    MofCompilation compilation(_repository, _searchPaths, _nameSpace);
+    MofCompilation compilation(_repository, _searchPaths, _nameSpace, _complaints);
     compilation.compileText(text, name);
     compilation.finish();
 }

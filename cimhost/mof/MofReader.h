@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cimhost/mof/MofComplaints.h"
 #include "cimhost/mof/MofError.h"
 #include "cimhost/repository/Repository.h"
 
@@ -37,6 +38,10 @@ public:
     /// Folders where `#pragma include` looks after the including file's own.
     void addSearchPath(std::filesystem::path folder);
 
+    /// From now on reading throws nothing: what is refused is told here, and the rest read. The
+    /// complaints outlive the reader; several readers may have the same.
+    void keepErrors(MofComplaints& complaints) noexcept { _complaints = &complaints; }
+
     /// Throws MofError; a file that cannot be read is one too.
     void readFile(const std::filesystem::path& file);
 
@@ -47,6 +52,7 @@ private:
     Repository& _repository;
     std::string _nameSpace;
     std::vector<std::filesystem::path> _searchPaths;
+    MofComplaints* _complaints = nullptr;
 };
 
 }  // namespace cimhost

@@ -145,7 +145,9 @@ TEST_F(ModuleHostTest, RefusesAFileThatIsNoLibrary) {
 
 TEST_F(ModuleHostTest, NamesTheEntryPointThatAModuleLacks) {
     start("A root/test Other plainModule instance\n");
-    EXPECT_EQ(failureOf("A"), "1: module plainModule has no entry point Other_Create_InstanceMI");
+    EXPECT_EQ(failureOf("A"),
+              "1: module plainModule has no entry point Other_Create_InstanceMI; it has "
+              "Plain_Create_InstanceMI, Plain_Create_MethodMI");
     EXPECT_EQ(log.countOf("Other_Create_InstanceMI"), 1U);
 }
 

@@ -81,7 +81,7 @@ TEST(Registration, ListsATypeOfANamespaceInOrder) {
 TEST(Registration, NamesFileLineAndUnknownType) {
     EXPECT_EQ(refusalOf("# one\nA n P m instanse\n"),
               "fans.registration:2: unknown type 'instanse' (known are instance, association, "
-              "method, indication)");
+              "method, indication); did you mean 'instance'?");
 }
 
 TEST(Registration, NamesTheMissingField) {
@@ -230,6 +230,26 @@ TEST(Registration, StaysGoodWhenMoved) {
     first.readText("A n P m instance\n", "x");
     const Registrations second = std::move(first);
     EXPECT_EQ(second.find(ProviderType::instance, "n", "A"), &second.all().front());
+}
+
+TEST(Registration, KeepsWhatItRefusesWhenItIsToldTo) {
+    Registrations registrations;
+    registrations.keepErrors();
+    registrations.readText("A n P\nB n P M instance\nC n P M instanse\n", "r");
+    registrations.readFile("/absent");
+    ASSERT_EQ(registrations.errors().size(), 3U);
+    EXPECT_THAT(registrations.errors()[0], testing::StartsWith("r:1: "));
+    EXPECT_THAT(registrations.errors()[1], testing::StartsWith("r:3: "));
+    EXPECT_THAT(registrations.errors()[2], testing::StartsWith("/absent: cannot be read: "));
+    EXPECT_EQ(registrations.all().size(), 1U);
+}
+
+TEST(Registration, KnowsWhereItIsWritten) {
+    Registrations registrations;
+    registrations.readText("\nB n P M instance\n", "r");
+    registrations.readText("[C]\nprovider: P\nlocation: M\ntype: instance\nnamespace: n\n", "s");
+    EXPECT_EQ(registrations.all()[0].place, "r:2");
+    EXPECT_EQ(registrations.all()[1].place, "s:1");
 }
 
 }  // namespace
