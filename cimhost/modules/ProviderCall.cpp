@@ -14,10 +14,11 @@ void ProviderCall::_tellFailure(const RunningCall& running, const CMPIStatus& st
     if (status.rc == CMPI_RC_OK || codeFromProvider(status.rc) != CimCode::failed) return;
     // A result that was not taken is the client's doing, mostly.
     if (failureOf(_result)) return;
-    std::string text = messageOf(status);
-    if (text.empty()) text = errorTextOf(_result);
-    if (text.empty()) text = "CMPI return code " + std::to_string(static_cast<int>(status.rc));
-    _tellFailure(running, text);
+    try {
+        requireSuccess(status, running.asked().provider, _result);
+    } catch (const CimError& error) {
+        _tellFailure(running, error.what());
+    }
 }
 
 void ProviderCall::_tellFailure(const RunningCall& running, const std::string& text) const {
