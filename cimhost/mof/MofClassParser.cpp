@@ -1,8 +1,10 @@
 #include "cimhost/mof/MofClassParser.h"
 
 #include "cimhost/mof/MofValueParser.h"
+#include "cimhost/repository/NearestName.h"
 #include "cimhost/repository/QualifierRules.h"
 
+#include <array>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -23,6 +25,14 @@ struct TypedName {
     MofPosition position;
 };
 
+std::string meantType(std::string_view name) {
+    constexpr auto types = std::to_array(
+        {CimType::boolean, CimType::char16, CimType::uint8, CimType::uint16, CimType::uint32,
+         CimType::uint64, CimType::sint8, CimType::sint16, CimType::sint32, CimType::sint64,
+         CimType::real32, CimType::real64, CimType::string, CimType::dateTime});
+    return didYouMean(name, types, typeName);
+}
+
 /// `uint32 Name` or `Class REF Name`.
 TypedName parseTypedName(MofCursor& cursor, std::string_view what) {
     TypedName parsed;
@@ -32,6 +42,8 @@ TypedName parseTypedName(MofCursor& cursor, std::string_view what) {
         parsed.type.type = CimType::reference;
         parsed.referenceClass = type.text;
         if (!cursor.acceptKeyword("ref")) {
+            const std::string meant = meantType(type.text);
+            if (!meant.empty()) failAt(type.position, describe(type) + " is not a type" + meant);
             cursor.unexpected("'ref' after " + describe(type) + ", which is not a type");
         }
     }

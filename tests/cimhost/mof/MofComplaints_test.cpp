@@ -29,7 +29,7 @@ TEST_F(MofComplaintsTest, TellAllThatIsWrongAndReadTheRest) {
                          "[Nonsense] class C { string s; };\n"
                          "class D : Nobody { };\n"
                          "class E { string s; };\n"),
-                ElementsAre(testing::StartsWith("t.mof:1:18: expected "),
+                ElementsAre("t.mof:1:11: 'uint23' is not a type; did you mean 'uint32'?",
                             "t.mof:3:2: qualifier 'Nonsense' is not declared",
                             "t.mof:4:11: superclass 'Nobody' is not known"));
     EXPECT_TRUE(has("B"));
