@@ -69,11 +69,12 @@ std::vector<std::string> SchemaOptions::arguments() const {
     return words;
 }
 
-void SchemaOptions::loadInto(Repository& repository) const {
+void SchemaOptions::loadInto(Repository& repository, MofComplaints* complaints) const {
     if (_files.empty()) throw UsageError("name at least one MOF file with --schema");
     for (const std::string& nameSpace : _nameSpaces) repository.make(nameSpace);
     for (const SchemaFile& schema : files()) {
         MofReader reader(repository, schema.nameSpace);
+        if (complaints) reader.keepErrors(*complaints);
         for (const std::filesystem::path& folder : _includeFolders) reader.addSearchPath(folder);
         reader.readFile(schema.file);
     }
@@ -81,21 +82,6 @@ void SchemaOptions::loadInto(Repository& repository) const {
 
 void SchemaOptions::loadInto(Registrations& registrations) const {
     for (const std::filesystem::path& file : _registrations) registrations.readFile(file);
-}
-
-std::vector<std::string> unknownClasses(const Repository& repository,
-                                        const Registrations& registrations) {
-    std::vector<std::string> complaints;
-    for (const Registration& registration : registrations.all()) {
-        const NameSpace* nameSpace = repository.find(registration.nameSpace);
-        if (nameSpace != nullptr && nameSpace->findClass(registration.className) != nullptr) {
-            continue;
-        }
-        complaints.push_back("provider " + registration.provider + " is registered for " +
-                             registration.nameSpace + ":" + registration.className +
-                             ", which does not exist");
-    }
-    return complaints;
 }
 
 }  // namespace cimhost

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cimhost/modules/Registration.h"
+#include "cimhost/mof/MofComplaints.h"
 #include "cimhost/repository/Repository.h"
 
 #include <filesystem>
@@ -34,8 +35,9 @@ public:
     /// The options as a command line has them.
     std::vector<std::string> arguments() const;
 
-    /// Reads the MOF files in order. Throws MofError; UsageError when no file was named.
-    void loadInto(Repository& repository) const;
+    /// Reads the MOF files in order. Throws MofError, or tells the complaints all that is wrong;
+    /// UsageError when no file was named.
+    void loadInto(Repository& repository, MofComplaints* complaints = nullptr) const;
 
     /// Reads the registration files in order. Throws RegistrationError.
     void loadInto(Registrations& registrations) const;
@@ -47,10 +49,5 @@ private:
     std::vector<std::filesystem::path> _includeFolders;
     std::vector<std::filesystem::path> _registrations;
 };
-
-/// One complaint for each registration whose class does not exist: its provider would never be
-/// asked for anything.
-std::vector<std::string> unknownClasses(const Repository& repository,
-                                        const Registrations& registrations);
 
 }  // namespace cimhost

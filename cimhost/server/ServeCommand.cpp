@@ -8,6 +8,7 @@
 #include "cimhost/server/EndDeadline.h"
 #include "cimhost/server/EndSignals.h"
 #include "cimhost/server/ObjectManager.h"
+#include "cimhost/server/RegistrationCheck.h"
 #include "cimhost/server/ServeOptions.h"
 #include "cimhost/server/StartWatch.h"
 
@@ -66,6 +67,18 @@ void announce(const HttpServer& server, bool usesTls) {
     std::_Exit(1);
 }
 
+/// What `cimhost check` would say, as far as it can be known without running code of modules.
+void warn(const ServeOptions& options, const Repository& repository,
+          const Registrations& registrations, BrokerLog& log) {
+    for (const Findings& findings :
+         {registrations.warnings(), checkClasses(repository, registrations),
+          checkModuleFiles(registrations, options.providerFolders)}) {
+        for (const std::string& finding : findings) {
+            log.write(BrokerLog::Level::warning, "cimhost", finding);
+        }
+    }
+}
+
 int serve(const ServeOptions& options) {
     options.checkExposure();
     const EndSignals signals;
@@ -79,12 +92,7 @@ int serve(const ServeOptions& options) {
     options.schema.loadInto(repository);
     Registrations registrations;
     options.schema.loadInto(registrations);
-    for (const auto& warnings :
-         {registrations.warnings(), unknownClasses(repository, registrations)}) {
-        for (const std::string& warning : warnings) {
-            log.write(BrokerLog::Level::warning, "cimhost", warning);
-        }
-    }
+    if (options.checks) warn(options, repository, registrations, log);
     options.checkFiles(registrations, log);
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,

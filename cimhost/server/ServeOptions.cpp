@@ -244,6 +244,10 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
                     "Write a line a request to the file; - is standard output")
         ->type_name("FILE")
         ->group(group);
+    command
+        .add_flag("!--no-check", checks,
+                  "Say nothing at the start of what is wrong with registrations and modules")
+        ->group(group);
     command.add_option("--log-level", logLevel, "Least urgent lines to write to standard error")
         ->type_name("LEVEL")
         ->transform(CLI::CheckedTransformer(levels, CLI::ignore_case)

@@ -19,6 +19,7 @@ struct ServeOptions {
     std::vector<std::filesystem::path> providerFolders;
     Manner manner;
     ResultPolicy results = ResultPolicy::warn;
+    bool checks = true;       ///< the files are looked through at the start
     bool isolates = false;    ///< each module has a process of its own
     std::string isolateUser;  ///< who those run as; empty: as this one
     std::chrono::milliseconds providerTime{60'000};

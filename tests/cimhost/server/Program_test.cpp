@@ -124,8 +124,13 @@ TEST_F(ProgramTest, WarnsOfARegistrationThatServesNothing) {
     EXPECT_EQ(run({"serve", "--port", "0", "--schema", schema, "--registration", registration,
                    "--max-seconds", "0"}),
               0);
-    EXPECT_THAT(err(), HasSubstr("warning cimhost: provider P is registered for "
+    EXPECT_THAT(err(), HasSubstr("r:1: provider P is registered for "
                                  "root/cimv2:Unheard, which does not exist"));
+    EXPECT_THAT(err(), HasSubstr("warning cimhost: "));
+    EXPECT_THAT(err(), HasSubstr("r:1: module M: libM.so was not found in "));
+    run({"serve", "--port", "0", "--schema", schema, "--registration", registration,
+         "--max-seconds", "0", "--no-check"});
+    EXPECT_EQ(err(), "");
 }
 
 TEST_F(ProgramTest, WarnsOfARegistrationThatIsRepeatedAndTakesIt) {

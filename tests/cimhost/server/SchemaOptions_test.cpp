@@ -73,17 +73,5 @@ TEST_F(SchemaOptionsTest, ReadsRegistrationsInOrder) {
     EXPECT_EQ(registrations.all().back().className, "B");
 }
 
-TEST(UnknownClasses, AreThoseOfRegistrationsThatNoSchemaHas) {
-    Repository repository;
-    MofReader(repository, "root/x").readText("class A { string s; };", "schema");
-    Registrations registrations;
-    registrations.readText("a ROOT/X P M instance\nB root/x P M instance\nA root/y P M instance\n",
-                           "registrations");
-    EXPECT_THAT(
-        unknownClasses(repository, registrations),
-        testing::ElementsAre("provider P is registered for root/x:B, which does not exist",
-                             "provider P is registered for root/y:A, which does not exist"));
-}
-
 }  // namespace
 }  // namespace cimhost

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "cimhost/modules/Registration.h"
+#include "cimhost/repository/Repository.h"
+#include "cimhost/server/Findings.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace cimhost {
+
+/// What speaks against the registrations, held against the classes: a provider that would never be
+/// asked, or asked for what cannot be. No module is looked at.
+Findings checkClasses(const Repository& repository, const Registrations& registrations);
+
+/// The same for the files of modules: those that are not there, or lack the entry point for a
+/// provider that is registered. No code of them runs.
+Findings checkModuleFiles(const Registrations& registrations,
+                          const std::vector<std::filesystem::path>& folders);
+
+/// `file:line: text`, or the text where the registration is from no file.
+std::string placed(const Registration& registration, const std::string& text);
+
+/// "Instance" for ProviderType::instance: as entry points have it.
+std::string_view kindWord(ProviderType type) noexcept;
+
+}  // namespace cimhost
