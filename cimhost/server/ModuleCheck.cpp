@@ -167,15 +167,16 @@ private:
         const std::size_t before = _teller.findings();
         _teller.hear(true);
         FirstPath first;
-        _try(each, "enumerateInstanceNames",
-             [&] { _operations.enumerateInstanceNames(request, path, first); });
+        const bool isNaming = _try(each, "enumerateInstanceNames", [&] {
+            _operations.enumerateInstanceNames(request, path, first);
+        });
         NoInstances instances;
         _try(each, "enumerateInstances",
              [&] { _operations.enumerateInstances(request, path, {}, instances); });
         if (_teller.findings() != before) return _teller.hear(false);
         if (first.path) {
             _try(each, "getInstance", [&] { _find(each, request, *first.path); });
-        } else {
+        } else if (isNaming) {
             _teller.tell(doubt,
                          placed(each, "provider " + each.provider + " names no instance of " +
                                           each.nameSpace + ":" + each.className +
@@ -198,16 +199,20 @@ private:
         }
     }
 
+    // False when it fails, which is a finding; nobody need support everything.
     template <typename Work>
-    void _try(const Registration& each, const char* operation, Work&& work) {
+    bool _try(const Registration& each, const char* operation, Work&& work) {
         _teller.tell(
             step, "provider " + each.provider + " answers " + operation + " of " + each.className);
         try {
             work();
+            return true;
         } catch (const CimError& error) {
+            if (error.code() == CimCode::notSupported) return false;
             _teller.tell(finding, placed(each, "provider " + each.provider + ", " + operation +
                                                    " of " + each.nameSpace + ":" + each.className +
                                                    ": " + error.what()));
+            return false;
         }
     }
 
@@ -259,10 +264,10 @@ private:
                 _line += byte;
                 continue;
             }
-            if (_line.front() == step) _step = _line.substr(1);
-            if (_line.front() == finding) _add(_findings.errors);
-            if (_line.front() == doubt) _add(_findings.doubts);
-            if (_line.front() == end) _isWhole = true;
+            if (_line.starts_with(step)) _step = _line.substr(1);
+            if (_line.starts_with(finding)) _add(_findings.errors);
+            if (_line.starts_with(doubt)) _add(_findings.doubts);
+            if (_line.starts_with(end)) _isWhole = true;
             _line.clear();
         }
     }

@@ -4,6 +4,8 @@
 #include "toolkit/LocalPaths.h"
 #include "toolkit/Properties.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <stdexcept>
 #include <string_view>
@@ -26,7 +28,14 @@ bool makes(std::string_view mistake) {
     return chosen && chosen == mistake;
 }
 
-const bool isCrashed = makes("module-crash") && (std::abort(), true);
+bool begin() {
+    if (makes("module-crash")) std::abort();
+    if (makes("module-leaves")) std::_Exit(3);
+    if (makes("module-throws")) throw std::runtime_error("no configuration");
+    return true;
+}
+
+const bool hasBegun = begin();
 
 class Board final : public PYL::CmpiManagedInstance {
 public:
@@ -63,6 +72,7 @@ public:
 class Boards final : public PYL::CollectionProvider {
 public:
     Boards(const CmpiBroker& broker, Logger& log) : CollectionProvider(broker, log) {
+        while (makes("constructor-hangs")) pause();
         if (makes("constructor-throws")) throw std::runtime_error("there is no board");
         PYL::add(_instances, std::make_unique<Board>());
     }
