@@ -11,7 +11,6 @@
 
 namespace {
 
-// [provider]
 /// A network port, as the kernel shows it below /sys/class/net.
 class Port : public PYL::CmpiManagedInstance {
 public:
@@ -37,9 +36,7 @@ public:
 private:
     std::string _name;
 };
-// [provider]
 
-// [test]
 constexpr const char* classes = R"(
 class ACME_Port {
     [Key] string Name;
@@ -79,6 +76,5 @@ TEST_F(PortTest, SaysWhichPortItHasNot) {
     EXPECT_EQ(cimtest::failureOf([&] { host.get("ACME_Port.Name=\"eth9\""); }),
               "6 no such instance: /root/acme:ACME_Port.Name=\"eth9\"");
 }
-// [test]
 
 }  // namespace
