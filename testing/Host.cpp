@@ -385,6 +385,14 @@ FaultyBroker& Host::faults() {
 
 const CMPIBroker* Host::handle() const noexcept { return _parts->broker.handle(); }
 
+Instance Host::show(const CMPIInstance* instance) const {
+    const cimhost::Instance& shown = cimhost::modelOf(instance);
+    reading([&] { _parts->alerts.judge(_parts->nameSpace, shown); });
+    return Instance(shown);
+}
+
+Path Host::show(const CMPIObjectPath* path) { return Path(cimhost::modelOf(path)); }
+
 const CMPIContext* Host::callContext() {
     _start();
     return _parts->context;

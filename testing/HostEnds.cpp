@@ -35,7 +35,7 @@ void HostLog::write(Level level, std::string_view source, std::string_view messa
 void HostAlerts::deliver(const cimhost::RequestContext&, std::string_view nameSpace,
                          const cimhost::Instance& indication) {
     try {
-        _judgeOne(nameSpace, indication);
+        judge(nameSpace, indication);
     } catch (const cimhost::CimError& error) {
         failLate(error.what());
         throw;
@@ -43,16 +43,16 @@ void HostAlerts::deliver(const cimhost::RequestContext&, std::string_view nameSp
     captured.add(Instance(indication));
 }
 
-void HostAlerts::_judgeOne(std::string_view nameSpace, const cimhost::Instance& indication) const {
-    const std::string provider = "of " + indication.className();
-    const auto* const definition = _repository.get(nameSpace).findClass(indication.className());
+void HostAlerts::judge(std::string_view nameSpace, const cimhost::Instance& instance) const {
+    const std::string provider = "of " + instance.className();
+    const auto* const definition = _repository.get(nameSpace).findClass(instance.className());
     if (!definition) {
-        cimhost::ObjectPath path = indication.path;
+        cimhost::ObjectPath path = instance.path;
         path.nameSpace = nameSpace;
         return _judge.tellUnknownClass(provider, path);
     }
     const cimhost::ClassRules& rules = _judge.rulesOf(*definition);
-    if (!rules.areClean(indication.properties, nullptr)) _judge.mend(provider, rules, indication);
+    if (!rules.areClean(instance.properties, nullptr)) _judge.mend(provider, rules, instance);
 }
 
 }  // namespace cimtest

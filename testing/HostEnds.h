@@ -30,11 +30,12 @@ public:
     void deliver(const cimhost::RequestContext& context, std::string_view nameSpace,
                  const cimhost::Instance& indication) override;
 
+    /// Throws CimError with the words when the instance is not as its class declares it.
+    void judge(std::string_view nameSpace, const cimhost::Instance& instance) const;
+
     Captured<Instance> captured;
 
 private:
-    void _judgeOne(std::string_view nameSpace, const cimhost::Instance& indication) const;
-
     const cimhost::Repository& _repository;
     cimhost::ResultJudge _judge;
 };

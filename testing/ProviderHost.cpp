@@ -168,6 +168,13 @@ void ProviderHost::add(std::unique_ptr<PYL::CmpiManagedInstance> instance) {
     PYL::add(instances->_instances, std::move(instance));
 }
 
+Instance ProviderHost::show(PYL::CmpiManagedInstance& instance) const {
+    const Instance shown = show(instance.getInstance().toCMPI());
+    const Path claimed = show(instance.getPath());
+    if (shown.path() == claimed) return shown;
+    throw Failure("the path of " + shown.str() + " is not that of getPath(), " + claimed.str());
+}
+
 void ProviderHost::beforeStart() {
     if (_library->instances) {
         _serve(std::move(_library->instances),

@@ -2,12 +2,16 @@
 #include "common/PYLUtil.h"
 #include "tests/testing/Ports.h"
 
+#include <map>
+
 namespace {
 
 using cimtest::failureOf;
 using cimtest::Path;
 using cimtest::Post;
 using Paths = std::vector<Path>;
+
+using PortsHost = ports::Fixture;
 
 struct HostTest : ports::Fixture {
     HostTest() { serve(); }
@@ -122,6 +126,59 @@ TEST_F(HostTest, ServesSeveralProvidersThatAskEachOther) {
         "class ACME_Fan { [Key] string Name; }; instance of ACME_Fan { Name = \"f\"; };",
         "root/other");
     EXPECT_EQ(host.names("ACME_Port").size(), 1U);
+}
+
+/// Keeps what a client makes, changes and deletes: speeds by name.
+class Keeper : public CmpiCpp::CmpiInstanceProvider {
+public:
+    explicit Keeper(CMPIBroker* broker) : _broker(broker) {}
+
+    CMPIBroker* getBroker() override { return _broker; }
+    void enumInstanceNames(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
+                           CmpiCpp::CmpiObjectPathResult& result) override {
+        for (const auto& [name, speed] : _speeds) {
+            result.deliver(ports::Thing::path("ACME_Port", name));
+        }
+    }
+    void enumInstances(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&, const char**,
+                       CmpiCpp::CmpiInstanceResult&) override {}
+    void getInstance(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath& path, const char**,
+                     CmpiCpp::CmpiInstanceResult& result) override {
+        auto instance = PYL::makeInstanceAt(path);
+        instance.setProperty("Speed", _speeds.at(path.getKey("Name").asString()));
+        result.deliver(instance);
+    }
+    void createInstance(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath&,
+                        const CmpiCpp::CmpiInstance& instance,
+                        CmpiCpp::CmpiObjectPathResult& result) override {
+        const auto name = instance.getProperty("Name").asString();
+        _speeds[name] = _speedOf(instance);
+        result.deliver(ports::Thing::path("ACME_Port", name));
+    }
+    void modifyInstance(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath& path,
+                        const CmpiCpp::CmpiInstance& instance, const char**) override {
+        _speeds[path.getKey("Name").asString()] = _speedOf(instance);
+    }
+    void deleteInstance(const CmpiCpp::CmpiContext&, const CmpiCpp::CmpiObjectPath& path) override {
+        _speeds.erase(path.getKey("Name").asString());
+    }
+
+private:
+    static unsigned int _speedOf(const CmpiCpp::CmpiInstance& instance) {
+        return static_cast<unsigned int>(instance.getProperty("Speed").asUint64());
+    }
+
+    CMPIBroker* _broker;
+    std::map<std::string, unsigned int> _speeds;
+};
+
+TEST_F(PortsHost, MakesChangesAndDeletesInstances) {
+    host.serve(std::make_unique<Keeper>(host.broker().toRawCMPI()), {"ACME_Port"});
+    EXPECT_EQ(host.create("ACME_Port", {{"Name", "a"}, {"Speed", 10}}), port);
+    host.modify(port, {{"Speed", 100}});
+    EXPECT_EQ(host.get(port)["Speed"], 100);
+    host.remove(port);
+    EXPECT_EQ(host.names("ACME_Port").size(), 0U);
 }
 
 TEST(CModule, IsLoadedByItsRegistration) {

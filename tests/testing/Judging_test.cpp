@@ -33,6 +33,18 @@ TEST_F(Judging, RefusesAPropertyOfAnotherType) {
               "uint32");
 }
 
+TEST_F(Judging, HoldsAManagedInstanceThatIsShownByItself) {
+    ports::Thing thing("ACME_Port", "b");
+    EXPECT_EQ(host.show(thing)["Name"], "b");
+    thing.fill = [](auto& instance) { instance.setProperty("Sped", 1000U); };
+    EXPECT_EQ(failureOf([&] { host.show(thing); }),
+              "provider of ACME_Port delivered ACME_Port.Sped as uint32, which the class does not "
+              "declare");
+    thing.fill = [](auto& instance) { instance.setProperty("Name", "other"); };
+    EXPECT_EQ(failureOf([&] { host.show(thing); }).substr(0, 35),
+              "the path of instance of ACME_Port {");
+}
+
 TEST_F(Judging, HoldsAlertsAgainstTheirClassOnWhateverThread) {
     std::string answer;
     provider->onRequest = [&](const auto& context) {

@@ -145,6 +145,11 @@ public:
     FaultyBroker& faults();
 
     const CMPIBroker* handle() const noexcept;
+    /// An object of the broker as a plain value, an instance held against its class in the host's
+    /// namespace: Failure with the words when it is not as declared.
+    Instance show(const CMPIInstance* instance) const;
+    static Path show(const CMPIObjectPath* path);
+
     /// A context as calls have it, good as long as the host, for what a test asks a provider object
     /// by itself: from then on it finds the other providers.
     const CMPIContext* callContext();

@@ -59,6 +59,12 @@ public:
     /// A managed instance, in a collection with the others: under its own class and namespace.
     void add(std::unique_ptr<PYL::CmpiManagedInstance> instance);
 
+    using Host::show;
+    /// The instance as it describes itself, held against its class and the path that it names.
+    Instance show(PYL::CmpiManagedInstance& instance) const;
+    Instance show(PYL::CmpiManagedInstance&& instance) const { return show(instance); }
+    static Path show(const CmpiCpp::CmpiObjectPath& path) { return show(path.toCMPI()); }
+
     /// What providers have posted with PYLUtil::postStatus().
     Captured<Post>& posts() noexcept;
 

@@ -1,34 +1,23 @@
 #include "providers/baseserver/BaseServerProvider.h"
 
-#include "cmpicpp/CmpiStatus.h"
-#include "common/PYLUtil.h"
-#include "providers/baseserver/Worker.h"
-#include "tests/common/CapturedResults.h"
-#include "tests/common/Failures.h"
-#include "tests/common/QuietResults.h"
+#include "providers/consolidatedstatus/ConsolidatedStatusProvider.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
-
-#include <algorithm>
-#include <atomic>
-#include <future>
 
 namespace {
 
 using baseserver::BaseServerProvider;
 using baseserver::InventorySources;
 using baseserver::ServerFacts;
-using baseserver::WorkerInstance;
-using CmpiCpp::CmpiObjectPath;
-using PYL::PYLUtil;
+using cimtest::arrayOf;
+using cimtest::failureOf;
 
 struct BaseServerProviderTest : BaseServerFixture {
-    Logger log = silentLogger();
-    Journal journal;
-    CapturedPaths paths{journal};
-    CapturedInstances instances{journal};
-    CapturedMethodResult method{journal};
     int reads = 0;
-    BaseServerProvider provider{host.broker(), log, sources()};
+    BaseServerProvider& provider =
+        host.serve(std::make_unique<BaseServerProvider>(host.broker(), host.logger(), sources()),
+                   {"PYL_ComputerSystem", "PYL_ComputerSystemChassis", "PYL_PCIDevice",
+                    "PYL_PCIDeviceGroup", "PYL_BaseServerWorker", "PYL_SystemPCIDevice",
+                    "PYL_ComputerSystemPackage", "PYL_BaseServerIndication"});
 
     InventorySources sources() {
         return {[this](Logger&) {
@@ -40,9 +29,7 @@ struct BaseServerProviderTest : BaseServerFixture {
                 },
                 [] { return std::chrono::steady_clock::time_point{}; }};
     }
-    CmpiObjectPath classPath(const char* className) {
-        return CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", className);
-    }
+    const Paths devices{devicePath("00:02.0"), devicePath("1a:03.1")};
 };
 
 TEST_F(BaseServerProviderTest, HandsOutItsBroker) {
@@ -51,178 +38,125 @@ TEST_F(BaseServerProviderTest, HandsOutItsBroker) {
 }
 
 TEST_F(BaseServerProviderTest, EnumeratesAfterARefresh) {
-    provider.enumInstanceNames(host.context(), classPath("PYL_PCIDevice"), paths);
+    EXPECT_EQ(host.names("PYL_PCIDevice"), devices);
     EXPECT_EQ(reads, 1);
-    EXPECT_EQ(journal.take(),
-              (Lines{"delivered " + deviceText("00:02.0"), "delivered " + deviceText("1a:03.1")}));
-    provider.enumInstances(host.context(), classPath("PYL_ComputerSystem"), nullptr, instances);
-    EXPECT_EQ(journal.take().size(), 1U);
+    EXPECT_EQ(host.enumerate("PYL_ComputerSystem").size(), 1U);
 }
 
 TEST_F(BaseServerProviderTest, GetsAnInstanceWhateverHostTheClientNames) {
-    auto path = PYLUtil::getPCIDevicePath(0, 0x1a, 3, 1);
-    path.setHost("10.0.0.1");
-    provider.getInstance(host.context(), path, nullptr, instances);
-    EXPECT_EQ(journal.take().size(), 1U);
+    EXPECT_EQ(host.get("//10.0.0.1/" + systemPath.str()).path(), systemPath);
+}
+
+TEST_F(BaseServerProviderTest, KnowsNoOtherMethod) {
+    EXPECT_EQ(failureOf([&] { host.invoke(workerPath, "Rest"); }).substr(0, 3), "17 ");
+    EXPECT_EQ(failureOf([&] { host.invoke(systemPath, "PerformWork"); }).substr(0, 3), "17 ");
 }
 
 TEST_F(BaseServerProviderTest, SaysWhichInstanceItHasNot) {
-    const auto missing = PYLUtil::getPCIDevicePath(0, 9, 9, 9);
-    EXPECT_EQ(outcomeOf([&] { provider.getInstance(host.context(), missing, nullptr, instances); }),
-              "status 6 no such instance: " + missing.str());
-    auto withMore = PYLUtil::getComputerSystemPath();
-    withMore.addKey("Extra", "key");
-    EXPECT_EQ(
-        outcomeOf([&] { provider.getInstance(host.context(), withMore, nullptr, instances); }),
-        "status 6 no such instance: " + withMore.str());
+    const auto missing = devicePath("09:09.9");
+    EXPECT_EQ(failureOf([&] { host.get(missing); }).substr(0, 21), "6 no such instance: /");
 }
 
 TEST_F(BaseServerProviderTest, LeadsFromTheSystemToItsChassisAndDevicesAndBack) {
-    const auto system = PYLUtil::getComputerSystemPath();
-    provider.associatorNames(host.context(), system, "", "", "", "", paths);
-    EXPECT_EQ(journal.take(),
-              (Lines{"delivered " + chassisText, "delivered " + deviceText("00:02.0"),
-                     "delivered " + deviceText("1a:03.1")}));
-    provider.associatorNames(host.context(), PYLUtil::getPCIDevicePath(0, 0, 2, 0), "", "", "", "",
-                             paths);
-    EXPECT_EQ(journal.take(), Lines{"delivered " + systemText});
-    provider.associators(host.context(), system, "CIM_SystemDevice", "PYL_PCIDevice", "", "",
-                         nullptr, instances);
-    EXPECT_EQ(journal.take().size(), 2U);
-    provider.associators(host.context(), PYLUtil::getChassisPath(), "", "CIM_ComputerSystem", "",
-                         "", nullptr, instances);
-    EXPECT_EQ(journal.take().size(), 1U);
+    EXPECT_EQ(host.associatorNames(systemPath), (Paths{chassisPath, devices[0], devices[1]}));
+    EXPECT_EQ(host.associatorNames(devices[0]), Paths{systemPath});
+    EXPECT_EQ(host.associators(systemPath, {.associationClass = "CIM_SystemDevice",
+                                            .resultClass = "PYL_PCIDevice"})
+                  .size(),
+              2U);
+    EXPECT_EQ(host.associators(chassisPath, {.resultClass = "CIM_ComputerSystem"}).size(), 1U);
 }
 
 TEST_F(BaseServerProviderTest, ReportsTheLinksThemselves) {
-    const auto system = PYLUtil::getComputerSystemPath();
-    provider.references(host.context(), system, "CIM_SystemDevice", "", nullptr, instances);
-    EXPECT_EQ(journal.take().size(), 2U);
-    provider.referenceNames(host.context(), system, "PYL_ComputerSystemPackage", "", paths);
-    EXPECT_EQ(journal.take().size(), 1U);
-    provider.referenceNames(host.context(), PYLUtil::getChassisPath(), "", "", paths);
-    EXPECT_EQ(journal.take().size(), 1U);
+    EXPECT_EQ(host.references(systemPath, {.resultClass = "CIM_SystemDevice"}).size(), 2U);
+    EXPECT_EQ(host.referenceNames(systemPath, {.resultClass = "PYL_ComputerSystemPackage"}).size(),
+              1U);
+    EXPECT_EQ(host.referenceNames(chassisPath).size(), 1U);
 }
 
 TEST_F(BaseServerProviderTest, RefusesWhatItsCollectionRefuses) {
-    EXPECT_EQ(outcomeOf([&] {
-                  provider.referenceNames(host.context(), PYLUtil::getChassisPath(), "",
-                                          "Antecedent", paths);
-              }),
-              "status 7 role filters not supported");
+    EXPECT_EQ(failureOf([&] { host.referenceNames(chassisPath, {.role = "Antecedent"}); }),
+              "7 role filters not supported");
 }
 
-TEST_F(BaseServerProviderTest, DoesTheWorkersWorkAndCountsIt) {
-    std::string posted;
-    host.onInvokeMethod = [&](const CmpiObjectPath& path, const std::string& name,
-                              const CmpiCpp::CmpiArgs& in) {
-        posted = name + " of " + path.str() + " " + in.getArg("ClassName").str() + " " +
-                 in.getArg("Status").str();
-    };
-    const auto worker = WorkerInstance().getPath();
-    const auto none = CmpiCpp::makeCmpiArgs(host.broker());
-    for (const auto* count : {"1", "2"}) {
-        provider.invokeMethod(host.context(), worker, "performwork", none, method);
-        EXPECT_EQ(journal.take(), (Lines{std::string("delivered WorkCount = uint64 ") + count,
-                                         "delivered uint32 0"}));
-        EXPECT_EQ(posted, "PostStatus of /root/ktq:PYL_ComputerSystem \"PYL_PCIDeviceGroup\" 0");
+/// Beside the provider that it hands posts on to.
+struct BaseServerWithStatusBoard : BaseServerProviderTest {
+    BaseServerWithStatusBoard() {
+        host.readMof("PYL_ConsolidatedStatus.mof");
+        host.serve(std::make_unique<consolidatedstatus::ConsolidatedStatusProvider>(host.broker(),
+                                                                                    host.logger()),
+                   {"PYL_ConsolidatedStatus"});
+    }
+    cimtest::Instance posted(const std::string& className) {
+        return host.get(Path("PYL_ConsolidatedStatus",
+                             {{"InstanceID", "KTQ:PYL_ConsolidatedStatus:" + className}}));
+    }
+};
+
+TEST_F(BaseServerWithStatusBoard, DoesTheWorkersWorkCountsItAndPostsTheGroup) {
+    for (const int count : {1, 2}) {
+        const auto answer = host.invoke(workerPath, "performwork");
+        EXPECT_EQ(answer.returned, 0);
+        EXPECT_EQ(answer["WorkCount"], count);
+        EXPECT_EQ(posted("PYL_PCIDeviceGroup")["PostCount"], count);
+        EXPECT_EQ(posted("PYL_PCIDeviceGroup")["OperationalStatus"], arrayOf(0));
     }
     EXPECT_EQ(reads, 2);
 }
 
 TEST_F(BaseServerProviderTest, GoesOnCountingAfterARestart) {
-    const auto worker = WorkerInstance().getPath();
-    const auto none = CmpiCpp::makeCmpiArgs(host.broker());
-    provider.invokeMethod(host.context(), worker, "PerformWork", none, method);
-    journal.take();
-    BaseServerProvider restarted(host.broker(), log, sources());
-    restarted.invokeMethod(host.context(), worker, "PerformWork", none, method);
-    EXPECT_EQ(journal.take().front(), "delivered WorkCount = uint64 2");
+    host.invoke(workerPath, "PerformWork");
+    host.end();
+    cimtest::ProviderHost next("root/ktq", {"base/base.mof", "PYL_BaseServer.mof"});
+    next.serve(std::make_unique<BaseServerProvider>(next.broker(), next.logger(), sources()),
+               {"PYL_BaseServerWorker"});
+    EXPECT_EQ(next.invoke(workerPath, "PerformWork")["WorkCount"], 2);
 }
 
-TEST_F(BaseServerProviderTest, HandsAPostedStatusOnToTheConsolidatedStatus) {
-    std::string handedOn;
-    host.onInvokeMethod = [&](const CmpiObjectPath& path, const std::string& name,
-                              const CmpiCpp::CmpiArgs& in) {
-        handedOn = name + " of " + path.str() + " " + in.getArg("ClassName").str() + " " +
-                   in.getArg("Status").str();
-    };
-    auto in = CmpiCpp::makeCmpiArgs(host.broker());
-    in.addArg("ClassName", "PYL_FanGroup");
-    in.addArg("Status", static_cast<unsigned short>(3));
-    for (const auto& system : {classPath("PYL_ComputerSystem"), PYLUtil::getComputerSystemPath()}) {
-        handedOn.clear();
-        provider.invokeMethod(host.context(), system, "poststatus", in, method);
-        EXPECT_EQ(journal.take(), Lines{"delivered uint32 0"});
-        EXPECT_EQ(handedOn, "PostStatus of /root/ktq:PYL_ConsolidatedStatus \"PYL_FanGroup\" 3");
+TEST_F(BaseServerWithStatusBoard, HandsAPostedStatusOnToTheConsolidatedStatus) {
+    for (const auto& path : {Path("PYL_ComputerSystem"), systemPath}) {
+        EXPECT_EQ(host.invoke(path, "poststatus", {{"ClassName", "PYL_FanGroup"}, {"Status", 3}})
+                      .returned,
+                  0);
+        EXPECT_EQ(posted("PYL_FanGroup")["OperationalStatus"], arrayOf(3));
     }
+    EXPECT_EQ(posted("PYL_FanGroup")["PostCount"], 2);
     EXPECT_EQ(reads, 0);
 }
 
-TEST_F(BaseServerProviderTest, AnswersAPostAsTheConsolidatedStatusDoes) {
-    const auto post = [&] {
-        return outcomeOf([&] {
-            provider.invokeMethod(host.context(), classPath("PYL_ComputerSystem"), "PostStatus",
-                                  CmpiCpp::makeCmpiArgs(host.broker()), method);
-        });
-    };
-    EXPECT_TRUE(post().starts_with("status 17")) << post();
-    host.onInvokeMethod = [](const auto&, const auto&, const auto&) {
-        throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_INVALID_PARAMETER, "the board is strict");
-    };
-    EXPECT_EQ(post(), "status 4 the board is strict");
-    EXPECT_EQ(journal.take(), Lines{});
+TEST_F(BaseServerWithStatusBoard, AnswersAPostAsTheConsolidatedStatusDoes) {
+    EXPECT_EQ(failureOf([&] {
+                  host.invoke(systemPath, "PostStatus", {{"ClassName", "1"}, {"Status", 3}});
+              }),
+              "4 Argument 'ClassName' is not a class name");
 }
 
-TEST_F(BaseServerProviderTest, KnowsNoOtherMethod) {
-    const auto none = CmpiCpp::makeCmpiArgs(host.broker());
-    const auto call = [&](const CmpiObjectPath& path, const char* name) {
-        return outcomeOf([&] { provider.invokeMethod(host.context(), path, name, none, method); });
-    };
-    EXPECT_EQ(call(WorkerInstance().getPath(), "Rest"), "status 17 no such method: Rest");
-    EXPECT_EQ(call(PYLUtil::getComputerSystemPath(), "PerformWork"),
-              "status 17 no such method: PerformWork");
-    EXPECT_EQ(journal.take(), Lines{});
-}
-
-TEST_F(BaseServerProviderTest, TakesEveryFilterAndNeedsNoPolling) {
-    const auto path = classPath("PYL_BaseServerIndication");
-    const std::string name = "PYL_BaseServerIndication";
-    provider.authorizeFilter(host.context(), nullptr, name, path, "me");
-    provider.activateFilter(host.context(), nullptr, name, path, true);
-    provider.deactivateFilter(host.context(), nullptr, name, path, true);
-    EXPECT_EQ(outcomeOf([&] { provider.mustPoll(host.context(), nullptr, name, path); }),
-              "status 7 nothing has to be polled");
+TEST_F(BaseServerProviderTest, RefusesPostsThatNobodyTakes) {
+    EXPECT_NE(failureOf([&] {
+                  host.invoke(systemPath, "PostStatus", {{"ClassName", "PYL_Fan"}, {"Status", 3}});
+              }),
+              "");
 }
 
 TEST_F(BaseServerProviderTest, WatchesTheServerWhileIndicationsAreEnabled) {
-    std::promise<std::string> first;
-    std::atomic<bool> isFirst{true};
-    host.onIndication = [&](const cimhost::Instance& indication) {
-        if (isFirst.exchange(false)) {
-            first.set_value(indication.find("Summary")->value.get<cimhost::Text>()->str());
-        }
-    };
-    provider.enableIndications(host.context());
-    EXPECT_EQ(first.get_future().get(), "WBEM Providers started ");
-    provider.disableIndications(host.context());
-    provider.enableIndications(host.context());
-    provider.cleanup(host.context(), true);
+    host.subscribe("PYL_BaseServerIndication");
+    EXPECT_EQ(host.alerts().waitFor("WBEM Providers")["Summary"], "WBEM Providers started ");
+    host.unsubscribe();
+    host.subscribe("PYL_BaseServerIndication");
+    host.end();
 }
 
 TEST_F(BaseServerProviderTest, IsReadOnly) {
-    const auto path = PYLUtil::getChassisPath();
-    const auto instance = CmpiCpp::makeCmpiInstance(host.broker(), path);
-    const auto refused = [](const std::string& outcome) {
-        return outcome.starts_with("status 7 ");
-    };
-    EXPECT_TRUE(refused(outcomeOf([&] { provider.deleteInstance(host.context(), path); })));
-    EXPECT_TRUE(refused(
-        outcomeOf([&] { provider.modifyInstance(host.context(), path, instance, nullptr); })));
-    EXPECT_TRUE(refused(
-        outcomeOf([&] { provider.createInstance(host.context(), path, instance, paths); })));
-    EXPECT_TRUE(
-        refused(outcomeOf([&] { provider.execQuery(host.context(), path, "q", "CQL", paths); })));
+    EXPECT_EQ(failureOf([&] { host.remove(chassisPath); }).substr(0, 2), "7 ");
+    EXPECT_EQ(failureOf([&] { host.modify(chassisPath, {{"Caption", "x"}}); }).substr(0, 2), "7 ");
+    EXPECT_EQ(
+        failureOf([&] {
+            host.create("PYL_ComputerSystemChassis", {{"CreationClassName", "x"}, {"Tag", "2"}});
+        }).substr(0, 2),
+        "7 ");
+    EXPECT_EQ(
+        failureOf([&] { host.query("SELECT * FROM PYL_ComputerSystemChassis"); }).substr(0, 2),
+        "7 ");
 }
 
 }  // namespace

@@ -4,10 +4,9 @@
 #include "tests/support/RedirectedFiles.h"
 
 #include <gtest/gtest.h>
+#include <pylcommon/testing.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 namespace {
 
@@ -20,19 +19,12 @@ constexpr const char* second = "1e8b2f1f-1111-4222-8333-444455556666";
 struct BootRecordTest : testing::Test {
     RedirectedFiles files;
     JournalLog log;
-    std::string root;
-
-    BootRecordTest() {
-        std::string pattern = (fs::temp_directory_path() / "boot-XXXXXX").string();
-        root = ::mkdtemp(pattern.data());
-        fs::create_directories(root + "/proc/sys/kernel/random");
-    }
-    ~BootRecordTest() override { fs::remove_all(root); }
+    cimtest::FakeHost machine;
 
     void boot(const std::string& identifier) const {
-        std::ofstream(root + "/proc/sys/kernel/random/boot_id") << identifier << '\n';
+        machine.write("/proc/sys/kernel/random/boot_id", identifier + "\n");
     }
-    bool isNew() { return BootRecord("boot", log.logger, root).isNew(); }
+    bool isNew() { return BootRecord("boot", log.logger).isNew(); }
 };
 
 TEST_F(BootRecordTest, IsNewOnceForEachBoot) {

@@ -1,11 +1,9 @@
 #include "providers/baseserver/PciBus.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
+#include <pylcommon/testing.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 namespace {
@@ -61,25 +59,18 @@ TEST(PciAddress, IsNothingElse) {
     EXPECT_EQ(parsePciAddress(std::string("0000:00:00.0\0", 13)), std::nullopt);
 }
 
-/// A host with a PCI bus of its own, in a directory.
 struct PciBusTest : testing::Test {
-    PciBusTest() {
-        std::string pattern = (fs::temp_directory_path() / "pci-XXXXXX").string();
-        root = ::mkdtemp(pattern.data());
-    }
-    ~PciBusTest() override { fs::remove_all(root); }
+    cimtest::FakeHost machine;
+    const std::string root = machine.root();
 
     void write(const std::string& path, const std::string& text) const {
-        fs::create_directories(fs::path(root + path).parent_path());
-        std::ofstream(root + path, std::ios::binary) << text;
+        machine.write(path, text);
     }
     void attribute(const std::string& device, const std::string& name,
                    const std::string& text) const {
         write("/sys/bus/pci/devices/" + device + "/" + name, text);
     }
-    void directory(const std::string& path) const { fs::create_directories(root + path); }
-
-    std::string root;
+    void directory(const std::string& path) const { machine.device(path, {}); }
 };
 
 TEST_F(PciBusTest, IsEmptyOnAHostWithoutOne) {

@@ -13,27 +13,19 @@ struct ServerAssociationsTest : BaseServerFixture {
     std::unique_ptr<PYL::TwoEndedAssociation> package = baseserver::computerSystemPackage();
 };
 
-TEST_F(ServerAssociationsTest, NameBothEndsInTheirPaths) {
-    EXPECT_EQ(devices->getClassName().str(), "PYL_SystemPCIDevice");
-    EXPECT_EQ(devices->getPath().str(),
-              host.path("PYL_SystemPCIDevice", {{"GroupComponent", systemPath()},
-                                                {"PartComponent", devicePath("1a:03.1")}})
-                  .str());
-    EXPECT_EQ(package->getClassName().str(), "PYL_ComputerSystemPackage");
-    EXPECT_EQ(package->getPath().str(),
-              host.path("PYL_ComputerSystemPackage",
-                        {{"Antecedent", chassisPath()}, {"Dependent", systemPath()}})
-                  .str());
-}
-
-TEST_F(ServerAssociationsTest, HoldBothEndsAsReferences) {
-    const auto instance = devices->getInstance();
-    EXPECT_EQ(instance.getPath(), devices->getPath());
-    EXPECT_EQ(property(instance, "GroupComponent"), "reference \"" + escaped(systemText) + "\"");
-    EXPECT_EQ(instance.getProperty("PartComponent").asObjectPath(),
-              PYLUtil::getPCIDevicePath(0, 0x1a, 3, 1));
-    EXPECT_EQ(package->getInstance().getProperty("Antecedent").asObjectPath(),
-              PYLUtil::getChassisPath());
+TEST_F(ServerAssociationsTest, HoldBothEndsInTheirPathsAndAsReferences) {
+    const auto device = host.show(*devices);
+    EXPECT_EQ(device.className(), "PYL_SystemPCIDevice");
+    const auto chassis = host.show(*package);
+    EXPECT_EQ(chassis.className(), "PYL_ComputerSystemPackage");
+    for (const auto& [shown, role, end] :
+         {std::tuple(device, "GroupComponent", systemPath),
+          std::tuple(device, "PartComponent", devicePath("1a:03.1")),
+          std::tuple(chassis, "Antecedent", chassisPath),
+          std::tuple(chassis, "Dependent", systemPath)}) {
+        EXPECT_EQ(shown[role], end);
+        EXPECT_EQ(shown.path()[role], end);
+    }
 }
 
 TEST_F(ServerAssociationsTest, LeadFromEachEndToTheOther) {

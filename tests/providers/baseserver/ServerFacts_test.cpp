@@ -1,23 +1,23 @@
 #include "providers/baseserver/ServerFacts.h"
 
-#include "platform/smbios/SmBios.h"
 #include "tests/common/QuietResults.h"
-#include "tests/platform/smbios/SmbiosImage.h"
 
 #include <gtest/gtest.h>
-
-#include <memory>
+#include <pylcommon/testing.h>
 
 namespace {
 
 using baseserver::readServerFacts;
+using cimtest::concatenated;
+using cimtest::endOfTable;
+using cimtest::SmbiosImage;
+using cimtest::structure;
 
 struct ServerFactsTest : testing::Test {
-    ~ServerFactsTest() override { SmBios::setSource(nullptr); }
+    cimtest::FakeHost machine;
 
-    static void firmwareIs(const std::string& machine) {
-        SmBios::setSource(
-            std::make_shared<SmbiosDumpFile>(PYL_SMBIOS_DUMPS "/" + machine + ".bin"));
+    void firmwareIs(const std::string& name) const {
+        machine.firmwareIs(PYL_SMBIOS_DUMPS "/" + name + ".bin");
     }
 
     Logger log = silentLogger();
@@ -54,11 +54,9 @@ TEST_F(ServerFactsTest, AreOpenWhereTheFirmwareTellsNothing) {
 }
 
 TEST_F(ServerFactsTest, AreOpenWhereTheFirmwareTellsBlanks) {
-    SmBios::setSource(std::make_shared<SmbiosMemory>(
-        SmbiosImage(concatenated({structure(1, 1, {1, 1, 1, 1}, {" "}),
-                                  structure(3, 3, {1, 0x17, 1, 2, 1}, {"  ", " \t"}),
-                                  structure(0xd9, 4, {1, 2}, {"KTQ", "   "}), endOfTable()}))
-            .dump()));
+    machine.firmwareIs(SmbiosImage(concatenated(
+        {structure(1, 1, {1, 1, 1, 1}, {" "}), structure(3, 3, {1, 0x17, 1, 2, 1}, {"  ", " \t"}),
+         structure(0xd9, 4, {1, 2}, {"KTQ", "   "}), endOfTable()})));
     const auto facts = readServerFacts(log);
     EXPECT_EQ(facts.chassisType, 0x17);
     EXPECT_EQ(facts.chassisManufacturer, std::nullopt);
@@ -68,7 +66,7 @@ TEST_F(ServerFactsTest, AreOpenWhereTheFirmwareTellsBlanks) {
 }
 
 TEST_F(ServerFactsTest, AreReadWithoutFirmwareTables) {
-    SmBios::setSource(std::make_shared<SmbiosMemory>(SmbiosSource::Bytes()));
+    machine.write("/etc/os-release", "NAME=\"Debian GNU/Linux\"\n");
     const auto facts = readServerFacts(log);
     EXPECT_EQ(facts.chassisType, std::nullopt);
     EXPECT_FALSE(facts.agentlessOnly);

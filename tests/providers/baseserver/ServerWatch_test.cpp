@@ -1,11 +1,7 @@
 #include "providers/baseserver/ServerWatch.h"
 
 #include "common/DataStoreTxt.h"
-#include "platform/smbios/SmBios.h"
-#include "testing/pylcommon/testing/FakeController.h"
-#include "tests/common/QuietResults.h"
 #include "tests/providers/baseserver/BaseServerFixture.h"
-#include "tests/support/WaitingLines.h"
 
 #include <unistd.h>
 
@@ -22,37 +18,33 @@ using std::chrono::seconds;
 void put(const char* marker) { fs::create_symlink("/etc/passwd", RedirectedFiles::real(marker)); }
 
 struct ServerWatchTest : BaseServerFixture {
-    cimtest::FakeController controller;
-    Logger log = silentLogger();
-    std::vector<std::string> raised;
     std::chrono::steady_clock::time_point now{};
-    ServerWatch watch{host.broker(), log, [this] { return now; }};
+    ServerWatch watch{host.broker(), host.logger(), [this] { return now; }};
 
     ServerWatchTest() {
-        PYL::setDataStoreLogger(log);
-        SmBios::setSource(std::make_shared<SmbiosMemory>(std::vector<std::uint8_t>()));
-        controller.openStatus = ENOENT;
-        host.onIndication = [this](const cimhost::Instance& indication) {
-            raised.push_back(indication.find("Summary")->value.get<cimhost::Text>()->str());
-        };
+        PYL::setDataStoreLogger(host.logger());
+        machine.write("/proc/sys/kernel/random/boot_id", "0d7a1f0e-1111-4222-8333-444455556666");
     }
-    ~ServerWatchTest() override { SmBios::setSource(nullptr); }
 
-    std::vector<std::string> look() {
-        raised.clear();
-        watch.look(host.context());
-        return raised;
-    }
     using Summaries = std::vector<std::string>;
+
+    Summaries raised() {
+        Summaries summaries;
+        for (const auto& each : host.alerts().take()) summaries.push_back(each["Summary"].text());
+        return summaries;
+    }
+    Summaries look() {
+        watch.look(host.context());
+        return raised();
+    }
 };
 
 TEST_F(ServerWatchTest, GreetsOnceAndTellsABootOnce) {
     EXPECT_EQ(look(), (Summaries{"WBEM Providers started ", "OS boot completed"}));
     EXPECT_EQ(look(), Summaries{});
-    ServerWatch restarted(host.broker(), log, [this] { return now; });
-    raised.clear();
+    ServerWatch restarted(host.broker(), host.logger(), [this] { return now; });
     restarted.look(host.context());
-    EXPECT_EQ(raised, Summaries{"WBEM Providers started "});
+    EXPECT_EQ(raised(), Summaries{"WBEM Providers started "});
 }
 
 TEST_F(ServerWatchTest, BeatsWhileTheSwitchIsOn) {
@@ -103,22 +95,17 @@ TEST_F(ServerWatchTest, TakesNoTriggerOfAnybodyElse) {
 }
 
 TEST_F(ServerWatchTest, WatchesUntilItIsStopped) {
-    WaitingLines events;
-    host.onIndication = [&](const cimhost::Instance& indication) {
-        events.note(indication.find("Summary")->value.get<cimhost::Text>()->str());
-    };
     watch.start(host.context());
-    events.waitFor("OS boot completed");
+    host.alerts().waitFor("OS boot completed");
     watch.stop();
-    events.take();
+    raised();
     put("/tmp/PYL.test");
     EXPECT_TRUE(fs::is_symlink(RedirectedFiles::real("/tmp/PYL.test"))) << "nobody looks";
-    EXPECT_EQ(events.take(), Summaries{});
+    EXPECT_EQ(raised(), Summaries{});
     watch.start(host.context());
-    events.waitFor("Test Event Id: 3");
+    host.alerts().waitFor("Test Event Id: 3");
     watch.stop();
-    EXPECT_EQ(events.take(),
-              (Summaries{"Test Event Id: 1", "Test Event Id: 2", "Test Event Id: 3"}));
+    EXPECT_EQ(raised(), (Summaries{"Test Event Id: 1", "Test Event Id: 2", "Test Event Id: 3"}));
 }
 
 }  // namespace
