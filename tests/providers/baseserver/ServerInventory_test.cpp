@@ -323,8 +323,8 @@ public:
 struct FirmwareInventoryTest : ServerInventoryTest {
     FirmwareInventoryTest() { SmBios::setSource(tables); }
 
-    void firmwareIs(const std::string& machine) const {
-        const Bytes dump = readDump(machine);
+    void firmwareIs(const std::string& name) const {
+        const Bytes dump = readDump(name);
         const std::string bytes(dump.begin(), dump.end());
         folder.write("smbios_entry_point", bytes.substr(0, SmbiosImage::tableOffset));
         folder.write("DMI", bytes.substr(SmbiosImage::tableOffset));
@@ -343,11 +343,11 @@ struct FirmwareInventoryTest : ServerInventoryTest {
 };
 
 TEST_F(FirmwareInventoryTest, OpensTheTableOnceForEachRefresh) {
-    for (const auto* machine : {"empty", "wavek", "wavek"}) {
-        firmwareIs(machine);
+    for (const auto* name : {"empty", "wavek", "wavek"}) {
+        firmwareIs(name);
         tables->opened = 0;
         ofFirmware.refreshNow();
-        EXPECT_EQ(tables->opened, 1) << machine;
+        EXPECT_EQ(tables->opened, 1) << name;
     }
 }
 

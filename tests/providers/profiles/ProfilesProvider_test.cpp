@@ -1,198 +1,158 @@
 #include "providers/profiles/ProfilesProvider.h"
 
-#include "cmpicpp/CmpiArgs.h"
 #include "tests/common/QuietResults.h"
 #include "tests/providers/profiles/ProfilesFixture.h"
 
-#include <algorithm>
-#include <thread>
-
 namespace {
 
-using CmpiCpp::CmpiName;
+using cimtest::failureOf;
 
 struct ProfilesProviderTest : ProfilesFixture {
-    profiles::ProfilesProvider provider{host.broker(), log.logger};
+    profiles::ProfilesProvider& provider =
+        host.serve(std::make_unique<profiles::ProfilesProvider>(host.broker(), host.logger()),
+                   {"interop:PYL_RegisteredProfile", "interop:PYL_ReferencedProfile",
+                    "interop:PYL_ExtendsProfile", "interop:PYL_ElementConformsToProfile",
+                    "root/ktq:PYL_ElementConformsToProfile", "root/ktq:PYL_PXDataCollection"});
 
-    ProfilesProviderTest() {
-        elements["PYL_ComputerSystem"] = [this] {
-            return std::vector{element("PYL_ComputerSystem", "s")};
-        };
-        journal.take();
-    }
-
-    Lines names(const char* nameSpace, const char* className) {
-        journal.take();
-        provider.enumInstanceNames(host.context(), classPath(nameSpace, className), paths);
-        return delivered();
-    }
-    Lines farEnds(const CmpiObjectPath& path, const char* associationClass = "",
-                  const char* resultClass = "") {
-        journal.take();
-        provider.associatorNames(host.context(), path, associationClass, resultClass, {}, {},
-                                 paths);
-        return delivered();
-    }
-    Lines referenceClasses(const CmpiObjectPath& path, const char* resultClass = "") {
-        journal.take();
-        provider.referenceNames(host.context(), path, resultClass, {}, paths);
+    Lines referenceClasses(const Path& path, const std::string& resultClass = "") {
         Lines classes;
-        for (const auto& line : delivered()) {
-            classes.push_back(line.substr(line.find(':') + 1, line.find('.') - line.find(':') - 1));
+        for (const auto& link : host.referenceNames(path, {.resultClass = resultClass})) {
+            classes.push_back(link.className());
         }
         return classes;
+    }
+    static Path collection() {
+        return {"PYL_PXDataCollection", {{"InstanceID", "KTQ:PYL_PXDataCollection:1"}}};
     }
 };
 
 TEST_F(ProfilesProviderTest, ServesEachClassInItsNamespaces) {
-    EXPECT_EQ(names("interop", "PYL_RegisteredProfile").size(), 49U);
-    EXPECT_EQ(names("interop", "PYL_ReferencedProfile").size(), 32U);
-    EXPECT_EQ(names("interop", "PYL_ExtendsProfile").size(), 19U);
-    EXPECT_EQ(names("interop", "PYL_ElementConformsToProfile").size(), 1U);
-    EXPECT_EQ(names("interop", "PYL_PXDataCollection").size(), 0U);
-    EXPECT_EQ(names("root/ktq", "PYL_RegisteredProfile").size(), 0U);
-    EXPECT_EQ(names("root/ktq", "PYL_ElementConformsToProfile").size(), 1U);
-    EXPECT_EQ(names("root/ktq", "PYL_PXDataCollection").size(), 1U);
+    EXPECT_EQ(host.names("interop:PYL_RegisteredProfile").size(), 49U);
+    EXPECT_EQ(host.names("interop:PYL_ReferencedProfile").size(), 32U);
+    EXPECT_EQ(host.names("interop:PYL_ExtendsProfile").size(), 19U);
+    EXPECT_EQ(host.names("interop:PYL_ElementConformsToProfile").size(), 2U);  // and the collection
+    EXPECT_EQ(host.names("PYL_ElementConformsToProfile").size(), 2U);
+    EXPECT_EQ(host.names("PYL_PXDataCollection").size(), 1U);
+}
+
+TEST_F(ProfilesProviderTest, DescribesAllThatItServesAsTheClassesSay) {
+    EXPECT_EQ(host.enumerate("interop:PYL_RegisteredProfile").size(), 49U);
+    EXPECT_EQ(host.enumerate("interop:PYL_ReferencedProfile").size(), 32U);
+    EXPECT_EQ(host.enumerate("interop:PYL_ExtendsProfile").size(), 19U);
+    EXPECT_EQ(host.enumerate("PYL_ElementConformsToProfile").size(), 2U);
+    EXPECT_EQ(host.enumerate("PYL_PXDataCollection").size(), 1U);
 }
 
 TEST_F(ProfilesProviderTest, AsksNobodyForTheProfilesThemselves) {
-    names("interop", "PYL_RegisteredProfile");
-    names("interop", "PYL_ReferencedProfile");
-    farEnds(profilePath("14"), "PYL_ReferencedProfile");
-    EXPECT_EQ(asked, Lines{});
+    host.names("interop:PYL_RegisteredProfile");
+    host.names("interop:PYL_ReferencedProfile");
+    host.associatorNames(profile("14"), {.associationClass = "PYL_ReferencedProfile"});
+    EXPECT_EQ(elements->asked, Lines{});
 }
 
 TEST_F(ProfilesProviderTest, GetsOneByItsPathUnderAnyNameOfTheHost) {
-    for (const char* hostName : {"", "localhost", "server-1"}) {
-        auto path = profilePath("26");
-        path.setHost(CmpiName(hostName));
-        provider.getInstance(host.context(), path, nullptr, instances);
-        EXPECT_EQ(delivered().size(), 1U) << hostName;
+    for (const char* name : {"localhost", "server-1"}) {
+        const auto path = "//" + std::string(name) + "/" + profile("26").str();
+        EXPECT_EQ(host.get(path)["InstanceID"], "KTQ:26");
     }
+    EXPECT_EQ(host.get(profile("26"))["InstanceID"], "KTQ:26");
 }
 
 TEST_F(ProfilesProviderTest, SaysWhenThereIsNoSuchInstance) {
-    for (const auto& path : {profilePath("0"), profilePath("50"), profilePath(""),
-                             element("PYL_ElementConformsToProfile", "x")}) {
-        EXPECT_EQ(
-            outcomeOf([&] { provider.getInstance(host.context(), path, nullptr, instances); }),
-            "status 6 no such instance: " + path.str());
+    for (const char* id : {"0", "50", ""}) {
+        EXPECT_EQ(failureOf([&] { host.get(profile(id)); }),
+                  "6 no such instance: /" + profile(id).str());
     }
 }
 
+// Asked by itself, for the path as it was given out: of the references in a request's keys the host
+// takes away where they are.
 TEST_F(ProfilesProviderTest, GetsALinkToAnElementByItsPath) {
-    auto link = classPath("root/ktq", "PYL_ElementConformsToProfile");
-    auto profile = profilePath("26");
-    profile.setHost(CmpiName("server-1"));
-    link.addKey("ConformantStandard", profile);
-    link.addKey("ManagedElement", host.path("PYL_ComputerSystem", "s"));
-    provider.getInstance(host.context(), link, nullptr, instances);
-    EXPECT_EQ(delivered().size(), 1U);
-    elements.clear();
-    EXPECT_TRUE(outcomeOf([&] {
-                    provider.getInstance(host.context(), link, nullptr, instances);
-                }).starts_with("status 6"));
+    auto link =
+        CmpiCpp::makeCmpiObjectPath(host.broker(), "root/ktq", "PYL_ElementConformsToProfile");
+    link.addKey("ConformantStandard",
+                PYL::makeLocalPath("PYL_RegisteredProfile", {{"InstanceID", "KTQ:26"}}, "interop"));
+    link.addKey("ManagedElement", PYL::makeLocalPath("PYL_ComputerSystem", {{"Id", "s"}}));
+    const auto context = host.context();
+    CountedInstances found;
+    provider.getInstance(context, link, nullptr, found);
+    EXPECT_EQ(found.count, 1);
+    elements->ids.clear();
+    EXPECT_THROW(provider.getInstance(context, link, nullptr, found), CmpiCpp::CmpiStatus);
 }
 
 TEST_F(ProfilesProviderTest, LeadsFromTheSystemToTheComponentProfiles) {
-    EXPECT_EQ(farEnds(element("PYL_ComputerSystem", "s")), Lines{profileText("26")});
-    EXPECT_EQ(farEnds(profilePath("26"), "PYL_ExtendsProfile"), Lines{profileText("14")});
-    Lines components;
-    for (int id = 1; id <= 13; ++id) components.push_back(profileText(std::to_string(id)));
-    EXPECT_EQ(farEnds(profilePath("14"), "PYL_ReferencedProfile"), components);
+    EXPECT_EQ(host.associatorNames(element("PYL_ComputerSystem", "s")), Paths{profile("26")});
+    EXPECT_EQ(host.associatorNames(profile("26"), {.associationClass = "PYL_ExtendsProfile"}),
+              Paths{profile("14")});
+    Paths components;
+    for (int id = 1; id <= 13; ++id) components.push_back(profile(std::to_string(id)));
+    EXPECT_EQ(host.associatorNames(profile("14"), {.associationClass = "PYL_ReferencedProfile"}),
+              components);
 }
 
 TEST_F(ProfilesProviderTest, LeadsFromAProfileToEverythingAroundIt) {
-    EXPECT_EQ(farEnds(profilePath("26")),
-              (Lines{profileText("25"), profileText("14"), profileText("40"), profileText("41"),
-                     profileText("47"), elementText("PYL_ComputerSystem", "s")}));
+    EXPECT_EQ(host.associatorNames(profile("26")),
+              (Paths{profile("25"), profile("14"), profile("40"), profile("41"), profile("47"),
+                     element("PYL_ComputerSystem", "s")}));
     EXPECT_EQ(
-        referenceClasses(profilePath("26")),
+        referenceClasses(profile("26")),
         (Lines{"PYL_ReferencedProfile", "PYL_ExtendsProfile", "PYL_ReferencedProfile",
                "PYL_ReferencedProfile", "PYL_ReferencedProfile", "PYL_ElementConformsToProfile"}));
 }
 
 TEST_F(ProfilesProviderTest, FiltersByTheClassOfTheLink) {
-    EXPECT_EQ(referenceClasses(profilePath("26"), "PYL_ElementConformsToProfile"),
+    EXPECT_EQ(referenceClasses(profile("26"), "PYL_ElementConformsToProfile"),
               Lines{"PYL_ElementConformsToProfile"});
-    EXPECT_EQ(referenceClasses(profilePath("26"), "PYL_ExtendsProfile"),
-              Lines{"PYL_ExtendsProfile"});
+    EXPECT_EQ(referenceClasses(profile("26"), "PYL_ExtendsProfile"), Lines{"PYL_ExtendsProfile"});
 }
 
 TEST_F(ProfilesProviderTest, KnowsNothingOfAnElementThatIsNotThere) {
-    EXPECT_EQ(farEnds(element("PYL_ComputerSystem", "other")), Lines{});
-    EXPECT_EQ(farEnds(element("PYL_Fan", "1")), Lines{});
+    EXPECT_EQ(host.associatorNames(element("PYL_ComputerSystem", "other")), Paths{});
+    EXPECT_EQ(host.associatorNames(element("PYL_Fan", "1")), Paths{});
 }
 
 TEST_F(ProfilesProviderTest, DeliversAnElementAsItsOwnProviderGivesIt) {
-    host.onGetInstance = [&](const CmpiObjectPath& path) {
-        auto instance = CmpiCpp::makeCmpiInstance(host.broker(), path);
-        instance.setProperty("ElementName", "from its provider");
-        return instance;
-    };
-    provider.associators(host.context(), profilePath("26"), "PYL_ElementConformsToProfile", {}, {},
-                         {}, nullptr, instances);
-    const auto found = delivered();
+    const auto found =
+        host.associators(profile("26"), {.associationClass = "PYL_ElementConformsToProfile"});
     ASSERT_EQ(found.size(), 1U);
-    EXPECT_NE(found[0].find("from its provider"), std::string::npos);
+    EXPECT_EQ(found[0]["ElementName"], "from its provider");
 }
 
 TEST_F(ProfilesProviderTest, DeliversTheRestWhenAnElementsProviderFails) {
-    elements["PYL_ComputerSystem"] = []() -> std::vector<CmpiObjectPath> {
+    elements->ids["PYL_ComputerSystem"] = []() -> Elements::Ids {
         throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, "broken");
     };
-    provider.associators(host.context(), profilePath("26"), {}, {}, {}, {}, nullptr, instances);
-    const auto lines = journal.take();
-    EXPECT_EQ(std::ranges::count_if(
-                  lines, [](const auto& line) { return line.starts_with("delivered "); }),
-              5);
-    EXPECT_EQ(std::ranges::count_if(
-                  lines, [](const auto& line) { return line.starts_with("warning: no PYL_"); }),
-              1);
+    EXPECT_EQ(host.associators(profile("26")).size(), 5U);
+    EXPECT_EQ(host.log().countOf("warning test: no PYL_"), 1U);
 }
 
 TEST_F(ProfilesProviderTest, MayBeAskedAgainByTheProviderThatItAsks) {
-    host.onGetInstance = [&](const CmpiObjectPath& path) {
-        // A provider of an element that looks up its own profile meanwhile, and lists all.
-        Journal own;
-        CapturedPaths inner(own);
-        provider.enumInstanceNames(host.context(), classPath("interop", "PYL_RegisteredProfile"),
-                                   inner);
-        EXPECT_EQ(own.take().size(), 49U);
-        return CmpiCpp::makeCmpiInstance(host.broker(), path);
-    };
-    provider.associators(host.context(), profilePath("26"), "PYL_ElementConformsToProfile", {}, {},
-                         {}, nullptr, instances);
-    EXPECT_EQ(delivered().size(), 1U);
+    // A provider of an element that looks up its own profile meanwhile, and lists all.
+    elements->onGet = [&] { EXPECT_EQ(host.names("interop:PYL_RegisteredProfile").size(), 49U); };
+    EXPECT_EQ(host.associators(profile("26"), {.associationClass = "PYL_ElementConformsToProfile"})
+                  .size(),
+              1U);
 }
 
 TEST_F(ProfilesProviderTest, RefusesRoles) {
-    EXPECT_TRUE(outcomeOf([&] {
-                    provider.associatorNames(host.context(), profilePath("26"), {}, {}, "Dependent",
-                                             {}, paths);
-                }).starts_with("status 7"));
-    EXPECT_TRUE(outcomeOf([&] {
-                    provider.referenceNames(host.context(), element("PYL_ComputerSystem", "s"), {},
-                                            "ManagedElement", paths);
-                }).starts_with("status 7"));
+    EXPECT_EQ(
+        failureOf([&] { host.associatorNames(profile("26"), {.role = "Dependent"}); }).substr(0, 2),
+        "7 ");
+    EXPECT_EQ(failureOf([&] {
+                  host.referenceNames(element("PYL_ComputerSystem", "s"),
+                                      {.role = "ManagedElement"});
+              }).substr(0, 2),
+              "7 ");
 }
 
 TEST_F(ProfilesProviderTest, RunsTheMethodsOfTheDataCollection) {
-    auto in = CmpiCpp::makeCmpiArgs(host.broker());
-    in.addArg("RegisteredName", "KT Memory");
-    auto path = classPath("root/ktq", "PYL_PXDataCollection");
-    path.addKey("InstanceID", "KTQ:PYL_PXDataCollection:1");
-    provider.invokeMethod(host.context(), path, "GetCollectedClasses", in, method);
-    EXPECT_EQ(delivered().size(), 5U);
-    const auto other = classPath("root/ktq", "PYL_PXDataCollection");
-    EXPECT_EQ(outcomeOf([&] {
-                  provider.invokeMethod(host.context(), other, "GetCollectedClasses", in, method);
-              }),
-              "status 6 no such instance: " + other.str());
-    EXPECT_TRUE(outcomeOf([&] {
-                    provider.invokeMethod(host.context(), profilePath("1"), "GetCollectedClasses",
-                                          in, method);
-                }).starts_with("status 17"));
+    const cimtest::Named in{{"RegisteredName", "KT Memory"}};
+    EXPECT_EQ(host.invoke(collection(), "GetCollectedClasses", in).outputs.size(), 4U);
+    EXPECT_EQ(failureOf([&] {
+                  host.invoke(Path("PYL_PXDataCollection"), "GetCollectedClasses", in);
+              }).substr(0, 2),
+              "6 ");
 }
 
 }  // namespace
