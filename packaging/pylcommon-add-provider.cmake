@@ -9,13 +9,15 @@
 #                       share/pylcommon/mof, where pylcommon-register looks; made with everything else. Where there is
 #                       a cimhost, MOF and registration are checked by it first
 #   NAME_serve          builds the module and serves it in cimhost, with the options in PYLCOMMON_SERVE_OPTIONS
-#   NAME_test           a program of the TESTS, with the objects of the module, the harness and GoogleTest
+#   NAME_test           a program of the TESTS, with the objects of the module, the harness and GoogleTest. CTest runs its
+#                       cases in the source folder; PYL_MODULE_REGISTRATION and PYL_MODULE_FOLDER say where the module is
 #
 # REGISTRATION has a line a class: Class Namespace Provider Module kind... Without it each class of the MOF files that
 # is not abstract is registered in NAMESPACE (root/ktq) for the provider that PYL_CMPI_PROVIDER names in the sources:
 # an association and what has methods for these too, an indication for that alone.
 
 include(GNUInstallDirs)
+enable_testing()  # counts where it stands: in the folder that finds the package
 set(PYLCOMMON_SERVE_OPTIONS "" CACHE STRING "Options of cimhost serve for the targets that serve a provider")
 find_program(PYLCOMMON_CIMHOST cimhost HINTS "${pylcommon_PREFIX}/bin"
     DOC "Checks the providers' schema and registrations, and serves them")
@@ -140,7 +142,10 @@ function(_pylcommon_add_tests name)
         "$<TARGET_PROPERTY:${name},INCLUDE_DIRECTORIES>")
     target_link_libraries(${name}_test PRIVATE
         "$<TARGET_PROPERTY:${name},LINK_LIBRARIES>" pylcommon::testing GTest::gtest_main)
+    target_compile_definitions(${name}_test PRIVATE
+        PYL_MODULE_REGISTRATION="${CMAKE_CURRENT_BINARY_DIR}/${name}.registration"
+        PYL_MODULE_FOLDER="$<TARGET_FILE_DIR:${name}>")
+    add_dependencies(${name}_test ${name} ${name}_registration)
     include(GoogleTest)
-    enable_testing()
-    gtest_discover_tests(${name}_test)
+    gtest_discover_tests(${name}_test WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
 endfunction()

@@ -57,6 +57,7 @@ class Consumer:
         build = self.scratch / "cmake"
         self.configure(self.source / "uptime", build, "-DPYLCOMMON_SERVE_OPTIONS=--port;0;--max-seconds;60")
         run("cmake", "--build", build)
+        expect(r"100% tests passed, 0 tests failed out of 1", run("ctest", "--test-dir", build))
         with asked("cmake", "--build", build, "--target", "uptime_serve") as answer:
             expect(INSTANCE, answer)
         run("cmake", "--install", build)
@@ -93,10 +94,11 @@ class Consumer:
         project, build = self.scratch / "mistakes", self.scratch / "mistakes/build"
         shutil.copytree(self.source / "uptime", project)
         cmake, mof = project / "CMakeLists.txt", project / "Uptime.mof"
-        head, call = re.split(r"(?=pylcommon_add_provider)", cmake.read_text(encoding="utf-8"))
+        head = cmake.read_text(encoding="utf-8").partition("pylcommon_add_provider")[0]
 
         def configure(arguments):
-            cmake.write_text(head + call.replace(")", f" {arguments})"), encoding="utf-8")
+            cmake.write_text(f"{head}pylcommon_add_provider(uptime CLASSES Uptime.mof SOURCES UptimeProvider.cpp "
+                             f"{arguments})\n", encoding="utf-8")
             return self.configure(project, build, "-DCMAKE_DISABLE_FIND_PACKAGE_GTest=ON", how=attempt).stdout
 
         def register():
