@@ -8,6 +8,7 @@
 #   NAME_registration   its registrations for cimhost, sfcb and OpenPegasus, installed with the MOF into
 #                       share/pylcommon/mof, where pylcommon-register looks; made with everything else. Where there is
 #                       a cimhost, MOF and registration are checked by it first
+#   NAME_check          has cimhost look whether the module has what it is registered for; made with everything else too
 #   NAME_serve          builds the module and serves it in cimhost, with the options in PYLCOMMON_SERVE_OPTIONS
 #   NAME_test           a program of the TESTS, with the objects of the module, the harness and GoogleTest. CTest runs its
 #                       cases in the source folder; PYL_MODULE_REGISTRATION and PYL_MODULE_FOLDER say where the module is
@@ -60,6 +61,7 @@ function(pylcommon_add_provider name)
                 --provider-dir "$<TARGET_FILE_DIR:${name}>"
             DEPENDS ${name} ${name}_registration
             USES_TERMINAL VERBATIM)
+        _pylcommon_add_check(${name} "${options}" ${classes})
     endif()
     if(given_TESTS)
         _pylcommon_add_tests(${name} ${given_TESTS})
@@ -128,6 +130,22 @@ function(_pylcommon_add_registration name options)
     add_custom_target(${name}_registration ALL DEPENDS "${stem}.reg" "${stem}Registration.mof")
     install(FILES ${ARGN} "${stem}.registration" "${stem}.reg" "${stem}Registration.mof"
             DESTINATION "${CMAKE_INSTALL_DATADIR}/pylcommon/mof")
+endfunction()
+
+# What can be seen of the module only once it is there. One with sanitizers wants their runtime in the program.
+function(_pylcommon_add_check name options)
+    if("${CMAKE_CXX_FLAGS} ${CMAKE_MODULE_LINKER_FLAGS}" MATCHES "-fsanitize")
+        return()
+    endif()
+    set(stamp "${CMAKE_CURRENT_BINARY_DIR}/${name}.checked")
+    add_custom_command(OUTPUT "${stamp}"
+        COMMAND "${PYLCOMMON_CIMHOST}" check ${options} --provider-dir "$<TARGET_FILE_DIR:${name}>"
+        COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
+        DEPENDS ${name} "${CMAKE_CURRENT_BINARY_DIR}/${name}.registration" ${ARGN}
+        COMMENT "Checking the module ${name}"
+        VERBATIM)
+    add_custom_target(${name}_check ALL DEPENDS "${stamp}")
+    add_dependencies(${name}_check ${name}_registration)
 endfunction()
 
 function(_pylcommon_add_tests name)

@@ -106,9 +106,13 @@ class Consumer:
 
         expect(r"\(uptime\): +expected +CLASSES.*understood: +'SORCES;a.cpp'", configure("NAMESPACE root/ktq SORCES a.cpp"))
         expect(r"uptime_test +is +not +built", configure("TESTS Uptime_test.cpp"))
-        (project / "my.registration").write_text("PYL_Uptim root/ktq UptimeProvider uptime instance\n", encoding="utf-8")
+        registration = project / "my.registration"
+        registration.write_text("PYL_Uptim root/ktq UptimeProvider uptime instance\n", encoding="utf-8")
         configure("REGISTRATION my.registration")
         expect(r"root/ktq:PYL_Uptim\b", register())
+        if not self.flags:
+            registration.write_text("PYL_Uptime root/ktq UptimProvider uptime instance\n", encoding="utf-8")
+            expect(r"UptimProvider_Create_InstanceMI", attempt("cmake", "--build", build).stdout)
         configure("NAMESPACE root/other")
         mof.write_text(mof.read_text(encoding="utf-8").replace("ManagedElement", "ManagedElemen"), encoding="utf-8")
         expect(r"Uptime\.mof:\d+.*CIM_ManagedElemen", register())
