@@ -12,7 +12,7 @@ import sys
 GTEST = re.compile(r"^(?:TYPED_)?TEST(?:_[FP])?\((\w+),\s*(\w+)\)", re.MULTILINE)
 CLASS = re.compile(r"^class (\w+)\(.*?(?=^class |\Z)", re.MULTILINE | re.DOTALL)
 METHOD = re.compile(r"^    def (test_\w+)", re.MULTILINE)
-ADDED = re.compile(r"add_test\(NAME ([\w.]+)")
+ADDED = re.compile(r'add_test\(NAME "?([\w.]+)')  # of those made in a loop, what their names begin with
 NAMED = re.compile(r"`([\w.*…]+)`")
 
 
