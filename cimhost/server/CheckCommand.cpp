@@ -1,6 +1,7 @@
 #include "cimhost/server/Command.h"
 #include "cimhost/server/Findings.h"
 #include "cimhost/server/ModuleCheck.h"
+#include "cimhost/server/ProjectFile.h"
 #include "cimhost/server/RegistrationCheck.h"
 #include "cimhost/server/SchemaOptions.h"
 
@@ -25,6 +26,7 @@ constexpr const char* checkExample =
     "no sense.";
 
 struct CheckOptions {
+    std::filesystem::path project;
     SchemaOptions schema;
     ModuleCheckOptions modules;
     bool isJson = false;
@@ -99,6 +101,7 @@ void addCheckCommand(CLI::App& application, Command& chosen) {
     const auto options = std::make_shared<CheckOptions>();
     CLI::App* command = application.add_subcommand(
         "check", "Tell what is wrong with MOF, registrations and modules, and serve nothing");
+    addProjectOption(*command, options->schema, options->project);
     options->schema.addTo(*command);
     CLI::Option* folders =
         command

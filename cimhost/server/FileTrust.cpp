@@ -29,6 +29,7 @@ const char* nameOf(FileUse use) noexcept {
         case FileUse::passwords: return "the password file ";
         case FileUse::privateKey: return "the TLS key ";
         case FileUse::state: return "the file of subscriptions ";
+        case FileUse::project: return "the project file ";
         case FileUse::registration: return "the registration file ";
         case FileUse::module: return "the module ";
         case FileUse::moduleFolder: return "the folder ";

@@ -11,6 +11,7 @@ enum class FileUse {
     passwords,     ///< hashes, which others must neither know nor change
     privateKey,    ///< which others must not know; its group may
     state,         ///< what the server itself keeps
+    project,       ///< names registrations and modules
     registration,  ///< names the code that is loaded
     module,        ///< is the code
     moduleFolder,  ///< where code is looked for

@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace CLI {
@@ -25,9 +26,15 @@ public:
     /// Adds the options to a command; this object must outlive the parsing.
     void addTo(CLI::App& command);
 
-    /// Each file with the namespace that was named last before it, or else with the first one
-    /// named.
+    /// Those that were set; then each file with the namespace that was named last before it, or
+    /// else with the first one named.
     std::vector<SchemaFile> files() const;
+    void setFiles(std::vector<SchemaFile> files) { _setFiles = std::move(files); }
+
+    /// Files and registrations of an installation, where none are named at all. Throws UsageError
+    /// that says what to do when nothing is installed there, and as findInstalled.
+    void takeInstalledUnlessNamed(const std::filesystem::path& data);
+
     const std::vector<std::filesystem::path>& registrations() const noexcept {
         return _registrations;
     }
@@ -48,6 +55,7 @@ private:
     std::vector<std::filesystem::path> _files;
     std::vector<std::filesystem::path> _includeFolders;
     std::vector<std::filesystem::path> _registrations;
+    std::vector<SchemaFile> _setFiles;
 };
 
 }  // namespace cimhost

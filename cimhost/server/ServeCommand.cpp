@@ -7,6 +7,7 @@
 #include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/EndDeadline.h"
 #include "cimhost/server/EndSignals.h"
+#include "cimhost/server/Installation.h"
 #include "cimhost/server/ObjectManager.h"
 #include "cimhost/server/RegistrationCheck.h"
 #include "cimhost/server/ServeOptions.h"
@@ -27,6 +28,8 @@ constexpr std::chrono::seconds moduleGrace{1};
 constexpr std::chrono::seconds cleanUpGrace{4};
 
 constexpr const char* example =
+    "Without any schema, registration or project it serves all that is installed.\n"
+    "\n"
     "Example:\n"
     "  cimhost serve --namespace root/ktq --schema base/base.mof --schema Uptime.mof \\\n"
     "      --registration uptime.registration --provider-dir build\n"
@@ -79,8 +82,9 @@ void warn(const ServeOptions& options, const Repository& repository,
     }
 }
 
-int serve(const ServeOptions& options) {
+int serve(ServeOptions& options) {
     options.checkExposure();
+    options.schema.takeInstalledUnlessNamed(installedData());
     const EndSignals signals;
     installCrashWords();
     ConsoleLog log(options.logLevel);

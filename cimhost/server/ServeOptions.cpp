@@ -4,6 +4,8 @@
 #include "cimhost/server/Command.h"
 #include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/FileTrust.h"
+#include "cimhost/server/Installation.h"
+#include "cimhost/server/ProjectFile.h"
 
 #include <CLI/CLI.hpp>
 #include <pwd.h>
@@ -32,14 +34,16 @@ CLI::Option* addSeconds(CLI::App& command, const std::string& name, std::chrono:
 }  // namespace
 
 void ServeOptions::addTo(CLI::App& command) {
+    addProjectOption(command, schema, projectFile);
     schema.addTo(command);
-    providerFolders = {CIMHOST_PROVIDER_DIR};
+    providerFolders = {installedModules()};
     command
         .add_option("--provider-dir", providerFolders,
-                    "Where lib<Module>.so is looked for; may be repeated")
+                    "Where lib<Module>.so is looked for, by default seen from this program; may be "
+                    "repeated")
         ->type_name("DIR")
         ->allow_extra_args(false)
-        ->capture_default_str()
+        ->default_str(CIMHOST_MODULES_FROM_PROGRAM)
         ->group("Schema");
     _addNetworkOptions(command);
     _addLimitOptions(command);
@@ -271,6 +275,7 @@ void ServeOptions::checkFiles(const Registrations& registrations, BrokerLog& log
     if (!passwordFile.empty()) files.emplace(passwordFile, FileUse::passwords);
     if (!tlsKey.empty()) files.emplace(tlsKey, FileUse::privateKey);
     if (indications.stateFile) files.emplace(*indications.stateFile, FileUse::state);
+    if (!projectFile.empty()) files.emplace(projectFile, FileUse::project);
     for (const auto& file : schema.registrations()) files.emplace(file, FileUse::registration);
     for (const auto& folder : providerFolders) {
         files.emplace(folder, FileUse::moduleFolder);

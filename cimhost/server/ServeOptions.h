@@ -15,6 +15,7 @@ namespace cimhost {
 
 /// The options of `cimhost serve`, with their defaults.
 struct ServeOptions {
+    std::filesystem::path projectFile;  ///< empty: there is none
     SchemaOptions schema;
     std::vector<std::filesystem::path> providerFolders;
     Manner manner;

@@ -46,6 +46,7 @@ class Host:
     """Use with `with`: leaving it stops the server and checks that it ended well."""
 
     def __init__(self, *options, arguments=BASE_SERVER, files=None, seconds=170,
+                 program=BUILD / "cimhost/cimhost",
                  manner=os.environ.get("PYL_MANNER", "standard")):
         """`files`: a folder that stands before the library's own paths, /etc/cim and /tmp/PYL..."""
         self._ended_log = None
@@ -54,7 +55,7 @@ class Host:
         for folder in ("etc/cim", "tmp"):
             (self._files / folder).mkdir(parents=True, exist_ok=True)
         self.log_file = pathlib.Path(self._scratch.name) / "log"
-        command = [BUILD / "cimhost/cimhost", "serve", "--port", "0", "--max-seconds", str(seconds),
+        command = [program, "serve", "--port", "0", "--max-seconds", str(seconds),
                    "--manner", manner, *arguments, *options]
         if os.environ.get("PYL_ISOLATE") and "--isolate" not in command:
             command.append("--isolate")
