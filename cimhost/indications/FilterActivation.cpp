@@ -83,7 +83,8 @@ std::shared_ptr<FilterActivation::Active> FilterActivation::activate(const Reque
 
 FilterActivation::Provider& FilterActivation::_join(const Registration& registration) {
     for (const auto& provider : _providers) {
-        if (provider->registration.provider == registration.provider) return *provider;
+        const bool isSame = provider->registration.provider == registration.provider;
+        if (isSame && !provider->use.isLeaving()) return *provider;
     }
     _providers.push_back(
         std::make_unique<Provider>(registration, _modules.use<CMPIIndicationMI>(registration)));
@@ -142,6 +143,12 @@ void FilterActivation::deactivate(const RequestContext& request, Active& active)
     for (Activation& activation : active.activations) {
         if (activation.provider) _deactivate(request, active, activation);
     }
+}
+
+bool FilterActivation::isLeaving(const Active& filter) const noexcept {
+    return std::ranges::any_of(filter.activations, [](const Activation& each) {
+        return each.provider && each.provider->use.isLeaving();
+    });
 }
 
 void FilterActivation::_disable(const RequestContext& request, const std::string& nameSpace,

@@ -48,6 +48,9 @@ public:
     /// Ends it. A provider that refuses is logged: the filter is off in any case.
     void deactivate(const RequestContext& request, Active& filter) noexcept;
 
+    /// It is active at an MI that takes no more calls but is still there for it.
+    bool isLeaving(const Active& filter) const noexcept;
+
 private:
     struct Provider;
     struct Activation;

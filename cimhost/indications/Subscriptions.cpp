@@ -102,9 +102,10 @@ std::vector<Instance> Subscriptions::all(const NameSpace& nameSpace,
 }
 
 bool Subscriptions::serves(const Target& target) const noexcept {
-    if (std::find(_interop.begin(), _interop.end(), &target.nameSpace) == _interop.end()) {
-        return false;
-    }
+    const auto isHere = [&](const NameSpace* each) {
+        return equalNames(each->name(), target.nameSpace.name());
+    };
+    if (std::none_of(_interop.begin(), _interop.end(), isHere)) return false;
     return std::any_of(subscriptionClasses.begin(), subscriptionClasses.end(),
                        [&](const SubscriptionClass& each) {
                            return equalNames(each.name, target.definition.name);
@@ -359,6 +360,25 @@ bool Subscriptions::stop(std::chrono::milliseconds patience) {
     _isStopped = true;
     for (Subscription& subscription : _subscriptions) _deactivate({}, subscription);
     return true;
+}
+
+void Subscriptions::renewActivations() {
+    const Change change(*this);
+    for (Filter& filter : _filters) {
+        if (!filter.active || !_activation.isLeaving(*filter.active)) continue;
+        const RequestContext request;
+        try {
+            // The new one first: what happens meanwhile is told twice rather than never.
+            const auto next = _activation.activate(request, filter.meaning);
+            const auto old = std::exchange(filter.active, next);
+            _activation.enable(request, *next);
+            _activation.deactivate(request, *old);
+        } catch (const CimError& error) {
+            _broker.log().write(BrokerLog::Level::warning, "indications",
+                                describe(filter.instance.path) +
+                                    " stays with the module of before: " + error.what());
+        }
+    }
 }
 
 }  // namespace cimhost

@@ -68,6 +68,11 @@ public:
     /// The instances of the class and its subclasses in the namespace.
     std::vector<Instance> all(const NameSpace& nameSpace, std::string_view className) const;
 
+    /// Makes filters active anew whose providers' modules have been replaced, and then inactive at
+    /// those of before. A filter that a new one refuses stays where it was, and is logged. Throws
+    /// CimError serverIsShuttingDown.
+    void renewActivations();
+
     /// Turns everything off at the providers. Later changes are refused. False when a change did
     /// not end within `patience`, and nothing was done.
     bool stop(std::chrono::milliseconds patience);

@@ -21,6 +21,7 @@ public:
     bool enter() noexcept;
     void leave() noexcept;
 
+    bool isClosed() const noexcept { return (_state.load() & closed) != 0; }
     void open() noexcept;
     void close() noexcept;
 

@@ -1,10 +1,12 @@
 #include "cimhost/modules/Module.h"
 
 #include "cimhost/modules/ModuleFile.h"
+#include "cimhost/modules/PrivateCopy.h"
 #include "cimhost/repository/CimError.h"
 
 #include <dlfcn.h>
 
+#include <optional>
 #include <system_error>
 
 namespace cimhost {
@@ -24,6 +26,16 @@ namespace {
 
 std::string fileOf(const std::string& name) { return "lib" + name + ".so"; }
 
+void* open(const std::filesystem::path& path) {
+    // Now: a symbol that is missing shows here rather than in the middle of a call. Global: so it
+    // is in established hosts; names that clash there are to clash here, where they are looked for.
+    void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
+    if (library) return library;
+    const char* const reason = dlerror();
+    throw CimError(CimCode::failed,
+                   reason ? demangled(reason) : path.string() + " cannot be loaded");
+}
+
 }  // namespace
 
 std::filesystem::path Module::find(const std::string& name,
@@ -38,17 +50,17 @@ std::filesystem::path Module::find(const std::string& name,
 }
 
 std::unique_ptr<Module> Module::load(const std::string& name,
-                                     const std::vector<std::filesystem::path>& folders) {
+                                     const std::vector<std::filesystem::path>& folders,
+                                     ModuleSource source) {
     const std::filesystem::path path = find(name, folders);
     if (path.empty()) notFound(fileOf(name), folders);
-    // Now: a symbol that is missing shows here rather than in the middle of a call. Global: so it
-    // is in established hosts; names that clash there are to clash here, where they are looked for.
-    Library library(dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL));
-    if (!library) {
-        const char* const reason = dlerror();
-        throw CimError(CimCode::failed,
-                       reason ? demangled(reason) : path.string() + " cannot be loaded");
+    std::optional<PrivateCopy> copy;
+    try {
+        if (source == ModuleSource::copy) copy.emplace(path);
+    } catch (const std::system_error& error) {
+        throw CimError(CimCode::failed, error.what());
     }
+    Library library(open(copy ? copy->path() : path));
     return std::unique_ptr<Module>(new Module(std::move(library), path));
 }
 

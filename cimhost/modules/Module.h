@@ -51,15 +51,19 @@ using MiFactory =
 using StaticModule = std::tuple<MiFactory<CMPIInstanceMI>, MiFactory<CMPIAssociationMI>,
                                 MiFactory<CMPIMethodMI>, MiFactory<CMPIIndicationMI>>;
 
+enum class ModuleSource { file, copy };
+
 /// The code of a module: a loaded library or a part of this program. Nothing made by it may be used
 /// once it is destroyed. Safe from several threads.
 class Module {
 public:
     /// Loads lib<name>.so from the first of the folders that has it.
     /// Throws CimError failed that says what was looked for or what the loader refused, with C++
-    /// names as they were written.
+    /// names as they were written. Of a copy it stays what it is when the file changes, and can be
+    /// loaded beside what was loaded from the file before (see PrivateCopy.h).
     static std::unique_ptr<Module> load(const std::string& name,
-                                        const std::vector<std::filesystem::path>& folders);
+                                        const std::vector<std::filesystem::path>& folders,
+                                        ModuleSource source = ModuleSource::file);
 
     explicit Module(StaticModule factories) : _factories(std::move(factories)) {}
 

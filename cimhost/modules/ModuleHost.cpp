@@ -19,6 +19,7 @@ struct ModuleHost::Hosted {
     std::optional<StaticModule> factories;  ///< of a part of this program
     std::mutex loading;                     ///< held while it is loaded
     std::unique_ptr<Module> code;           ///< null while it is not loaded
+    bool isReplaced = false;                ///< no further call comes to it
 };
 
 /// One MI and who is using it.
@@ -53,12 +54,20 @@ struct ModuleHost::Provider {
     std::string name;
     std::string nameSpace;  ///< one it is registered for
     Hosted& module;
-    unsigned holds = 0;     ///< how often a thread holds it, which makes or cleans up its MIs
-    std::thread::id owner;  ///< that thread
+    bool isReplaced = false;  ///< no further call comes to it
+    unsigned holds = 0;       ///< how often a thread holds it, which makes or cleans up its MIs
+    std::thread::id owner;    ///< that thread
     std::atomic<unsigned> leaks = 0;  ///< calls that left clones
     std::tuple<TypedSlot<CMPIInstanceMI>, TypedSlot<CMPIAssociationMI>, TypedSlot<CMPIMethodMI>,
                TypedSlot<CMPIIndicationMI>>
         slots;
+};
+
+/// What calls go by.
+struct ModuleHost::Table {
+    Registrations registrations;
+    std::map<std::string, std::shared_ptr<Hosted>> modules;
+    std::map<std::string, std::shared_ptr<Provider>> providers;
 };
 
 /// Keeps other threads from making or cleaning up the provider's MIs. Threads may hold a provider
@@ -166,38 +175,55 @@ std::string sharersOf(const Manner& manner, const Registration& registration) {
 }  // namespace
 
 ModuleHost::ModuleHost(const Broker& broker, Registrations registrations,
-                       std::vector<std::filesystem::path> folders)
-    : _broker(broker),
-      _registrations(registrationsFor(broker.manner(), std::move(registrations))),
-      _folders(std::move(folders)) {
-    for (const Registration& registration : _registrations.all()) {
-        auto& module = _modules[registration.module];
-        if (!module) module = std::make_unique<Hosted>(registration.module);
-        auto& provider = _providers[sharersOf(broker.manner(), registration)];
-        if (!provider) provider = std::make_unique<Provider>(registration, *module);
+                       std::vector<std::filesystem::path> folders, ModuleSource source)
+    : _broker(broker), _folders(std::move(folders)), _source(source) {
+    auto table = _makeTable(registrationsFor(broker.manner(), std::move(registrations)));
+    for (const Registration& each : table->registrations.all()) {
+        auto& module = table->modules[each.module];
+        if (!module) module = std::make_shared<Hosted>(each.module);
+        auto& provider = table->providers[sharersOf(broker.manner(), each)];
+        if (!provider) provider = std::make_shared<Provider>(each, *module);
     }
-    // Lest an MI that is made find no room.
-    _created.reserve(_providers.size() * providerTypeCount);
-    _loaded.reserve(_modules.size());
+    _publish(std::move(table));
 }
 
 ModuleHost::~ModuleHost() { shutDown(); }
 
+const Registrations& ModuleHost::registrations() const noexcept {
+    return _table.load(std::memory_order_acquire)->registrations;
+}
+
+std::unique_ptr<ModuleHost::Table> ModuleHost::_makeTable(Registrations registrations) const {
+    auto table = std::make_unique<Table>();
+    table->registrations = std::move(registrations);
+    return table;
+}
+
 void ModuleHost::addStatic(const std::string& module, StaticModule factories) {
-    auto& hosted = _modules[module];
-    if (!hosted) hosted = std::make_unique<Hosted>(module);
+    auto& hosted = _tables.back()->modules[module];
+    if (!hosted) hosted = std::make_shared<Hosted>(module);
     hosted->factories = std::move(factories);
+}
+
+ModuleHost::Provider& ModuleHost::_providerOf(const Registration& registration) const {
+    const auto& providers = _table.load(std::memory_order_acquire)->providers;
+    // Asked for each call: the usual name is there already and needs no copy.
+    const bool isShared = !_broker.manner().has(Habit::makesAnMiForEachClass);
+    const auto found = isShared ? providers.find(registration.provider)
+                                : providers.find(sharersOf(_broker.manner(), registration));
+    if (found != providers.end()) return *found->second;
+    throw CimError(CimCode::failed, "provider " + registration.provider + " is registered no more");
 }
 
 template <typename MI>
 MiUse<MI> ModuleHost::use(const Registration& registration) {
-    // Asked for each call: the usual name is there already and needs no copy.
-    const bool isShared = !_broker.manner().has(Habit::makesAnMiForEachClass);
-    Provider& provider = *(isShared ? _providers.at(registration.provider)
-                                    : _providers.at(sharersOf(_broker.manner(), registration)));
-    auto& slot = std::get<TypedSlot<MI>>(provider.slots);
-    if (!slot.gate.enter()) _start(provider, slot);
-    return MiUse<MI>(slot.mi, slot.gate, provider.module.name, provider.name, provider.leaks);
+    for (;;) {
+        Provider& provider = _providerOf(registration);
+        auto& slot = std::get<TypedSlot<MI>>(provider.slots);
+        // False only for a provider that has been replaced meanwhile.
+        if (!slot.gate.enter() && !_start(provider, slot)) continue;
+        return MiUse<MI>(slot.mi, slot.gate, provider.module.name, provider.name, provider.leaks);
+    }
 }
 
 template MiUse<CMPIInstanceMI> ModuleHost::use(const Registration&);
@@ -224,20 +250,23 @@ bool ModuleHost::_waitsForMe(const Provider& provider) const noexcept {
 
 // Whether MIs are being made or cleaned up, of this module or of any.
 bool ModuleHost::_isHeld(const Hosted* module) const noexcept {
-    return std::any_of(_providers.begin(), _providers.end(), [module](const auto& each) {
-        const Provider& provider = *each.second;
-        return provider.holds != 0 && (!module || &provider.module == module);
+    return std::any_of(_tables.begin(), _tables.end(), [module](const auto& table) {
+        return std::ranges::any_of(table->providers, [module](const auto& each) {
+            const Provider& provider = *each.second;
+            return provider.holds != 0 && (!module || &provider.module == module);
+        });
     });
 }
 
-// On return the caller is inside the gate.
+// On return the caller is inside the gate, unless the provider has been replaced.
 template <typename MI>
-void ModuleHost::_start(Provider& provider, TypedSlot<MI>& slot) {
+bool ModuleHost::_start(Provider& provider, TypedSlot<MI>& slot) {
     _refuseWhenStopping();
     try {
         std::unique_lock lock(_mutex);
         const Hold hold(*this, lock, provider);
-        if (!_isStopping && slot.gate.enter()) return;  // another thread was faster
+        if (provider.isReplaced) return false;
+        if (!_isStopping && slot.gate.enter()) return true;  // another thread was faster
         if (!_isStopping) {
             if (slot.isBusy) Hold::refuseWhileBusy(provider);
             const Mark busy(slot.isBusy);
@@ -249,8 +278,10 @@ void ModuleHost::_start(Provider& provider, TypedSlot<MI>& slot) {
         }
         // What was made meanwhile is cleaned up with the others.
         _refuseWhenStopping();
+        if (provider.isReplaced) return false;
         slot.gate.open();
         slot.gate.enter();
+        return true;
     } catch (const CimError& error) {
         if (error.code() != CimCode::serverIsShuttingDown) {
             _broker.log().write(BrokerLog::Level::error, provider.name, error.what());
@@ -288,7 +319,7 @@ void ModuleHost::_load(Hosted& module) {
     std::unique_ptr<Module> code;
     try {
         code = module.factories ? std::make_unique<Module>(*module.factories)
-                                : Module::load(module.name, _folders);
+                                : Module::load(module.name, _folders, _source);
     } catch (const CimError& error) {
         throw CimError(error.code(),
                        "module " + module.name + " cannot be loaded: " + error.what());
@@ -367,8 +398,9 @@ bool ModuleHost::_agreesToLeave(Slot& slot) noexcept {
 
 UnloadOutcome ModuleHost::unload(const std::string& module) {
     std::unique_lock lock(_mutex);
-    const auto found = _modules.find(module);
-    if (found == _modules.end() || !found->second->code || _isStopping) {
+    const Table& table = *_tables.back();
+    const auto found = table.modules.find(module);
+    if (found == table.modules.end() || !found->second->code || _isStopping) {
         return UnloadOutcome::notLoaded;
     }
     Hosted& hosted = *found->second;
@@ -377,7 +409,7 @@ UnloadOutcome ModuleHost::unload(const std::string& module) {
     leaving.reserve(slots.size());
     if (_isHeld(&hosted) || !_closeIfIdle(slots)) return UnloadOutcome::busy;
     std::list<Hold> holds;
-    for (const auto& [name, provider] : _providers) {
+    for (const auto& [name, provider] : table.providers) {
         if (&provider->module == &hosted) holds.emplace_back(*this, lock, *provider);
     }
     lock.unlock();
@@ -399,6 +431,128 @@ UnloadOutcome ModuleHost::unload(const std::string& module) {
     const std::unique_ptr<Module> code = std::move(hosted.code);
     lock.unlock();  // what runs when a library is closed is the module's, too
     return UnloadOutcome::unloaded;
+}
+
+std::shared_ptr<ModuleHost::Hosted> ModuleHost::_loadAnew(const std::string& name) {
+    auto module = std::make_shared<Hosted>(name);
+    try {
+        module->code = Module::load(name, _folders, ModuleSource::copy);
+        return module;
+    } catch (const CimError& error) {
+        _broker.log().write(BrokerLog::Level::error, name,
+                            std::string("the module stays as it was: ") + error.what());
+        return nullptr;
+    }
+}
+
+void ModuleHost::renew(
+    std::optional<Registrations> registrations, const std::set<std::string>& changed,
+    const std::function<std::optional<StaticModule>(const std::string&)>& partOf) {
+    const Table& old = *_tables.back();
+    Registrations next;
+    if (registrations) {
+        next = registrationsFor(_broker.manner(), std::move(*registrations));
+    } else {
+        for (const Registration& each : old.registrations.all()) next.add(each);
+    }
+    auto table = _makeTable(std::move(next));
+    for (const Registration& each : table->registrations.all()) {
+        auto& module = table->modules[each.module];
+        if (module) continue;
+        const auto before = old.modules.find(each.module);
+        if (before == old.modules.end()) {
+            module = std::make_shared<Hosted>(each.module);
+            module->factories = partOf(each.module);
+            continue;
+        }
+        module = before->second;
+        if (module->factories || !changed.contains(each.module)) continue;
+        const bool isLoaded = [&] {
+            const std::lock_guard lock(_mutex);
+            return module->code != nullptr;
+        }();
+        if (auto fresh = isLoaded ? _loadAnew(each.module) : nullptr) module = std::move(fresh);
+    }
+    for (const Registration& each : table->registrations.all()) {
+        const std::string sharers = sharersOf(_broker.manner(), each);
+        auto& provider = table->providers[sharers];
+        if (provider) continue;
+        Hosted& module = *table->modules.at(each.module);
+        const auto before = old.providers.find(sharers);
+        const bool stays = before != old.providers.end() && &before->second->module == &module;
+        provider = stays ? before->second : std::make_shared<Provider>(each, module);
+    }
+    _publish(std::move(table));
+}
+
+// What the table does not have any more gets no further call.
+void ModuleHost::_publish(std::unique_ptr<Table> table) {
+    const std::lock_guard lock(_mutex);
+    // Lest an MI that is made find no room.
+    _created.reserve(_created.size() + table->providers.size() * providerTypeCount);
+    _loaded.reserve(_loaded.size() + table->modules.size());
+    const Table* const old = _tables.empty() ? nullptr : _tables.back().get();
+    _tables.push_back(std::move(table));
+    const Table& next = *_tables.back();
+    _table.store(&next, std::memory_order_release);
+    if (!old) return;
+    for (const auto& [name, module] : next.modules) {
+        const bool isNew = std::find(_loaded.begin(), _loaded.end(), module.get()) == _loaded.end();
+        if (module->code && isNew) _loaded.push_back(module.get());
+    }
+    for (const auto& [name, module] : old->modules) {
+        const auto found = next.modules.find(name);
+        module->isReplaced = found == next.modules.end() || found->second != module;
+    }
+    for (const auto& [name, provider] : old->providers) {
+        const auto found = next.providers.find(name);
+        provider->isReplaced = found == next.providers.end() || found->second != provider;
+    }
+    for (Slot* const slot : _created) {
+        if (slot->provider->isReplaced) slot->gate.close();
+    }
+}
+
+bool ModuleHost::releaseReplaced() {
+    const std::lock_guard alone(_shutDown);
+    std::vector<Hosted*> modules;
+    {
+        const std::lock_guard lock(_mutex);
+        if (_isStopping) return false;
+        for (Hosted* const each : _loaded) {
+            const std::vector<Slot*> slots = _slotsOf(*each);
+            const bool hasReplaced = std::ranges::any_of(
+                slots, [](const Slot* slot) { return slot->provider->isReplaced; });
+            if (each->isReplaced || hasReplaced) modules.push_back(each);
+        }
+    }
+    bool isLeft = false;
+    for (Hosted* const each : modules) isLeft = !_releaseReplaced(*each) || isLeft;
+    return isLeft;
+}
+
+// True when nothing of it is left.
+bool ModuleHost::_releaseReplaced(Hosted& module) {
+    std::unique_lock lock(_mutex);
+    const std::vector<Slot*> slots = _slotsOf(module);
+    const auto now = std::chrono::steady_clock::now();
+    bool isLeft = _isHeld(&module);
+    for (Slot* const slot : slots) {
+        if (!slot->provider->isReplaced) continue;
+        if (slot->isBusy || !slot->gate.waitUntilIdle(now)) {
+            isLeft = true;
+            continue;
+        }
+        lock.unlock();  // no call reaches it any more
+        if (!_isSpared(*slot, slots)) _cleanUp(*slot, true);
+        lock.lock();
+        _remove(*slot);
+    }
+    if (isLeft || !module.isReplaced) return !isLeft;
+    std::erase(_loaded, &module);
+    const std::unique_ptr<Module> code = std::move(module.code);
+    lock.unlock();  // what runs when a library is closed is the module's, too
+    return true;
 }
 
 bool ModuleHost::shutDown(std::chrono::milliseconds patience) {

@@ -8,9 +8,12 @@
 #include <chrono>
 #include <condition_variable>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -41,6 +44,10 @@ public:
     }
 
     MI* get() const noexcept { return _mi; }
+
+    /// The MI takes no more calls: its module has been replaced, or all are shutting down.
+    bool isLeaving() const noexcept { return _gate->isClosed(); }
+
     std::string_view module() const noexcept { return _module; }
     std::string_view provider() const noexcept { return _provider; }
 
@@ -73,7 +80,8 @@ class ModuleHost {
 public:
     /// `folders` are where modules are looked for, in this order.
     ModuleHost(const Broker& broker, Registrations registrations,
-               std::vector<std::filesystem::path> folders);
+               std::vector<std::filesystem::path> folders,
+               ModuleSource source = ModuleSource::file);
 
     /// Shuts down and waits for calls in progress, however long they take.
     ~ModuleHost();
@@ -84,14 +92,27 @@ public:
     /// The module is part of this program and not looked for in the folders. Before its first use.
     void addStatic(const std::string& module, StaticModule factories);
 
-    const Registrations& registrations() const noexcept { return _registrations; }
+    /// Those of now. A reference stays good when they are renewed.
+    const Registrations& registrations() const noexcept;
+
+    /// From now on calls go by these registrations, or without any by those of before, and to
+    /// modules that are loaded anew if they are among the changed and loaded already. Calls that
+    /// run end in what they began in. A module that cannot be loaded is logged and stays as it was.
+    /// `partOf` tells the factories of modules that are new. One renewal at a time.
+    void renew(std::optional<Registrations> registrations, const std::set<std::string>& changed,
+               const std::function<std::optional<StaticModule>(const std::string&)>& partOf);
+
+    /// Cleans up, terminating, and unloads what was replaced and is not in use any more. True when
+    /// something still is: ask again.
+    bool releaseReplaced();
 
     /// The MI of the registered provider for a call, made when it is not there yet. MI is one of
     /// CMPIInstanceMI, CMPIAssociationMI, CMPIMethodMI, CMPIIndicationMI; the registration is one
-    /// of this host's. Throws CimError: serverIsShuttingDown; and, with a line in the log each
-    /// time, failed when the module cannot be loaded, has no such entry point, made no MI, or when
-    /// the MI is asked for while it is being made, on this thread or on one that waits for what
-    /// this thread makes; accessDenied and notSupported as the factory says.
+    /// of this host's, now or before. Throws CimError: serverIsShuttingDown; failed when it is
+    /// registered no more; and, with a line in the log each time, failed when the module cannot be
+    /// loaded, has no such entry point, made no MI, or when the MI is asked for while it is being
+    /// made, on this thread or on one that waits for what this thread makes; accessDenied and
+    /// notSupported as the factory says.
     template <typename MI>
     MiUse<MI> use(const Registration& registration);
 
@@ -112,12 +133,18 @@ private:
     struct Slot;
     struct Hosted;
     struct Provider;
+    struct Table;
     class Hold;
     template <typename MI>
     struct TypedSlot;
 
+    Provider& _providerOf(const Registration& registration) const;
+    std::unique_ptr<Table> _makeTable(Registrations registrations) const;
+    std::shared_ptr<Hosted> _loadAnew(const std::string& name);
+    void _publish(std::unique_ptr<Table> table);
+    bool _releaseReplaced(Hosted& module);
     template <typename MI>
-    void _start(Provider& provider, TypedSlot<MI>& slot);
+    bool _start(Provider& provider, TypedSlot<MI>& slot);
     template <typename MI>
     MI* _create(Provider& provider);
     void _load(Hosted& module);
@@ -133,10 +160,13 @@ private:
     void _closeUnused();
 
     const Broker& _broker;
-    Registrations _registrations;
     std::vector<std::filesystem::path> _folders;
-    std::map<std::string, std::unique_ptr<Hosted>> _modules;
-    std::map<std::string, std::unique_ptr<Provider>> _providers;
+    ModuleSource _source;
+
+    // Read without a lock. All that ever were stay, for calls and others that refer to them: each
+    // is small, and their libraries are closed.
+    std::atomic<const Table*> _table = nullptr;
+    std::vector<std::unique_ptr<Table>> _tables;
 
     // Guards what follows, and who holds which provider; never held while code of a module runs.
     std::mutex _mutex;

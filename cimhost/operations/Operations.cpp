@@ -8,7 +8,7 @@ namespace cimhost {
 Operations::Operations(Broker& broker, ModuleHost& modules, ResultPolicy results)
     : _broker(broker),
       _modules(modules),
-      _servers(modules.registrations(), broker.repository()),
+      _servers(modules, broker.repository()),
       _judge(broker.log(), results) {}
 
 // Null where results pass.

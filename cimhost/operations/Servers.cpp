@@ -4,7 +4,7 @@ namespace cimhost {
 
 Server Servers::of(ProviderType type, const Target& target) const noexcept {
     const auto registered = [&](ProviderType each) {
-        return _registrations.find(each, target.nameSpace.name(), target.definition.name);
+        return _modules.registrations().find(each, target.nameSpace.name(), target.definition.name);
     };
     if (const Registration* const registration = registered(type)) return {registration, nullptr};
     // Sources have no methods, and leave a class whose instances a provider has to that provider.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cimhost/modules/Registration.h"
+#include "cimhost/modules/ModuleHost.h"
 #include "cimhost/operations/HostInstances.h"
 #include "cimhost/operations/Target.h"
 
@@ -26,9 +26,9 @@ using WantsInstance = std::function<bool(const Instance&, const Class&)>;
 /// Filled before the first request; from then on safe from several threads.
 class Servers {
 public:
-    /// The registrations and the repository outlive this.
-    Servers(const Registrations& registrations, const Repository& repository)
-        : _registrations(registrations), _readOnly(repository) {}
+    /// The modules, whose registrations of the moment count, and the repository outlive this.
+    Servers(const ModuleHost& modules, const Repository& repository)
+        : _modules(modules), _readOnly(repository) {}
 
     /// The source outlives the last request.
     void add(InstanceSource& source) { _sources.push_back(&source); }
@@ -53,7 +53,7 @@ public:
                            const VisitInstance& visit) const;
 
 private:
-    const Registrations& _registrations;
+    const ModuleHost& _modules;
     HostInstances _readOnly;
     std::vector<InstanceSource*> _sources;
 };

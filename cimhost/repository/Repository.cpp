@@ -6,13 +6,15 @@
 namespace cimhost {
 
 const NameSpace* Repository::find(std::string_view name) const noexcept {
-    const auto found = _nameSpaces.find(trimmedSlashes(name));
-    return found == _nameSpaces.end() ? nullptr : found->second.get();
+    const NameSpaces& all = *_nameSpaces.load(std::memory_order_acquire);
+    const auto found = all.find(trimmedSlashes(name));
+    return found == all.end() ? nullptr : found->second.get();
 }
 
 NameSpace* Repository::find(std::string_view name) noexcept {
-    const auto found = _nameSpaces.find(trimmedSlashes(name));
-    return found == _nameSpaces.end() ? nullptr : found->second.get();
+    const NameSpaces& all = *_nameSpaces.load(std::memory_order_acquire);
+    const auto found = all.find(trimmedSlashes(name));
+    return found == all.end() ? nullptr : found->second.get();
 }
 
 const NameSpace& Repository::get(std::string_view name) const {
@@ -26,7 +28,7 @@ std::string Repository::meantNameSpace(std::string_view name) const {
 }
 
 std::string Repository::meantClass(const NameSpace& nameSpace, std::string_view name) const {
-    for (const auto& [otherName, other] : _nameSpaces) {
+    for (const auto& [otherName, other] : *_nameSpaces.load(std::memory_order_acquire)) {
         if (other->findClass(name)) return "; namespace " + otherName + " has it";
     }
     return nameSpace.meantClass(name);
@@ -38,14 +40,23 @@ NameSpace& Repository::make(std::string_view name) {
     if (trimmed.empty()) throw CimError(CimCode::invalidNamespace, "a namespace needs a name");
     _budget->charge(sizeof(NameSpace) + 2 * trimmed.size());
     auto nameSpace = std::make_unique<NameSpace>(trimmed, _budget);
-    return *_nameSpaces.emplace(trimmed, std::move(nameSpace)).first->second;
+    return *_nameSpaces.load()->emplace(trimmed, std::move(nameSpace)).first->second;
 }
 
 std::vector<std::string> Repository::names() const {
     std::vector<std::string> names;
-    names.reserve(_nameSpaces.size());
-    for (const auto& [name, nameSpace] : _nameSpaces) names.push_back(name);
+    const NameSpaces& all = *_nameSpaces.load(std::memory_order_acquire);
+    names.reserve(all.size());
+    for (const auto& [name, nameSpace] : all) names.push_back(name);
     return names;
+}
+
+void Repository::replaceBy(Repository& other) {
+    auto fresh = std::make_unique<NameSpaces>();
+    fresh->swap(*other._nameSpaces.load());
+    _budget = other._budget;
+    _all.push_back(std::move(fresh));
+    _nameSpaces.store(_all.back().get(), std::memory_order_release);
 }
 
 }  // namespace cimhost

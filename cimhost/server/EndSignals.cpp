@@ -1,5 +1,6 @@
 #include "cimhost/server/EndSignals.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -13,9 +14,15 @@ bool isInterruption(const siginfo_t& info) noexcept {
     return info.si_code != SI_KERNEL && info.si_pid == getpid();
 }
 
+bool hasTerminal() noexcept {
+    const int terminal = ::open("/dev/tty", O_RDONLY | O_NOCTTY | O_CLOEXEC);
+    if (terminal >= 0) ::close(terminal);
+    return terminal >= 0;
+}
+
 }  // namespace
 
-EndSignals::EndSignals() {
+EndSignals::EndSignals() : _hadTerminal(hasTerminal()) {
     sigemptyset(&_signals);
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&_signals, signal);
     const int error = pthread_sigmask(SIG_BLOCK, &_signals, nullptr);
@@ -39,7 +46,10 @@ EndSignals::Reason EndSignals::wait(std::optional<std::chrono::seconds> time) co
         } else {
             signal = sigwaitinfo(&_signals, &info);
         }
-        if (signal > 0) return isInterruption(info) ? Reason::interrupted : Reason::asked;
+        if (signal > 0 && isInterruption(info)) return Reason::interrupted;
+        const bool isHangUp = info.si_code == SI_KERNEL || (_hadTerminal && !hasTerminal());
+        if (signal == SIGHUP && !isHangUp) return Reason::reload;
+        if (signal > 0) return Reason::asked;
         if (errno == EAGAIN) return Reason::timePassed;
     }
 }

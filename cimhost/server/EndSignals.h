@@ -14,7 +14,12 @@ public:
     /// Throws std::system_error.
     EndSignals();
 
-    enum class Reason { asked, timePassed, interrupted };
+    enum class Reason {
+        asked,
+        reload,  ///< SIGHUP, unless it tells that the terminal is gone: then it asks to end
+        timePassed,
+        interrupted,
+    };
 
     /// Waits for SIGTERM, SIGINT or SIGHUP, for the time to pass, or for an interruption.
     Reason wait(std::optional<std::chrono::seconds> time) const;
@@ -24,6 +29,7 @@ public:
 
 private:
     sigset_t _signals;
+    bool _hadTerminal;
 };
 
 }  // namespace cimhost

@@ -16,11 +16,12 @@ constexpr std::chrono::milliseconds isolatedGrace{3'500};
 ObjectManager::ObjectManager(const Repository& repository, Registrations registrations,
                              std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
                              const IndicationSettings& indications, const Manner& manner,
-                             std::optional<IsolationSettings> isolation, ResultPolicy results)
+                             std::optional<IsolationSettings> isolation, ResultPolicy results,
+                             ModuleSource modules)
     : _broker(repository, log, fillUpCalls, manner),
       _delivery(indications.delivery, log),
       _routes(repository, log),
-      _modules(_broker, std::move(registrations), std::move(providerFolders)),
+      _modules(_broker, std::move(registrations), std::move(providerFolders), modules),
       _operations(_broker, _modules, results),
       _subscriptions(_broker, _modules, _routes, _delivery),
       _handler(_operations, repository),
@@ -34,6 +35,35 @@ ObjectManager::ObjectManager(const Repository& repository, Registrations registr
         _operations.add(*_isolated);
     }
     _subscriptions.restore(indications.stateFile);
+}
+
+std::set<std::string> ObjectManager::modules() const {
+    std::set<std::string> names;
+    for (const Registration& each : _modules.registrations().all()) names.insert(each.module);
+    return names;
+}
+
+void ObjectManager::renew(std::optional<Registrations> registrations,
+                          const std::set<std::string>& changed) {
+    if (_isolated) {
+        // They read the files themselves when they start.
+        if (registrations) {
+            _isolated->replaceAll();
+        } else {
+            _isolated->replace(changed);
+        }
+    }
+    _modules.renew(std::move(registrations), changed,
+                   [this](const std::string& name) -> std::optional<StaticModule> {
+                       if (!_isolated) return std::nullopt;
+                       return _isolated->standInFor(name);
+                   });
+    _subscriptions.renewActivations();
+}
+
+bool ObjectManager::releaseReplaced() {
+    const bool isLeft = _modules.releaseReplaced();
+    return (_isolated && _isolated->releaseReplaced()) || isLeft;
 }
 
 bool ObjectManager::shutDown(std::chrono::milliseconds patience) {

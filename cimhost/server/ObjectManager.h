@@ -13,6 +13,8 @@
 #include <chrono>
 #include <filesystem>
 #include <optional>
+#include <set>
+#include <string>
 #include <vector>
 
 namespace cimhost {
@@ -32,11 +34,21 @@ public:
                   std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
                   const IndicationSettings& indications = {}, const Manner& manner = {},
                   std::optional<IsolationSettings> isolation = {},
-                  ResultPolicy results = ResultPolicy::warn);
+                  ResultPolicy results = ResultPolicy::warn,
+                  ModuleSource modules = ModuleSource::file);
     ObjectManager(const ObjectManager&) = delete;
     ObjectManager& operator=(const ObjectManager&) = delete;
 
     HttpHandler& httpHandler() noexcept { return _adapter; }
+
+    /// The names of all modules that are registered.
+    std::set<std::string> modules() const;
+
+    /// Takes changed modules into service, and with registrations, once the repository has been
+    /// replaced, those too. What runs ends as it began; subscriptions stay. Call releaseReplaced
+    /// until it answers false then. Both for one thread, which does not shut this down meanwhile.
+    void renew(std::optional<Registrations> registrations, const std::set<std::string>& changed);
+    bool releaseReplaced();
 
     /// Turns indications off, cleans up and unloads every module once no request runs any more, and
     /// gives what waits for listeners half a second. False when a call into a module did not end in

@@ -39,6 +39,10 @@ public:
         return _registrations;
     }
 
+    const std::vector<std::filesystem::path>& includeFolders() const noexcept {
+        return _includeFolders;
+    }
+
     /// The options as a command line has them.
     std::vector<std::string> arguments() const;
 

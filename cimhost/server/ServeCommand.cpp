@@ -10,6 +10,7 @@
 #include "cimhost/server/Installation.h"
 #include "cimhost/server/ObjectManager.h"
 #include "cimhost/server/RegistrationCheck.h"
+#include "cimhost/server/Reloader.h"
 #include "cimhost/server/ServeOptions.h"
 #include "cimhost/server/StartWatch.h"
 
@@ -82,6 +83,16 @@ void warn(const ServeOptions& options, const Repository& repository,
     }
 }
 
+/// Until the server is to end.
+void run(const EndSignals& signals, Reloader& reloader, std::optional<std::chrono::seconds> time) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + time.value_or(std::chrono::seconds(0));
+    while (signals.wait(time) == EndSignals::Reason::reload) {
+        reloader.reload();
+        if (time) time = std::chrono::ceil<std::chrono::seconds>(end - Clock::now());
+    }
+}
+
 int serve(ServeOptions& options) {
     options.checkExposure();
     options.schema.takeInstalledUnlessNamed(installedData());
@@ -100,16 +111,19 @@ int serve(ServeOptions& options) {
     options.checkFiles(registrations, log);
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,
-                          options.indications, options.manner, options.isolation(),
-                          options.results);
+                          options.indications, options.manner, options.isolation(), options.results,
+                          options.watches ? ModuleSource::copy : ModuleSource::file);
 
     const HttpServices services{manager.httpHandler(), options.limits, gate.authenticator.get(),
                                 gate.accessLog.get()};
     HttpServer server(ListenSocket(options.address, options.port), services, gate.tls.get());
+    std::optional<Reloader> reloader;
+    reloader.emplace(options, repository, manager, log);
     server.start();
     announce(server, options.usesTls());
-    if (!start.finish()) signals.wait(time);
+    if (!start.finish()) run(signals, *reloader, time);
     deadline.emplace(log, requestGrace + moduleGrace + cleanUpGrace);
+    reloader.reset();
     if (gate.authenticator) gate.authenticator->end();
     if (!server.stop(requestGrace) || !manager.shutDown(moduleGrace)) leaveAtOnce(log);
     return 0;

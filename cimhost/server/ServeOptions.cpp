@@ -258,6 +258,11 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
                         .description("error, warning, information or debug"))
         ->default_str("information")
         ->group(group);
+    command
+        .add_flag("--watch", watches,
+                  "Take modules, MOF and registration files into service when they change, as "
+                  "SIGHUP does once")
+        ->group(group);
     command.add_option("--max-seconds", maximumSeconds, "End by itself after this time")
         ->type_name("SECONDS")
         ->group(group);

@@ -35,6 +35,7 @@ struct ServeOptions {
 
     std::string accessLog;
     BrokerLog::Level logLevel = BrokerLog::Level::information;
+    bool watches = false;  ///< files that change are taken into service
     std::optional<std::uint32_t> maximumSeconds;
 
     /// Adds the options to a command; this object must outlive the parsing.

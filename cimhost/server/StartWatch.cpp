@@ -29,7 +29,9 @@ bool StartWatch::finish() {
 }
 
 void StartWatch::_watch(std::optional<std::chrono::seconds> time) noexcept {
-    const EndSignals::Reason reason = _signals.wait(time);
+    EndSignals::Reason reason = _signals.wait(time);
+    // What has not started has nothing to reload.
+    while (reason == EndSignals::Reason::reload) reason = _signals.wait(time);
     if (reason == EndSignals::Reason::interrupted) return;
     std::unique_lock lock(_mutex);
     _isAsked = reason == EndSignals::Reason::asked;

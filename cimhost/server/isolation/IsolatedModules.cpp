@@ -65,17 +65,43 @@ IsolatedModules::~IsolatedModules() = default;
 
 void IsolatedModules::standInFor(ModuleHost& modules) {
     for (const Registration& each : modules.registrations().all()) {
-        auto& hosted = _modules[each.module];
-        if (hosted) continue;
-        hosted = std::make_unique<Hosted>(*this, each.module);
-        Hosted& module = *hosted;
-        const auto make = [this, &module](auto mi) {
-            return [this, &module, mi](const CMPIBroker*, const CMPIContext*, const char* provider,
-                                       CMPIStatus*) { return (_standIn(module, provider).*mi)(); };
-        };
-        modules.addStatic(each.module, {make(&StandIn::instanceMi), make(&StandIn::associationMi),
-                                        make(&StandIn::methodMi), make(&StandIn::indicationMi)});
+        modules.addStatic(each.module, standInFor(each.module));
     }
+}
+
+StaticModule IsolatedModules::standInFor(const std::string& name) {
+    const std::lock_guard lock(_mutex);
+    auto& hosted = _modules[name];
+    if (!hosted) hosted = std::make_unique<Hosted>(*this, name);
+    const auto make = [this, &module = *hosted](auto mi) {
+        return [this, &module, mi](const CMPIBroker*, const CMPIContext*, const char* provider,
+                                   CMPIStatus*) { return (_standIn(module, provider).*mi)(); };
+    };
+    return {make(&StandIn::instanceMi), make(&StandIn::associationMi), make(&StandIn::methodMi),
+            make(&StandIn::indicationMi)};
+}
+
+std::vector<IsolatedModules::Hosted*> IsolatedModules::_all() const {
+    const std::lock_guard lock(_mutex);
+    std::vector<Hosted*> all;
+    for (const auto& [name, hosted] : _modules) all.push_back(hosted.get());
+    return all;
+}
+
+void IsolatedModules::replace(const std::set<std::string>& modules) {
+    for (Hosted* const each : _all()) {
+        if (modules.contains(each->process.module())) each->process.replace();
+    }
+}
+
+void IsolatedModules::replaceAll() {
+    for (Hosted* const each : _all()) each->process.replace();
+}
+
+bool IsolatedModules::releaseReplaced() {
+    bool isLeft = false;
+    for (Hosted* const each : _all()) isLeft = each->process.releaseReplaced() || isLeft;
+    return isLeft;
 }
 
 StandIn& IsolatedModules::_standIn(Hosted& hosted, const char* provider) {
@@ -102,12 +128,11 @@ void IsolatedModules::_export(const LinkNotes& notes, const CimXmlRequest& reque
 }
 
 bool IsolatedModules::stop(std::chrono::milliseconds patience) {
-    for (const auto& [name, hosted] : _modules) hosted->process.beginEnd();
+    const std::vector<Hosted*> all = _all();
+    for (Hosted* const each : all) each->process.beginEnd();
     const Clock::time_point deadline = Clock::now() + patience;
     bool isOrderly = true;
-    for (const auto& [name, hosted] : _modules) {
-        isOrderly = hosted->process.awaitEnd(deadline) && isOrderly;
-    }
+    for (Hosted* const each : all) isOrderly = each->process.awaitEnd(deadline) && isOrderly;
     return isOrderly;
 }
 
@@ -119,8 +144,8 @@ void IsolatedModules::visit(const Target& target, const VisitInstance& visit) co
     const NameSpace& nameSpace = target.nameSpace;
     const Class* const definition = nameSpace.findClass(processClass);
     if (!definition || !nameSpace.isA(definition->name, target.definition.name)) return;
-    for (const auto& [name, hosted] : _modules) {
-        visit(describe(hosted->process, nameSpace.name(), *definition), *definition);
+    for (const Hosted* const each : _all()) {
+        visit(describe(each->process, nameSpace.name(), *definition), *definition);
     }
 }
 
@@ -131,6 +156,7 @@ std::optional<Instance> IsolatedModules::find(const ObjectPath& path) const {
         _broker.repository().get(path.nameSpace).findClass(path.className);
     const Value* const key = path.findKey("Module");
     const auto* const name = key ? key->get<Text>() : nullptr;
+    const std::lock_guard lock(_mutex);
     const auto found = name ? _modules.find(name->str()) : _modules.end();
     if (!definition || found == _modules.end()) return std::nullopt;
     return describe(found->second->process, path.nameSpace, *definition);

@@ -11,7 +11,9 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <set>
 #include <string>
+#include <vector>
 
 namespace cimhost {
 
@@ -27,6 +29,15 @@ public:
 
     /// Stands in for every registered module. Before its first use.
     void standInFor(ModuleHost& modules);
+
+    /// The factories of a stand-in for one more module, made when it is not there yet.
+    StaticModule standInFor(const std::string& module);
+
+    /// Has these modules, or all, run in new processes from the next request on.
+    void replace(const std::set<std::string>& modules);
+    void replaceAll();
+    /// As ModuleProcess.
+    bool releaseReplaced();
 
     /// Ends the processes. False when one had to be killed.
     bool stop(std::chrono::milliseconds patience);
@@ -45,13 +56,14 @@ private:
         ModuleProcess process;
     };
 
+    std::vector<Hosted*> _all() const;
     StandIn& _standIn(Hosted& hosted, const char* provider);
     void _answer(Hosted& hosted, const CimXmlRequest& request, CimXmlReply& reply);
     void _export(const LinkNotes& notes, const CimXmlRequest& request, CimXmlReply& reply);
 
     const Broker& _broker;
     IsolationSettings _settings;
-    std::mutex _mutex;
+    mutable std::mutex _mutex;     ///< guards the two below
     std::list<StandIn> _standIns;  ///< outlive the processes, which call them
     std::map<std::string, std::unique_ptr<Hosted>> _modules;
 };

@@ -15,6 +15,9 @@ constexpr seconds longLife{60};
 constexpr seconds longestPause{60};
 /// For a process whose connection ended to end itself.
 constexpr seconds dyingTime{5};
+/// For one that was replaced to clean up.
+constexpr seconds leavingTime{10};
+constexpr const char* orderlyEnd = "ended with 0";
 
 seconds pauseAfter(unsigned deaths) noexcept {
     if (deaths < 2) return seconds(0);
@@ -125,6 +128,11 @@ void ModuleProcess::_noteEnd(ChildProcess& child, const std::string& end) noexce
     const std::string said = child.lastWords();
     const std::lock_guard lock(_mutex);
     if (_isStopping) return;
+    if (_child.get() != &child) {  // it was replaced
+        if (end == orderlyEnd) return;
+        return _log.write(BrokerLog::Level::warning, _module,
+                          "the module's process of before " + end);
+    }
     const Clock::time_point now = Clock::now();
     if (now - child.started() >= longLife) _deathsInRow = 0;
     ++_deathsInRow;
@@ -193,21 +201,52 @@ ModuleProcess::State ModuleProcess::state() const {
     return state;
 }
 
+void ModuleProcess::replace() noexcept try {
+    std::unique_lock lock(_mutex);
+    if (!_child || _isDead || _isStopping) return;
+    _replaced.push_back({std::exchange(_child, nullptr), {}});
+    // Its filters are to be active again before anybody asks.
+    if (_needs > 0) _startNew(lock);
+} catch (const std::exception& error) {
+    _log.write(BrokerLog::Level::error, _module, error.what());
+}
+
+bool ModuleProcess::releaseReplaced() {
+    std::vector<Child> over;  // destroyed without the lock, which their end may want
+    const std::lock_guard lock(_mutex);
+    const Clock::time_point now = Clock::now();
+    for (Replaced& each : _replaced) {
+        if (each.child.use_count() != 1) continue;
+        if (!each.deadline) {
+            each.deadline = now + leavingTime;
+            each.child->beginEnd();
+        }
+        if (now > *each.deadline) each.child->kill("killed: its clean-up does not return");
+        if (each.child->isOver()) over.push_back(std::move(each.child));
+    }
+    std::erase_if(_replaced, [](const Replaced& each) { return !each.child; });
+    return !_replaced.empty();
+}
+
 void ModuleProcess::beginEnd() noexcept {
     const std::lock_guard lock(_mutex);
     _isStopping = true;
     _changed.notify_all();
     if (_child) _child->beginEnd();
+    for (const Replaced& each : _replaced) each.child->beginEnd();
 }
 
 bool ModuleProcess::awaitEnd(Clock::time_point deadline) {
     Child child;
+    std::vector<Replaced> replaced;
     {
         const std::lock_guard lock(_mutex);
         if (!_isDead) child = _child;
+        replaced.swap(_replaced);
     }
+    for (const Replaced& each : replaced) each.child->awaitEnd(deadline);
     if (!child) return true;
-    if (const auto end = child->awaitEnd(deadline)) return *end == "ended with 0";
+    if (const auto end = child->awaitEnd(deadline)) return *end == orderlyEnd;
     child->kill("killed: its clean-up does not return");
     _log.write(BrokerLog::Level::error, _module, "its clean-up does not return; it is killed");
     return false;

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -69,6 +70,12 @@ public:
 
     State state() const;
 
+    /// Further requests go to a new process; this one, if there is one, ends after its last.
+    void replace() noexcept;
+    /// Asks those that were replaced and have no request any more to end. True when one is there
+    /// still: ask again.
+    bool releaseReplaced();
+
     /// Asks the process to end, and has it start no more.
     void beginEnd() noexcept;
     /// False when it has not ended in order by then; it is killed.
@@ -76,6 +83,11 @@ public:
 
 private:
     using Child = std::shared_ptr<ChildProcess>;
+
+    struct Replaced {
+        Child child;
+        std::optional<Clock::time_point> deadline;  ///< of its end, once it was asked to
+    };
 
     Child _running();
     Child _startNew(std::unique_lock<std::mutex>& lock);
@@ -99,6 +111,7 @@ private:
     std::condition_variable _changed;
     Child _child;
     std::vector<Child> _old;  ///< of which something may run still
+    std::vector<Replaced> _replaced;
     bool _isStopping = false;
     int _needs = 0;
     bool _isDead = false;  ///< the child has ended unasked

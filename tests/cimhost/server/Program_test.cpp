@@ -148,13 +148,23 @@ TEST_F(ProgramTest, WarnsOfARegistrationThatIsRepeatedAndTakesIt) {
 }
 
 TEST_F(ProgramTest, EndsInOrderOnEachSignalThatAsksForIt) {
-    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    for (const int signal : {SIGTERM, SIGINT}) {
         const pid_t process =
             start({"serve", "--port", "0", "--schema", schema, "--max-seconds", "60"});
         EXPECT_TRUE(await([this] { return out().find('\n') != std::string::npos; })) << err();
         kill(process, signal);
         EXPECT_EQ(finish(process), 0) << err();
     }
+}
+
+TEST_F(ProgramTest, LooksAtItsFilesOnAHangUpAndServesOn) {
+    const pid_t process =
+        start({"serve", "--port", "0", "--schema", schema, "--max-seconds", "60"});
+    EXPECT_TRUE(await([this] { return out().find('\n') != std::string::npos; })) << err();
+    kill(process, SIGHUP);
+    EXPECT_TRUE(await([this] { return err().find("reload: ") != std::string::npos; })) << err();
+    kill(process, SIGTERM);
+    EXPECT_EQ(finish(process), 0) << err();
 }
 
 TEST_F(ProgramTest, ChecksFilesAndServesNothing) {
