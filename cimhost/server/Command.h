@@ -25,6 +25,7 @@ void addCheckCommand(CLI::App& application, Command& chosen);
 void addModuleHostCommand(CLI::App& application, Command& chosen);
 void addMannersCommand(CLI::App& application, Command& chosen);
 void addPasswdCommand(CLI::App& application, Command& chosen);
+void addDocumentationCommand(CLI::App& application, Command& chosen);
 void addListenCommand(CLI::App& application, Command& chosen);
 
 }  // namespace cimhost

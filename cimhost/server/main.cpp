@@ -39,6 +39,7 @@ int main(int argc, char** argv) try {
     cimhost::addMannersCommand(application, chosen);
     cimhost::addModuleHostCommand(application, chosen);
     cimhost::addPasswdCommand(application, chosen);
+    cimhost::addDocumentationCommand(application, chosen);
     application.require_subcommand(1);
     application.failure_message(cimhost::describeUsage);
     application.set_version_flag("--version", "cimhost " CIMHOST_VERSION);
