@@ -24,6 +24,7 @@ void addServeCommand(CLI::App& application, Command& chosen);
 void addCheckCommand(CLI::App& application, Command& chosen);
 void addModuleHostCommand(CLI::App& application, Command& chosen);
 void addMannersCommand(CLI::App& application, Command& chosen);
+void addNewCommand(CLI::App& application, Command& chosen);
 void addPasswdCommand(CLI::App& application, Command& chosen);
 void addDocumentationCommand(CLI::App& application, Command& chosen);
 void addListenCommand(CLI::App& application, Command& chosen);

@@ -1,6 +1,7 @@
 #include "cimhost/server/ProjectFile.h"
 
 #include "cimhost/server/Command.h"
+#include "cimhost/server/Installation.h"
 #include "cimhost/server/SchemaOptions.h"
 
 #include <CLI/CLI.hpp>
@@ -48,6 +49,15 @@ private:
         return (_file.parent_path() / name).lexically_normal().string();
     }
 
+    /// What the project has not is the installation's.
+    std::string _resolveSchema(const std::string& name) const {
+        std::string own = _resolve(name);
+        const path installed = installedData() / "mof" / name;
+        const bool isInstalled =
+            !std::filesystem::exists(own) && std::filesystem::exists(installed);
+        return isInstalled ? installed.string() : own;
+    }
+
     void _readSchema(const toml::node& node) {
         const toml::table* const nameSpaces = node.as_table();
         if (!nameSpaces) _refuse(node.source(), "schema is a table of namespaces");
@@ -55,7 +65,7 @@ private:
         for (const auto& [name, list] : *nameSpaces) {
             const std::string nameSpace(name.str());
             for (const std::string& file : _words("schema." + nameSpace, list)) {
-                files.push_back({_resolve(file), nameSpace});
+                files.push_back({_resolveSchema(file), nameSpace});
             }
         }
         _schema.setFiles(std::move(files));

@@ -38,6 +38,7 @@ int main(int argc, char** argv) try {
     cimhost::addCheckCommand(application, chosen);
     cimhost::addMannersCommand(application, chosen);
     cimhost::addModuleHostCommand(application, chosen);
+    cimhost::addNewCommand(application, chosen);
     cimhost::addPasswdCommand(application, chosen);
     cimhost::addDocumentationCommand(application, chosen);
     application.require_subcommand(1);

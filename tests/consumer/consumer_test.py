@@ -42,6 +42,7 @@ def expect(pattern, text):
 class Consumer:
     def __init__(self, scratch, source, compiler, sanitizers):
         self.scratch, self.source, self.compiler = scratch, source, compiler
+        self.smallest = source.parent.parent / "examples/smallest"
         self.prefix = scratch / "prefix"
         self.flags = f"-fsanitize={sanitizers}" if sanitizers else ""
 
@@ -55,7 +56,7 @@ class Consumer:
 
     def build_with_cmake(self):
         build = self.scratch / "cmake"
-        self.configure(self.source / "uptime", build, "-DPYLCOMMON_SERVE_OPTIONS=--port;0;--max-seconds;60")
+        self.configure(self.smallest, build, "-DPYLCOMMON_SERVE_OPTIONS=--port;0;--max-seconds;60")
         run("cmake", "--build", build)
         expect(r"100% tests passed, 0 tests failed out of 1", run("ctest", "--test-dir", build))
         with asked("cmake", "--build", build, "--target", "uptime_serve") as answer:
@@ -72,7 +73,7 @@ class Consumer:
     def build_with_make(self):
         """By the Makefile that the page shows."""
         project = self.scratch / "make"
-        shutil.copytree(self.source / "uptime", project)
+        shutil.copytree(self.smallest, project)
         page = (self.source.parent.parent / "docs/building-a-provider.md").read_text(encoding="utf-8")
         makefile = textwrap.dedent(re.search(r"^## make\n\n(.*?)(?=^\S)", page, re.DOTALL | re.MULTILINE)[1])
         (project / "Makefile").write_text(makefile, encoding="utf-8")
@@ -92,7 +93,7 @@ class Consumer:
     def make_mistakes(self):
         """What is told before anything runs."""
         project, build = self.scratch / "mistakes", self.scratch / "mistakes/build"
-        shutil.copytree(self.source / "uptime", project)
+        shutil.copytree(self.smallest, project)
         cmake, mof = project / "CMakeLists.txt", project / "Uptime.mof"
         head = cmake.read_text(encoding="utf-8").partition("pylcommon_add_provider")[0]
 
@@ -152,7 +153,7 @@ def asked(*command):
 def readme_says_the_same(source):
     """The lines that README shows are those of the project."""
     shown = (source.parent.parent / "README.md").read_text(encoding="utf-8")
-    for line in (source / "uptime/CMakeLists.txt").read_text(encoding="utf-8").splitlines()[3:]:
+    for line in (source.parent.parent / "examples/smallest/CMakeLists.txt").read_text(encoding="utf-8").splitlines()[3:]:
         if f"    {line}\n" not in shown:
             sys.exit(f"README does not show: {line}")
 

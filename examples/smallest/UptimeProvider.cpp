@@ -1,17 +1,17 @@
 #include "cmpicpp/CmpiModule.h"
-#include "common/CmpiManagedInstance.h"
 #include "toolkit/CollectionProvider.h"
 #include "toolkit/LocalPaths.h"
 #include "toolkit/LoggedModule.h"
 #include "toolkit/Properties.h"
 
 #include <fstream>
-#include <memory>
-#include <optional>
 
 namespace {
 
 using CmpiCpp::CmpiBroker;
+using CmpiCpp::CmpiInstance;
+using CmpiCpp::CmpiName;
+using CmpiCpp::CmpiObjectPath;
 
 std::optional<unsigned long long> secondsUp() {
     double seconds = 0;
@@ -21,13 +21,11 @@ std::optional<unsigned long long> secondsUp() {
 
 class Uptime : public PYL::CmpiManagedInstance {
 public:
-    CmpiCpp::CmpiName getClassName() override { return "PYL_Uptime"; }
-
-    CmpiCpp::CmpiObjectPath getPath() override {
+    CmpiName getClassName() override { return "PYL_Uptime"; }
+    CmpiObjectPath getPath() override {
         return PYL::makeLocalPath("PYL_Uptime", {{"InstanceID", "KTQ:Uptime"}});
     }
-
-    CmpiCpp::CmpiInstance getInstance() override {
+    CmpiInstance getInstance() override {
         auto instance = PYL::makeInstanceAt(getPath());
         PYL::setKnown(instance, "Seconds", secondsUp());
         return instance;
