@@ -22,6 +22,13 @@ CmpiObjectPath makeInstanceIdPath(const char* className, const std::string& suff
     return makeLocalPath(className, {{"InstanceID", id}});
 }
 
+CmpiObjectPath makeDevicePath(const char* className, const std::string& deviceId) {
+    return makeLocalPath(className, {{"CreationClassName", className},
+                                     {"SystemCreationClassName", ScopedCentralClassName},
+                                     {"SystemName", PYLUtil::getHostName()},
+                                     {"DeviceID", deviceId}});
+}
+
 CmpiObjectPath onThisHost(CmpiObjectPath path) {
     path.setHost(CmpiName(PYLUtil::getHostName()));
     return path;

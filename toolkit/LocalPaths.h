@@ -40,6 +40,10 @@ PYL_EXPORT CmpiCpp::CmpiObjectPath makeLocalPath(
 PYL_EXPORT CmpiCpp::CmpiObjectPath makeInstanceIdPath(const char* className,
                                                       const std::string& suffix = "1");
 
+/// The path of a device of this server, by the four keys of CIM_LogicalDevice.
+PYL_EXPORT CmpiCpp::CmpiObjectPath makeDevicePath(const char* className,
+                                                  const std::string& deviceId);
+
 /// The same path on this host, whatever host it named: clients may call the host by any of its
 /// names. Throws for an empty path.
 PYL_EXPORT CmpiCpp::CmpiObjectPath onThisHost(CmpiCpp::CmpiObjectPath path);

@@ -2,8 +2,10 @@
 
 #include "cmpicpp/CmpiBroker.h"
 #include "cmpicpp/CmpiProvider.h"
+#include "common/AutostartDecorator.h"
 #include "common/LoggedProvider.h"
 #include "common/PYLUtil.h"
+#include "common/PerfmonDecorator.h"
 #include "platform/logger/Logger.h"
 
 namespace PYL {
@@ -28,6 +30,27 @@ CmpiCpp::CmpiProvider* makeLoggedProvider(const CmpiCpp::CmpiBroker& broker,
         broker, log,
         [](const CmpiCpp::CmpiBroker& inner, Logger& logger) -> CmpiCpp::CmpiProvider* {
             return new Provider(inner, logger);
+        });
+}
+
+/// The same with all decorators. `Worker` is a managed instance, made without arguments, which is
+/// there from the beginning; `Provider` is made by the first request that it cannot answer. Each
+/// request from then on is logged, and timed where root has asked for that by then.
+template <typename Provider, typename Worker>
+CmpiCpp::CmpiProvider* makeAutostartedProvider(const CmpiCpp::CmpiBroker& broker,
+                                               const char* logSource) {
+    using Factory = CmpiCpp::CmpiProvider* (*)(const CmpiCpp::CmpiBroker&, Logger&);
+    static constexpr Factory make = [](const CmpiCpp::CmpiBroker& inner, Logger& logger) {
+        return static_cast<CmpiCpp::CmpiProvider*>(new Provider(inner, logger));
+    };
+    static constexpr Factory makeTimed = [](const CmpiCpp::CmpiBroker& inner, Logger& logger) {
+        return static_cast<CmpiCpp::CmpiProvider*>(new PerfmonDecorator(inner, logger, make));
+    };
+    Logger log = hostedLogger(logSource);
+    return new AutostartDecorator(
+        broker, log, new Worker,
+        [](const CmpiCpp::CmpiBroker& inner, Logger& logger) -> CmpiCpp::CmpiProvider* {
+            return new LoggedProvider(inner, logger, PYLUtil::PerfmonEnabled() ? makeTimed : make);
         });
 }
 

@@ -23,11 +23,7 @@ constexpr const char* groupClass = "PYL_FanGroup";
 CmpiName FanInstance::getClassName() { return fanClass; }
 
 CmpiObjectPath FanInstance::getPath() {
-    return PYL::makeLocalPath(fanClass,
-                              {{"CreationClassName", fanClass},
-                               {"SystemCreationClassName", PYL::ScopedCentralClassName},
-                               {"SystemName", PYLUtil::getHostName()},
-                               {"DeviceID", std::string("KTQ:") + fanClass + ":" + _fan.id}});
+    return PYL::makeDevicePath(fanClass, std::string("KTQ:") + fanClass + ":" + _fan.id);
 }
 
 CmpiInstance FanInstance::getInstance() {

@@ -39,6 +39,15 @@ TEST_F(LocalPathsTest, HaveOneIdentifierOfClassAndSuffix) {
               "KTQ:PYL_Thing");
 }
 
+TEST_F(LocalPathsTest, HaveTheFourKeysOfADevice) {
+    EXPECT_EQ(PYL::makeDevicePath("PYL_Thing", "left").str(),
+              host.path("PYL_Thing", {{"CreationClassName", "PYL_Thing"},
+                                      {"SystemCreationClassName", "PYL_ComputerSystem"},
+                                      {"SystemName", "server-1"},
+                                      {"DeviceID", "left"}})
+                  .str());
+}
+
 TEST_F(LocalPathsTest, ReplaceTheHostAndNothingElse) {
     const auto path = host.path("root/other", "PYL_Thing", "a", "10.0.0.1");
     EXPECT_EQ(PYL::onThisHost(path).str(), "//server-1/root/other:PYL_Thing.Id=\"a\"");
