@@ -165,5 +165,8 @@ function(_pylcommon_add_tests name)
         PYL_MODULE_FOLDER="$<TARGET_FILE_DIR:${name}>")
     add_dependencies(${name}_test ${name} ${name}_registration)
     include(GoogleTest)
-    gtest_discover_tests(${name}_test WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
+    foreach(folder IN ITEMS "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}")
+        cmake_language(DEFER DIRECTORY "${folder}" CALL enable_testing)  # a function has a scope of its own
+    endforeach()
+    gtest_discover_tests(${name}_test WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")  # where the MOF is
 endfunction()
