@@ -9,7 +9,8 @@
 #                       share/pylcommon/mof, where pylcommon-register looks; made with everything else. Where there is
 #                       a cimhost, MOF and registration are checked by it first
 #   NAME_check          has cimhost look whether the module has what it is registered for; made with everything else too
-#   NAME_serve          builds the module and serves it in cimhost, with the options in PYLCOMMON_SERVE_OPTIONS
+#   NAME_serve          builds the module and serves it in cimhost, with the options in PYLCOMMON_SERVE_OPTIONS; what is
+#                       built anew meanwhile is taken into service
 #   NAME_test           a program of the TESTS, with the objects of the module, the harness and GoogleTest. CTest runs its
 #                       cases in the source folder; PYL_MODULE_REGISTRATION and PYL_MODULE_FOLDER say where the module is
 #
@@ -18,7 +19,6 @@
 # an association and what has methods for these too, an indication for that alone.
 
 include(GNUInstallDirs)
-enable_testing()  # counts where it stands: in the folder that finds the package
 set(PYLCOMMON_SERVE_OPTIONS "" CACHE STRING "Options of cimhost serve for the targets that serve a provider")
 find_program(PYLCOMMON_CIMHOST cimhost HINTS "${pylcommon_PREFIX}/bin"
     DOC "Checks the providers' schema and registrations, and serves them")
@@ -57,7 +57,7 @@ function(pylcommon_add_provider name)
 
     if(PYLCOMMON_CIMHOST)
         add_custom_target(${name}_serve
-            COMMAND "${PYLCOMMON_CIMHOST}" serve ${PYLCOMMON_SERVE_OPTIONS} ${options}
+            COMMAND "${PYLCOMMON_CIMHOST}" serve --watch ${PYLCOMMON_SERVE_OPTIONS} ${options}
                 --provider-dir "$<TARGET_FILE_DIR:${name}>"
             DEPENDS ${name} ${name}_registration
             USES_TERMINAL VERBATIM)
@@ -168,5 +168,6 @@ function(_pylcommon_add_tests name)
     foreach(folder IN ITEMS "${CMAKE_CURRENT_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}")
         cmake_language(DEFER DIRECTORY "${folder}" CALL enable_testing)  # a function has a scope of its own
     endforeach()
-    gtest_discover_tests(${name}_test WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")  # where the MOF is
+    gtest_discover_tests(${name}_test DISCOVERY_TIMEOUT 60
+        WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")  # where the MOF is
 endfunction()
