@@ -1,4 +1,4 @@
-# Run by cpack before it packs: the documents that every package has.
+# Run by cpack before it packs: the documents that every package has, and manual pages in the form that they have there.
 foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     string(TOUPPER ${component} prefix)
     set(name ${CPACK_DEBIAN_${prefix}_PACKAGE_NAME})
@@ -13,5 +13,6 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
 
  -- ${CPACK_PACKAGE_CONTACT}  ${date}
 ")
-    execute_process(COMMAND gzip -9nf "${folder}/changelog.Debian" COMMAND_ERROR_IS_FATAL ANY)
+    file(GLOB pages "${CPACK_TEMPORARY_DIRECTORY}/${component}/usr/share/man/man*/*.[1-8]")
+    execute_process(COMMAND gzip -9nf "${folder}/changelog.Debian" ${pages} COMMAND_ERROR_IS_FATAL ANY)
 endforeach()
