@@ -13,6 +13,7 @@
 #include "testing/cimhost/testing/HostName.h"
 #include "testing_qualifiers.h"
 
+#include <cstdlib>
 #include <utility>
 
 namespace cimtest {
@@ -84,6 +85,12 @@ std::string typesFor(const cimhost::Class& definition, const EntryPoints& provid
     return types;
 }
 
+cimhost::Manner mannerOf(const std::string& name) {
+    if (!name.empty()) return cimhost::Manner(name);
+    const char* const wanted = std::getenv("PYL_MANNER");
+    return wanted ? cimhost::Manner(wanted) : cimhost::Manner();
+}
+
 }  // namespace
 
 /// In the order in which they are needed: what is made last ends first.
@@ -91,7 +98,7 @@ struct Host::Parts {
     Parts(std::string itsNameSpace, const std::string& manner, std::filesystem::path itsSchema)
         : nameSpace(std::move(itsNameSpace)),
           schema(std::move(itsSchema)),
-          broker(repository, log, cimhost::fillUpCalls, cimhost::Manner(manner)) {
+          broker(repository, log, cimhost::fillUpCalls, mannerOf(manner)) {
         broker.setIndicationSink(&alerts);
         request.nameSpace = nameSpace;
         context = cimhost::makeContext(broker, request);

@@ -209,7 +209,8 @@ Path Instance::path() const { return Path(_model->path); }
 std::string Instance::className() const { return _model->className(); }
 
 bool Instance::has(std::string_view property) const noexcept {
-    return _model->find(property) != nullptr;
+    const auto* const found = _model->find(property);
+    return found && !found->value.isNull();
 }
 
 Value Instance::operator[](std::string_view property) const {
@@ -224,15 +225,16 @@ std::string Instance::str() const {
 }
 
 bool operator==(const Instance& left, const Instance& right) {
-    const auto& mine = left.model();
-    const auto& theirs = right.model();
-    if (!(left.path() == right.path()) || mine.properties.size() != theirs.properties.size()) {
-        return false;
-    }
-    return std::all_of(mine.properties.begin(), mine.properties.end(), [&](const auto& each) {
-        const auto* const other = theirs.find(each.name);
-        return other && Value(each.value) == Value(other->value);
-    });
+    const auto isIn = [](const Instance& other) {
+        return [&other](const auto& each) {
+            return each.value.isNull() ||
+                   (other.has(each.name) && other[each.name] == Value(each.value));
+        };
+    };
+    const auto& mine = left.model().properties;
+    const auto& theirs = right.model().properties;
+    return left.path() == right.path() && std::all_of(mine.begin(), mine.end(), isIn(right)) &&
+           std::all_of(theirs.begin(), theirs.end(), isIn(left));
 }
 
 std::ostream& operator<<(std::ostream& out, const Instance& instance) {

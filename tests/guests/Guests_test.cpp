@@ -1,18 +1,13 @@
-#include "cimhost/mof/MofReader.h"
-#include "tests/cimhost/operations/OperationsFixture.h"
+#include <cimhost/testing.h>
+#include <gtest/gtest.h>
 
-#include <gmock/gmock.h>
-
-#include <optional>
-
-namespace cimhost::test {
 namespace {
 
-using testing::ElementsAre;
+using cimtest::failureOf;
+using cimtest::Path;
+using Paths = std::vector<Path>;
 
 constexpr const char* guestClasses = R"(
-Qualifier Key : boolean = false, Scope(property, reference), Flavor(DisableOverride, ToSubclass);
-Qualifier Association : boolean = false, Scope(association), Flavor(DisableOverride, ToSubclass);
 class TST_Thing { [Key] string Name; uint32 Number; };
 class TST_Guest {
     [Key] string Name;
@@ -39,34 +34,23 @@ constexpr const char* registrationLines =
 class Guests : public testing::Test {
 protected:
     Guests() {
-        request.nameSpace = "root/test";
-        MofReader(repository, "root/test").readText(guestClasses, "guests");
-        Registrations registrations;
-        registrations.readText(registrationLines, "guests");
-        host.emplace(broker, std::move(registrations),
-                     std::vector<std::filesystem::path>{GUEST_FOLDER});
-        operations.emplace(broker, *host);
-        broker.setOperations(&*operations);
-    }
-
-    ~Guests() override {
-        broker.setOperations(nullptr);
-        host.reset();
+        host.readMofText(guestClasses);
+        host.loadText(registrationLines, GUEST_FOLDER);
     }
 
     /// What the guest's method answers.
-    std::string ask(const std::string& method, const Arguments& in = {}) {
-        const MethodResult result =
-            operations->invokeMethod(request, named("TST_Guest", "g"), method, in);
-        return std::string(std::string_view(*result.returnValue.get<Text>()));
+    std::string ask(const std::string& method) {
+        return host.invoke("TST_Guest.Name=\"g\"", method).returned.text();
+    }
+    /// The number alone.
+    template <typename Call>
+    static std::string codeOf(Call call) {
+        const std::string words = failureOf(call);
+        return words.substr(0, words.find(' '));
     }
 
-    Repository repository;
-    CapturingLog log;
-    Broker broker{repository, log, fillUpCalls, mannerUnderTest()};
-    RequestContext request;
-    std::optional<ModuleHost> host;
-    std::optional<Operations> operations;
+    cimtest::Host host;
+    const Path thing{"TST_Thing.Name=\"t\""};
 };
 
 TEST_F(Guests, MakePathsWithoutANameSpace) {
@@ -87,53 +71,37 @@ TEST_F(Guests, FillArraysOfAllTypes) {
 
 TEST_F(Guests, GetAnInstanceByAKeyThatTheClassHasNot) {
     EXPECT_EQ(ask("GetAnInstanceByAForeignKey"), "found by Colour");
-    FoundInstances instances;
-    EXPECT_EQ(codeOfCall([&] {
-                  operations->getInstance(
-                      request, pathOf("TST_Thing", "Colour", Value::string("red")), {}, instances);
-              }),
-              4)
-        << "a client is told";
+    EXPECT_EQ(codeOf([&] { host.get("TST_Thing.Colour=\"red\""); }), "4") << "a client is told";
 }
 
 TEST_F(Guests, ReleaseWhatIsNotTheirsAndAreToldOnceEach) {
     ask("ReleaseWhatIsNotTheirs");
-    EXPECT_EQ(log.lines().size(), 1U);
-    FoundPaths names;  // the other guest does so too
-    operations->enumerateInstanceNames(request, classPath("TST_Thing"), names);
+    EXPECT_EQ(host.log().all().size(), 1U);
+    host.names("TST_Thing");  // the other guest does so too
     ask("ReleaseWhatIsNotTheirs");
-    operations->enumerateInstanceNames(request, classPath("TST_Thing"), names);
-    ASSERT_EQ(log.lines().size(), 2U);
-    EXPECT_EQ(log.lines()[0].message, "release on a CMPIString that it must not end: ignored");
-    EXPECT_EQ(log.lines()[1].message, log.lines()[0].message);
+    host.names("TST_Thing");
+    const auto lines = host.log().take();
+    ASSERT_EQ(lines.size(), 2U);
+    EXPECT_EQ(lines[0].message, "release on a CMPIString that it must not end: ignored");
+    EXPECT_EQ(lines[1].message, lines[0].message);
 }
 
 TEST_F(Guests, SayThatAnAssociationIsNoneOfTheirsAndTheOthersAnswer) {
-    const ObjectPath thing = named("TST_Thing", "t");
-    FoundPaths names;
-    operations->associatorNames(request, thing, {}, names);
-    operations->referenceNames(request, thing, {}, names);
-    EXPECT_THAT(names.texts(), ElementsAre("TST_Thing.found", "TST_Thing.found"));
+    const Paths found{"TST_Thing.Name=\"found\""};
+    EXPECT_EQ(host.associatorNames(thing), found);
+    EXPECT_EQ(host.referenceNames(thing), found);
 }
 
 TEST_F(Guests, SayThatNoAssociationIsTheirsAndTheClientHearsIt) {
-    const ObjectPath thing = named("TST_Thing", "t");
-    FoundInstances instances;
-    EXPECT_EQ(codeOfCall([&] { operations->associators(request, thing, {}, {}, instances); }), 7);
-    EXPECT_EQ(codeOfCall([&] { operations->references(request, thing, {}, {}, instances); }), 7);
-    AssociationFilter filter;
-    filter.role = "Left";
-    FoundPaths names;
-    EXPECT_EQ(codeOfCall([&] { operations->associatorNames(request, thing, filter, names); }), 7)
+    EXPECT_EQ(codeOf([&] { host.associators(thing); }), "7");
+    EXPECT_EQ(codeOf([&] { host.references(thing); }), "7");
+    EXPECT_EQ(codeOf([&] { host.associatorNames(thing, {.role = "Left"}); }), "7")
         << "who refuses a filter may have had a result";
 }
 
 TEST_F(Guests, TellInAnErrorObjectWhatWentWrong) {
-    EXPECT_EQ(failureOfCall([&] {
-                  operations->invokeMethod(request, named("TST_ErrorGuest", "e"), "Fail", {});
-              }),
-              "2: the disk is on fire");
+    EXPECT_EQ(failureOf([&] { host.invoke("TST_ErrorGuest.Name=\"e\"", "Fail"); }),
+              "2 the disk is on fire");
 }
 
 }  // namespace
-}  // namespace cimhost::test

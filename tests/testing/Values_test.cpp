@@ -71,6 +71,8 @@ TEST(Paths, SayWhatTheyHave) {
 TEST(Instances, AreEqualByPathAndPropertiesInAnyOrder) {
     const Instance instance("C.K=1", {{"A", 1}, {"B", 2}});
     EXPECT_EQ(instance, Instance("C.K=1", {{"b", 2U}, {"a", 1U}}));
+    EXPECT_EQ(instance, Instance("C.K=1", {{"B", 2}, {"N", Value()}, {"A", 1}}));
+    EXPECT_FALSE(Instance("C.K=1", {{"N", Value()}}).has("N"));
     EXPECT_NE(instance, Instance("C.K=1", {{"A", 1}}));
     EXPECT_NE(instance, Instance("C.K=2", {{"A", 1}, {"B", 2}}));
     EXPECT_EQ(failureOf([&] { instance["X"]; }), "an instance of C has no X; it has A, B");

@@ -67,10 +67,11 @@ public:
     /// The qualifiers of the standard are there. Files are looked for in the current folder, and in
     /// the one of the schema that came with this library: "base/base.mof" there is a small CIM.
     /// Throws Failure as `file:line:column: reason`.
-    /// `manner` is one of `cimhost manners`.
+    /// `manner` is one of `cimhost manners`; when it is empty, the one that PYL_MANNER names in the
+    /// environment, or the standard's.
     explicit Host(std::string nameSpace = "root/test",
                   const std::vector<std::filesystem::path>& mof = {},
-                  const std::string& manner = "standard",
+                  const std::string& manner = {},
                   const std::filesystem::path& schema = PYL_SCHEMA_FOLDER);
     virtual ~Host();
     Host(const Host&) = delete;

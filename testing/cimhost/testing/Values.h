@@ -143,7 +143,8 @@ private:
     std::shared_ptr<const cimhost::ObjectPath> _model;
 };
 
-/// An instance with its path. Equal by path, names and values, in any order.
+/// An instance with its path. A property that is NULL counts as one that is not there: some hosts
+/// show all that the class declares. Equal by path, names and values, in any order.
 class Instance {
 public:
     /// With a class alone for path, the keys are among the properties.

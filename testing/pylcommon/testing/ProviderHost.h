@@ -39,7 +39,7 @@ class ProviderHost : public Host {
 public:
     explicit ProviderHost(std::string nameSpace = "root/test",
                           const std::vector<std::filesystem::path>& mof = {},
-                          const std::string& manner = "standard",
+                          const std::string& manner = {},
                           const std::filesystem::path& schema = PYL_SCHEMA_FOLDER);
     ~ProviderHost() override;
 

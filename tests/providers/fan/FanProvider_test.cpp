@@ -1,5 +1,6 @@
 #include "providers/fan/FanProvider.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pylcommon/testing.h>
 
@@ -12,6 +13,9 @@ using cimtest::Post;
 using cimtest::Value;
 using fan::Fan;
 using fan::FanProvider;
+using testing::AllOf;
+using testing::EndsWith;
+using testing::StartsWith;
 
 struct FanProviderTest : testing::Test {
     cimtest::FakeHost machine;
@@ -74,8 +78,9 @@ TEST_F(FanProviderTest, ReadsAfreshForEachRequest) {
 TEST_F(FanProviderTest, GetsAFanByItsPathAndSaysWhichItHasNot) {
     EXPECT_EQ(host.get(fanPath("chip:fan1"))["ElementName"], "CPU fan");
     fans.clear();
-    EXPECT_EQ(failureOf([&] { host.get("PYL_FanGroup.InstanceID=\"x\""); }),
-              "6 no such instance: /root/ktq:PYL_FanGroup.InstanceID=\"x\"");
+    EXPECT_THAT(failureOf([&] { host.get("PYL_FanGroup.InstanceID=\"x\""); }),
+                AllOf(StartsWith("6 no such instance: /"),
+                      EndsWith("/root/ktq:PYL_FanGroup.InstanceID=\"x\"")));
     EXPECT_NE(failureOf([&] { host.get(fanPath("chip:fan1")); }), "");
 }
 

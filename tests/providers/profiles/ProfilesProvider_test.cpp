@@ -3,9 +3,15 @@
 #include "tests/common/QuietResults.h"
 #include "tests/providers/profiles/ProfilesFixture.h"
 
+#include <gmock/gmock.h>
+
 namespace {
 
 using cimtest::failureOf;
+using testing::AllOf;
+using testing::EndsWith;
+using testing::StartsWith;
+using testing::UnorderedElementsAre;
 
 struct ProfilesProviderTest : ProfilesFixture {
     profiles::ProfilesProvider& provider =
@@ -60,8 +66,8 @@ TEST_F(ProfilesProviderTest, GetsOneByItsPathUnderAnyNameOfTheHost) {
 
 TEST_F(ProfilesProviderTest, SaysWhenThereIsNoSuchInstance) {
     for (const char* id : {"0", "50", ""}) {
-        EXPECT_EQ(failureOf([&] { host.get(profile(id)); }),
-                  "6 no such instance: /" + profile(id).str());
+        EXPECT_THAT(failureOf([&] { host.get(profile(id)); }),
+                    AllOf(StartsWith("6 no such instance: /"), EndsWith("/" + profile(id).str())));
     }
 }
 
@@ -92,13 +98,14 @@ TEST_F(ProfilesProviderTest, LeadsFromTheSystemToTheComponentProfiles) {
 }
 
 TEST_F(ProfilesProviderTest, LeadsFromAProfileToEverythingAroundIt) {
-    EXPECT_EQ(host.associatorNames(profile("26")),
-              (Paths{profile("25"), profile("14"), profile("40"), profile("41"), profile("47"),
-                     element("PYL_ComputerSystem", "s")}));
-    EXPECT_EQ(
-        referenceClasses(profile("26")),
-        (Lines{"PYL_ReferencedProfile", "PYL_ExtendsProfile", "PYL_ReferencedProfile",
-               "PYL_ReferencedProfile", "PYL_ReferencedProfile", "PYL_ElementConformsToProfile"}));
+    // Some hosts ask each class of links by itself.
+    EXPECT_THAT(host.associatorNames(profile("26")),
+                UnorderedElementsAre(profile("25"), profile("14"), profile("40"), profile("41"),
+                                     profile("47"), element("PYL_ComputerSystem", "s")));
+    EXPECT_THAT(referenceClasses(profile("26")),
+                UnorderedElementsAre("PYL_ReferencedProfile", "PYL_ExtendsProfile",
+                                     "PYL_ReferencedProfile", "PYL_ReferencedProfile",
+                                     "PYL_ReferencedProfile", "PYL_ElementConformsToProfile"));
 }
 
 TEST_F(ProfilesProviderTest, FiltersByTheClassOfTheLink) {
