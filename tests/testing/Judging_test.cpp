@@ -21,7 +21,7 @@ TEST_F(Judging, RefusesAPropertyThatTheClassHasNot) {
     provider->port->fill = [](auto& instance) { instance.setProperty("Sped", 1000U); };
     EXPECT_EQ(failureOf([&] { host.get(port); }),
               "1 provider Provider1 delivered ACME_Port.Sped as uint32, which the class does not "
-              "declare");
+              "declare; did you mean 'Speed'?");
     EXPECT_NE(failureOf([&] { host.enumerate("ACME_Port"); }), "");
     EXPECT_EQ(failureOf([&] { host.names("ACME_Port"); }), "");
 }
@@ -39,7 +39,7 @@ TEST_F(Judging, HoldsAManagedInstanceThatIsShownByItself) {
     thing.fill = [](auto& instance) { instance.setProperty("Sped", 1000U); };
     EXPECT_EQ(failureOf([&] { host.show(thing); }),
               "provider of ACME_Port delivered ACME_Port.Sped as uint32, which the class does not "
-              "declare");
+              "declare; did you mean 'Speed'?");
     thing.fill = [](auto& instance) { instance.setProperty("Name", "other"); };
     EXPECT_EQ(failureOf([&] { host.show(thing); }).substr(0, 35),
               "the path of instance of ACME_Port {");
@@ -57,7 +57,7 @@ TEST_F(Judging, HoldsAlertsAgainstTheirClassOnWhateverThread) {
     host.names("ACME_Port");
     const std::string words =
         "provider of ACME_LinkAlert delivered ACME_LinkAlert.Prot as string, which the class does "
-        "not declare";
+        "not declare; did you mean 'Port'?";
     EXPECT_EQ(late, std::vector<std::string>{words});
     EXPECT_EQ(answer, words);
     EXPECT_EQ(host.alerts().all().size(), 0U);
