@@ -27,6 +27,23 @@ std::string plain(std::string_view text) {
     return result;
 }
 
+/// The same in lines of the length that readers of pages like.
+std::string filled(const std::string& text) {
+    constexpr std::size_t width = 78;
+    std::string result;
+    std::string line;
+    std::istringstream stream(text);
+    for (std::string word; stream >> word;) {
+        const std::string next = plain(word);
+        if (!line.empty() && line.size() + 1 + next.size() > width) {
+            result += line + "\n";
+            line.clear();
+        }
+        line += (line.empty() ? "" : " ") + next;
+    }
+    return result + line + "\n";
+}
+
 std::string upper(std::string text) {
     std::ranges::transform(text, text.begin(), [](unsigned char character) {
         return static_cast<char>(std::toupper(character));
@@ -76,15 +93,16 @@ std::vector<std::string> choicesOf(const CLI::Option& option) {
     range.replace(last, 4, ", ");
     std::vector<std::string> words;
     std::istringstream stream(range);
-    for (std::string word; std::getline(stream, word, ',');)
+    for (std::string word; std::getline(stream, word, ',');) {
         words.push_back(CLI::detail::trim(word));
+    }
     return words;
 }
 
 std::string sentenceOf(const CLI::Option& option) {
     std::string text = option.get_description() + ".";
-    if (const std::string range = rangeOf(option); !range.empty())
-        text += " One of: " + range + ".";
+    const std::string range = rangeOf(option);
+    if (!range.empty()) text += " One of: " + range + ".";
     if (!option.get_default_str().empty()) text += " Default: " + option.get_default_str() + ".";
     return text;
 }
@@ -96,9 +114,9 @@ std::string headOf(const std::string& name, int section, const std::string& date
 
 void addOption(std::string& page, const CLI::Option& option) {
     page += ".TP\n\\fB" + plain(option.get_name(option.get_positional(), true)) + "\\fR";
-    if (!isFlag(option) && !option.get_positional())
-        page += " \\fI" + plain(typeOf(option)) + "\\fR";
-    page += "\n" + plain(sentenceOf(option)) + "\n";
+    const bool hasValue = !isFlag(option) && !option.get_positional();
+    if (hasValue) page += " \\fI" + plain(typeOf(option)) + "\\fR";
+    page += "\n" + filled(sentenceOf(option));
 }
 
 /// The options by group, in the order of the help.
@@ -126,7 +144,7 @@ void addText(std::string& page, const std::string& text) {
         const bool isIndented = line.starts_with("  ");
         if (isIndented != isExample) page += isIndented ? ".PP\n.EX\n" : ".EE\n";
         isExample = isIndented;
-        page += line.empty() ? ".PP\n" : plain(line) + "\n";
+        page += line.empty() ? ".PP\n" : isExample ? plain(line) + "\n" : filled(line);
     }
     if (isExample) page += ".EE\n";
 }
@@ -155,7 +173,7 @@ std::string manualPage(const CLI::App& application, const std::string& date) {
     const std::string name = nameOf(application);
     const CLI::App* const parent = application.get_parent();
     std::string page = headOf(name, 1, date);
-    page += ".SH NAME\n" + plain(name) + " \\- " + plain(application.get_description()) + "\n";
+    page += ".SH NAME\n" + filled(name + " - " + application.get_description());
     page += ".SH SYNOPSIS\n.B " +
             plain(parent ? parent->get_name() + " " + application.get_name() : name) + "\n";
     page += parent ? "[\\fIOPTION\\fR]...\n" : "\\fICOMMAND\\fR [\\fIOPTION\\fR]...\n";
@@ -166,7 +184,7 @@ std::string manualPage(const CLI::App& application, const std::string& date) {
         page += ".SH COMMANDS\n";
         for (const CLI::App* const each : commandsOf(application)) {
             page += ".TP\n\\fB" + plain(each->get_name()) + "\\fR\n" +
-                    plain(each->get_description()) + ".\n";
+                    filled(each->get_description() + ".");
         }
     }
     page += ".SH OPTIONS\n";
@@ -188,8 +206,9 @@ std::string projectFilePage(const CLI::App& serve, const std::string& date) {
         "A project file is TOML. Its keys are the options of\n"
         ".BR cimhost\\-serve (1)\n"
         "without the dashes, and the table\n.BR schema ,\n"
-        "which has the MOF files of each namespace in the order in which they are read. Paths are\n"
-        "seen from the folder of the file. What the command line has wins; lists get both.\n"
+        "which has the MOF files of each namespace in the order in which they are\n"
+        "read. Paths are seen from the folder of the file. What the command line has\n"
+        "wins; lists get both.\n"
         ".SH EXAMPLE\n.EX\n"
         "registration = \"acme.registration\"\n"
         "provider\\-dir = [\"build\"]\n"
@@ -202,7 +221,7 @@ std::string projectFilePage(const CLI::App& serve, const std::string& date) {
         if (option.check_name("--namespace") || option.check_name("--schema")) return;
         page += ".TP\n\\fB" + plain(option.get_single_name()) + "\\fR = \\fI" +
                 plain(isFlag(option) ? "true" : typeOf(option)) + "\\fR\n" +
-                plain(sentenceOf(option)) + "\n";
+                filled(sentenceOf(option));
     });
     page += ".SH SEE ALSO\n.BR cimhost\\-serve (1)\n";
     return page;

@@ -198,7 +198,7 @@ MISTAKES = {
     # Command lines.
     "command-misspelt": lambda scene: scene.run("srve"),
     "option-misspelt": lambda scene: scene.run("serve", "--provider-dri", "build"),
-    "schema-forgotten": lambda scene: scene.run("serve", "--port", "0"),
+    "schema-forgotten": lambda scene: scene.run("serve", "--registration", scene.file("boards.registration", ROW)),
     "port-in-use": lambda scene: scene.taken_port(),
     "key-of-another-certificate": lambda scene: scene.strangers_key(),
 }
