@@ -2,6 +2,7 @@
 
 #include "cimhost/cimxml/HeaderMatch.h"
 #include "cimhost/repository/CimError.h"
+#include "cimhost/server/LoggedRequest.h"
 
 namespace cimhost {
 namespace {
@@ -23,6 +24,7 @@ std::string_view aboutCimhost(CimXmlHttpReply::Kind kind) noexcept {
 void CimXmlAdapter::handle(const HttpRequest& request, HttpReply& reply) {
     reply.notes().operation = request.header("CIMMethod").value_or(std::string_view{});
     reply.notes().object = request.header("CIMObject").value_or(std::string_view{});
+    const LoggedRequest logged(++_requests, reply.notes().operation);
     const CimXmlRequest cimRequest{
         [&request](std::string_view name) { return request.header(name); }, request.body,
         request.principal, request.serverName()};

@@ -3,6 +3,9 @@
 #include "cimhost/cimxml/Handler.h"
 #include "cimhost/http/HttpHandler.h"
 
+#include <atomic>
+#include <cstdint>
+
 namespace cimhost {
 
 /// Where HTTP and CIM-XML meet: hands a request from the one to the other, and the reply back.
@@ -17,6 +20,7 @@ public:
 
 private:
     const CimXmlHandler& _handler;
+    std::atomic<std::uint64_t> _requests = 0;
 };
 
 /// A CIM-XML reply over an HTTP one, with the headers and trailers that DSP0200 asks for.

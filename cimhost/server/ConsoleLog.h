@@ -2,26 +2,47 @@
 
 #include "cimhost/objects/Broker.h"
 
+#include <cstddef>
 #include <string_view>
 
 namespace cimhost {
 
+enum class LogFormat { text, json };
+
 /// Writes log lines of cimhost and of the modules in it to standard error, each in one piece:
 ///
 ///     2024-05-01T12:00:00.123Z warning Fans: fan 3 does not answer
+///     2024-05-01T12:00:00.123Z [12 GetInstance] warning Fans: fan 3 does not answer
+///
+/// the second from within a request (see LoggedRequest.h), or as a JSON object:
+///
+///     {"time":"2024-05-01T12:00:00.123Z","level":"warning","request":12,"operation":"GetInstance",
+///      "component":"Fans","text":"fan 3 does not answer"}                    (all of it in one line)
 ///
 /// Line ends and ASCII control characters within a message go out as blanks; what a terminal may
 /// take for a control character or turns text round, as \u202e or \x9b.
 class ConsoleLog final : public BrokerLog {
 public:
     /// Lines less urgent than `least` are dropped.
-    explicit ConsoleLog(Level least) noexcept : _least(least) {}
+    explicit ConsoleLog(Level least, LogFormat format = LogFormat::text) noexcept
+        : _least(least), _format(format) {}
     void write(Level level, std::string_view source, std::string_view message) noexcept override;
+
+    /// From now on cimhost_write_log writes as this does, even when this is gone.
+    void takeLinesOfModules() const noexcept;
 
 private:
     Level _least;
+    LogFormat _format;
 };
 
 std::string_view levelName(BrokerLog::Level level) noexcept;
 
 }  // namespace cimhost
+
+/// The log for libraries of modules that have no broker at hand: they find it by this name. The
+/// level is 0 for an error, 1 a warning, 2 information, 3 debugging. From any thread.
+extern "C" [[gnu::visibility("default")]] void cimhost_write_log(int level, const char* source,
+                                                                 std::size_t sourceSize,
+                                                                 const char* text,
+                                                                 std::size_t textSize) noexcept;

@@ -31,6 +31,7 @@ struct ModuleHostOptions {
     std::vector<std::filesystem::path> providerFolders;
     std::string manner = "standard";
     std::string logLevel;
+    std::string logFormat;
     std::string user;
     pid_t parent = 0;
     std::string module;
@@ -70,7 +71,9 @@ BrokerLog::Level levelOf(const std::string& name) {
 int hostModule(const ModuleHostOptions& options) {
     const EndSignals signals;
     installCrashWords();
-    ConsoleLog log(levelOf(options.logLevel));
+    ConsoleLog log(levelOf(options.logLevel),
+                   options.logFormat == "json" ? LogFormat::json : LogFormat::text);
+    log.takeLinesOfModules();
     std::optional<EndDeadline> deadline;  // outlives all that calls the module
     // With the rights of the server still, who may read what the user of the module may not.
     Repository repository;
@@ -98,6 +101,7 @@ void addModuleHostCommand(CLI::App& application, Command& chosen) {
     command->add_option("--provider-dir", options->providerFolders)->allow_extra_args(false);
     command->add_option("--manner", options->manner);
     command->add_option("--log-level", options->logLevel);
+    command->add_option("--log-format", options->logFormat);
     command->add_option("--user", options->user);
     command->add_option("--parent", options->parent)->required();
     command->add_option("MODULE", options->module)->required();

@@ -98,7 +98,8 @@ int serve(ServeOptions& options) {
     options.schema.takeInstalledUnlessNamed(installedData());
     const EndSignals signals;
     installCrashWords();
-    ConsoleLog log(options.logLevel);
+    ConsoleLog log(options.logLevel, options.logFormat);
+    log.takeLinesOfModules();
     std::optional<std::chrono::seconds> time;
     if (options.maximumSeconds) time = std::chrono::seconds(*options.maximumSeconds);
     StartWatch start(signals, log, time);

@@ -154,7 +154,9 @@ std::optional<IsolationSettings> ServeOptions::isolation() const {
                         "--manner",
                         std::string(manner.name()),
                         "--log-level",
-                        std::string(levelName(logLevel))};
+                        std::string(levelName(logLevel)),
+                        "--log-format",
+                        logFormat == LogFormat::json ? "json" : "text"};
     if (!isolateUser.empty()) {
         if (geteuid() != 0) throw UsageError("--isolate-user needs the rights of root");
         if (!getpwnam(isolateUser.c_str())) {
@@ -252,11 +254,22 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
         .add_flag("!--no-check", checks,
                   "Say nothing at the start of what is wrong with registrations and modules")
         ->group(group);
-    command.add_option("--log-level", logLevel, "Least urgent lines to write to standard error")
+    command
+        .add_option("--log-level", logLevel,
+                    "Least urgent lines to write to standard error, those of modules too")
         ->type_name("LEVEL")
         ->transform(CLI::CheckedTransformer(levels, CLI::ignore_case)
                         .description("error, warning, information or debug"))
         ->default_str("information")
+        ->group(group);
+    const std::map<std::string, LogFormat> formats = {{"text", LogFormat::text},
+                                                      {"json", LogFormat::json}};
+    command
+        .add_option("--log-format", logFormat,
+                    "How lines on standard error look: text, or json, an object a line")
+        ->type_name("FORMAT")
+        ->transform(CLI::CheckedTransformer(formats).description("text or json"))
+        ->default_str("text")
         ->group(group);
     command
         .add_flag("--watch", watches,

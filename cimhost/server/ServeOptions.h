@@ -2,6 +2,7 @@
 
 #include "cimhost/http/HttpLimits.h"
 #include "cimhost/objects/Broker.h"
+#include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/ObjectManager.h"
 #include "cimhost/server/SchemaOptions.h"
 
@@ -35,6 +36,7 @@ struct ServeOptions {
 
     std::string accessLog;
     BrokerLog::Level logLevel = BrokerLog::Level::information;
+    LogFormat logFormat = LogFormat::text;
     bool watches = false;  ///< files that change are taken into service
     std::optional<std::uint32_t> maximumSeconds;
 

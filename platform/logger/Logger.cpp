@@ -2,6 +2,7 @@
 
 #include "platform/logger/StandardErrorSink.h"
 #include "platform/logger/SystemLogSink.h"
+#include "platform/logger/detail/HostSink.h"
 #include "platform/logger/detail/LogFormat.h"
 
 #include <sys/stat.h>
@@ -63,6 +64,9 @@ void setHostedLogSink(std::shared_ptr<LogSink> sink) {
 }
 
 Logger hostedLogger(std::string source) {
+    if (const HostSink::Write write = HostSink::find()) {
+        return Logger(std::move(source), std::make_shared<HostSink>(write));
+    }
     if (auto sink = currentHostedSink()) return Logger(std::move(source), std::move(sink));
     if (isStandardErrorRead() || ::access("/dev/log", F_OK) != 0) {
         return Logger(std::move(source), std::make_shared<StandardErrorSink>());

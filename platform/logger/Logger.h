@@ -104,7 +104,8 @@ private:
 
 /// A logger for code that an object manager hosts: it writes to the system log. An object manager
 /// that runs in the foreground, with standard error on a terminal, a pipe or a file, gets the lines
-/// there; so does one on a host without a system log (no /dev/log when this is called).
+/// there; so does one on a host without a system log (no /dev/log when this is called). cimhost
+/// takes them into its own log.
 PYL_EXPORT Logger hostedLogger(std::string source);
 
 /// From now on the loggers that hostedLogger() makes write to this sink, for tests of hosted code;

@@ -143,8 +143,8 @@ class AlertCase(SubscribedCase):
     def outcomes(self, count):
         """What became of so many alerts on their way to the enclosure, once they have ended: pairs of
         the event for which the command was run, or empty, and the reason why it was not."""
-        self.wait_until(lambda: self.new_log().count("information: CIMIndication dxtor()") >= count)
-        return re.findall(r"information: (?:calling ENCA_CLI_Exec with arg --PNAM \S+ --EID (\S+)"
+        self.wait_until(lambda: self.new_log().count(": CIMIndication dxtor()") >= count)
+        return re.findall(r"information \S+: (?:calling ENCA_CLI_Exec with arg --PNAM \S+ --EID (\S+)"
                           r"|BMC_open\(\) failed: (.*))", self.new_log())
 
     def wait_until(self, is_so, seconds=60):
@@ -214,7 +214,7 @@ class EnclosureFaults(AlertCase):
         self.simulator.kill()
         self.alerts()
         self.assertEqual(("", "Connection refused"), self.outcomes(3)[-1])
-        self.assertRegex(self.new_log(), r"information: Unknown interface error\((68|20)\)\.")
+        self.assertRegex(self.new_log(), r"information \S+: Unknown interface error\((68|20)\)\.")
         self.simulator.behave("completion 0")
         self.simulator_starts()
         self.expect_forwarding()
@@ -249,7 +249,7 @@ class EnclosureFaults(AlertCase):
             self.simulator.behave(behaviour)
             self.triggered()
             self.expect_commands()
-            self.assertEqual(3, self.new_log().count("information: " + words))
+            self.assertEqual(3, self.new_log().count(": " + words))
         self.simulator.behave("completion 0")
         self.expect_forwarding()
 
@@ -373,7 +373,7 @@ class FirmwareFaults(AlertCase):
         self.wait_until(lambda: re.search(wanted, self.last_error_of_tables()))
 
     def errors_so_far(self):
-        return re.findall(r"PYL_BaseServer: error: (.*)", self.host.log())
+        return re.findall(r"error PYL_BaseServer: (.*)", self.host.log())
 
     def last_error_of_tables(self):
         return [line for line in self.errors_so_far() if not line.startswith("failed to")][-1]

@@ -61,7 +61,7 @@ class Scene:
     def plain(self, text):
         """Without what differs from run to run."""
         text = text.replace(f"{self.folder}/", "").replace(str(MODULES), "build")
-        return re.sub(r"^\S+Z ", "", text, flags=re.MULTILINE)
+        return re.sub(r"^\S+Z (\[\d+ \w+\] )?", "", text, flags=re.MULTILINE)
 
     def mof(self, text):
         return self.run("check", *SCHEMA, "--schema", self.file("boards.mof", text))

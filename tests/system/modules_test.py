@@ -7,7 +7,7 @@ import unittest
 
 from host import Host, first_path
 
-STARTED = "PYL_BaseServer: information: provider cxtor()"
+STARTED = "information PYL_BaseServer: provider cxtor()"
 OVERALL = ':PYL_ConsolidatedStatus.InstanceID="KTQ:PYL_ConsolidatedStatus"'
 OF_DEVICES = ':PYL_ConsolidatedStatus.InstanceID="KTQ:PYL_ConsolidatedStatus:PYL_PCIDeviceGroup"'
 
@@ -54,7 +54,7 @@ class Modules(unittest.TestCase):
         with self.host() as host:
             self.good(host, "ein", ":PYL_ComputerSystem")
         for operation in ("constructor", "enumInstanceNames", "destructor"):
-            self.assertRegex(host.log(), rf"PYL_BaseServer:perfmon: information: {operation} "
+            self.assertRegex(host.log(), rf"information PYL_BaseServer:perfmon: {operation} "
                                          r"completed in \d+\.\d\ds\n")
 
     def test_a_posted_status_arrives_at_the_consolidated_status(self):
@@ -90,7 +90,7 @@ class Modules(unittest.TestCase):
         (self.files / "etc/cim/baseserver.txt").mkdir(parents=True)
         with self.host() as host:
             self.assertEqual([1, 2], [self.work(host), self.work(host)])
-            self.assertIn("PYL_BaseServer: warning: the work count does not survive a restart",
+            self.assertIn("warning PYL_BaseServer: the work count does not survive a restart",
                           host.log())
 
 

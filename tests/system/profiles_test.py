@@ -132,9 +132,9 @@ class Profiles(unittest.TestCase):
                 links = host.ask("ein", ":PYL_ElementConformsToProfile", namespace="interop")
                 self.assertEqual(0, links.status, links.text)
                 self.assertIn("PYL_ComputerSystem.", links.text)
-                self.assertRegex(host.log(), r"PYL_Profiles: warning: no PYL_Fan in root/ktq to "
+                self.assertRegex(host.log(), r"warning PYL_Profiles: no PYL_Fan in root/ktq to "
                                              r'conform to "KT Fan": \d+ .*noSuchModule')
-                self.assertRegex(host.log(), "PYL_Profiles: information: no PYL_Memory in root/ktq")
+                self.assertRegex(host.log(), "information PYL_Profiles: no PYL_Memory in root/ktq")
 
     def test_the_collection_is_asked_by_exact_names_only(self):
         with self.host() as host:

@@ -3,9 +3,11 @@
 #include "cimhost/cimxml/HeaderMatch.h"
 #include "cimhost/modules/ProviderCall.h"
 #include "cimhost/server/CimXmlAdapter.h"
+#include "cimhost/server/LoggedRequest.h"
 
 #include <array>
 #include <charconv>
+#include <optional>
 #include <utility>
 
 namespace cimhost {
@@ -21,9 +23,17 @@ constexpr auto textRows = std::to_array<TextRow>({
     {"Cimhost-Provider", &LinkNotes::provider},
     {"Cimhost-Class", &LinkNotes::className},
     {"Cimhost-Namespace", &LinkNotes::nameSpace},
+    {"Cimhost-Operation", &LinkNotes::operation},
 });
 
 constexpr const char* nestingHeader = "Cimhost-Nesting";
+constexpr const char* requestHeader = "Cimhost-Request";
+
+template <typename Number>
+void readNumber(const HttpRequest& request, const char* header, Number& number) {
+    const std::string_view text = request.header(header).value_or("0");
+    std::from_chars(text.data(), text.data() + text.size(), number);
+}
 
 }  // namespace
 
@@ -32,8 +42,8 @@ LinkNotes LinkNotes::of(const HttpRequest& request) {
     for (const TextRow& row : textRows) {
         notes.*row.text = percentDecode(request.header(row.header).value_or(std::string_view()));
     }
-    const std::string_view text = request.header(nestingHeader).value_or("0");
-    std::from_chars(text.data(), text.data() + text.size(), notes.nesting);
+    readNumber(request, nestingHeader, notes.nesting);
+    readNumber(request, requestHeader, notes.requestNumber);
     return notes;
 }
 
@@ -43,12 +53,18 @@ std::vector<HttpAnswerHead::Field> LinkNotes::headers() const {
         const std::string& text = this->*row.text;
         if (!text.empty()) headers.push_back({row.header, escapeForHeader(text)});
     }
+    if (const LoggedRequest* const logged = LoggedRequest::current()) {
+        headers.push_back({requestHeader, std::to_string(logged->number)});
+        headers.push_back({"Cimhost-Operation", escapeForHeader(logged->operation)});
+    }
     return headers;
 }
 
 void LinkHandler::handle(const HttpRequest& request, HttpReply& reply) {
     const LinkNotes notes = LinkNotes::of(request);
     const CallNesting::Elsewhere nesting(notes.nesting);
+    std::optional<LoggedRequest> logged;
+    if (notes.requestNumber != 0) logged.emplace(notes.requestNumber, notes.operation);
     const CimXmlRequest cimRequest{
         [&request](std::string_view name) { return request.header(name); }, request.body,
         notes.principal, request.serverName(), true};

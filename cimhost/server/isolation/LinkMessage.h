@@ -5,6 +5,7 @@
 #include "cimhost/http/HttpHandler.h"
 #include "cimhost/objects/Objects.h"
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -19,6 +20,10 @@ struct LinkNotes {
     std::string className;  ///< that it is asked about, where the message does not tell
     std::string nameSpace;  ///< of an indication
     unsigned nesting = 0;   ///< provider calls that the asker is inside of
+
+    // The client's request behind this one, for the log: headers() takes it from the thread.
+    std::uint64_t requestNumber = 0;  ///< 0: none
+    std::string operation;
 
     static LinkNotes of(const HttpRequest& request);
     std::vector<HttpAnswerHead::Field> headers() const;

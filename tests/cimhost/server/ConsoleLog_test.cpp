@@ -1,5 +1,7 @@
 #include "cimhost/server/ConsoleLog.h"
 
+#include "cimhost/server/LoggedRequest.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,6 +19,39 @@ TEST(ConsoleLog, WritesOneLine) {
     EXPECT_THAT(
         written([&] { log.write(BrokerLog::Level::warning, "Fans", "fan\n3\x1B[31m fails"); }),
         testing::MatchesRegex("[0-9T:.-]+Z warning Fans: fan 3 .31m fails\n"));
+}
+
+TEST(ConsoleLog, TellsTheRequestOfItsThread) {
+    ConsoleLog log(BrokerLog::Level::debug);
+    const LoggedRequest request(12, "Get\nInstance");
+    EXPECT_THAT(written([&] { log.write(BrokerLog::Level::warning, "Fans", "fails"); }),
+                testing::MatchesRegex("[0-9T:.-]+Z .12 Get Instance. warning Fans: fails\n"));
+}
+
+TEST(ConsoleLog, WritesAnObjectALineForMachines) {
+    ConsoleLog log(BrokerLog::Level::debug, LogFormat::json);
+    const auto line = [&] {
+        return written(
+            [&] { log.write(BrokerLog::Level::warning, "Fans", "a\"b\\c\n\xFF \xC3\xBC"); });
+    };
+    EXPECT_THAT(line(), testing::MatchesRegex(
+                            ".\"time\":\"[0-9T:.-]+Z\",\"level\":\"warning\",\"component\":"
+                            "\"Fans\",\"text\":\"a.\"b..c.u000a.ufffd \xC3\xBC\".\n"));
+    const LoggedRequest request(12, "GetInstance");
+    EXPECT_THAT(line(), testing::HasSubstr(",\"request\":12,\"operation\":\"GetInstance\","));
+}
+
+TEST(ConsoleLog, TakesTheLinesOfModulesAsItsOwn) {
+    ConsoleLog(BrokerLog::Level::warning, LogFormat::json).takeLinesOfModules();
+    const auto line = [](int level) {
+        return written([level] { cimhost_write_log(level, "Fans", 4, "fails", 5); });
+    };
+    EXPECT_THAT(line(0), testing::HasSubstr("\"level\":\"error\",\"component\":\"Fans\""));
+    EXPECT_THAT(line(1), testing::HasSubstr("\"level\":\"warning\""));
+    EXPECT_EQ(line(2), "") << "less urgent";
+    EXPECT_THAT(line(77), testing::HasSubstr("\"level\":\"error\""));
+    ConsoleLog(BrokerLog::Level::information).takeLinesOfModules();
+    EXPECT_THAT(line(2), testing::HasSubstr(" information Fans: fails\n"));
 }
 
 TEST(ConsoleLog, ShowsWhatWouldDeceiveItsReader) {
