@@ -42,10 +42,8 @@ std::optional<unsigned long long> number(const std::string& file) {
     return std::stoull(line);
 }
 
-PYL::operationalStatus statusOf(const AcmeEthernet& port) {
-    if (port.state == "up") return PYL::statusOK;
-    return port.state == "down" ? PYL::statusStopped : PYL::statusUnknown;
-}
+/// Devices of the kernel's own making, such as bridges, call their state unknown.
+bool hasLink(const AcmeEthernet& port) { return port.state == "up" || port.state == "unknown"; }
 
 constexpr PYL::AssociationClass systemClass{"ACME_SystemEthernet", "GroupComponent",
                                             "PartComponent"};
@@ -68,7 +66,8 @@ public:
         instance.setProperty("ElementName", _port.name);
         PYL::setKnown(instance, "PermanentAddress", _port.address);
         if (_port.megabits) instance.setProperty("Speed", *_port.megabits * 1'000'000);
-        PYL::setDescribedStatus(instance, statusOf(_port));
+        const auto status = hasLink(_port) ? PYL::statusOK : PYL::statusStopped;
+        PYL::setDescribedStatus(instance, status);
         return instance;
     }
 
@@ -136,9 +135,9 @@ void AcmeEthernetProvider::answer(const CmpiCpp::CmpiContext&, const CmpiObjectP
 
 void AcmeEthernetProvider::look(const CmpiCpp::CmpiContext& context) {
     for (const auto& port : readEthernets()) {
-        const auto [before, isNew] = _states.try_emplace(port.name, port.state);
-        if (std::exchange(before->second, port.state) == port.state) continue;
-        const auto event = port.state == "up" ? linkUp : linkDown;
+        const auto [before, isNew] = _links.try_emplace(port.name, hasLink(port));
+        if (std::exchange(before->second, hasLink(port)) == hasLink(port)) continue;
+        const auto event = hasLink(port) ? linkUp : linkDown;
         _alerts.raise(context, event, port.name, [&](PYL::KTAlertIndication& alert) {
             alert.setHWLogicalLocation(port.name);
             alert.setAlertingManagedElement(pathOf(port.name).str());

@@ -37,6 +37,6 @@ protected:
 
 private:
     PYL::AlertSource _alerts;
-    std::map<std::string, std::string> _states;  ///< of the ports, as last looked at
-    PYL::AlertThread _thread;                    // last: its looks use the others
+    std::map<std::string, bool> _links;  ///< which ports had one at the last look
+    PYL::AlertThread _thread;            // last: its looks use the others
 };

@@ -63,7 +63,7 @@ TEST_F(AcmeEthernetProviderTest, ReadsCounters) {
 
 TEST_F(AcmeEthernetProviderTest, TellsOfALinkThatGoesAndComes) {
     provider.look(host.context());
-    for (const auto* state : {"down", "up", "up"}) {
+    for (const auto* state : {"down", "lowerlayerdown", "up", "unknown"}) {
         machine.write("/sys/class/net/left/operstate", state);
         provider.look(host.context());
     }

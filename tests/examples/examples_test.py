@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Builds, tests, serves and asks a project, by the commands of its own README, against the installed tree.
 
-    examples_test.py new|ethernet PREFIX SOURCE_FOLDER CXX SANITIZERS
+    examples_test.py new|ethernet BUILD_FOLDER SOURCE_FOLDER CXX SANITIZERS
 """
 
 import pathlib
@@ -62,8 +62,8 @@ EXAMPLES = {"new": new, "ethernet": ethernet}
 
 
 def main():
-    name, prefix, source, compiler, sanitizers = sys.argv[1:6]
-    with Session(prefix, compiler, sanitizers) as session:
+    name, build, source, compiler, sanitizers = sys.argv[1:6]
+    with Session(build, compiler, sanitizers) as session:
         EXAMPLES[name](session, source)
 
 
