@@ -156,6 +156,7 @@ def readme_says_the_same(source):
     for line in (source.parent.parent / "examples/smallest/CMakeLists.txt").read_text(encoding="utf-8").splitlines()[3:]:
         if f"    {line}\n" not in shown:
             sys.exit(f"README does not show: {line}")
+    expect(f"    localhost:5988/root/ktq:{INSTANCE}", shown)
 
 
 def main():

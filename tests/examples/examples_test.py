@@ -4,6 +4,7 @@
     examples_test.py new|ethernet BUILD_FOLDER SOURCE_FOLDER CXX SANITIZERS
 """
 
+import difflib
 import pathlib
 import re
 import shutil
@@ -16,11 +17,22 @@ from session import Session, commands_of, expect
 MOST_LINES = 180
 
 
-def count_lines(example):
-    """Of the module, by file: lines with neither nothing nor a comment alone."""
-    files = (file for file in sorted(example.glob("AcmeEthernet*")) if not file.stem.endswith("_test"))
-    return {file.name: len([line for line in file.read_text(encoding="utf-8").splitlines()
-                            if line.strip() and not line.strip().startswith("//")]) for file in files}
+def code_of(text):
+    """Its lines, without those that are empty or a comment alone."""
+    lines = (line.strip() for line in text.splitlines())
+    return [line for line in lines if line and not line.startswith("//")]
+
+
+def count_lines(examples):
+    """How many lines the module of the Ethernet provider has, and how many of them `cimhost new` writes."""
+    own = there = 0
+    for name in ("AcmeEthernet.mof", "AcmeEthernetProvider.h", "AcmeEthernetProvider.cpp"):
+        lines = code_of((examples / "ethernet" / name).read_text(encoding="utf-8"))
+        model = (examples / "new" / name.replace("Ethernet", "Thing")).read_text(encoding="utf-8")
+        same = difflib.SequenceMatcher(None, code_of(model.replace("Thing", "Ethernet")), lines, autojunk=False)
+        own += len(lines)
+        there += sum(block.size for block in same.get_matching_blocks())
+    return own, there
 
 
 def new(session, _):
@@ -39,12 +51,13 @@ def new(session, _):
 
 def ethernet(session, source):
     """The wanted module: what it says of this machine is what the kernel says, and it is as short as is told."""
-    example = pathlib.Path(source) / "examples/ethernet"
-    lines = count_lines(example)
-    print(f"{sum(lines.values())} lines: {lines}")
-    if sum(lines.values()) > MOST_LINES:
-        sys.exit(f"more than {MOST_LINES}")
-    shutil.copytree(example, session.folder / "AcmeEthernet")
+    examples = pathlib.Path(source) / "examples"
+    lines, there = count_lines(examples)
+    page = (pathlib.Path(source) / "docs/tutorial.md").read_text(encoding="utf-8")
+    split = f"{lines} lines of code, {there} of which `cimhost new` wrote"
+    if lines > MOST_LINES or split not in " ".join(page.split()):
+        sys.exit(f"it has {split}; at most {MOST_LINES}, and as the tutorial says")
+    shutil.copytree(examples / "ethernet", session.folder / "AcmeEthernet")
     for line in ("cd AcmeEthernet", "cmake -B build", "cmake --build build"):
         session.type(line)
     expect("100% tests passed", session.type("ctest --test-dir build"))
