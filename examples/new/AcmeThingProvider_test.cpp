@@ -19,19 +19,19 @@ protected:
     cimtest::ProviderHost _host{"root/ktq", {"base/base.mof", "AcmeThing.mof"}};
 };
 
-TEST_F(AcmeThingProviderTest, ShowsEachThing) {
+TEST_F(AcmeThingProviderTest, ShowsAllOfThem) {
     EXPECT_EQ(_host.names("ACME_Thing").size(), 0U);
     _things = {{"left", 40}, {"right", 42}};
     EXPECT_EQ(_host.names("ACME_Thing").size(), 2U);
 }
 
-TEST_F(AcmeThingProviderTest, TellsHowWarmAThingIs) {
+TEST_F(AcmeThingProviderTest, TellsTheTemperature) {
     _things = {{"left", 40}};
     const auto thing = _host.get(R"(ACME_Thing.InstanceID="ACME:Thing:left")");
     EXPECT_EQ(thing["Temperature"], 40);
 }
 
-TEST_F(AcmeThingProviderTest, MissesAThingThatIsGone) {
+TEST_F(AcmeThingProviderTest, MissesOneThatIsGone) {
     EXPECT_EQ(cimtest::failureOf([&] {
                   _host.get(R"(ACME_Thing.InstanceID="ACME:Thing:left")");
               }).substr(0, 2),
