@@ -122,7 +122,9 @@ int serve(ServeOptions& options) {
     reloader.emplace(options, repository, manager, log);
     server.start();
     announce(server, options.usesTls());
-    if (!start.finish()) run(signals, *reloader, time);
+    const bool isAskedToEnd = start.finish();
+    if (start.isReloadAsked()) reloader->reload();
+    if (!isAskedToEnd) run(signals, *reloader, time);
     deadline.emplace(log, requestGrace + moduleGrace + cleanUpGrace);
     reloader.reset();
     if (gate.authenticator) gate.authenticator->end();

@@ -30,8 +30,10 @@ bool StartWatch::finish() {
 
 void StartWatch::_watch(std::optional<std::chrono::seconds> time) noexcept {
     EndSignals::Reason reason = _signals.wait(time);
-    // What has not started has nothing to reload.
-    while (reason == EndSignals::Reason::reload) reason = _signals.wait(time);
+    while (reason == EndSignals::Reason::reload) {
+        _isReloadAsked = true;
+        reason = _signals.wait(time);
+    }
     if (reason == EndSignals::Reason::interrupted) return;
     std::unique_lock lock(_mutex);
     _isAsked = reason == EndSignals::Reason::asked;

@@ -25,6 +25,9 @@ public:
     /// The start has ended. True when a signal asked the process to end meanwhile.
     bool finish();
 
+    /// A signal asked for a reload meanwhile. Once it has finished.
+    bool isReloadAsked() const noexcept { return _isReloadAsked; }
+
 private:
     void _watch(std::optional<std::chrono::seconds> time) noexcept;
 
@@ -34,7 +37,8 @@ private:
     std::condition_variable _changed;
     bool _isFinished = false;
     bool _isAsked = false;
-    std::thread _thread;  ///< last: it uses the others
+    bool _isReloadAsked = false;  ///< the thread's alone until it ends
+    std::thread _thread;          ///< last: it uses the others
 };
 
 }  // namespace cimhost
