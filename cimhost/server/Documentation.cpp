@@ -229,7 +229,7 @@ std::string projectFilePage(const CLI::App& serve, const std::string& date) {
 
 std::string bashCompletion(const CLI::App& application) {
     std::ostringstream script;
-    const std::string program = application.get_name();
+    const std::string& program = application.get_name();
     script << "# Completion of " << program << " for bash.\n_" << program
            << "() {\n    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}\n"
            << "    local options values= kind=\n    case ${COMP_WORDS[1]} in\n";
