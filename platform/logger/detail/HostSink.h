@@ -14,7 +14,7 @@ public:
     /// The function that a host offers under this name, or nullptr.
     static Write find() noexcept;
 
-    explicit HostSink(Write write) noexcept : _write(write) {}
+    explicit HostSink(Write function) noexcept : _write(function) {}
     ~HostSink() override;
 
     void write(LogLevel level, std::string_view source, std::string_view message) noexcept override;
