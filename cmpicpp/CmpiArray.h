@@ -16,13 +16,19 @@ namespace CmpiCpp {
 class PYL_EXPORT CmpiArray {
 public:
     CmpiArray() noexcept = default;
+    /// Of a handle that the wrapper or an adapter made. Providers use makeCmpiArray().
     explicit CmpiArray(CmpiHandle<CMPIArray> handle) noexcept : _handle(std::move(handle)) {}
 
+    /// True when there is no object at all. An array of no elements is not empty.
     bool empty() const noexcept { return !_handle; }
+    /// A copy that may be kept beyond the provider's call; the wrapper releases it.
     CmpiArray clone() const { return CmpiArray(_handle.clone()); }
 
+    /// @{
+    /// The number of elements, which never changes; 0 for the empty value.
     unsigned int getSize() const;
     unsigned int size() const { return getSize(); }
+    /// @}
     /// The element type without the array bit.
     CMPIType getType() const;
     /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY past the end.
@@ -37,6 +43,7 @@ public:
 
     /// For calls of the C interface; nullptr when empty. A later change does not show through it.
     const CMPIArray* toCMPI() const noexcept { return _handle.lend(); }
+    /// The broker that the object belongs to; nullptr where none is known.
     const CMPIBroker* broker() const noexcept { return _handle.broker(); }
 
 private:

@@ -10,8 +10,10 @@ namespace CmpiCpp {
 /// calls through it throw CmpiStatus CMPI_RC_ERR_INVALID_HANDLE.
 class PYL_EXPORT CmpiBroker {
 public:
+    /// Borrows the handle as the object manager gave it.
     explicit CmpiBroker(const CMPIBroker* broker) noexcept : _broker(broker) {}
 
+    /// For calls of the C interface.
     const CMPIBroker* toCMPI() const noexcept { return _broker; }
 
     /// The handle as CmpiProvider::getBroker() hands it out. The broker is held const everywhere;

@@ -23,17 +23,26 @@ class PYL_EXPORT CmpiData {
 public:
     /// The NULL of no type.
     CmpiData() noexcept = default;
+    /// Borrows the data as they are, and the broker for the objects in them.
     CmpiData(const CMPIBroker* broker, const CMPIData& data) noexcept
         : _broker(broker), _data(data) {}
 
+    /// @{
+    /// For calls of the C interface. The broker is nullptr where none is known.
     const CMPIData& toCMPI() const noexcept { return _data; }
     const CMPIBroker* broker() const noexcept { return _broker; }
+    /// @}
 
     /// The CMPI type code; of an array its elements' type, without the array bit.
     CMPIType getType() const noexcept { return static_cast<CMPIType>(_data.type & ~CMPI_ARRAY); }
+    /// Whether it is declared as an array, be it NULL or not.
     bool isArray() const noexcept { return (_data.type & CMPI_ARRAY) != 0; }
+    /// Whether it is NULL. What the object manager marked as bad or missing is not.
     bool isNull() const noexcept;
 
+    /// @{
+    /// Readers, one for each kind of value. Objects and arrays are borrowed, as the data
+    /// themselves.
     bool asBool() const;
     unsigned long long asUint64() const;
     long long asSint64() const;
@@ -44,6 +53,7 @@ public:
     CmpiInstance asInstance() const;
     CmpiArray asArray() const;
     CmpiDateTime asDateTime() const;
+    /// @}
 
     /// The value as MOF writes it: `"a \"text\""`, `12`, `true`, `NULL`, `{1, 2, NULL}`; object
     /// paths as CmpiObjectPath::str() in quotes, instances as `instance of C {a = 1; b = "x";}`.

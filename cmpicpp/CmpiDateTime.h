@@ -15,11 +15,15 @@ namespace CmpiCpp {
 class PYL_EXPORT CmpiDateTime {
 public:
     CmpiDateTime() noexcept = default;
+    /// Of a handle that the wrapper or an adapter made. Providers use makeCmpiDateTime().
     explicit CmpiDateTime(CmpiHandle<CMPIDateTime> handle) noexcept : _handle(std::move(handle)) {}
 
+    /// True when there is no object at all.
     bool empty() const noexcept { return !_handle; }
+    /// A copy that may be kept beyond the provider's call; the wrapper releases it.
     CmpiDateTime clone() const { return CmpiDateTime(_handle.clone()); }
 
+    /// Whether it is a length of time rather than a moment. Throws for the empty value.
     bool isInterval() const;
     /// Since 1970-01-01 UTC, or the interval's length.
     std::chrono::microseconds microseconds() const;
@@ -28,6 +32,7 @@ public:
 
     /// For calls of the C interface; nullptr when empty. A later change does not show through it.
     const CMPIDateTime* toCMPI() const noexcept { return _handle.lend(); }
+    /// The broker that the object belongs to; nullptr where none is known.
     const CMPIBroker* broker() const noexcept { return _handle.broker(); }
 
 private:

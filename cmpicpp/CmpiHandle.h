@@ -11,9 +11,9 @@ namespace CmpiCpp {
 
 /// A clone that the wrapper releases, with the number of handles that rely on it.
 struct CmpiOwner {
-    std::atomic<unsigned> count{1};
-    void* object;
-    void (*release)(void* object);
+    std::atomic<unsigned> count{1};  ///< the handles that rely on it
+    void* object;                    ///< the clone of the broker's
+    void (*release)(void* object);   ///< gives it back to the broker
 };
 
 /// How the wrapper holds one object of the broker. The base of every encapsulated value type.
@@ -34,6 +34,9 @@ class CmpiHandle {
 public:
     CmpiHandle() noexcept = default;
 
+    /// @{
+    /// A copy shares the object, and neither is fresh from then on. Moving leaves the other handle
+    /// empty and keeps what is fresh so.
     CmpiHandle(const CmpiHandle& other) noexcept
         : _object(other.lend()), _broker(other._broker), _owner(other._owner) {
         if (_owner != nullptr) _owner->count.fetch_add(1, std::memory_order_relaxed);
@@ -54,6 +57,7 @@ public:
         CmpiHandle(std::move(other))._swap(*this);
         return *this;
     }
+    /// @}
 
     ~CmpiHandle() {
         if (_owner != nullptr) _drop(_owner);
@@ -66,6 +70,7 @@ public:
         return made;
     }
 
+    /// Somebody else's object. A null one makes an empty handle.
     static CmpiHandle borrowed(const CMPIBroker* broker, const T* object) noexcept {
         CmpiHandle made;
         made._broker = broker;
@@ -77,7 +82,9 @@ public:
     /// Throws CmpiStatus when the broker cannot clone.
     CmpiHandle clone() const;
 
+    /// Whether there is an object.
     explicit operator bool() const noexcept { return _object != nullptr; }
+    /// The broker that the object belongs to; nullptr where none is known.
     const CMPIBroker* broker() const noexcept { return _broker; }
 
     /// Whether the object ends with the last handle that relies on it, rather than with the call.

@@ -22,6 +22,7 @@ public:
     /// so the adapter answers for it and no object manager reaches this operation.
     virtual void mustPoll(const CmpiContext& context, const CMPISelectExp* filter,
                           const std::string& className, const CmpiObjectPath& path) = 0;
+    /// @{
     /// `last`: CMPI's flag for the first activation, respectively the last deactivation.
     virtual void activateFilter(const CmpiContext& context, const CMPISelectExp* filter,
                                 const std::string& className, const CmpiObjectPath& path,
@@ -29,8 +30,13 @@ public:
     virtual void deactivateFilter(const CmpiContext& context, const CMPISelectExp* filter,
                                   const std::string& className, const CmpiObjectPath& path,
                                   bool last) = 0;
+    /// @}
+    /// @{
+    /// From the one to the other the object manager takes indications; outside of that nobody gets
+    /// them.
     virtual void enableIndications(const CmpiContext& context) = 0;
     virtual void disableIndications(const CmpiContext& context) = 0;
+    /// @}
 };
 
 }  // namespace CmpiCpp

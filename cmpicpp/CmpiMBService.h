@@ -30,6 +30,9 @@ public:
     /// The logger is taken so that providers hand theirs on; up-calls write no lines of their own.
     CmpiMBService(const CMPIBroker* broker, Logger& log) noexcept;
 
+    /// @{
+    /// What CmpiInstanceProvider's operations of these names deliver, from the provider of the
+    /// path's class.
     CmpiInstance getInstance(const CmpiContext&, const CmpiObjectPath& path,
                              const char** properties) const;
     std::vector<CmpiInstance> enumInstances(const CmpiContext&, const CmpiObjectPath& classPath,
@@ -44,7 +47,10 @@ public:
     std::vector<CmpiInstance> execQuery(const CmpiContext&, const CmpiObjectPath& classPath,
                                         const std::string& query,
                                         const std::string& language) const;
+    /// @}
 
+    /// @{
+    /// The same for the operations of CmpiAssociationProvider, with its filters.
     std::vector<CmpiInstance> associators(const CmpiContext&, const CmpiObjectPath& path,
                                           const CmpiName& assocClass, const CmpiName& resultClass,
                                           const CmpiName& role, const CmpiName& resultRole,
@@ -59,14 +65,18 @@ public:
     std::vector<CmpiObjectPath> referenceNames(const CmpiContext&, const CmpiObjectPath& path,
                                                const CmpiName& resultClass,
                                                const CmpiName& role) const;
+    /// @}
 
     /// `out` receives the output arguments. The result is the method's return value.
     CmpiData invokeMethod(const CmpiContext&, const CmpiObjectPath& path, const CmpiName& method,
                           const CmpiArgs& in, CmpiArgs& out) const;
+    /// @{
+    /// One property of an instance, by a request of its own.
     CmpiData getProperty(const CmpiContext&, const CmpiObjectPath& path,
                          const CmpiName& property) const;
     void setProperty(const CmpiContext&, const CmpiObjectPath& path, const CmpiName& property,
                      CmpiValue value) const;
+    /// @}
 
     /// Hands an indication over for distribution; success does not mean that anybody subscribed.
     void deliverIndication(const CmpiContext&, const CmpiName& nameSpace,
@@ -89,11 +99,13 @@ public:
     /// Attached while it lives, to the thread that made it. One for each context.
     class PYL_EXPORT Attachment {
     public:
+        /// Throws CmpiStatus when the object manager does not take the thread.
         explicit Attachment(const CmpiThreadContext& context);
         ~Attachment();
         Attachment(const Attachment&) = delete;
         Attachment& operator=(const Attachment&) = delete;
 
+        /// For what the thread asks; good as long as the CmpiThreadContext is.
         CmpiContext context() const noexcept;
 
     private:

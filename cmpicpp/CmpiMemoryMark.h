@@ -20,6 +20,7 @@ namespace CmpiCpp {
 /// objects until the function returns: nothing else changes. For the thread that made it.
 class PYL_EXPORT CmpiMemoryMark {
 public:
+    /// Begins the lifetime. Nothing where the broker has no memory services.
     explicit CmpiMemoryMark(const CmpiBroker& broker) noexcept;
     ~CmpiMemoryMark();
     CmpiMemoryMark(const CmpiMemoryMark&) = delete;

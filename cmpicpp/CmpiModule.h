@@ -40,17 +40,21 @@ public:
     /// Makes the provider; the module owns it. Throws to refuse loading.
     using Factory = CmpiProvider* (*)(const CmpiBroker& broker, const CMPIContext* context);
 
+    /// `name` is the provider's name in words about it, and must outlive the module.
     constexpr CmpiModule(const char* name, Factory factory) noexcept
         : _name(name), _factory(factory) {}
     CmpiModule(const CmpiModule&) = delete;
     CmpiModule& operator=(const CmpiModule&) = delete;
 
+    /// @{
+    /// The entry points, as CMPI declares them: the MI, or nullptr with the reason in the status.
     CMPIInstanceMI* createInstanceMI(const CMPIBroker*, const CMPIContext*, CMPIStatus*) noexcept;
     CMPIAssociationMI* createAssociationMI(const CMPIBroker*, const CMPIContext*,
                                            CMPIStatus*) noexcept;
     CMPIMethodMI* createMethodMI(const CMPIBroker*, const CMPIContext*, CMPIStatus*) noexcept;
     CMPIIndicationMI* createIndicationMI(const CMPIBroker*, const CMPIContext*,
                                          CMPIStatus*) noexcept;
+    /// @}
 
 private:
     template <typename Kind>
@@ -88,6 +92,8 @@ private:
 
 }  // namespace CmpiCpp
 
+/// The entry point of one kind, such as PYL_FanProvider_Create_InstanceMI. PYL_CMPI_PROVIDER has
+/// all four.
 #define PYL_CMPI_ENTRY_POINT(provider, kind)                                                       \
     extern "C" __attribute__((visibility("default")))                                              \
     CMPI##kind##MI* provider##_Create_##kind##MI(const CMPIBroker* broker,                         \

@@ -18,22 +18,36 @@ namespace CmpiCpp {
 class PYL_EXPORT CmpiName {
 public:
     CmpiName() noexcept = default;
+    /// @{
+    /// Copies the text, which may be any; null is the empty name.
     CmpiName(
         const char* text);  // NOLINT(google-explicit-constructor): names are written as literals
     CmpiName(std::string_view text);    // NOLINT(google-explicit-constructor)
     CmpiName(const std::string& text);  // NOLINT(google-explicit-constructor)
+    /// @}
+    /// @{
+    /// Copying allocates for long names alone, moving never.
     CmpiName(const CmpiName& other);
     CmpiName(CmpiName&& other) noexcept;
     CmpiName& operator=(const CmpiName& other);
     CmpiName& operator=(CmpiName&& other) noexcept;
+    /// @}
     ~CmpiName() = default;
 
+    /// @{
+    /// The size in bytes, without a closing zero.
     bool empty() const noexcept { return _size == 0; }
     std::size_t size() const noexcept { return _size; }
+    /// @}
+    /// @{
+    /// The text in the case in which it was written. c_str() and view() are good until the name
+    /// changes.
     const char* c_str() const noexcept { return _long ? _long.get() : _short.data(); }
     std::string_view view() const noexcept { return {c_str(), _size}; }
     std::string str() const { return std::string(view()); }
+    /// @}
 
+    /// Without regard to ASCII case.
     friend bool operator==(const CmpiName& left, const CmpiName& right) noexcept {
         return left._size == right._size && _equal(left.c_str(), right.c_str(), left._size);
     }
@@ -51,6 +65,7 @@ private:
     std::array<char, shortSize + 2> _short{};
 };
 
+/// Writes the text in the case in which it was written.
 PYL_EXPORT std::ostream& operator<<(std::ostream& out, const CmpiName& name);
 
 /// True when two names are alike but for ASCII case.

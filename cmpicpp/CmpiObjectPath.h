@@ -25,6 +25,7 @@ public:
     /// An empty path too, which names the broker that there is no path from.
     explicit CmpiObjectPath(const CmpiBroker& broker) noexcept
         : _handle(CmpiHandle<CMPIObjectPath>::borrowed(broker.toCMPI(), nullptr)) {}
+    /// Of a handle that the wrapper or an adapter made. Providers use makeCmpiObjectPath().
     explicit CmpiObjectPath(CmpiHandle<CMPIObjectPath> handle) noexcept
         : _handle(std::move(handle)) {}
 
@@ -34,25 +35,35 @@ public:
     /// A copy that may be kept beyond the provider's call; the wrapper releases it.
     CmpiObjectPath clone() const { return CmpiObjectPath(_handle.clone()); }
 
+    /// @{
+    /// A part of the path; the empty name where it has none.
     CmpiName getHost() const;
     CmpiName getNameSpace() const;
     CmpiName getClassName() const;
+    /// @}
+    /// @{
+    /// Replaces a part of the path.
     void setHost(const CmpiName& host);
     void setNameSpace(const CmpiName& nameSpace);
     void setClassName(const CmpiName& className);
+    /// @}
 
     /// Of the keys that are set, whatever the class has.
     unsigned int getKeyCount() const;
+    /// @{
     /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY when the path has no such key.
     CmpiData getKey(const char* name) const;
     CmpiData getKey(const CmpiName& name) const { return getKey(name.c_str()); }
+    /// @}
     /// Throws CMPI_RC_ERR_NO_SUCH_PROPERTY past the end. Mostly in the order in which the keys were
     /// added, but some object managers have one of their own.
     std::pair<CmpiName, CmpiData> getKeyAt(unsigned int index) const;
+    /// @{
     /// Adds a key, or replaces the one of this name. A name that is none of CIM, and a NULL, are
     /// CMPI_RC_ERR_INVALID_PARAMETER.
     void addKey(const char* name, CmpiValue value);
     void addKey(const CmpiName& name, CmpiValue value) { addKey(name.c_str(), value); }
+    /// @}
 
     /// True when the path's class is the named class or derives from it, as the object manager
     /// knows. A path without a namespace has no superclasses that could be asked for: it is
@@ -70,6 +81,7 @@ public:
 
     /// For calls of the C interface; nullptr when empty. A later change does not show through it.
     const CMPIObjectPath* toCMPI() const noexcept { return _handle.lend(); }
+    /// The broker that the object belongs to; nullptr where none is known.
     const CMPIBroker* broker() const noexcept { return _handle.broker(); }
 
 private:
@@ -78,13 +90,16 @@ private:
     CmpiHandle<CMPIObjectPath> _handle;
 };
 
+/// @{
 /// A new path without host and keys, good until the provider's call returns.
 /// Throws CmpiStatus when the broker is null or refuses.
 PYL_EXPORT CmpiObjectPath makeCmpiObjectPath(const CmpiBroker& broker, const char* nameSpace,
                                              const char* className);
 PYL_EXPORT CmpiObjectPath makeCmpiObjectPath(const CmpiBroker& broker, const CmpiName& nameSpace,
                                              const CmpiName& className);
+/// @}
 
+/// Writes str().
 PYL_EXPORT std::ostream& operator<<(std::ostream& out, const CmpiObjectPath& path);
 
 }  // namespace CmpiCpp

@@ -4,6 +4,8 @@
 #include "cmpicpp/CmpiContext.h"
 #include "pylcommon_export.h"
 
+/// CMPI as C++ values, result sinks and provider interfaces, with the up-calls and the entry points
+/// of a module. Failures are thrown as CmpiStatus.
 namespace CmpiCpp {
 
 /// What every provider object is. The four kinds of provider derive virtually from it, so that one

@@ -18,17 +18,24 @@ public:
 
 protected:
     CmpiResult() = default;
+    /// @{
+    /// For sinks that derive from it.
     CmpiResult(const CmpiResult&) = default;
     CmpiResult& operator=(const CmpiResult&) = default;
+    /// @}
 };
 
+/// Takes the paths of objects.
 class PYL_EXPORT CmpiObjectPathResult : public CmpiResult {
 public:
+    /// Passes the path on.
     virtual void deliver(const CmpiObjectPath& path) = 0;
 };
 
+/// Takes instances, with the properties that they have.
 class PYL_EXPORT CmpiInstanceResult : public CmpiResult {
 public:
+    /// Passes the instance on.
     virtual void deliver(const CmpiInstance& instance) = 0;
 };
 
@@ -36,6 +43,8 @@ public:
 /// A null `const char*` is delivered as a NULL string.
 class PYL_EXPORT CmpiMethodResult : public CmpiResult {
 public:
+    /// @{
+    /// The method's return value. The C++ type decides the CIM type, as in CmpiValue.
     virtual void deliver(const CmpiData& value) = 0;
     virtual void deliver(unsigned char value) = 0;
     virtual void deliver(signed char value) = 0;
@@ -51,7 +60,10 @@ public:
     virtual void deliver(const char* value) = 0;
     virtual void deliver(const std::string& value) = 0;
     virtual void deliver(const CmpiObjectPath& value) = 0;
+    /// @}
 
+    /// @{
+    /// The output argument of that name.
     virtual void deliver(const CmpiName& name, const CmpiData& value) = 0;
     virtual void deliver(const CmpiName& name, unsigned char value) = 0;
     virtual void deliver(const CmpiName& name, signed char value) = 0;
@@ -67,6 +79,7 @@ public:
     virtual void deliver(const CmpiName& name, const char* value) = 0;
     virtual void deliver(const CmpiName& name, const std::string& value) = 0;
     virtual void deliver(const CmpiName& name, const CmpiObjectPath& value) = 0;
+    /// @}
 };
 
 }  // namespace CmpiCpp

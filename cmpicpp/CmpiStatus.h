@@ -14,13 +14,16 @@ namespace CmpiCpp {
 /// the adapter turns it into the CMPIStatus that the object manager sees. what() is the text alone.
 class PYL_EXPORT CmpiStatus : public std::runtime_error {
 public:
+    /// The client sees both; `message` says what was wrong, and with what.
     explicit CmpiStatus(CMPIrc rc, const std::string& message = {})
         : std::runtime_error(message), _rc(rc) {}
 
     /// From a status of the C interface; its message, if any, is copied.
     explicit CmpiStatus(const CMPIStatus& status);
 
+    /// The code, one of the standard's or not.
     CMPIrc rc() const noexcept { return _rc; }
+    /// The text alone, as what().
     std::string message() const { return what(); }
 
     /// "CMPI_RC_ERR_NOT_FOUND (6): no such fan"; without a text it ends after the parenthesis.

@@ -24,6 +24,8 @@ class CmpiObjectPath;
 class PYL_EXPORT CmpiValue {
 public:
     // NOLINTBEGIN(google-explicit-constructor): conversion is what the class is for
+    /// @{
+    /// The value of what was given. An array throws what CmpiArray::getType() does.
     CmpiValue(bool value) noexcept : _type(CMPI_boolean) { _value.boolean = value ? 1 : 0; }
     CmpiValue(unsigned char value) noexcept : _type(CMPI_uint8) { _value.uint8 = value; }
     CmpiValue(signed char value) noexcept : _type(CMPI_sint8) { _value.sint8 = value; }
@@ -44,6 +46,7 @@ public:
     CmpiValue(const CmpiDateTime& dateTime) noexcept;
     CmpiValue(const CmpiArray& array);
     CmpiValue(const CmpiData& data) noexcept;
+    /// @}
     // NOLINTEND(google-explicit-constructor)
     template <typename T>
     requires(std::is_pointer_v<T> && !std::is_convertible_v<T, const char*>) CmpiValue(T)
@@ -54,7 +57,9 @@ public:
     /// NULL of this type (array bit included where meant).
     static CmpiValue null(CMPIType type) noexcept;
 
+    /// The CIM type, array bit included.
     CMPIType type() const noexcept { return _type; }
+    /// Whether it is NULL, of whatever type.
     bool isNull() const noexcept { return _null; }
 
     /// What the C interface takes: a pointer to the value, or nullptr for NULL. A text is made a
