@@ -32,6 +32,7 @@ class PYL_EXPORT AutostartDecorator : public CmpiCpp::CmpiInstanceProvider,
                                       public CmpiCpp::CmpiAssociationProvider,
                                       public CmpiCpp::CmpiIndicationProvider {
 public:
+    /// Makes the inner provider, which the decorator owns from then on.
     using Factory = CmpiCpp::CmpiProvider* (*)(const CmpiCpp::CmpiBroker&, Logger&);
 
     /// Owns the worker instance, which must not be null, and records the broker with
@@ -46,11 +47,13 @@ protected:
     /// Makes sure that there is an inner provider.
     void _startProvider();
 
+    /// @{
     /// The inner provider, started if need be, as one of the four kinds.
     CmpiCpp::CmpiInstanceProvider* _asInstanceProvider();
     CmpiCpp::CmpiAssociationProvider* _asAssociationProvider();
     CmpiCpp::CmpiMethodProvider* _asMethodProvider();
     CmpiCpp::CmpiIndicationProvider* _asIndicationProvider();
+    /// @}
 
 private:
     /// Every operation that needs an interface of the inner provider goes through this one.

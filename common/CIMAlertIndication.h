@@ -12,6 +12,7 @@ namespace PYL {
 /// Each setter replaces what its property is to say; the fields below hold what it says otherwise.
 class PYL_EXPORT CIMAlertIndication : public CIMIndication {
 public:
+    /// As CIMIndication's. What no setter is called for is as the fields below say.
     CIMAlertIndication(Logger& log, const std::string& name, const std::string& nameSpace,
                        int severity);
     ~CIMAlertIndication() override;
@@ -23,15 +24,22 @@ public:
 
     /// The object path, as text, of the element that the alert is about.
     void setAlertingManagedElement(const std::string& element);
+    /// The value map of CIM_AlertIndication.AlertingElementFormat (CIM schema 2.x): 2 is an object
+    /// path.
     void setAlertingElementFormat(int format);
+    /// @{
+    /// Replaces the property of that name. An alert type is a CIMAlertType.
     void setDescription(const std::string& description);
     void setEventID(const std::string& eventID);
     void setAlertType(int alertType);
     void setProviderName(const std::string& providerName);
     void setRecommendedActions(const std::string& recommendedAction);
     void setSystemCreationClassName(const std::string& className);
+    /// @}
 
 protected:
+    /// @{
+    /// What the properties say, unless a setter was called.
     std::string _description = "unknown";
     std::string _eventID = "0";
     int _alertType = alertTypeOther;
@@ -40,6 +48,7 @@ protected:
     std::string _systemCreationClassName = "unknown";
     std::string _element;
     int _format = 0;
+    /// @}
 };
 
 }  // namespace PYL

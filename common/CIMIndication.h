@@ -34,11 +34,14 @@ public:
     virtual void addProperties(CmpiCpp::CmpiInstance& instance);
 
 protected:
+    /// @{
+    /// What the constructor was given, and getId(), for derived classes.
     std::string _name;
     std::string _nameSpace;
     int _severity;
     std::uint64_t id;
     Logger _log;
+    /// @}
 };
 
 }  // namespace PYL

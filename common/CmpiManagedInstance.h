@@ -35,17 +35,22 @@ public:
     /// The CIM class of the instance.
     virtual CmpiCpp::CmpiName getClassName() = 0;
 
-    // Neither is locked: a refresh may hide instances while another thread walks the collection.
-    // The clean-up that finds an instance hidden deletes it, so what was done to it before must be
-    // over.
+    /// @{
+    /// Whether the instance is reported. Neither is locked: a refresh may hide instances while
+    /// another thread walks the collection. The clean-up that finds an instance hidden deletes it,
+    /// so what was done to it before must be over.
     bool visible() const { return _visible.load(std::memory_order_acquire); }
     void setVisible(bool visible) { _visible.store(visible, std::memory_order_release); }
+    /// @}
 
 protected:
+    /// @{
+    /// For derived classes: as visible as the other.
     CmpiManagedInstance(const CmpiManagedInstance& other);
     CmpiManagedInstance& operator=(const CmpiManagedInstance& other);
+    /// @}
 
-    std::atomic<bool> _visible{true};
+    std::atomic<bool> _visible{true};  ///< see visible()
 };
 
 /// A link between two objects.

@@ -43,6 +43,7 @@ public:
     /// Deletes the first instance with this path, hidden ones included. False when there is none.
     bool deleteInstance(const CmpiCpp::CmpiObjectPath& path);
 
+    /// @{
     /// Delivers the visible instances of exactly the request's class and namespace, or their paths.
     /// Subclasses are not included, and a property list is ignored with a warning. The result is
     /// how many.
@@ -50,6 +51,7 @@ public:
                           const CmpiCpp::CmpiObjectPath& path);
     int enumInstances(CmpiCpp::CmpiInstanceResult& result, const CmpiCpp::CmpiContext& ctx,
                       const CmpiCpp::CmpiObjectPath& path, const char** properties);
+    /// @}
 
     /// Delivers the first visible instance with this path, whatever host the path names.
     /// False when there is none: it is for the provider to report that.
@@ -71,6 +73,7 @@ public:
                         const CmpiCpp::CmpiName& resultClass, const CmpiCpp::CmpiName& role,
                         const CmpiCpp::CmpiName& resultRole);
 
+    /// @{
     /// Delivers the visible associations that involve the request, each once. `resultClass` filters
     /// the class of the association. Refusals as in associators().
     int references(CmpiCpp::CmpiInstanceResult& result, const CmpiCpp::CmpiContext& ctx,
@@ -79,6 +82,7 @@ public:
     int referenceNames(CmpiCpp::CmpiObjectPathResult& result, const CmpiCpp::CmpiContext& ctx,
                        const CmpiCpp::CmpiObjectPath& path, const CmpiCpp::CmpiName& resultClass,
                        const CmpiCpp::CmpiName& role);
+    /// @}
 
     /// How many instances there are, hidden ones included.
     unsigned int size() const;
@@ -101,9 +105,9 @@ protected:
     /// The slot of the first instance with this path, or -1. The caller holds the lock.
     int _findIndex(const CmpiCpp::CmpiObjectPath& path);
 
-    pthread_mutex_t _mutex;
-    std::vector<CmpiManagedInstance*> _collection;
-    Logger _log;
+    pthread_mutex_t _mutex;                         ///< guards the instances
+    std::vector<CmpiManagedInstance*> _collection;  ///< owned, in order of insertion
+    Logger _log;                                    ///< the collection's own copy
 
 private:
     template <typename Deliver>

@@ -2,6 +2,7 @@
 
 #include "pylcommon_export.h"
 
+/// @file
 /// The classes of each family of providers, as the data collection takes them.
 ///
 /// A family has two tables: the names of its classes, and for each whether it is an "Instance" or
@@ -10,6 +11,8 @@
 /// library is loaded.
 namespace PYL {
 
+/// @{
+/// The names of one family's classes, or their types.
 extern PYL_EXPORT const char* const BaseServerClassNames[];
 extern PYL_EXPORT const char* const BaseServerClassTypes[];
 extern PYL_EXPORT const char* const BaseServerPhysicalAssetClassNames[];
@@ -52,11 +55,14 @@ extern PYL_EXPORT const char* const VelaArrayClassNames[];
 extern PYL_EXPORT const char* const VelaArrayClassTypes[];
 extern PYL_EXPORT const char* const SoftwareInventoryClassNames[];
 extern PYL_EXPORT const char* const SoftwareInventoryClassTypes[];
+/// @}
 
-// At which level each class of a family is collected, ended by -1, for the families that the data
-// collection itself does not gather. Those of the others are its own.
+/// @{
+/// At which level each class of a family is collected, ended by -1, for the families that the data
+/// collection itself does not gather. Those of the others are its own.
 extern PYL_EXPORT const int ConfigurationDataClassLevels[];
 extern PYL_EXPORT const int LocalFileClassLevels[];
 extern PYL_EXPORT const int SCSIHBAClassLevels[];
+/// @}
 
 }  // namespace PYL

@@ -16,10 +16,14 @@ namespace PYL {
 /// Why a store could not be opened, or reopened after a removal.
 class PYL_EXPORT DataStoreError {
 public:
+    /// `message` is the system's words for what failed.
     explicit DataStoreError(std::string message) : _message(std::move(message)) {}
 
+    /// @{
+    /// The system's words for what failed; good as long as the error is.
     const std::string& message() const noexcept { return _message; }
     const char* what() const noexcept { return _message.c_str(); }
+    /// @}
 
 private:
     std::string _message;
@@ -47,14 +51,16 @@ public:
     /// Whether there is a record with this key; false when the store is not usable.
     virtual bool exists(const std::string& key) = 0;
 
-    // The same for numbers, times in seconds since 1970, and flags, as decimal text. A missing key
-    // and a text that is no number read 0 or false.
+    /// @{
+    /// The same for numbers, times in seconds since 1970, and flags, as decimal text. A missing key
+    /// and a text that is no number read 0 or false.
     virtual bool storeUint64(const std::string& key, unsigned long value) = 0;
     virtual unsigned long fetchUint64(const std::string& key) = 0;
     virtual bool storeTimeT(const std::string& key, long value) = 0;
     virtual long fetchTimeT(const std::string& key) = 0;
     virtual bool storeBool(const std::string& key, bool value) = 0;
     virtual bool fetchBool(const std::string& key) = 0;
+    /// @}
 };
 
 /// The store "/etc/cim/<name>.txt". The caller owns and deletes it. Throws DataStoreError when the
@@ -79,6 +85,7 @@ PYL_EXPORT void setDataStoreLogger(const Logger& log);
 /// reported as success.
 class PYL_EXPORT DataStoreTxt : public PYL::DataStore {
 public:
+    /// Opens "/etc/cim/<name>.txt" or creates it. Throws DataStoreError as makeDataStore() does.
     explicit DataStoreTxt(const std::string& name);
     ~DataStoreTxt() override;
 
@@ -98,10 +105,10 @@ protected:
     /// callers that hold the lock.
     bool exists(const std::string& key, std::string* value, long* position);
 
-    pthread_mutex_t _mutex;
-    std::string _filename;
+    pthread_mutex_t _mutex;                 ///< guards the file
+    std::string _filename;                  ///< the path of the store
     std::atomic<bool> _fileCreated{false};  ///< the file is open and usable
-    FILE* _textf = nullptr;
+    FILE* _textf = nullptr;                 ///< the open file; null while it is not usable
 
 private:
     enum class LookUp { found, absent, unreadable };

@@ -13,6 +13,7 @@
 
 namespace PYL {
 
+/// @{
 /// The provider as one of the four kinds. A provider that is not of the kind, or null, is
 /// CmpiStatus CMPI_RC_ERROR_SYSTEM with a text that says so ("Not an instance provider" and the
 /// like).
@@ -20,6 +21,7 @@ PYL_EXPORT CmpiCpp::CmpiInstanceProvider* asInstanceProvider(CmpiCpp::CmpiProvid
 PYL_EXPORT CmpiCpp::CmpiAssociationProvider* asAssociationProvider(CmpiCpp::CmpiProvider* provider);
 PYL_EXPORT CmpiCpp::CmpiMethodProvider* asMethodProvider(CmpiCpp::CmpiProvider* provider);
 PYL_EXPORT CmpiCpp::CmpiIndicationProvider* asIndicationProvider(CmpiCpp::CmpiProvider* provider);
+/// @}
 
 }  // namespace PYL
 
@@ -27,6 +29,7 @@ PYL_EXPORT CmpiCpp::CmpiIndicationProvider* asIndicationProvider(CmpiCpp::CmpiPr
 /// that the sink took. Lives for one operation; the caller's sink must outlive it.
 class PYL_EXPORT LoggedObjectPathResult : public CmpiCpp::CmpiObjectPathResult {
 public:
+    /// Keeps a copy of the logger, and borrows the sink.
     LoggedObjectPathResult(const Logger& log, CmpiCpp::CmpiObjectPathResult& result)
         : _log(log), _result(result) {}
 
@@ -44,11 +47,13 @@ private:
 /// The same for instances, which are logged by their paths.
 class PYL_EXPORT LoggedInstanceResult : public CmpiCpp::CmpiInstanceResult {
 public:
+    /// Keeps a copy of the logger, and borrows the sink.
     LoggedInstanceResult(const Logger& log, CmpiCpp::CmpiInstanceResult& result)
         : _log(log), _result(result) {}
 
     void deliver(const CmpiCpp::CmpiInstance& instance) override;
 
+    /// How many items the sink took.
     int size() const { return _size; }
 
 private:
@@ -60,6 +65,7 @@ private:
 /// The same for a method's return value and output arguments, which count alike.
 class PYL_EXPORT LoggedMethodResult : public CmpiCpp::CmpiMethodResult {
 public:
+    /// Keeps a copy of the logger, and borrows the sink.
     LoggedMethodResult(const Logger& log, CmpiCpp::CmpiMethodResult& result)
         : _log(log), _result(result) {}
 
@@ -95,6 +101,7 @@ public:
     void deliver(const CmpiCpp::CmpiName& name, const std::string& value) override;
     void deliver(const CmpiCpp::CmpiName& name, const CmpiCpp::CmpiObjectPath& value) override;
 
+    /// How many items the sink took.
     int size() const { return _size; }
 
 private:

@@ -2,6 +2,7 @@
 
 #include "pylcommon_export.h"
 
+/// @file
 /// The classes through which the registered profiles are implemented, as every provider of the
 /// family names them.
 ///
@@ -16,7 +17,8 @@ extern PYL_EXPORT const char* const emptyString[];
 /// The one profile under which the data collection is implemented too: itself.
 extern PYL_EXPORT const char* const ktCollectionProfile[];
 
-// Profiles of the DMTF.
+/// @{
+/// Profiles of the DMTF.
 extern PYL_EXPORT const char* const dmtfEthPortClassNames[];
 extern PYL_EXPORT const char* const dmtfEthPortNameSpaces[];
 extern PYL_EXPORT const char* const dmtfIPInterfaceClassNames[];
@@ -27,14 +29,18 @@ extern PYL_EXPORT const char* const dmtfPCIDeviceClassNames[];
 extern PYL_EXPORT const char* const dmtfPCIDeviceNameSpaces[];
 extern PYL_EXPORT const char* const dmtfSWInvClassNames[];
 extern PYL_EXPORT const char* const dmtfSWInvNameSpaces[];
+/// @}
 
-// Profiles of SNIA. The catalogue itself has no use for them.
+/// @{
+/// Profiles of SNIA. The catalogue itself has no use for them.
 extern PYL_EXPORT const char* const sniaArrayClassNames[];
 extern PYL_EXPORT const char* const sniaArrayNameSpaces[];
 extern PYL_EXPORT const char* const sniaHHRCClassNames[];
 extern PYL_EXPORT const char* const sniaHHRCNameSpaces[];
+/// @}
 
-// The maker's own profiles.
+/// @{
+/// The maker's own profiles.
 extern PYL_EXPORT const char* const ktCarrowLiteClassNames[];
 extern PYL_EXPORT const char* const ktCarrowLiteNameSpaces[];
 extern PYL_EXPORT const char* const ktCPUClassNames[];
@@ -83,5 +89,6 @@ extern PYL_EXPORT const char* const ktServerProductClassNames[];
 extern PYL_EXPORT const char* const ktServerProductNameSpaces[];
 extern PYL_EXPORT const char* const ktStorageEncClassNames[];
 extern PYL_EXPORT const char* const ktStorageEncNameSpaces[];
+/// @}
 
 }  // namespace PYL

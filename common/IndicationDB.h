@@ -36,21 +36,28 @@ struct PYL_EXPORT IndDBRec {
     std::string _WBEMEventID;  // NOLINT(bugprone-reserved-identifier)
     /// An indicationSeverity.
     int _severity = 0;
+    /// What happened, for the reader of the alert.
     std::string _description;
     /// One line. A heart beat's ends in "Id:", and the provider appends an identifier.
     std::string _summary;
+    /// @{
     /// The maker's own classification.
     unsigned int _eventCategory = 0;
     unsigned int _eventSubCategory = 0;
     std::string _otherEventSubCategory;
+    /// @}
     /// The value map of CIM_AlertIndication.AlertType.
     unsigned short _alertType = 0;
+    /// @{
+    /// In words, what the number beside it says by "other".
     std::string _otherAlertType;
     std::string _otherSeverity;
+    /// @}
     /// The value map of CIM_AlertIndication.ProbableCause.
     unsigned short _probableCause = 0;
     /// The event's title.
     std::string _probableCauseDescription;
+    /// What the reader may do about it.
     std::string _recommendedActions;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// The values of the properties of alert indications that are enumerations of the CIM schema or of
 /// the maker's extension of it.
 namespace PYL {
@@ -26,8 +27,8 @@ enum CIMOSType : unsigned short {
 
 /// How far the effects of an event reach.
 enum ImpactedDomain : int {
-    ImpactedDomainEnclosure = 3,
-    ImpactedDomainSystem = 4,
+    ImpactedDomainEnclosure = 3,  ///< all servers of the enclosure
+    ImpactedDomainSystem = 4,     ///< the server alone
 };
 
 }  // namespace PYL

@@ -19,6 +19,7 @@ namespace PYL {
 /// and an instance is made all the same.
 class PYL_EXPORT KTAlertIndication : public CIMAlertIndication {
 public:
+    /// As CIMAlertIndication's.
     KTAlertIndication(Logger& log, const std::string& name, const std::string& nameSpace,
                       int severity);
     ~KTAlertIndication() override;
@@ -27,6 +28,8 @@ public:
 
     void addProperties(CmpiCpp::CmpiInstance& instance) override;
 
+    /// @{
+    /// Replaces the property of that name.
     void setSummary(const std::string& summary);
     void setEventCategory(int category);
     /// 0, as at first, leaves the property out.
@@ -45,6 +48,7 @@ public:
     void setDeviceModel(const std::string& model);
     void setHWPhysicalLocation(const std::string& location);
     void setDeviceControllerLogicalLocation(const std::string& location);
+    /// @}
 
     /// The thresholds of a temperature sensor, in degrees Celsius.
     void setTemperatureVariables(float caution, float fatal);
@@ -59,6 +63,8 @@ public:
     int mp_event_gen();
 
 protected:
+    /// @{
+    /// What the setters were given, and what the server and its enclosure told.
     std::string _summary = "unknown";
     int _category = 0;
     std::string _othercategory;
@@ -79,6 +85,7 @@ protected:
     std::string _physicalLocation;
     std::string _controllerLogicalLocation;
     int _impactedDomain = ImpactedDomainSystem;
+    /// @}
     /// Known once an instance has been made of a server that tells its BIOS version.
     std::string _systemFirmwareVersion;
 

@@ -20,9 +20,12 @@ class PYL_EXPORT LoggedProvider : public CmpiCpp::CmpiInstanceProvider,
                                   public CmpiCpp::CmpiAssociationProvider,
                                   public CmpiCpp::CmpiIndicationProvider {
 public:
+    /// @{
+    /// Makes the inner provider, which the decorator owns from then on.
     using Factory = CmpiCpp::CmpiProvider* (*)(const CmpiCpp::CmpiBroker&, Logger&);
     using ContextFactory = CmpiCpp::CmpiProvider* (*)(const CmpiCpp::CmpiBroker&, Logger&,
                                                       const CMPIContext*);
+    /// @}
 
     /// Makes the inner provider with the factory and owns it. What the factory throws goes on.
     LoggedProvider(const CmpiCpp::CmpiBroker& broker, Logger& logger, Factory factory);

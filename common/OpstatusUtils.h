@@ -4,6 +4,7 @@
 
 #include <string>
 
+/// @file
 /// Operational status, health and severity: the values, and the arithmetic over them. Pure
 /// functions; nothing throws but opstatusToString(), for lack of memory. Values outside an
 /// enumeration are valid arguments everywhere: they come from other providers.

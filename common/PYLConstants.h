@@ -2,6 +2,7 @@
 
 #include "pylcommon_export.h"
 
+/// @file
 /// The names that the providers share: classes, namespaces, organisations and directories.
 namespace PYL {
 
@@ -9,7 +10,9 @@ namespace PYL {
 constexpr const char* ScopedCentralClassName = "PYL_ComputerSystem";
 /// The class of the Fibre Channel HBA computer system.
 constexpr const char* ScopedFCHBACentralClassName = "PYL_FCHBAComputerSystem";
+/// The class of the host's PCI devices.
 constexpr const char* PCIDeviceClassName = "PYL_PCIDevice";
+/// The class of the server's own chassis, and of numbered blades'.
 constexpr const char* ChassisClassName = "PYL_ComputerSystemChassis";
 
 /// The method by which providers are asked to do their periodic work.
@@ -26,6 +29,7 @@ constexpr const char* OrgNameNA = "";
 /// The namespace of all the maker's classes.
 constexpr const char* BaseServerNameSpace = "root/ktq";
 
+/// The class of the registered profiles, in PRPNameSpace.
 constexpr const char* PRPRegisteredClassName = "PYL_RegisteredProfile";
 
 /// The namespace of registered profiles (DSP1033). One object for the whole process,

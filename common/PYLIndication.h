@@ -1,6 +1,7 @@
 #pragma once
 
-// The builders of indication instances, from the plainest to the one that providers use.
+/// @file
+/// The builders of indication instances, from the plainest to the one that providers use.
 
 #include "common/CIMAlertIndication.h"
 #include "common/CIMIndication.h"

@@ -95,15 +95,19 @@ public:
     /// mode nor its content counts.
     static bool FileExistsAsRootPerms(const char* path) noexcept;
 
+    /// @{
     /// Standing switches: root's files "/tmp/PYL.heartbeats" and "/tmp/PYLPerfmon".
     static bool HeartBeatIndicationsEnabled() noexcept;
     static bool PerfmonEnabled() noexcept;
+    /// @}
 
+    /// @{
     /// Triggers for one time: root's files "/tmp/PYL.test" and "/tmp/PYL.EVConf". The name is
     /// removed by the call, also when the file is not root's and so does not count; the target of a
     /// link stays.
     static bool TestIndicationsEnabled() noexcept;
     static bool TimeIntervalConfigured() noexcept;
+    /// @}
 
     /// Whether a version string has none but the characters it may have: digits, ".", "T", "F",
     /// "b", "v". Says nothing about their order; the empty text has none but those.
@@ -115,10 +119,13 @@ public:
     /// 0. False, and 65535 in `part`, when there is no such part. A number that no long holds
     /// leaves 65535.
     static bool stringVersionGetPart(const std::string& version, unsigned short& part, int index);
+    /// @{
+    /// Parts 0 to 3, as stringVersionGetPart() reads them.
     static bool stringVersionToMajor(const std::string& version, unsigned short& part);
     static bool stringVersionToMinor(const std::string& version, unsigned short& part);
     static bool stringVersionToRevision(const std::string& version, unsigned short& part);
     static bool stringVersionToBuild(const std::string& version, unsigned short& part);
+    /// @}
 
     /// The bytes of the text as a CIM uint8 array, without a terminating zero; of the recorded
     /// broker.

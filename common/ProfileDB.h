@@ -30,9 +30,11 @@ public:
              const char* const* impNameSpaces, const char* const* impProfiles, const int* refs,
              const int* extends);
 
-    // Moving copies: a record that was moved from still is what it was.
+    /// @{
+    /// Moving copies: a record that was moved from still is what it was.
     PRPDBRec(const PRPDBRec&) noexcept = default;
     PRPDBRec& operator=(const PRPDBRec&) noexcept = default;
+    /// @}
     ~PRPDBRec() = default;
 
     /// Unique within a database and never 0; also the end of the registered profile's InstanceID.
@@ -41,17 +43,25 @@ public:
     int getRegOrgId() const { return _registeredOrganization; }
     /// The owner's name when the organisation is "other"; empty otherwise.
     std::string getOtherRegOrg() const { return std::string(_otherRegisteredOrganization); }
+    /// @{
+    /// CIM_RegisteredProfile.RegisteredName and RegisteredVersion.
     std::string getRegName() const { return std::string(_registeredName); }
     std::string getRegVersion() const { return std::string(_registeredVersion); }
+    /// @}
 
+    /// @{
     /// The ids of the profiles that this one references.
     unsigned int getSizeofRefedProfiles() const { return _sizeOf(_referencedProfiles); }
     int getRefedProfile(unsigned int i) const { return _referencedProfiles[i]; }
+    /// @}
 
+    /// @{
     /// The ids of the profiles that this one extends.
     unsigned int getSizeofExtendsProfiles() const { return _sizeOf(_extendsProfiles); }
     int getExtendsProfile(unsigned int i) const { return _extendsProfiles[i]; }
+    /// @}
 
+    /// @{
     /// The central or scoping classes through which the profile is implemented, and their
     /// namespaces, index by index.
     unsigned int getSizeofImpClassNames() const {
@@ -62,10 +72,13 @@ public:
     }
     unsigned int getSizeofImpNameSpaces() const { return _sizeOf(_implementationNameSpaces); }
     std::string getImpNameSpace(unsigned int i) const { return _implementationNameSpaces[i]; }
+    /// @}
 
+    /// @{
     /// The names of the profiles under which these classes are implemented too.
     unsigned int getSizeofImpProfiles() const { return _sizeOf(_implementationProfiles); }
     std::string getImpProfile(unsigned int i) const { return _implementationProfiles[i]; }
+    /// @}
 
 private:
     friend class ProfileDB;
@@ -113,6 +126,7 @@ public:
     /// Adds a copy of the record.
     void make(const PRPDBRec& record);
 
+    /// How many getRecord() can copy.
     unsigned int getNumRecords() const { return static_cast<unsigned int>(_records.size()); }
 
     /// Copies the record at this position, counted from 0. The result is 0, or 4 (as
@@ -126,10 +140,12 @@ public:
                                         const std::string& regName,
                                         const std::string& regVersion) const;
 
+    /// @{
     /// The scoping systems: the host, and its Fibre Channel HBA system, whose name is the system
     /// UUID and empty when that cannot be read.
     CmpiCpp::CmpiObjectPath getScopedPathToComputerSystem() const;
     CmpiCpp::CmpiObjectPath getScopedPathToFCHBAComputerSystem();
+    /// @}
 
 private:
     std::vector<PRPDBRec> _records;

@@ -27,17 +27,21 @@ public:
     PRPDCRec(int id, const std::string& regName, const std::string& NameSpaces,
              const char* const* ClassNames, const char* const* ClassTypes, const int* ClassLevels);
 
-    // Moving copies: a row that was moved from still is what it was.
+    /// @{
+    /// Moving copies: a row that was moved from still is what it was.
     PRPDCRec(const PRPDCRec&) = default;
     PRPDCRec& operator=(const PRPDCRec&) = default;
+    /// @}
     ~PRPDCRec() = default;
 
     /// The number of the row; not the id of a registered profile.
     int getId() const { return _Id; }
+    /// The registered name of the profile.
     std::string getRegName() const { return std::string(_registeredName); }
     /// The namespace of all classes of the row.
     std::string getCollectionNameSpace() const { return std::string(_CollectionNameSpaces); }
 
+    /// @{
     /// The classes, whether each is an "Instance" or an "Association" class, and its level, index
     /// by index. A level may be 0.
     unsigned int getSizeofCollectionClassName() const {
@@ -49,7 +53,9 @@ public:
     std::string getCollectionClassName(unsigned int i) const { return _CollectionClassNames[i]; }
     std::string getCollectionNameType(unsigned int i) const { return _CollectionClassTypes[i]; }
     int getCollectionClassLevel(unsigned int i) const { return _CollectionClassLevels[i]; }
+    /// @}
 
+    /// @{
     /// The classes that turned out to be implemented, with their types and levels. The table has
     /// none; whoever finds them adds them to a copy, one value at a time.
     unsigned int getSizeofImplementClassName() const {
@@ -61,6 +67,7 @@ public:
     void setImplementClassNames(std::string name);
     void setImplementClassTypes(std::string type);
     void setImplementClassLevels(int level);
+    /// @}
 
 private:
     friend class ProfileDC;
@@ -100,6 +107,7 @@ public:
     /// Adds a copy of the row.
     void make(const PRPDCRec& record);
 
+    /// How many getRecord() can copy.
     unsigned int getNumRecords() const { return static_cast<unsigned int>(_records.size()); }
 
     /// Copies the row at this position, counted from 0. The result is 0, or 4 (as

@@ -70,8 +70,11 @@
     forwarded(Indication, enableIndications, (context), const CmpiCpp::CmpiContext& context) \
     forwarded(Indication, disableIndications, (context), const CmpiCpp::CmpiContext& context)
 
+/// @{
+/// How PYL_PROVIDER_OPERATIONS declares one operation.
 #define PYL_DECLARE_FORWARDED(interface, operation, arguments, ...) void operation(__VA_ARGS__) override;
 #define PYL_DECLARE_OWN(result, operation, ...) result operation(__VA_ARGS__) override;
+/// @}
 
 /// Declares that a class of all four kinds of provider overrides every operation. A macro, because
 /// each such class has these members itself: a template between it and its interfaces would change

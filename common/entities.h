@@ -5,26 +5,29 @@
 #include <cstddef>
 #include <cstdint>
 
-// XML and HTML character references in zero-terminated text, decoded to UTF-8. Everything here is
-// safe from several threads on different buffers, allocates nothing, never throws and leaves errno
-// as it was.
+/// @file
+/// XML and HTML character references in zero-terminated text, decoded to UTF-8. Everything here is
+/// safe from several threads on different buffers, allocates nothing, never throws and leaves errno
+/// as it was.
 
 /// A named reference: its name with the semicolon ("amp;") and the character in UTF-8.
 struct NamedEntity {
+    /// @{
+    /// Zero-terminated, and good for ever.
     const char* name;
     const char* replacement;
+    /// @}
 };
 
 /// Replaces every reference in `source` by the character it stands for and returns the length of
 /// the result in bytes without its closing zero. What is no reference stays as it is.
 ///
-/// References are `&name;` with a name of HTML 4.01 or `apos`, `&#decimal;`, `&#xhexadecimal;` and
-/// `&#Xhexadecimal;` up to 0x10FFFF. The digits are what strtoul(3) takes: blanks, a sign and,
-/// among hexadecimal digits, a second "0x" may stand before them. No digits at all are the number
-/// 0:
-/// `&#;`, `&#x;`, `&#0;` and their like write a zero byte, which the length counts and after which
-/// the decoding goes on, although the result then ends there for whoever reads up to the first
-/// zero.
+/// References stand between `&` and `;`: a name of HTML 4.01 or `apos`, or a code point up to
+/// 0x10FFFF, decimal behind `#`, hexadecimal behind `#x` or `#X`. The digits are what strtoul(3)
+/// takes: blanks, a sign and, among hexadecimal digits, a second "0x" may stand before them. No
+/// digits at all are the number 0: `&#;`, `&#x;`, `&#0;` and their like write a zero byte, which
+/// the length counts and after which the decoding goes on, although the result then ends there for
+/// whoever reads up to the first zero.
 ///
 /// Without a destination, or with `source` for one, the text is rewritten in place. Another
 /// destination leaves the source alone; it has room for the result and its closing zero, which

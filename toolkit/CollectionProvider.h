@@ -42,6 +42,7 @@ class PYL_EXPORT CollectionProvider : public CmpiCpp::CmpiInstanceProvider,
                                       public CmpiCpp::CmpiMethodProvider,
                                       public CmpiCpp::CmpiAssociationProvider {
 public:
+    /// What requests are answered from.
     using Collection = CmpiManagedInstanceCollection;
 
     /// Keeps a copy of the logger. The collection is empty.
@@ -101,9 +102,9 @@ protected:
                               const CmpiCpp::CmpiObjectPath& source,
                               const CmpiCpp::CmpiName& associationClass, const Ask& ask);
 
-    CmpiCpp::CmpiBroker _broker;
-    Logger _log;
-    Collection _instances;
+    CmpiCpp::CmpiBroker _broker;  ///< that the provider was made with
+    Logger _log;                  ///< the provider's own copy
+    Collection _instances;        ///< refresh() keeps it up to date
 };
 
 }  // namespace PYL

@@ -10,6 +10,7 @@
 #include <initializer_list>
 #include <string>
 
+/// @file
 /// The paths of a provider's own objects: host, namespace, class and keys in one call.
 ///
 /// Every path names this host as PYLUtil::getHostName() gives it at the call, which is what a
@@ -21,8 +22,8 @@ namespace PYL {
 /// A key on its way into a path. Borrows the text of its value: written as a literal or made in the
 /// call itself.
 struct LocalKey {
-    const char* name;
-    CmpiCpp::CmpiValue value;
+    const char* name;          ///< as the class declares it
+    CmpiCpp::CmpiValue value;  ///< its CIM type is that of the C++ value
 };
 
 /// The broker that PYLUtil recorded.

@@ -8,6 +8,8 @@
 #include "common/PerfmonDecorator.h"
 #include "platform/logger/Logger.h"
 
+/// What providers are made of, above the binding of CMPI: managed instances and their collections,
+/// decorators, indications, status, and the catalogues that the whole family shares.
 namespace PYL {
 
 /// What the entry points of a module make: the provider, with every request logged. `Provider` is

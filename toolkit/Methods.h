@@ -6,6 +6,7 @@
 #include "cmpicpp/CmpiResult.h"
 #include "pylcommon_export.h"
 
+/// @file
 /// What invokeMethod() does in every provider. Each function works on what it is given alone:
 /// several threads may use them at once.
 namespace PYL {

@@ -11,6 +11,7 @@
 #include <ranges>
 #include <string>
 
+/// @file
 /// The properties of a provider's instances. A property that nobody sets stays NULL, which is how a
 /// provider says that it does not know.
 ///

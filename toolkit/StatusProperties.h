@@ -7,6 +7,7 @@
 #include <functional>
 #include <ranges>
 
+/// @file
 /// The status of a provider's objects, in the properties by which clients know it.
 ///
 /// What the broker refuses is thrown as CmpiStatus. Each function works on what it is given alone:

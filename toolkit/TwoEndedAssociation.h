@@ -15,9 +15,9 @@ namespace PYL {
 /// A class of links, and the names of its two reference properties, which are its keys. The names
 /// are literals: they must outlive every link of the class.
 struct AssociationClass {
-    const char* name;
-    const char* firstRole;
-    const char* secondRole;
+    const char* name;        ///< of the class
+    const char* firstRole;   ///< the reference to the first end
+    const char* secondRole;  ///< the reference to the second end
 };
 
 /// A link between two objects, by the paths of its ends.
@@ -35,6 +35,7 @@ public:
     /// throws goes on to whoever asked the link.
     using End = std::function<CmpiCpp::CmpiObjectPath()>;
 
+    /// Asks for no end yet.
     TwoEndedAssociation(const AssociationClass& associationClass, End first, End second,
                         std::string nameSpace = BaseServerNameSpace);
 

@@ -23,11 +23,14 @@ public:
     /// Whether the server is one of the SL line: it shares an enclosure's power and cooling, but
     /// its events concern that server alone.
     bool isSLServer() const noexcept { return _facts.isSLServer; }
+    /// @{
+    /// The fact of that name in HostFacts.
     MRAStatusEnum getEnclosureName(std::string& name) const {
         return giveFact(_facts.enclosureName, name);
     }
     MRAStatusEnum getRackName(std::string& name) const { return giveFact(_facts.rackName, name); }
     MRAStatusEnum getRackUUID(std::string& uuid) const { return giveFact(_facts.rackUuid, uuid); }
+    /// @}
 
     /// For data sources: replaces everything that is known.
     void setFacts(HostFacts facts) { _facts = std::move(facts); }

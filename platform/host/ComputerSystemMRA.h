@@ -18,6 +18,8 @@ public:
     /// Data objects of every kind are made with a logger; this one has nothing to log.
     explicit ComputerSystemMRADataObject(const Logger&) {}
 
+    /// @{
+    /// The fact of that name in HostFacts.
     MRAStatusEnum getSystemManufacturer(std::string& manufacturer) const {
         return giveFact(_facts.manufacturer, manufacturer);
     }
@@ -56,6 +58,7 @@ public:
     MRAStatusEnum getHostOSVersion(std::string& version) const {
         return giveFact(_facts.osVersion, version);
     }
+    /// @}
 
     /// For data sources: replaces everything that is known.
     void setFacts(HostFacts facts) { _facts = std::move(facts); }

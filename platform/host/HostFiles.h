@@ -6,10 +6,12 @@
 #include <string>
 #include <string_view>
 
+/// @{
 /// The directory that stands before every path of the host where no other is given: empty, the host
 /// itself, unless a test has set one up. Not to be set while another thread reads.
 PYL_EXPORT const std::string& hostRoot() noexcept;
 PYL_EXPORT void setHostRoot(std::string root);
+/// @}
 
 /// The host's small text files, as the kernel and the distribution provide them.
 ///
@@ -17,6 +19,7 @@ PYL_EXPORT void setHostRoot(std::string root);
 /// from several threads at once.
 class PYL_EXPORT HostFiles {
 public:
+    /// Reads below this directory.
     explicit HostFiles(std::string root = hostRoot());
 
     /// The file's text, its first 64 KiB at most; nothing when it cannot be read.

@@ -9,6 +9,7 @@
 #include <memory>
 #include <string>
 
+/// @file
 /// The server's management controller (BMC), and through it the enclosure's own module (ENCA).
 ///
 /// A handle is for one thread at a time; different handles may be used at once. Nothing throws but
@@ -16,19 +17,19 @@
 
 /// What the controller says it is (IPMI 2.0, 20.1).
 struct BmcDeviceId {
-    std::uint8_t deviceId = 0;
-    std::uint8_t deviceRevision = 0;
-    std::uint8_t firmwareMajor = 0;
-    std::uint8_t firmwareMinor = 0;
+    std::uint8_t deviceId = 0;         ///< the maker's number of the model
+    std::uint8_t deviceRevision = 0;   ///< 0 to 15
+    std::uint8_t firmwareMajor = 0;    ///< 0 to 127
+    std::uint8_t firmwareMinor = 0;    ///< BCD
     std::uint8_t ipmiVersion = 0;      ///< BCD, the minor digit first: 0x02 is 2.0
     std::uint32_t manufacturerId = 0;  ///< IANA enterprise number, 20 bits
-    std::uint16_t productId = 0;
+    std::uint16_t productId = 0;       ///< the maker's number of the product
 };
 
 /// An open way to the controller. BMC_open() fills it.
 struct BmcHandle {
-    std::unique_ptr<BmcTransport> transport;
-    BmcDeviceId deviceId;
+    std::unique_ptr<BmcTransport> transport;  ///< null while closed
+    BmcDeviceId deviceId;                     ///< all 0 unless BMC_open() was to identify
     bool hasSystemGuid = false;  ///< the controller answered Get System GUID (IPMI 2.0, 22.14)
     std::string systemGuid;      ///< "00112233-4455-6677-8899-aabbccddeeff", in the order of a UUID
 };
@@ -48,9 +49,9 @@ PYL_EXPORT std::string BMC_strerror(int status);
 
 /// Where the output of a command goes. `used` says how much came.
 struct EncaOutput {
-    char* data = nullptr;
-    std::size_t size = 0;
-    std::size_t used = 0;
+    char* data = nullptr;  ///< the caller's, at least `size` bytes
+    std::size_t size = 0;  ///< in bytes
+    std::size_t used = 0;  ///< in bytes
 };
 
 constexpr std::size_t encaRequestSize = 240;    ///< the block that names the command
@@ -82,6 +83,7 @@ PYL_EXPORT int ENCA_CLI_Exec(BmcHandle& handle, const EncaRequest& request,
 /// thread.
 class PYL_EXPORT BmcInterruption {
 public:
+    /// Borrows the descriptor, for the requests of the thread that calls.
     explicit BmcInterruption(int descriptor) noexcept;
     ~BmcInterruption();
     BmcInterruption(const BmcInterruption&) = delete;

@@ -10,14 +10,14 @@
 /// A request to the management controller (IPMI 2.0, 5.1). LUN 0.
 struct IpmiRequest {
     std::uint8_t networkFunction = 0;  ///< even
-    std::uint8_t command = 0;
-    std::vector<std::uint8_t> data;  ///< 240 bytes at most
+    std::uint8_t command = 0;          ///< of that network function
+    std::vector<std::uint8_t> data;    ///< 240 bytes at most
 };
 
 /// What the controller answers.
 struct IpmiResponse {
-    std::uint8_t completionCode = 0;
-    std::vector<std::uint8_t> data;  ///< behind the completion code
+    std::uint8_t completionCode = 0;  ///< 0 for success (IPMI 2.0, 5.2)
+    std::vector<std::uint8_t> data;   ///< behind the completion code
 };
 
 /// A way to the management controller. One thread at a time.

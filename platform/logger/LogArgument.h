@@ -12,6 +12,7 @@
 /// Borrows what it was made from: it lives no longer than the full expression of the log call.
 class LogArgument {
 public:
+    /// What an argument is, and so which conversions print it.
     enum class Kind : std::uint8_t { integer, floating, zeroTerminatedText, text, pointer };
 
     /// Integers, characters, booleans and enumerations; those narrower than int widen to int, as in
@@ -25,27 +26,34 @@ public:
             _setInteger(+value);
         }
     }
+    /// Of any width, kept as a double.
     template <std::floating_point Floating>
     LogArgument(Floating value) noexcept
         : _kind(Kind::floating), _floating(static_cast<double>(value)) {}
 
+    /// @{
     /// A zero-terminated text; it is read only up to the precision of its conversion. Null is
     /// allowed.
     LogArgument(const char* text) noexcept : _kind(Kind::zeroTerminatedText), _pointer(text) {}
     LogArgument(std::string_view text) noexcept
         : _kind(Kind::text), _size(text.size()), _pointer(text.data()) {}
     LogArgument(const std::string& text) noexcept : LogArgument(std::string_view(text)) {}
+    /// @}
 
+    /// @{
     /// Any other object pointer: an address to print, never followed.
     LogArgument(const void* address) noexcept : _kind(Kind::pointer), _pointer(address) {}
     LogArgument(std::nullptr_t) noexcept : _kind(Kind::pointer), _pointer(nullptr) {}
+    /// @}
 
+    /// Says which of the readers below may be called.
     Kind kind() const noexcept { return _kind; }
 
     /// Of an integer: its value, sign-extended if its type is signed.
     std::uint64_t integer() const noexcept { return _integer; }
     /// Of an integer: 32 or 64.
     unsigned bits() const noexcept { return static_cast<unsigned>(_size); }
+    /// Of a floating-point value.
     double floating() const noexcept { return _floating; }
     /// Of a text that is not zero-terminated.
     std::string_view text() const noexcept { return {characters(), _size}; }

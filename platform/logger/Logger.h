@@ -45,9 +45,11 @@ public:
     Logger(std::string source, std::shared_ptr<LogSink> sink,
            LogLevel level = LogLevel::information);
 
-    // Moving copies, so that a logger that was moved from can still log.
+    /// @{
+    /// Moving copies, so that a logger that was moved from can still log.
     Logger(const Logger&) noexcept = default;
     Logger& operator=(const Logger&) noexcept = default;
+    /// @}
     ~Logger() = default;
 
     /// Adds a suffix to the source name of this copy; copies made before keep theirs.
@@ -60,12 +62,19 @@ public:
     void setLevel(LogLevel level) noexcept {
         _family->level.store(level, std::memory_order_relaxed);
     }
+    /// The level that this logger shares with its copies.
     LogLevel level() const noexcept { return _family->level.load(std::memory_order_relaxed); }
 
+    /// @{
+    /// Whether a line of this level would be written.
     bool infoEnabled() const noexcept { return _isEnabled(LogLevel::information); }
     bool warnEnabled() const noexcept { return _isEnabled(LogLevel::warning); }
     bool errorEnabled() const noexcept { return _isEnabled(LogLevel::error); }
+    /// @}
 
+    /// @{
+    /// Writes a line of this level, where it is enabled. Arguments that do not fit the format do no
+    /// harm: see above.
     template <typename... Arguments>
     void info(const char* format, const Arguments&... arguments) const noexcept {
         _log(LogLevel::information, format, arguments...);
@@ -78,6 +87,7 @@ public:
     void error(const char* format, const Arguments&... arguments) const noexcept {
         _log(LogLevel::error, format, arguments...);
     }
+    /// @}
 
 private:
     struct Family {

@@ -30,6 +30,7 @@ public:
     /// of. Scanning again reads again and ends the life of the records handed out before.
     int scan() noexcept;
 
+    /// @{
     /// The records of the last scan, or nullptr when the table has none of that kind or the scan
     /// failed. Owned by the reader: good until the next scan() or the reader's end.
     const DmiSystem* getDmiSystem() const noexcept;
@@ -39,6 +40,7 @@ public:
     const KTQServerSystemId* getKTQServerSystemId() const noexcept;
     const KTQEnclosure* getKTQEnclosure() const noexcept;
     const KTQServerProfile* getKTQServerProfile() const noexcept;
+    /// @}
 
     /// The whole table of the last scan, or nullptr when it failed. Owned by the reader, as above.
     const SmbiosTable* table() const noexcept;

@@ -8,7 +8,7 @@
 struct SmbiosEntryPoint {
     /// 0x0206 is version 2.6.
     std::uint16_t version;
-    std::uint64_t tableAddress;
+    std::uint64_t tableAddress;  ///< in memory, or in a dump file
     /// Exact in a 32-bit entry point, the most that the table may take in a 64-bit one.
     std::uint32_t tableLength;
     /// Stated by a 32-bit entry point only.

@@ -21,6 +21,7 @@ public:
 /// One source may serve several readers on several threads at once.
 class PYL_EXPORT SmbiosSource {
 public:
+    /// As they were read, unchecked.
     using Bytes = std::vector<std::uint8_t>;
 
     SmbiosSource() = default;
@@ -43,6 +44,7 @@ public:
 /// The tables that the kernel exports. They are readable by root only.
 class PYL_EXPORT SmbiosKernelTables : public SmbiosSource {
 public:
+    /// `directory` has the files "smbios_entry_point" and "DMI".
     explicit SmbiosKernelTables(std::string directory = "/sys/firmware/dmi/tables");
 
     Bytes entryPoint() const override;
@@ -58,6 +60,7 @@ private:
 /// file offset that the entry point gives as its address.
 class PYL_EXPORT SmbiosDumpFile : public SmbiosSource {
 public:
+    /// Opens nothing yet: each read does.
     explicit SmbiosDumpFile(std::string path);
 
     Bytes entryPoint() const override;
@@ -71,6 +74,7 @@ private:
 /// The bytes of a dump file, held in memory.
 class PYL_EXPORT SmbiosMemory : public SmbiosSource {
 public:
+    /// `dump` is laid out as an SmbiosDumpFile.
     explicit SmbiosMemory(Bytes dump) : _dump(std::move(dump)) {}
 
     Bytes entryPoint() const override;
