@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// The harness for modules behind the C interface, in whatever language. `<pylcommon/testing.h>`
 /// has it too, and more for those that are built on the library.
 

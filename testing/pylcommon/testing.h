@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// The harness for providers and modules that are built on the library; see
 /// docs/testing-a-provider.md.
 

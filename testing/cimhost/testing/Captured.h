@@ -31,8 +31,10 @@ bool hasPart(const Thing& thing, const std::string& part) {
 template <typename Thing>
 class Captured {
 public:
+    /// Whether it is the thing that is waited for.
     using Matcher = std::function<bool(const Thing&)>;
 
+    /// Keeps the thing and wakes those that wait.
     void add(Thing thing) {
         {
             const std::lock_guard lock(_mutex);
@@ -41,6 +43,7 @@ public:
         _changed.notify_all();
     }
 
+    /// A copy of all so far.
     std::vector<Thing> all() const {
         const std::lock_guard lock(_mutex);
         return _things;
@@ -95,11 +98,13 @@ private:
 
 /// A line that the host, a provider or the library wrote. Prints as "warning source: message".
 struct LogLine {
-    std::string level;  ///< error, warning, information or debug
-    std::string source;
-    std::string message;
+    std::string level;    ///< error, warning, information or debug
+    std::string source;   ///< the logger's, or the provider's name
+    std::string message;  ///< the text alone
 
+    /// All three parts count.
     bool operator==(const LogLine&) const = default;
+    /// Prints as said above.
     friend std::ostream& operator<<(std::ostream& out, const LogLine& line) {
         return out << line.level << ' ' << line.source << ": " << line.message;
     }

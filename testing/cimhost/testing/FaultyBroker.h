@@ -23,6 +23,7 @@ namespace cimtest {
 ///     }
 class FaultyBroker {
 public:
+    /// In which way a call fails.
     enum class Fault {
         /// The code, and a null, zero or bad result. Calls that give something back (release,
         /// free..., detachThread, destroy...) do their work first, so that nothing is left over.
@@ -34,11 +35,13 @@ public:
         wrongType,
     };
 
+    /// Borrows the real broker, which must outlive this one.
     explicit FaultyBroker(const CMPIBroker* real);
     ~FaultyBroker();
     FaultyBroker(const FaultyBroker&) = delete;
     FaultyBroker& operator=(const FaultyBroker&) = delete;
 
+    /// The broker that fails, for the code under test.
     const CMPIBroker* handle() const noexcept { return &_handle; }
 
     /// Every slot as "CMPIObjectPathFT.addKey", table by table.

@@ -2,6 +2,7 @@
 
 #include "cmpi/cmpift.h"
 
+/// @file
 /// How the tables are interposed; FaultyBroker.h is for use.
 namespace cimtest {
 

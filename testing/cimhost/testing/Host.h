@@ -14,28 +14,37 @@
 #include <vector>
 
 #ifndef PYL_SCHEMA_FOLDER  // the target's definition
+/// Where the schema of this library is: the folder that hosts read MOF from by default.
 #define PYL_SCHEMA_FOLDER ""
 #endif
 
+/// The harness: an object manager in the process of a test, and the machine that a provider sees.
 namespace cimtest {
 
 /// The entry points of a provider that is linked into the test; those that it has not stay empty.
 struct EntryPoints {
+    /// The entry point of one kind of provider, as CMPI declares it.
     template <typename MI>
     using Create = std::function<MI*(const CMPIBroker*, const CMPIContext*, CMPIStatus*)>;
 
+    /// @{
+    /// Empty for a kind that the provider is not.
     Create<CMPIInstanceMI> instance = {};
     Create<CMPIAssociationMI> association = {};
     Create<CMPIMethodMI> method = {};
     Create<CMPIIndicationMI> indication = {};
+    /// @}
 };
 
 /// What an association walk is to be narrowed to. Empty names do not narrow.
 struct Walk {
+    /// @{
+    /// A filter of the association operations (DSP0200).
     std::string associationClass = {};
     std::string resultClass = {};
     std::string role = {};
     std::string resultRole = {};
+    /// @}
 };
 
 /// Takes what nobody can throw to a test any more: what an alert has that its class has not, on
@@ -43,6 +52,7 @@ struct Walk {
 /// writes it to standard error and ends the program. `<cimhost/testing.h>`, included after
 /// GoogleTest, makes it a failure of the test.
 using LateFailure = std::function<void(const std::string& words)>;
+/// Replaces the handler of the process.
 void setLateFailure(LateFailure handler);
 
 /// An object manager in the process of a test: no server, no installation, no root.
@@ -62,6 +72,7 @@ void setLateFailure(LateFailure handler);
 /// a late failure. Calls may come from several threads, once one has been made.
 class Host {
 public:
+    /// A property list; nullopt is all properties.
     using Properties = std::optional<std::vector<std::string>>;
 
     /// The qualifiers of the standard are there. Files are looked for in the current folder, and in
@@ -77,12 +88,17 @@ public:
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
+    /// The host's own.
     const std::string& nameSpace() const noexcept;
 
     // Classes and instances. The host itself answers for instances of classes without a provider.
 
+    /// @{
+    /// Reads classes and instances into a namespace, the host's own unless another is named, which
+    /// is made where need be. Throws Failure as the constructor does.
     void readMof(const std::filesystem::path& file, const std::string& nameSpace = {});
     void readMofText(const std::string& text, const std::string& nameSpace = {});
+    /// @}
 
     // Providers.
 
@@ -107,6 +123,9 @@ public:
 
     // Operations.
 
+    /// @{
+    /// A client's operation (DSP0200), answered as a whole: EnumerateInstances,
+    /// EnumerateInstanceNames, GetInstance and so on.
     std::vector<Instance> enumerate(const Path& ofClass, const Properties& properties = {});
     std::vector<Path> names(const Path& ofClass);
     Instance get(const Path& path, const Properties& properties = {});
@@ -122,6 +141,7 @@ public:
     /// Arguments take the types that the method declares.
     Answer invoke(const Path& path, const std::string& method, const Named& arguments = {});
     std::vector<Instance> query(const std::string& text, const std::string& language = "WQL");
+    /// @}
 
     /// Activates a filter for all indications of the class at its providers, and enables them.
     void subscribe(const std::string& indicationClass);
@@ -145,10 +165,12 @@ public:
     ///     host.faults().failCall("CMPIBrokerFT.getInstance", 2, FaultyBroker::Fault::status);
     FaultyBroker& faults();
 
+    /// The broker that providers are given; good as long as the host.
     const CMPIBroker* handle() const noexcept;
     /// An object of the broker as a plain value, an instance held against its class in the host's
     /// namespace: Failure with the words when it is not as declared.
     Instance show(const CMPIInstance* instance) const;
+    /// The same for a path, which is held against nothing.
     static Path show(const CMPIObjectPath* path);
 
     /// A context as calls have it, good as long as the host, for what a test asks a provider object
@@ -158,7 +180,9 @@ public:
 protected:
     /// Called once, before the first operation.
     virtual void beforeStart() {}
+    /// Whether the namespace declares the class.
     bool hasClass(const std::string& nameSpace, const std::string& name) const;
+    /// Whether a provider is registered for the class's methods.
     bool isServed(const std::string& nameSpace, const std::string& name) const;
 
 private:

@@ -14,6 +14,7 @@ void setTestHostName(std::optional<std::string> name);
 /// Another host name for one scope.
 class HostNameIs {
 public:
+    /// nullopt makes the call fail.
     explicit HostNameIs(std::optional<std::string> name) { setTestHostName(std::move(name)); }
     ~HostNameIs() { setTestHostName(testHostName); }
     HostNameIs(const HostNameIs&) = delete;

@@ -16,6 +16,7 @@ struct ObjectPath;
 struct Instance;
 }  // namespace cimhost
 
+/// @file
 /// What tests of providers say and see: values, paths and instances of CIM, as plain values that
 /// compare and print. What a test gets of one that is not there is a Failure, whose words name what
 /// is.
@@ -33,10 +34,14 @@ using Named = std::vector<std::pair<std::string, Value>>;
 /// 0 and what() the words alone.
 class Failure : public std::runtime_error {
 public:
+    /// @{
+    /// `code` is a status code of CIM, the number before the words.
     explicit Failure(const std::string& words) : runtime_error(words) {}
     Failure(int code, const std::string& words)
         : runtime_error(std::to_string(code) + " " + words), _code(code) {}
+    /// @}
 
+    /// The number of the CIM status code, or 0.
     int code() const noexcept { return _code; }
 
 private:
@@ -61,6 +66,9 @@ std::string failureOf(Call call) {
 class Value {
 public:
     Value() noexcept = default;  ///< NULL
+    /// @{
+    /// The CIM value of what was given: an array of a vector, a reference of a path, an embedded
+    /// instance of an instance.
     template <typename Number>
     requires(std::is_integral_v<Number> || std::is_enum_v<Number>) Value(Number number)
         : Value(_ofNumber(number)) {}
@@ -72,7 +80,9 @@ public:
     Value(const Instance& instance);
     Value(const std::vector<Value>& elements);
     explicit Value(cimhost::Value model);
+    /// @}
 
+    /// Whether it is NULL.
     bool isNull() const noexcept;
     /// As MOF calls it: "uint16", "string[]".
     std::string type() const;
@@ -85,10 +95,14 @@ public:
     /// The embedded instance. Throws Failure for anything else.
     Instance instance() const;
 
+    /// For code of the host itself.
     const cimhost::Value& model() const noexcept;
 
+    /// @{
+    /// Compares as said above. Prints as MOF would have it, for messages.
     friend bool operator==(const Value& left, const Value& right);
     friend std::ostream& operator<<(std::ostream& out, const Value& value);
+    /// @}
 
 private:
     static Value _ofBoolean(bool truth);
@@ -118,26 +132,39 @@ Value arrayOf(const Elements&... elements) {
 /// host and namespace count where both paths have them.
 class Path {
 public:
+    /// @{
     /// As in `//host/root/x:ACME_Port.Name="a"`, of which the class is enough. Throws Failure that
     /// says where the text ceases to be a path.
     Path(std::string_view text);
     Path(const char* text) : Path(std::string_view(text)) {}
     Path(const std::string& text) : Path(std::string_view(text)) {}
+    /// @}
+    /// Of its parts. Without a namespace it is in that of the host that it is given to.
     Path(const std::string& className, const Named& keys, const std::string& nameSpace = {});
+    /// For code of the host itself.
     explicit Path(cimhost::ObjectPath model);
 
+    /// @{
+    /// A part of the path; empty where it has none.
     std::string host() const;
     std::string nameSpace() const;
     std::string className() const;
+    /// @}
+    /// Whether there is a key of that name, in whatever case.
     bool has(std::string_view key) const noexcept;
     /// Throws Failure for a key that it has not.
     Value operator[](std::string_view key) const;
 
+    /// In the form that the constructor reads.
     std::string str() const;
+    /// For code of the host itself.
     const cimhost::ObjectPath& model() const noexcept { return *_model; }
 
+    /// @{
+    /// Compares as said above. Prints str().
     friend bool operator==(const Path& left, const Path& right);
     friend std::ostream& operator<<(std::ostream& out, const Path& path);
+    /// @}
 
 private:
     std::shared_ptr<const cimhost::ObjectPath> _model;
@@ -149,19 +176,28 @@ class Instance {
 public:
     /// With a class alone for path, the keys are among the properties.
     Instance(const Path& path, const Named& properties);
+    /// For code of the host itself.
     explicit Instance(cimhost::Instance model);
 
+    /// Where the instance is.
     Path path() const;
+    /// The class that its path names.
     std::string className() const;
+    /// Whether there is a property of that name, in whatever case, that is not NULL.
     bool has(std::string_view property) const noexcept;
     /// Throws Failure for a property that it has not.
     Value operator[](std::string_view property) const;
 
+    /// Class, properties and path, for messages.
     std::string str() const;
+    /// For code of the host itself.
     const cimhost::Instance& model() const noexcept { return *_model; }
 
+    /// @{
+    /// Compares as said above. Prints str().
     friend bool operator==(const Instance& left, const Instance& right);
     friend std::ostream& operator<<(std::ostream& out, const Instance& instance);
+    /// @}
 
 private:
     std::shared_ptr<const cimhost::Instance> _model;
@@ -169,14 +205,17 @@ private:
 
 /// What a method answered.
 struct Answer {
-    Value returned;
-    Named outputs;
+    Value returned;  ///< the return value
+    Named outputs;   ///< the output arguments
 
     /// The output argument. Throws Failure for one that was not given.
     Value operator[](std::string_view output) const;
 
+    /// @{
+    /// Return value and all arguments count, in order; so they print.
     friend bool operator==(const Answer&, const Answer&) = default;
     friend std::ostream& operator<<(std::ostream& out, const Answer& answer);
+    /// @}
 };
 
 }  // namespace cimtest

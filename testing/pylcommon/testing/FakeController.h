@@ -27,18 +27,23 @@ public:
     FakeController(const FakeController&) = delete;
     FakeController& operator=(const FakeController&) = delete;
 
-    // Who it is.
+    /// @{
+    /// Who it is.
     int openStatus = 0;
     std::uint32_t manufacturer = bmcManufacturerId;
     std::uint16_t product = 4098;
     std::vector<std::uint8_t> guid = {15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0};
+    /// @}
 
-    // What its module answers to a command.
+    /// @{
+    /// What its module answers to a command.
     std::uint8_t completion = 0;
     std::string output = "done";
     std::string errors;
+    /// @}
 
-    // What came.
+    /// @{
+    /// What came.
     std::string command;
     std::string line;
     std::size_t executions = 0;
@@ -46,6 +51,7 @@ public:
     int opened = 0;
     int closed = 0;
     std::size_t longestRequest = 0;
+    /// @}
 
     /// Answers instead of the controller when it returns a value: 0 with the response, or a status.
     std::function<std::optional<int>(const IpmiRequest&, IpmiResponse&)> onExchange;

@@ -35,11 +35,13 @@ public:
 
     /// A text file, such as "/etc/os-release", in folders that are made where need be.
     void write(const std::string& path, const std::string& text) const;
+    /// Removes a file, or a folder with all in it.
     void remove(const std::string& path) const;
     /// A folder of sysfs with its files. With a name it leads by a link `device` to that device.
     void device(const std::string& path, const Attributes& attributes,
                 const std::string& name = {}) const;
 
+    /// The machine has these tables from now on.
     static void firmwareIs(const SmbiosImage& image);
     /// A dump, as `dmidecode --dump-bin` writes it.
     static void firmwareIs(const std::filesystem::path& dump);

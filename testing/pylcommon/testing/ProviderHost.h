@@ -16,10 +16,12 @@ namespace cimtest {
 
 /// A status that a provider has posted. Prints as "PYL_FanGroup 2".
 struct Post {
-    std::string className;
-    unsigned int status = 0;
+    std::string className;    ///< of the group
+    unsigned int status = 0;  ///< an operationalStatus
 
+    /// Class and status count.
     bool operator==(const Post&) const = default;
+    /// Prints as said above.
     friend std::ostream& operator<<(std::ostream& out, const Post& post) {
         return out << post.className << ' ' << post.status;
     }
@@ -37,14 +39,18 @@ struct Post {
 /// time.
 class ProviderHost : public Host {
 public:
+    /// As Host's.
     explicit ProviderHost(std::string nameSpace = "root/test",
                           const std::vector<std::filesystem::path>& mof = {},
                           const std::string& manner = {},
                           const std::filesystem::path& schema = PYL_SCHEMA_FOLDER);
     ~ProviderHost() override;
 
+    /// @{
+    /// The host's broker and a context for its calls, for the code under test.
     CmpiCpp::CmpiBroker broker() const noexcept { return CmpiCpp::CmpiBroker(handle()); }
     CmpiCpp::CmpiContext context() { return CmpiCpp::CmpiContext(callContext()); }
+    /// @}
     /// Writes into the host's log, as loggers do that a loaded module makes itself.
     Logger& logger() noexcept;
 
@@ -60,10 +66,12 @@ public:
     void add(std::unique_ptr<PYL::CmpiManagedInstance> instance);
 
     using Host::show;
+    /// @{
     /// The instance as it describes itself, held against its class and the path that it names.
     Instance show(PYL::CmpiManagedInstance& instance) const;
     Instance show(PYL::CmpiManagedInstance&& instance) const { return show(instance); }
     static Path show(const CmpiCpp::CmpiObjectPath& path) { return show(path.toCMPI()); }
+    /// @}
 
     /// What providers have posted with PYLUtil::postStatus().
     Captured<Post>& posts() noexcept;

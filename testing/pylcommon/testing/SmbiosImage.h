@@ -8,9 +8,11 @@
 #include <utility>
 #include <vector>
 
+/// @file
 /// Firmware tables, built by a test.
 namespace cimtest {
 
+/// Of a structure, a table or a dump.
 using Bytes = std::vector<std::uint8_t>;
 
 /// One structure: type, handle, what follows the header, and the strings.
@@ -28,8 +30,10 @@ inline Bytes structure(std::uint8_t type, std::uint16_t handle, const Bytes& fie
     return bytes;
 }
 
+/// The structure that a table ends with.
 inline Bytes endOfTable() { return structure(127, 0xfeff); }
 
+/// One behind the other, into a table.
 inline Bytes concatenated(std::initializer_list<Bytes> parts) {
     Bytes all;
     for (const Bytes& part : parts) all.insert(all.end(), part.begin(), part.end());
@@ -39,18 +43,22 @@ inline Bytes concatenated(std::initializer_list<Bytes> parts) {
 /// A dump in memory whose every part can be made to lie.
 class SmbiosImage {
 public:
+    /// Where the table begins in a dump, unless addressIs() lies.
     static constexpr std::size_t tableOffset = 32;
 
+    /// A dump of this table; the entry point is right.
     explicit SmbiosImage(Bytes table) : _table(std::move(table)) {
         lengthIs(static_cast<std::uint32_t>(_table.size()));
     }
 
+    /// @{
     /// The 64-bit form, at the lowest version unless told otherwise.
     SmbiosImage& lengthIs(std::uint32_t length) { return set(0x0c, length, 4); }
     SmbiosImage& addressIs(std::uint64_t address) { return set(0x10, address, 8); }
     SmbiosImage& versionIs(std::uint8_t major, std::uint8_t minor) {
         return set(_has32Bits ? 0x06 : 0x07, major, 1).set(_has32Bits ? 0x07 : 0x08, minor, 1);
     }
+    /// @}
 
     /// The 32-bit form with this count of structures.
     SmbiosImage& countIs(std::uint16_t count) {
@@ -70,6 +78,7 @@ public:
         return *this;
     }
 
+    /// Entry point and table, as `dmidecode --dump-bin` writes them.
     Bytes dump() const { return concatenated({_entry, _table}); }
 
 private:
