@@ -19,9 +19,9 @@ using testing::StartsWith;
 
 struct FanProviderTest : testing::Test {
     cimtest::FakeHost machine;
-    cimtest::ProviderHost host{"root/ktq", {"base/base.mof", "PYL_Fan.mof", "PYL_Indications.mof"}};
     std::vector<Fan> fans{Fan{"chip:fan1", "CPU fan", 1200, 300, 1250, false, false, true},
                           Fan{"chip:fan2", "fan2", {}, {}, {}, {}, {}, {}}};
+    cimtest::ProviderHost host{"root/ktq", {"base/base.mof", "PYL_Fan.mof", "PYL_Indications.mof"}};
     FanProvider& provider = host.serve(
         std::make_unique<FanProvider>(host.broker(), host.logger(), [this] { return fans; }),
         {"PYL_Fan", "PYL_FanGroup", "PYL_FanIndication"});
