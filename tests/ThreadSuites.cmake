@@ -13,6 +13,7 @@ set(PYL_SUITES_WITH_THREADS
     test_cimhost_modules
     test_cimhost_objects
     test_cimhost_operations
+    test_cimhost_repository
     test_cimhost_server
     test_cmpicpp
     test_common
@@ -29,7 +30,6 @@ set(PYL_SUITES_WITHOUT_THREADS
     platform_host_test       # readers make a new record for each caller
     test_cimhost_mof         # a reader belongs to one thread, and runs before the server starts any
     test_cimhost_query       # conditions are constant once parsed
-    test_cimhost_repository  # constant once read
     test_guests              # each guest is called from one thread
     test_faulty_broker)      # a double that tests use from one thread
 

@@ -4,8 +4,19 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+#include <utility>
+#include <vector>
+
 namespace cimhost {
 namespace {
+
+Class namedClass(const char* name) {
+    Class definition;
+    definition.name = name;
+    return definition;
+}
 
 TEST(Repository, FindsNamespacesInAnyCaseAndWithSlashesAround) {
     Repository repository;
@@ -62,6 +73,35 @@ TEST(Repository, ANamespaceNeedsAName) {
     Repository repository;
     EXPECT_THROW(repository.make("//"), CimError);
     EXPECT_TRUE(repository.names().empty());
+}
+
+TEST(Repository, IsReplacedUnderItsReaders) {
+    Repository repository;
+    repository.make("root/first").addClass(namedClass("A"));
+    const Class* const before = repository.get("root/first").findClass("A");
+    std::atomic<bool> isOver = false;
+    std::atomic<int> misses = 0;
+    std::vector<std::thread> readers;
+    for (int reader = 0; reader < 4; ++reader) {
+        readers.emplace_back([&] {
+            const Repository& constant = repository;
+            while (!isOver) {
+                const NameSpace* const found = constant.find("root/first");
+                if (!found || !found->findClass("A")) ++misses;
+            }
+        });
+    }
+    for (int round = 0; round < 200; ++round) {
+        Repository next;
+        next.make("root/first").addClass(namedClass("A"));
+        repository.replaceBy(next);
+        EXPECT_TRUE(next.names().empty());
+    }
+    isOver = true;
+    for (std::thread& reader : readers) reader.join();
+    EXPECT_EQ(misses, 0);
+    EXPECT_EQ(before->name, "A");
+    EXPECT_NE(repository.get("root/first").findClass("A"), before);
 }
 
 TEST(Repository, NamespacesShareOneBudget) {
