@@ -20,10 +20,15 @@ namespace {
     throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_NOT_FOUND, "no such instance: " + path.str() + hint);
 }
 
-// Collections compare with paths on this host, and so find none whose path names no host.
-bool hasWithoutHost(CmpiManagedInstanceCollection& collection, CmpiObjectPath path) {
-    path.setHost("");
-    return collection.getManagedInstance(path) != nullptr;
+// Collections compare with paths on this host, and so find none whose path names no host. What goes
+// wrong while that is looked for is not what was asked: the collection has logged it.
+bool hasWithoutHost(CmpiManagedInstanceCollection& collection, CmpiObjectPath path) noexcept {
+    try {
+        path.setHost("");
+        return collection.getManagedInstance(path) != nullptr;
+    } catch (...) {
+        return false;
+    }
 }
 
 }  // namespace

@@ -74,6 +74,20 @@ public:
     }
 };
 
+/// Knows its path once.
+class ForgetfulThing : public Thing {
+public:
+    using Thing::Thing;
+    CmpiObjectPath getPath() override {
+        if (_isAsked) throw CmpiCpp::CmpiStatus(CMPI_RC_ERR_FAILED, "forgotten");
+        _isAsked = true;
+        return Thing::getPath();
+    }
+
+private:
+    bool _isAsked = false;
+};
+
 struct CollectionProviderTest : testing::Test {
     TestBroker host;
     Calls calls;
@@ -184,6 +198,14 @@ TEST_F(CollectionProviderTest, SaysThatAnInstanceIsNotFoundForWantOfAHost) {
     EXPECT_EQ(outcomeOf([&] { provider.getInstance(host.context(), lost, nullptr, instances); }),
               "status 6 no such instance: " + lost.str() +
                   " (but one whose getPath() names no host: setHost() was not called)");
+}
+
+TEST_F(CollectionProviderTest, SaysThatAnInstanceIsNotFoundThoughLookingForAHintFails) {
+    add(provider.instances(),
+        std::make_unique<ForgetfulThing>(host, calls, host.path("PYL_Thing", "other")));
+    const auto missing = host.path("PYL_Thing", "c");
+    EXPECT_EQ(outcomeOf([&] { provider.getInstance(host.context(), missing, nullptr, instances); }),
+              "status 6 no such instance: " + missing.str());
 }
 
 TEST_F(CollectionProviderTest, RunsTheMethodsOfItsInstances) {
