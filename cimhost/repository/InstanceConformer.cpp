@@ -89,7 +89,6 @@ Instance conformProperties(const NameSpace& nameSpace, MemoryBudget& budget,
                            const Class& definition, Instance instance) {
     Given given = givenProperties(instance);
     Instance conformed;
-    conformed.path = instance.path;
     conformed.path.className = definition.name;
     for (const auto& property : definition.properties) {
         const auto found = given.find(property->name);

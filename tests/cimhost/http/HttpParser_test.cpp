@@ -245,5 +245,12 @@ TEST_F(HttpParserTest, KnowsWhetherARequestHasBegun) {
     EXPECT_FALSE(parser.hasBegun());
 }
 
+TEST_F(HttpParserTest, ForgetsARefusalWhenItIsCleared) {
+    ASSERT_EQ(feed("POST\r\n\r\n"), State::refused);
+    EXPECT_NE(parser.refusal(), 0);
+    parser.clear();
+    EXPECT_EQ(parser.refusal(), 0);
+}
+
 }  // namespace
 }  // namespace cimhost
