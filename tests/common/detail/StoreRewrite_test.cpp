@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <string>
@@ -193,6 +194,40 @@ TEST_F(DataStoreRemoval, SaysThatACopyCannotBeTaken) {
     EXPECT_EQ(content(), "");
     EXPECT_EQ(log.journal->take().back(),
               "warning: /etc/cim/t.txt is rewritten without a copy: Is a directory");
+}
+
+TEST_F(DataStoreRemoval, SaysThatACopyMayNotSurviveAPowerFailure) {
+    write("a 1\r\nb 2\r\n");
+    const auto store = open();
+    log.journal->take();
+    const std::string folder = fs::path(path).parent_path();
+    const HookedFileCalls worn([&](const FileCall& call) {
+        return call.name == "fsync" && call.path == folder ? EIO : made;
+    });
+    EXPECT_FALSE(store->remove("a"));
+    EXPECT_EQ(content(), "b 2\r\n");
+    EXPECT_FALSE(fs::exists(copy));
+    const auto lines = log.journal->take();
+    EXPECT_TRUE(std::count(lines.begin(), lines.end(),
+                           "warning: /etc/cim/t.txt is rewritten without a copy: "
+                           "Input/output error"));
+}
+
+TEST_F(DataStoreRemoval, PutsACopyAsideThatCannotBeDeleted) {
+    write("a 1\r\nb 2\r\n");
+    const auto store = open();
+    log.journal->take();
+    {
+        const HookedFileCalls stuck([&](const FileCall& call) {
+            return call.name == "unlink" && call.path == copy ? EIO : made;
+        });
+        EXPECT_FALSE(store->remove("a"));
+    }
+    EXPECT_FALSE(fs::exists(copy)) << "it would undo what is stored from now on";
+    EXPECT_TRUE(fs::exists(unfinished));
+    for (const std::string& line : log.journal->take()) {
+        EXPECT_EQ(line.find("is left"), std::string::npos) << line;
+    }
 }
 
 TEST_F(DataStoreRemoval, KeepsTheFilesModeAndOwnerInTheCopy) {
