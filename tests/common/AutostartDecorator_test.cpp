@@ -292,6 +292,35 @@ TEST_F(AutostartDecoratorTest, StartsNothingForACallerThatWaitedForAStart) {
     EXPECT_EQ(starts.count, 1);
 }
 
+/// A decorator that somebody derives has the inner provider at hand.
+struct Derived : AutostartDecorator {
+    using AutostartDecorator::_asAssociationProvider;
+    using AutostartDecorator::_asIndicationProvider;
+    using AutostartDecorator::_asInstanceProvider;
+    using AutostartDecorator::_asMethodProvider;
+    using AutostartDecorator::AutostartDecorator;
+};
+
+/// What a derived class gets of a product, and how often the factory was called for it.
+template <typename Get>
+void getsWhatItStarts(AutostartBase& fixture, Get get) {
+    auto* const product = fixture.inner();
+    starts.products = {product};
+    starts.count = 0;
+    Derived decorator(fixture.broker, fixture.log.logger,
+                      new Thing(fixture.host, fixture.worker, fixture.workerPath()), start);
+    EXPECT_EQ(get(decorator), product);
+    EXPECT_EQ(get(decorator), product);
+    EXPECT_EQ(starts.count, 1);
+}
+
+TEST_F(AutostartDecoratorTest, StartsTheInnerProviderForADerivedClassAsEachOfItsKinds) {
+    getsWhatItStarts(*this, [](Derived& each) { return each._asInstanceProvider(); });
+    getsWhatItStarts(*this, [](Derived& each) { return each._asAssociationProvider(); });
+    getsWhatItStarts(*this, [](Derived& each) { return each._asMethodProvider(); });
+    getsWhatItStarts(*this, [](Derived& each) { return each._asIndicationProvider(); });
+}
+
 struct AutostartOperation : AutostartBase, testing::TestWithParam<ProviderOperation> {
     const ProviderOperation& operation = GetParam();
     bool starts_() const { return operation.kind != ProviderOperation::Kind::any; }

@@ -40,6 +40,9 @@ TEST(WqlPattern, TakesOneOfASet) {
     EXPECT_FALSE(isLike("501", "50[%]"));
     EXPECT_TRUE(isLike("a[b", "a[b"));
     EXPECT_TRUE(isLike("]", "[]]"));
+    EXPECT_TRUE(isLike("-", "[a-]")) << "a hyphen at the end is one";
+    EXPECT_TRUE(isLike("a", "[a-]"));
+    EXPECT_FALSE(isLike("b", "[a-]"));
 }
 
 TEST(WqlPattern, TakesABracketBehindTheOpeningOneIntoASet) {

@@ -94,6 +94,18 @@ TEST_F(InstanceConformer, TakesKeysFromThePathToo) {
     EXPECT_EQ(*stored.path.findKey("ID"), Value::string("9"));
 }
 
+TEST_F(InstanceConformer, FindsKeysBehindOtherPropertiesToo) {
+    _mof.read("class T_Bay { uint8 Width; [Key] string ID; uint8 Height; [Key] uint8 Row; };");
+    Instance bay;
+    bay.path.className = "T_Bay";
+    bay.set("ID", Value::string("1"));
+    bay.set("Row", Value::unsignedInteger(CimType::uint8, 2));
+    const Instance stored = add(bay);
+    ASSERT_EQ(stored.path.keys.size(), 2U);
+    EXPECT_EQ(stored.path.keys[0].name, "ID");
+    EXPECT_EQ(stored.path.keys[1].name, "Row");
+}
+
 TEST_F(InstanceConformer, AnExplicitNullReplacesTheDefault) {
     _fan.set("Speed", Value::null(CimType::uint8));
     EXPECT_TRUE(add(_fan).find("Speed")->value.isNull());
