@@ -1,7 +1,5 @@
 #include "cimhost/http/HttpConnection.h"
 
-#include "cimhost/http/HttpRules.h"
-
 #include <cstring>
 
 namespace cimhost {
@@ -138,7 +136,7 @@ bool HttpConnection::_receiveMore() {
 
 void HttpConnection::_judgeHead() {
     HttpRequest& request = _parser.request();
-    int status = refusalOf(request);
+    int status = refusalOf(request, _rules());
     if (status == 0 && _services.authenticator != nullptr) {
         const std::string_view proof = request.header("Authorization").value_or(std::string_view{});
         const auto user = _services.authenticator->authenticate(proof, _addresses.peer);
@@ -157,6 +155,8 @@ void HttpConnection::_judgeHead() {
     if (losesTrack(status) || !canSkipBody(request)) _endHere(status);
 }
 
+HttpRules HttpConnection::_rules() const noexcept { return {_services.pages != nullptr}; }
+
 void HttpConnection::_endHere(int status) {
     if (_refusal == 0) _refusal = status;
     _closes = true;
@@ -167,7 +167,8 @@ bool HttpConnection::_answer() {
     const HttpRequest& request = _parser.request();
     const bool keepAlive = !_closes && request.keepAlive && _presence.endStatus == 0;
     HttpReply reply(_stream, _budgets.spool,
-                    {request.isHttp11, keepAlive, _limits.replyTime, &_presence});
+                    {request.isHttp11, keepAlive, _limits.replyTime, &_presence,
+                     request.method == "HEAD", &_budgets.openReplies});
     const Clock::time_point start = Clock::now();
     try {
         _fill(reply);
@@ -183,9 +184,7 @@ bool HttpConnection::_answer() {
 
 void HttpConnection::_fill(HttpReply& reply) {
     if (_refusal != 0) {
-        // The answer to HEAD has no body.
-        const bool canRead = _parser.request().method != "HEAD";
-        cimhost::refuse(reply, _refusal, canRead ? _services.handler.about() : std::string_view{});
+        cimhost::refuse(reply, _refusal, _rules(), _services.handler.about());
     } else {
         _callHandler(reply);
         _releaseBody();
@@ -197,7 +196,9 @@ void HttpConnection::_fill(HttpReply& reply) {
 void HttpConnection::_callHandler(HttpReply& reply) {
     std::string failure;
     try {
-        _services.handler.handle(_parser.request(), reply);
+        const bool isPost = _parser.request().method == "POST";
+        HttpHandler& handler = isPost ? _services.handler : *_services.pages;
+        handler.handle(_parser.request(), reply);
         return;
     } catch (const StreamError&) {
         throw;

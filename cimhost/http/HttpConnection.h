@@ -5,6 +5,7 @@
 #include "cimhost/http/HttpLimits.h"
 #include "cimhost/http/HttpParser.h"
 #include "cimhost/http/HttpPresence.h"
+#include "cimhost/http/HttpRules.h"
 #include "cimhost/http/Stream.h"
 
 #include <algorithm>
@@ -19,16 +20,21 @@ struct HttpServices {
     const HttpLimits& limits;
     Authenticator* authenticator = nullptr;  ///< none: everybody may come in, as nobody
     AccessLog* accessLog = nullptr;
+    HttpHandler* pages = nullptr;  ///< answers GET and HEAD; none: 405
 };
 
 /// What the connections of one server have to share. Safe from several threads.
 struct HttpBudgets {
     ByteBudget bodies;
     SpoolStore spool;
+    ByteBudget openReplies;  ///< counts replies
 
     explicit HttpBudgets(const HttpLimits& limits)
         : bodies(ByteBudget::Kind::heap, std::max(limits.bodyMemoryBytes, limits.bodyBytes)),
-          spool(limits.spoolMemoryBytes, limits.spoolDiskBytes, limits.spoolFolder) {}
+          spool(limits.spoolMemoryBytes, limits.spoolDiskBytes, limits.spoolFolder),
+          openReplies(
+              ByteBudget::Kind::other,
+              std::min(limits.openReplies, std::max<std::size_t>(limits.connections / 2, 1))) {}
 };
 
 struct HttpAddresses {
@@ -56,6 +62,7 @@ private:
     bool _chargeBody();
     void _releaseBody();
     void _judgeHead();
+    HttpRules _rules() const noexcept;
     void _endHere(int status);
     Clock::time_point _deadline() const;
     bool _answer();

@@ -16,7 +16,7 @@ public:
 
     /// Fills the reply; the caller finishes it. A StreamError of the reply may pass through;
     /// another exception is answered with 500, or by a broken connection when the reply is on its
-    /// way.
+    /// way. A reply that is kept open is finished soon after it says that it is ending.
     virtual void handle(const HttpRequest& request, HttpReply& reply) = 0;
 
     /// A line for people who come with a browser: what is served here, and where one reads on.

@@ -19,6 +19,9 @@ struct HttpLimits {
     std::size_t framingBytes = 1024 * 1024;  ///< chunk sizes and extensions of one body: 413
     std::size_t connections = 128;           ///< served at once: 503
 
+    /// Replies that are kept open, as a stream of events is; half of the connections at most: 503.
+    std::size_t openReplies = 16;
+
     /// What has come of bodies and is not answered yet, of all connections together; the first
     /// 64 KiB of each are not counted. At least one body of the greatest length: 503.
     std::uint64_t bodyMemoryBytes = 64 * 1024 * 1024;

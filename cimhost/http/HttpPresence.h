@@ -12,7 +12,8 @@ struct HttpPresence {
     /// When the wait for the client began, be it for a request or for it to take the next piece of
     /// a reply; 0 while a request is worked on.
     std::atomic<Clock::rep> waitingSince{0};
-    /// When the handler had returned and what was left of the reply began to leave; 0 until then.
+    /// When the reply began to leave at the client's pace: what was left of it once the handler had
+    /// returned, or what the handler would have leave; 0 while none of it does.
     std::atomic<Clock::rep> sendingSince{0};
     /// The status for a request that is cut off half-way because the server wants the connection to
     /// end; 0 while it does not.

@@ -17,9 +17,12 @@ struct Phrase {
 
 constexpr auto phrases = std::to_array<Phrase>({
     {200, "OK"},
+    {204, "No Content"},
+    {304, "Not Modified"},
     {400, "Bad Request"},
     {401, "Unauthorized"},
     {403, "Forbidden"},
+    {404, "Not Found"},
     {405, "Method Not Allowed"},
     {406, "Not Acceptable"},
     {408, "Request Timeout"},
@@ -28,10 +31,13 @@ constexpr auto phrases = std::to_array<Phrase>({
     {414, "URI Too Long"},
     {415, "Unsupported Media Type"},
     {417, "Expectation Failed"},
+    {421, "Misdirected Request"},
     {431, "Request Header Fields Too Large"},
     {500, "Internal Server Error"},
     {501, "Not Implemented"},
+    {502, "Bad Gateway"},
     {503, "Service Unavailable"},
+    {504, "Gateway Timeout"},
     {505, "HTTP Version Not Supported"},
 });
 
@@ -40,14 +46,25 @@ char withoutControl(char character) noexcept {
     return byte < 0x20 || byte == 0x7F ? ' ' : character;
 }
 
-/// The size line of a chunk of this many bytes, after the end of the one before.
-std::string_view writeChunkLine(std::array<char, 24>& line, std::size_t size, bool isFirst) {
-    char* position = line.data();
-    if (!isFirst) position = std::copy_n("\r\n", 2, position);
-    position = std::to_chars(position, line.data() + line.size() - 2, size, 16).ptr;
-    position = std::copy_n("\r\n", 2, position);
-    return {line.data(), static_cast<std::size_t>(position - line.data())};
-}
+/// What stands around a chunk; nothing when the chunk is empty, which would end the body.
+class ChunkFrame {
+public:
+    explicit ChunkFrame(std::size_t size) {
+        if (size == 0) return;
+        char* position = std::to_chars(_line.data(), _line.data() + _line.size() - 2, size, 16).ptr;
+        position = std::copy_n("\r\n", 2, position);
+        _size = static_cast<std::size_t>(position - _line.data());
+    }
+
+    std::string_view begin() const noexcept { return {_line.data(), _size}; }
+    std::string_view end() const noexcept { return _size == 0 ? "" : "\r\n"; }
+
+private:
+    std::array<char, 20> _line;
+    std::size_t _size = 0;
+};
+
+bool hasBody(int status) noexcept { return status != 204 && status != 304; }
 
 }  // namespace
 
@@ -69,7 +86,7 @@ void HttpReply::write(std::string_view text) {
     assert(!_finished);
     while (text.size() > bufferBytes - _body.size()) {
         const std::size_t fits = bufferBytes - _body.size();
-        _writeChunk(text.substr(0, fits), {});
+        _writeChunk(text.substr(0, fits));
         text.remove_prefix(fits);
     }
     _body.append(text);
@@ -81,8 +98,36 @@ bool HttpReply::restart() {
     _head.clear();
     _headers.clear();
     _body.clear();
+    _status = 200;
     _isStreamed = _isCut = false;
     return true;
+}
+
+void HttpReply::flush() {
+    assert(!_finished);
+    _checkHurry();
+    if (_isCut) throw StreamError(StreamError::Kind::lost, "the reply was cut off already");
+    HttpPresence* const presence = _manner.presence;
+    if (presence) presence->sendingSince = Clock::now().time_since_epoch().count();
+    _beginStream();
+    _sendSpooled();
+    const ChunkFrame frame(_isChunked() ? _body.size() : 0);
+    _send({_head, frame.begin(), _body, frame.end()});
+    _head.clear();
+    _body.clear();
+    if (presence) presence->waitingSince = presence->sendingSince = 0;
+}
+
+bool HttpReply::keepOpen() {
+    if (_openReply || !_manner.openReplies) return true;
+    _openReply.emplace(*_manner.openReplies);
+    if (_openReply->grow(1)) return true;
+    _openReply.reset();
+    return false;
+}
+
+bool HttpReply::isEnding() const {
+    return (_manner.presence && _manner.presence->endStatus != 0) || _stream.hasPeerEnded();
 }
 
 void HttpReply::refuse(int status, std::initializer_list<HttpHeader> headers,
@@ -102,46 +147,56 @@ void HttpReply::finish() {
     if (_isCut && _sentBytes == 0) {
         throw StreamError(StreamError::Kind::lost, "the reply was not started anew");
     }
-    if (_isStreamed) {
-        if (!_spool.isEmpty()) {
-            _body.shrink_to_fit();
-            _store.noteWaiting(_sentBytes + _spool.size());
-        }
-        _sendSpooled();
-        if (_isCut) _body.clear();
-        return _writeChunk({}, "0\r\n");
-    }
+    if (_isStreamed) return _endStream();
     _beginHead(_status);
-    _head.append("Content-Length: ").append(std::to_string(_body.size())).append("\r\n\r\n");
-    _send({_head, _body});
+    if (hasBody(_status)) _appendLine(_head, {"Content-Length", std::to_string(_body.size())});
+    _head.append("\r\n");
+    _send({_head, _hasBody() ? std::string_view(_body) : std::string_view{}});
 }
 
-/// The buffer, and more behind it, as the next piece of a streamed reply; `end` closes the last.
-void HttpReply::_writeChunk(std::string_view more, std::string_view end) {
-    const bool isFirst = !_isStreamed;
+bool HttpReply::_hasBody() const noexcept { return !_manner.isForHead && hasBody(_status); }
+
+bool HttpReply::_isChunked() const noexcept { return _manner.isHttp11 && _hasBody(); }
+
+/// From now on the reply leaves piece by piece; what has been held back goes with the first.
+void HttpReply::_beginStream() {
+    if (!_hasBody()) _body.clear();
+    if (_isStreamed) return;
     _isStreamed = true;
-    if (isFirst) {
-        if (!_manner.isHttp11) _manner.keepAlive = false;
-        _beginHead(200);
-        if (_manner.isHttp11) _appendLine(_head, {"Transfer-Encoding", "chunked"});
-        if (_manner.isHttp11 && !_announced.empty()) _appendLine(_head, {"Trailer", _announced});
-        _head.append("\r\n");
+    if (!_manner.isHttp11) _manner.keepAlive = false;
+    _beginHead(_status);
+    if (_manner.isHttp11 && hasBody(_status)) {
+        _appendLine(_head, {"Transfer-Encoding", "chunked"});
+        if (!_announced.empty()) _appendLine(_head, {"Trailer", _announced});
     }
-    std::array<char, 24> line;
-    const std::size_t size = _body.size() + more.size();
-    if (end.empty()) {
-        const auto chunkLine =
-            _manner.isHttp11 ? writeChunkLine(line, size, isFirst) : std::string_view{};
-        _pass({_head, chunkLine, _body, more});
-    } else if (!_manner.isHttp11) {
-        _send({_body});
-    } else if (size == 0) {
-        _send({"\r\n", end, _trailers, "\r\n"});
-    } else {
-        _send({writeChunkLine(line, size, isFirst), _body, "\r\n", end, _trailers, "\r\n"});
-    }
+    _head.append("\r\n");
+}
+
+/// The buffer, and more behind it, as the next piece.
+void HttpReply::_writeChunk(std::string_view more) {
+    _beginStream();
+    if (!_hasBody()) more = {};
+    const ChunkFrame frame(_isChunked() ? _body.size() + more.size() : 0);
+    _pass({_head, frame.begin(), _body, more, frame.end()});
     _head.clear();
     _body.clear();
+}
+
+void HttpReply::_endStream() {
+    if (!_spool.isEmpty()) {
+        _body.shrink_to_fit();
+        _store.noteWaiting(_sentBytes + _spool.size());
+    }
+    _sendSpooled();
+    if (_isCut || !_hasBody()) _body.clear();
+    if (!_isChunked()) return _send({_body});
+    const ChunkFrame frame(_body.size());
+    _send({frame.begin(), _body, frame.end(), "0\r\n", _trailers, "\r\n"});
+}
+
+void HttpReply::_checkHurry() const {
+    if (!_manner.presence || !_manner.presence->isHurried) return;
+    throw StreamError(StreamError::Kind::lost, "the server ends");
 }
 
 void HttpReply::_beginHead(int status) {
@@ -159,9 +214,7 @@ void HttpReply::_beginHead(int status) {
 /// Hands over what the client takes at once; the rest has to wait, and we do not.
 void HttpReply::_pass(std::initializer_list<std::string_view> pieces) {
     if (_isCut) throw SpoolError(SpoolError::Kind::full, "the reply was cut off already");
-    if (_manner.presence && _manner.presence->isHurried) {
-        throw StreamError(StreamError::Kind::lost, "the server ends");
-    }
+    _checkHurry();
     const std::span<const std::string_view> all(pieces.begin(), pieces.size());
     std::size_t taken = 0;
     try {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cimhost/http/ByteBudget.h"
 #include "cimhost/http/HttpPresence.h"
 #include "cimhost/http/Spool.h"
 #include "cimhost/http/Stream.h"
@@ -7,6 +8,7 @@
 #include <chrono>
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,7 +33,11 @@ struct RequestNotes {
 /// length. A longer one is streamed: in chunks, or to an HTTP/1.0 client up to the end of the
 /// connection. Writing never waits for the client: what it does not take at once goes to a spool,
 /// which finish() sends at the client's pace. Until the first byte has left, a reply can be started
-/// anew. Used by one thread; what a send throws is a StreamError.
+/// anew. The answer to HEAD is made as that to GET is, and its body stays here. Used by one thread;
+/// what a send throws is a StreamError.
+///
+/// A reply may stay open for hours: keepOpen() first of all, then write() and flush() for each
+/// piece, and isEnding() a few times a second in between.
 class HttpReply {
 public:
     struct Manner {
@@ -39,6 +45,8 @@ public:
         bool keepAlive = true;
         std::chrono::milliseconds sendTime{30'000};  ///< for each buffer
         HttpPresence* presence = nullptr;            ///< told of waits, asked for hurry
+        bool isForHead = false;                      ///< the body is counted, and does not leave
+        ByteBudget* openReplies = nullptr;           ///< one for each that is kept open
     };
 
     /// The stream and the store outlive the reply.
@@ -46,16 +54,27 @@ public:
     HttpReply(const HttpReply&) = delete;
     HttpReply& operator=(const HttpReply&) = delete;
 
-    /// A header line of the 200 reply, with no effect after commit.
+    /// Another status than 200; with 204 and 304 there is no body. No effect after commit.
+    void setStatus(int status) noexcept { _status = status; }
+    /// A header line of the reply, with no effect after commit.
     void addHeader(HttpHeader header);
     /// The names of trailers that a chunked reply may end with, as the Trailer header has them.
     void announceTrailers(std::string_view names) { _announced = names; }
 
-    /// Appends to the body of the 200 reply. Throws SpoolError when the client is too slow for it,
+    /// Appends to the body. Throws SpoolError when the client is too slow for it,
     /// and from then on always; the reply can still be started anew, or end with trailers.
     void write(std::string_view text);
 
-    /// Drops the body and the headers of a 200 reply; false when some of it has left already.
+    /// Sends what is held back, at the client's pace; one that needs longer than the send time for
+    /// a buffer is given up. In the first call the head leaves, even without a body.
+    void flush();
+    /// False when too many replies are kept open already: then this one should be refused with 503.
+    bool keepOpen();
+    /// True when a reply that is kept open should be finished: the server ends, needs the
+    /// connection, or the client will ask for nothing more.
+    bool isEnding() const;
+
+    /// Drops status, headers and body; false when some of them have left already.
     bool restart();
 
     /// Answers with this status instead, and with words for a person as plain text, or an empty
@@ -84,7 +103,12 @@ public:
 private:
     void _beginHead(int status);
     void _appendLine(std::string& lines, HttpHeader header);
-    void _writeChunk(std::string_view more, std::string_view end);
+    void _beginStream();
+    void _writeChunk(std::string_view more);
+    void _endStream();
+    void _checkHurry() const;
+    bool _hasBody() const noexcept;
+    bool _isChunked() const noexcept;
     void _pass(std::initializer_list<std::string_view> pieces);
     void _passSpooled();
     void _sendSpooled();
@@ -103,6 +127,7 @@ private:
     std::string _trailers;
     std::string_view _announced;
     RequestNotes _notes;
+    std::optional<ByteBudget::Share> _openReply;
     int _status = 200;
     std::uint64_t _sentBytes = 0;
     bool _isStreamed = false;

@@ -29,6 +29,15 @@ std::optional<std::string_view> HttpRequest::header(std::string_view name) const
     return std::nullopt;
 }
 
+std::string_view HttpRequest::path() const noexcept {
+    std::string_view path = target.substr(0, target.find_first_of("?#"));
+    if (const auto scheme = path.find("://"); scheme != path.npos && !path.starts_with('/')) {
+        path.remove_prefix(std::min(path.find('/', scheme + 3), path.size()));
+        if (path.empty()) return "/";
+    }
+    return path;
+}
+
 std::string_view HttpRequest::serverName() const noexcept {
     const std::string_view host = header("Host").value_or(std::string_view{});
     return isPlainHost(host) ? host : localAddress;

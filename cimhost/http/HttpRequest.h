@@ -32,6 +32,9 @@ struct HttpRequest {
 
     bool hasBody() const noexcept { return isChunked || contentLength.value_or(0) > 0; }
 
+    /// The target without its query, and without scheme and host where it has them.
+    std::string_view path() const noexcept;
+
     /// What the client calls this server: the Host header if it reads as host[:port], else the
     /// local address. Holds nothing that needs escaping in a URL or in XML.
     std::string_view serverName() const noexcept;

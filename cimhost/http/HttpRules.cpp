@@ -22,11 +22,16 @@ bool expectsOtherThanContinue(const HttpRequest& request) noexcept {
     });
 }
 
+bool isForPage(const HttpRequest& request) noexcept {
+    return request.method == "GET" || request.method == "HEAD";
+}
+
 }  // namespace
 
-int refusalOf(const HttpRequest& request) noexcept {
+int refusalOf(const HttpRequest& request, const HttpRules& rules) noexcept {
     if (!hasHostAsRequired(request) || countFields(request, "Authorization") > 1) return 400;
     if (request.method == "M-POST") return 501;
+    if (isForPage(request) && rules.servesPages) return request.hasBody() ? 400 : 0;
     if (request.method != "POST") return 405;
     if (request.isHttp11 && expectsOtherThanContinue(request)) return 417;
     if (!request.isChunked && !request.contentLength) return 411;
@@ -37,9 +42,9 @@ bool wantsContinue(const HttpRequest& request) noexcept {
     return request.isHttp11 && request.hasBody() && request.header("Expect").has_value();
 }
 
-void refuse(HttpReply& reply, int status, std::string_view about) {
+void refuse(HttpReply& reply, int status, const HttpRules& rules, std::string_view about) {
     if (status == 405) {
-        reply.refuse(status, {{"Allow", "POST"}}, about);
+        reply.refuse(status, {{"Allow", rules.servesPages ? "GET, HEAD, POST" : "POST"}}, about);
     } else if (status == 401) {
         reply.refuse(status, {{"WWW-Authenticate", "Basic realm=\"cimhost\", charset=\"UTF-8\""}});
     } else if (status == 503) {

@@ -110,6 +110,11 @@ std::size_t PlainStream::trySend(std::span<const std::string_view> pieces) {
     return sent;
 }
 
+bool PlainStream::hasPeerEnded() const noexcept {
+    pollfd entry{_socket, POLLRDHUP, 0};
+    return poll(&entry, 1, 0) > 0;
+}
+
 void PlainStream::endSending() noexcept { shutdown(_socket, SHUT_WR); }
 
 }  // namespace cimhost

@@ -44,6 +44,9 @@ public:
     /// Throws StreamError: lost.
     virtual std::size_t trySend(std::span<const std::string_view> pieces) = 0;
 
+    /// True when the peer is known to be gone or to have sent its last; asks without a wait.
+    virtual bool hasPeerEnded() const noexcept { return false; }
+
     /// Tells the peer that nothing more will be sent. What it says is gone is no error.
     virtual void endSending() noexcept = 0;
 };

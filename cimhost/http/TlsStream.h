@@ -36,6 +36,7 @@ public:
     std::size_t receive(std::span<char> buffer, Clock::time_point deadline) override;
     void send(std::span<const std::string_view> pieces, Clock::time_point deadline) override;
     std::size_t trySend(std::span<const std::string_view> pieces) override;
+    bool hasPeerEnded() const noexcept override { return _ended || _transport.hasPeerEnded(); }
     void endSending() noexcept override;
 
 private:

@@ -34,11 +34,12 @@ struct HttpConnectionTest : testing::Test {
     OnePassword passwords;
     Authenticator* authenticator = nullptr;
     TestHandler handler;
+    HttpHandler* pages = nullptr;
 
     /// Serves what came in and returns the statuses of the replies.
     std::vector<int> serve(std::vector<std::string> pieces) {
         stream.incoming.assign(pieces.begin(), pieces.end());
-        const HttpServices services{handler, limits, authenticator, nullptr};
+        const HttpServices services{handler, limits, authenticator, nullptr, pages};
         HttpConnection(stream, services, budgets, addresses, presence).serve();
         std::vector<int> statuses;
         for (std::size_t at = stream.sent.find("HTTP/1.1 "); at != std::string::npos;
@@ -67,7 +68,51 @@ TEST_F(HttpConnectionTest, TellsABrowserWhatIsServedHere) {
 TEST_F(HttpConnectionTest, TellsNothingToWhomAsksForTheHeadAlone) {
     handler.words = "No pages here.\n";
     EXPECT_THAT(serve({"HEAD / HTTP/1.1\r\nHost: a\r\n\r\n"}), ElementsAre(405));
-    EXPECT_THAT(stream.sent, testing::EndsWith("\r\nContent-Length: 0\r\n\r\n"));
+    EXPECT_THAT(stream.sent, testing::EndsWith("\r\nContent-Length: 15\r\n\r\n"));
+}
+
+TEST_F(HttpConnectionTest, HandsGetAndHeadToThePages) {
+    TestHandler shown([](const HttpRequest& request, HttpReply& reply) {
+        reply.write(std::string(request.method) + " " + std::string(request.path()));
+    });
+    pages = &shown;
+    EXPECT_THAT(serve({"GET /a?b HTTP/1.1\r\nHost: a\r\n\r\n" +
+                       ("HEAD /c HTTP/1.1\r\nHost: a\r\n\r\n" + post("one"))}),
+                ElementsAre(200, 200, 200));
+    EXPECT_THAT(stream.sent, HasSubstr("\r\nContent-Length: 6\r\n\r\nGET /aHTTP/1.1 200"));
+    EXPECT_THAT(stream.sent, HasSubstr("\r\nContent-Length: 7\r\n\r\nHTTP/1.1 200"));
+    EXPECT_THAT(stream.sent, testing::EndsWith("\r\n\r\none"));
+    EXPECT_EQ(shown.calls, 2);
+    EXPECT_EQ(handler.calls, 1);
+}
+
+TEST_F(HttpConnectionTest, NamesTheMethodsOfAServerWithPages) {
+    TestHandler shown;
+    pages = &shown;
+    EXPECT_THAT(serve({"PUT / HTTP/1.1\r\nHost: a\r\nContent-Length: 1\r\n\r\nx"}),
+                ElementsAre(405));
+    EXPECT_EQ(headerOf(stream.sent, "Allow"), "GET, HEAD, POST");
+    EXPECT_EQ(shown.calls + handler.calls, 0);
+}
+
+TEST_F(HttpConnectionTest, RefusesAPageToWhoeverSendsABodyForIt) {
+    TestHandler shown;
+    pages = &shown;
+    for (const std::string body : {"Content-Length: 3\r\n\r\nabc",
+                                   "Transfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n0\r\n\r\n"}) {
+        stream.sent.clear();
+        EXPECT_THAT(serve({"GET / HTTP/1.1\r\nHost: a\r\n" + body + post("one")}),
+                    ElementsAre(400));
+    }
+    EXPECT_EQ(shown.calls + handler.calls, 0);
+}
+
+TEST_F(HttpConnectionTest, ShowsNoPageToSomebodyWithoutPassword) {
+    TestHandler shown;
+    pages = &shown;
+    authenticator = &passwords;
+    EXPECT_THAT(serve({"GET / HTTP/1.1\r\nHost: a\r\n\r\n"}), ElementsAre(401));
+    EXPECT_EQ(shown.calls, 0);
 }
 
 TEST_F(HttpConnectionTest, ServesRequestsThatCameAtOnce) {

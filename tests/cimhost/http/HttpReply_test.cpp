@@ -260,14 +260,153 @@ TEST_F(HttpReplyTest, SpoolsForHttp10Too) {
     EXPECT_EQ(bodyOf(stream.sent), text);
 }
 
+TEST_F(HttpReplyTest, HasAnotherStatusWhenItIsTold) {
+    reply.setStatus(404);
+    reply.write("nothing here");
+    reply.finish();
+    EXPECT_EQ(statusOf(stream.sent), 404);
+    EXPECT_EQ(bodyOf(stream.sent), "nothing here");
+    EXPECT_EQ(reply.status(), 404);
+}
+
+TEST_F(HttpReplyTest, StreamsWithTheStatusThatItWasTold) {
+    reply.setStatus(502);
+    reply.write(numbered(2 * buffer));
+    reply.finish();
+    EXPECT_EQ(statusOf(stream.sent), 502);
+    EXPECT_EQ(bodyOf(stream.sent), numbered(2 * buffer));
+}
+
+TEST_F(HttpReplyTest, ForgetsTheStatusWhenItIsStartedAnew) {
+    reply.setStatus(404);
+    EXPECT_TRUE(reply.restart());
+    reply.finish();
+    EXPECT_EQ(statusOf(stream.sent), 200);
+}
+
+TEST_F(HttpReplyTest, HasNeitherBodyNorLengthWhenNothingHasChanged) {
+    reply.setStatus(304);
+    reply.addHeader({"ETag", "\"1\""});
+    reply.finish();
+    EXPECT_THAT(stream.sent, testing::StartsWith("HTTP/1.1 304 Not Modified\r\n"));
+    EXPECT_THAT(stream.sent, testing::EndsWith("\r\nETag: \"1\"\r\n\r\n"));
+}
+
+TEST_F(HttpReplyTest, SendsTheSameHeadWithoutTheBodyForHead) {
+    for (const std::size_t size : {std::size_t{0}, std::size_t{7}, buffer, 3 * buffer + 5}) {
+        stream.sent.clear();
+        HttpReply whole(stream, store, {});
+        whole.write(numbered(size));
+        whole.finish();
+        const std::string head = stream.sent.substr(0, stream.sent.find("\r\n\r\n") + 4);
+        stream.sent.clear();
+        HttpReply part(stream, store, {.isForHead = true});
+        part.write(numbered(size));
+        part.finish();
+        EXPECT_EQ(stream.sent.substr(stream.sent.find("\r\nDate:") + 31),
+                  head.substr(head.find("\r\nDate:") + 31))
+            << size;
+        EXPECT_TRUE(part.keepsAlive());
+    }
+}
+
+TEST_F(HttpReplyTest, SendsEachPieceThatIsFlushedAsAWholeChunk) {
+    reply.addHeader({"Content-Type", "text/event-stream"});
+    reply.flush();
+    EXPECT_THAT(stream.sent, testing::EndsWith("\r\nTransfer-Encoding: chunked\r\n\r\n"));
+    stream.sent.clear();
+    reply.write("one");
+    reply.write(" and two");
+    EXPECT_EQ(stream.sent, "");
+    reply.flush();
+    EXPECT_EQ(stream.sent, "b\r\none and two\r\n");
+    stream.sent.clear();
+    reply.flush();
+    EXPECT_EQ(stream.sent, "");
+    reply.write("three");
+    reply.finish();
+    EXPECT_EQ(stream.sent, "5\r\nthree\r\n0\r\n\r\n");
+    EXPECT_TRUE(reply.keepsAlive());
+}
+
+TEST_F(HttpReplyTest, FlushesToHttp10AsItIs) {
+    HttpReply old(stream, store, {.isHttp11 = false, .keepAlive = true});
+    old.write("one");
+    old.flush();
+    EXPECT_EQ(bodyOf(stream.sent), "one");
+    EXPECT_EQ(headerOf(stream.sent, "Connection"), "close");
+    old.write(" two");
+    old.flush();
+    old.finish();
+    EXPECT_EQ(bodyOf(stream.sent), "one two");
+    EXPECT_FALSE(old.keepsAlive());
+}
+
+TEST_F(HttpReplyTest, FlushesNothingButTheHeadForHead) {
+    HttpReply part(stream, store, {.isForHead = true});
+    part.write("one");
+    part.flush();
+    part.write("two");
+    part.finish();
+    EXPECT_THAT(stream.sent, testing::EndsWith("\r\nTransfer-Encoding: chunked\r\n\r\n"));
+}
+
+TEST_F(HttpReplyTest, FlushesAtTheClientsPaceAndWithinItsTime) {
+    HttpPresence presence;
+    HttpReply slow(stream, store, {.sendTime = std::chrono::hours(1), .presence = &presence});
+    stream.takesAtOnce = 1000;
+    slow.write(numbered(3 * buffer));
+    bool isTold = false;
+    stream.onSend = [&] { isTold = presence.waitingSince != 0 && presence.sendingSince != 0; };
+    slow.flush();
+    EXPECT_EQ(bodyOf(stream.sent + "0\r\n\r\n"), numbered(3 * buffer));
+    EXPECT_TRUE(isTold) << "the server can see whom it waits for";
+    EXPECT_GT(stream.deadline, Clock::now() + std::chrono::minutes(30));
+    EXPECT_EQ(presence.waitingSince, 0) << "the wait is over";
+    EXPECT_EQ(presence.sendingSince, 0);
+}
+
+TEST_F(HttpReplyTest, FlushesNothingWhenTheServerIsInAHurry) {
+    HttpPresence presence;
+    HttpReply late(stream, store, {.presence = &presence});
+    late.write("one");
+    presence.isHurried = true;
+    EXPECT_THROW(late.flush(), StreamError);
+    EXPECT_EQ(stream.sent, "");
+}
+
+TEST_F(HttpReplyTest, KnowsWhenItShouldEnd) {
+    HttpPresence presence;
+    HttpReply open(stream, store, {.presence = &presence});
+    EXPECT_FALSE(open.isEnding());
+    presence.endStatus = 503;
+    EXPECT_TRUE(open.isEnding());
+    presence.endStatus = 0;
+    EXPECT_FALSE(open.isEnding());
+    stream.isEnded = true;
+    EXPECT_TRUE(open.isEnding());
+}
+
+TEST_F(HttpReplyTest, StaysOpenOnlyWhileOthersLeaveRoom) {
+    ByteBudget places(ByteBudget::Kind::other, 1);
+    HttpReply first(stream, store, {.openReplies = &places});
+    {
+        HttpReply second(stream, store, {.openReplies = &places});
+        EXPECT_TRUE(second.keepOpen());
+        EXPECT_TRUE(second.keepOpen()) << "one place is enough for one reply";
+        EXPECT_FALSE(first.keepOpen());
+    }
+    EXPECT_TRUE(first.keepOpen());
+}
+
 TEST_F(HttpReplyTest, ThrowsWhenTheClientIsGone) {
     stream.isLost = true;
     EXPECT_THROW(reply.write(std::string(buffer + 1, 'a')), StreamError);
 }
 
 TEST_F(HttpReplyTest, HasAPhraseForEachStatusThatIsSent) {
-    for (const int status :
-         {200, 400, 401, 405, 408, 411, 413, 414, 417, 431, 500, 501, 503, 505}) {
+    for (const int status : {200, 204, 304, 400, 401, 403, 404, 405, 408, 411, 413,
+                             414, 417, 421, 431, 500, 501, 502, 503, 504, 505}) {
         EXPECT_NE(reasonPhrase(status), "Error") << status;
     }
 }

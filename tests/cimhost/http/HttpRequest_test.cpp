@@ -35,6 +35,26 @@ TEST_F(HttpRequestTest, NamesTheLocalAddressWhenTheHostIsNone) {
     EXPECT_EQ(request.serverName(), "127.0.0.1:5988");
 }
 
+TEST_F(HttpRequestTest, HasAPathWhateverElseItsTargetHolds) {
+    const std::pair<std::string_view, std::string_view> rows[] = {
+        {"/", "/"},
+        {"/a/b", "/a/b"},
+        {"/a?b=c", "/a"},
+        {"/a?b=http://c/d", "/a"},
+        {"/a://b", "/a://b"},
+        {"/a#b", "/a"},
+        {"http://host:5988/a?b", "/a"},
+        {"http://host", "/"},
+        {"http://host?a", "/"},
+        {"*", "*"},
+        {"", ""},
+    };
+    for (const auto& [target, path] : rows) {
+        request.target = target;
+        EXPECT_EQ(request.path(), path) << target;
+    }
+}
+
 TEST_F(HttpRequestTest, HasABodyWhenChunkedOrOfALength) {
     EXPECT_FALSE(request.hasBody());
     request.contentLength = 0;

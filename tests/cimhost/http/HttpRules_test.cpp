@@ -45,6 +45,26 @@ TEST_F(HttpRulesTest, RefusesOtherMethods) {
     EXPECT_EQ(refusalOf(request), 501);
 }
 
+TEST_F(HttpRulesTest, TakesGetAndHeadWhereThereArePages) {
+    request.contentLength.reset();
+    for (const std::string_view method : {"GET", "HEAD"}) {
+        request.method = method;
+        EXPECT_EQ(refusalOf(request, {.servesPages = true}), 0) << method;
+        EXPECT_EQ(refusalOf(request), 405) << method;
+    }
+    request.method = "OPTIONS";
+    EXPECT_EQ(refusalOf(request, {.servesPages = true}), 405);
+}
+
+TEST_F(HttpRulesTest, WantsNoBodyForAPage) {
+    request.method = "GET";
+    EXPECT_EQ(refusalOf(request, {.servesPages = true}), 400);
+    request.contentLength = 0;
+    EXPECT_EQ(refusalOf(request, {.servesPages = true}), 0);
+    request.isChunked = true;
+    EXPECT_EQ(refusalOf(request, {.servesPages = true}), 400);
+}
+
 TEST_F(HttpRulesTest, WantsExactlyOneHostOfHttp11) {
     request.fields = {};
     EXPECT_EQ(refusalOf(request), 400);

@@ -178,6 +178,114 @@ TEST(HttpServer, ServesOthersWhileHundredsOfClientsTrickle) {
     EXPECT_TRUE(await([&] { return openDescriptors() <= before; }));
 }
 
+TEST(HttpServer, KeepsRepliesOpenForTheirClients) {
+    OpenReply openReply;
+    TestServer server(std::ref(openReply));
+    RawClient client(server.port());
+    client.send(post(""));
+    EXPECT_EQ(headerOf(client.readUntil("\r\n\r\n"), "Transfer-Encoding"), "chunked");
+    ++openReply.words;
+    EXPECT_EQ(client.readUntil("word \r\n"), "5\r\nword \r\n");
+    ++openReply.words;
+    EXPECT_EQ(client.readUntil("word \r\n"), "5\r\nword \r\n");
+}
+
+TEST(HttpServer, KeepsNoMoreRepliesOpenThanItsLimit) {
+    OpenReply openReply;
+    TestServer server(std::ref(openReply));
+    std::list<RawClient> clients;
+    for (std::size_t i = 0; i < server.limits.openReplies; ++i) {
+        clients.emplace_back(server.port()).send(post(""));
+        EXPECT_EQ(statusOf(clients.back().readUntil("\r\n\r\n")), 200);
+    }
+    RawClient oneMore(server.port());
+    oneMore.send(post(""));
+    EXPECT_EQ(statusOf(oneMore.readReply()), 503);
+    clients.pop_front();
+    ASSERT_TRUE(await([&] { return openReply.ended == 1; })) << "a client that leaves is missed";
+    oneMore.send(post(""));
+    EXPECT_EQ(statusOf(oneMore.readUntil("\r\n\r\n")), 200);
+}
+
+TEST(HttpServer, LeavesHalfOfItsConnectionsToOthersThanOpenReplies) {
+    OpenReply openReply;
+    TestServer server(std::ref(openReply), with(4, milliseconds(0)));
+    std::list<RawClient> clients;
+    for (int i = 0; i < 2; ++i) clients.emplace_back(server.port()).send(post(""));
+    ASSERT_TRUE(await([&] { return openReply.begun == 2; }));
+    for (int i = 0; i < 6; ++i) {
+        RawClient& other = clients.emplace_back(server.port());
+        other.send(post(""));
+        EXPECT_EQ(statusOf(other.readReply()), 503) << "served, and told that no more stay open";
+    }
+    EXPECT_EQ(server.handler.calls, 8);
+    EXPECT_EQ(openReply.ended, 0) << "no open reply makes room for others";
+}
+
+TEST(HttpServer, MakesRoomByEndingAnOpenReplyThatNobodyReads) {
+    TestServer server(
+        [](const HttpRequest& request, HttpReply& reply) {
+            if (request.body != "open") return;
+            while (!reply.isEnding()) {
+                reply.write(std::string(100'000, 'x'));
+                reply.flush();
+            }
+        },
+        with(1, milliseconds(0)));
+    RawClient stalled(server.port());
+    stalled.send(post("open"));
+    ASSERT_TRUE(await([&] {
+        RawClient other(server.port());
+        other.send(post(""));
+        return statusOf(other.readReply()) == 200;
+    }));
+}
+
+TEST(HttpServer, GivesUpOnAnOpenReplyThatNobodyReads) {
+    HttpLimits limits;
+    limits.replyTime = milliseconds(50);
+    TestServer server(
+        [](const HttpRequest&, HttpReply& reply) {
+            for (;;) {
+                reply.write(std::string(100'000, 'x'));
+                reply.flush();
+            }
+        },
+        limits);
+    RawClient client(server.port());
+    client.send(post(""));
+    ASSERT_TRUE(await([&] { return server.handler.calls == 1; }));
+    EXPECT_TRUE(server.awaitConnections(0));
+}
+
+TEST(HttpServer, EndsOpenRepliesWhenItStops) {
+    OpenReply openReply;
+    TestServer server(std::ref(openReply));
+    std::list<RawClient> clients;
+    for (int i = 0; i < 16; ++i) clients.emplace_back(server.port()).send(post(""));
+    ASSERT_TRUE(await([&] { return openReply.begun == 16; }));
+    const Clock::time_point begin = Clock::now();
+    EXPECT_TRUE(server.server.stop(seconds(60)));
+    EXPECT_LT(Clock::now() - begin, seconds(20));
+    EXPECT_EQ(openReply.ended, 16);
+    EXPECT_TRUE(clients.front().readAll().ends_with("\r\n\r\n0\r\n\r\n")) << "in order";
+}
+
+TEST(HttpServer, BreaksAnOpenReplyThatNobodyReadsWhenItStops) {
+    TestServer server([](const HttpRequest&, HttpReply& reply) {
+        for (;;) {
+            reply.write(std::string(100'000, 'x'));
+            reply.flush();
+        }
+    });
+    RawClient client(server.port());
+    client.send(post(""));
+    ASSERT_TRUE(await([&] { return server.handler.calls == 1; }));
+    const Clock::time_point begin = Clock::now();
+    EXPECT_TRUE(server.server.stop(seconds(60)));
+    EXPECT_LT(Clock::now() - begin, seconds(20));
+}
+
 TEST(HttpServer, ClosesAnIdleConnectionInSilence) {
     HttpLimits limits;
     limits.idleTime = milliseconds(20);

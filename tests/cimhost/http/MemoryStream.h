@@ -21,6 +21,7 @@ public:
     bool isLost = false;    ///< each send fails
     std::size_t takesAtOnce = std::string::npos;  ///< so many bytes without a wait, and no more
     bool hasEnded = false;
+    bool isEnded = false;          ///< the peer is gone
     Clock::time_point deadline;    ///< of the last send that may have had to wait
     std::function<void()> onSend;  ///< called before bytes are sent that may have to wait
 
@@ -61,6 +62,8 @@ public:
         }
         return taken;
     }
+
+    bool hasPeerEnded() const noexcept override { return isEnded; }
 
     void endSending() noexcept override { hasEnded = true; }
 

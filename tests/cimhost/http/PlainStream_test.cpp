@@ -56,6 +56,15 @@ TEST_F(PlainStreamTest, ReturnsNothingAtTheEnd) {
     EXPECT_EQ(stream().receive(buffer, in(1000)), 0U);
 }
 
+TEST_F(PlainStreamTest, KnowsThatThePeerHasSentItsLastBeforeAllIsRead) {
+    send(peer(), {"one"}, in(1000));
+    EXPECT_FALSE(stream().hasPeerEnded());
+    peer().endSending();
+    EXPECT_TRUE(stream().hasPeerEnded());
+    std::array<char, 100> buffer;
+    EXPECT_EQ(stream().receive(buffer, in(1000)), 3U);
+}
+
 TEST_F(PlainStreamTest, GivesUpAtTheDeadline) {
     std::array<char, 100> buffer;
     EXPECT_EQ(failureOf([&] { stream().receive(buffer, in(5)); }), StreamError::Kind::timeout);

@@ -73,6 +73,16 @@ std::string RawClient::readReply() {
     return reply;
 }
 
+std::string RawClient::readUntil(std::string_view text) {
+    while (_received.find(text) == std::string::npos && _readMore()) {
+    }
+    const std::size_t place = _received.find(text);
+    const std::size_t end = place == std::string::npos ? _received.size() : place + text.size();
+    std::string read = _received.substr(0, end);
+    _received.erase(0, end);
+    return read;
+}
+
 std::string RawClient::readAll() {
     while (_readMore()) {
     }

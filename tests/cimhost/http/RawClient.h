@@ -22,6 +22,8 @@ public:
 
     /// One reply, its body included, as it came.
     std::string readReply();
+    /// What comes up to this text, the text included.
+    std::string readUntil(std::string_view text);
     /// What comes until the server closes the connection.
     std::string readAll();
     /// True when the server closes the connection and sends nothing before.

@@ -22,6 +22,18 @@ void LongReply::operator()(const HttpRequest&, HttpReply& reply) {
     ++written;
 }
 
+void OpenReply::operator()(const HttpRequest&, HttpReply& reply) {
+    if (!reply.keepOpen()) return reply.refuse(503);
+    reply.flush();
+    ++begun;
+    for (int said = 0; !reply.isEnding();) {
+        for (; said < words; ++said) reply.write("word ");
+        reply.flush();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    ++ended;
+}
+
 bool TestServer::awaitConnections(std::size_t count) const {
     return await([this, count] { return server.connectionCount() == count; });
 }

@@ -45,6 +45,15 @@ struct LongReply {
     static std::string text();
 };
 
+/// A handler whose replies stay open, with a word now and then.
+struct OpenReply {
+    std::atomic<int> begun = 0;
+    std::atomic<int> ended = 0;
+    std::atomic<int> words = 0;  ///< that each reply should have said by now
+
+    void operator()(const HttpRequest&, HttpReply& reply);
+};
+
 /// A running server on a free port.
 struct TestServer {
     TestHandler handler;

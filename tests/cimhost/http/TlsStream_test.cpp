@@ -114,6 +114,14 @@ TEST_F(TlsStreamTest, KeepsNoHandlerWaitingForAClientThatDoesNotRead) {
     EXPECT_TRUE(bodyOf(received) == LongReply::text()) << received.substr(0, 500);
 }
 
+TEST_F(TlsStreamTest, KnowsThatTheClientOfAReplyThatStaysOpenIsGone) {
+    const TlsContext context(certificate, key);
+    OpenReply openReply;
+    TestServer server(std::ref(openReply), {}, nullptr, &context);
+    EXPECT_THAT(curl(server.port(), "-N -m 1 --data x"), HasSubstr("timed out"));
+    EXPECT_TRUE(await([&] { return openReply.ended == 1; }));
+}
+
 TEST_F(TlsStreamTest, RefusesOldProtocols) {
     const TlsContext context(certificate, key);
     TestServer server({}, {}, nullptr, &context);
