@@ -1,0 +1,3 @@
+export function AlertsView() {
+    return <p>Alerts</p>;
+}

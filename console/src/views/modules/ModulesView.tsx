@@ -1,0 +1,3 @@
+export function ModulesView() {
+    return <p>Modules</p>;
+}

@@ -1,0 +1,3 @@
+export function RequestsView() {
+    return <p>Requests</p>;
+}
