@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cimhost/objects/Broker.h"
+#include "cimhost/server/events/EventFeed.h"
 
 #include <cstddef>
 #include <string_view>
@@ -19,21 +20,23 @@ enum class LogFormat { text, json };
 ///     {"time":"2024-05-01T12:00:00.123Z","level":"warning","request":12,"operation":"GetInstance",
 ///      "component":"Fans","text":"fan 3 does not answer"}                    (all of it in one line)
 ///
-/// Line ends and ASCII control characters within a message go out as blanks; what a terminal may
-/// take for a control character or turns text round, as \u202e or \x9b.
+/// The words are those of ShownText.h. Where there is a feed that somebody looks at, that object is
+/// an event `log` of it, too.
 class ConsoleLog final : public BrokerLog {
 public:
-    /// Lines less urgent than `least` are dropped.
-    explicit ConsoleLog(Level least, LogFormat format = LogFormat::text) noexcept
-        : _least(least), _format(format) {}
+    /// Lines less urgent than `least` are dropped. The feed outlives this.
+    explicit ConsoleLog(Level least, LogFormat format = LogFormat::text,
+                        EventFeed* feed = nullptr) noexcept
+        : _least(least), _format(format), _feed(feed) {}
     void write(Level level, std::string_view source, std::string_view message) noexcept override;
 
-    /// From now on cimhost_write_log writes as this does, even when this is gone.
+    /// From now on cimhost_write_log writes as this does, even when this is gone; the feed stays.
     void takeLinesOfModules() const noexcept;
 
 private:
     Level _least;
     LogFormat _format;
+    EventFeed* _feed;
 };
 
 std::string_view levelName(BrokerLog::Level level) noexcept;

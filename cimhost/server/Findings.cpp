@@ -1,8 +1,8 @@
 #include "cimhost/server/Findings.h"
 
-#include <array>
+#include "cimhost/server/ShownText.h"
+
 #include <charconv>
-#include <cstdio>
 
 namespace cimhost {
 namespace {
@@ -20,19 +20,9 @@ std::size_t takeNumber(std::string_view& text) noexcept {
 }
 
 std::string quoted(std::string_view text) {
-    std::string result = "\"";
-    for (const char character : text) {
-        if (static_cast<unsigned char>(character) < 0x20) {
-            std::array<char, 8> escaped;
-            std::snprintf(escaped.data(), escaped.size(), "\\u%04x",
-                          static_cast<unsigned>(static_cast<unsigned char>(character)));
-            result += escaped.data();
-            continue;
-        }
-        if (character == '"' || character == '\\') result += '\\';
-        result += character;
-    }
-    return result + '"';
+    std::string result;
+    appendJson(result, text);
+    return result;
 }
 
 std::string objectOf(std::string_view finding) {

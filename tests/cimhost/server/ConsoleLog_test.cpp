@@ -54,6 +54,34 @@ TEST(ConsoleLog, TakesTheLinesOfModulesAsItsOwn) {
     EXPECT_THAT(line(2), testing::HasSubstr(" information Fans: fails\n"));
 }
 
+TEST(ConsoleLog, TellsWhoLooksTheObjectWhateverItWrites) {
+    EventFeed feed;
+    EventFeed::Viewer viewer(feed);
+    ConsoleLog log(BrokerLog::Level::warning, LogFormat::text, &feed);
+    const LoggedRequest request(12, "GetInstance");
+    const std::string line = written([&] {
+        log.write(BrokerLog::Level::warning, "Fans", "</script>\n\"");
+        log.write(BrokerLog::Level::information, "Fans", "less urgent");
+    });
+    const auto events = viewer.take({}).events;
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(*events.front(), "event: log\ndata: {\"time\":\"" + line.substr(0, 24) +
+                                   "\",\"level\":\"warning\",\"request\":12,"
+                                   "\"operation\":\"GetInstance\",\"component\":\"Fans\","
+                                   "\"text\":\"</script>\\u000a\\\"\"}\n\n");
+}
+
+TEST(ConsoleLog, TellsWhoLooksTheLinesOfModulesToo) {
+    EventFeed feed;
+    EventFeed::Viewer viewer(feed);
+    ConsoleLog(BrokerLog::Level::warning, LogFormat::json, &feed).takeLinesOfModules();
+    const auto line = written([] { cimhost_write_log(1, "Fans", 4, "fails", 5); });
+    ConsoleLog(BrokerLog::Level::information).takeLinesOfModules();
+    const auto events = viewer.take({}).events;
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_EQ(*events.front(), "event: log\ndata: " + line + "\n") << "it ends a line itself";
+}
+
 TEST(ConsoleLog, ShowsWhatWouldDeceiveItsReader) {
     ConsoleLog log(BrokerLog::Level::debug);
     const auto line = [&](std::string_view message) {
