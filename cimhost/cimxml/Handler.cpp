@@ -181,6 +181,7 @@ void CimXmlHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) con
     if (const std::optional<Refusal> refusal = read(request, document, message)) {
         return reply.refuse(refusal->status, refusal->cimError);
     }
+    reply.noteMessage(*message);
 
     ReplyStream out(reply, request.isForwarded);
     Failure failure;

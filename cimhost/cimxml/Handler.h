@@ -8,6 +8,7 @@ namespace cimhost {
 
 class CimOperations;
 class Repository;
+struct Message;
 
 /// One HTTP request as the CIM-XML layer needs it. Views are good until handle() returns.
 struct CimXmlRequest {
@@ -40,6 +41,9 @@ public:
     /// Drops what was written and starts the 200 reply anew; false when some of it has left
     /// already.
     virtual bool restart() = 0;
+
+    /// For the records: what is asked. The message (Message.h) lives during the call.
+    virtual void noteMessage(const Message&) {}
 
     /// For the records: the operation failed with this CIM status, however the reply then says so.
     virtual void noteFailure(int code) = 0;

@@ -5,6 +5,7 @@
 #include "cimhost/repository/Names.h"
 
 #include <algorithm>
+#include <array>
 
 namespace cimhost {
 namespace {
@@ -110,6 +111,16 @@ Element callOf(const Element& simpleRequest) {
     return call;
 }
 
+/// The parameters that say what an intrinsic operation is about: one has one of them at most.
+constexpr auto subjects = std::to_array<std::string_view>(
+    {"ClassName", "InstanceName", "ObjectName", "NewInstance", "ModifiedInstance"});
+
+std::string_view classNamedBy(const Element& value) noexcept {
+    if (value.tag() == Tag::className) return value.attributeText(Attribute::name);
+    if (value.tag() != Tag::valueNamedInstance) return value.attributeText(Attribute::className);
+    return value.firstChild()->attributeText(Attribute::className);
+}
+
 }  // namespace
 
 bool isReadableXml(std::string_view contentType) noexcept {
@@ -141,6 +152,18 @@ std::optional<Refusal> checkHeaders(const CimXmlRequest& request) {
     const std::optional<std::string_view> version = request.header("CIMProtocolVersion");
     if (version && !isVersion(*version, "1")) return Refusal{501, "unsupported-protocol-version"};
     return std::nullopt;
+}
+
+std::string_view classAskedFor(const Message& message) noexcept {
+    if (!message.isIntrinsic) return classNamedBy(*message.call.firstChild()->firstChild()->next());
+    for (const Element parameter : message.call.children()) {
+        const std::string_view name = parameter.attributeText(Attribute::name);
+        const bool isSubject = std::ranges::any_of(
+            subjects, [name](std::string_view each) { return equalNames(each, name); });
+        const auto value = isSubject ? parameter.firstChild() : std::nullopt;
+        if (value) return classNamedBy(*value);
+    }
+    return {};
 }
 
 Message readMessage(const CimXmlRequest& request, const XmlDocument& document) {

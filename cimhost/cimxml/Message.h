@@ -32,6 +32,9 @@ std::string_view requestError(const XmlError& error) noexcept;
 /// Refuses what is no CIM request, before its body is looked at. Nothing when all is well.
 std::optional<Refusal> checkHeaders(const CimXmlRequest& request);
 
+/// The class that the call is about, as the message has it; empty where it names none.
+std::string_view classAskedFor(const Message& message) noexcept;
+
 /// The message in a document whose root is CIM. Throws Refusal for unsupported versions, for a
 /// multiple request, and, unless it is forwarded, for headers that name another method or object
 /// than the body.

@@ -215,9 +215,9 @@ void HttpConnection::_callHandler(HttpReply& reply) {
 }
 
 void HttpConnection::_log(HttpReply& reply, Clock::time_point start) {
-    if (!_services.accessLog) return;
-    const HttpRequest& request = _parser.request();
     const RequestNotes& notes = reply.notes();
+    if (!_services.accessLog && !notes.atEnd) return;
+    const HttpRequest& request = _parser.request();
     AccessRecord record;
     record.peer = _addresses.peer;
     record.user = request.principal;
@@ -227,7 +227,8 @@ void HttpConnection::_log(HttpReply& reply, Clock::time_point start) {
     record.status = reply.status();
     record.bytes = reply.sentBytes();
     record.duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
-    _services.accessLog->write(record);
+    if (_services.accessLog) _services.accessLog->write(record);
+    if (notes.atEnd) notes.atEnd(record);
 }
 
 /// Reads past what the client still sends: bytes that meet a closed socket would make the system

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <string>
@@ -20,11 +21,15 @@ struct HttpHeader {
     std::string_view value;
 };
 
+struct AccessRecord;
+
 /// What a handler tells the access log about a request. Any text; escaped there.
 struct RequestNotes {
     std::string operation;
     std::string object;
     std::string outcome;
+    /// Called once the reply has ended, or is lost, with what the log says of it. Throws nothing.
+    std::function<void(const AccessRecord&)> atEnd{};
 };
 
 /// The reply to one request, on its way to the client.

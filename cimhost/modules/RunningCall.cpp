@@ -1,5 +1,6 @@
 #include "cimhost/modules/RunningCall.h"
 
+#include "cimhost/modules/AskedProviders.h"
 #include "cimhost/modules/CrashWords.h"
 
 #include <atomic>
@@ -101,6 +102,7 @@ void write(BoundedText<room>& text, const ObjectPath& path) {
 RunningCall::RunningCall(const AskedOfProvider& asked, const ObjectPath* path)
     : _asked(asked), _outer(innermostHere) {
     if (path) write(_path, *path);
+    if (!_outer) AskedProviders::note(asked.provider);
     thisThread().innermost.store(this, std::memory_order_release);
     innermostHere = this;
 }

@@ -1,8 +1,11 @@
 #include "cimhost/server/CimXmlAdapter.h"
 
 #include "cimhost/cimxml/HeaderMatch.h"
+#include "cimhost/cimxml/Message.h"
+#include "cimhost/modules/AskedProviders.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/server/LoggedRequest.h"
+#include "cimhost/server/events/RequestEvent.h"
 
 namespace cimhost {
 namespace {
@@ -25,10 +28,22 @@ void CimXmlAdapter::handle(const HttpRequest& request, HttpReply& reply) {
     reply.notes().operation = request.header("CIMMethod").value_or(std::string_view{});
     reply.notes().object = request.header("CIMObject").value_or(std::string_view{});
     const LoggedRequest logged(++_requests, reply.notes().operation);
+    if (!_feed || !_feed->isWatched()) return _answer(request, reply, nullptr);
+    const auto event = std::make_shared<RequestEvent>();
+    event->number = logged.number;
+    reply.notes().atEnd = [this, event](const AccessRecord& record) {
+        tell(*_feed, *event, record);
+    };
+    const AskedProviders asked(event->providers);
+    _answer(request, reply, &event->className);
+}
+
+void CimXmlAdapter::_answer(const HttpRequest& request, HttpReply& reply,
+                            std::string* className) const {
     const CimXmlRequest cimRequest{
         [&request](std::string_view name) { return request.header(name); }, request.body,
         request.principal, request.serverName()};
-    CimXmlHttpReply cimReply(reply);
+    CimXmlHttpReply cimReply(reply, CimXmlHttpReply::Kind::operation, className);
     _handler.handle(cimRequest, cimReply);
 }
 
@@ -36,7 +51,8 @@ std::string_view CimXmlAdapter::about() const noexcept {
     return aboutCimhost(CimXmlHttpReply::Kind::operation);
 }
 
-CimXmlHttpReply::CimXmlHttpReply(HttpReply& reply, Kind kind) : _reply(reply), _kind(kind) {
+CimXmlHttpReply::CimXmlHttpReply(HttpReply& reply, Kind kind, std::string* className)
+    : _reply(reply), _kind(kind), _className(className) {
     _addHeaders();
 }
 
@@ -66,6 +82,10 @@ bool CimXmlHttpReply::restart() {
     if (!_reply.restart()) return false;
     _addHeaders();
     return true;
+}
+
+void CimXmlHttpReply::noteMessage(const Message& message) {
+    if (_className) *_className = classAskedFor(message);
 }
 
 void CimXmlHttpReply::noteFailure(int code) { _reply.notes().outcome = std::to_string(code); }

@@ -17,7 +17,7 @@ ObjectManager::ObjectManager(const Repository& repository, Registrations registr
                              std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
                              const IndicationSettings& indications, const Manner& manner,
                              std::optional<IsolationSettings> isolation, ResultPolicy results,
-                             ModuleSource modules)
+                             ModuleSource modules, EventFeed* feed)
     : _broker(repository, log, fillUpCalls, manner),
       _delivery(indications.delivery, log),
       _routes(repository, log),
@@ -25,7 +25,7 @@ ObjectManager::ObjectManager(const Repository& repository, Registrations registr
       _operations(_broker, _modules, results),
       _subscriptions(_broker, _modules, _routes, _delivery),
       _handler(_operations, repository),
-      _adapter(_handler) {
+      _adapter(_handler, feed) {
     _broker.setOperations(&_operations);
     _broker.setIndicationSink(&_routes);
     _operations.add(_subscriptions);

@@ -28,14 +28,14 @@ struct IndicationSettings {
 /// the CIM-XML door to all of it, put together.
 class ObjectManager {
 public:
-    /// The repository is complete; it and the log outlive this object. Subscriptions that are kept
-    /// take effect. Throws as Subscriptions::restore.
+    /// The repository is complete; it, the log and the feed outlive this object. Subscriptions that
+    /// are kept take effect. Throws as Subscriptions::restore.
     ObjectManager(const Repository& repository, Registrations registrations,
                   std::vector<std::filesystem::path> providerFolders, BrokerLog& log,
                   const IndicationSettings& indications = {}, const Manner& manner = {},
                   std::optional<IsolationSettings> isolation = {},
                   ResultPolicy results = ResultPolicy::warn,
-                  ModuleSource modules = ModuleSource::file);
+                  ModuleSource modules = ModuleSource::file, EventFeed* feed = nullptr);
     ObjectManager(const ObjectManager&) = delete;
     ObjectManager& operator=(const ObjectManager&) = delete;
 

@@ -49,6 +49,35 @@ TEST(Message, TellsIdNameAndKindOfTheCall) {
     EXPECT_FALSE(readMessage(method.view(), methodDocument).isIntrinsic);
 }
 
+std::string classAskedFor(const TestRequest& request) {
+    const XmlDocument document(request.body, {Tag::cim});
+    return std::string(classAskedFor(readMessage(request.view(), document)));
+}
+
+TEST(Message, TellsTheClassThatIsAskedFor) {
+    EXPECT_EQ(classAskedFor(getClass()), "C");
+    const std::string path = instanceName("TST_Fan", "Name", "a");
+    EXPECT_EQ(classAskedFor(intrinsic("GetInstance", parameter("instancename", path))), "TST_Fan");
+    EXPECT_EQ(classAskedFor(intrinsic("Associators",
+                                      parameter("AssocClass", "<CLASSNAME NAME='TST_Cools'/>") +
+                                          parameter("ObjectName", path))),
+              "TST_Fan");
+    EXPECT_EQ(classAskedFor(intrinsic("CreateInstance",
+                                      parameter("NewInstance", "<INSTANCE CLASSNAME='TST_Fan'/>"))),
+              "TST_Fan");
+    EXPECT_EQ(
+        classAskedFor(intrinsic("ModifyInstance",
+                                parameter("ModifiedInstance", "<VALUE.NAMEDINSTANCE>" + path +
+                                                                  "<INSTANCE CLASSNAME='TST_Fan'/>"
+                                                                  "</VALUE.NAMEDINSTANCE>"))),
+        "TST_Fan");
+    EXPECT_EQ(classAskedFor(extrinsic("Stop", path, "root/test:TST_Fan.Name=\"a\"")), "TST_Fan");
+    EXPECT_EQ(classAskedFor(extrinsic("Stop", "<CLASSNAME NAME='TST_Fan'/>", "root/test:TST_Fan")),
+              "TST_Fan");
+    EXPECT_EQ(classAskedFor(intrinsic("EnumerateQualifiers")), "");
+    EXPECT_EQ(classAskedFor(intrinsic("GetInstance", parameter("InstanceName", ""))), "");
+}
+
 TEST(Message, NeedsTheOperationHeader) {
     TestRequest request = getClass();
     for (const char* const value : {"MethodCall", "methodcall", "METHODCALL"}) {

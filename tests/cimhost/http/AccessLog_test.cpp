@@ -78,6 +78,27 @@ TEST(AccessLog, NamesAFileThatCannotBeOpened) {
     }
 }
 
+TEST(AccessLog, IsNotNeededByAHandlerThatWantsToKnow) {
+    std::atomic<int> told = 0;
+    TestServer server([&told](const HttpRequest& request, HttpReply& reply) {
+        reply.notes().atEnd = [&told, size = request.body.size()](const AccessRecord& record) {
+            EXPECT_EQ(record.status, size == 1 ? 200 : 500);
+            EXPECT_THAT(record.peer, testing::StartsWith("127.0.0.1:"));
+            EXPECT_EQ(record.outcome, size == 1 ? "6" : "broken");
+            EXPECT_GT(record.bytes, size);
+            ++told;
+        };
+        if (request.body.size() > 1) throw std::runtime_error("broken");
+        reply.notes().outcome = "6";
+        reply.write(request.body);
+    });
+    RawClient client(server.port());
+    client.send(post("x") + post("xx"));
+    EXPECT_NE(client.readAll(), "");
+    ASSERT_TRUE(server.awaitConnections(0));
+    EXPECT_EQ(told, 2);
+}
+
 TEST(AccessLog, TellsOfEveryRequestRefusedOnesToo) {
     const TemporaryFolder folder;
     AccessLog log(folder / "log");

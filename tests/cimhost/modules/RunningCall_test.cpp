@@ -1,5 +1,6 @@
 #include "cimhost/modules/RunningCall.h"
 
+#include "cimhost/modules/AskedProviders.h"
 #include "cimhost/modules/OperationName.h"
 #include "tests/support/BrokerFixture.h"
 
@@ -60,6 +61,24 @@ TEST(RunningCall, CutsALongPath) {
     const RunningCall call(getFan, &path);
     EXPECT_EQ(call.path().size(), 256U);
     EXPECT_THAT(std::string(call.path()), EndsWith("xxx"));
+}
+
+TEST(RunningCall, NotesTheProviderThatIsAskedAndNoneThatItAsksItself) {
+    std::vector<std::string> names;
+    std::vector<std::string> others;
+    {
+        const AskedProviders asked(names);
+        for (const std::string_view each : {"FanProvider", "PumpProvider", "FanProvider"}) {
+            const RunningCall outer({"Fans", each, "associators", {}}, nullptr);
+            const RunningCall inner({"Belts", "BeltProvider", "getInstance", {}}, nullptr);
+        }
+        const AskedProviders within(others);
+        const RunningCall call({"Belts", "BeltProvider", "getInstance", {}}, nullptr);
+        std::thread([] { const RunningCall elsewhere(getFan, nullptr); }).join();
+    }
+    const RunningCall late({"Doors", "DoorProvider", "getInstance", {}}, nullptr);
+    EXPECT_THAT(names, ElementsAre("FanProvider", "PumpProvider"));
+    EXPECT_THAT(others, ElementsAre("BeltProvider"));
 }
 
 TEST(RunningCall, IsTheInnermostOfItsThread) {

@@ -1,8 +1,11 @@
 #include "cimhost/server/CimXmlAdapter.h"
 
+#include "cimhost/http/HttpServer.h"
+#include "cimhost/operations/UpCalls.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/ObjectManager.h"
+#include "cimhost/server/events/RequestEvent.h"
 #include "tests/cimhost/http/MemoryStream.h"
 #include "tests/cimhost/http/RawClient.h"
 
@@ -115,10 +118,20 @@ TEST_F(CimXmlHttpReplyTest, TellsTheLogHowAnOperationFailed) {
     EXPECT_EQ(http.notes().outcome, "6");
 }
 
+constexpr std::string_view enumerateClassNames =
+    R"(<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSION="2.0">)"
+    R"(<MESSAGE ID="77" PROTOCOLVERSION="1.0"><SIMPLEREQ><IMETHODCALL NAME="EnumerateClassNames">)"
+    R"(<LOCALNAMESPACEPATH><NAMESPACE NAME="root"/><NAMESPACE NAME="none"/></LOCALNAMESPACEPATH>)"
+    R"(<IPARAMVALUE NAME="ClassName"><CLASSNAME NAME="TST_&lt;Fan"/></IPARAMVALUE>)"
+    R"(</IMETHODCALL></SIMPLEREQ></MESSAGE></CIM>)";
+
 struct CimXmlAdapterTest : testing::Test {
     ConsoleLog log{BrokerLog::Level::error};
     Repository repository;
     ObjectManager manager{repository, {}, {}, log};
+    Broker broker{repository, log, fillUpCalls};
+    ModuleHost modules{broker, {}, {}};
+    Operations operations{broker, modules};
     MemoryStream stream;
     SpoolStore store{0, 0};
     HttpReply reply{stream, store, {}};
@@ -156,6 +169,42 @@ TEST_F(CimXmlAdapterTest, RefusesWhatIsNoXml) {
     reply.finish();
     EXPECT_EQ(statusOf(stream.sent), 400);
     EXPECT_EQ(headerOf(stream.sent, "CIMError"), "request-not-well-formed");
+}
+
+TEST_F(CimXmlAdapterTest, TellsWhoLooksOfEachRequestThatHasEnded) {
+    EventFeed feed;
+    const CimXmlHandler handler(operations, repository);
+    CimXmlAdapter adapter(handler, &feed);
+    const HttpLimits limits;
+    HttpServer server(ListenSocket("127.0.0.1", 0), {adapter, limits});
+    server.start();
+    RawClient client(server.listener().port());
+    const std::string request =
+        post(enumerateClassNames,
+             "Content-Type: application/xml\r\nCIMOperation: MethodCall\r\n"
+             "CIMMethod: EnumerateClassNames\r\nCIMObject: root%2Fnone\r\n");
+    client.send(request);
+    EXPECT_EQ(statusOf(client.readReply()), 200);
+    EventFeed::Viewer viewer(feed);
+    client.send(request);
+    EXPECT_EQ(statusOf(client.readReply()), 200);
+    const auto events = viewer.take(Clock::now() + std::chrono::seconds(60)).events;
+    ASSERT_EQ(events.size(), 1U);
+    EXPECT_THAT(*events.front(),
+                testing::MatchesRegex(
+                    "event: request\ndata: .\"number\":2,\"time\":\"[0-9T:.-]+Z\","
+                    "\"peer\":\"127.0.0.1:[0-9]+\",\"user\":\"\",\"operation\":"
+                    "\"EnumerateClassNames\",\"object\":\"root/none\",\"className\":\"TST_<Fan\","
+                    "\"providers\":..,\"status\":200,\"outcome\":\"3\",\"bytes\":[0-9]+,"
+                    "\"micros\":[0-9]+.\n\n"));
+}
+
+TEST(RequestEvent, NamesTheProvidersThatWereAsked) {
+    EventFeed feed;
+    EventFeed::Viewer viewer(feed);
+    tell(feed, {1, "TST_Fan", {"FanProvider", "a\"b"}}, {});
+    EXPECT_THAT(*viewer.take({}).events.at(0),
+                HasSubstr(R"("providers":["FanProvider","a\"b"],"status":0,)"));
 }
 
 }  // namespace

@@ -1,0 +1,50 @@
+#include "cimhost/server/events/RequestEvent.h"
+
+#include "cimhost/cimxml/HeaderMatch.h"
+#include "cimhost/http/Timestamp.h"
+#include "cimhost/server/ShownText.h"
+
+#include <exception>
+
+namespace cimhost {
+namespace {
+
+void appendText(std::string& data, std::string_view name, std::string_view text) {
+    data.append(",\"").append(name).append("\":");
+    appendJson(data, text);
+}
+
+void appendNumber(std::string& data, std::string_view name, const std::string& number) {
+    data.append(",\"").append(name).append("\":").append(number);
+}
+
+std::string arrayOf(const std::vector<std::string>& names) {
+    std::string array = "[";
+    for (const std::string& name : names) {
+        if (array.size() > 1) array += ',';
+        appendJson(array, name);
+    }
+    return array += ']';
+}
+
+}  // namespace
+
+void tell(EventFeed& feed, const RequestEvent& event, const AccessRecord& record) noexcept try {
+    std::string data = "{\"number\":" + std::to_string(event.number);
+    appendText(data, "time", formatTimestamp(std::chrono::system_clock::now()));
+    appendText(data, "peer", record.peer);
+    appendText(data, "user", record.user);
+    appendText(data, "operation", record.operation);
+    appendText(data, "object", percentDecode(record.object));
+    appendText(data, "className", event.className);
+    appendNumber(data, "providers", arrayOf(event.providers));
+    appendNumber(data, "status", std::to_string(record.status));
+    appendText(data, "outcome", record.outcome);
+    appendNumber(data, "bytes", std::to_string(record.bytes));
+    appendNumber(data, "micros", std::to_string(record.duration.count()));
+    feed.publish("request", data += '}');
+} catch (const std::exception&) {
+    // Out of memory: as promised.
+}
+
+}  // namespace cimhost
