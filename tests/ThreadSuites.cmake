@@ -10,6 +10,7 @@ set(PYL_SUITES_WITH_THREADS
     test_cimhost_client
     test_cimhost_http
     test_cimhost_indications
+    test_cimhost_isolation
     test_cimhost_modules
     test_cimhost_objects
     test_cimhost_operations

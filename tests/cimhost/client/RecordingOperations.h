@@ -9,7 +9,7 @@
 namespace cimhost {
 
 /// Keeps what it is asked and answers as the test says.
-class RecordingOperations final : public CimOperations {
+class RecordingOperations : public CimOperations {
 public:
     std::string operation;  ///< the last one, with all that it was asked with
     RequestContext context;
