@@ -107,6 +107,13 @@ constexpr auto attributes = std::to_array<AttributeRow>({
     {"PROTOCOLVERSION", A::protocolVersion},
     {"CIMVERSION", A::cimVersion},
     {"DTDVERSION", A::dtdVersion},
+    {"SUPERCLASS", A::superClass},
+    {"REFERENCECLASS", A::referenceClass},
+    {"ARRAYSIZE", A::arraySize},
+    {"PROPAGATED", A::propagated},
+    {"OVERRIDABLE", A::overridable},
+    {"TOSUBCLASS", A::toSubclass},
+    {"TRANSLATABLE", A::translatable},
 });
 
 }  // namespace

@@ -73,6 +73,13 @@ enum class Attribute : std::uint8_t {
     parameterType,
     embeddedObject,
     classOrigin,
+    superClass,
+    referenceClass,
+    arraySize,
+    propagated,
+    overridable,
+    toSubclass,
+    translatable,
 };
 
 class TagSet {

@@ -1,8 +1,10 @@
 #include "cimhost/client/CimXmlClient.h"
 
+#include "cimhost/cimxml/ClassReader.h"
 #include "cimhost/cimxml/HeaderMatch.h"
 #include "cimhost/cimxml/WrittenModel.h"
 #include "cimhost/repository/CimError.h"
+#include "cimhost/repository/Names.h"
 
 #include <charconv>
 #include <optional>
@@ -243,6 +245,27 @@ std::vector<std::string> CimXmlClient::enumerateClassNames(const RequestContext&
             names.emplace_back(element.attributeText(Attribute::name));
         });
     return names;
+}
+
+Class CimXmlClient::getClass(const RequestContext& context, std::string_view className) {
+    const WrittenModel model(context.nameSpace);
+    std::optional<Class> found;
+    ask(
+        context, "GetClass",
+        [&](RequestMessage& message) {
+            message.addClass("ClassName", className);
+            message.add("LocalOnly", false);
+            message.add("IncludeClassOrigin", true);
+        },
+        [&](const Element& element) {
+            if (found || element.tag() != Tag::classDefinition) takeNothing(element);
+            found = readClass(element, model.reader());
+        });
+    if (!found || !equalNames(found->name, className)) {
+        throw CimError(CimCode::failed,
+                       "the server's answer is no reply: no class " + std::string(className));
+    }
+    return std::move(*found);
 }
 
 void CimXmlClient::ask(const RequestContext& context, std::string_view operation,

@@ -63,7 +63,10 @@ public:
     std::vector<std::string> enumerateClassNames(const RequestContext&, std::string_view className,
                                                  bool deep);
 
-    /// Any other operation without a result of its own, such as GetClass: `add` adds the
+    /// The class with all that it inherits, its qualifiers and origins.
+    Class getClass(const RequestContext&, std::string_view className);
+
+    /// Any other operation without a result of its own, such as GetQualifier: `add` adds the
     /// parameters, `take` takes the elements of the result.
     void ask(const RequestContext&, std::string_view operation,
              const std::function<void(RequestMessage&)>& add, const ReplyReader::Taker& take);

@@ -1,5 +1,6 @@
 #include "cimhost/client/CimXmlClient.h"
 
+#include "cimhost/cimxml/ClassWriter.h"
 #include "cimhost/cimxml/Handler.h"
 #include "cimhost/http/HttpServer.h"
 #include "cimhost/objects/Description.h"
@@ -316,25 +317,48 @@ TEST(CimXmlClient, AsksAServerThatHoldsRequestsAgainstItsClasses) {
     expectSame(pair.operations.path, keys);
 }
 
-TEST(CimXmlClient, ListsClassesAndGetsTheirElements) {
+/// A class in the words of CIM-XML, but for what tells inherited elements apart.
+std::string textOf(const Class& definition, const NameSpace& nameSpace) {
+    ClassOptions options;
+    options.localOnly = false;
+    options.includeClassOrigin = true;
+    XmlBuffer buffer;
+    ObjectWriter objects(buffer, "host", "root/test");
+    ClassWriter(buffer, objects, nameSpace, options).write(definition);
+    std::string text(buffer.view());
+    constexpr std::string_view mark = " PROPAGATED=\"true\"";
+    for (auto at = text.find(mark); at != std::string::npos; at = text.find(mark)) {
+        text.erase(at, mark.size());
+    }
+    return text;
+}
+
+TEST(CimXmlClient, ListsClassesAndGetsEachAsItIs) {
     Pair pair(false);
-    const std::vector<std::string> names =
-        pair.client.enumerateClassNames(pair.context, "TEST_Element", false);
-    EXPECT_EQ(names, (std::vector<std::string>{"TEST_Fan", "TEST_Pump"}));
-    std::vector<std::string> members;
-    pair.client.ask(
-        pair.context, "GetClass",
-        [](RequestMessage& message) {
-            message.addClass("ClassName", "TEST_Settings");
-            message.add("LocalOnly", false);
-        },
-        [&members](const Element& element) {
-            ASSERT_EQ(element.tag(), Tag::classDefinition);
-            for (const Element each : element.children()) {
-                members.emplace_back(each.attributeText(Attribute::name));
-            }
-        });
-    EXPECT_EQ(members, (std::vector<std::string>{"Level", "Name"}));
+    EXPECT_EQ(pair.client.enumerateClassNames(pair.context, "TEST_Element", false),
+              (std::vector<std::string>{"TEST_Fan", "TEST_Pump"}));
+    const NameSpace& nameSpace = pair.repository.get("root/test");
+    const NameSpace nothing("root/test");
+    const auto names = pair.client.enumerateClassNames(pair.context, "", true);
+    EXPECT_GT(names.size(), 8U);
+    for (const std::string& name : names) {
+        const Class& original = *nameSpace.findClass(name);
+        const Class found = pair.client.getClass(pair.context, name);
+        EXPECT_EQ(textOf(found, nothing), textOf(original, nameSpace));
+        EXPECT_EQ(found.isAssociation, original.isAssociation);
+        EXPECT_EQ(found.hasKeys(), original.hasKeys());
+    }
+    EXPECT_TRUE(pair.client.getClass(pair.context, "test_element").isAbstract);
+    const Class fan = pair.client.getClass(pair.context, "TEST_Fan");
+    const MethodDefinition& spin = *fan.findMethod("Spin");
+    EXPECT_EQ(spin.parameters[2].referenceClass, "TEST_Element");
+    EXPECT_TRUE(spin.parameters[4].isIn && spin.parameters[4].isOut);
+    EXPECT_EQ(spin.parameters[4].type, CimType::instance);
+    EXPECT_FALSE(spin.parameters[5].isIn);
+    EXPECT_EQ(fan.findProperty("Fixed")->arraySize, 4U);
+    EXPECT_EQ(fan.findProperty("Id")->classOrigin, "TEST_Element");
+    EXPECT_EQ(errorOf([&] { pair.client.getClass(pair.context, "TEST_Nothing"); }).substr(0, 2),
+              "6:");
 }
 
 TEST(CimXmlClient, ThrowsTheErrorsOfTheServerToTheLetter) {
@@ -394,9 +418,10 @@ std::string errorAfter(const std::string& answer) {
         [&] { CimXmlClient(transport).getInstance(context, pathOf("TEST_Fan", "f"), {}, kept); });
 }
 
-std::string ok(std::string_view inside) {
-    const std::string body = "<CIM><MESSAGE><SIMPLERSP><IMETHODRESPONSE NAME=\"GetInstance\">" +
-                             std::string(inside) + "</IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
+std::string ok(std::string_view inside, std::string_view operation = "GetInstance") {
+    const std::string body = "<CIM><MESSAGE><SIMPLERSP><IMETHODRESPONSE NAME=\"" +
+                             std::string(operation) + "\">" + std::string(inside) +
+                             "</IMETHODRESPONSE></SIMPLERSP></MESSAGE></CIM>";
     return "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
 }
 
@@ -416,6 +441,24 @@ TEST(CimXmlClient, RefusesHostileReplies) {
                             "TYPE=\"uint8\"><VALUE>256</VALUE></PROPERTY></INSTANCE>"
                             "</IRETURNVALUE>")),
               "13: property N of an embedded instance: \"256\" is no value of type uint8");
+}
+
+TEST(CimXmlClient, RefusesWhatIsNotTheClass) {
+    const auto errorOfClass = [](const std::string& inside) {
+        RawServer server(ok("<IRETURNVALUE>" + inside + "</IRETURNVALUE>", "GetClass"));
+        ClientTransport transport(server.connect(), {});
+        return errorOf([&] { CimXmlClient(transport).getClass({}, "TEST_Fan"); });
+    };
+    const std::string refusal = "1: the server's answer is no reply: ";
+    EXPECT_EQ(errorOfClass("<CLASS NAME=\"test_fan\"/>"), "no error");
+    EXPECT_EQ(errorOfClass(""), refusal + "no class TEST_Fan");
+    EXPECT_EQ(errorOfClass("<CLASS NAME=\"TEST_Pump\"/>"), refusal + "no class TEST_Fan");
+    EXPECT_EQ(errorOfClass("<CLASS NAME=\"TEST_Fan\"/><CLASS NAME=\"TEST_Fan\"/>"),
+              refusal + "it holds a result, CLASS");
+    EXPECT_EQ(errorOfClass("<INSTANCE CLASSNAME=\"TEST_Fan\"/>"),
+              refusal + "it holds a result, INSTANCE");
+    EXPECT_EQ(errorOfClass("<CLASS NAME=\"TEST_Fan\"><METHOD NAME=\"M\" TYPE=\"blob\"/></CLASS>"),
+              "4: method M of TEST_Fan has the unknown type \"blob\"");
 }
 
 TEST(CimXmlClient, ReachesAServerOverTcp) {
