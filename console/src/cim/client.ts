@@ -245,7 +245,8 @@ export class CimClient {
             ...signalOf(options),
         };
         let returnValue: CimValue = null;
-        const out: Record<string, CimValue> = {};
+        // Names come from the server: none of them may be one that every object has.
+        const out = Object.create(null) as Record<string, CimValue>;
         for await (const items of send(this.url, request, this.surroundings)) {
             for (const item of items) {
                 if (item.kind === "returnValue") returnValue = item.value;
