@@ -93,9 +93,9 @@ export interface Argument {
 }
 
 export function isObjectPath(value: unknown): value is ObjectPath {
-    return typeof value === "object" && value !== null && "keys" in value;
+    return typeof value === "object" && value !== null && Object.hasOwn(value, "keys");
 }
 
 export function isInstance(value: unknown): value is Instance {
-    return typeof value === "object" && value !== null && "properties" in value;
+    return typeof value === "object" && value !== null && Object.hasOwn(value, "properties");
 }

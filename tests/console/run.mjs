@@ -1,0 +1,44 @@
+// node run.mjs PACKAGES FILE.test.ts: runs one file of tests under node.
+// PACKAGES is the folder that has node_modules: the build's, or console/ where npm ci was run there.
+
+import { spawnSync } from "node:child_process";
+import { mkdtempSync, rmSync } from "node:fs";
+import { createRequire } from "node:module";
+import { tmpdir } from "node:os";
+import { dirname, join, resolve } from "node:path";
+import { fileURLToPath } from "node:url";
+
+const [packages, file] = process.argv.slice(2);
+if (!packages || !file) {
+    console.error("usage: node run.mjs PACKAGES FILE.test.ts");
+    process.exit(2);
+}
+
+const here = dirname(fileURLToPath(import.meta.url));
+const modules = resolve(packages, "node_modules");
+const esbuild = createRequire(join(modules, "x"))("esbuild");
+
+const folder = mkdtempSync(join(tmpdir(), "console-test-"));
+try {
+    const bundle = join(folder, "test.mjs");
+    await esbuild.build({
+        entryPoints: [resolve(here, file)],
+        bundle: true,
+        format: "esm",
+        platform: "node",
+        target: "node18",
+        sourcemap: "inline",
+        jsx: "automatic",
+        jsxImportSource: "preact",
+        nodePaths: [modules],
+        logLevel: "warning",
+        outfile: bundle,
+    });
+    const { status } = spawnSync(process.execPath, ["--enable-source-maps", bundle], {
+        stdio: "inherit",
+        env: { ...process.env, PYL_SOURCE_FOLDER: resolve(here, "../..") },
+    });
+    process.exitCode = status ?? 1;
+} finally {
+    rmSync(folder, { recursive: true, force: true });
+}
