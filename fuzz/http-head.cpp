@@ -23,6 +23,8 @@ struct Outcome {
 std::string textOf(const cimhost::HttpRequest& request) {
     std::string text(request.method);
     text.append("\n").append(request.target).append("\n").append(request.serverName());
+    text.append("\n").append(request.path());
+    text.append("\n").append(request.authority().value_or("none"));
     for (const cimhost::HttpField& field : request.fields) {
         text.append("\n").append(field.name).append(":").append(field.value);
         require(request.header(field.name).has_value(), "a field that is there is found");

@@ -155,7 +155,9 @@ void HttpConnection::_judgeHead() {
     if (losesTrack(status) || !canSkipBody(request)) _endHere(status);
 }
 
-HttpRules HttpConnection::_rules() const noexcept { return {_services.pages != nullptr}; }
+HttpRules HttpConnection::_rules() const noexcept {
+    return {_services.pages != nullptr, _services.usesTls, _services.names};
+}
 
 void HttpConnection::_endHere(int status) {
     if (_refusal == 0) _refusal = status;

@@ -20,7 +20,9 @@ struct HttpServices {
     const HttpLimits& limits;
     Authenticator* authenticator = nullptr;  ///< none: everybody may come in, as nobody
     AccessLog* accessLog = nullptr;
-    HttpHandler* pages = nullptr;  ///< answers GET and HEAD; none: 405
+    HttpHandler* pages = nullptr;      ///< answers GET and HEAD; none: 405
+    const HostNames* names = nullptr;  ///< other hosts are answered 421; none: any host is served
+    bool usesTls = false;              ///< the server sets it
 };
 
 /// What the connections of one server have to share. Safe from several threads.

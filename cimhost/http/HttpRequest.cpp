@@ -20,6 +20,12 @@ bool isPlainHost(std::string_view host) noexcept {
            std::all_of(host.begin(), host.end(), isHostCharacter);
 }
 
+/// Where the host of an absolute target begins; 0 for another target.
+std::size_t authorityBegin(std::string_view target) noexcept {
+    const std::size_t scheme = target.find("://");
+    return scheme == target.npos || target.find_first_of("/?#") < scheme ? 0 : scheme + 3;
+}
+
 }  // namespace
 
 std::optional<std::string_view> HttpRequest::header(std::string_view name) const noexcept {
@@ -29,13 +35,19 @@ std::optional<std::string_view> HttpRequest::header(std::string_view name) const
     return std::nullopt;
 }
 
+std::optional<std::string_view> HttpRequest::authority() const noexcept {
+    const std::size_t begin = authorityBegin(target);
+    if (begin == 0) return std::nullopt;
+    const std::string_view rest = target.substr(begin);
+    return rest.substr(0, rest.find_first_of("/?#"));
+}
+
 std::string_view HttpRequest::path() const noexcept {
-    std::string_view path = target.substr(0, target.find_first_of("?#"));
-    if (const auto scheme = path.find("://"); scheme != path.npos && !path.starts_with('/')) {
-        path.remove_prefix(std::min(path.find('/', scheme + 3), path.size()));
-        if (path.empty()) return "/";
-    }
-    return path;
+    const auto host = authority();
+    const std::string_view rest =
+        host ? target.substr(authorityBegin(target) + host->size()) : target;
+    const std::string_view path = rest.substr(0, rest.find_first_of("?#"));
+    return host && path.empty() ? "/" : path;
 }
 
 std::string_view HttpRequest::serverName() const noexcept {

@@ -32,6 +32,9 @@ struct HttpRequest {
 
     bool hasBody() const noexcept { return isChunked || contentLength.value_or(0) > 0; }
 
+    /// host[:port] of a target that holds it.
+    std::optional<std::string_view> authority() const noexcept;
+
     /// The target without its query, and without scheme and host where it has them.
     std::string_view path() const noexcept;
 

@@ -38,6 +38,7 @@ HttpServer::HttpServer(ListenSocket listener, const HttpServices& services, cons
       _budgets(services.limits),
       _tls(tls),
       _wakeUp(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    _services.usesTls = tls != nullptr;
     if (!_wakeUp) throw std::system_error(errno, std::generic_category(), "eventfd");
 }
 

@@ -3,6 +3,7 @@
 #include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/ssl.h>
+#include <openssl/x509v3.h>
 
 #include <array>
 #include <new>
@@ -49,6 +50,11 @@ TlsContext::TlsContext(const std::string& certificateFile, const std::string& ke
         SSL_CTX_check_private_key(handle) != 1) {
         refuse("cannot use the TLS key " + keyFile);
     }
+}
+
+bool TlsContext::isNamed(const std::string& host) const noexcept {
+    X509* const certificate = SSL_CTX_get0_certificate(_handle.get());
+    return X509_check_host(certificate, host.data(), host.size(), 0, nullptr) == 1;
 }
 
 void TlsStream::Deleter::operator()(ssl_st* handle) const noexcept { SSL_free(handle); }

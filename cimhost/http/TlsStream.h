@@ -18,6 +18,9 @@ public:
     /// protected by a passphrase is one: nobody is there to be asked.
     TlsContext(const std::string& certificateFile, const std::string& keyFile);
 
+    /// Whether the certificate is one for this host name.
+    bool isNamed(const std::string& host) const noexcept;
+
     ssl_ctx_st* handle() const noexcept { return _handle.get(); }
 
 private:

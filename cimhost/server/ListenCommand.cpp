@@ -4,6 +4,7 @@
 #include "cimhost/server/CimXmlAdapter.h"
 #include "cimhost/server/Command.h"
 #include "cimhost/server/EndSignals.h"
+#include "cimhost/server/HostNameOption.h"
 #include "cimhost/server/IndicationText.h"
 
 #include <CLI/CLI.hpp>
@@ -16,6 +17,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace cimhost {
 namespace {
@@ -34,6 +36,7 @@ constexpr const char* example =
 struct ListenOptions {
     std::string address = "127.0.0.1";
     std::uint16_t port = 5990;
+    std::vector<std::string> hostNames;
     std::optional<std::uint32_t> maximumSeconds;
     std::optional<std::uint64_t> maximumCount;
 };
@@ -93,7 +96,9 @@ int listen(const ListenOptions& options) {
     ListenAdapter adapter(handler);
     HttpLimits limits;
     limits.bodyBytes = largestMessage;
-    HttpServer server(ListenSocket(options.address, options.port), {adapter, limits});
+    const HostNames names({.others = options.hostNames});
+    const HttpServices services{.handler = adapter, .limits = limits, .names = &names};
+    HttpServer server(ListenSocket(options.address, options.port), services);
     server.start();
     std::printf("cimhost listens at http://%s/\n", server.listener().name().c_str());
     std::fflush(stdout);
@@ -122,6 +127,7 @@ void addListenCommand(CLI::App& application, Command& chosen) {
         ->type_name("NUMBER")
         ->check(CLI::Range(0, 65535))
         ->capture_default_str();
+    addHostNameOption(*command, options->hostNames);
     command->add_option("--max-seconds", options->maximumSeconds, "End by itself after this time")
         ->type_name("SECONDS");
     command->add_option("--count", options->maximumCount, "End after so many indications")

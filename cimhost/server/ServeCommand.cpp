@@ -45,11 +45,13 @@ struct Gate {
     std::unique_ptr<TlsContext> tls;
     std::unique_ptr<BasicAuth> authenticator;
     std::unique_ptr<AccessLog> accessLog;
+    HostNames names;
 
-    explicit Gate(const ServeOptions& options) {
-        if (options.usesTls()) {
-            tls = std::make_unique<TlsContext>(options.tlsCertificate, options.tlsKey);
-        }
+    explicit Gate(const ServeOptions& options)
+        : tls(options.usesTls()
+                  ? std::make_unique<TlsContext>(options.tlsCertificate, options.tlsKey)
+                  : nullptr),
+          names({.others = options.hostNames, .certificate = tls.get()}) {
         if (!options.passwordFile.empty()) {
             authenticator = std::make_unique<BasicAuth>(PasswordFile(options.passwordFile));
         }
@@ -115,8 +117,11 @@ int serve(ServeOptions& options) {
                           options.indications, options.manner, options.isolation(), options.results,
                           options.watches ? ModuleSource::copy : ModuleSource::file);
 
-    const HttpServices services{manager.httpHandler(), options.limits, gate.authenticator.get(),
-                                gate.accessLog.get()};
+    const HttpServices services{.handler = manager.httpHandler(),
+                                .limits = options.limits,
+                                .authenticator = gate.authenticator.get(),
+                                .accessLog = gate.accessLog.get(),
+                                .names = &gate.names};
     HttpServer server(ListenSocket(options.address, options.port), services, gate.tls.get());
     std::optional<Reloader> reloader;
     reloader.emplace(options, repository, manager, log);

@@ -4,6 +4,7 @@
 #include "cimhost/server/Command.h"
 #include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/FileTrust.h"
+#include "cimhost/server/HostNameOption.h"
 #include "cimhost/server/Installation.h"
 #include "cimhost/server/ProjectFile.h"
 
@@ -66,6 +67,7 @@ void ServeOptions::_addNetworkOptions(CLI::App& command) {
         ->check(CLI::Range(0, 65535))
         ->capture_default_str()
         ->group(group);
+    addHostNameOption(command, hostNames)->group(group);
     auto* certificate =
         command.add_option("--tls-cert", tlsCertificate, "PEM file with certificate and chain")
             ->type_name("FILE")

@@ -28,6 +28,7 @@ struct ServeOptions {
 
     std::string address = "127.0.0.1";
     std::uint16_t port = 5988;
+    std::vector<std::string> hostNames;  ///< that clients may reach the server by, beside its own
     std::string tlsCertificate;
     std::string tlsKey;
     std::string passwordFile;

@@ -86,6 +86,38 @@ TEST_F(HttpConnectionTest, HandsGetAndHeadToThePages) {
     EXPECT_EQ(handler.calls, 1);
 }
 
+TEST_F(HttpConnectionTest, ReadsNoLongBodyOfAPageOfAnotherSite) {
+    const std::string origin = "Origin: http://evil.example\r\n";
+    EXPECT_THAT(serve({post(std::string(65536, 'b'), origin), post("one")}), ElementsAre(403, 200));
+    stream.sent.clear();
+    EXPECT_THAT(serve({post(std::string(65537, 'b'), origin), post("one")}), ElementsAre(403));
+    EXPECT_THAT(stream.sent, HasSubstr("another site"));
+    EXPECT_EQ(handler.calls, 1);
+}
+
+TEST_F(HttpConnectionTest, RefusesAPageOfAnotherSiteBeforeItAsksForAPassword) {
+    authenticator = &passwords;
+    EXPECT_THAT(serve({post("one", "Origin: null\r\nAuthorization: Basic good\r\n")}),
+                ElementsAre(403));
+    EXPECT_EQ(passwords.asked, "");
+    EXPECT_EQ(handler.calls, 0);
+}
+
+TEST_F(HttpConnectionTest, GrantsNothingToWhoAsksBeforehandWhatItMaySend) {
+    const std::string preflight =
+        "OPTIONS /cimom HTTP/1.1\r\nHost: here\r\nOrigin: http://evil.example\r\n"
+        "Access-Control-Request-Method: POST\r\nAccess-Control-Request-Headers: cimmethod\r\n\r\n";
+    TestHandler shown;
+    for (HttpHandler* const each :
+         {static_cast<HttpHandler*>(nullptr), static_cast<HttpHandler*>(&shown)}) {
+        pages = each;
+        stream.sent.clear();
+        EXPECT_THAT(serve({preflight}), ElementsAre(405));
+        EXPECT_THAT(stream.sent, testing::Not(HasSubstr("Access-Control")));
+    }
+    EXPECT_EQ(handler.calls + shown.calls, 0);
+}
+
 TEST_F(HttpConnectionTest, NamesTheMethodsOfAServerWithPages) {
     TestHandler shown;
     pages = &shown;

@@ -55,6 +55,24 @@ TEST_F(HttpRequestTest, HasAPathWhateverElseItsTargetHolds) {
     }
 }
 
+TEST_F(HttpRequestTest, HasAnAuthorityWhenItsTargetIsAbsolute) {
+    const std::pair<std::string_view, std::optional<std::string_view>> rows[] = {
+        {"/", std::nullopt},
+        {"/a?b=http://c/d", std::nullopt},
+        {"/a://b", std::nullopt},
+        {"host:5988", std::nullopt},
+        {"http://host:5988/a?b", "host:5988"},
+        {"http://user@host?a", "user@host"},
+        {"http://host", "host"},
+        {"http:///", ""},
+        {"://host/", "host"},
+    };
+    for (const auto& [target, authority] : rows) {
+        request.target = target;
+        EXPECT_EQ(request.authority(), authority) << target;
+    }
+}
+
 TEST_F(HttpRequestTest, HasABodyWhenChunkedOrOfALength) {
     EXPECT_FALSE(request.hasBody());
     request.contentLength = 0;

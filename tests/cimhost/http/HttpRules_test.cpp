@@ -109,6 +109,115 @@ TEST_F(HttpRulesTest, NeedsNoContinueForAnEmptyBody) {
     EXPECT_FALSE(wantsContinue(request));
 }
 
+TEST_F(HttpRulesTest, TakesNothingFromAPageOfAnotherSite) {
+    request.fields = {{"Host", "localhost:5988"}, {"Origin", {}}};
+    const std::pair<std::string_view, int> rows[] = {
+        {"http://localhost:5988", 0},
+        {"HTTP://LocalHost:5988", 0},
+        {"https://localhost:5988", 403},
+        {"http://localhost", 403},
+        {"http://localhost:3000", 403},
+        {"http://localhost:5988.evil.example", 403},
+        {"http://127.0.0.1:5988", 403},
+        {"http://evil.example", 403},
+        {"null", 403},
+        {"", 403},
+        {"http://", 403},
+    };
+    for (const auto& [origin, status] : rows) {
+        request.fields[1].value = origin;
+        EXPECT_EQ(refusalOf(request), status) << origin;
+    }
+    request.fields = {{"Host", "localhost:5989"}, {"Origin", "https://localhost:5989"}};
+    EXPECT_EQ(refusalOf(request, {.usesTls = true}), 0);
+    EXPECT_EQ(refusalOf(request), 403) << "its own page has the other scheme";
+}
+
+TEST_F(HttpRulesTest, LooksAtEachOriginAndEachSite) {
+    request.fields = {{"Host", "here"}, {"Origin", "http://here"}, {"origin", "http://evil"}};
+    EXPECT_EQ(refusalOf(request), 403);
+    request.fields = {{"Host", "here"}, {"Origin", "http://here"}, {"Sec-Fetch-Site", {}}};
+    const std::pair<std::string_view, int> rows[] = {
+        {"same-origin", 0}, {"none", 0}, {"same-site", 403}, {"cross-site", 403},
+        {"nonsense", 403},  {"", 403},   {"Same-Origin", 0}};
+    for (const auto& [site, status] : rows) {
+        request.fields[2].value = site;
+        EXPECT_EQ(refusalOf(request), status) << site;
+    }
+}
+
+TEST_F(HttpRulesTest, KnowsNoOwnPageOfAServerWithoutAName) {
+    request.isHttp11 = false;
+    request.fields = {{"Origin", "http://"}};
+    EXPECT_EQ(refusalOf(request), 403);
+}
+
+TEST_F(HttpRulesTest, LetsAnotherSiteLinkToThePageAndLoadNothing) {
+    request.method = "GET";
+    request.contentLength.reset();
+    request.fields.push_back({"Sec-Fetch-Site", "cross-site"});
+    const std::pair<std::string_view, int> rows[] = {
+        {"/", 0},         {"/?a", 0},           {"http://here/", 0},
+        {"/events", 403}, {"/console.js", 403}, {"http://here/events", 403},
+        {"//events", 403}};
+    for (const auto& [target, status] : rows) {
+        request.target = target;
+        EXPECT_EQ(refusalOf(request, {.servesPages = true}), status) << target;
+    }
+}
+
+TEST_F(HttpRulesTest, IsAskedByItsOwnNamesAlone) {
+    HostNameSources sources;
+    sources.machine = "";
+    sources.others = {"here"};
+    const HostNames names(sources);
+    const HttpRules rules{.servesPages = true, .names = &names};
+    EXPECT_EQ(refusalOf(request, rules), 0);
+    request.fields[0].value = "evil.example:5988";
+    EXPECT_EQ(refusalOf(request), 0) << "without names there are no others";
+    for (const std::string_view method : {"POST", "GET", "OPTIONS", "M-POST"}) {
+        request.method = method;
+        EXPECT_EQ(refusalOf(request, rules), 421) << method;
+    }
+}
+
+TEST_F(HttpRulesTest, JudgesTheNameInTheTargetToo) {
+    HostNameSources sources;
+    sources.machine = "";
+    const HostNames names(sources);
+    const HttpRules rules{.names = &names};
+    request.fields[0].value = "localhost";
+    for (const std::string_view target :
+         {"/", "http://localhost/", "http://[::1]:5988", "/?://x"}) {
+        request.target = target;
+        EXPECT_EQ(refusalOf(request, rules), 0) << target;
+    }
+    for (const std::string_view target :
+         {"http://evil.example/", "http://evil.example", "http://localhost@evil.example/",
+          "x://evil.example?a", "http:///", "://"}) {
+        request.target = target;
+        EXPECT_EQ(refusalOf(request, rules), 421) << target;
+    }
+    request.target = "http://localhost/";
+    request.fields[0].value = "evil.example";
+    EXPECT_EQ(refusalOf(request, rules), 421);
+}
+
+TEST_F(HttpRulesTest, WantsNoNameOfHttp10) {
+    const HostNames names;
+    request.isHttp11 = false;
+    request.fields = {};
+    EXPECT_EQ(refusalOf(request, {.names = &names}), 0);
+    request.target = "http://evil.example/";
+    EXPECT_EQ(refusalOf(request, {.names = &names}), 421);
+}
+
+TEST_F(HttpRulesTest, SaysWhomItDoesNotServe) {
+    EXPECT_THAT(refusal(403), HasSubstr("made by a page of another site"));
+    EXPECT_THAT(refusal(421), HasSubstr("HTTP/1.1 421 Misdirected Request\r\n"));
+    EXPECT_THAT(refusal(421), HasSubstr("--host-name NAME"));
+}
+
 TEST_F(HttpRulesTest, SaysWhatWouldHelp) {
     EXPECT_THAT(refusal(405), HasSubstr("\r\nAllow: POST\r\n"));
     EXPECT_THAT(refusal(401), HasSubstr("\r\nWWW-Authenticate: Basic realm=\"cimhost\""));

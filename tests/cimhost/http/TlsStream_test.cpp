@@ -1,5 +1,6 @@
 #include "cimhost/http/TlsStream.h"
 
+#include "cimhost/http/HostNames.h"
 #include "tests/cimhost/http/RawClient.h"
 #include "tests/cimhost/http/TestServer.h"
 #include "tests/support/TemporaryFolder.h"
@@ -112,6 +113,34 @@ TEST_F(TlsStreamTest, KeepsNoHandlerWaitingForAClientThatDoesNotRead) {
     }
     pclose(pipe);
     EXPECT_TRUE(bodyOf(received) == LongReply::text()) << received.substr(0, 500);
+}
+
+TEST_F(TlsStreamTest, KnowsWhomItsCertificateIsFor) {
+    const Outcome made =
+        run("openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -days 2 "
+            "-subj /CN=ignored.example -addext "
+            "subjectAltName=DNS:cim.example,DNS:*.lab.example,IP:10.0.0.1 -keyout " +
+            key + " -out " + certificate);
+    ASSERT_EQ(made.status, 0) << made.output;
+    const TlsContext context(certificate, key);
+    const HostNames names({.certificate = &context, .machine = ""});
+    for (const std::string_view host : {"cim.example", "CIM.Example:5989", "a.lab.example"}) {
+        EXPECT_TRUE(names.contain(host)) << host;
+    }
+    for (const std::string_view host :
+         {"evil.example", "cim.example.evil.example", "lab.example", "a.b.lab.example",
+          "ignored.example", ".example", ".lab.example"}) {
+        EXPECT_FALSE(names.contain(host)) << host;
+    }
+}
+
+TEST_F(TlsStreamTest, TakesItsOwnPageForOneOfHttps) {
+    const TlsContext context(certificate, key);
+    TestServer server({}, {}, nullptr, &context);
+    const std::string host = "localhost:" + std::to_string(server.port());
+    EXPECT_EQ(curl(server.port(), "--data hello -H 'Origin: https://" + host + "'"), "hello");
+    EXPECT_THAT(curl(server.port(), "--data hello -H 'Origin: http://" + host + "'"),
+                HasSubstr("another site"));
 }
 
 TEST_F(TlsStreamTest, KnowsThatTheClientOfAReplyThatStaysOpenIsGone) {

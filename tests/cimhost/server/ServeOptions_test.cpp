@@ -35,6 +35,14 @@ TEST_F(ServeOptionsTest, ServesThisMachineByDefault) {
     EXPECT_FALSE(options.maximumSeconds);
 }
 
+TEST_F(ServeOptionsTest, TakesNamesThatItIsReachedBy) {
+    EXPECT_THAT(parse({"--host-name", "cim.example", "--host-name", "box_2"}).hostNames,
+                testing::ElementsAre("cim.example", "box_2"));
+    for (const std::string name : {"", "http://cim.example", "cim.example:5988", "a b", "*"}) {
+        EXPECT_THROW(parse({"--host-name", name}), std::exception) << name;
+    }
+}
+
 TEST_F(ServeOptionsTest, HasTheDocumentedLimits) {
     const HttpLimits limits = parse({}).limits;
     EXPECT_EQ(limits.lineBytes, 8192U);
@@ -42,6 +50,7 @@ TEST_F(ServeOptionsTest, HasTheDocumentedLimits) {
     EXPECT_EQ(limits.fieldCount, 100U);
     EXPECT_EQ(limits.bodyBytes, 10485760U);
     EXPECT_EQ(limits.connections, 128U);
+    EXPECT_EQ(limits.openReplies, 16U);
     EXPECT_EQ(limits.bodyMemoryBytes, 67108864U);
     EXPECT_EQ(limits.spoolMemoryBytes, 33554432U);
     EXPECT_EQ(limits.spoolDiskBytes, 4294967296U);
