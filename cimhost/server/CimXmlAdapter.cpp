@@ -20,8 +20,8 @@ std::string_view aboutCimhost(CimXmlHttpReply::Kind kind) noexcept {
                "and CIMExportMethod) and has no pages; see docs/cimhost.md.\n";
     }
     return "This is cimhost, a CIM object manager: it answers CIM-XML requests by POST (headers "
-           "CIMOperation, CIMMethod and CIMObject), as wbemcli and pywbem send them, and has no "
-           "pages; see docs/cimhost.md.\n";
+           "CIMOperation, CIMMethod and CIMObject), as wbemcli and pywbem send them; see "
+           "docs/cimhost.md.\n";
 }
 
 void CimXmlAdapter::handle(const HttpRequest& request, HttpReply& reply) {

@@ -5,6 +5,7 @@
 #include "cimhost/modules/RunningCall.h"
 #include "cimhost/server/Command.h"
 #include "cimhost/server/ConsoleLog.h"
+#include "cimhost/server/ConsolePages.h"
 #include "cimhost/server/EndDeadline.h"
 #include "cimhost/server/EndSignals.h"
 #include "cimhost/server/Installation.h"
@@ -20,6 +21,7 @@
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace cimhost {
 namespace {
@@ -59,9 +61,12 @@ struct Gate {
     }
 };
 
-void announce(const HttpServer& server, bool usesTls) {
-    std::printf("cimhost is ready at http%s://%s/cimom\n", usesTls ? "s" : "",
-                server.listener().name().c_str());
+/// In one write: who waits for the first line has the second one, too.
+void announce(const HttpServer& server, const ServeOptions& options) {
+    const std::string url =
+        (options.usesTls() ? "https://" : "http://") + server.listener().name() + "/";
+    const std::string console = options.console ? "Its console: " + url + "\n" : "";
+    std::printf("cimhost is ready at %scimom\n%s", url.c_str(), console.c_str());
     std::fflush(stdout);
 }
 
@@ -117,16 +122,18 @@ int serve(ServeOptions& options) {
                           options.indications, options.manner, options.isolation(), options.results,
                           options.watches ? ModuleSource::copy : ModuleSource::file);
 
+    ConsolePages pages(builtConsole());
     const HttpServices services{.handler = manager.httpHandler(),
                                 .limits = options.limits,
                                 .authenticator = gate.authenticator.get(),
                                 .accessLog = gate.accessLog.get(),
+                                .pages = options.console ? &pages : nullptr,
                                 .names = &gate.names};
     HttpServer server(ListenSocket(options.address, options.port), services, gate.tls.get());
     std::optional<Reloader> reloader;
     reloader.emplace(options, repository, manager, log);
     server.start();
-    announce(server, options.usesTls());
+    announce(server, options);
     const bool isAskedToEnd = start.finish();
     if (start.isReloadAsked()) reloader->reload();
     if (!isAskedToEnd) run(signals, *reloader, time);

@@ -264,6 +264,8 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
                         .description("error, warning, information or debug"))
         ->default_str("information")
         ->group(group);
+    command.add_flag("!--no-console", console, "Serve no page to browsers: GET is answered 405")
+        ->group(group);
     const std::map<std::string, LogFormat> formats = {{"text", LogFormat::text},
                                                       {"json", LogFormat::json}};
     command

@@ -87,6 +87,20 @@ class Foreign(unittest.TestCase):
         self.assert_refused(403, b"page of another site", self.own, "Origin: http://evil.example",
                             "Content-Type: text/plain", fields=())
 
+    def test_a_page_of_another_site_may_link_to_the_console_and_load_nothing_of_it(self):
+        get = {"fields": (), "body": ""}
+        foreign = "Sec-Fetch-Site: cross-site"
+        status, _, _ = self.ask(self.own, foreign, start="GET / HTTP/1.1", **get)
+        self.assertIn(status, (200, 404), "404 says how to get the page")
+        for path in ("/events", "/console.js", "/console.css", "/nothing"):
+            for line in (foreign, "Origin: http://evil.example"):
+                with self.subTest(path, line=line):
+                    self.assert_refused(403, b"page of another site", self.own, line,
+                                        start=f"GET {path} HTTP/1.1", **get)
+        for path in ("/", "/events"):
+            with self.subTest(path):
+                self.assert_refused(421, b"--host-name NAME", "evil.example", start=f"GET {path} HTTP/1.1", **get)
+
     def test_this_machines_own_names_are_served(self):
         names = {socket.gethostname(), socket.getfqdn(), "localhost", "127.0.0.1", "[::1]", "cim.localhost"}
         for name in names:

@@ -70,6 +70,9 @@ class Host:
             self.process.wait()
             raise RuntimeError(f"cimhost did not start: {ready}{self.log()}")
         self.scheme, self.address, self.port = found.group(1), found.group(2), int(found.group(3))
+        self.console = None
+        if "--no-console" not in command:
+            self.console = self.process.stdout.readline().removeprefix("Its console: ").strip()
 
     def _environment(self):
         return {**os.environ,

@@ -115,6 +115,9 @@ TEST_F(ProgramTest, SaysWhyItCannotStart) {
 
 TEST_F(ProgramTest, ServesUntilItsTimeIsOver) {
     EXPECT_EQ(run({"serve", "--port", "0", "--schema", schema, "--max-seconds", "0"}), 0) << err();
+    EXPECT_THAT(out(), testing::MatchesRegex("cimhost is ready at http://127.0.0.1:[0-9]+/cimom\n"
+                                             "Its console: http://127.0.0.1:[0-9]+/\n"));
+    run({"serve", "--port", "0", "--schema", schema, "--max-seconds", "0", "--no-console"});
     EXPECT_THAT(out(),
                 testing::MatchesRegex("cimhost is ready at http://127.0.0.1:[0-9]+/cimom\n"));
 }
