@@ -14,40 +14,18 @@
 namespace cimhost {
 namespace {
 
-using Time = std::chrono::system_clock::time_point;
-
-std::string textLine(Time time, BrokerLog::Level level, std::string_view source,
-                     std::string_view message) {
-    std::string line = formatTimestamp(time);
-    if (const LoggedRequest* const request = LoggedRequest::current()) {
-        line.append(" [").append(std::to_string(request->number)).append(" ");
-        appendVisibly(line, request->operation);
-        line += ']';
+std::string asText(const LogLine& line) {
+    std::string text(line.time);
+    if (!line.request.empty()) {
+        text.append(" [").append(line.request).append(" ");
+        appendVisibly(text, line.operation);
+        text += ']';
     }
-    line.append(" ").append(levelName(level)).append(" ");
-    appendVisibly(line, source);
-    line.append(": ");
-    appendVisibly(line, message);
-    return line;
-}
-
-std::string jsonLine(Time time, BrokerLog::Level level, std::string_view source,
-                     std::string_view message) {
-    std::string line = "{\"time\":";
-    appendJson(line, formatTimestamp(time));
-    line += ",\"level\":";
-    appendJson(line, levelName(level));
-    if (const LoggedRequest* const request = LoggedRequest::current()) {
-        line.append(",\"request\":").append(std::to_string(request->number));
-        line += ",\"operation\":";
-        appendJson(line, request->operation);
-    }
-    line += ",\"component\":";
-    appendJson(line, source);
-    line += ",\"text\":";
-    appendJson(line, message);
-    line += '}';
-    return line;
+    text.append(" ").append(line.level).append(" ");
+    appendVisibly(text, line.component);
+    text.append(": ");
+    appendVisibly(text, line.text);
+    return text;
 }
 
 std::atomic<BrokerLog::Level> levelOfModules = BrokerLog::Level::information;
@@ -59,12 +37,17 @@ std::atomic<EventFeed*> feedOfModules = nullptr;
 void ConsoleLog::write(Level level, std::string_view source, std::string_view message) noexcept
     try {
     if (level > _least) return;
-    const Time time = std::chrono::system_clock::now();
-    const bool isWatched = _feed && _feed->isWatched();
-    const bool isJson = _format == LogFormat::json;
-    std::string line =
-        isJson ? jsonLine(time, level, source, message) : textLine(time, level, source, message);
-    if (isWatched) _feed->publish("log", isJson ? line : jsonLine(time, level, source, message));
+    const std::string time = formatTimestamp(std::chrono::system_clock::now());
+    LogLine parts{time, levelName(level), {}, {}, source, message};
+    std::string number;
+    if (const LoggedRequest* const request = LoggedRequest::current()) {
+        parts.request = number = std::to_string(request->number);
+        parts.operation = request->operation;
+    }
+    std::string line = _format == LogFormat::json ? asJson(parts) : asText(parts);
+    if (_feed && _feed->isWatched()) {
+        _feed->publish("log", _format == LogFormat::json ? line : asJson(parts));
+    }
     line += '\n';
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, line.data(), line.size());
 } catch (const std::exception&) {
@@ -75,6 +58,24 @@ void ConsoleLog::takeLinesOfModules() const noexcept {
     levelOfModules = _least;
     formatOfModules = _format;
     feedOfModules = _feed;
+}
+
+std::string asJson(const LogLine& line) {
+    std::string text = "{\"time\":";
+    appendJson(text, line.time);
+    text += ",\"level\":";
+    appendJson(text, line.level);
+    if (!line.request.empty()) {
+        text.append(",\"request\":").append(line.request);
+        text += ",\"operation\":";
+        appendJson(text, line.operation);
+    }
+    text += ",\"component\":";
+    appendJson(text, line.component);
+    text += ",\"text\":";
+    appendJson(text, line.text);
+    text += '}';
+    return text;
 }
 
 std::string_view levelName(BrokerLog::Level level) noexcept {

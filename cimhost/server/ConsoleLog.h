@@ -4,6 +4,7 @@
 #include "cimhost/server/events/EventFeed.h"
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace cimhost {
@@ -38,6 +39,19 @@ private:
     LogFormat _format;
     EventFeed* _feed;
 };
+
+/// The parts of a line, as they are shown.
+struct LogLine {
+    std::string_view time;
+    std::string_view level;
+    std::string_view request;  ///< its number, or empty with the operation
+    std::string_view operation;
+    std::string_view component;
+    std::string_view text;
+};
+
+/// The line as an object.
+std::string asJson(const LogLine& line);
 
 std::string_view levelName(BrokerLog::Level level) noexcept;
 

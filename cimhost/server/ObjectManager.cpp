@@ -31,6 +31,7 @@ ObjectManager::ObjectManager(const Repository& repository, Registrations registr
     _operations.add(_subscriptions);
     if (isolation) {
         _isolated.emplace(_broker, std::move(*isolation));
+        isolation->feed = feed;
         _isolated->standInFor(_modules);
         _operations.add(*_isolated);
     }

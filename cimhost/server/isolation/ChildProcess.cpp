@@ -143,6 +143,7 @@ void ChildProcess::relayLines() {
 void ChildProcess::_takeLine(std::string_view line) {
     const std::string whole = std::string(line) + '\n';
     [[maybe_unused]] const auto written = write(STDERR_FILENO, whole.data(), whole.size());
+    _settings.onLine(line);
     const std::lock_guard lock(_mutex);
     if (line.starts_with(crashMark)) _crashWords = line.substr(crashMark.size());
     if (!line.empty()) _lastLine = line;

@@ -26,6 +26,8 @@ public:
         HttpPatience patience;             ///< with its answers
         /// Called once with how the process has ended, before awaitEnd() tells it.
         std::function<void(ChildProcess&, const std::string& end)> onEnd;
+        /// Called with each line that it writes to standard error.
+        std::function<void(std::string_view line)> onLine;
     };
 
     /// Starts it. The handler answers what it asks. Throws std::system_error.

@@ -1,6 +1,7 @@
 #include "cimhost/server/isolation/ModuleProcess.h"
 
 #include "cimhost/repository/CimError.h"
+#include "cimhost/server/events/RelayedLine.h"
 
 #include <algorithm>
 #include <system_error>
@@ -78,6 +79,7 @@ ModuleProcess::Child ModuleProcess::_startNew(std::unique_lock<std::mutex>& lock
     settings.command.push_back(_module);
     settings.patience = [this](Clock::time_point silentSince) { return _patience(silentSince); };
     settings.onEnd = [this](ChildProcess& child, const std::string& end) { _noteEnd(child, end); };
+    settings.onLine = [this](std::string_view line) { _noteLine(line); };
     try {
         _child = std::make_shared<ChildProcess>(std::move(settings), _upCalls);
     } catch (const std::system_error& error) {
@@ -122,6 +124,13 @@ void ModuleProcess::_refuse(const Child& child, const AskedOfModule& asked,
                        std::string(asked.operation) + ", path " + asked.path + ": its process " +
                        *end;
     throw CimError(CimCode::failed, text);
+}
+
+void ModuleProcess::_noteLine(std::string_view line) const noexcept try {
+    if (!_settings.feed || !_settings.feed->isWatched()) return;
+    _settings.feed->publish("log", relayedLine(_module, line));
+} catch (const std::exception&) {
+    // Out of memory: the event is lost.
 }
 
 void ModuleProcess::_noteEnd(ChildProcess& child, const std::string& end) noexcept try {

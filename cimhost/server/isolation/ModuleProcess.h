@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cimhost/objects/Broker.h"
+#include "cimhost/server/events/EventFeed.h"
 #include "cimhost/server/isolation/ChildProcess.h"
 
 #include <atomic>
@@ -22,6 +23,7 @@ struct IsolationSettings {
     /// This program and its arguments; the name of the module goes behind them.
     std::vector<std::string> command;
     std::chrono::milliseconds providerTime{60'000};
+    EventFeed* feed = nullptr;  ///< of the lines that they write, too
 };
 
 /// What is asked of a module, for the words of its failure.
@@ -94,6 +96,7 @@ private:
     void _restore(const Child& child);
     [[noreturn]] void _refuse(const Child& child, const AskedOfModule& asked,
                               const StreamError& error);
+    void _noteLine(std::string_view line) const noexcept;
     void _noteEnd(ChildProcess& child, const std::string& end) noexcept;
     void _keep() noexcept;
     Clock::time_point _patience(Clock::time_point silentSince) const noexcept;
