@@ -55,7 +55,8 @@ class IndicationOutlet {
 public:
     virtual ~IndicationOutlet() = default;
 
-    /// A queue for the destination with this name. The outlet outlives it.
+    /// A queue for the destination with this name. The outlet outlives it. Throws CimError
+    /// notSupported for a place that it has no way to.
     virtual std::shared_ptr<IndicationQueue> open(const std::string& name,
                                                   const ListenerUrl& url) = 0;
 

@@ -64,6 +64,7 @@ std::string ListenerUrl::authority() const {
 }
 
 ListenerUrl parseListenerUrl(std::string_view text) {
+    if (equalNames(text, "console:")) return {.isConsole = true};
     constexpr std::string_view plain = "http://";
     constexpr std::string_view secure = "https://";
     if (equalNames(text.substr(0, secure.size()), secure)) {

@@ -6,11 +6,13 @@
 
 namespace cimhost {
 
-/// Where a listener is, as a destination names it: `http://host[:port][/path]`.
+/// Where a listener is, as a destination names it: `http://host[:port][/path]`, or `console:` for
+/// those who look at the server's events.
 struct ListenerUrl {
-    std::string host;  ///< a name or address; an IPv6 one without brackets
+    std::string host{};  ///< a name or address; an IPv6 one without brackets
     std::uint16_t port = 80;
     std::string path = "/";
+    bool isConsole = false;  ///< then there is nothing of the others
 
     /// host:port as the Host header has it.
     std::string authority() const;

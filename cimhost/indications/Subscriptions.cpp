@@ -50,6 +50,8 @@ ObjectPath endOf(const Instance& subscription, std::string_view property) {
     return path;
 }
 
+bool leadsToConsole(const Instance& destination) { return judgeDestination(destination).isConsole; }
+
 }  // namespace
 
 Subscriptions::Subscriptions(Broker& broker, ModuleHost& modules, IndicationRoutes& routes,
@@ -143,14 +145,16 @@ void Subscriptions::_setRoutes() {
 void Subscriptions::_save() {
     if (!_file || _isRestoring) return;
     std::vector<Instance> instances;
-    const auto add = [&](const auto& parts) {
-        for (const auto& part : parts) {
-            if (!part.isStatic) instances.push_back(part.instance);
-        }
+    const auto add = [&](const Part& part) {
+        if (!part.isStatic) instances.push_back(part.instance);
     };
-    add(_filters);
-    add(_destinations);
-    add(_subscriptions);
+    for (const Filter& each : _filters) add(each);
+    for (const Destination& each : _destinations) {
+        if (!leadsToConsole(each.instance)) add(each);
+    }
+    for (const Subscription& each : _subscriptions) {
+        if (!leadsToConsole(each.destination->instance)) add(each);
+    }
     replaceFile(*_file, formatSubscriptions(instances));
 }
 

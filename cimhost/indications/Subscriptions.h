@@ -30,7 +30,8 @@ struct SubscriptionLimits {
 /// of instances they serve the classes of SubscriptionRules.h in those namespaces.
 ///
 /// With a state file every change is on the disk before it is answered; a change that cannot be
-/// written is refused. Those that came with the MOF are not written, and stay as they are. Safe
+/// written is refused. Those that came with the MOF are not written, and stay as they are; neither
+/// are those that lead to the console, which end with the server. Safe
 /// from several threads. One change is made at a time; a provider that is asked about a
 /// subscription cannot make another. No lock is held on which deliverIndication could wait.
 class Subscriptions final : public InstanceSource {

@@ -20,18 +20,19 @@ ObjectManager::ObjectManager(const Repository& repository, Registrations registr
                              ModuleSource modules, EventFeed* feed)
     : _broker(repository, log, fillUpCalls, manner),
       _delivery(indications.delivery, log),
+      _outlet(_delivery, feed),
       _routes(repository, log),
       _modules(_broker, std::move(registrations), std::move(providerFolders), modules),
       _operations(_broker, _modules, results),
-      _subscriptions(_broker, _modules, _routes, _delivery),
+      _subscriptions(_broker, _modules, _routes, _outlet),
       _handler(_operations, repository),
       _adapter(_handler, feed) {
     _broker.setOperations(&_operations);
     _broker.setIndicationSink(&_routes);
     _operations.add(_subscriptions);
     if (isolation) {
-        _isolated.emplace(_broker, std::move(*isolation));
         isolation->feed = feed;
+        _isolated.emplace(_broker, std::move(*isolation));
         _isolated->standInFor(_modules);
         _operations.add(*_isolated);
     }

@@ -8,6 +8,7 @@
 #include "cimhost/operations/Operations.h"
 #include "cimhost/server/CimXmlAdapter.h"
 #include "cimhost/server/IndicationDelivery.h"
+#include "cimhost/server/events/ConsoleOutlet.h"
 #include "cimhost/server/isolation/IsolatedModules.h"
 
 #include <chrono>
@@ -59,6 +60,7 @@ private:
     // Modules may raise indications until they are unloaded: what takes them lives longer.
     Broker _broker;
     IndicationDelivery _delivery;
+    ConsoleOutlet _outlet;
     IndicationRoutes _routes;
     std::optional<IsolatedModules> _isolated;
     ModuleHost _modules;

@@ -37,6 +37,15 @@ TEST(ListenerUrl, TakesAnIpv6AddressOutOfItsBrackets) {
     EXPECT_EQ(url.authority(), "[::1]:80");
 }
 
+TEST(ListenerUrl, MayBeThatOfTheConsole) {
+    EXPECT_TRUE(parseListenerUrl("console:").isConsole);
+    EXPECT_TRUE(parseListenerUrl("Console:").isConsole);
+    EXPECT_FALSE(parseListenerUrl("http://console/").isConsole);
+    EXPECT_EQ(codeOf("console"), 4);
+    EXPECT_EQ(codeOf("console:x"), 4);
+    EXPECT_EQ(codeOf("console://x/"), 4);
+}
+
 TEST(ListenerUrl, RefusesEverythingElse) {
     for (const char* const text :
          {"", "localhost", "http://", "http:///x", "ftp://x/", "http://x:/", "http://x:0/",

@@ -476,6 +476,25 @@ TEST_F(SubscriptionsTest, AreThereAgainAfterARestart) {
     EXPECT_EQ(countOf("CIM_ListenerDestination"), 1U);
 }
 
+TEST_F(SubscriptionsTest, EndWithTheServerWhenTheyLeadToTheConsole) {
+    const TemporaryFolder folder;
+    start(folder / "state");
+    const ObjectPath filter = create(filterOf("SELECT * FROM TST_Alarm"));
+    const ObjectPath page = create(destinationOf("console:", "page"));
+    create(subscriptionOf(filter, page));
+    create(subscriptionOf(filter, create(destinationOf("http://x/"))));
+    const ObjectPath moved = create(destinationOf("http://y/", "moved"));
+    Instance destination = *subscriptions->find(moved);
+    destination.set("Destination", Value::string("console:"));
+    subscriptions->modify({}, destination);
+    EXPECT_EQ(countOf("CIM_IndicationSubscription"), 2U);
+    start(folder / "state");
+    EXPECT_FALSE(subscriptions->find(page));
+    EXPECT_FALSE(subscriptions->find(moved));
+    EXPECT_TRUE(subscriptions->find(filter)) << "one may use it again";
+    EXPECT_EQ(countOf("CIM_IndicationSubscription"), 1U);
+}
+
 TEST_F(SubscriptionsTest, AreRefusedWhenTheirStateCannotBeKept) {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder / "gone");
