@@ -4,6 +4,7 @@
 #include "cimhost/http/HttpReply.h"
 #include "cimhost/http/HttpRequest.h"
 #include "cimhost/http/PlainStream.h"
+#include "cimhost/http/TlsStream.h"
 
 #include <functional>
 #include <optional>
@@ -32,6 +33,15 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// Takes an answer as it comes. What it throws ends the exchange.
+class HttpAnswerTaker {
+public:
+    virtual ~HttpAnswerTaker() = default;
+    /// Without trailers yet.
+    virtual void head(const HttpAnswerHead& answer) = 0;
+    virtual void body(std::string_view piece) = 0;
+};
+
 /// Until when to wait for the server, which has said nothing since this time; asked anew whenever
 /// that has come.
 using HttpPatience = std::function<Clock::time_point(Clock::time_point silentSince)>;
@@ -41,9 +51,18 @@ using HttpPatience = std::function<Clock::time_point(Clock::time_point silentSin
 class HttpClient {
 public:
     static constexpr std::size_t headBytes = 64 * 1024;  ///< of an answer, and of its trailers
+    /// Each block of a request has this long to leave, or as long as the patience, if that is more.
+    static constexpr std::chrono::seconds sendTime{30};
 
     /// The socket is connected and does not block.
-    explicit HttpClient(Descriptor socket) : _socket(std::move(socket)), _stream(_socket.get()) {}
+    explicit HttpClient(Descriptor socket) : _socket(std::move(socket)), _plain(_socket.get()) {}
+    /// The same over TLS, with the host of this name. The trust outlives the client.
+    HttpClient(Descriptor socket, const TlsTrust& trust, const std::string& host)
+        : HttpClient(std::move(socket)) {
+        _tls.emplace(_plain, trust, host);
+    }
+    HttpClient(const HttpClient&) = delete;
+    HttpClient& operator=(const HttpClient&) = delete;
 
     /// Posts the body to `target`, with these headers and Content-Length. Each piece of the body of
     /// an answer with status 200 goes to `take`, whose exceptions end the exchange. Throws
@@ -53,6 +72,14 @@ public:
                         std::string_view body, const std::function<void(std::string_view)>& take,
                         const HttpPatience& patience);
 
+    /// The same, whatever the status is. Answers the head with the trailers behind its fields.
+    HttpAnswerHead post(std::string_view target, const std::vector<HttpAnswerHead::Field>& headers,
+                        std::string_view body, HttpAnswerTaker& taker,
+                        const HttpPatience& patience);
+
+    /// Something came of the answer to the last request.
+    bool hasAnswered() const noexcept { return _hasAnswered; }
+
     /// False once an exchange has failed, and when the server ended the connection or talks
     /// unasked.
     bool isReusable() const noexcept;
@@ -60,13 +87,17 @@ public:
 private:
     class Parser;
 
+    Stream& _stream() noexcept { return _tls ? static_cast<Stream&>(*_tls) : _plain; }
+    void _send(std::string_view head, std::string_view body, const HttpPatience& patience);
     void _receive(Parser& parser, const HttpPatience& patience);
     std::size_t _receiveSome(std::span<char> buffer, const HttpPatience& patience);
 
     Descriptor _socket;
-    PlainStream _stream;
+    PlainStream _plain;
+    std::optional<TlsStream> _tls;
     std::string _pending;  ///< arrived and not used yet
     bool _isGood = true;
+    bool _hasAnswered = false;
 };
 
 }  // namespace cimhost

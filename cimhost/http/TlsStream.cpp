@@ -14,11 +14,20 @@ namespace {
 
 constexpr std::size_t transportBytes = 16 * 1024 + 512;  // one TLS record
 
+/// What is no TLS at all looks like this to OpenSSL.
+bool isNoTls(unsigned long code) noexcept {
+    const int reason = ERR_GET_REASON(code);
+    return ERR_GET_LIB(code) == ERR_LIB_SSL &&
+           (reason == SSL_R_WRONG_VERSION_NUMBER || reason == SSL_R_PACKET_LENGTH_TOO_LONG ||
+            reason == SSL_R_HTTP_REQUEST);
+}
+
 /// OpenSSL's reason for the last failure on this thread, and none is left behind.
 std::string takeReason() {
     const unsigned long code = ERR_get_error();
     ERR_clear_error();
     if (ERR_SYSTEM_ERROR(code)) return std::generic_category().message(ERR_GET_REASON(code));
+    if (isNoTls(code)) return "the peer does not speak TLS";
     const char* reason = code == 0 ? nullptr : ERR_reason_error_string(code);
     return !reason ? "unknown reason" : reason;
 }
@@ -29,6 +38,44 @@ std::string takeReason() {
 
 int refusePassphrase(char*, int, int, void*) { return -1; }
 
+/// What is wrong with a certificate, for a person.
+std::string describeVerdict(long verdict) {
+    switch (verdict) {
+        case X509_V_ERR_CERT_HAS_EXPIRED: return "its certificate has expired";
+        case X509_V_ERR_CERT_NOT_YET_VALID: return "its certificate is not valid yet";
+        case X509_V_ERR_HOSTNAME_MISMATCH:
+        case X509_V_ERR_IP_ADDRESS_MISMATCH: return "its certificate is for another name";
+        case X509_V_ERR_DEPTH_ZERO_SELF_SIGNED_CERT:
+            return "its certificate is signed by itself alone";
+        case X509_V_ERR_SELF_SIGNED_CERT_IN_CHAIN:
+        case X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT:
+        case X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY:
+        case X509_V_ERR_UNABLE_TO_VERIFY_LEAF_SIGNATURE:
+            return "its certificate is signed by an authority that is not known here";
+        default: return std::string("its certificate: ") + X509_verify_cert_error_string(verdict);
+    }
+}
+
+void prepare(SSL_CTX* handle) {
+    if (!handle) throw std::bad_alloc();
+    SSL_CTX_set_min_proto_version(handle, TLS1_2_VERSION);
+    SSL_CTX_set_options(
+        handle, SSL_OP_NO_RENEGOTIATION | SSL_OP_NO_COMPRESSION | SSL_OP_CIPHER_SERVER_PREFERENCE);
+    SSL_CTX_set_mode(handle, SSL_MODE_RELEASE_BUFFERS);
+}
+
+/// The stream checks that the certificate is for this host, which is asked for by its name.
+void expectHost(SSL* handle, const std::string& host) {
+    X509_VERIFY_PARAM* const rules = SSL_get0_param(handle);
+    if (X509_VERIFY_PARAM_set1_ip_asc(rules, host.c_str()) == 1) return;
+    ERR_clear_error();
+    X509_VERIFY_PARAM_set_hostflags(rules, X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS);
+    if (X509_VERIFY_PARAM_set1_host(rules, host.c_str(), host.size()) != 1 ||
+        SSL_set_tlsext_host_name(handle, host.c_str()) != 1) {
+        refuse("no TLS with " + host);
+    }
+}
+
 }  // namespace
 
 void TlsContext::Deleter::operator()(ssl_ctx_st* handle) const noexcept { SSL_CTX_free(handle); }
@@ -36,11 +83,7 @@ void TlsContext::Deleter::operator()(ssl_ctx_st* handle) const noexcept { SSL_CT
 TlsContext::TlsContext(const std::string& certificateFile, const std::string& keyFile)
     : _handle(SSL_CTX_new(TLS_server_method())) {
     SSL_CTX* handle = _handle.get();
-    if (!handle) throw std::bad_alloc();
-    SSL_CTX_set_min_proto_version(handle, TLS1_2_VERSION);
-    SSL_CTX_set_options(
-        handle, SSL_OP_NO_RENEGOTIATION | SSL_OP_NO_COMPRESSION | SSL_OP_CIPHER_SERVER_PREFERENCE);
-    SSL_CTX_set_mode(handle, SSL_MODE_RELEASE_BUFFERS);
+    prepare(handle);
     SSL_CTX_set_default_passwd_cb(handle, refusePassphrase);
     ERR_clear_error();
     if (SSL_CTX_use_certificate_chain_file(handle, certificateFile.c_str()) != 1) {
@@ -57,10 +100,38 @@ bool TlsContext::isNamed(const std::string& host) const noexcept {
     return X509_check_host(certificate, host.data(), host.size(), 0, nullptr) == 1;
 }
 
+void TlsTrust::Deleter::operator()(ssl_ctx_st* handle) const noexcept { SSL_CTX_free(handle); }
+
+TlsTrust::TlsTrust(Blind) : _handle(SSL_CTX_new(TLS_client_method())) { prepare(_handle.get()); }
+
+TlsTrust TlsTrust::blind() { return TlsTrust(Blind{}); }
+
+TlsTrust::TlsTrust(const std::string& authorities) : TlsTrust(Blind{}) {
+    SSL_CTX_set_verify(_handle.get(), SSL_VERIFY_PEER, nullptr);
+    ERR_clear_error();
+    if (SSL_CTX_set_default_verify_paths(_handle.get()) != 1) {
+        refuse("cannot use the system's certificates");
+    }
+    if (!authorities.empty() && SSL_CTX_load_verify_file(_handle.get(), authorities.c_str()) != 1) {
+        refuse("cannot use the certificates in " + authorities);
+    }
+}
+
 void TlsStream::Deleter::operator()(ssl_st* handle) const noexcept { SSL_free(handle); }
 
 TlsStream::TlsStream(Stream& transport, const TlsContext& context)
-    : _transport(transport), _handle(SSL_new(context.handle())) {
+    : TlsStream(transport, context.handle()) {
+    SSL_set_accept_state(_handle.get());
+}
+
+TlsStream::TlsStream(Stream& transport, const TlsTrust& trust, const std::string& host)
+    : TlsStream(transport, trust.handle()) {
+    expectHost(_handle.get(), host);
+    SSL_set_connect_state(_handle.get());
+}
+
+TlsStream::TlsStream(Stream& transport, ssl_ctx_st* context)
+    : _transport(transport), _handle(SSL_new(context)) {
     // Memory in between, so that deadlines and broken pipes stay the transport's business.
     BIO* incoming = BIO_new(BIO_s_mem());
     BIO* outgoing = BIO_new(BIO_s_mem());
@@ -71,7 +142,6 @@ TlsStream::TlsStream(Stream& transport, const TlsContext& context)
     }
     BIO_set_mem_eof_return(incoming, -1);
     SSL_set_bio(_handle.get(), incoming, outgoing);
-    SSL_set_accept_state(_handle.get());
 }
 
 void TlsStream::establish(Clock::time_point deadline) {
@@ -104,9 +174,23 @@ bool TlsStream::_advance(int result, Clock::time_point deadline) {
     } else if (reason == SSL_ERROR_ZERO_RETURN) {
         _ended = true;
     } else {
-        throw StreamError(StreamError::Kind::lost, "TLS: " + text);
+        _fail(text);
     }
     return true;
+}
+
+void TlsStream::_fail(const std::string& reason) const {
+    const SSL* const handle = _handle.get();
+    const long verdict = SSL_get_verify_result(handle);
+    if (!SSL_is_server(handle) && SSL_get_verify_mode(handle) != SSL_VERIFY_NONE &&
+        verdict != X509_V_OK) {
+        throw TlsTrustError(describeVerdict(verdict));
+    }
+    throw StreamError(StreamError::Kind::lost, "TLS: " + reason);
+}
+
+bool TlsStream::hasPending() const noexcept {
+    return SSL_has_pending(_handle.get()) == 1 || BIO_ctrl_pending(SSL_get_rbio(_handle.get())) > 0;
 }
 
 void TlsStream::_fetch(Clock::time_point deadline) {

@@ -1,15 +1,11 @@
 #include "cimhost/server/ListenerConnection.h"
 
 #include "cimhost/cimxml/ExportMessage.h"
+#include "cimhost/http/Connecting.h"
 
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <poll.h>
 #include <sys/socket.h>
 
-#include <algorithm>
 #include <array>
-#include <cerrno>
 #include <exception>
 #include <new>
 #include <system_error>
@@ -37,23 +33,6 @@ std::string reasonOf(const std::exception& error) noexcept try {
     return lacksMemory ? "out of memory" : error.what();
 } catch (const std::bad_alloc&) {
     return "out of memory";  // short enough to need none
-}
-
-/// Waits for a connection that is being made. The system's error, or 0.
-int awaitConnection(int socket, Clock::time_point deadline) {
-    for (;;) {
-        const auto left =
-            std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        if (left <= 0) return ETIMEDOUT;
-        pollfd entry{socket, POLLOUT, 0};
-        const int ready = poll(&entry, 1, static_cast<int>(std::min<long long>(left, 1'000'000)));
-        if (ready > 0) break;
-        if (ready < 0 && errno != EINTR) return errno;
-    }
-    int error = 0;
-    socklen_t size = sizeof error;
-    if (getsockopt(socket, SOL_SOCKET, SO_ERROR, &error, &size) != 0) return errno;
-    return error;
 }
 
 }  // namespace
@@ -108,9 +87,7 @@ void ListenerConnection::_connect(Clock::time_point deadline) {
 bool ListenerConnection::_connectTo(const SocketAddress& address, Clock::time_point deadline,
                                     std::string& problem) {
     _open(address);
-    const auto* const generic = reinterpret_cast<const sockaddr*>(&address.storage);
-    int error = connect(_socket.get(), generic, address.size) == 0 ? 0 : errno;
-    if (error == EINPROGRESS || error == EINTR) error = awaitConnection(_socket.get(), deadline);
+    const int error = connectSocket(_socket.get(), address, deadline);
     if (error == 0) {
         _stream.emplace(_socket.get());
         _answers.emplace(*_stream);
@@ -122,11 +99,7 @@ bool ListenerConnection::_connectTo(const SocketAddress& address, Clock::time_po
 }
 
 void ListenerConnection::_open(const SocketAddress& address) {
-    Descriptor fresh(
-        socket(address.storage.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-    if (!fresh) throw StreamError(StreamError::Kind::lost, std::generic_category().message(errno));
-    const int on = 1;
-    setsockopt(fresh.get(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    Descriptor fresh = makeSocket(address);
     const std::lock_guard lock(_mutex);
     if (_isAborted) throw StreamError(StreamError::Kind::lost, "delivery ends");
     _socket = std::move(fresh);
