@@ -1,0 +1,57 @@
+import { useState } from "preact/hooks";
+import type { ComponentChildren } from "preact";
+
+import { Dialog } from "../shared/Dialog";
+import { Problem } from "../shared/Problem";
+
+/** Asks before something is changed, does it on a yes, and stays with the reason when it failed. */
+export function Question({
+    title,
+    yes,
+    danger = false,
+    children,
+    onYes,
+    onClose,
+}: {
+    title: string;
+    yes: string;
+    danger?: boolean;
+    children: ComponentChildren;
+    onYes: () => Promise<void>;
+    onClose: () => void;
+}) {
+    const [busy, setBusy] = useState(false);
+    const [error, setError] = useState<unknown>();
+    const run = () => {
+        setBusy(true);
+        setError(undefined);
+        onYes().then(onClose, (failure: unknown) => {
+            setError(failure);
+            setBusy(false);
+        });
+    };
+    return (
+        <Dialog
+            title={title}
+            onClose={onClose}
+            foot={
+                <>
+                    <button class="button" type="button" onClick={onClose}>
+                        No
+                    </button>
+                    <button
+                        class={`button ${danger ? "danger" : "primary"}`}
+                        type="button"
+                        disabled={busy}
+                        onClick={run}
+                    >
+                        {yes}
+                    </button>
+                </>
+            }
+        >
+            {children}
+            {error !== undefined && <Problem error={error} />}
+        </Dialog>
+    );
+}
