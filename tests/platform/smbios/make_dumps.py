@@ -45,24 +45,52 @@ def bios(vendor="KT", version="K42 v1.20", date="03/14/2024", marker=0):
     return record.number("2s", b"\x03\x0d").number("BBBB", 2, 80, 2, 81)
 
 
-def system(maker="KT", product="SERVER", serial="KTQ0012345", sku="P12345-B21", old=False):
+def system(maker="KT", product="SERVER", serial="KTQ0012345", sku="P12345-B21", old=False, identity=UUID):
+    identity = uuid.UUID(str(identity))
     record = Record(1).text(maker).text(product).text("1.0").text(serial)
-    record.number("16s", UUID.bytes if old else UUID.bytes_le).number("B", 6)
+    record.number("16s", identity.bytes if old else identity.bytes_le).number("B", 6)
     return record if old else record.text(sku).text("Wave")
 
 
-def baseboard(maker="KT"):
-    return Record(2).text(maker).text("Main board").text("A").text("KTQB000777").text("Asset-1")
+def baseboard(maker="KT", serial="KTQB000777"):
+    return Record(2).text(maker).text("Main board").text("A").text(serial).text("Asset-1")
 
 
-def chassis(maker="KT"):
-    record = Record(3).text(maker).number("B", 0x97).text("").text("KTQC000888").text("Asset-2")
+def chassis(maker="KT", shape=0x97, serial="KTQC000888", asset="Asset-2"):
+    record = Record(3).text(maker).number("B", shape).text("").text(serial).text(asset)
     return record.number("BBBB", 3, 3, 3, 2).number("I", 0).number("BBBB", 2, 2, 0, 0)
 
 
+def processor(socket="CPU 1", maker="Example", version="Example processor 8", cores=8):
+    record = Record(4).text(socket).number("BB", 3, 0xB3).text(maker).number("Q", 0).text(version)
+    record.number("BHHHBBHHH", 0x8C, 100, 3600, 2400, 0x41, 1, 0xFFFF, 0xFFFF, 0xFFFF)
+    return record.text("").text("").text("").number("BBBHH", cores, cores, 2 * cores, 0x04, 0xB3)
+
+
+def memory_array():
+    return Record(16).number("BBBIHH", 3, 3, 6, 0x8000000, 0xFFFE, 2)
+
+
+def memory_device(locator="DIMM 1", serial="", megabytes=512):
+    record = Record(17).number("HHHHHBB", 0x1000, 0xFFFE, 72, 64, megabytes, 9, 0).text(locator).text("")
+    return record.number("BHH", 0x1A, 0x80, 3200).text("Example").text(serial).text("").text("")
+
+
+def memory_range():
+    return Record(19).number("IIHB", 0, 0x1FFFFFF, 0x1000, 1)
+
+
 def memory():
-    return [Record(16).number("BBBIHH", 3, 3, 6, 0x8000000, 0xFFFE, 2),
-            Record(19).number("IIHB", 0, 0x1FFFFFF, 0x1000, 1)]
+    return [memory_array(), memory_range()]
+
+
+def boot():
+    return Record(32).number("6xB", 0)
+
+
+def controller():
+    """The management controller's KCS interface, where PCs have it."""
+    return Record(38).number("BBBBQBB", 1, 0x20, 0x20, 0, 0xCA3, 1, 5)
 
 
 def firmware(newer=0, signature=SIGNATURE):
