@@ -20,6 +20,7 @@ public:
 };
 
 /// Each adds a subcommand that, when the command line names it, becomes the chosen command.
+void addBoxCommand(CLI::App& application, Command& chosen);
 void addServeCommand(CLI::App& application, Command& chosen);
 void addCheckCommand(CLI::App& application, Command& chosen);
 void addModuleHostCommand(CLI::App& application, Command& chosen);

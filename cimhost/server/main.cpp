@@ -39,6 +39,7 @@ int main(int argc, char** argv) try {
     cimhost::addMannersCommand(application, chosen);
     cimhost::addModuleHostCommand(application, chosen);
     cimhost::addNewCommand(application, chosen);
+    cimhost::addBoxCommand(application, chosen);
     cimhost::addPasswdCommand(application, chosen);
     cimhost::addDocumentationCommand(application, chosen);
     application.require_subcommand(1);

@@ -4,8 +4,6 @@ import os
 import pathlib
 import re
 import signal
-import socket
-import subprocess
 import sys
 import time
 import unittest
@@ -14,8 +12,9 @@ from host import BASE_SERVER, BUILD, SOURCE, Host, long
 from indications_test import SubscribedCase
 from listeners import Listener
 
-sys.path.insert(0, str(SOURCE / "tests/platform/smbios"))
-import make_dumps
+sys.path.insert(0, str(SOURCE / "tests/machine"))
+from box.controller import Controller
+from box.server import make_dumps
 
 ALERTS = (
     "--namespace", "interop",
@@ -25,65 +24,6 @@ ALERTS = (
 )
 
 IS_ROOT = os.geteuid() == 0
-
-
-class Simulator:
-    """The OpenIPMI simulator on a free loopback port, with the enclosure's module in it. It takes one
-    client at a time, so that nobody else may look at its port."""
-
-    def __init__(self, folder):
-        self.folder = folder
-        self.port = None
-        self._process = None
-        (folder / "state").mkdir(parents=True)
-        (folder / "commands").write_text(
-            "mc_setbmc 0x20\nmc_add 0x20 0 no-device-sdrs 0x23 9 8 0x9f 0x7ed9 0x1002\n"
-            "mc_enable 0x20\n")
-
-    def start(self):
-        module = BUILD / "tests/platform/ipmi/libenclosure_module.so"
-        for _ in range(5):  # somebody else may take the port first
-            with socket.create_server(("127.0.0.1", 0)) as taken:
-                self.port = taken.getsockname()[1]
-            (self.folder / "lan.conf").write_text(
-                f'name "enclosure"\nset_working_mc 0x20\n  serial 15 127.0.0.1 {self.port} codec VM\n'
-                f'loadlib "{module}" "{self.folder}"\n')
-            command = ["ipmi_sim", "-n", "-c", self.folder / "lan.conf", "-f",
-                       self.folder / "commands", "-s", self.folder / "state"]
-            # SIGPIPE stays ignored, as Python has it: the simulator would die of an answer to a client
-            # that has left.
-            with open(self.folder / "log", "wb") as log:
-                self._process = subprocess.Popen([str(word) for word in command], stdout=log,
-                                                 stderr=log, stdin=subprocess.DEVNULL,
-                                                 restore_signals=False)
-            while self._process.poll() is None:
-                if self._is_listening():
-                    return
-                time.sleep(0.02)
-        raise RuntimeError((self.folder / "log").read_text())
-
-    def _is_listening(self):
-        place = f"0100007F:{self.port:04X}"
-        lines = pathlib.Path("/proc/net/tcp").read_text().splitlines()
-        return any(line.split()[1] == place and line.split()[3] == "0A" for line in lines[1:])
-
-    def signal(self, number):
-        self._process.send_signal(number)
-
-    def kill(self):
-        if self._process:
-            self._process.kill()
-            self._process.wait()
-
-    def behave(self, behaviour):
-        (self.folder / "behaviour").write_text(behaviour)
-
-    def lines(self):
-        """The lines of options that arrived."""
-        try:
-            return (self.folder / "lines").read_text().splitlines()
-        except FileNotFoundError:
-            return []
 
 
 class AlertCase(SubscribedCase):
@@ -164,7 +104,8 @@ def value_of(body, name):
 class EnclosureFaults(AlertCase):
     def setUp(self):
         super().setUp()
-        self.simulator = Simulator(self.files / "enclosure")
+        self.simulator = Controller(self.files / "enclosure",
+                                    BUILD / "tests/platform/ipmi/libenclosure_module.so")
         self.addCleanup(self.simulator.kill)
 
     def simulator_starts(self):

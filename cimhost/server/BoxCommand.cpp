@@ -1,0 +1,109 @@
+#include "cimhost/server/Command.h"
+#include "cimhost/server/Installation.h"
+
+#include <CLI/CLI.hpp>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace cimhost {
+namespace {
+
+using std::filesystem::path;
+
+struct BoxOptions {
+    std::string server = "wavek";
+    std::string project;
+    std::uint16_t port = 0;
+    std::optional<std::uint32_t> maximumSeconds;
+    bool console = false;
+    bool list = false;
+};
+
+constexpr const char* example = R"(
+Example:
+  cimhost box --server blade --project mine.toml
+  wbemcli ei http://localhost:PORT/root/ktq:PYL_Fan
+
+What is typed while it runs changes the server: fan1-fails. It needs QEMU and a kernel of Debian's, which is
+downloaded once; see docs/machines.md. Exit status: 0 when it ended in order, 1 when it could not start, 2
+for a command line that makes no sense.)";
+
+/// The folder with the package "box": beside a program that was built, or installed with it.
+path packageHome(const path& program) {
+    const path built = program.parent_path() / "machine";
+    for (const path& home : {built, installedData()}) {
+        if (std::filesystem::exists(home / "box/__main__.py")) return home;
+    }
+    throw std::runtime_error("the box is not there: neither " + (built / "box").string() + " nor " +
+                             (installedData() / "box").string());
+}
+
+std::vector<std::string> commandLine(const BoxOptions& options, const path& program) {
+    std::vector<std::string> words{
+        "python3",        "-B",       "-m",           "box",    "--program",
+        program.string(), "--server", options.server, "--port", std::to_string(options.port)};
+    if (!options.project.empty()) words.insert(words.end(), {"--project", options.project});
+    if (options.maximumSeconds) {
+        words.insert(words.end(), {"--max-seconds", std::to_string(*options.maximumSeconds)});
+    }
+    if (options.console) words.emplace_back("--console");
+    if (options.list) words.emplace_back("--list");
+    return words;
+}
+
+/// Becomes the program that does it.
+int run(const BoxOptions& options) {
+    const path program = std::filesystem::read_symlink("/proc/self/exe");
+    setenv("PYTHONPATH", packageHome(program).c_str(), 1);
+    std::vector<std::string> words = commandLine(options, program);
+    std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
+    for (std::string& word : words) arguments.push_back(word.data());
+    arguments.push_back(nullptr);
+    execvp("python3", arguments.data());
+    if (errno == ENOENT) throw std::runtime_error("there is no python3: apt-get install python3");
+    throw std::system_error(errno, std::generic_category(), "python3");
+}
+
+}  // namespace
+
+void addBoxCommand(CLI::App& application, Command& chosen) {
+    const auto options = std::make_shared<BoxOptions>();
+    CLI::App* command = application.add_subcommand(
+        "box", "Run an object manager inside of a server that a virtual machine plays");
+    command
+        ->add_option(
+            "--server", options->server,
+            "Which server: a name that --list tells, or the path of a folder with a server.toml")
+        ->type_name("NAME")
+        ->capture_default_str();
+    command->add_flag("--list", options->list, "Tell the names of the servers and what they are");
+    command
+        ->add_option(
+            "--project", options->project,
+            "What is served inside, cimhost.toml(5); by default what this program serves by itself")
+        ->type_name("FILE");
+    command
+        ->add_option("--port", options->port,
+                     "TCP port of this host's loopback that leads inside; 0 takes any free one")
+        ->type_name("NUMBER")
+        ->check(CLI::Range(0, 65535))
+        ->capture_default_str();
+    command->add_option("--max-seconds", options->maximumSeconds, "End by itself after this time")
+        ->type_name("SECONDS");
+    command->add_flag("--console", options->console,
+                      "Show what the guest's kernel and the object manager inside say");
+    command->footer(example);
+    command->callback([options, &chosen] { chosen = [options] { return run(*options); }; });
+}
+
+}  // namespace cimhost
