@@ -56,9 +56,11 @@ std::string hexText(std::uint16_t number) {
     return text;
 }
 
-/// "Ethernet controller 8086:1572", from what is known.
-std::string describe(const PciFunction& function) {
+/// "Ethernet controller: Intel Corporation 82574L Gigabit Network Connection" where the device has
+/// a name, else "Ethernet controller 8086:10d3", from what is known.
+std::string describe(const PciFunction& function, const std::optional<std::string>& name) {
     std::string text = pciClassName(function.classCode.value_or(0xFF0000));
+    if (name) return text + ": " + *name;
     if (function.vendorId && function.deviceId) {
         text += " " + hexText(*function.vendorId) + ":" + hexText(*function.deviceId);
     }
@@ -120,7 +122,7 @@ CmpiName PciDeviceInstance::getClassName() { return PYL::PCIDeviceClassName; }
 CmpiInstance PciDeviceInstance::getInstance() {
     auto instance = PYL::makeInstanceAt(getPath());
     const auto& at = _function.address;
-    const auto description = describe(_function);
+    const auto description = describe(_function, _name);
     instance.setProperty("ElementName", description);
     instance.setProperty("Description", description);
     instance.setProperty("Caption", "PCI device");

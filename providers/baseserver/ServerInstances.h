@@ -39,7 +39,9 @@ private:
 /// PYL_PCIDevice: one PCI function.
 class PciDeviceInstance : public PYL::CmpiManagedInstance {
 public:
-    explicit PciDeviceInstance(PciFunction function) : _function(std::move(function)) {}
+    /// `name`: the device's, where the host knows it.
+    explicit PciDeviceInstance(PciFunction function, std::optional<std::string> name = {})
+        : _function(std::move(function)), _name(std::move(name)) {}
 
     CmpiCpp::CmpiObjectPath getPath() override;
     CmpiCpp::CmpiInstance getInstance() override;
@@ -47,6 +49,7 @@ public:
 
 private:
     PciFunction _function;
+    std::optional<std::string> _name;
 };
 
 /// What a function's errors say of its state.

@@ -20,6 +20,18 @@ void setVisible(const std::vector<CmpiManagedInstance*>& instances, bool visible
     for (auto* instance : instances) instance->setVisible(visible);
 }
 
+std::optional<PciId> idOf(const PciFunction& function) {
+    if (!function.vendorId || !function.deviceId) return std::nullopt;
+    return PciId(*function.vendorId, *function.deviceId);
+}
+
+std::optional<std::string> nameOf(const PciFunction& function,
+                                  const std::map<PciId, std::string>& names) {
+    const auto id = idOf(function);
+    const auto name = id ? names.find(*id) : names.end();
+    return name == names.end() ? std::nullopt : std::optional(name->second);
+}
+
 }  // namespace
 
 bool ServerInventory::_isDue(const std::optional<Time>& updated, Time now,
@@ -80,14 +92,27 @@ void ServerInventory::_updateServer() {
     _facts = std::move(facts);
 }
 
+std::map<PciId, std::string> ServerInventory::_namesOfNew(
+    const std::vector<PciFunction>& functions) {
+    std::set<PciId> wanted;
+    for (const auto& function : functions) {
+        const auto reported = _functions.find(function.address);
+        const bool isNew = reported == _functions.end() || reported->second.function != function;
+        if (isNew && idOf(function)) wanted.insert(*idOf(function));
+    }
+    return _sources.pciNames(wanted);
+}
+
 void ServerInventory::_updatePciFunctions() {
     std::set<PciAddress> present;
-    for (const auto& function : _sources.pciFunctions()) {
+    const auto functions = _sources.pciFunctions();
+    const auto names = _namesOfNew(functions);
+    for (const auto& function : functions) {
         present.insert(function.address);
         auto& reported = _functions[function.address];
         if (reported.function == function) continue;
         std::vector<std::unique_ptr<CmpiManagedInstance>> instances;
-        instances.push_back(std::make_unique<PciDeviceInstance>(function));
+        instances.push_back(std::make_unique<PciDeviceInstance>(function, nameOf(function, names)));
         instances.push_back(systemPciDevice(function.address));
         auto known = std::make_optional(function);
         _replace(reported.instances, std::move(instances));

@@ -4,6 +4,7 @@
 #include "common/OpstatusUtils.h"
 #include "platform/logger/Logger.h"
 #include "providers/baseserver/PciBus.h"
+#include "providers/baseserver/PciNames.h"
 #include "providers/baseserver/ServerFacts.h"
 
 #include <chrono>
@@ -12,6 +13,8 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
+#include <string>
 #include <vector>
 
 namespace baseserver {
@@ -21,6 +24,8 @@ struct InventorySources {
     std::function<ServerFacts(Logger&)> facts = readServerFacts;
     std::function<std::vector<PciFunction>()> pciFunctions = [] { return readPciFunctions(); };
     std::function<std::chrono::steady_clock::time_point()> now = std::chrono::steady_clock::now;
+    std::function<std::map<PciId, std::string>(const std::set<PciId>&)> pciNames =
+        [](const auto& wanted) { return findPciNames(wanted); };
 };
 
 /// Keeps a collection of managed instances in step with the hardware.
@@ -63,6 +68,7 @@ private:
     void _update(bool factsDue, bool devicesDue, Time now);
     void _updateServer();
     void _updatePciFunctions();
+    std::map<PciId, std::string> _namesOfNew(const std::vector<PciFunction>& functions);
     void _updatePciGroup();
     void _replace(Instances& reported,
                   std::vector<std::unique_ptr<PYL::CmpiManagedInstance>> instances);

@@ -105,10 +105,13 @@ class ServerCase(MachineCase):
     }
 
     def told_name(self, fields):
-        """Of the class as it is told here; numbers as lspci -n has them."""
-        name = re.sub(r" \[[0-9a-f]{4}\]$", "", fields["Class"])
-        name = self.CLASS_NAMES.get(name, name)
-        return f"{name} {bracketed(fields['Vendor']):04x}:{bracketed(fields['Device']):04x}"
+        """The class as it is called here, and the device as in the host's list, or its numbers."""
+        class_name, vendor, device = (re.sub(r" \[[0-9a-f]{4}\]$", "", fields[name])
+                                      for name in ("Class", "Vendor", "Device"))
+        class_name = self.CLASS_NAMES.get(class_name, class_name)
+        if "Device" not in (vendor, device) and vendor != "Vendor":
+            return f"{class_name}: {vendor} {device}"
+        return f"{class_name} {bracketed(fields['Vendor']):04x}:{bracketed(fields['Device']):04x}"
 
     def test_every_fan_of_the_kernel_has_its_speed(self):
         text = self.machine.run("grep . /sys/class/hwmon/*/fan*_input").text

@@ -159,6 +159,16 @@ TEST_F(ServerInstancesTest, DescribeAPciFunction) {
     EXPECT_EQ(instance["DriverName"], "i40e");
 }
 
+TEST_F(ServerInstancesTest, CallAPciFunctionByTheNameOfItsDevice) {
+    auto data = function(0, 0, 0);
+    data.classCode = 0x020000;
+    data.vendorId = 0x8086;
+    data.deviceId = 0x10d3;
+    const auto instance = host.show(PciDeviceInstance(data, "Acme Fast Ethernet"));
+    EXPECT_EQ(instance["ElementName"], "Ethernet controller: Acme Fast Ethernet");
+    EXPECT_EQ(instance["Description"], "Ethernet controller: Acme Fast Ethernet");
+}
+
 TEST_F(ServerInstancesTest, LeaveOutWhatIsNotKnownOfAPciFunction) {
     const auto instance = host.show(PciDeviceInstance(function(0, 0, 0)));
     EXPECT_EQ(instance["ElementName"], "Unknown device");

@@ -30,6 +30,8 @@ struct ServerInventoryTest : BaseServerFixture {
     ServerFacts facts;
     std::vector<PciFunction> functions;
     std::chrono::steady_clock::time_point now{};
+    std::map<baseserver::PciId, std::string> names;
+    std::vector<std::set<baseserver::PciId>> wantedNames;
     int factReads = 0;
     int functionReads = 0;
     Logger log = host.logger();
@@ -43,7 +45,11 @@ struct ServerInventoryTest : BaseServerFixture {
                     ++functionReads;
                     return functions;
                 },
-                [this] { return now; }};
+                [this] { return now; },
+                [this](const std::set<baseserver::PciId>& wanted) {
+                    wantedNames.push_back(wanted);
+                    return names;
+                }};
     }
     Collection collection{log};
     ServerInventory inventory{collection, log, sources()};
@@ -85,6 +91,21 @@ TEST_F(ServerInventoryTest, ReportsTheServerItsChassisAndEveryFunctionWithItsLin
     EXPECT_EQ(reported("PYL_PCIDevice"), (Paths{devicePath("00:02.0"), devicePath("1a:03.1")}));
     EXPECT_EQ(reported("PYL_SystemPCIDevice").size(), 2U);
     EXPECT_EQ(reported("PYL_ComputerSystemPackage").size(), 1U);
+}
+
+TEST_F(ServerInventoryTest, LooksUpTheNamesOfNewFunctionsOnly) {
+    auto known = function(0, 2, 0);
+    known.vendorId = 0x8086;
+    known.deviceId = 0x10d3;
+    functions = {known, function(0, 3, 0)};
+    names = {{{0x8086, 0x10d3}, "Acme Fast Ethernet"}};
+    inventory.refreshNow();
+    inventory.refreshNow();
+    using Wanted = std::set<baseserver::PciId>;
+    EXPECT_EQ(wantedNames, (std::vector<Wanted>{{{0x8086, 0x10d3}}, {}}));
+    const auto device =
+        host.show(*collection.getManagedInstance(PYL::PYLUtil::getPCIDevicePath(0, 0, 2, 0)));
+    EXPECT_EQ(device["ElementName"], "Unknown device: Acme Fast Ethernet");
 }
 
 TEST_F(ServerInventoryTest, ReadsAgainOnlyWhatIsNoLongerFresh) {
