@@ -19,6 +19,7 @@ struct ModuleHost::Hosted {
     std::optional<StaticModule> factories;  ///< of a part of this program
     std::mutex loading;                     ///< held while it is loaded
     std::unique_ptr<Module> code;           ///< null while it is not loaded
+    std::string failure;                    ///< why it is not, or not anew; empty: none
     bool isReplaced = false;                ///< no further call comes to it
 };
 
@@ -32,6 +33,7 @@ struct ModuleHost::Slot {
     CallGate gate;           ///< open while the MI may be called
     bool isBusy = false;     ///< being made or cleaned up
     bool isForever = false;  ///< the MI asked never to be unloaded
+    std::string failure;     ///< why it was not made; empty: none
 };
 
 template <typename MI>
@@ -205,6 +207,30 @@ void ModuleHost::addStatic(const std::string& module, StaticModule factories) {
     hosted->factories = std::move(factories);
 }
 
+std::string cannotBeLoaded(const std::string& module) {
+    return "module " + module + " cannot be loaded: ";
+}
+
+ModuleState ModuleHost::stateOf(const std::string& module) const {
+    const Table& table = *_table.load(std::memory_order_acquire);
+    ModuleState state;
+    const auto found = table.modules.find(module);
+    if (found == table.modules.end()) return state;
+    const Hosted& hosted = *found->second;
+    const std::lock_guard lock(_mutex);
+    state.isLoaded = hosted.code != nullptr;
+    if (!hosted.failure.empty()) state.failures.push_back(hosted.failure);
+    for (const auto& [name, provider] : table.providers) {
+        if (&provider->module != &hosted) continue;
+        std::apply(
+            [&state](const auto&... slot) {
+                ((slot.failure.empty() ? void() : state.failures.push_back(slot.failure)), ...);
+            },
+            provider->slots);
+    }
+    return state;
+}
+
 ModuleHost::Provider& ModuleHost::_providerOf(const Registration& registration) const {
     const auto& providers = _table.load(std::memory_order_acquire)->providers;
     // Asked for each call: the usual name is there already and needs no copy.
@@ -274,6 +300,7 @@ bool ModuleHost::_start(Provider& provider, TypedSlot<MI>& slot) {
             MI* const mi = _create<MI>(provider);
             lock.lock();
             slot.mi = mi;
+            slot.failure.clear();
             _created.push_back(&slot);
         }
         // What was made meanwhile is cleaned up with the others.
@@ -284,10 +311,19 @@ bool ModuleHost::_start(Provider& provider, TypedSlot<MI>& slot) {
         return true;
     } catch (const CimError& error) {
         if (error.code() != CimCode::serverIsShuttingDown) {
+            _noteFailure(slot, error.what());
             _broker.log().write(BrokerLog::Level::error, provider.name, error.what());
         }
         throw;
     }
+}
+
+// Of a module that is not loaded it has been noted.
+void ModuleHost::_noteFailure(Slot& slot, const std::string& text) noexcept try {
+    const std::lock_guard lock(_mutex);
+    if (slot.provider->module.code) slot.failure = text;
+} catch (const std::bad_alloc&) {
+    return;
 }
 
 template <typename MI>
@@ -321,10 +357,12 @@ void ModuleHost::_load(Hosted& module) {
         code = module.factories ? std::make_unique<Module>(*module.factories)
                                 : Module::load(module.name, _folders, _source);
     } catch (const CimError& error) {
-        throw CimError(error.code(),
-                       "module " + module.name + " cannot be loaded: " + error.what());
+        const std::lock_guard lock(_mutex);
+        module.failure = cannotBeLoaded(module.name) + error.what();
+        throw CimError(error.code(), module.failure);
     }
     const std::lock_guard lock(_mutex);
+    module.failure.clear();
     module.code = std::move(code);
     _loaded.push_back(&module);
 }
@@ -433,14 +471,16 @@ UnloadOutcome ModuleHost::unload(const std::string& module) {
     return UnloadOutcome::unloaded;
 }
 
-std::shared_ptr<ModuleHost::Hosted> ModuleHost::_loadAnew(const std::string& name) {
-    auto module = std::make_shared<Hosted>(name);
+std::shared_ptr<ModuleHost::Hosted> ModuleHost::_loadAnew(Hosted& before) {
+    auto module = std::make_shared<Hosted>(before.name);
     try {
-        module->code = Module::load(name, _folders, ModuleSource::copy);
+        module->code = Module::load(before.name, _folders, ModuleSource::copy);
         return module;
     } catch (const CimError& error) {
-        _broker.log().write(BrokerLog::Level::error, name,
-                            std::string("the module stays as it was: ") + error.what());
+        const std::string text = std::string("the module stays as it was: ") + error.what();
+        _broker.log().write(BrokerLog::Level::error, before.name, text);
+        const std::lock_guard lock(_mutex);
+        before.failure = text;
         return nullptr;
     }
 }
@@ -449,13 +489,9 @@ void ModuleHost::renew(
     std::optional<Registrations> registrations, const std::set<std::string>& changed,
     const std::function<std::optional<StaticModule>(const std::string&)>& partOf) {
     const Table& old = *_tables.back();
-    Registrations next;
-    if (registrations) {
-        next = registrationsFor(_broker.manner(), std::move(*registrations));
-    } else {
-        for (const Registration& each : old.registrations.all()) next.add(each);
-    }
-    auto table = _makeTable(std::move(next));
+    auto table =
+        _makeTable(registrations ? registrationsFor(_broker.manner(), std::move(*registrations))
+                                 : old.registrations.clone());
     for (const Registration& each : table->registrations.all()) {
         auto& module = table->modules[each.module];
         if (module) continue;
@@ -469,9 +505,10 @@ void ModuleHost::renew(
         if (module->factories || !changed.contains(each.module)) continue;
         const bool isLoaded = [&] {
             const std::lock_guard lock(_mutex);
+            if (!module->code) module->failure.clear();  // it was that of another file
             return module->code != nullptr;
         }();
-        if (auto fresh = isLoaded ? _loadAnew(each.module) : nullptr) module = std::move(fresh);
+        if (auto fresh = isLoaded ? _loadAnew(*module) : nullptr) module = std::move(fresh);
     }
     for (const Registration& each : table->registrations.all()) {
         const std::string sharers = sharersOf(_broker.manner(), each);

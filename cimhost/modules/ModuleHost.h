@@ -69,6 +69,16 @@ enum class UnloadOutcome {
     kept,       ///< an MI wants to stay; those that do not are cleaned up and made anew when needed
 };
 
+/// How the words begin in which a module is refused whose library is not there, or not in order.
+std::string cannotBeLoaded(const std::string& module);
+
+/// What has become of a module.
+struct ModuleState {
+    bool isLoaded = false;
+    /// Why it, or an MI of it, could not be made the last time it was tried.
+    std::vector<std::string> failures{};
+};
+
 /// Loads the modules that registrations name and makes their MIs.
 ///
 /// An MI is made when the first call needs it, once for each provider and type, so that a module
@@ -94,6 +104,9 @@ public:
 
     /// Those of now. A reference stays good when they are renewed.
     const Registrations& registrations() const noexcept;
+
+    /// Of the module with this name, as it is now.
+    ModuleState stateOf(const std::string& module) const;
 
     /// From now on calls go by these registrations, or without any by those of before, and to
     /// modules that are loaded anew if they are among the changed and loaded already. Calls that
@@ -140,7 +153,7 @@ private:
 
     Provider& _providerOf(const Registration& registration) const;
     std::unique_ptr<Table> _makeTable(Registrations registrations) const;
-    std::shared_ptr<Hosted> _loadAnew(const std::string& name);
+    std::shared_ptr<Hosted> _loadAnew(Hosted& before);
     void _publish(std::unique_ptr<Table> table);
     bool _releaseReplaced(Hosted& module);
     template <typename MI>
@@ -148,6 +161,7 @@ private:
     template <typename MI>
     MI* _create(Provider& provider);
     void _load(Hosted& module);
+    void _noteFailure(Slot& slot, const std::string& text) noexcept;
     bool _waitsForMe(const Provider& provider) const noexcept;
     bool _isHeld(const Hosted* module) const noexcept;
     void _remove(Slot& slot) noexcept;
@@ -168,8 +182,9 @@ private:
     std::atomic<const Table*> _table = nullptr;
     std::vector<std::unique_ptr<Table>> _tables;
 
-    // Guards what follows, and who holds which provider; never held while code of a module runs.
-    std::mutex _mutex;
+    // Guards what follows, who holds which provider, and what failed; never held while code of a
+    // module runs.
+    mutable std::mutex _mutex;
     std::condition_variable _released;
     std::map<std::thread::id, const Provider*> _awaited;  // by the thread that waits for it
     std::vector<Slot*> _created;                          // in order of creation

@@ -240,12 +240,28 @@ void Registrations::readText(std::string_view text, const std::string& name) {
 
 void Registrations::_read(Registration registration, const std::string& place) {
     if (std::ranges::find(_registrations, registration) != _registrations.end()) {
-        _warnings.push_back(place + ": class " + registration.className + " in namespace " +
-                            registration.nameSpace + " is registered in these words already");
+        _warnings.emplace_back(registration.module, place + ": class " + registration.className +
+                                                        " in namespace " + registration.nameSpace +
+                                                        " is registered in these words already");
     } else {
         registration.place = place;
         add(std::move(registration));
     }
+}
+
+std::vector<std::string> Registrations::warnings(std::string_view module) const {
+    std::vector<std::string> texts;
+    for (const auto& [concerned, text] : _warnings) {
+        if (module.empty() || concerned == module) texts.push_back(text);
+    }
+    return texts;
+}
+
+Registrations Registrations::clone() const {
+    Registrations copy;
+    for (const Registration& each : _registrations) copy.add(each);
+    copy._warnings = _warnings;
+    return copy;
 }
 
 void Registrations::add(Registration registration) {

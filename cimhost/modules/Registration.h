@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace cimhost {
@@ -89,8 +90,11 @@ public:
 
     const std::deque<Registration>& all() const noexcept { return _registrations; }
 
-    /// What was repeated, as "file:line: message".
-    const std::vector<std::string>& warnings() const noexcept { return _warnings; }
+    /// What was repeated, as "file:line: message": all, or what concerns this module.
+    std::vector<std::string> warnings(std::string_view module = {}) const;
+
+    /// The same again, but for errors.
+    Registrations clone() const;
 
 private:
     struct Index {
@@ -108,8 +112,8 @@ private:
     // A deque, since the indexes point into it.
     std::deque<Registration> _registrations;
     std::map<std::string, Indexes, NameLess> _nameSpaces;
-    std::map<std::string, std::string> _modules;  // by provider
-    std::vector<std::string> _warnings;
+    std::map<std::string, std::string> _modules;                 // by provider
+    std::vector<std::pair<std::string, std::string>> _warnings;  // module and text
     bool _keepsErrors = false;
     std::vector<std::string> _errors;
 };

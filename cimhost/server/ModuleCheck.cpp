@@ -91,7 +91,7 @@ public:
           _options(options),
           _teller(teller),
           _broker(repository, teller, fillUpCalls),
-          _modules(_broker, _copyOf(all), options.folders),
+          _modules(_broker, all.clone(), options.folders),
           _operations(_broker, _modules) {
         _broker.setOperations(&_operations);
     }
@@ -108,12 +108,6 @@ public:
     }
 
 private:
-    static Registrations _copyOf(const Registrations& all) {
-        Registrations copy;
-        for (const Registration& each : all.all()) copy.add(each);
-        return copy;
-    }
-
     // The loader tells of the first symbol only: here are all.
     bool _loads() {
         _teller.tell(step, "is loaded");

@@ -103,6 +103,7 @@ void addModuleHostCommand(CLI::App& application, Command& chosen) {
     command->add_option("--log-level", options->logLevel);
     command->add_option("--log-format", options->logFormat);
     command->add_option("--user", options->user);
+    command->add_flag_callback("--console", [options] { options->schema.addConsole(); });
     command->add_option("--parent", options->parent)->required();
     command->add_option("MODULE", options->module)->required();
     command->callback([options, &chosen] { chosen = [options] { return hostModule(*options); }; });

@@ -22,7 +22,7 @@ ObjectManager::ObjectManager(const Repository& repository, Registrations registr
       _delivery(indications.delivery, log),
       _outlet(_delivery, feed),
       _routes(repository, log),
-      _modules(_broker, std::move(registrations), std::move(providerFolders), modules),
+      _modules(_broker, std::move(registrations), providerFolders, modules),
       _operations(_broker, _modules, results),
       _subscriptions(_broker, _modules, _routes, _outlet),
       _handler(_operations, repository),
@@ -36,6 +36,9 @@ ObjectManager::ObjectManager(const Repository& repository, Registrations registr
         _isolated->standInFor(_modules);
         _operations.add(*_isolated);
     }
+    _catalogue.emplace(repository, _modules, _isolated ? &*_isolated : nullptr,
+                       std::move(providerFolders));
+    _operations.add(*_catalogue);
     _subscriptions.restore(indications.stateFile);
 }
 

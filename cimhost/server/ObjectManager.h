@@ -8,6 +8,7 @@
 #include "cimhost/operations/Operations.h"
 #include "cimhost/server/CimXmlAdapter.h"
 #include "cimhost/server/IndicationDelivery.h"
+#include "cimhost/server/ModuleCatalogue.h"
 #include "cimhost/server/events/ConsoleOutlet.h"
 #include "cimhost/server/isolation/IsolatedModules.h"
 
@@ -65,6 +66,7 @@ private:
     std::optional<IsolatedModules> _isolated;
     ModuleHost _modules;
     Operations _operations;
+    std::optional<ModuleCatalogue> _catalogue;
     Subscriptions _subscriptions;
     CimXmlHandler _handler;
     CimXmlAdapter _adapter;

@@ -154,6 +154,10 @@ private:
     std::set<std::string> _told;
 };
 
+bool concerns(const Registration& registration, std::string_view module) noexcept {
+    return module.empty() || registration.module == module;
+}
+
 }  // namespace
 
 std::string placed(const Registration& registration, const std::string& text) {
@@ -170,9 +174,11 @@ std::string_view kindWord(ProviderType type) noexcept {
     return {};
 }
 
-Findings checkClasses(const Repository& repository, const Registrations& registrations) {
+Findings checkClasses(const Repository& repository, const Registrations& registrations,
+                      std::string_view module) {
     Findings findings;
     for (const Registration& each : registrations.all()) {
+        if (!concerns(each, module)) continue;
         const NameSpace* const nameSpace = repository.find(each.nameSpace);
         const Class* const definition = nameSpace ? nameSpace->findClass(each.className) : nullptr;
         if (definition) {
@@ -185,10 +191,13 @@ Findings checkClasses(const Repository& repository, const Registrations& registr
 }
 
 Findings checkModuleFiles(const Registrations& registrations,
-                          const std::vector<std::filesystem::path>& folders) {
+                          const std::vector<std::filesystem::path>& folders,
+                          std::string_view module) {
     Findings findings;
     ModuleFiles files(folders, findings);
-    for (const Registration& each : registrations.all()) files.check(each);
+    for (const Registration& each : registrations.all()) {
+        if (concerns(each, module)) files.check(each);
+    }
     return findings;
 }
 

@@ -2,6 +2,7 @@
 
 #include "cimhost/mof/MofReader.h"
 #include "cimhost/server/Command.h"
+#include "cimhost/server/ConsoleClasses.h"
 #include "cimhost/server/Installation.h"
 
 #include <CLI/CLI.hpp>
@@ -94,6 +95,7 @@ void SchemaOptions::loadInto(Repository& repository, MofComplaints* complaints) 
         for (const std::filesystem::path& folder : _includeFolders) reader.addSearchPath(folder);
         reader.readFile(schema.file);
     }
+    if (_hasConsole) addConsoleClasses(repository);
 }
 
 void SchemaOptions::loadInto(Registrations& registrations) const {

@@ -43,6 +43,9 @@ public:
         return _includeFolders;
     }
 
+    /// From now on the classes of ConsoleClasses.h are read last.
+    void addConsole() noexcept { _hasConsole = true; }
+
     /// The options as a command line has them.
     std::vector<std::string> arguments() const;
 
@@ -60,6 +63,7 @@ private:
     std::vector<std::filesystem::path> _includeFolders;
     std::vector<std::filesystem::path> _registrations;
     std::vector<SchemaFile> _setFiles;
+    bool _hasConsole = false;
 };
 
 }  // namespace cimhost

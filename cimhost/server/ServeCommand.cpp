@@ -103,9 +103,12 @@ void run(const EndSignals& signals, Reloader& reloader, std::optional<std::chron
 int serve(ServeOptions& options) {
     options.checkExposure();
     options.schema.takeInstalledUnlessNamed(installedData());
+    if (options.console) options.schema.addConsole();
     const EndSignals signals;
     installCrashWords();
-    ConsoleLog log(options.logLevel, options.logFormat);
+    // Never destroyed: modules may log to the very end.
+    EventFeed* const feed = options.console ? new EventFeed : nullptr;
+    ConsoleLog log(options.logLevel, options.logFormat, feed);
     log.takeLinesOfModules();
     std::optional<std::chrono::seconds> time;
     if (options.maximumSeconds) time = std::chrono::seconds(*options.maximumSeconds);
@@ -120,7 +123,7 @@ int serve(ServeOptions& options) {
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,
                           options.indications, options.manner, options.isolation(), options.results,
-                          options.watches ? ModuleSource::copy : ModuleSource::file);
+                          options.watches ? ModuleSource::copy : ModuleSource::file, feed);
 
     ConsolePages pages(builtConsole());
     const HttpServices services{.handler = manager.httpHandler(),
@@ -140,6 +143,7 @@ int serve(ServeOptions& options) {
     deadline.emplace(log, requestGrace + moduleGrace + cleanUpGrace);
     reloader.reset();
     if (gate.authenticator) gate.authenticator->end();
+    if (feed) feed->end();
     if (!server.stop(requestGrace) || !manager.shutDown(moduleGrace)) leaveAtOnce(log);
     return 0;
 }

@@ -166,6 +166,7 @@ std::optional<IsolationSettings> ServeOptions::isolation() const {
         }
         settings.command.insert(settings.command.end(), {"--user", isolateUser});
     }
+    if (console) settings.command.emplace_back("--console");
     for (const std::string& word : schema.arguments()) settings.command.push_back(word);
     for (const std::filesystem::path& folder : providerFolders) {
         settings.command.insert(settings.command.end(), {"--provider-dir", folder});

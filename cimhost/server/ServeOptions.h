@@ -38,8 +38,8 @@ struct ServeOptions {
     std::string accessLog;
     BrokerLog::Level logLevel = BrokerLog::Level::information;
     LogFormat logFormat = LogFormat::text;
-    bool console = true;   ///< browsers are served
-    bool watches = false;    ///< files that change are taken into service
+    bool console = true;   ///< browsers are served, and the modules shown as instances
+    bool watches = false;  ///< files that change are taken into service
     std::optional<std::uint32_t> maximumSeconds;
 
     /// Adds the options to a command; this object must outlive the parsing.

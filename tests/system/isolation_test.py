@@ -86,9 +86,9 @@ class IsolationCase(unittest.TestCase):
         self.assertEqual(1, answer.cim_error, answer.text + self.host.log())
         self.assertRegex(answer.text, words)
 
-    def states(self):
+    def states(self, class_name="CIMHOST_ModuleProcess"):
         """{module: {property: text}} as the class of the server tells it."""
-        answer = self.host.ask("ei", ":CIMHOST_ModuleProcess", options=["-nl"], namespace="root/cimhost")
+        answer = self.host.ask("ei", f":{class_name}", options=["-nl"], namespace="root/cimhost")
         found, current = {}, {}
         for line in answer.lines:
             if line.startswith("-"):
@@ -163,6 +163,25 @@ class Processes(IsolationCase):
         self.assertIn("LastWords", one.text)
         other = self.host.ask("gi", ':CIMHOST_ModuleProcess.Module="x"', namespace="root/cimhost")
         self.assertEqual(6, other.cim_error)
+
+    def test_their_modules_tell_of_them_and_of_what_is_wrong(self):
+        module = self.states("CIMHOST_Module")["sins"]
+        self.assertEqual(("true", "false", "not running", "0", ""),
+                         tuple(module[name] for name in ("Isolated", "Loaded", "State", "Starts", "Findings")))
+        self.assertEqual(str(BUILD / "tests/system/sins/libsins.so"), module["File"])
+        self.works()
+        module = self.states("CIMHOST_Module")["sins"]
+        self.assertEqual(("true", "running", str(children(self.host.process.pid)["sins"])),
+                         tuple(module[name] for name in ("Loaded", "State", "ProcessID")))
+        self.fails("leave", "ended with 7")
+        module = self.states("CIMHOST_Module")["sins"]
+        self.assertEqual(("false", "1", ""),
+                         tuple(module[name] for name in ("Loaded", "Crashes", "ProcessID")))
+        self.assertIn("ended with 7", module["LastWords"])
+        self.host.ask("ein", ":TST_Missing", namespace="root/test")
+        self.assertRegex(self.states("CIMHOST_Module")["notthere"]["Findings"],
+                         r'module notthere: libnotthere.so was not found.*'
+                         r'"module notthere cannot be loaded: libnotthere.so was not found')
 
     def test_they_end_with_a_server_that_is_killed(self):
         host = Host(arguments=ARGUMENTS)

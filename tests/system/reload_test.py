@@ -82,6 +82,11 @@ class ReloadCase(unittest.TestCase):
     def await_line(self, host, words):
         await_true(lambda: words in host.log(), host.log)
 
+    def module_text(self, host, name):
+        """What the server says of a module, a property a line."""
+        return host.ask("gi", f':CIMHOST_Module.Module="{name}"', options=["-nl"],
+                        namespace="root/cimhost").text.strip()
+
     def loaded(self, host):
         """How many builds of the module are in the server."""
         lines = pathlib.Path(f"/proc/{host.process.pid}/maps").read_text().splitlines()
@@ -161,8 +166,10 @@ class Reload(ReloadCase):
         os.replace(self.module.with_name("next"), self.module)
         self.await_line(host, "error edition: the module stays as it was: ")
         self.assertEqual((1, 1), self.editions(host))
+        self.assertIn("the module stays as it was: ", self.module_text(host, "edition"))
         self.put(2)
         self.await_edition(host, 2)
+        self.assertIn("Findings=\n", self.module_text(host, "edition") + "\n")
 
     def test_a_mof_and_a_registration_that_change_are_served(self):
         host = self.start("--watch")
@@ -176,6 +183,10 @@ class Reload(ReloadCase):
         self.await_edition(host, 1)
         answer = host.ask("ein", ":TST_NewEdition", namespace="root/test")
         self.assertIn("libnewedition.so was not found", answer.text)
+        self.assertIn("libnewedition.so was not found", self.module_text(host, "newedition"))
+        providers = host.paths("ein", ":CIMHOST_Provider", namespace="root/cimhost")
+        self.assertIn('CIMHOST_Provider.ClassName="TST_NewEdition",NameSpace="root/test",Provider="NewEdition"',
+                      providers)
 
     def test_a_mof_that_does_not_compile_leaves_the_one_before(self):
         host = self.start()

@@ -23,11 +23,6 @@ private:
     ModuleProcess& _process;
 };
 
-const char* wordOf(const ModuleProcess::State& state) noexcept {
-    if (state.id != 0) return "running";
-    return state.isPaused ? "paused" : "not running";
-}
-
 Instance describe(const ModuleProcess& process, const std::string& nameSpace,
                   const Class& definition) {
     const ModuleProcess::State state = process.state();
@@ -35,7 +30,7 @@ Instance describe(const ModuleProcess& process, const std::string& nameSpace,
     instance.path = {{}, nameSpace, definition.name, {}};
     instance.path.setKey("Module", Value::string(process.module()));
     instance.set("Module", Value::string(process.module()));
-    instance.set("State", Value::string(wordOf(state)));
+    instance.set("State", Value::string(stateWord(state)));
     const auto number = [](std::uint64_t value) {
         return Value::unsignedInteger(CimType::uint32, value);
     };
@@ -49,6 +44,11 @@ Instance describe(const ModuleProcess& process, const std::string& nameSpace,
 }
 
 }  // namespace
+
+const char* stateWord(const ModuleProcess::State& state) noexcept {
+    if (state.id != 0) return "running";
+    return state.isPaused ? "paused" : "not running";
+}
 
 IsolatedModules::Hosted::Hosted(IsolatedModules& all, const std::string& module)
     : upCalls([this, &all](const LinkNotes&, const CimXmlRequest& request,
@@ -125,6 +125,12 @@ void IsolatedModules::_export(const LinkNotes& notes, const CimXmlRequest& reque
     ExportHandler([&](const Instance& indication) {
         _broker.indicationSink()->deliver(context, notes.nameSpace, indication);
     }).handle(request, reply);
+}
+
+ModuleProcess::State IsolatedModules::stateOf(const std::string& module) const {
+    const std::lock_guard lock(_mutex);
+    const auto found = _modules.find(module);
+    return found == _modules.end() ? ModuleProcess::State{} : found->second->process.state();
 }
 
 bool IsolatedModules::stop(std::chrono::milliseconds patience) {

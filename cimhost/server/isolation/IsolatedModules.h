@@ -17,6 +17,9 @@
 
 namespace cimhost {
 
+/// "running", "not running" or "paused".
+const char* stateWord(const ModuleProcess::State& state) noexcept;
+
 /// All modules, each in a process of its own. As a source of instances it serves
 /// CIMHOST_ModuleProcess where a namespace has that class: one for each module.
 class IsolatedModules final : public InstanceSource {
@@ -38,6 +41,8 @@ public:
     void replaceAll();
     /// As ModuleProcess.
     bool releaseReplaced();
+    /// Of the process of this module; as before its start where there is no such module.
+    ModuleProcess::State stateOf(const std::string& module) const;
 
     /// Ends the processes. False when one had to be killed.
     bool stop(std::chrono::milliseconds patience);

@@ -1,5 +1,6 @@
 #include "cimhost/server/isolation/ModuleProcess.h"
 
+#include "cimhost/modules/ModuleHost.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/server/events/RelayedLine.h"
 
@@ -47,14 +48,24 @@ void ModuleProcess::ask(const AskedOfModule& asked,
     try {
         work(child->transport());
         child->relayLines();
-    } catch (const CimError&) {
+        if (_hasFailure) _noteFailure({});
+    } catch (const CimError& error) {
         child->relayLines();
+        if (std::string_view(error.what()).starts_with(cannotBeLoaded(_module))) {
+            _noteFailure(error.what());
+        }
         throw;
     } catch (const StreamError& error) {
         _refuse(child, asked, error);
     } catch (const HttpClientError& error) {
         _refuse(child, asked, StreamError(StreamError::Kind::lost, error.what()));
     }
+}
+
+void ModuleProcess::_noteFailure(const std::string& text) {
+    const std::lock_guard lock(_mutex);
+    _failure = text;
+    _hasFailure = !text.empty();
 }
 
 ModuleProcess::Child ModuleProcess::_running() {
@@ -207,11 +218,13 @@ ModuleProcess::State ModuleProcess::state() const {
     state.starts = _starts;
     state.crashes = _crashes;
     state.lastWords = _lastWords;
+    state.failure = _failure;
     return state;
 }
 
 void ModuleProcess::replace() noexcept try {
     std::unique_lock lock(_mutex);
+    _failure.clear();  // it was that of another file
     if (!_child || _isDead || _isStopping) return;
     _replaced.push_back({std::exchange(_child, nullptr), {}});
     // Its filters are to be active again before anybody asks.

@@ -45,6 +45,7 @@ public:
         std::uint32_t starts = 0;
         std::uint32_t crashes = 0;
         std::string lastWords;  ///< of the last crash
+        std::string failure;    ///< why it could not load the module, when it was asked last
     };
 
     /// All outlive this.
@@ -91,6 +92,7 @@ private:
         std::optional<Clock::time_point> deadline;  ///< of its end, once it was asked to
     };
 
+    void _noteFailure(const std::string& text);
     Child _running();
     Child _startNew(std::unique_lock<std::mutex>& lock);
     void _restore(const Child& child);
@@ -123,6 +125,8 @@ private:
     unsigned _deathsInRow = 0;
     Clock::time_point _notBefore{};
     std::string _lastWords;
+    std::string _failure;
+    std::atomic<bool> _hasFailure = false;
     std::vector<std::function<void(ClientTransport&)>> _restores;
     std::thread _keeper;
 };

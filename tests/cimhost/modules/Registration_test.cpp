@@ -101,6 +101,10 @@ TEST(Registration, TakesALineThatIsRepeatedWithAWarning) {
         registrations.warnings(),
         testing::ElementsAre("one:2: class A in namespace n is registered in these words already",
                              "two:2: class A in namespace n is registered in these words already"));
+    registrations.readText("C n Q other method\nC n Q other method\n", "three");
+    EXPECT_THAT(registrations.warnings("other"),
+                testing::ElementsAre(testing::StartsWith("three:2: class C in namespace n")));
+    EXPECT_EQ(registrations.clone().warnings(), registrations.warnings());
 }
 
 TEST(Registration, RefusesALineThatOverlapsWithAnother) {
