@@ -14,6 +14,7 @@
 #include "cimhost/server/Reloader.h"
 #include "cimhost/server/ServeOptions.h"
 #include "cimhost/server/StartWatch.h"
+#include "cimhost/server/events/EventStream.h"
 
 #include <CLI/CLI.hpp>
 
@@ -125,7 +126,9 @@ int serve(ServeOptions& options) {
                           options.indications, options.manner, options.isolation(), options.results,
                           options.watches ? ModuleSource::copy : ModuleSource::file, feed);
 
-    ConsolePages pages(builtConsole());
+    std::optional<EventStream> events;
+    if (feed) events.emplace(*feed, EventHello{});
+    ConsolePages pages(builtConsole(), events ? &*events : nullptr);
     const HttpServices services{.handler = manager.httpHandler(),
                                 .limits = options.limits,
                                 .authenticator = gate.authenticator.get(),

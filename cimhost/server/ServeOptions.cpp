@@ -265,7 +265,9 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
                         .description("error, warning, information or debug"))
         ->default_str("information")
         ->group(group);
-    command.add_flag("!--no-console", console, "Serve no page to browsers: GET is answered 405")
+    command
+        .add_flag("!--no-console", console,
+                  "Serve no page to browsers, for whom GET is answered 405, and no root/cimhost")
         ->group(group);
     const std::map<std::string, LogFormat> formats = {{"text", LogFormat::text},
                                                       {"json", LogFormat::json}};

@@ -49,8 +49,8 @@ class SubscribedCase(unittest.TestCase):
         self.start()
         self.addCleanup(self.stop)
 
-    def start(self):
-        self.host = Host(*self.options, arguments=ALARMS)
+    def start(self, *options):
+        self.host = Host(*self.options, *options, arguments=ALARMS)
 
     def stop(self):
         self.assertEqual(0, self.host.stop(), self.host.log())
