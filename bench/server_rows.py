@@ -1,4 +1,4 @@
-"""Measures a running cimhost: rows g1 to g11.
+"""Measures a running cimhost: rows g1 to g12.
 
 Times stand beside those of a floor: a server that does nothing but send the same bytes, asked by the same
 client in the same run. The figures of established object managers come from another machine and only
@@ -363,6 +363,39 @@ def judge_rows(client, build, source):
                   f"{counts[1]:,.0f} instr (not judged)", f"{ratio:.3f}", "1.02", ratio <= 1.02)
 
 
+@contextlib.contextmanager
+def viewer(host):
+    """Somebody who looks at the host's events, and reads all."""
+    stream = socket.create_connection(("127.0.0.1", host.port))
+    stream.sendall(b"GET /events HTTP/1.1\r\nHost: localhost\r\n\r\n")
+    stream.recv(65536)
+    reader = threading.Thread(target=lambda: [None for _ in iter(lambda: stream.recv(65536), b"")])
+    reader.start()
+    try:
+        yield
+    finally:
+        stream.shutdown(socket.SHUT_RDWR)
+        reader.join()
+        stream.close()
+
+
+def viewer_rows(client, build, source):
+    """GetInstance with nobody who looks and with one, beside a server without a console, in turns."""
+    alone, unseen, seen = [], [], []
+    with running(device_host(build, source, "--no-console")) as plain, \
+            running(device_host(build, source)) as host:
+        for _ in range(ROUNDS):
+            alone.append(client.load(plain.port, GET, 1, 1000)[0])
+            unseen.append(client.load(host.port, GET, 1, 1000)[0])
+            with viewer(host):
+                seen.append(client.load(host.port, GET, 1, 1000)[0])
+    for what, times, goal in (("nobody looks", unseen, 1.02), ("one looks at the events", seen, None)):
+        ratio = min(times) / min(alone)
+        yield Row("g12", f"GetInstance p50, {what}", in_units(min(times)),
+                  f"{in_units(min(alone))} (no console)", f"{ratio:.2f}",
+                  f"{goal:.2f}" if goal else "-", ratio <= goal if goal else None)
+
+
 def measure(build, source):
     """All rows of the server in this build folder of the source folder."""
     with tempfile.TemporaryDirectory() as folder:
@@ -376,4 +409,5 @@ def measure(build, source):
         rows += slow_client_rows(client, build, source)
         rows += isolation_rows(client, build, source)
         rows += judge_rows(client, build, source)
+        rows += viewer_rows(client, build, source)
     return sorted(rows, key=lambda row: (len(row.name), row.name))
