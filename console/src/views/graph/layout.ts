@@ -29,7 +29,7 @@ const letterWidth = 6.6;
 export function boxOf(node: GraphNode): { width: number; height: number } {
     const longest = Math.max(...node.lines.map((line) => Math.min(line.length, 34)));
     return {
-        width: Math.max(70, longest * letterWidth + 20),
+        width: Math.max(70, longest * letterWidth * (node.isCentre ? 1.12 : 1) + 20), // bold is wider
         height: node.lines.length * lineHeight + 14,
     };
 }

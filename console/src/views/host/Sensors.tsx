@@ -55,25 +55,27 @@ export function Sensors() {
         let ended = false;
         let timer: ReturnType<typeof setTimeout> | undefined;
         const look = async () => {
-            if (!document.hidden) {
-                const found = await readAll();
-                if (ended) return;
-                const now = Date.now() / 1000;
-                for (const { path, value } of found.readings) {
-                    const key = pathKey(path);
-                    const history = histories.get(key) ?? new History();
-                    histories.set(key, history);
-                    history.add(now, value);
-                }
-                setState({ ...found, seen: now });
-                setError(undefined);
+            if (document.hidden) return;
+            const found = await readAll();
+            if (ended) return;
+            const now = Date.now() / 1000;
+            for (const { path, value } of found.readings) {
+                const key = pathKey(path);
+                const history = histories.get(key) ?? new History();
+                histories.set(key, history);
+                history.add(now, value);
             }
-            timer = setTimeout(run, everyMillis);
+            setState({ ...found, seen: now });
+            setError(undefined);
         };
         const run = () =>
-            look().catch((failure: unknown) => {
-                if (!ended) setError(failure);
-            });
+            look()
+                .catch((failure: unknown) => {
+                    if (!ended) setError(failure);
+                })
+                .finally(() => {
+                    if (!ended) timer = setTimeout(run, everyMillis);
+                });
         void run();
         return () => {
             ended = true;
