@@ -78,8 +78,12 @@ void requireProperty(const Class& definition, const WqlOperand& operand) {
 void requireProperties(const Class& definition, const WqlCondition& condition) {
     for (const WqlCondition& part : condition.parts) requireProperties(definition, part);
     if (condition.kind != WqlCondition::Kind::predicate) return;
-    requireProperty(definition, condition.predicate.left);
-    requireProperty(definition, condition.predicate.right);
+    const WqlPredicate& predicate = condition.predicate;
+    requireProperty(definition, predicate.left);
+    // IS NULL has no right side.
+    const bool isUnary =
+        predicate.operation == WqlOperator::isNull || predicate.operation == WqlOperator::isNotNull;
+    if (!isUnary) requireProperty(definition, predicate.right);
 }
 
 void requireSource(const NameSpace& nameSpace, const WqlQuery& query) {

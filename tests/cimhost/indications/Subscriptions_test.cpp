@@ -406,6 +406,17 @@ TEST_F(SubscriptionsTest, RefuseWhatIsWrong) {
     EXPECT_EQ(countOf("CIM_ListenerDestination"), 0U);
 }
 
+TEST_F(SubscriptionsTest, TakeComparisonsWithNull) {
+    const auto filterFailure = [&](const std::string& name, const std::string& condition) {
+        return failureOf(
+            [&] { create(filterOf("SELECT * FROM TST_Alarm WHERE " + condition, name)); });
+    };
+    EXPECT_EQ(filterFailure("a", "Number IS NULL"), "");
+    EXPECT_EQ(filterFailure("b", "NOT Number IS NOT NULL OR Number = 1"), "");
+    EXPECT_EQ(filterFailure("c", "Colour IS NULL"),
+              "15: the query names 'Colour', which class TST_Alarm has not");
+}
+
 TEST_F(SubscriptionsTest, RefusePoliciesThatTheyCannotFollow) {
     const ObjectPath filter = create(filterOf("SELECT * FROM TST_Alarm"));
     const ObjectPath handler = create(destinationOf("http://x/"));
