@@ -21,6 +21,7 @@ const copy = mkdtempSync(join(tmpdir(), "console-form-"));
 let failures = 0;
 try {
     cpSync(join(root, "console"), join(copy, "console"), { recursive: true, filter: isSource });
+    cpSync(join(root, ".prettierrc.json"), join(copy, ".prettierrc.json"));
     cpSync(join(root, "tests/console"), join(copy, "tests/console"), { recursive: true });
     symlinkSync(modules, join(copy, "node_modules"));
     const run = (program, ...words) => {
@@ -32,10 +33,10 @@ try {
     };
     run("typescript/bin/tsc", "-p", "console");
     run("typescript/bin/tsc", "-p", "tests/console");
-    const configuration = ["--config", "console/.prettierrc.json"];
-    run("prettier/bin/prettier.cjs", "--check", ...configuration, "console", "tests/console");
+    run("prettier/bin/prettier.cjs", "--check", "console", "tests/console");
 } finally {
     rmSync(copy, { recursive: true, force: true });
 }
-if (failures) console.error("Mend the format by: npx prettier --write . in console/");
+if (failures)
+    console.error("Mend the format by: npx prettier --write . ../tests/console, in console/");
 process.exitCode = failures ? 1 : 0;

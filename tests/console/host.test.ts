@@ -8,6 +8,8 @@ import { test } from "node:test";
 import { CimClient, CimError } from "../../console/src/cim/client";
 import { CimXmlError } from "../../console/src/cim/elements";
 import type { Instance, ObjectPath } from "../../console/src/cim/model";
+import { checkCondition } from "../../console/src/cim/wql";
+import { subscribe, subscriptionsOf, unsubscribe } from "../../console/src/live/subscriptions";
 import { pathKey } from "../../console/src/cim/names";
 import { all } from "./replies";
 
@@ -113,5 +115,67 @@ test("fails clearly when a real reply is cut or damaged", { skip }, async () => 
             damaged[place] = (damaged[place] ?? 0) ^ (1 << place % 8);
             await verdict();
         }
+    });
+});
+
+const conditions = [
+    "PerceivedSeverity > 2",
+    "3 <= PerceivedSeverity AND NOT (Description LIKE 'a%_[a-z]' OR AlertType <> 5)",
+    "Description = 'it''s \\'\\\\ \"'",
+    "CIM_AlertIndication.Description IS NOT NULL",
+    "RecommendedActions IS NULL",
+    "__CLASS = 'X'",
+    "Description NOT LIKE 'x' and PerceivedSeverity = +7",
+    "PerceivedSeverity = -1.5e3",
+    "PerceivedSeverity",
+    "PerceivedSeverity >",
+    "Severity > 2",
+    "(PerceivedSeverity = 1",
+    "PerceivedSeverity = 1)",
+    "Description = 'x",
+    "1 = 1",
+    "Description IS 5",
+    "Description LIKE 5",
+    "PerceivedSeverity > 2x",
+    "Description ~ 'a'",
+    "PerceivedSeverity = 1 PerceivedSeverity = 2",
+    "SELECT = 1",
+    "PerceivedSeverity.Part = 1",
+    "Description = 1 OR",
+    "'a' IS NULL",
+    "PerceivedSeverity == 1",
+    "PerceivedSeverity = 1;",
+];
+
+test("judges conditions as cimhost does, and subscribes there", { skip }, async () => {
+    await withHost(async (client) => {
+        const definition = await client.getClass("root/ktq", "CIM_AlertIndication");
+        for (const [index, condition] of conditions.entries()) {
+            const wish = {
+                interop: "interop",
+                namespace: "root/ktq",
+                className: definition.name,
+                condition,
+                destination: "http://127.0.0.1:9/",
+                mark: String(index),
+                hostName: "here",
+            };
+            const isTaken = await subscribe(client, wish).then(
+                () => true,
+                (error: unknown) => {
+                    assert.ok(
+                        error instanceof CimError && error.code === 15,
+                        `${condition}: ${String(error)}`,
+                    );
+                    return false;
+                },
+            );
+            const problem = checkCondition(condition, definition);
+            assert.equal(problem === undefined, isTaken, `${condition}: ${problem?.message}`);
+        }
+        const found = await subscriptionsOf(client, "interop");
+        assert.ok(found.length > 5 && found.every((one) => one.isOwn && one.query !== ""));
+        for (const one of found) await unsubscribe(client, one);
+        assert.deepEqual(await subscriptionsOf(client, "interop"), []);
     });
 });

@@ -49,7 +49,7 @@ test("accepts what the server accepts", () => {
         "__CLASS = 'X'",
         "Message NOT LIKE '[^a-z]_'",
         "Message = IndicationTime",
-        "NOT NOT PerceivedSeverity = +7",
+        "NOT NOT PerceivedSeverity = +7;",
     ]) {
         assert.equal(wrong(text), "right", text);
     }

@@ -113,6 +113,7 @@ class Parser {
 
     read(): void {
         this.any();
+        this.accept(";");
         if (this.token.kind !== "end") this.refuse("AND, OR or the end is expected");
     }
 
