@@ -75,13 +75,7 @@ test("every route has an address that leads back to it", () => {
 });
 
 test("an address that makes no sense shows the host", () => {
-    for (const hash of [
-        "",
-        "#",
-        "#/nowhere",
-        "#/instance",
-        "#/instance/%22",
-    ]) {
+    for (const hash of ["", "#", "#/nowhere", "#/instance", "#/instance/%22"]) {
         assert.deepEqual(parseRoute(hash), { view: "host" }, hash);
     }
 });
