@@ -88,6 +88,11 @@ class MachineCase(unittest.TestCase):
         self.assertEqual(1, len(found), found)
         return found[0]
 
+    def work(self):
+        """Has the base server's worker read the hardware and post its state; what the client printed."""
+        worker = self.ask("ein", ":PYL_BaseServerWorker").strip().split(":", 2)[2]
+        return self.ask("cm", f":{worker}", "PerformWork")
+
     def wait_until(self, is_so, seconds=60):
         deadline = time.monotonic() + seconds
         while not is_so():

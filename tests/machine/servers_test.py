@@ -113,6 +113,11 @@ class ServerCase(MachineCase):
             return f"{class_name}: {vendor} {device}"
         return f"{class_name} {bracketed(fields['Vendor']):04x}:{bracketed(fields['Device']):04x}"
 
+    def test_the_state_of_the_devices_is_posted_where_agents_manage_the_server(self):
+        self.work()
+        posted = {each.get("ReportingClass") for each in self.instances("PYL_ConsolidatedStatus")}
+        self.assertEqual(not self.agentless, "PYL_PCIDeviceGroup" in posted, posted)
+
     def test_every_fan_of_the_kernel_has_its_speed(self):
         text = self.machine.run("grep . /sys/class/hwmon/*/fan*_input").text
         speeds = sorted(re.findall(r"fan\d+_input:(\d+)$", text, re.MULTILINE))

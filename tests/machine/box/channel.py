@@ -60,6 +60,7 @@ class Monitor:
         self._socket = _connect(path)
         self._socket.settimeout(30)
         self._lines = self._socket.makefile("r", encoding="utf-8")
+        self._events = []
         self._next()  # its greeting
         self.ask("qmp_capabilities")
 
@@ -71,6 +72,8 @@ class Monitor:
         self._socket.sendall(json.dumps(message).encode() + b"\n")
         while True:
             answer = self._next()
+            if "event" in answer:
+                self._events.append(answer)
             if "error" in answer:
                 raise BoxError(f"QEMU refused {command}: {answer['error']['desc']}")
             if "return" in answer:
@@ -80,11 +83,14 @@ class Monitor:
         """For what only people may ask."""
         return self.ask("human-monitor-command", command_line=line)
 
-    def wait_for(self, event, seconds=30):
-        """Until this event arrives."""
-        self._socket.settimeout(seconds)
-        while self._next().get("event") != event:
-            pass
+    def wait_for(self, name, device):
+        """Until this event has come of this device."""
+        while True:
+            for event in self._events:
+                if event["event"] == name and event.get("data", {}).get("device") == device:
+                    self._events.remove(event)
+                    return
+            self._events.append(self._next())
 
     def _next(self):
         line = self._lines.readline()

@@ -158,7 +158,9 @@ class Machine:
         self.monitor.ask("device_add", driver=driver, **dict(option.split("=", 1) for option in options))
 
     def unplug(self, name):
+        """Presses the slot's button, and waits until the guest has let go."""
         self.monitor.ask("device_del", id=name)
+        self.monitor.wait_for("DEVICE_DELETED", name)
 
     # Parts
 

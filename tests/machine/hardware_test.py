@@ -1,0 +1,175 @@
+"""What happens to a server's hardware while it runs, as a WBEM client, a listener and the enclosure learn it."""
+
+import re
+import unittest
+
+from machine_case import PROGRAM, MachineCase
+
+OK, DEGRADED, ERROR, STOPPED = "2", "3", "6", "10"
+
+
+class SubscribedCase(MachineCase):
+    """A listener inside, subscribed to all alerts from outside."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.machine.ask(f"setsid {PROGRAM} listen --port 5990 >/run/alerts 2>&1 &")
+        cls("subscribe").subscribe()
+
+    def subscribe(self):
+        def path(class_name):
+            return (f'{class_name}.SystemCreationClassName="CIM_ComputerSystem",SystemName="{self.server}",'
+                    f'CreationClassName="{class_name}",Name="box"')
+
+        made, to = path("CIM_IndicationFilter"), path("CIM_ListenerDestinationCIMXML")
+        self.ask("ci", f":{to}", 'Name="box",Destination="http://127.0.0.1:5990/"', namespace="interop")
+        self.ask("ci", f":{made}", 'Name="box",Query="SELECT * FROM KT_AlertIndication",QueryLanguage="WQL",'
+                                   'SourceNamespaces="root/ktq"', namespace="interop")
+        self.ask("ci", f":CIM_IndicationSubscription.Filter={made},Handler={to}", f"Filter={made},Handler={to}",
+                 namespace="interop")
+        self.wait_until(lambda: "WBEM Providers started" in self.alerts())
+
+    def alerts(self):
+        """What the listener printed."""
+        return self.machine.ask("cat /run/alerts")
+
+    def told_after(self, happens, pattern):
+        """What it printed of an alert whose text has this, that came after this happened."""
+        before = len(self.alerts())
+        happens()
+        self.wait_until(lambda: re.search(pattern, self.alerts()[before:]))
+        return self.alerts()[before:]
+
+
+class Fans(SubscribedCase):
+    server = "blade"
+
+    def change(self, name):
+        return lambda: self.machine.change(name)
+
+    def tearDown(self):
+        self.machine.change("fan1-comes-back")
+        self.wait_until(lambda: self.consolidated() == OK)
+
+    def fan(self, channel="fan1"):
+        return next(fan for fan in self.instances("PYL_Fan") if fan["DeviceID"].endswith(channel))
+
+    def status(self):
+        return self.fan()["OperationalStatus"]
+
+    def consolidated(self):
+        for each in self.instances("PYL_ConsolidatedStatus"):
+            if each.get("ReportingClass") == "PYL_FanGroup":
+                return each["OperationalStatus"]
+        return None
+
+    def enclosure_was_told(self, event, since):
+        lines = self.machine.controller.lines
+        self.wait_until(lambda: any(f"--EID {event} " in f"{line} " for line in lines()[since:]))
+
+    def test_a_fan_that_fails_is_told_to_client_listener_and_enclosure_and_its_repair_to_the_first_two(self):
+        before = len(self.machine.controller.lines())
+        told = self.told_after(self.change("fan1-fails"), r"Fan failed")
+        self.assertRegex(told, "enc-7")
+        self.assertEqual(ERROR, self.status())
+        self.wait_until(lambda: self.consolidated() == ERROR)
+        self.enclosure_was_told(3, before)
+        self.told_after(self.change("fan1-comes-back"), r"Fan repaired")
+        self.assertEqual((OK, "1875"), (self.status(), self.fan()["CurrentSpeed"]))
+
+    def test_a_fan_that_stands_still_is_stopped(self):
+        self.machine.change("fan1-stops")
+        self.wait_until(lambda: self.status() == STOPPED)
+        self.assertEqual("0", self.fan()["CurrentSpeed"])
+        self.wait_until(lambda: self.consolidated() == STOPPED)
+
+    def test_a_fan_that_turns_slower_has_that_speed(self):
+        self.machine.change("fan1-slows")
+        self.wait_until(lambda: self.fan()["CurrentSpeed"] == "625")
+        self.assertEqual(OK, self.status())
+
+    def test_fans_that_are_pulled_and_put_back_are_told(self):
+        driver = "echo $(cat /run/bus)-002c >/sys/bus/i2c/drivers/max6639/"
+        told = self.told_after(lambda: self.machine.ask(f"{driver}unbind"), "fan2")
+        self.assertRegex(told, "Fan removed")
+        self.assertEqual([], self.instances("PYL_Fan"))
+        told = self.told_after(lambda: self.machine.ask(f"{driver}bind"), "fan2")
+        self.assertRegex(told, "Fan inserted")
+        self.assertEqual(2, len(self.instances("PYL_Fan")))
+
+
+class Controllers(SubscribedCase):
+    server = "slblade"
+
+    def triggered(self):
+        """How much the enclosure was told before three test alerts that the listener has now."""
+        told, heard = len(self.machine.controller.lines()), self.alerts().count("Test Event Id:")
+        self.machine.ask("touch /tmp/PYL.test")
+        self.wait_until(lambda: self.alerts().count("Test Event Id:") >= heard + 3)
+        return told
+
+    def expect_forwarding(self):
+        before = self.triggered()
+        self.wait_until(lambda: len(self.machine.controller.lines()) >= before + 3)
+        self.assertEqual(["1", "2", "3"],
+                         re.findall(r"--EID (\d)\b", "\n".join(self.machine.controller.lines()[before:])))
+
+    def test_alerts_reach_their_listener_without_the_controller_and_the_enclosure_when_it_is_back(self):
+        self.expect_forwarding()
+        self.machine.controller.kill()
+        self.assertEqual(len(self.machine.controller.lines()), self.triggered())
+        self.machine.controller.start()
+        self.expect_forwarding_again()
+
+    def expect_forwarding_again(self):
+        """QEMU and the kernel need their time until they have noticed."""
+        for _ in range(10):
+            before = self.triggered()
+            try:
+                self.wait_until(lambda: len(self.machine.controller.lines()) >= before + 3, 12)
+                return
+            except AssertionError:
+                continue
+        self.fail(self.log())
+
+    def test_drivers_of_the_controller_that_are_unloaded_cost_no_alert(self):
+        self.expect_forwarding_again()
+        self.machine.ask("modprobe -r ipmi_devintf ipmi_si")
+        self.triggered()
+        self.machine.ask("modprobe ipmi_si; modprobe ipmi_devintf")
+        self.expect_forwarding_again()
+
+    def test_a_mute_controller_costs_no_alert(self):
+        self.expect_forwarding_again()
+        self.machine.controller.freeze()
+        self.triggered()
+        self.machine.controller.thaw()
+        self.expect_forwarding_again()
+
+
+class Slots(MachineCase):
+    server = "wavek"
+
+    def in_slot(self, slot):
+        return [each for each in self.instances("PYL_PCIDevice") if each.get("PhysicalSlot") == slot]
+
+    def has(self, count):
+        self.work()
+        return len(self.in_slot("2")) == count
+
+    def test_a_device_that_is_plugged_in_and_out_comes_and_goes(self):
+        self.assertEqual([], self.in_slot("2"))
+        self.machine.plug("nvme,id=late,bus=slot2,serial=KTQN0002")
+        self.wait_until(lambda: self.has(1))
+        self.assertIn("Non-volatile memory controller", self.in_slot("2")[0]["ElementName"])
+        self.assertIn("SystemPCIDevice", self.ask("rin", f":{self.in_slot('2')[0].path}"))
+        self.machine.unplug("late")
+        self.wait_until(lambda: self.has(0))
+        self.machine.plug("e1000e,id=later,bus=slot2")
+        self.wait_until(lambda: self.has(1))
+        self.assertIn("Ethernet controller", self.in_slot("2")[0]["ElementName"])
+
+
+if __name__ == "__main__":
+    unittest.main()
