@@ -5,7 +5,7 @@ import unittest
 
 from machine_case import PROGRAM, MachineCase
 
-OK, DEGRADED, ERROR, STOPPED = "2", "3", "6", "10"
+UNKNOWN, OK, DEGRADED, ERROR, STOPPED = "0", "2", "3", "6", "10"
 
 
 class SubscribedCase(MachineCase):
@@ -42,9 +42,7 @@ class SubscribedCase(MachineCase):
         return self.alerts()[before:]
 
 
-class Fans(SubscribedCase):
-    server = "blade"
-
+class FanCase(SubscribedCase):
     def change(self, name):
         return lambda: self.machine.change(name)
 
@@ -63,6 +61,10 @@ class Fans(SubscribedCase):
             if each.get("ReportingClass") == "PYL_FanGroup":
                 return each["OperationalStatus"]
         return None
+
+
+class Fans(FanCase):
+    server = "blade"
 
     def enclosure_was_told(self, event, since):
         lines = self.machine.controller.lines
@@ -97,6 +99,23 @@ class Fans(SubscribedCase):
         told = self.told_after(lambda: self.machine.ask(f"{driver}bind"), "fan2")
         self.assertRegex(told, "Fan inserted")
         self.assertEqual(2, len(self.instances("PYL_Fan")))
+
+
+class FansWithLimits(FanCase):
+    server = "wavej"
+
+    def test_a_fan_below_its_least_speed_is_degraded_and_told(self):
+        told = self.told_after(self.change("fan1-slows"), "fan1")
+        self.assertEqual((DEGRADED, "3068", "3375"),
+                         (self.status(), self.fan()["CurrentSpeed"], self.fan()["MinimumSpeed"]))
+        self.assertNotRegex(told, "fan2")
+        self.wait_until(lambda: self.consolidated() == DEGRADED)
+
+    def test_a_reading_that_a_driver_calls_impossible_is_no_speed(self):
+        self.machine.change("fan1-has-no-reading")
+        self.wait_until(lambda: "-1" in self.machine.ask("cat /sys/class/hwmon/hwmon*/fan1_input"))
+        self.wait_until(lambda: self.status() == UNKNOWN)
+        self.assertNotIn("CurrentSpeed", self.fan())
 
 
 class Controllers(SubscribedCase):

@@ -49,8 +49,7 @@ class Show:
     def _devices(self):
         title("Its PCI devices: as the kernel lists them, and by their names")
         self._inside("lspci -tv", 30)
-        answer = subprocess.run(["wbemcli", "ei", "-nl", f"{self._space}:PYL_PCIDevice"], capture_output=True, text=True,
-                                check=True).stdout
+        answer = answered("ei", "-nl", f"{self._space}:PYL_PCIDevice")
         wanted = ("-DeviceID", "-ElementName", "-PhysicalSlot")
         for device in answer.strip().split("\n\n"):
             values = [line.split("=", 1)[1] for line in device.splitlines() if line.startswith(wanted)]
@@ -58,9 +57,7 @@ class Show:
 
     def _profiles(self):
         title("The profiles that it conforms to")
-        names = subprocess.run(["wbemcli", "ein", f"{self._space}:PYL_ComputerSystem"], capture_output=True, text=True,
-                               check=True).stdout
-        system = names.strip().split(":", 2)[2]
+        system = answered("ein", f"{self._space}:PYL_ComputerSystem").strip().split(":", 2)[2]
         self._wbemcli("ai", "-nl", "-ac", "PYL_ElementConformsToProfile", f"{self._space}:{system}", lines=20)
 
     def _subscribe(self):
@@ -119,8 +116,8 @@ class Show:
     def _show_alerts(self, heard):
         text = self._alerts()[heard:].strip()
         print("\nThe listener heard:" if text else "\n(The listener heard nothing.)")
-        wanted = ("Summary", "Description", "PerceivedSeverity", "HWLogicalLocation", "EnclosureName", "SystemSerialNumber",
-                  "SystemVirtualSerialNumber")
+        wanted = ("Summary", "Description", "PerceivedSeverity", "HWLogicalLocation", "EnclosureName",
+                  "SystemSerialNumber", "SystemVirtualSerialNumber")
         for line in text.splitlines():
             if line.startswith("20") or line.strip().startswith(wanted):
                 print("  " + line.strip()[:160])
@@ -138,13 +135,18 @@ class Show:
 
     def _wbemcli(self, *words, lines=12, only=()):
         print("\n$ wbemcli " + " ".join(shlex.quote(word) for word in words), flush=True)
-        answer = subprocess.run(["wbemcli", *words], capture_output=True, text=True, check=False)
-        if answer.returncode != 0:
-            raise BoxError(f"That should have been answered:\n{answer.stdout}{answer.stderr}")
-        text = "\n".join(line for line in answer.stdout.splitlines() if line.strip())
+        text = "\n".join(line for line in answered(*words).splitlines() if line.strip())
         if only:
             text = "\n".join(line for line in text.splitlines() if line.startswith(only))
         head(text, lines)
+
+
+def answered(*words):
+    """What wbemcli printed of a request that is to be answered."""
+    answer = subprocess.run(["wbemcli", *words], capture_output=True, text=True, check=False)
+    if answer.returncode != 0:
+        raise BoxError(f"That should have been answered:\n{answer.stdout}{answer.stderr}")
+    return answer.stdout
 
 
 def title(text):
