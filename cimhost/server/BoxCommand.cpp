@@ -28,14 +28,13 @@ struct BoxOptions {
     bool list = false;
 };
 
-constexpr const char* example = R"(
-Example:
+constexpr const char* example = R"(Example:
   cimhost box --server blade --project mine.toml
   wbemcli ei http://localhost:PORT/root/ktq:PYL_Fan
 
-What is typed while it runs changes the server: fan1-fails. It needs QEMU and a kernel of Debian's, which is
-downloaded once; see docs/machines.md. Exit status: 0 when it ended in order, 1 when it could not start, 2
-for a command line that makes no sense.)";
+What is typed while it runs changes the server: fan1-fails. It needs QEMU and a kernel of Debian's,
+which is downloaded once; docs/machines.md says more. Exit status: 0 when it ended in order, 1 when
+it could not start, 2 for a command line that makes no sense.)";
 
 /// The folder with the package "box": beside a program that was built, or installed with it.
 path packageHome(const path& program) {
