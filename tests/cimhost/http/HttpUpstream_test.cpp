@@ -5,6 +5,7 @@
 #include "tests/cimhost/http/TestServer.h"
 
 #include <gmock/gmock.h>
+#include <poll.h>
 #include <sys/socket.h>
 
 #include <array>
@@ -316,6 +317,8 @@ TEST_F(TlsUpstreamTest, SendsNothingToAServerThatItDoesNotTrust) {
 TEST_F(TlsUpstreamTest, SaysThatAServerSpeaksNoTls) {
     const ListenSocket listener("127.0.0.1", 0);
     std::thread server([&listener] {
+        pollfd comer{listener.handle(), POLLIN, 0};
+        poll(&comer, 1, -1);
         const Descriptor client(accept(listener.handle(), nullptr, nullptr));
         constexpr std::string_view words = "HTTP/1.1 400 Bad Request\r\n\r\n";
         ::send(client.get(), words.data(), words.size(), MSG_NOSIGNAL);
