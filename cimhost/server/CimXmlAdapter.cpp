@@ -51,6 +51,17 @@ std::string_view CimXmlAdapter::about() const noexcept {
     return aboutCimhost(CimXmlHttpReply::Kind::operation);
 }
 
+void ExportAdapter::handle(const HttpRequest& request, HttpReply& reply) {
+    CimXmlHttpReply cimReply(reply, CimXmlHttpReply::Kind::exported);
+    _handler.handle({[&request](std::string_view name) { return request.header(name); },
+                     request.body, request.principal, request.serverName()},
+                    cimReply);
+}
+
+std::string_view ExportAdapter::about() const noexcept {
+    return aboutCimhost(CimXmlHttpReply::Kind::exported);
+}
+
 CimXmlHttpReply::CimXmlHttpReply(HttpReply& reply, Kind kind, std::string* className)
     : _reply(reply), _kind(kind), _className(className) {
     _addHeaders();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cimhost/cimxml/ExportHandler.h"
 #include "cimhost/cimxml/Handler.h"
 #include "cimhost/http/HttpHandler.h"
 #include "cimhost/server/events/EventFeed.h"
@@ -27,6 +28,19 @@ private:
     const CimXmlHandler& _handler;
     EventFeed* _feed;
     std::atomic<std::uint64_t> _requests = 0;
+};
+
+/// The same for the listener's side of CIM-XML.
+class ExportAdapter final : public HttpHandler {
+public:
+    /// The handler outlives the adapter.
+    explicit ExportAdapter(const ExportHandler& handler) noexcept : _handler(handler) {}
+
+    void handle(const HttpRequest& request, HttpReply& reply) override;
+    std::string_view about() const noexcept override;
+
+private:
+    const ExportHandler& _handler;
 };
 
 /// A CIM-XML reply over an HTTP one, with the headers and trailers that DSP0200 asks for.

@@ -29,5 +29,6 @@ void addNewCommand(CLI::App& application, Command& chosen);
 void addPasswdCommand(CLI::App& application, Command& chosen);
 void addDocumentationCommand(CLI::App& application, Command& chosen);
 void addListenCommand(CLI::App& application, Command& chosen);
+void addConsoleCommand(CLI::App& application, Command& chosen);
 
 }  // namespace cimhost

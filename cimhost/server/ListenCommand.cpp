@@ -69,31 +69,11 @@ private:
     std::uint64_t _count = 0;
 };
 
-/// Hands HTTP requests to the listener's side of CIM-XML.
-class ListenAdapter final : public HttpHandler {
-public:
-    explicit ListenAdapter(const ExportHandler& handler) noexcept : _handler(handler) {}
-
-    void handle(const HttpRequest& request, HttpReply& reply) override {
-        CimXmlHttpReply cimReply(reply, CimXmlHttpReply::Kind::exported);
-        _handler.handle({[&request](std::string_view name) { return request.header(name); },
-                         request.body, request.principal, request.serverName()},
-                        cimReply);
-    }
-
-    std::string_view about() const noexcept override {
-        return aboutCimhost(CimXmlHttpReply::Kind::exported);
-    }
-
-private:
-    const ExportHandler& _handler;
-};
-
 int listen(const ListenOptions& options) {
     const EndSignals signals;
     Printer printer(options.maximumCount);
     const ExportHandler handler([&printer](const Instance& each) { printer.print(each); });
-    ListenAdapter adapter(handler);
+    ExportAdapter adapter(handler);
     HttpLimits limits;
     limits.bodyBytes = largestMessage;
     const HostNames names({.others = options.hostNames});

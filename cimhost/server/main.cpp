@@ -35,6 +35,7 @@ int main(int argc, char** argv) try {
     cimhost::Command chosen;
     cimhost::addServeCommand(application, chosen);
     cimhost::addListenCommand(application, chosen);
+    cimhost::addConsoleCommand(application, chosen);
     cimhost::addCheckCommand(application, chosen);
     cimhost::addMannersCommand(application, chosen);
     cimhost::addModuleHostCommand(application, chosen);

@@ -8,7 +8,7 @@ import unittest
 from host import BUILD
 
 PROGRAM = BUILD / "cimhost/cimhost"
-COMMANDS = ("serve", "check", "listen", "manners", "passwd")
+COMMANDS = ("serve", "check", "console", "listen", "manners", "passwd")
 
 
 def run(*words):

@@ -1,35 +1,12 @@
 #include "cimhost/server/events/ConsoleOutlet.h"
 
-#include "cimhost/cimxml/ObjectWriter.h"
-#include "cimhost/http/Timestamp.h"
-#include "cimhost/operations/HostName.h"
 #include "cimhost/repository/CimError.h"
-#include "cimhost/server/ShownText.h"
+#include "cimhost/server/events/AlertEvent.h"
 
 #include <atomic>
-#include <chrono>
 #include <utility>
 
 namespace cimhost {
-namespace {
-
-std::string alertEvent(const OutgoingIndication& outgoing) {
-    XmlBuffer instance;
-    const std::string host = hostName();
-    // Every reference tells its namespace: who looks is in none.
-    ObjectWriter(instance, host, {})
-        .instance(outgoing.indication, outgoing.definition, outgoing.selection, false);
-    std::string data = "{\"time\":";
-    appendJson(data, formatTimestamp(std::chrono::system_clock::now()));
-    data += ",\"filter\":";
-    appendJson(data, outgoing.filterName);
-    data += ",\"instance\":";
-    appendJson(data, instance.view());
-    return data += '}';
-}
-
-}  // namespace
-
 /// Nothing waits here: that is the viewers' affair.
 class ConsoleOutlet::Queue final : public IndicationQueue {
 public:
@@ -38,7 +15,7 @@ public:
     void put(const OutgoingIndication& outgoing) override {
         bool isSent = false;
         try {
-            isSent = _feed.isWatched() && _feed.publish("alert", alertEvent(outgoing));
+            isSent = tell(_feed, outgoing);
         } catch (...) {
             ++_dropped;
             throw;
