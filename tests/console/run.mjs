@@ -18,7 +18,8 @@ const here = dirname(fileURLToPath(import.meta.url));
 const modules = resolve(packages, "node_modules");
 const esbuild = createRequire(join(modules, "x"))("esbuild");
 
-const folder = mkdtempSync(join(resolve(packages), ".test-")); // from there node finds what is not bundled;
+// From there node finds what is not bundled.
+const folder = mkdtempSync(join(resolve(packages), ".test-"));
 try {
     const bundle = join(folder, "test.mjs");
     await esbuild.build({

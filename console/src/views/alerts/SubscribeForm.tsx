@@ -108,7 +108,7 @@ function ClassAndCondition({
         if (!isRight || state.busy) return;
         setState({ busy: true });
         try {
-            const mark = Date.now().toString(36);
+            const mark = Date.now().toString(36).slice(-5);
             const hostName = location.hostname;
             await subscribe(client, {
                 interop,

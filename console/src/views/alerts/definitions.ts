@@ -3,7 +3,7 @@ import { signal } from "@preact/signals";
 import { CimError } from "../../cim/client";
 import type { Class } from "../../cim/model";
 import { nameKey } from "../../cim/names";
-import { loadClass, loadNamespaces } from "../../state/server";
+import { elementNamespaces, loadClass, loadNamespaces } from "../../state/server";
 
 const definitions = signal<ReadonlyMap<string, Class>>(new Map());
 const asked = new Set<string>();
@@ -20,7 +20,9 @@ export function definitionOf(className: string): Class | undefined {
 }
 
 async function find(className: string): Promise<void> {
-    for (const namespace of await loadNamespaces()) {
+    const names = await loadNamespaces();
+    const likely = elementNamespaces(names);
+    for (const namespace of new Set([...likely, ...names])) {
         try {
             const found = await loadClass(namespace, className);
             definitions.value = new Map(definitions.value).set(nameKey(className), found);

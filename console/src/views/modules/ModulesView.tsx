@@ -115,10 +115,10 @@ export function ModulesView() {
     );
 }
 
-function toneOf({ crashes, findings, state }: Module): Tone {
+function toneOf({ crashes, findings, state, isLoaded }: Module): Tone {
     if (crashes > 0 || state === "paused") return "error";
     if (findings.length > 0) return "warn";
-    return "ok";
+    return isLoaded ? "ok" : "unknown";
 }
 
 function ModuleCard({ module }: { module: Module }) {
