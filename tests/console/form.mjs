@@ -4,7 +4,7 @@
 import { spawnSync } from "node:child_process";
 import { cpSync, mkdtempSync, rmSync, symlinkSync } from "node:fs";
 import { tmpdir } from "node:os";
-import { dirname, join, resolve } from "node:path";
+import { dirname, join, relative, resolve } from "node:path";
 import { fileURLToPath } from "node:url";
 
 const packages = process.argv[2];
@@ -15,7 +15,9 @@ if (!packages) {
 
 const root = resolve(dirname(fileURLToPath(import.meta.url)), "../..");
 const modules = resolve(packages, "node_modules");
-const isSource = (path) => !/[/\\]node_modules([/\\]|$)/.test(path);
+// Packages, a page, and what other tests are bundled to may lie beside the sources.
+const isSource = (path) =>
+    !/^(node_modules|page|\.test-)/.test(relative(join(root, "console"), path));
 
 const copy = mkdtempSync(join(tmpdir(), "console-form-"));
 let failures = 0;
