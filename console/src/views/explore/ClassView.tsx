@@ -19,6 +19,7 @@ export function ClassView({ namespace, className }: { namespace: string; classNa
     const described = useLoad(() => loadClass(namespace, className), [namespace, className]);
     return (
         <div class="page">
+            {!described.value && <h1>{className}</h1>}
             <Loaded load={described} what={`Asking for ${className}`}>
                 {(one) => <ClassPage namespace={namespace} described={one} />}
             </Loaded>

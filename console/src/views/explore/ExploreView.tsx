@@ -1,5 +1,6 @@
 import { useEffect, useState } from "preact/hooks";
 
+import { equalNames } from "../../cim/names";
 import { loadNamespaces } from "../../state/server";
 import { Icon } from "../shared/Icon";
 import { Loaded } from "../shared/Loaded";
@@ -16,7 +17,12 @@ export function ExploreView({
     className?: string | undefined;
 }) {
     const [drawer, setDrawer] = useState(!className);
-    const spaces = useLoad(loadNamespaces, []);
+    const spaces = useLoad(async () => {
+        const names = await loadNamespaces();
+        // Not every server tells all namespaces that it has: one that the address names may be there.
+        const isTold = !namespace || names.some((name) => equalNames(name, namespace));
+        return isTold ? names : [...names, namespace];
+    }, [namespace]);
     useEffect(() => {
         if (className) setDrawer(false);
     }, [namespace, className]);
@@ -29,13 +35,20 @@ export function ExploreView({
         >
             <aside class="explore-tree" aria-label="Namespaces and classes">
                 <Loaded load={spaces} what="Asking for the namespaces">
-                    {(names) => (
-                        <ClassTree
-                            namespaces={names}
-                            chosen={{ namespace, className }}
-                            onChoose={() => setDrawer(false)}
-                        />
-                    )}
+                    {(names) =>
+                        !names.length ? (
+                            <p class="empty">
+                                The server tells of no namespace. The address #/explore/NAMESPACE
+                                shows one.
+                            </p>
+                        ) : (
+                            <ClassTree
+                                namespaces={names}
+                                chosen={{ namespace, className }}
+                                onChoose={() => setDrawer(false)}
+                            />
+                        )
+                    }
                 </Loaded>
             </aside>
             <div class="explore-scrim" onClick={() => setDrawer(false)} />
