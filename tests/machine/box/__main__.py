@@ -121,6 +121,7 @@ def run(options):
 def main():
     signal.signal(signal.SIGTERM, end)
     signal.signal(signal.SIGINT, end)
+    signal.signal(signal.SIGHUP, end)
     options = read_options()
     try:
         if options.list:
