@@ -73,7 +73,8 @@ class Fans(FanCase):
     def test_a_fan_that_fails_is_told_to_client_listener_and_enclosure_and_its_repair_to_the_first_two(self):
         before = len(self.machine.controller.lines())
         told = self.told_after(self.change("fan1-fails"), r"Fan failed")
-        self.assertRegex(told, "enc-7")
+        self.assertRegex(told, 'EnclosureName = "enc-7"')
+        self.assertRegex(told, 'RackName = "rack-B"')
         self.assertEqual(ERROR, self.status())
         self.wait_until(lambda: self.consolidated() == ERROR)
         self.enclosure_was_told(3, before)
@@ -108,7 +109,7 @@ class FansWithLimits(FanCase):
         told = self.told_after(self.change("fan1-slows"), "fan1")
         self.assertEqual((DEGRADED, "3068", "3375"),
                          (self.status(), self.fan()["CurrentSpeed"], self.fan()["MinimumSpeed"]))
-        self.assertNotRegex(told, "fan2")
+        self.assertNotRegex(told, "fan2|EnclosureName|RackName")  # it is no blade
         self.wait_until(lambda: self.consolidated() == DEGRADED)
 
     def test_a_reading_that_a_driver_calls_impossible_is_no_speed(self):

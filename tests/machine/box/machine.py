@@ -1,5 +1,6 @@
 """A machine that runs: QEMU with a server's hardware, its controller beside it, and the way to its inside."""
 
+import base64
 import os
 import pathlib
 import re
@@ -20,7 +21,7 @@ from .words import BoxError, program, require
 INIT = pathlib.Path(__file__).resolve().parents[1] / "guest/init"
 GUEST_PORT = 5988
 TOOLS = ("qemu-system-x86_64", "busybox", "depmod")
-# The way to this host, one device of its own.
+# The ways to this host, in one device.
 OWN_DEVICES = (
     "virtio-9p-pci,fsdev=host,mount_tag=host,addr=1d.0,multifunction=on",
     "virtio-serial-pci,addr=1d.1",
@@ -34,9 +35,9 @@ KVM_SECONDS = 10  # a guest under KVM says its first word in one or two
 class Machine:
     """Use with `with`: leaving it ends everything that was started and removes its files."""
 
-    def __init__(self, server, port=0, memory=None, drives=(), enclosure_module=None, listener=None):
+    def __init__(self, server, port=0, memory=None, drives=(), enclosure_module=None):
         """`port`: of this host, for the object manager inside; 0 takes a free one. `drives`: images, as /dev/vda and so
-        on. `listener`: (port inside, port of this host) by which the guest reaches a listener at its own loopback."""
+        on. `enclosure_module`: the controller's; without it there is no enclosure."""
         require(TOOLS + (("ipmi_sim",) if server.controller is not None else ())
                 + (("i2cset",) if server.chips else ()))
         self.server = server
@@ -47,13 +48,13 @@ class Machine:
         self._memory = memory or server.memory
         self._wanted_port = port
         self._news = threading.Condition()
+        self._kernel = find_kernel()
         self._scratch = pathlib.Path(tempfile.mkdtemp(prefix="pylbox-"))
         self._process = None
+        self._reader = None
         self._shell = None
         self.monitor = None
         self.controller = None
-        self._bus = None
-        self._kernel = find_kernel()
         if server.controller is not None:
             self.controller = Controller(self._scratch / "controller", enclosure_module, **server.controller)
 
@@ -116,7 +117,6 @@ class Machine:
 
     def read(self, path):
         """The bytes of a file of the guest's."""
-        import base64
         return base64.b64decode(self.ask(f"base64 {shlex.quote(path)}"))
 
     def serve(self, command, seconds=60):

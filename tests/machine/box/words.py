@@ -1,6 +1,5 @@
 """What the box says when it cannot do what was asked."""
 
-import pathlib
 import shutil
 
 
@@ -17,7 +16,7 @@ PROGRAMS = {
     "i2cset": "i2c-tools",
     "lspci": "pciutils",
     "dmidecode": "dmidecode",
-    "wbemcli": "wbemcli",
+    "wbemcli": "sblim-wbemcli",
 }
 FOLDERS = "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"
 
@@ -40,11 +39,3 @@ def require(names):
     absent = [name for name in names if not (shutil.which(name) or shutil.which(name, path=FOLDERS))]
     if absent:
         raise BoxError(missing(absent))
-
-
-def read_tail(file, lines=15):
-    """The last lines of a log."""
-    try:
-        return "\n".join(pathlib.Path(file).read_text(errors="replace").splitlines()[-lines:])
-    except OSError:
-        return ""
