@@ -31,7 +31,8 @@ def read_options():
 def enclosure_module(program):
     """The simulator's module, in the build or the installation that the program belongs to; or None."""
     name = "libenclosure_module.so"
-    places = [program.parents[1] / "tests/platform/ipmi" / name, *program.parents[1].glob(f"lib/**/pylcommon/{name}")]
+    home = program.parents[1]
+    places = [home / "tests/platform/ipmi" / name, home / "lib/pylcommon" / name, *home.glob(f"lib/*/pylcommon/{name}")]
     return next((place for place in places if place.exists()), None)
 
 
