@@ -37,12 +37,26 @@ TEST(ParseBasic, ReadsUserAndPassword) {
 }
 
 TEST(ParseBasic, RefusesWhatIsNone) {
-    for (const std::string_view text :
-         {"", "Basic", "Basic ", "Basic    ", "Digest ZnJlZDpzZWNyZXQ=", "ZnJlZDpzZWNyZXQ=",
-          "Basic ZnJlZDpzZWNyZXQ", "Basic ZnJlZDpzZWNyZXQ==", "Basic ZnJl=DpzZWNyZXQ",
-          "Basic ====", "Basic dTpwc===", "Basic ZnJlZDpzZWNyZXQ=x", "Basic ZnJl ZDpz", "Basic Zn-_",
-          "Basic YQ==", "Basic OmI=", "Basic YTpiAA==", "Basic YQo6Yg==", "Basic\tYTpi",
-          "Basic YTpi\xC3\xA4\xC3\xA4"}) {
+    for (const std::string_view text : {"",
+                                        "Basic",
+                                        "Basic ",
+                                        "Basic    ",
+                                        "Digest ZnJlZDpzZWNyZXQ=",
+                                        "ZnJlZDpzZWNyZXQ=",
+                                        "Basic ZnJlZDpzZWNyZXQ",
+                                        "Basic ZnJlZDpzZWNyZXQ==",
+                                        "Basic ZnJl=DpzZWNyZXQ",
+                                        "Basic ====",
+                                        "Basic dTpwc===",
+                                        "Basic ZnJlZDpzZWNyZXQ=x",
+                                        "Basic ZnJl ZDpz",
+                                        "Basic Zn-_",
+                                        "Basic YQ==",
+                                        "Basic OmI=",
+                                        "Basic YTpiAA==",
+                                        "Basic YQo6Yg==",
+                                        "Basic\tYTpi",
+                                        "Basic YTpi\xC3\xA4\xC3\xA4"}) {
         EXPECT_EQ(parse(text), std::nullopt) << text;
     }
 }
