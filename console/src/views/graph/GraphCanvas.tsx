@@ -56,6 +56,11 @@ export function GraphCanvas({
         };
     }, []);
 
+    // Before the boxes are fitted in: it says how large they are.
+    useEffect(() => {
+        graph.current!.style(styleOf(direction));
+    }, [theme, direction]);
+
     useEffect(() => {
         const core = graph.current!;
         const places = placeNodes(nodes, edges, direction);
@@ -69,10 +74,6 @@ export function GraphCanvas({
         });
         fit(core);
     }, [nodes, edges, direction]);
-
-    useEffect(() => {
-        graph.current!.style(styleOf(direction));
-    }, [theme, direction]);
 
     useEffect(() => {
         const core = graph.current!;

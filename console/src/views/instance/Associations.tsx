@@ -33,7 +33,6 @@ export function Associations({ path, instance }: { path: ObjectPath; instance: I
     };
     useEffect(() => expand(path), [centre]);
 
-    const narrow = useMemo(() => matchMedia("(max-width: 760px)").matches, []);
     const { nodes, edges } = useMemo(
         () => drawnGraph(walk, centre, opened),
         [walk, centre, opened],
@@ -71,7 +70,7 @@ export function Associations({ path, instance }: { path: ObjectPath; instance: I
                             label={`Graph of ${nodes.length} instances and ${edges.length} associations; the list beside it has them all`}
                             nodes={nodes}
                             edges={edges}
-                            direction={narrow ? "TB" : "LR"}
+                            direction="LR"
                             selected={selected}
                             onNode={visit}
                             onOpen={(id) => {
