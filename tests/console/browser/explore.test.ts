@@ -93,7 +93,7 @@ test("the table sorts, filters and copies", async () => {
                 await page.getByRole("button", { name: "CSV" }).click();
                 await page.getByText("1 rows copied.").waitFor();
                 const csv = await page.evaluate(() => navigator.clipboard.readText());
-                assert.match(csv, /^\uFEFF?SystemCreationClassName,|^DeviceID|^[A-Z]/);
+                assert.match(csv, /^DeviceID,/);
                 assert.match(csv, /Fan 2/);
                 assert.doesNotMatch(csv, /Fan 1/);
             },

@@ -54,6 +54,9 @@ export class Row {
 
 const integers = /^(u|s)int|^real/;
 
+// Keys that are the same in most rows say little in the first column.
+const isSurrounding = ({ name }: Column): boolean => /CreationClassName$|^SystemName$/i.test(name);
+
 /** Keys first, then the class's other properties in its order, then those that only subclasses have. */
 export function columnsOf(base: Class, subclasses: readonly Class[]): Column[] {
     const columns = new Map<string, Column>();
@@ -73,7 +76,8 @@ export function columnsOf(base: Class, subclasses: readonly Class[]): Column[] {
     const classColumn: Column = { name: "", isKey: false, numeric: false };
     return [
         ...(subclasses.length ? [classColumn] : []),
-        ...all.filter((column) => column.isKey),
+        ...all.filter((column) => column.isKey && !isSurrounding(column)),
+        ...all.filter((column) => column.isKey && isSurrounding(column)),
         ...all.filter((column) => !column.isKey),
     ];
 }
