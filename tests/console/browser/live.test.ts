@@ -177,6 +177,14 @@ test("holds what is looked at in its place while more comes in", { skip }, async
         await page.waitForFunction(
             () => document.querySelector(".live-rows")?.ariaRowCount === "261",
         );
+        // The rows are drawn anew in the frame after the count has changed.
+        await page.evaluate(
+            () =>
+                new Promise((drawn) => {
+                    requestAnimationFrame(() => requestAnimationFrame(drawn));
+                }),
+        );
+        await row.waitFor();
         assert.equal((await row.boundingBox())?.y, before);
     });
 });
