@@ -49,6 +49,7 @@ test("what a namespace lacks is said in one line", async () => {
                 await page
                     .getByText(/No namespace has the classes CIM_Sensor or CIM_Fan/)
                     .waitFor();
+                await page.getByText(/No namespace has the class PYL_ConsolidatedStatus/).waitFor();
                 await page.getByText(/CIM_RegisteredProfile/).waitFor();
                 assert.equal(await page.getByRole("alert").count(), 0);
             });

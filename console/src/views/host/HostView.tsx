@@ -37,8 +37,8 @@ interface Found {
     described: Class;
 }
 
-/** The instances of a class in all namespaces that have it; undefined where none has. */
-async function findAll(className: string): Promise<Found[] | undefined> {
+/** The instances of a class in all namespaces that have it; null where none has. */
+async function findAll(className: string): Promise<Found[] | null> {
     const found: Found[] = [];
     let isThere = false;
     for (const namespace of elementNamespaces(await loadNamespaces())) {
@@ -49,7 +49,7 @@ async function findAll(className: string): Promise<Found[] | undefined> {
             found.push({ instance, described: await loadClass(namespace, instance.className) });
         }
     }
-    return isThere ? found : undefined;
+    return isThere ? found : null;
 }
 
 const identityOf: Record<string, readonly string[]> = {
@@ -100,7 +100,7 @@ function Identity() {
     );
 }
 
-function Elements({ className, found }: { className: string; found: Found[] | undefined }) {
+function Elements({ className, found }: { className: string; found: Found[] | null }) {
     if (!found?.length) {
         return (
             <p class="muted">
@@ -167,7 +167,7 @@ function Consolidated() {
     );
 }
 
-function Statuses({ found }: { found: Found[] | undefined }) {
+function Statuses({ found }: { found: Found[] | null }) {
     if (!found?.length) {
         return (
             <p class="muted">
