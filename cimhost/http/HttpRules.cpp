@@ -7,8 +7,7 @@ namespace {
 
 constexpr std::string_view foreignPage =
     "This request was made by a page of another site (see its Origin and Sec-Fetch-Site); such "
-    "pages "
-    "are not served.\n";
+    "pages are not served.\n";
 constexpr std::string_view unknownHost =
     "This server does not go by the name that the Host header or the target has; the option "
     "--host-name NAME adds one.\n";
