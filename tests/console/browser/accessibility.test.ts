@@ -1,46 +1,12 @@
 import assert from "node:assert/strict";
-import { readFileSync } from "node:fs";
 import { after, test } from "node:test";
 
 import type { Page } from "playwright-core";
 
-import {
-    classAt,
-    closeBrowser,
-    instanceAt,
-    labSystem,
-    look,
-    packages,
-    withServer,
-} from "./harness";
+import { violations } from "./browser";
+import { classAt, closeBrowser, instanceAt, labSystem, look, withServer } from "./harness";
 
 after(closeBrowser);
-
-const axe = readFileSync(packages.resolve("axe-core/axe.min.js"), "utf8");
-
-interface Violation {
-    id: string;
-    help: string;
-    nodes: { html: string; failureSummary: string }[];
-}
-
-async function violations(page: Page): Promise<string[]> {
-    await page.evaluate(axe);
-    const found: Violation[] = await page.evaluate(
-        // What the script above has made is known to the page only.
-        async () =>
-            (
-                await (
-                    globalThis as unknown as {
-                        axe: { run: () => Promise<{ violations: Violation[] }> };
-                    }
-                ).axe.run()
-            ).violations,
-    );
-    return found.flatMap(({ id, help, nodes }) =>
-        nodes.map((node) => `${id}: ${help}: ${node.html.slice(0, 200)} ${node.failureSummary}`),
-    );
-}
 
 const views: readonly { name: string; at: string; ready: (page: Page) => Promise<unknown> }[] = [
     {

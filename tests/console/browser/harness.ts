@@ -2,16 +2,15 @@
 
 import assert from "node:assert/strict";
 import { spawn, type ChildProcess } from "node:child_process";
-import { createRequire } from "node:module";
 import { join } from "node:path";
 import { createInterface } from "node:readline";
 
-import { chromium, type Browser, type BrowserContextOptions, type Page } from "playwright-core";
+import type { Browser, BrowserContextOptions, Page } from "playwright-core";
+
+import { launch } from "./browser";
 
 export const build = process.env["PYL_BUILD_FOLDER"] ?? "";
 export const source = process.env["PYL_SOURCE_FOLDER"] ?? "";
-/** Finds what lies beside the packages of the page. */
-export const packages = createRequire(import.meta.url);
 
 const base = join(source, "schema/base/base.mof");
 
@@ -77,25 +76,10 @@ export async function withServer(
     }
 }
 
-const switches = [
-    "--no-sandbox",
-    "--disable-gpu",
-    "--disable-quic",
-    "--no-first-run",
-    "--disable-background-networking",
-    "--disable-component-update",
-    "--disable-sync",
-    "--force-color-profile=srgb",
-    "--font-render-hinting=none",
-];
-
 let running: Promise<Browser> | undefined;
 
 export function browser(): Promise<Browser> {
-    running ??= chromium.launch({
-        executablePath: process.env["PYL_CHROMIUM"] ?? "/usr/bin/chromium",
-        args: switches,
-    });
+    running ??= launch();
     return running;
 }
 

@@ -6,6 +6,7 @@ import { go } from "../../state/routes";
 import { isInterop, loadTree, trees } from "../../state/server";
 import { Icon } from "../shared/Icon";
 import { Problem } from "../shared/Problem";
+import { rowFor } from "../shared/rowKeys";
 import { useWindow } from "../shared/useWindow";
 
 const rowHeight = 26;
@@ -182,25 +183,8 @@ function TreeList({ rows, chosenId, searching, onToggle, onChoose }: ListProps) 
         const row = rows[active];
         if (!row || event.ctrlKey || event.metaKey || event.altKey) return;
         const page = Math.max(1, Math.floor((scroller.current?.clientHeight ?? 0) / rowHeight) - 1);
+        const to = rowFor(event.key, active, page, rows.length);
         switch (event.key) {
-            case "ArrowDown":
-                move(active + 1);
-                break;
-            case "ArrowUp":
-                move(active - 1);
-                break;
-            case "PageDown":
-                move(active + page);
-                break;
-            case "PageUp":
-                move(active - page);
-                break;
-            case "Home":
-                move(0);
-                break;
-            case "End":
-                move(rows.length - 1);
-                break;
             case "ArrowRight":
                 if (row.open === false) onToggle(row.id, true);
                 else if (row.open) move(active + 1);
@@ -214,7 +198,8 @@ function TreeList({ rows, chosenId, searching, onToggle, onChoose }: ListProps) 
                 onChoose(row);
                 break;
             default:
-                return;
+                if (to === undefined) return;
+                move(to);
         }
         event.preventDefault();
     };

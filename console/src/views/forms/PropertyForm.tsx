@@ -1,5 +1,3 @@
-import { useState } from "preact/hooks";
-
 import type { Class, Instance, ObjectPath, Property } from "../../cim/model";
 import { hasQualifier, propertyOf } from "../../cim/names";
 import { client } from "../../state/server";
@@ -8,6 +6,7 @@ import { Problem } from "../shared/Problem";
 import { fieldText } from "./fields";
 import { FieldInput } from "./FieldInput";
 import { useFields } from "./useFields";
+import { useSending } from "./useSending";
 
 /** Asks for the properties of an instance and sends them; stays with the reason when that failed. */
 function PropertyForm({
@@ -28,20 +27,14 @@ function PropertyForm({
     onClose: () => void;
 }) {
     const fields = useFields(properties, (field) => first(field as Property));
-    const [error, setError] = useState<unknown>();
-    const [busy, setBusy] = useState(false);
+    const { busy, error, send: sendNow } = useSending(onClose);
     const submit = () => {
         const values = fields.values();
         if (!values) return;
         const given = values
             .filter(({ field }) => fields.text(field) !== first(field as Property))
             .map(({ field, value }) => ({ ...(field as Property), value, qualifiers: [] }));
-        setBusy(true);
-        setError(undefined);
-        send(given).then(onClose, (failure: unknown) => {
-            setError(failure);
-            setBusy(false);
-        });
+        sendNow(() => send(given));
     };
     return (
         <Dialog

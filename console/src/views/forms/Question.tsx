@@ -1,8 +1,8 @@
-import { useState } from "preact/hooks";
 import type { ComponentChildren } from "preact";
 
 import { Dialog } from "../shared/Dialog";
 import { Problem } from "../shared/Problem";
+import { useSending } from "./useSending";
 
 /** Asks before something is changed, does it on a yes, and stays with the reason when it failed. */
 export function Question({
@@ -20,16 +20,7 @@ export function Question({
     onYes: () => Promise<void>;
     onClose: () => void;
 }) {
-    const [busy, setBusy] = useState(false);
-    const [error, setError] = useState<unknown>();
-    const run = () => {
-        setBusy(true);
-        setError(undefined);
-        onYes().then(onClose, (failure: unknown) => {
-            setError(failure);
-            setBusy(false);
-        });
-    };
+    const { busy, error, send } = useSending(onClose);
     return (
         <Dialog
             title={title}
@@ -43,7 +34,7 @@ export function Question({
                         class={`button ${danger ? "danger" : "primary"}`}
                         type="button"
                         disabled={busy}
-                        onClick={run}
+                        onClick={() => send(onYes)}
                     >
                         {yes}
                     </button>

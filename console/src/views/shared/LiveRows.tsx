@@ -2,6 +2,7 @@ import type { ComponentChildren } from "preact";
 import { useLayoutEffect, useRef, useState } from "preact/hooks";
 
 import { Icon } from "./Icon";
+import { rowFor } from "./rowKeys";
 import { useWindow } from "./useWindow";
 
 /** A row, or one of those that are folded under it. */
@@ -77,25 +78,8 @@ export function LiveRows<T extends LiveRow>(props: Props<T>) {
         const page = Math.max(1, Math.floor((scroller.current?.clientHeight ?? 0) / rowHeight) - 2);
         const row = rows[active];
         if (!row) return;
+        const to = rowFor(event.key, active, page, rows.length);
         switch (event.key) {
-            case "ArrowDown":
-                move(active + 1);
-                break;
-            case "ArrowUp":
-                move(active - 1);
-                break;
-            case "PageDown":
-                move(active + page);
-                break;
-            case "PageUp":
-                move(active - page);
-                break;
-            case "Home":
-                move(0);
-                break;
-            case "End":
-                move(rows.length - 1);
-                break;
             case "ArrowRight":
                 if (row.open === false) props.onToggle(row);
                 break;
@@ -108,7 +92,8 @@ export function LiveRows<T extends LiveRow>(props: Props<T>) {
                 act(row);
                 break;
             default:
-                return;
+                if (to === undefined) return;
+                move(to);
         }
         event.preventDefault();
     };
