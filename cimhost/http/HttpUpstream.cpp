@@ -62,11 +62,22 @@ std::unique_ptr<HttpClient> HttpUpstream::_connect() {
 }
 
 std::vector<SocketAddress> HttpUpstream::_resolve(Clock::time_point deadline) {
-    const std::unique_lock lock(_looksUp, deadline);
-    if (!lock) {
-        throw StreamError(StreamError::Kind::timeout,
-                          "looking up host " + _settings.host + " took too long");
+    {
+        std::unique_lock lock(_mutex);
+        if (!_hasLookedUp.wait_until(lock, deadline, [this] { return !_looksUp; })) {
+            throw StreamError(StreamError::Kind::timeout,
+                              "looking up host " + _settings.host + " took too long");
+        }
+        _looksUp = true;
     }
+    const struct Turn {
+        HttpUpstream& upstream;
+        ~Turn() {
+            const std::lock_guard lock(upstream._mutex);
+            upstream._looksUp = false;
+            upstream._hasLookedUp.notify_one();
+        }
+    } turn{*this};
     return _resolver.resolve(deadline);
 }
 

@@ -4,6 +4,7 @@
 #include "cimhost/http/HttpClient.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -57,9 +58,10 @@ private:
 
     Settings _settings;
     std::string _authority;
-    std::timed_mutex _looksUp;  ///< guards the next
-    HostResolver _resolver;
-    std::mutex _mutex;        ///< guards the next
+    HostResolver _resolver;  ///< for the thread that looks up
+    std::mutex _mutex;       ///< guards the next
+    std::condition_variable _hasLookedUp;
+    bool _looksUp = false;
     std::vector<Kept> _kept;  ///< the one used last at the end
 };
 

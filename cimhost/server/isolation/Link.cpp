@@ -79,7 +79,7 @@ std::pair<Descriptor, Descriptor> Link::makePair() { return makeSockets(SOCK_SEQ
 Link::Link(Descriptor control, HttpHandler& handler)
     : _control(std::move(control)), _handler(handler), _limits(linkLimits()) {}
 
-Link::~Link() {
+void Link::end() noexcept {
     std::unique_lock lock(_mutex);
     for (const int socket : _open) shutdown(socket, SHUT_RDWR);
     _ended.wait(lock, [this] { return _open.empty(); });

@@ -23,8 +23,7 @@ public:
 
     /// The handler answers the other side, and outlives this.
     Link(Descriptor control, HttpHandler& handler);
-    /// Ends, and waits for what is answered still.
-    ~Link();
+    ~Link() { end(); }
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
 
@@ -42,6 +41,9 @@ public:
     void endAsking() noexcept;
 
     bool isIdle() const;
+
+    /// Ends the connections, and waits for what is answered still.
+    void end() noexcept;
 
 private:
     static constexpr std::size_t _connectionLimit = 256;

@@ -85,6 +85,13 @@ ModuleService::ModuleService(const Repository& repository, Registrations registr
     _broker.setIndicationSink(&_exporter);
 }
 
+bool ModuleService::shutDown(std::chrono::milliseconds patience) {
+    if (!_modules.shutDown(patience)) return false;
+    // A request that was refused may still be on its way back, with words of a provider.
+    _link.end();
+    return true;
+}
+
 void ModuleService::serve() {
     while (_link.serveOne()) {
     }

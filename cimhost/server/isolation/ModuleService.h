@@ -27,7 +27,7 @@ public:
 
     /// Cleans up and unloads. False when a call did not end in time: this object must not be
     /// destroyed then.
-    bool shutDown(std::chrono::milliseconds patience) { return _modules.shutDown(patience); }
+    bool shutDown(std::chrono::milliseconds patience);
 
 private:
     /// The operations of the other side, for providers here.

@@ -67,6 +67,12 @@ struct StandInTest : testing::Test {
         request.principal = "ann";
     }
 
+    /// What runs for the process may ask the stand-in, which is gone before it.
+    ~StandInTest() override {
+        process.beginEnd();
+        process.awaitEnd(Clock::now() + std::chrono::seconds(60));
+    }
+
     std::vector<std::string> idsOf(const std::string& id) {
         KeptFans kept;
         operations.getInstance(request, fan(id), {}, kept);
