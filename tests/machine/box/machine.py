@@ -230,11 +230,12 @@ class Machine:
                 text = line.decode(errors="replace").rstrip("\r\n")
                 # The firmware clears a screen that is not there.
                 text = re.sub(r"\x1b(\[[0-9;?]*[a-zA-Z]|c)", "", text)
+                # Shown before anyone who waits for it goes on, and has something to say.
+                if self.on_line and text.strip():
+                    self.on_line(text)
                 with self._news:
                     self.console.append(text)
                     self._news.notify_all()
-                if self.on_line and text.strip():
-                    self.on_line(text)
         with self._news:
             self._news.notify_all()
 
