@@ -29,7 +29,7 @@ public:
     std::string text;
 };
 
-HttpPatience patience(milliseconds time = std::chrono::seconds(60)) {
+HttpPatience patienceOf(milliseconds time = std::chrono::seconds(60)) {
     return [time](Clock::time_point silentSince) { return silentSince + time; };
 }
 
@@ -37,7 +37,7 @@ std::string ask(HttpUpstream& upstream, std::string_view body = "question",
                 bool mayBeRepeated = false, std::string_view proof = {}) {
     KeptAnswer answer;
     HttpUpstream::Request request{"/cimom", {}, body, proof, mayBeRepeated};
-    upstream.post(request, answer, patience());
+    upstream.post(request, answer, patienceOf());
     return answer.text;
 }
 
@@ -100,7 +100,7 @@ TEST(HttpUpstream, HandsAnAnswerOnAsItComes) {
         std::vector<std::string> pieces;
     } taker;
     HttpUpstream upstream({"127.0.0.1", server.port()});
-    const HttpAnswerHead head = upstream.post({"/", {}, "", {}}, taker, patience());
+    const HttpAnswerHead head = upstream.post({"/", {}, "", {}}, taker, patienceOf());
     EXPECT_THAT(taker.pieces, testing::ElementsAre("half", "whole"));
     ASSERT_EQ(head.fields.size(), 3U);
     EXPECT_EQ(head.fields[2].value, "late");
@@ -236,7 +236,7 @@ TEST(HttpUpstream, WaitsNoLongerThanItsPatience) {
     HttpUpstream upstream({"127.0.0.1", server.port()});
     KeptAnswer taker;
     try {
-        upstream.post({"/", {}, "", {}}, taker, patience(milliseconds(200)));
+        upstream.post({"/", {}, "", {}}, taker, patienceOf(milliseconds(200)));
         ADD_FAILURE() << "no failure";
     } catch (const StreamError& error) {
         EXPECT_EQ(error.kind(), StreamError::Kind::timeout);
