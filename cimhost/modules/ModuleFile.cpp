@@ -52,9 +52,10 @@ private:
 
 std::vector<ElfSection> sectionsOf(ElfFile& file) {
     const ElfHeader header = file.records<ElfHeader>(0, 1).front();
-    constexpr unsigned char ownClass = sizeof(void*) == 8 ? ELFCLASS64 : ELFCLASS32;
-    const bool isOurs = std::memcmp(header.e_ident, ELFMAG, SELFMAG) == 0 &&
-                        header.e_ident[EI_CLASS] == ownClass && header.e_type == ET_DYN &&
+    const ElfHeader own = ElfFile("/proc/self/exe").records<ElfHeader>(0, 1).front();
+    // The mark of the format, the width of addresses and the order of bytes.
+    const bool isOurs = std::memcmp(header.e_ident, own.e_ident, EI_VERSION) == 0 &&
+                        header.e_machine == own.e_machine && header.e_type == ET_DYN &&
                         header.e_shentsize == sizeof(ElfSection);
     if (!isOurs) ElfFile::refuse();
     return file.records<ElfSection>(header.e_shoff, header.e_shnum);

@@ -2,9 +2,12 @@
 
 #include "tests/support/TemporaryFolder.h"
 
+#include <elf.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <link.h>
 
+#include <cstring>
 #include <fstream>
 #include <iterator>
 
@@ -48,6 +51,16 @@ TEST(ModuleFile, RefusesWhatIsNoLibrary) {
                                               "not a library at all, but long enough for "
                                               "the header of one, which it has not")),
                  std::runtime_error);
+}
+
+TEST(ModuleFile, RefusesALibraryOfAnotherMachine) {
+    const TemporaryFolder files;
+    std::string foreign = bytesOf(folder / "libplainModule.so");
+    ElfW(Ehdr) header;
+    std::memcpy(&header, foreign.data(), sizeof header);
+    header.e_machine = header.e_machine == EM_X86_64 ? EM_AARCH64 : EM_X86_64;
+    std::memcpy(foreign.data(), &header, sizeof header);
+    EXPECT_THROW(ModuleFile::read(files.write("foreign", foreign)), std::runtime_error);
 }
 
 TEST(ModuleFile, ReadsNoFurtherThanTheFileGoes) {
