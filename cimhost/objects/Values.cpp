@@ -10,7 +10,6 @@
 #include "cimhost/repository/CimError.h"
 
 #include <array>
-#include <bit>
 #include <cstdint>
 
 namespace cimhost {
@@ -89,15 +88,11 @@ CMPIValue scalarToCmpi(const Home& home, const Value& value) {
     switch (value.type()) {
         case CimType::none: break;
         case CimType::boolean: result.boolean = numberIn<CMPIBoolean, bool>(value); break;
-        case CimType::char16:
-        case CimType::uint8:
-        case CimType::uint16:
-        case CimType::uint32:
-        case CimType::uint64:
-            // The narrow members are the low bytes of the wide one.
-            static_assert(std::endian::native == std::endian::little);
-            result.uint64 = numberIn<CMPIUint64, std::uint64_t>(value);
-            break;
+        case CimType::char16: result.char16 = numberIn<CMPIChar16, std::uint64_t>(value); break;
+        case CimType::uint8: result.uint8 = numberIn<CMPIUint8, std::uint64_t>(value); break;
+        case CimType::uint16: result.uint16 = numberIn<CMPIUint16, std::uint64_t>(value); break;
+        case CimType::uint32: result.uint32 = numberIn<CMPIUint32, std::uint64_t>(value); break;
+        case CimType::uint64: result.uint64 = numberIn<CMPIUint64, std::uint64_t>(value); break;
         case CimType::sint8: result.sint8 = numberIn<CMPISint8, std::int64_t>(value); break;
         case CimType::sint16: result.sint16 = numberIn<CMPISint16, std::int64_t>(value); break;
         case CimType::sint32: result.sint32 = numberIn<CMPISint32, std::int64_t>(value); break;
