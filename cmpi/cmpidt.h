@@ -91,7 +91,7 @@ typedef void* CMPI_COND_TYPE;
 /// and wherever it is a pthread_key_t, 8 bytes in 2.0. Eight bytes suit every broker as long as the
 /// caller sets the key to zero before createThreadKey: on a little-endian machine a broker with
 /// 4-byte keys then reads and writes the low half. For the same reason whoever implements the table
-/// stores and reads the low 4 bytes only: a caller may own no more. No slot changes its place.
+/// stores the first 4 bytes only: a caller may own no more. No slot changes its place.
 typedef unsigned long CMPI_THREAD_KEY_TYPE;
 
 /// Calling convention of thread functions: the platform's own.

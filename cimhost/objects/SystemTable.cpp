@@ -83,7 +83,12 @@ int threadOnce(int* flag, CMPIThreadOnceFunc function) {
     return flag && function ? pthread_once(flag, function) : EINVAL;
 }
 
-pthread_key_t keyOf(CMPI_THREAD_KEY_TYPE key) { return static_cast<pthread_key_t>(key); }
+// Where the highest byte comes first, the bytes that were written are the high half of an
+// eight-byte key, and all of a shorter one. Keys are small numbers: the other half is zero.
+pthread_key_t keyOf(CMPI_THREAD_KEY_TYPE key) {
+    if constexpr (std::endian::native == std::endian::big) key |= key >> 32U;
+    return static_cast<pthread_key_t>(key);
+}
 
 int createThreadKey(CMPI_THREAD_KEY_TYPE* key, CMPIThreadKeyCleanupFunc cleanup) {
     if (!key) return EINVAL;

@@ -2,6 +2,7 @@
 
 #include "tests/cmpi/AbiMembers.h"
 
+#include <bit>
 #include <cstring>
 #include <type_traits>
 
@@ -187,11 +188,12 @@ TEST(AbiTypes, EndedTablesWhereTheNextLevelBegins) {
 }
 
 // What a broker with 4-byte keys does to a key that was zeroed before.
-TEST(AbiTypes, ANarrowThreadKeyLandsInTheLowHalfOfAWideOne) {
+TEST(AbiTypes, ANarrowThreadKeyLandsInTheFirstHalfOfAWideOne) {
     constexpr unsigned int narrow = 0x89ABCDEF;
+    constexpr unsigned int shift = std::endian::native == std::endian::little ? 0 : 32;
     CMPI_THREAD_KEY_TYPE key = 0;
     std::memcpy(&key, &narrow, sizeof narrow);
-    EXPECT_EQ(key, narrow);
+    EXPECT_EQ(key, CMPI_THREAD_KEY_TYPE{narrow} << shift);
 }
 
 }  // namespace

@@ -180,7 +180,7 @@ TEST(SystemTable, KeepsValuesByThreadAndCleansThemUp) {
     EXPECT_EQ(xft.createThreadKey(nullptr, nullptr), EINVAL);
 }
 
-TEST(SystemTable, WritesTheLowFourBytesOfAKeyOnly) {
+TEST(SystemTable, WritesTheFirstFourBytesOfAKeyOnly) {
     std::uint32_t twoKeys[2] = {0, 0xabcdabcd};
     ASSERT_EQ(xft.createThreadKey(reinterpret_cast<Key*>(twoKeys), nullptr), 0);
     EXPECT_EQ(twoKeys[1], 0xabcdabcd);
