@@ -8,10 +8,12 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace cimhost {
@@ -26,15 +28,22 @@ struct BoxOptions {
     std::optional<std::uint32_t> maximumSeconds;
     bool console = false;
     bool list = false;
+    std::string objectManager;
+    std::string prefix = "/usr";
+    std::string providerFolder;
+    std::string cimSchema;
+    std::string state;
 };
 
-constexpr const char* example = R"(Example:
+constexpr const char* example = R"(Examples:
   cimhost box --server blade --project mine.toml
   wbemcli ei http://localhost:PORT/root/ktq:PYL_Fan
+  cimhost box --server wavek --object-manager sfcb --prefix /opt/sfcb
 
 What is typed while it runs changes the server: fan1-fails. It needs QEMU and a kernel of Debian's,
 which is downloaded once; docs/machines.md says more. Exit status: 0 when it ended in order, 1 when
-it could not start, 2 for a command line that makes no sense.)";
+it could not start or the other object manager answers otherwise for no known reason, 2 for a
+command line that makes no sense.)";
 
 /// The folder with the package "box": beside a program that was built, or installed with it.
 path packageHome(const path& program) {
@@ -56,6 +65,15 @@ std::vector<std::string> commandLine(const BoxOptions& options, const path& prog
     }
     if (options.console) words.emplace_back("--console");
     if (options.list) words.emplace_back("--list");
+    if (options.objectManager.empty()) return words;
+    for (const auto& [name, value] : std::initializer_list<std::pair<const char*, std::string>>{
+             {"--object-manager", options.objectManager},
+             {"--prefix", options.prefix},
+             {"--provider-dir", options.providerFolder},
+             {"--cim-schema", options.cimSchema},
+             {"--state", options.state}}) {
+        if (!value.empty()) words.insert(words.end(), {name, value});
+    }
     return words;
 }
 
@@ -73,6 +91,38 @@ int run(const BoxOptions& options) {
     throw std::system_error(errno, std::generic_category(), "python3");
 }
 
+/// Those of an object manager of others, which is compared with this one.
+void addManagerOptions(CLI::App& command, CLI::Option& project, BoxOptions& options) {
+    CLI::Option* manager =
+        command
+            .add_option(
+                "--object-manager", options.objectManager,
+                "Give this host's object manager the modules inside, ask it and cimhost the same, "
+                "tell what is equal and what differs, and end")
+            ->type_name("NAME")
+            ->check(CLI::IsMember({"openpegasus", "sfcb"}))
+            ->excludes(&project);
+    command.add_option("--prefix", options.prefix, "Where that object manager is installed")
+        ->type_name("DIR")
+        ->capture_default_str()
+        ->needs(manager);
+    command
+        .add_option("--provider-dir", options.providerFolder,
+                    "A folder that it loads providers from, when it is not the usual one")
+        ->type_name("DIR")
+        ->needs(manager);
+    command
+        .add_option("--cim-schema", options.cimSchema,
+                    "The CIM schema for it, as pylcommon-register takes it")
+        ->type_name("PATH")
+        ->needs(manager);
+    command
+        .add_option("--state", options.state,
+                    "The folder of sfcb's own data, when it is not the usual one")
+        ->type_name("DIR")
+        ->needs(manager);
+}
+
 }  // namespace
 
 void addBoxCommand(CLI::App& application, Command& chosen) {
@@ -86,11 +136,10 @@ void addBoxCommand(CLI::App& application, Command& chosen) {
         ->type_name("NAME")
         ->capture_default_str();
     command->add_flag("--list", options->list, "Tell the names of the servers and what they are");
-    command
-        ->add_option(
-            "--project", options->project,
-            "What is served inside, cimhost.toml(5); by default what this program serves by itself")
-        ->type_name("FILE");
+    CLI::Option* project = command->add_option(
+        "--project", options->project,
+        "What is served inside, cimhost.toml(5); by default what this program serves by itself");
+    project->type_name("FILE");
     command
         ->add_option("--port", options->port,
                      "TCP port of this host's loopback that leads inside; 0 takes any free one")
@@ -101,6 +150,7 @@ void addBoxCommand(CLI::App& application, Command& chosen) {
         ->type_name("SECONDS");
     command->add_flag("--console", options->console,
                       "Show what the guest's kernel and the object manager inside say");
+    addManagerOptions(*command, *project, *options);
     command->footer(example);
     command->callback([options, &chosen] { chosen = [options] { return run(*options); }; });
 }

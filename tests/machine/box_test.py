@@ -7,8 +7,10 @@ import tempfile
 import unittest
 
 from box import initramfs, kernel, words
+from box.answers import REASONS, Answer, Comparison, Question
 from box.server import Server, make_dumps, read_server, server_names
 from box.words import BoxError, require
+import stand_ins
 
 
 class Servers(unittest.TestCase):
@@ -124,6 +126,104 @@ class Command(unittest.TestCase):
                          (result.returncode, result.stderr))
         result = self.run_box("--port", "many")
         self.assertEqual(2, result.returncode)
+
+    def says(self, reason, *words):
+        result = self.run_box("--object-manager", "sfcb", *map(str, words))
+        self.assertEqual((1, f"cimhost: {reason}\n"), (result.returncode, result.stderr))
+
+    def test_says_what_is_wrong_with_an_object_manager_before_anything_is_started(self):
+        with tempfile.TemporaryDirectory() as folder:
+            folder = pathlib.Path(folder)
+            self.says(f"There is no {folder}/none.", "--prefix", folder / "none")
+            self.says(f"{folder} has no sfcb: sfcbd, sfcbstage, sfcbunstage, sfcbrepos not in its bin or sbin.",
+                      "--prefix", folder)
+            prefix = stand_ins.install("sfcb", folder / "sfcb")
+            self.says("There is no /nosuch.", "--prefix", prefix, "--cim-schema", "/nosuch")
+            (prefix / "var/lib/sfcb").rename(prefix / "state")
+            self.says(f"{prefix}/var/lib/sfcb, its data, is not there; --state says where it is.", "--prefix", prefix)
+            (prefix / "etc/sfcb/sfcb.cfg").unlink()
+            self.says(f"{prefix}/etc/sfcb/sfcb.cfg, its configuration, is not there; --prefix says where it is.",
+                      "--prefix", prefix, "--state", prefix / "state")
+            self.make_server_without_its_library(prefix / "sbin/sfcbd")
+            self.says(f"{prefix}/sbin/sfcbd misses libraries: libgone.so. Install what it needs on this host, whose "
+                      "files the guest sees.", "--prefix", prefix)
+
+    @staticmethod
+    def make_server_without_its_library(server):
+        server.unlink()
+        for command in ("cc -shared -x c /dev/null -o libgone.so",
+                        f"echo 'int main(void) {{ return 0; }}' | cc -x c - -Wl,--no-as-needed -L. -lgone -o {server}",
+                        "rm libgone.so"):
+            subprocess.run(command, shell=True, check=True, cwd=server.parent)
+
+    def test_an_object_manager_is_compared_with_what_is_installed(self):
+        result = self.run_box("--object-manager", "sfcb", "--project", "mine.toml")
+        self.assertEqual(2, result.returncode)
+        self.assertEqual(2, self.run_box("--object-manager", "other").returncode)
+        self.assertEqual(2, self.run_box("--prefix", "/opt").returncode)
+
+
+class Answers(unittest.TestCase):
+    """What is equal, what differs for a reason, and what differs."""
+
+    FAN = ("root/ktq:PYL_Fan.DeviceID=\"a\",SystemName=\"s\"", "-DeviceID=\"a\"", "-CurrentSpeed=1500")
+
+    def compare(self, kind, ours, theirs, operation="ei"):
+        comparison = Comparison(kind, kind)
+        comparison.add(Question(operation, "root/ktq", "PYL_Fan"), self.answer(operation, ours),
+                       self.answer(operation, theirs))
+        return "\n".join(comparison.lines())
+
+    @staticmethod
+    def answer(operation, blocks):
+        if isinstance(blocks, int):
+            return Answer(refusal=f"words {os.urandom(4).hex()}", status=blocks, operation=operation)
+        return Answer(tuple(map(tuple, blocks)), operation=operation)
+
+    def expect(self, counts, *words, **options):
+        told = self.compare(*words, **options)
+        self.assertTrue(told.startswith(f"1 questions: {counts}."), told)
+        return told
+
+    def test_equal_answers_are_equal(self):
+        self.expect("1 answers equal, 0 different for a reason, 0 different", "sfcb", [self.FAN], [self.FAN])
+
+    def expect_reason(self, reason, *words, **options):
+        told = self.expect("0 answers equal, 1 different for a reason, 0 different", *words, **options)
+        self.assertEqual([f"    1  {reason}"], told.splitlines()[1:])
+
+    def test_what_an_object_manager_may_do_otherwise_is_told_with_its_reason(self):
+        fan, two = self.FAN, ("root/ktq:PYL_Fan.DeviceID=\"b\"",)
+        self.expect_reason("Properties without a value are listed.", "sfcb", [fan], [(*fan, "-Caption=")])
+        self.expect_reason("Instances, properties and keys come in an order of their own, and one that is found on two "
+                           "ways comes once or twice.", "sfcb", [fan, two],
+                           [two, ("root/ktq:PYL_Fan.SystemName=\"s\",DeviceID=\"a\"", fan[2], fan[1]), two])
+        self.expect_reason("The text of a refusal is each one's own, its status is the same.", "sfcb", 7, 7)
+        self.expect_reason("An association operation that a provider does not support is an empty answer.",
+                           "openpegasus", 7, [], operation="ain")
+        self.expect_reason("Each has a name of its own for the interop namespace.", "openpegasus",
+                           [["interop:PYL_A.B=\"c\""]], [["root/PG_InterOp:PYL_A.B=\"c\""]])
+        self.expect_reason("Properties have the values that their class declares until a provider sets them.",
+                           "openpegasus", [fan], [(*fan, "-EnabledState=5")])
+        self.expect_reason("References name the host.", "sfcb", [(*fan, "-A=root/ktqPYL_B.C=\"d\"")],
+                           [(*fan, "-A=vm/root/ktqPYL_B.C=\"d\"")])
+
+    def test_the_page_on_machines_has_all_reasons(self):
+        page = (stand_ins.TREE / "docs/machines.md").read_text(encoding="utf-8")
+        names = {("openpegasus", "sfcb"): "both", ("openpegasus",): "OpenPegasus"}
+        self.assertEqual([f"| {each.text} | {names[each.of]} |" for each in REASONS],
+                         [line for line in page.splitlines() if line.endswith((" | both |", " | OpenPegasus |"))])
+
+    def test_all_else_is_a_difference_and_is_shown(self):
+        fan = self.FAN
+        for theirs in ([], [(*fan[:2], "-CurrentSpeed=1")], [fan, ("root/ktq:PYL_Fan.DeviceID=\"b\"",)], 1,
+                       [(*fan, "-EnabledState=5")]):
+            told = self.expect("0 answers equal, 0 different for a reason, 1 different", "sfcb", [fan], theirs)
+            self.assertIn("Different: ei root/ktq:PYL_Fan\n  cimhost: ", told)
+            self.assertIn("\n  sfcb: ", told)
+        self.expect("0 answers equal, 0 different for a reason, 1 different", "openpegasus", 6, 7)
+        self.expect("0 answers equal, 0 different for a reason, 1 different", "openpegasus", 7, [])
+        self.expect("0 answers equal, 0 different for a reason, 1 different", "sfcb", 7, [], operation="ain")
 
 
 if __name__ == "__main__":

@@ -3,6 +3,8 @@
 import re
 import unittest
 
+from box.alerts import Listener, subscribe
+from box.answers import Client
 from machine_case import PROGRAM, MachineCase
 
 UNKNOWN, OK, DEGRADED, ERROR, STOPPED = "0", "2", "3", "6", "10"
@@ -14,25 +16,13 @@ class SubscribedCase(MachineCase):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.machine.ask(f"setsid {PROGRAM} listen --port 5990 >/run/alerts 2>&1 &")
-        cls("subscribe").subscribe()
-
-    def subscribe(self):
-        def path(class_name):
-            return (f'{class_name}.SystemCreationClassName="CIM_ComputerSystem",SystemName="{self.server}",'
-                    f'CreationClassName="{class_name}",Name="box"')
-
-        made, to = path("CIM_IndicationFilter"), path("CIM_ListenerDestinationCIMXML")
-        self.ask("ci", f":{to}", 'Name="box",Destination="http://127.0.0.1:5990/"', namespace="interop")
-        self.ask("ci", f":{made}", 'Name="box",Query="SELECT * FROM KT_AlertIndication",QueryLanguage="WQL",'
-                                   'SourceNamespaces="root/ktq"', namespace="interop")
-        self.ask("ci", f":CIM_IndicationSubscription.Filter={made},Handler={to}", f"Filter={made},Handler={to}",
-                 namespace="interop")
-        self.wait_until(lambda: "WBEM Providers started" in self.alerts())
+        cls.listener = Listener(cls.machine, PROGRAM, "alerts")
+        subscribe(Client(cls.machine.port), cls.machine.server.host_name)
+        cls("alerts").wait_until(lambda: "WBEM Providers started" in cls.listener.text())
 
     def alerts(self):
         """What the listener printed."""
-        return self.machine.ask("cat /run/alerts")
+        return self.listener.text()
 
     def told_after(self, happens, pattern):
         """What it printed of an alert whose text has this, that came after this happened."""

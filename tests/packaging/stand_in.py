@@ -1,11 +1,12 @@
 #!/usr/bin/env -S python3 -BIS
 """Stands in for a tool of an object manager, the one that it is called as: notes the call, and does as much of
-its work as can be looked at afterwards. What it remembers is in the folder $STAND_IN.
+its work as can be looked at afterwards. What it remembers is in the folder $STAND_IN, or the prefix that it is in.
 
     calls           a line a call
     fail-TOOL       its text is what the tool says before it fails
     cim-schema      the namespaces that have the CIM schema
     classes         "NAMESPACE CLASS" a line
+    compiled        "NAMESPACE FILE" a line
     modules         those that are registered
 """
 
@@ -15,7 +16,7 @@ import re
 import shutil
 import sys
 
-HOME = pathlib.Path(os.environ["STAND_IN"])
+HOME = pathlib.Path(os.environ.get("STAND_IN") or pathlib.Path(sys.argv[0]).parents[1])
 
 
 class Lines:
@@ -69,6 +70,7 @@ def cimmof(words):
         elif not modules and namespace not in Lines("cim-schema").read():
             sys.exit("Could not find declaration for Qualifier named Version")
         Lines("modules").add(*modules)
+        Lines("compiled").add(f"{namespace} {file}")
         Lines("classes").add(*(f"{namespace} {name}" for name in classes_in(file)))
 
 

@@ -1,6 +1,7 @@
 """cimhost box: a server in a virtual machine with an object manager inside.
 
     python3 -m box --program CIMHOST --server NAME [--project FILE] [--port N] [--max-seconds N] [--console]
+    python3 -m box --program CIMHOST --server NAME --object-manager KIND --prefix DIR [--provider-dir DIR] ...
 """
 
 import argparse
@@ -9,9 +10,12 @@ import pathlib
 import select
 import signal
 import sys
+import tempfile
 import time
 
+from .compare import compare
 from .machine import Machine
+from .manager import KINDS, Installation
 from .server import read_server, server_names
 from .words import BoxError
 
@@ -25,6 +29,11 @@ def read_options():
     parser.add_argument("--max-seconds", type=float)
     parser.add_argument("--console", action="store_true")
     parser.add_argument("--list", action="store_true")
+    parser.add_argument("--object-manager", choices=sorted(KINDS))
+    parser.add_argument("--prefix", type=pathlib.Path, default=pathlib.Path("/usr"))
+    parser.add_argument("--provider-dir", type=pathlib.Path)
+    parser.add_argument("--cim-schema", type=pathlib.Path)
+    parser.add_argument("--state", type=pathlib.Path)
     return parser.parse_args()
 
 
@@ -104,19 +113,41 @@ def end(*_):
     raise SystemExit(0)
 
 
-def run(options):
-    program = options.program.resolve()
-    if options.project and not options.project.exists():
-        raise BoxError(f"There is no {options.project}.")
+def make_machine(options, program):
     machine = Machine(read_server(options.server), port=options.port, enclosure_module=enclosure_module(program))
     if options.console:
         machine.on_line = lambda line: print(line, flush=True)
     print(f"Starting the server {machine.server.name} ...", flush=True)
-    with machine:
+    return machine
+
+
+def run(options):
+    program = options.program.resolve()
+    if options.project and not options.project.exists():
+        raise BoxError(f"There is no {options.project}.")
+    with make_machine(options, program) as machine:
         machine.serve(serve_command(program, options.project))
         tell(machine)
         stay(machine, options.max_seconds)
     return 0
+
+
+def give_up(*_):
+    raise BoxError("It took longer than --max-seconds.")
+
+
+def run_comparison(options):
+    signal.signal(signal.SIGALRM, give_up)
+    signal.setitimer(signal.ITIMER_REAL, options.max_seconds or 0)
+    program = options.program.resolve()
+    manager = KINDS[options.object_manager](options.prefix, options.provider_dir, options.cim_schema, options.state)
+    with tempfile.TemporaryDirectory(prefix="pylbox-") as scratch:
+        installation = Installation(program, scratch)
+        with make_machine(options, program) as machine:
+            different = compare(machine, program, serve_command(program), manager, installation).different
+    print(f"{manager.name} answers otherwise than cimhost, for no reason that is known." if different else
+          f"{manager.name} answers as cimhost does.")
+    return 1 if different else 0
 
 
 def main():
@@ -129,7 +160,7 @@ def main():
             for name in server_names():
                 print(f"{name}: {read_server(name).title}")
             return 0
-        return run(options)
+        return run_comparison(options) if options.object_manager else run(options)
     except BoxError as error:
         print(f"cimhost: {error}", file=sys.stderr)
         return 1
