@@ -17,7 +17,7 @@ class SubscribedCase(MachineCase):
     def setUpClass(cls):
         super().setUpClass()
         cls.listener = Listener(cls.machine, PROGRAM, "alerts")
-        subscribe(Client(cls.machine.port), cls.machine.server.host_name)
+        subscribe(Client(cls.machine.address, cls.machine.client_options), cls.machine.server.host_name)
         cls("alerts").wait_until(lambda: "WBEM Providers started" in cls.listener.text())
 
     def alerts(self):

@@ -73,7 +73,8 @@ class MachineCase(unittest.TestCase):
     def ask(self, *words, namespace="root/ktq", options=()):
         """wbemcli OPERATION ":Class..." [DATA]: what it printed; the test fails when it was refused."""
         operation, target, *data = words
-        command = ["wbemcli", operation, *options, f"http://localhost:{self.machine.port}/{namespace}{target}", *data]
+        command = ["wbemcli", operation, *self.machine.client_options, *options,
+                   f"{self.machine.address}/{namespace}{target}", *data]
         answer = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=60,
                                 check=False)
         self.assertEqual(0, answer.returncode, answer.stdout + self.log())

@@ -1,6 +1,7 @@
 """Each server as a WBEM client sees it, against what dmidecode, lspci and the kernel say inside."""
 
 import re
+import subprocess
 import unittest
 
 from box.server import read_server
@@ -128,6 +129,31 @@ class ServerCase(MachineCase):
 class WaveJ(ServerCase):
     server = "wavej"
     identifier = "KTQ-J-0001"
+
+    def test_every_user_is_answered_with_their_password_and_nobody_else(self):
+        options = self.machine.client_options
+        for user in ("operator:wave-300", "auditor:reads"):
+            self.assertIn("PYL_ComputerSystem.", self.said(f"https://{user}@", options))
+        for user in ("operator:wave-400", "auditor:wave-300", "nobody:wave-300"):
+            self.assertIn("Invalid username/password", self.said(f"https://{user}@", options))
+        self.assertIn("Username/password required", self.said("https://", options))
+
+    def test_who_does_not_trust_its_certificate_or_asks_in_the_clear_learns_nothing(self):
+        for scheme in ("https", "http"):
+            said = self.said(f"{scheme}://operator:wave-300@", ())
+            self.assertIn("wbemcli: Http Exception", said)
+            self.assertNotIn("PYL_ComputerSystem.", said)
+
+    def said(self, scheme, options):
+        """What wbemcli prints of the names of computer systems."""
+        address = f"{scheme}localhost:{self.machine.port}/root/ktq:PYL_ComputerSystem"
+        return subprocess.run(["wbemcli", "ein", *options, address], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                              text=True, timeout=60, check=False).stdout
+
+    def test_requests_are_timed_in_the_log(self):
+        self.instance("PYL_ComputerSystem")
+        self.wait_until(lambda: any(re.search(r":perfmon.*enumInstances completed in \d", line)
+                                    for line in self.machine.console))
 
 
 class WaveK(ServerCase):

@@ -22,7 +22,7 @@ class Show:
     def __init__(self, machine, program):
         self._machine = machine
         self._program = program
-        self._url = f"http://localhost:{machine.port}"
+        self._url = machine.address
         self._space = f"{self._url}/root/ktq"
 
     def all(self):
@@ -49,7 +49,7 @@ class Show:
     def _devices(self):
         title("Its PCI devices: as the kernel lists them, and by their names")
         self._inside("lspci -tv", 30)
-        answer = answered("ei", "-nl", f"{self._space}:PYL_PCIDevice")
+        answer = self._answered("ei", "-nl", f"{self._space}:PYL_PCIDevice")
         wanted = ("-DeviceID", "-ElementName", "-PhysicalSlot")
         for device in answer.strip().split("\n\n"):
             values = [line.split("=", 1)[1] for line in device.splitlines() if line.startswith(wanted)]
@@ -57,7 +57,7 @@ class Show:
 
     def _profiles(self):
         title("The profiles that it conforms to")
-        system = answered("ein", f"{self._space}:PYL_ComputerSystem").strip().split(":", 2)[2]
+        system = self._answered("ein", f"{self._space}:PYL_ComputerSystem").strip().split(":", 2)[2]
         self._wbemcli("ai", "-nl", "-ac", "PYL_ElementConformsToProfile", f"{self._space}:{system}", lines=20)
 
     def _subscribe(self):
@@ -133,8 +133,12 @@ class Show:
         print(f"\n{self._machine.server.host_name}# {command}")
         head(self._machine.run(command).text.rstrip(), lines)
 
-    def _wbemcli(self, *words, lines=12, only=()):
-        print("\n$ wbemcli " + " ".join(shlex.quote(word) for word in words), flush=True)
+    def _answered(self, operation, *words):
+        return answered(operation, *self._machine.client_options, *words)
+
+    def _wbemcli(self, operation, *words, lines=12, only=()):
+        words = (operation, *self._machine.client_options, *words)
+        print("\n$ wbemcli " + shlex.join(words), flush=True)
         text = "\n".join(line for line in answered(*words).splitlines() if line.strip())
         if only:
             text = "\n".join(line for line in text.splitlines() if line.startswith(only))

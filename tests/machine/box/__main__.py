@@ -8,6 +8,7 @@ import argparse
 import os
 import pathlib
 import select
+import shlex
 import signal
 import sys
 import tempfile
@@ -55,13 +56,14 @@ def serve_command(program, project=None):
 
 def tell(machine):
     server = machine.server
-    address = f"http://localhost:{machine.port}"
+    address = machine.address
+    command = shlex.join(["wbemcli", *machine.client_options])
     print(f"\n{server.name}: {server.title}.")
     for note in server.notes:
         print(f"  {note}")
     print(f"Up in {machine.ready_seconds:.0f} s. Ask it from here:\n"
-          f"  wbemcli ei {address}/root/ktq:PYL_ComputerSystem\n"
-          f"  wbemcli ein {address}/root/ktq:PYL_PCIDevice")
+          f"  {command} ei {address}/root/ktq:PYL_ComputerSystem\n"
+          f"  {command} ein {address}/root/ktq:PYL_PCIDevice")
     if server.changes:
         print(f"Type what is to happen: {', '.join(server.changes)}.")
     print("A line that begins with ! is a command in the guest, such as !lspci. Ctrl-C ends it all.\n", flush=True)

@@ -46,16 +46,17 @@ class Answer:
 
 
 class Client:
-    """Asks an object manager at this port of loopback, whose profiles are in the namespace `interop`."""
+    """Asks an object manager at this address, whose profiles are in the namespace `interop`."""
 
-    def __init__(self, port, interop="interop"):
-        self._address = f"localhost:{port}"
+    def __init__(self, address, options=(), interop="interop"):
+        self._address = address
+        self._options = options
         self.interop = interop
 
     def ask(self, question):
         namespace = self.interop if question.namespace == "interop" else question.namespace
-        command = ["wbemcli", question.operation, *question.options,
-                   f"http://{self._address}/{namespace}:{question.target}", *([question.data] if question.data else [])]
+        command = ["wbemcli", question.operation, *self._options, *question.options,
+                   f"{self._address}/{namespace}:{question.target}", *([question.data] if question.data else [])]
         result = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=120,
                                 check=False, stdin=subprocess.DEVNULL)
         return self._answer(question, result.stdout.strip())
@@ -66,7 +67,7 @@ class Client:
         return [line.split(":", 1)[1] for block in answer.blocks for line in block if ":" in line]
 
     def _answer(self, question, text):
-        text = text.replace(f"{self._address}/", "")
+        text = text.replace(re.sub(".*(//|@)", "", self._address) + "/", "")
         if "wbemcli:" in text:
             said = re.search(r"wbemcli: (?:Cim: \((\d+)\) )?(.*)", text, re.DOTALL)
             words = " ".join(word for word in said.group(2).split() if word != "*")

@@ -14,7 +14,7 @@ def compare(machine, program, serve, manager, installation):
     """`serve`: the command that starts cimhost. Prints what is done and what came out, and returns it."""
     print(f"Asking cimhost, of which {manager.name} is to do the same ...", flush=True)
     machine.serve(serve)
-    own = Client(machine.port)
+    own = Client(machine.address, machine.client_options)
     asked = questions(installation.data, own)
     ours = [own.ask(question) for question in asked]
     told = _alerts(machine, program, own, "cimhost")
@@ -26,7 +26,7 @@ def compare(machine, program, serve, manager, installation):
     print(f"Giving {manager.name} the modules ...", flush=True)
     manager.set_up(machine, installation)
     print(f"Asking {manager.name} ...", flush=True)
-    other = Client(machine.port, manager.interop)
+    other = Client(f"http://localhost:{machine.port}", interop=manager.interop)
     comparison = Comparison(manager.kind, manager.name)
     for question, answer in zip(asked, ours):
         comparison.add(question, answer, other.ask(question))

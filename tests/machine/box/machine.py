@@ -39,7 +39,7 @@ class Machine:
         """`port`: of this host, for the object manager inside; 0 takes a free one. `drives`: images, as /dev/vda and so
         on. `enclosure_module`: the controller's; without it there is no enclosure."""
         require(TOOLS + (("ipmi_sim",) if server.controller is not None else ())
-                + (("i2cset",) if server.chips else ()))
+                + (("i2cset",) if server.chips else ()) + (("openssl",) if server.users else ()))
         self.server = server
         self.console = []
         self.ready_seconds = None
@@ -122,7 +122,7 @@ class Machine:
     def serve(self, command, seconds=60):
         """Starts an object manager, whose words go to the console, and waits until it is ready."""
         seen = len(self.console)
-        words = " ".join(shlex.quote(str(word)) for word in command)
+        words = shlex.join(map(str, [*command, *self._protection(command[0])]))
         self.ask(f"setsid {words} >/dev/console 2>&1 & echo $! >/run/cimhost.pid")
         self.wait_for_line("cimhost is ready at", seconds, seen)
 
@@ -136,6 +136,17 @@ class Machine:
         self.ask("; ".join(self._set_register(*write) for write in writes))
 
     # Outside
+
+    @property
+    def address(self):
+        """Of what is served inside, for clients, as its first user where it has users."""
+        user = next((f"{name}:{password}@" for name, password in self.server.users.items()), "")
+        return f"http{'s' if user else ''}://{user}localhost:{self.port}"
+
+    @property
+    def client_options(self):
+        """What wbemcli needs to trust it."""
+        return ("-cacert", str(self._scratch / "certificate")) if self.server.users else ()
 
     def wait_for_line(self, pattern, seconds=60, seen=0):
         """The first line of the console, from the number `seen` on, that has this."""
@@ -251,6 +262,23 @@ class Machine:
         self.ask("set -e\n" + "\n".join(commands), 120)
         self.monitor = Monitor(self._scratch / "monitor")
         self.port = self._forward()
+
+    def _protection(self, cimhost):
+        """The options by which it asks for TLS and a password, where the server has users."""
+        if not self.server.users:
+            return []
+        certificate, key = self._scratch / "certificate", self._scratch / "key"
+        if not key.exists():
+            subprocess.run([program("openssl"), "req", "-x509", "-newkey", "ec", "-pkeyopt",
+                            "ec_paramgen_curve:prime256v1", "-nodes", "-keyout", key, "-out", certificate, "-days", "30",
+                            "-subj", "/CN=localhost", "-addext", "subjectAltName=DNS:localhost"],
+                           check=True, capture_output=True)
+        home = "/etc/cimhost"  # of the guest's root, as the files must be
+        users = [f"printf '%s\\n' {shlex.quote(password)} | {shlex.quote(str(cimhost))} passwd {home}/users "
+                 f"{shlex.quote(name)}" for name, password in self.server.users.items()]
+        self.ask("\n".join(["set -e; umask 077", f"mkdir -p {home}", f"cat {certificate} >{home}/certificate",
+                            f"cat {key} >{home}/key", *users]))
+        return ["--tls-cert", f"{home}/certificate", "--tls-key", f"{home}/key", "--password-file", f"{home}/users"]
 
     def _network(self):
         """The object manager listens at loopback, as on a desk; what comes from outside goes there."""

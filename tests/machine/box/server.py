@@ -44,6 +44,7 @@ class Server:
     modules: list = dataclasses.field(default_factory=list)  # drivers that are loaded
     controller: dict | None = None
     files: dict = dataclasses.field(default_factory=dict)
+    users: dict = dataclasses.field(default_factory=dict)  # of cimhost, with their passwords: it asks for them, by TLS
     notes: list = dataclasses.field(default_factory=list)
     memory: int = 512
     entry_point: int = 64

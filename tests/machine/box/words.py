@@ -17,6 +17,7 @@ PROGRAMS = {
     "lspci": "pciutils",
     "dmidecode": "dmidecode",
     "wbemcli": "sblim-wbemcli",
+    "openssl": "openssl",
 }
 FOLDERS = "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"
 
