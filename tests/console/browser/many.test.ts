@@ -2,11 +2,12 @@ import assert from "node:assert/strict";
 import { mkdtempSync, rmSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
-import { after, test } from "node:test";
+import { after, test, type TestContext } from "node:test";
 
 import type { Page } from "playwright-core";
 
 import { classAt, closeBrowser, look, source, withServer } from "./harness";
+import { assertAwake, costOf } from "./tasks";
 
 const folder = mkdtempSync(join(tmpdir(), "console-many-"));
 after(async () => {
@@ -45,88 +46,67 @@ const words = [
     ...["--schema", join(folder, "many.mof")],
 ];
 
-/** The longest time for which the page could not answer a person, in milliseconds, from now on. */
-async function watchTasks(page: Page): Promise<() => Promise<number>> {
-    await page.evaluate(() => {
-        const seen: number[] = [];
-        (globalThis as unknown as { tasks: number[] }).tasks = seen;
-        new PerformanceObserver((list) => {
-            for (const entry of list.getEntries()) seen.push(entry.duration);
-        }).observe({ type: "longtask", buffered: true });
-    });
-    return () =>
-        page.evaluate(() => Math.max(0, ...(globalThis as unknown as { tasks: number[] }).tasks));
-}
-
-// The aim is 50 ms on a machine that does nothing else. Where others work, too, a task may be kept waiting.
-const bearable = 400;
-
-test("ten thousand instances come, sort, filter and scroll while the page stays awake", async (context) => {
+/** Does `work` with the page of a server that has all this, and holds its tasks against their limit. */
+async function withMany(
+    context: TestContext,
+    at: string,
+    work: (page: Page) => Promise<void>,
+): Promise<void> {
     await withServer(async (server) => {
         await look(
             server,
             async (page) => {
-                const longest = await watchTasks(page);
-                await page.getByText("10,000 instances").waitFor();
-                const grid = page.getByRole("grid");
-                assert.equal(await grid.getAttribute("aria-rowcount"), String(instances + 1));
-                assert.ok((await grid.getByRole("row").count()) < 80);
-                await grid.getByRole("columnheader", { name: "Name" }).click();
-                await page.waitForFunction(
-                    () =>
-                        document
-                            .querySelector('[aria-rowindex="3"]')
-                            ?.textContent?.includes("thing1") ?? false,
-                );
-                await page.getByRole("searchbox", { name: "Filter instances" }).fill("thing77");
-                await page.getByText("111 of 10,000").waitFor();
-                await page.getByRole("searchbox", { name: "Filter instances" }).fill("");
-                await page.getByText("10,000 instances").waitFor();
-                for (let step = 1; step <= 40; ++step) {
-                    await grid.evaluate((element, to) => (element.scrollTop = to), step * 7000);
-                    await page.evaluate(() => new Promise(requestAnimationFrame));
-                }
-                await grid.getByRole("gridcell").first().focus();
-                await page.keyboard.press("Control+End");
-                await grid.locator(`[aria-rowindex="${instances + 1}"]`).waitFor();
-                const milliseconds = await longest();
-                context.diagnostic(`longest task: ${Math.round(milliseconds)} ms`);
-                assert.ok(milliseconds < bearable, `${milliseconds} ms`);
+                const cost = await costOf(page, async () => {
+                    await page.reload();
+                    await work(page);
+                });
+                assertAwake(context, cost);
             },
-            { at: classAt("root/many", "LAB_Many") },
+            { at },
         );
     }, words);
+}
+
+test("ten thousand instances come, sort, filter and scroll while the page stays awake", async (context) => {
+    await withMany(context, classAt("root/many", "LAB_Many"), async (page) => {
+        await page.getByText("10,000 instances").waitFor();
+        const grid = page.getByRole("grid");
+        assert.equal(await grid.getAttribute("aria-rowcount"), String(instances + 1));
+        assert.ok((await grid.getByRole("row").count()) < 80);
+        await grid.getByRole("columnheader", { name: "Name" }).click();
+        await page.waitForFunction(
+            () =>
+                document.querySelector('[aria-rowindex="3"]')?.textContent?.includes("thing1") ??
+                false,
+        );
+        await page.getByRole("searchbox", { name: "Filter instances" }).fill("thing77");
+        await page.getByText("111 of 10,000").waitFor();
+        await page.getByRole("searchbox", { name: "Filter instances" }).fill("");
+        await page.getByText("10,000 instances").waitFor();
+        for (let step = 1; step <= 40; ++step) {
+            await grid.evaluate((element, to) => (element.scrollTop = to), step * 7000);
+            await page.evaluate(() => new Promise(requestAnimationFrame));
+        }
+        await grid.getByRole("gridcell").first().focus();
+        await page.keyboard.press("Control+End");
+        await grid.locator(`[aria-rowindex="${instances + 1}"]`).waitFor();
+    });
 });
 
 test("a schema of 1830 classes is a tree at once, and searched while typing", async (context) => {
-    await withServer(async (server) => {
-        await look(
-            server,
-            async (page) => {
-                const longest = await watchTasks(page);
-                const search = page.getByRole("searchbox", { name: "Search classes" });
-                await page.getByRole("treeitem", { name: "LAB_Class0" }).waitFor();
-                await search.pressSequentially("class182");
-                await page.getByRole("treeitem", { name: "LAB_Class1827" }).waitFor();
-                assert.ok((await page.getByRole("treeitem").count()) < 80);
-                const milliseconds = await longest();
-                context.diagnostic(`longest task: ${Math.round(milliseconds)} ms`);
-                assert.ok(milliseconds < bearable, `${milliseconds} ms`);
-            },
-            { at: "#/explore/root%2Fmany" },
-        );
-    }, words);
+    await withMany(context, "#/explore/root%2Fmany", async (page) => {
+        const search = page.getByRole("searchbox", { name: "Search classes" });
+        await page.getByRole("treeitem", { name: "LAB_Class0" }).waitFor();
+        await search.pressSequentially("class182");
+        await page.getByRole("treeitem", { name: "LAB_Class1827" }).waitFor();
+        assert.ok((await page.getByRole("treeitem").count()) < 80);
+    });
 });
 
 test("something is painted before the server was asked for anything", async (context) => {
-    await withServer(async (server) => {
-        await look(server, async (page) => {
-            const painted = await page.waitForFunction(
-                () => performance.getEntriesByName("first-contentful-paint")[0]?.startTime,
-            );
-            const milliseconds = Number(await painted.jsonValue());
-            context.diagnostic(`first paint: ${Math.round(milliseconds)} ms`);
-            assert.ok(milliseconds < 3000, `${milliseconds} ms`);
-        });
-    }, words);
+    await withMany(context, "", async (page) => {
+        await page.waitForFunction(
+            () => performance.getEntriesByName("first-contentful-paint").length,
+        );
+    });
 });
