@@ -112,6 +112,10 @@ test("columns are chosen", async () => {
             async (page) => {
                 await page.getByRole("gridcell", { name: "fan-1" }).waitFor();
                 await page.getByRole("button", { name: "Columns" }).click();
+                const dialog = page.getByRole("dialog");
+                const outer = (await dialog.boundingBox())!;
+                const list = (await dialog.getByRole("list").boundingBox())!;
+                assert.ok(list.y + list.height < outer.y + outer.height, "the list is cut");
                 await page.getByRole("checkbox", { name: "DesiredSpeed" }).check();
                 await page.getByRole("checkbox", { name: "CurrentSpeed" }).uncheck();
                 await page.keyboard.press("Escape");

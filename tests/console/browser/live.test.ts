@@ -165,6 +165,26 @@ test("is walked by the keyboard alone", { skip }, async () => {
     });
 });
 
+test("tells operation, class and status in full on a phone", { skip }, async () => {
+    await withView("requests", { width: 400 }, async ({ page, host }) => {
+        const operation = "OpenEnumerateInstancePaths";
+        host.tell("request", requestOf(1, { operation, outcome: "7", micros: 123456 }));
+        const row = page.getByRole("row", { name: operation });
+        await row.waitFor();
+        const cut = await row
+            .locator(".clip:visible")
+            .evaluateAll((cells) =>
+                cells
+                    .filter((one) => one.scrollWidth > one.clientWidth)
+                    .map((one) => one.textContent),
+            );
+        assert.deepEqual(cut, []);
+        for (const words of ["PYL_Fan", "7 NOT_SUPPORTED", "123 ms"]) {
+            assert.ok(await row.getByText(words).isVisible(), words);
+        }
+    });
+});
+
 test("holds what is looked at in its place while more comes in", { skip }, async () => {
     await withView("requests", {}, async ({ page, host }) => {
         for (let number = 1; number <= 200; ++number) host.tell("request", requestOf(number));

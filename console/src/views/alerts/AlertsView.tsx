@@ -123,7 +123,11 @@ function Arrivals() {
                 cells={alertCells}
                 onToggle={(row) => toggle(row.key)}
                 onOpen={(row) => setRead(rowText(row))}
-                empty={search ? "No alert has these words." : "No alerts yet."}
+                empty={
+                    search
+                        ? "No alert has these words."
+                        : "No alerts yet: what is subscribed to is shown here."
+                }
             />
             {read !== undefined && <TextDialog text={read} onClose={() => setRead(undefined)} />}
         </section>

@@ -106,7 +106,7 @@ export function ConditionInput({
                     id={`${id}-list`}
                     role="listbox"
                     aria-label="What may follow"
-                    class="choices"
+                    class="completions"
                     hidden={shown.length === 0}
                 >
                     {shown.map((choice, index) => (

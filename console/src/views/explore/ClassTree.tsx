@@ -3,7 +3,7 @@ import { useEffect, useLayoutEffect, useMemo, useRef, useState } from "preact/ho
 import { equalNames, nameKey } from "../../cim/names";
 import { ancestorsOf, rowId, treeRows, type TreeRow } from "../../state/classTree";
 import { go } from "../../state/routes";
-import { isInterop, loadTree, trees } from "../../state/server";
+import { elementNamespaces, loadTree, trees } from "../../state/server";
 import { Icon } from "../shared/Icon";
 import { Problem } from "../shared/Problem";
 import { rowFor } from "../shared/rowKeys";
@@ -133,8 +133,7 @@ export function ClassTree({ namespaces, chosen, onChoose }: Props) {
 }
 
 function atFirst(namespaces: readonly string[], chosen: string | undefined): ReadonlySet<string> {
-    const first =
-        chosen ?? namespaces.find((name) => !isInterop(name) && !equalNames(name, "root"));
+    const first = chosen ?? elementNamespaces(namespaces).find((name) => !equalNames(name, "root"));
     return new Set(first ? [rowId(first)] : []);
 }
 

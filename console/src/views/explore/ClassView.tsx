@@ -166,6 +166,9 @@ function ServedBy({ namespace, lineage }: { namespace: string; lineage: readonly
     );
 }
 
+const countText = (count: number, what: string): string =>
+    `${count} ${what}${count === 1 ? "" : "s"}`;
+
 const typeText = (one: { type: string; isArray?: boolean; referenceClass?: string }): string =>
     `${one.type === "reference" ? `${one.referenceClass ?? ""} REF` : one.type}${one.isArray ? "[]" : ""}`;
 
@@ -220,7 +223,10 @@ function PropertyTable({ namespace, described }: { namespace: string; described:
                         </div>
                         {about !== undefined && <p>{valueText(about)}</p>}
                         {values.length > 0 && (
-                            <Folded title={`${values.length} values`} open={values.length <= 4}>
+                            <Folded
+                                title={countText(values.length, "value")}
+                                open={values.length <= 4}
+                            >
                                 <dl class="value-map">
                                     {values.map(({ value, words }) => (
                                         <div key={value}>
@@ -231,7 +237,7 @@ function PropertyTable({ namespace, described }: { namespace: string; described:
                                 </dl>
                             </Folded>
                         )}
-                        <Folded title={`${property.qualifiers.length} qualifiers`}>
+                        <Folded title={countText(property.qualifiers.length, "qualifier")}>
                             <Qualifiers qualifiers={property.qualifiers} />
                         </Folded>
                     </li>
@@ -253,7 +259,7 @@ function Signature({ namespace, method }: { namespace: string; method: Method })
             </div>
             {about !== undefined && <p>{valueText(about)}</p>}
             {method.parameters.length > 0 && (
-                <Folded title={`${method.parameters.length} parameters`}>
+                <Folded title={countText(method.parameters.length, "parameter")}>
                     <ul class="definitions">
                         {method.parameters.map((parameter) => {
                             const text = qualifierOf(parameter, "Description")?.value;

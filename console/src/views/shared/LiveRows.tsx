@@ -3,6 +3,7 @@ import { useLayoutEffect, useRef, useState } from "preact/hooks";
 
 import { Icon } from "./Icon";
 import { rowFor } from "./rowKeys";
+import { useMedia } from "./useMedia";
 import { useWindow } from "./useWindow";
 
 /** A row, or one of those that are folded under it. */
@@ -28,7 +29,8 @@ interface Props<T extends LiveRow> {
     empty: ComponentChildren;
 }
 
-const rowHeight = 28;
+// On a phone a row has two lines.
+const narrow = "(max-width: 600px)";
 
 /**
  * A list that goes on growing at its head: only the rows in sight are there, and what is looked at
@@ -36,6 +38,7 @@ const rowHeight = 28;
  */
 export function LiveRows<T extends LiveRow>(props: Props<T>) {
     const { rows, titles } = props;
+    const rowHeight = useMedia(narrow) ? 48 : 28;
     const scroller = useRef<HTMLDivElement>(null);
     const [first, last] = useWindow(scroller, rowHeight, rows.length, rowHeight);
     const [activeKey, setActiveKey] = useState<string | undefined>(undefined);
@@ -109,6 +112,7 @@ export function LiveRows<T extends LiveRow>(props: Props<T>) {
             class={`live-rows ${props.layout}`}
             aria-label={props.label}
             aria-rowcount={rows.length + 1}
+            style={{ "--row": `${rowHeight}px` }}
             onKeyDown={onKeyDown}
             onScroll={(event) => (scrolled.current = event.currentTarget.scrollTop)}
         >
@@ -174,9 +178,9 @@ function Cells({
                     class={`live-cell ${cells.length === 1 ? "whole" : ""}`}
                     aria-colspan={cells.length === 1 ? columns : undefined}
                 >
-                    {at === 0 && row.level === 1 && (
+                    {at === 0 && row.open !== undefined && (
                         <span class={`twist ${row.open ? "open" : ""}`}>
-                            {row.open !== undefined && <Icon name="arrow" />}
+                            <Icon name="arrow" />
                         </span>
                     )}
                     <span class="clip">{cell}</span>
