@@ -12,7 +12,7 @@ export function ServerLight() {
             <span class="name" title={hello ? `${hello.program} ${hello.version}` : undefined}>
                 {name}
             </span>
-            <span class="hidden-text" role="status">
+            <span class={state === "lost" ? "badge tone-error" : "hidden-text"} role="status">
                 {words[state]}
             </span>
         </div>

@@ -51,7 +51,13 @@ function cimhost({ method, namespace, className }: Asked): string | undefined {
             if (className === "CIMHOST_Module") {
                 const words = `ended by SIGSEGV: ${escaped}`;
                 return instancesXml(className, "Module", [
-                    { Module: "fans", State: "paused", Crashes: "2", LastWords: words },
+                    {
+                        Module: "fans",
+                        State: "paused",
+                        Starts: "2",
+                        Crashes: "2",
+                        LastWords: words,
+                    },
                 ]);
             }
             if (className === "CIMHOST_Provider") {
@@ -272,6 +278,7 @@ test("shows how a module fell, in its own words", { skip }, async () => {
     await withView("modules", {}, async ({ page, printed }) => {
         const card = page.getByRole("region", { name: "fans" });
         await card.getByText("2 crashes").waitFor();
+        assert.ok(await card.getByText("no, the next request starts it again").isVisible());
         assert.ok((await card.locator("pre").textContent())?.includes(markup));
         await card.locator("summary").click();
         assert.ok((await card.locator("table").textContent())?.includes(markup));

@@ -98,7 +98,6 @@ export function Queues({ interop, turn }: { interop: string; turn: number }) {
                                 <table class="plain">
                                     <thead>
                                         <tr>
-                                            <th scope="col">Listener</th>
                                             <th scope="col">Raised</th>
                                             <th scope="col">Sent</th>
                                             <th scope="col">Waiting</th>
@@ -106,10 +105,14 @@ export function Queues({ interop, turn }: { interop: string; turn: number }) {
                                             <th scope="col">Dropped</th>
                                         </tr>
                                     </thead>
-                                    <tbody>
-                                        {queues.map((queue) => (
-                                            <tr key={queue.listener}>
-                                                <th scope="row">{queue.listener}</th>
+                                    {queues.map((queue) => (
+                                        <tbody key={queue.listener}>
+                                            <tr>
+                                                <th scope="rowgroup" colSpan={5}>
+                                                    {queue.listener}
+                                                </th>
+                                            </tr>
+                                            <tr>
                                                 <td>{queue.raised}</td>
                                                 <td>{queue.sent}</td>
                                                 <td class={queue.waiting ? "tone-warn" : ""}>
@@ -120,8 +123,8 @@ export function Queues({ interop, turn }: { interop: string; turn: number }) {
                                                     {queue.dropped}
                                                 </td>
                                             </tr>
-                                        ))}
-                                    </tbody>
+                                        </tbody>
+                                    ))}
                                 </table>
                             </div>
                         )}

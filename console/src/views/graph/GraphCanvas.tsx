@@ -2,7 +2,7 @@ import cytoscape from "cytoscape";
 import { useEffect, useRef } from "preact/hooks";
 
 import { shownTheme } from "../../state/settings";
-import { Icon } from "../shared/Icon";
+import { Icon, type IconName } from "../shared/Icon";
 import { boxOf, placeNodes, type Direction, type GraphEdge, type GraphNode } from "./layout";
 
 interface Props {
@@ -82,23 +82,39 @@ export function GraphCanvas({
     }, [selected, nodes]);
 
     return (
-        <div class="graph">
+        <div
+            class="graph"
+            // The wheel alone scrolls the page, which is taller than its graphs.
+            onWheelCapture={(event) => {
+                if (!event.ctrlKey && !event.metaKey) event.stopPropagation();
+            }}
+        >
             <div
                 class={isTall ? "graph-canvas tall" : "graph-canvas"}
                 ref={box}
                 role="img"
                 aria-label={label}
             />
-            <button
-                class="button square graph-fit"
-                type="button"
-                aria-label="Show the whole graph"
-                title="Show the whole graph"
-                onClick={() => fit(graph.current!)}
-            >
-                <Icon name="fit" />
-            </button>
+            <div class="graph-tools">
+                <Tool icon="plus" words="Enlarge" onUse={() => zoom(graph.current!, 1.4)} />
+                <Tool icon="minus" words="Reduce" onUse={() => zoom(graph.current!, 1 / 1.4)} />
+                <Tool icon="fit" words="Show the whole graph" onUse={() => fit(graph.current!)} />
+            </div>
         </div>
+    );
+}
+
+function Tool({ icon, words, onUse }: { icon: IconName; words: string; onUse: () => void }) {
+    return (
+        <button
+            class="button square"
+            type="button"
+            aria-label={words}
+            title={words}
+            onClick={onUse}
+        >
+            <Icon name={icon} />
+        </button>
     );
 }
 
@@ -129,6 +145,11 @@ function put(
         there.data(data);
         if (position && there.isNode()) there.position(position);
     }
+}
+
+function zoom(core: cytoscape.Core, factor: number): void {
+    const renderedPosition = { x: core.width() / 2, y: core.height() / 2 };
+    core.zoom({ level: core.zoom() * factor, renderedPosition });
 }
 
 function fit(core: cytoscape.Core): void {

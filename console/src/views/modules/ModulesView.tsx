@@ -121,6 +121,12 @@ function toneOf({ crashes, findings, state, isLoaded }: Module): Tone {
     return isLoaded ? "ok" : "unknown";
 }
 
+function loadedText({ isLoaded, starts, findings }: Module): string {
+    if (isLoaded) return "yes";
+    if (starts > 0) return "no, the next request starts it again";
+    return findings.length ? "no" : "no, no request has needed it yet";
+}
+
 function ModuleCard({ module }: { module: Module }) {
     const { name, crashes, starts } = module;
     return (
@@ -141,7 +147,7 @@ function ModuleCard({ module }: { module: Module }) {
                 <dt>File</dt>
                 <dd>{module.file || "not found"}</dd>
                 <dt>Loaded</dt>
-                <dd>{module.isLoaded ? "yes" : "no, no request has needed it yet"}</dd>
+                <dd>{loadedText(module)}</dd>
                 <dt>Runs in</dt>
                 <dd>
                     {module.isIsolated

@@ -13,6 +13,7 @@ const paths = {
     indication: "M4.5 11V7a3.5 3.5 0 0 1 7 0v4l1.5 1h-10zM7 14h2",
     info: "M8 1.8a6.2 6.2 0 1 0 0 12.4A6.2 6.2 0 1 0 8 1.8M8 7.2v4M8 4.8v.1",
     menu: "M2.5 4h11M2.5 8h11M2.5 12h11",
+    minus: "M3 8h10",
     moon: "M13.5 9.5A6 6 0 1 1 6.5 2.5a4.8 4.8 0 0 0 7 7z",
     namespace: "M2 4h4.5l1.5 1.5h6v7.5H2z",
     play: "M4.5 3v10l8-5z",

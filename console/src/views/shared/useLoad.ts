@@ -1,5 +1,7 @@
 import { useCallback, useEffect, useRef, useState } from "preact/hooks";
 
+import { useReturn } from "./useReturn";
+
 export interface Load<T> {
     value?: T;
     error?: unknown;
@@ -9,7 +11,8 @@ export interface Load<T> {
 
 /**
  * What `work` comes to. It is done when the component appears, when one of `inputs` changes and on
- * reload; the former value stays while it is done again. It is aborted with the component.
+ * reload, and when it had failed and the link to the server is made again; the former value stays
+ * while it is done again. It is aborted with the component.
  */
 export function useLoad<T>(
     work: (signal: AbortSignal) => Promise<T>,
@@ -31,5 +34,7 @@ export function useLoad<T>(
         );
         return () => abort.abort();
     }, [turn, ...inputs]);
-    return { ...state, reload: useCallback(() => setTurn((before) => before + 1), []) };
+    const reload = useCallback(() => setTurn((before) => before + 1), []);
+    useReturn(state.error !== undefined, reload);
+    return { ...state, reload };
 }

@@ -7,6 +7,7 @@ import { go, instanceHref } from "../../state/routes";
 import { Dialog } from "../shared/Dialog";
 import { Icon } from "../shared/Icon";
 import { Problem } from "../shared/Problem";
+import { useReturn } from "../shared/useReturn";
 import { copy, VirtualGrid } from "../shared/VirtualGrid";
 import { columnsOf, csvOf, widthOf, type Column, type Row } from "./rows";
 import { useOrdered, useRows } from "./useRows";
@@ -27,12 +28,11 @@ export function InstanceTable({ namespace, described }: { namespace: string; des
     const [said, setSaid] = useState("");
     const { rows, subclasses, busy, error, at } = useRows(namespace, described.name, asked);
 
+    const refresh = () => setAsked((before) => before + 1);
+    useReturn(error !== undefined, refresh);
     useEffect(() => {
         if (!every) return;
-        const timer = setInterval(
-            () => document.hidden || setAsked((before) => before + 1),
-            every * 1000,
-        );
+        const timer = setInterval(() => document.hidden || refresh(), every * 1000);
         return () => clearInterval(timer);
     }, [every]);
 
@@ -123,21 +123,14 @@ export function InstanceTable({ namespace, described }: { namespace: string; des
                         </option>
                     ))}
                 </select>
-                <button
-                    class="button"
-                    type="button"
-                    disabled={busy}
-                    onClick={() => setAsked((before) => before + 1)}
-                >
+                <button class="button" type="button" disabled={busy} onClick={refresh}>
                     <Icon name="refresh" />
                     Refresh
                 </button>
             </div>
-            {error !== undefined && (
-                <Problem error={error} retry={() => setAsked((before) => before + 1)} />
-            )}
-            {at && !rows.length ? (
-                <p class="empty">There are no instances of this class now.</p>
+            {error !== undefined && <Problem error={error} retry={refresh} />}
+            {!rows.length && (at || error !== undefined) ? (
+                at && <p class="empty">There are no instances of this class now.</p>
             ) : (
                 <div class="table-room">
                     <VirtualGrid
