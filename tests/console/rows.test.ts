@@ -153,3 +153,28 @@ test("CSV quotes what needs it, and hands no formula to a spreadsheet", () => {
         'Number,Name\r\n1,"say ""a"", b"\r\n-2,\'=cmd()\r\n3,\'-x\r\n4,"line\nline"\r\n',
     );
 });
+
+test("tells readings in the unit that their instance says", () => {
+    const sensors: Class = {
+        name: "CIM_NumericSensor",
+        qualifiers: [],
+        methods: [],
+        properties: [
+            property("BaseUnits", "uint16"),
+            property("UnitModifier", "sint32"),
+            property("CurrentReading", "sint32"),
+            property("Accuracy", "sint32"),
+        ],
+    };
+    const columns = columnsOf(sensors, []);
+    const texts = (...values: CimValue[]) => {
+        const properties = sensors.properties.map((one, at) => ({ ...one, value: values[at]! }));
+        const row = new Row({ className: sensors.name, properties });
+        return columns.slice(2).map((column) => row.text(column));
+    };
+    assert.deepEqual(texts(2, -1, 455, 10), ["45.5 °C (455)", "10"]);
+    assert.deepEqual(texts(5, -3, 12050, 10), ["12.05 V (12050)", "10"]);
+    assert.deepEqual(texts(19, 0, 4200, null), ["4200 RPM (4200)", ""]);
+    assert.deepEqual(texts(null, -1, 455, null), ["45.5 (455)", ""]);
+    assert.deepEqual(texts(null, null, 455, null), ["455", ""]);
+});

@@ -18,6 +18,8 @@ import { quantityText, unitOfProgram, unitOfWords, type Unit } from "./units";
 export interface Described {
     type: CimType;
     qualifiers: readonly Qualifier[];
+    /** The unit that the instance says, over that of the qualifiers. */
+    unit?: Unit;
 }
 
 /** A value for people: words ("Degraded", "2 GiB", "12:04:11"), and what was sent where it differs. */
@@ -176,7 +178,8 @@ function describedWords(value: string | number | bigint, described: Described): 
     const words = meaning.entries.length ? wordsOf(value, meaning) : undefined;
     if (words !== undefined) return words;
     if (typeof value !== "string") {
-        return meaning.unit && quantityText(value, meaning.unit);
+        const unit = described.unit ?? meaning.unit;
+        return unit && quantityText(value, unit);
     }
     switch (described.type) {
         case "datetime":
@@ -253,5 +256,5 @@ export function valueMapOf(described: Described): { value: string; words: string
 
 /** The unit as people write it ("°C", "V", "B"), or undefined. */
 export function unitOf(described: Described): string | undefined {
-    return meaningOf(described).unit?.symbol || undefined;
+    return (described.unit ?? meaningOf(described).unit)?.symbol || undefined;
 }

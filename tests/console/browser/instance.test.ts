@@ -49,6 +49,23 @@ test("associations are listed with their states, and walked", async () => {
     });
 });
 
+test("a sensor's values are told in the unit that it says", async () => {
+    await withServer(async (server) => {
+        await look(
+            server,
+            async (page) => {
+                await page.getByRole("link", { name: "CPU temperature" }).first().click();
+                const values = page.getByRole("region", { name: "Values" });
+                await values.getByText("45.5 °C").waitFor();
+                await values.getByText("95 °C").waitFor();
+                await page.getByRole("link", { name: "CIM_NumericSensor" }).first().click();
+                await page.getByRole("gridcell", { name: "45.5 °C 455" }).waitFor();
+            },
+            { at: instanceAt(labSystem) },
+        );
+    });
+});
+
 test("an instance that is gone is told, and the page goes on", async () => {
     await withServer(async (server) => {
         await look(

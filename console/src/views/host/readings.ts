@@ -1,6 +1,7 @@
 import type { Class, Instance, ObjectPath } from "../../cim/model";
 import { propertyOf } from "../../cim/names";
-import { shownScalar, unitOf } from "../../cim/valueText";
+import { readingUnitOf } from "../../cim/readingUnit";
+import { unitOf } from "../../cim/valueText";
 import { statusOf, type Status } from "../../state/status";
 import { nameOf } from "../instance/walk";
 
@@ -36,7 +37,9 @@ export function readingOf(instance: Instance, described: Class): Reading {
     const status = statusOf(instance, described);
     const base = { name: nameOf({ path, instance }), path, ...(status ? { status } : {}) };
     const isSensor = propertyOf(described, "CurrentReading") !== undefined;
-    const scale = isSensor ? 10 ** (number("UnitModifier") ?? 0) : 1;
+    const baseUnits = propertyOf(described, "BaseUnits");
+    const sensorUnit = isSensor && baseUnits && readingUnitOf(instance, baseUnits);
+    const scale = sensorUnit ? sensorUnit.factor : 1;
     const raw = number(isSensor ? "CurrentReading" : "CurrentSpeed");
     const limits: Reading["limits"] = [];
     for (const [name, isUpper, isCritical] of limitNames) {
@@ -52,31 +55,11 @@ export function readingOf(instance: Instance, described: Class): Reading {
     return {
         ...base,
         ...(value === undefined ? {} : { value }),
-        unit: isSensor ? sensorUnit(instance, described) : speedUnit(described),
+        unit: sensorUnit ? sensorUnit.symbol : isSensor ? "" : speedUnit(described),
         least: least === undefined ? Math.min(0, ...ends) : least * scale,
         most: most === undefined ? roundUp(Math.max(1, ...ends) * 1.25) : most * scale,
         limits,
     };
-}
-
-const units: Record<number, string> = {
-    2: "°C",
-    3: "°F",
-    4: "K",
-    5: "V",
-    6: "A",
-    7: "W",
-    8: "J",
-    19: "RPM",
-    20: "Hz",
-    65: "%",
-};
-
-function sensorUnit(instance: Instance, described: Class): string {
-    const value = propertyOf(instance, "BaseUnits")?.value;
-    if (typeof value !== "number") return "";
-    const declared = propertyOf(described, "BaseUnits");
-    return units[value] ?? (declared ? shownScalar(value, declared).words : "");
 }
 
 function speedUnit(described: Class): string {

@@ -10,6 +10,7 @@ import {
     type Property,
 } from "../../cim/model";
 import { hasQualifier, named, pathText, propertyOf, qualifierOf } from "../../cim/names";
+import { isReading, readingUnitOf } from "../../cim/readingUnit";
 import { shownScalar, unitOf, valueText, type Described } from "../../cim/valueText";
 import { href, instanceHref, go } from "../../state/routes";
 import { client, loadClass } from "../../state/server";
@@ -178,9 +179,12 @@ const isEmpty = ({ value }: Property): boolean =>
 
 function Values({ instance, described }: { instance: Instance; described: Class }) {
     // In the order of the class; what only the instance has stands behind.
+    const baseUnits = propertyOf(described, "BaseUnits");
+    const unit = baseUnits && readingUnitOf(instance, baseUnits);
     const declared = described.properties.map((one) => ({
         ...one,
         value: propertyOf(instance, one.name)?.value ?? null,
+        ...(unit && isReading(one.name) ? { unit } : {}),
     }));
     const all = [...declared, ...instance.properties.filter((one) => !named(declared, one.name))];
     const keys = all.filter((one) => hasQualifier(one, "Key"));

@@ -204,7 +204,7 @@ function Cell({ row, column, first }: { row: Row; column: Column; first: boolean
     }
     // A time is as it was sent in the instance's card: 25 characters more would hide what it says.
     const isTime = column.property?.type === "datetime";
-    return <Words shown={shownValues(value, column.property)} withRaw={!isTime} />;
+    return <Words shown={shownValues(value, row.described(column))} withRaw={!isTime} />;
 }
 
 function Words({ shown, withRaw }: { shown: readonly ShownValue[]; withRaw: boolean }) {

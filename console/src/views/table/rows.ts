@@ -1,7 +1,8 @@
 import type { Class, CimScalar, CimValue, Instance, Property } from "../../cim/model";
-import { hasQualifier, nameKey, pathText } from "../../cim/names";
+import { hasQualifier, nameKey, pathText, propertyOf } from "../../cim/names";
 import { isObjectPath } from "../../cim/model";
-import { shownValues, valueText } from "../../cim/valueText";
+import { isReading, readingUnitOf } from "../../cim/readingUnit";
+import { shownValues, valueText, type Described } from "../../cim/valueText";
 import { inSlices, sortedInSlices } from "../../state/slices";
 
 /** A column of a table of instances: a property, or the class where they differ in it. */
@@ -10,6 +11,8 @@ export interface Column {
     isKey: boolean;
     numeric: boolean;
     property?: Property; // absent for the class
+    /** Of a reading, the property that says in what it is. */
+    baseUnits?: Property;
 }
 
 /** An instance with its values by nameKey of their names. */
@@ -30,10 +33,16 @@ export class Row {
         return this.#values.get(nameKey(column.name)) ?? null;
     }
 
+    /** How the value of a column is meant. */
+    described({ property, baseUnits }: Column): Described | undefined {
+        const unit = baseUnits && readingUnitOf(this.instance, baseUnits);
+        return property && unit ? { ...property, unit } : property;
+    }
+
     text(column: Column): string {
-        const { property } = column;
-        if (property?.type !== "datetime") return valueText(this.value(column), property);
-        return shownValues(this.value(column), property)
+        const described = this.described(column);
+        if (described?.type !== "datetime") return valueText(this.value(column), described);
+        return shownValues(this.value(column), described)
             .map(({ words }) => words)
             .join(", ");
     }
@@ -61,6 +70,7 @@ const isSurrounding = ({ name }: Column): boolean => /CreationClassName$|^System
 export function columnsOf(base: Class, subclasses: readonly Class[]): Column[] {
     const columns = new Map<string, Column>();
     for (const one of [base, ...subclasses]) {
+        const baseUnits = propertyOf(one, "BaseUnits");
         for (const property of one.properties) {
             const key = nameKey(property.name);
             if (columns.has(key)) continue;
@@ -69,6 +79,7 @@ export function columnsOf(base: Class, subclasses: readonly Class[]): Column[] {
                 isKey: hasQualifier(property, "Key"),
                 numeric: integers.test(property.type) && !property.isArray && !hasWords(property),
                 property,
+                ...(baseUnits && isReading(property.name) ? { baseUnits } : {}),
             });
         }
     }
