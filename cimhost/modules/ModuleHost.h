@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cimhost/modules/CallGate.h"
-#include "cimhost/modules/Module.h"
+#include "cimhost/modules/ModuleTable.h"
 #include "cimhost/modules/Registration.h"
 
 #include <atomic>
@@ -72,13 +72,6 @@ enum class UnloadOutcome {
 /// How the words begin in which a module is refused whose library is not there, or not in order.
 std::string cannotBeLoaded(const std::string& module);
 
-/// What has become of a module.
-struct ModuleState {
-    bool isLoaded = false;
-    /// Why it, or an MI of it, could not be made the last time it was tried.
-    std::vector<std::string> failures{};
-};
-
 /// Loads the modules that registrations name and makes their MIs.
 ///
 /// An MI is made when the first call needs it, once for each provider and type, so that a module
@@ -143,33 +136,26 @@ public:
     bool shutDown(std::chrono::milliseconds patience = std::chrono::milliseconds::max());
 
 private:
-    struct Slot;
-    struct Hosted;
-    struct Provider;
-    struct Table;
     class Hold;
-    template <typename MI>
-    struct TypedSlot;
 
-    Provider& _providerOf(const Registration& registration) const;
-    std::unique_ptr<Table> _makeTable(Registrations registrations) const;
-    std::shared_ptr<Hosted> _loadAnew(Hosted& before);
-    void _publish(std::unique_ptr<Table> table);
-    bool _releaseReplaced(Hosted& module);
+    HostedProvider& _providerOf(const Registration& registration) const;
+    std::shared_ptr<HostedModule> _loadAnew(HostedModule& before);
+    void _publish(std::unique_ptr<ModuleTable> table);
+    bool _releaseReplaced(HostedModule& module);
     template <typename MI>
-    bool _start(Provider& provider, TypedSlot<MI>& slot);
+    bool _start(HostedProvider& provider, TypedMiSlot<MI>& slot);
     template <typename MI>
-    MI* _create(Provider& provider);
-    void _load(Hosted& module);
-    void _noteFailure(Slot& slot, const std::string& text) noexcept;
-    bool _waitsForMe(const Provider& provider) const noexcept;
-    bool _isHeld(const Hosted* module) const noexcept;
-    void _remove(Slot& slot) noexcept;
-    CMPIStatus _cleanUp(Slot& slot, bool isTerminating) noexcept;
-    std::vector<Slot*> _slotsOf(const Hosted& module) const;
-    bool _closeIfIdle(const std::vector<Slot*>& slots) noexcept;
-    bool _isSpared(const Slot& slot, const std::vector<Slot*>& slots) const noexcept;
-    bool _agreesToLeave(Slot& slot) noexcept;
+    MI* _create(HostedProvider& provider);
+    void _load(HostedModule& module);
+    void _noteFailure(MiSlot& slot, const std::string& text) noexcept;
+    bool _waitsForMe(const HostedProvider& provider) const noexcept;
+    bool _isHeld(const HostedModule* module) const noexcept;
+    void _remove(MiSlot& slot) noexcept;
+    CMPIStatus _cleanUp(MiSlot& slot, bool isTerminating) noexcept;
+    std::vector<MiSlot*> _slotsOf(const HostedModule& module) const;
+    bool _closeIfIdle(const std::vector<MiSlot*>& slots) noexcept;
+    bool _isSpared(const MiSlot& slot, const std::vector<MiSlot*>& slots) const noexcept;
+    bool _agreesToLeave(MiSlot& slot) noexcept;
     void _refuseWhenStopping() const;
     void _closeUnused();
 
@@ -179,16 +165,16 @@ private:
 
     // Read without a lock. All that ever were stay, for calls and others that refer to them: each
     // is small, and their libraries are closed.
-    std::atomic<const Table*> _table = nullptr;
-    std::vector<std::unique_ptr<Table>> _tables;
+    std::atomic<const ModuleTable*> _table = nullptr;
+    std::vector<std::unique_ptr<ModuleTable>> _tables;
 
     // Guards what follows, who holds which provider, and what failed; never held while code of a
     // module runs.
     mutable std::mutex _mutex;
     std::condition_variable _released;
-    std::map<std::thread::id, const Provider*> _awaited;  // by the thread that waits for it
-    std::vector<Slot*> _created;                          // in order of creation
-    std::vector<Hosted*> _loaded;                         // in order of loading
+    std::map<std::thread::id, const HostedProvider*> _awaited;  // by the thread that waits for it
+    std::vector<MiSlot*> _created;                              // in order of creation
+    std::vector<HostedModule*> _loaded;                         // in order of loading
     std::atomic<bool> _isStopping = false;
     std::mutex _shutDown;  // one shutDown at a time
 };
