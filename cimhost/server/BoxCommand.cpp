@@ -1,7 +1,7 @@
 #include "cimhost/server/Command.h"
+#include "cimhost/server/CommandOptions.h"
 #include "cimhost/server/Installation.h"
 
-#include <CLI/CLI.hpp>
 #include <unistd.h>
 
 #include <cerrno>
@@ -140,14 +140,9 @@ void addBoxCommand(CLI::App& application, Command& chosen) {
         "--project", options->project,
         "What is served inside, cimhost.toml(5); by default what this program serves by itself");
     project->type_name("FILE");
-    command
-        ->add_option("--port", options->port,
-                     "TCP port of this host's loopback that leads inside; 0 takes any free one")
-        ->type_name("NUMBER")
-        ->check(CLI::Range(0, 65535))
-        ->capture_default_str();
-    command->add_option("--max-seconds", options->maximumSeconds, "End by itself after this time")
-        ->type_name("SECONDS");
+    addPort(*command, "--port", options->port,
+            "TCP port of this host's loopback that leads inside");
+    addMaximumSeconds(*command, options->maximumSeconds);
     command->add_flag("--console", options->console,
                       "Show what the guest's kernel and the object manager inside say");
     addManagerOptions(*command, *project, *options);

@@ -1,14 +1,13 @@
 #include "cimhost/http/HttpServer.h"
 #include "cimhost/server/CimXmlAdapter.h"
 #include "cimhost/server/Command.h"
+#include "cimhost/server/CommandOptions.h"
 #include "cimhost/server/ConsolePages.h"
 #include "cimhost/server/ConsoleProxy.h"
 #include "cimhost/server/ConsoleTarget.h"
 #include "cimhost/server/EndSignals.h"
 #include "cimhost/server/events/AlertEvent.h"
 #include "cimhost/server/events/EventStream.h"
-
-#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <cstdlib>
@@ -153,12 +152,7 @@ void addOptions(CLI::App& command, ConsoleOptions& options) {
                     "to be had")
         ->type_name("URL")
         ->required();
-    command
-        .add_option("--port", options.port,
-                    "TCP port of 127.0.0.1 to show it at; 0 takes any free one")
-        ->type_name("NUMBER")
-        ->check(CLI::Range(0, 65535))
-        ->capture_default_str();
+    addPort(command, "--port", options.port, "TCP port of 127.0.0.1 to show it at");
     auto* const authorities =
         command
             .add_option("--ca", options.authorities,
@@ -175,14 +169,8 @@ void addOptions(CLI::App& command, ConsoleOptions& options) {
                         "Numeric address of this machine that the target reaches, to take its "
                         "indications at; anyone who can reach it can send")
             ->type_name("ADDRESS");
-    command
-        .add_option("--listen-port", options.listenPort, "TCP port for these; 0 takes any free one")
-        ->type_name("NUMBER")
-        ->check(CLI::Range(0, 65535))
-        ->capture_default_str()
-        ->needs(listen);
-    command.add_option("--max-seconds", options.maximumSeconds, "End by itself after this time")
-        ->type_name("SECONDS");
+    addPort(command, "--listen-port", options.listenPort, "TCP port for these")->needs(listen);
+    addMaximumSeconds(command, options.maximumSeconds);
 }
 
 }  // namespace

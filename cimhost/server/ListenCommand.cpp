@@ -3,11 +3,10 @@
 #include "cimhost/repository/CimError.h"
 #include "cimhost/server/CimXmlAdapter.h"
 #include "cimhost/server/Command.h"
+#include "cimhost/server/CommandOptions.h"
 #include "cimhost/server/EndSignals.h"
-#include "cimhost/server/HostNameOption.h"
 #include "cimhost/server/IndicationText.h"
 
-#include <CLI/CLI.hpp>
 #include <unistd.h>
 
 #include <csignal>
@@ -103,13 +102,9 @@ void addListenCommand(CLI::App& application, Command& chosen) {
                      "Numeric address to listen at; anyone who can reach it can send")
         ->type_name("ADDRESS")
         ->capture_default_str();
-    command->add_option("--port", options->port, "TCP port; 0 takes any free one")
-        ->type_name("NUMBER")
-        ->check(CLI::Range(0, 65535))
-        ->capture_default_str();
-    addHostNameOption(*command, options->hostNames);
-    command->add_option("--max-seconds", options->maximumSeconds, "End by itself after this time")
-        ->type_name("SECONDS");
+    addPort(*command, "--port", options->port, "TCP port");
+    addHostNames(*command, options->hostNames);
+    addMaximumSeconds(*command, options->maximumSeconds);
     command->add_option("--count", options->maximumCount, "End after so many indications")
         ->type_name("NUMBER")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 62U));

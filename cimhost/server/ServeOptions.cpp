@@ -2,13 +2,12 @@
 
 #include "cimhost/http/ListenSocket.h"
 #include "cimhost/server/Command.h"
+#include "cimhost/server/CommandOptions.h"
 #include "cimhost/server/ConsoleLog.h"
 #include "cimhost/server/FileTrust.h"
-#include "cimhost/server/HostNameOption.h"
 #include "cimhost/server/Installation.h"
 #include "cimhost/server/ProjectFile.h"
 
-#include <CLI/CLI.hpp>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -28,8 +27,7 @@ CLI::Option* addSeconds(CLI::App& command, const std::string& name, std::chrono:
     return command.add_option_function<double>(name, setTime, description)
         ->type_name("SECONDS")
         ->check(CLI::Range(0.001, 86400.0))
-        ->default_str(std::to_string(time.count() / 1000))
-        ->group("Limits");
+        ->default_str(std::to_string(time.count() / 1000));
 }
 
 }  // namespace
@@ -54,72 +52,47 @@ void ServeOptions::addTo(CLI::App& command) {
 }
 
 void ServeOptions::_addNetworkOptions(CLI::App& command) {
-    const std::string group = "Network";
+    command.option_defaults()->group("Network");
     command
         .add_option("--listen", address,
                     "Numeric address to listen at; one that is not loopback needs --tls-cert, "
                     "--tls-key and --password-file")
         ->type_name("ADDRESS")
-        ->capture_default_str()
-        ->group(group);
-    command.add_option("--port", port, "TCP port; 0 takes any free one")
-        ->type_name("NUMBER")
-        ->check(CLI::Range(0, 65535))
-        ->capture_default_str()
-        ->group(group);
-    addHostNameOption(command, hostNames)->group(group);
+        ->capture_default_str();
+    addPort(command, "--port", port, "TCP port");
+    addHostNames(command, hostNames);
     auto* certificate =
         command.add_option("--tls-cert", tlsCertificate, "PEM file with certificate and chain")
-            ->type_name("FILE")
-            ->group(group);
+            ->type_name("FILE");
     auto* key = command.add_option("--tls-key", tlsKey, "PEM file with the certificate's key")
-                    ->type_name("FILE")
-                    ->group(group);
+                    ->type_name("FILE");
     certificate->needs(key);
     key->needs(certificate);
     command
         .add_option("--password-file", passwordFile,
                     "Only users in this file may come in; 'cimhost passwd' makes it")
-        ->type_name("FILE")
-        ->group(group);
+        ->type_name("FILE");
 }
 
 void ServeOptions::_addLimitOptions(CLI::App& command) {
-    const std::string group = "Limits";
-    command.add_option("--max-connections", limits.connections, "Connections served at once")
-        ->type_name("NUMBER")
-        ->check(CLI::Range(1, 10000))
-        ->capture_default_str()
-        ->group(group);
-    command.add_option("--max-body", limits.bodyBytes, "Longest request body")
-        ->type_name("BYTES")
-        ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 30U))
-        ->capture_default_str()
-        ->group(group);
-    command
-        .add_option(
-            "--body-memory", limits.bodyMemoryBytes,
-            "Request bodies that may be there at once, all together but the first 64 KiB of "
-            "each; one more is answered 503")
-        ->type_name("BYTES")
-        ->check(CLI::Range(std::uint64_t{0}, std::uint64_t{1} << 40U))
-        ->capture_default_str()
-        ->group(group);
-    command
-        .add_option("--spool-memory", limits.spoolMemoryBytes,
-                    "Of replies, how much may wait in memory for clients that do not read them")
-        ->type_name("BYTES")
-        ->check(CLI::Range(std::uint64_t{0}, std::uint64_t{1} << 40U))
-        ->capture_default_str()
-        ->group(group);
-    command
-        .add_option("--spool-disk", limits.spoolDiskBytes,
-                    "How much more of them may wait in temporary files, in TMPDIR or /tmp; a reply "
-                    "that finds no room ends with an error")
-        ->type_name("BYTES")
-        ->check(CLI::Range(std::uint64_t{0}, std::uint64_t{1} << 50U))
-        ->capture_default_str()
-        ->group(group);
+    command.option_defaults()->group("Limits");
+    addNumber(command, "--max-connections", limits.connections, 1, 10000,
+              "Connections served at once");
+    addNumber(command, "--max-body", limits.bodyBytes, std::uint64_t{1}, std::uint64_t{1} << 30U,
+              "Longest request body", "BYTES");
+    addNumber(command, "--body-memory", limits.bodyMemoryBytes, std::uint64_t{0},
+              std::uint64_t{1} << 40U,
+              "Request bodies that may be there at once, all together but the first 64 KiB of "
+              "each; one more is answered 503",
+              "BYTES");
+    addNumber(command, "--spool-memory", limits.spoolMemoryBytes, std::uint64_t{0},
+              std::uint64_t{1} << 40U,
+              "Of replies, how much may wait in memory for clients that do not read them", "BYTES");
+    addNumber(command, "--spool-disk", limits.spoolDiskBytes, std::uint64_t{0},
+              std::uint64_t{1} << 50U,
+              "How much more of them may wait in temporary files, in TMPDIR or /tmp; a reply "
+              "that finds no room ends with an error",
+              "BYTES");
     addSeconds(command, "--idle-time", limits.idleTime,
                "How long a connection may stay without request");
     addSeconds(command, "--request-time", limits.requestTime,
@@ -129,20 +102,17 @@ void ServeOptions::_addLimitOptions(CLI::App& command) {
 }
 
 void ServeOptions::_addIsolationOptions(CLI::App& command) {
-    const std::string group = "Isolation";
+    command.option_defaults()->group("Isolation");
     auto* isolate =
-        command.add_flag("--isolate", isolates, "Run each module in a process of its own")
-            ->group(group);
+        command.add_flag("--isolate", isolates, "Run each module in a process of its own");
     command
         .add_option("--isolate-user", isolateUser,
                     "Run those processes as this user, without rights that it has not")
         ->type_name("NAME")
-        ->needs(isolate)
-        ->group(group);
+        ->needs(isolate);
     addSeconds(command, "--provider-time", providerTime,
                "How long such a process may be silent before it is killed")
-        ->needs(isolate)
-        ->group(group);
+        ->needs(isolate);
 }
 
 std::optional<IsolationSettings> ServeOptions::isolation() const {
@@ -175,20 +145,14 @@ std::optional<IsolationSettings> ServeOptions::isolation() const {
 }
 
 void ServeOptions::_addIndicationOptions(CLI::App& command) {
-    const std::string group = "Indications";
+    command.option_defaults()->group("Indications");
     DeliverySettings& delivery = indications.delivery;
     command
         .add_option("--state", indications.stateFile,
                     "Keep subscriptions in this file; without it they end with the server")
-        ->type_name("FILE")
-        ->group(group);
-    command
-        .add_option("--delivery-attempts", delivery.manner.attempts,
-                    "How often an indication that a listener did not take is sent again")
-        ->type_name("NUMBER")
-        ->check(CLI::Range(0, 1000))
-        ->capture_default_str()
-        ->group(group);
+        ->type_name("FILE");
+    addNumber(command, "--delivery-attempts", delivery.manner.attempts, 0, 1000,
+              "How often an indication that a listener did not take is sent again");
     command
         .add_option_function<std::uint32_t>(
             "--delivery-interval",
@@ -198,22 +162,15 @@ void ServeOptions::_addIndicationOptions(CLI::App& command) {
             "How long to wait between these")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, 86400))
-        ->default_str(std::to_string(delivery.manner.interval.count()))
-        ->group(group);
-    command
-        .add_option("--delivery-queue", delivery.queueItems,
-                    "Indications that may wait for one listener; more are dropped and counted")
-        ->type_name("NUMBER")
-        ->check(CLI::Range(1, 1000000))
-        ->capture_default_str()
-        ->group(group);
+        ->default_str(std::to_string(delivery.manner.interval.count()));
+    addNumber(command, "--delivery-queue", delivery.queueItems, 1, 1000000,
+              "Indications that may wait for one listener; more are dropped and counted");
     addSeconds(command, "--delivery-time", delivery.attemptTime,
-               "How long a listener may take for one indication, from connecting to its answer")
-        ->group(group);
+               "How long a listener may take for one indication, from connecting to its answer");
 }
 
 void ServeOptions::_addRunOptions(CLI::App& command) {
-    const std::string group = "Running";
+    command.option_defaults()->group("Running");
     command
         .add_option_function<std::string>(
             "--manner",
@@ -226,8 +183,7 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
             },
             "Behave as another object manager does; 'cimhost manners' tells how")
         ->type_name("NAME")
-        ->default_str("standard")
-        ->group(group);
+        ->default_str("standard");
     const std::map<std::string, ResultPolicy> policies = {{"warn", ResultPolicy::warn},
                                                           {"refuse", ResultPolicy::refuse},
                                                           {"pass", ResultPolicy::pass}};
@@ -238,8 +194,7 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
                     "sends them")
         ->type_name("POLICY")
         ->transform(CLI::CheckedTransformer(policies).description("warn, refuse or pass"))
-        ->default_str("warn")
-        ->group(group);
+        ->default_str("warn");
     const std::map<std::string, BrokerLog::Level> levels = [] {
         std::map<std::string, BrokerLog::Level> names;
         for (const auto level : {BrokerLog::Level::error, BrokerLog::Level::warning,
@@ -251,24 +206,19 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
     command
         .add_option("--access-log", accessLog,
                     "Write a line a request to the file; - is standard output")
-        ->type_name("FILE")
-        ->group(group);
-    command
-        .add_flag("!--no-check", checks,
-                  "Say nothing at the start of what is wrong with registrations and modules")
-        ->group(group);
+        ->type_name("FILE");
+    command.add_flag("!--no-check", checks,
+                     "Say nothing at the start of what is wrong with registrations and modules");
     command
         .add_option("--log-level", logLevel,
                     "Least urgent lines to write to standard error, those of modules too")
         ->type_name("LEVEL")
         ->transform(CLI::CheckedTransformer(levels, CLI::ignore_case)
                         .description("error, warning, information or debug"))
-        ->default_str("information")
-        ->group(group);
-    command
-        .add_flag("!--no-console", console,
-                  "Serve no page to browsers, for whom GET is answered 405, and no root/cimhost")
-        ->group(group);
+        ->default_str("information");
+    command.add_flag(
+        "!--no-console", console,
+        "Serve no page to browsers, for whom GET is answered 405, and no root/cimhost");
     const std::map<std::string, LogFormat> formats = {{"text", LogFormat::text},
                                                       {"json", LogFormat::json}};
     command
@@ -276,16 +226,11 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
                     "How lines on standard error look: text, or json, an object a line")
         ->type_name("FORMAT")
         ->transform(CLI::CheckedTransformer(formats).description("text or json"))
-        ->default_str("text")
-        ->group(group);
-    command
-        .add_flag("--watch", watches,
-                  "Take modules, MOF and registration files into service when they change, as "
-                  "SIGHUP does once")
-        ->group(group);
-    command.add_option("--max-seconds", maximumSeconds, "End by itself after this time")
-        ->type_name("SECONDS")
-        ->group(group);
+        ->default_str("text");
+    command.add_flag("--watch", watches,
+                     "Take modules, MOF and registration files into service when they change, as "
+                     "SIGHUP does once");
+    addMaximumSeconds(command, maximumSeconds);
 }
 
 void ServeOptions::checkExposure() const {

@@ -1,6 +1,4 @@
-#include "cimhost/server/HostNameOption.h"
-
-#include <CLI/CLI.hpp>
+#include "cimhost/server/CommandOptions.h"
 
 namespace cimhost {
 namespace {
@@ -14,8 +12,18 @@ std::string judgeName(const std::string& name) {
 
 }  // namespace
 
-CLI::Option* addHostNameOption(CLI::App& command, std::vector<std::string>& names) {
-    return command
+CLI::Option* addPort(CLI::App& command, const std::string& name, std::uint16_t& port,
+                     const std::string& description) {
+    return addNumber(command, name, port, 0, 65535, description + "; 0 takes any free one");
+}
+
+void addMaximumSeconds(CLI::App& command, std::optional<std::uint32_t>& seconds) {
+    command.add_option("--max-seconds", seconds, "End by itself after this time")
+        ->type_name("SECONDS");
+}
+
+void addHostNames(CLI::App& command, std::vector<std::string>& names) {
+    command
         .add_option(
             "--host-name", names,
             "A name that clients may call this server by, beside localhost, addresses, this "
