@@ -61,8 +61,9 @@ def main():
         print(f"--- {case.get('name')} failed\n{output.strip()}\n")
     for case in skipped:
         print(f"skipped: {case.get('name')}")
-    passed = sum(count(case, "PASSED") or 1 for case in cases if case not in failed and case not in skipped)
-    skips = len(skipped) + sum(count(case, "SKIPPED") for case in cases)
+    others = [case for case in cases if case not in failed and case not in skipped]
+    passed = sum(count(case, "PASSED") or 1 for case in others)
+    skips = len(skipped) + sum(count(case, "SKIPPED") for case in others)
     print(f"{passed} passed, {len(failed)} failed, {skips} skipped")
     return 1 if failed or not passed else 0
 
