@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 namespace cimhost {
 namespace {
 
@@ -52,8 +54,10 @@ TEST(Codepage, GoesToUtf16AndBack) {
 }
 
 TEST(Codepage, ReadsUtf16AtAnOddAddress) {
-    const std::string bytes("?a\0b\0\0\0", 7);
-    EXPECT_EQ(toUtf8(bytes.data() + 1, CMPI_CPID_UTF16), "ab");
+    constexpr char16_t text[] = u"ab";
+    char bytes[1 + sizeof text];
+    std::memcpy(bytes + 1, text, sizeof text);
+    EXPECT_EQ(toUtf8(bytes + 1, CMPI_CPID_UTF16), "ab");
 }
 
 TEST(Codepage, RefusesNullAndUnknownCodepages) {
