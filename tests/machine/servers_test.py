@@ -1,10 +1,12 @@
-"""Each server as a WBEM client sees it, against what dmidecode, lspci and the kernel say inside."""
+"""Each server as a WBEM client sees it, against what dmidecode, lspci and the kernel say inside; and what happens to
+its hardware then, in the same machine."""
 
 import re
 import subprocess
 import unittest
 
 from box.server import read_server
+from hardware_cases import ControllerCase, FanOfABladeCase, FanWithLimitsCase, JumpCase, SlotCase
 from machine_case import MachineCase
 
 # dmidecode's words for CIM_Chassis.ChassisPackageType; both number the shapes as DSP0134 does.
@@ -126,7 +128,7 @@ class ServerCase(MachineCase):
         self.assertEqual(2 if read_server(self.server).chips else 0, len(speeds))
 
 
-class WaveJ(ServerCase):
+class WaveJ(ServerCase, FanWithLimitsCase):
     server = "wavej"
     identifier = "KTQ-J-0001"
 
@@ -156,18 +158,18 @@ class WaveJ(ServerCase):
                                     for line in self.machine.console))
 
 
-class WaveK(ServerCase):
+class WaveK(ServerCase, SlotCase):
     server = "wavek"
     agentless = True
     identifier = "KTQ-K-0002"
 
 
-class Blade(ServerCase):
+class Blade(ServerCase, FanOfABladeCase):
     server = "blade"
     identifier = "KTQ-B-0005"
 
 
-class SlBlade(ServerCase):
+class SlBlade(ServerCase, ControllerCase, JumpCase):
     server = "slblade"
     identifier = "KTQ-S-0006"
 
@@ -184,7 +186,8 @@ class Broken(ServerCase):
         self.wait_until(lambda: any("runs past the end of the table" in line for line in self.machine.console))
 
 
-del ServerCase  # it is no test of its own
+# They are no tests of their own.
+del ServerCase, MachineCase, ControllerCase, FanOfABladeCase, FanWithLimitsCase, JumpCase, SlotCase
 
 if __name__ == "__main__":
     unittest.main()

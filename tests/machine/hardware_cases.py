@@ -1,7 +1,7 @@
-"""What happens to a server's hardware while it runs, as a WBEM client, a listener and the enclosure learn it."""
+"""What happens to a server while it runs, as a WBEM client, a listener and the enclosure learn it; in servers_test.py, on
+the servers that have what it takes."""
 
 import re
-import unittest
 
 from box.alerts import Listener, subscribe
 from box.answers import Client
@@ -13,12 +13,18 @@ UNKNOWN, OK, DEGRADED, ERROR, STOPPED = "0", "2", "3", "6", "10"
 class SubscribedCase(MachineCase):
     """A listener inside, subscribed to all alerts from outside."""
 
+    listener = None
+
     @classmethod
-    def setUpClass(cls):
-        super().setUpClass()
-        cls.listener = Listener(cls.machine, PROGRAM, "alerts")
+    def serve(cls, *options):
+        super().serve(*options)
+        heard = ""
+        if cls.listener:
+            heard = cls.listener.text()
+        else:
+            cls.listener = Listener(cls.machine, PROGRAM, "alerts")
         subscribe(Client(cls.machine.address, cls.machine.client_options), cls.machine.server.host_name)
-        cls("alerts").wait_until(lambda: "WBEM Providers started" in cls.listener.text())
+        cls("alerts").wait_until(lambda: "WBEM Providers started" in cls.listener.text()[len(heard):])
 
     def alerts(self):
         """What the listener printed."""
@@ -34,11 +40,12 @@ class SubscribedCase(MachineCase):
 
 class FanCase(SubscribedCase):
     def change(self, name):
+        self.addCleanup(self.recover)
         return lambda: self.machine.change(name)
 
-    def tearDown(self):
+    def recover(self):
         self.machine.change("fan1-comes-back")
-        self.wait_until(lambda: self.consolidated() == OK)
+        self.wait_until(lambda: self.status() == OK and self.consolidated() == OK)
 
     def fan(self, channel="fan1"):
         return next(fan for fan in self.instances("PYL_Fan") if fan["DeviceID"].endswith(channel))
@@ -53,9 +60,7 @@ class FanCase(SubscribedCase):
         return None
 
 
-class Fans(FanCase):
-    server = "blade"
-
+class FanOfABladeCase(FanCase):
     def enclosure_was_told(self, event, since):
         lines = self.machine.controller.lines
         self.wait_until(lambda: any(f"--EID {event} " in f"{line} " for line in lines()[since:]))
@@ -71,14 +76,19 @@ class Fans(FanCase):
         self.told_after(self.change("fan1-comes-back"), r"Fan repaired")
         self.assertEqual((OK, "1875"), (self.status(), self.fan()["CurrentSpeed"]))
 
+    def test_heart_beats_reach_the_listener_while_they_are_on(self):
+        # A trigger of five seconds' beats, taken before the first one is due.
+        self.told_after(lambda: self.machine.ask("touch /tmp/PYL.EVConf; touch /tmp/PYL.heartbeats"), r"Heart Beat indication Id: ?2\b")
+        self.machine.ask("[ ! -e /tmp/PYL.EVConf ]; rm /tmp/PYL.heartbeats")
+
     def test_a_fan_that_stands_still_is_stopped(self):
-        self.machine.change("fan1-stops")
+        self.change("fan1-stops")()
         self.wait_until(lambda: self.status() == STOPPED)
         self.assertEqual("0", self.fan()["CurrentSpeed"])
         self.wait_until(lambda: self.consolidated() == STOPPED)
 
     def test_a_fan_that_turns_slower_has_that_speed(self):
-        self.machine.change("fan1-slows")
+        self.change("fan1-slows")()
         self.wait_until(lambda: self.fan()["CurrentSpeed"] == "625")
         self.assertEqual(OK, self.status())
 
@@ -92,9 +102,7 @@ class Fans(FanCase):
         self.assertEqual(2, len(self.instances("PYL_Fan")))
 
 
-class FansWithLimits(FanCase):
-    server = "wavej"
-
+class FanWithLimitsCase(FanCase):
     def test_a_fan_below_its_least_speed_is_degraded_and_told(self):
         told = self.told_after(self.change("fan1-slows"), "fan1")
         self.assertEqual((DEGRADED, "3068", "3375"),
@@ -103,15 +111,13 @@ class FansWithLimits(FanCase):
         self.wait_until(lambda: self.consolidated() == DEGRADED)
 
     def test_a_reading_that_a_driver_calls_impossible_is_no_speed(self):
-        self.machine.change("fan1-has-no-reading")
+        self.change("fan1-has-no-reading")()
         self.wait_until(lambda: "-1" in self.machine.ask("cat /sys/class/hwmon/hwmon*/fan1_input"))
         self.wait_until(lambda: self.status() == UNKNOWN)
         self.assertNotIn("CurrentSpeed", self.fan())
 
 
-class Controllers(SubscribedCase):
-    server = "slblade"
-
+class ControllerCase(SubscribedCase):
     def triggered(self):
         """How much the enclosure was told before three test alerts that the listener has now."""
         told, heard = len(self.machine.controller.lines()), self.alerts().count("Test Event Id:")
@@ -158,9 +164,7 @@ class Controllers(SubscribedCase):
         self.expect_forwarding_again()
 
 
-class Slots(MachineCase):
-    server = "wavek"
-
+class SlotCase(MachineCase):
     def in_slot(self, slot):
         return [each for each in self.instances("PYL_PCIDevice") if each.get("PhysicalSlot") == slot]
 
@@ -181,5 +185,31 @@ class Slots(MachineCase):
         self.assertIn("Ethernet controller", self.in_slot("2")[0]["ElementName"])
 
 
-if __name__ == "__main__":
-    unittest.main()
+class JumpCase(SubscribedCase):
+    """A clock that jumps, a name that changes."""
+
+    def expect_alert(self):
+        heard = self.alerts().count("Test Event Id:")
+        self.machine.ask("touch /tmp/PYL.test")
+        self.wait_until(lambda: self.alerts().count("Test Event Id:") >= heard + 3)
+
+    def test_a_clock_that_jumps_costs_no_request_and_no_alert(self):
+        self.addCleanup(self.machine.ask, f"date -s @{self.machine.ask('date +%s').strip()}")
+        self.expect_alert()
+        for year in ("2037", "2001"):
+            self.machine.ask(f"date -s {year}-06-01")
+            self.assertEqual(1, len(self.instances("PYL_ComputerSystem")))
+            self.expect_alert()
+            self.assertRegex(self.alerts(), f"(?m)^{year}-06-01")
+
+    def test_a_host_name_that_changes_is_the_systems_name_after_a_restart(self):
+        self.addCleanup(self.rename, self.server)
+        self.machine.ask("hostname renamed")
+        self.assertEqual(1, len(self.instances("PYL_ComputerSystem")))
+        self.rename("renamed")
+        self.assertEqual("renamed", self.instance("PYL_ComputerSystem")["Name"])
+
+    def rename(self, name):
+        self.machine.stop_serving()
+        self.machine.ask(f"hostname {name}")
+        self.serve()
