@@ -15,6 +15,7 @@ test("the tree leads from namespaces to classes, and its search to any of them",
                 await tree.getByRole("treeitem", { name: "LAB_Hostile" }).waitFor();
                 await page.keyboard.press("/");
                 await page.keyboard.type("alertind");
+                await tree.getByText("AlertInd", { exact: true }).first().waitFor();
                 await tree.getByRole("treeitem", { name: "KT_AlertIndication indication" }).click();
                 await page.getByRole("heading", { level: 1, name: "KT_AlertIndication" }).waitFor();
                 assert.match(page.url(), /#\/explore\/root%2Fktq\/KT_AlertIndication$/);

@@ -116,7 +116,7 @@ export function ClassTree({ namespaces, chosen, onChoose }: Props) {
             <TreeList
                 rows={rows}
                 chosenId={chosenId}
-                searching={search !== ""}
+                search={search}
                 onToggle={toggle}
                 onChoose={(row) => {
                     if (row.kind === "namespace") {
@@ -140,12 +140,13 @@ function atFirst(namespaces: readonly string[], chosen: string | undefined): Rea
 interface ListProps {
     rows: readonly TreeRow[];
     chosenId: string | undefined;
-    searching: boolean;
+    search: string;
     onToggle: (id: string, open: boolean) => void;
     onChoose: (row: TreeRow) => void;
 }
 
-function TreeList({ rows, chosenId, searching, onToggle, onChoose }: ListProps) {
+function TreeList({ rows, chosenId, search, onToggle, onChoose }: ListProps) {
+    const searching = search !== "";
     const scroller = useRef<HTMLDivElement>(null);
     const [first, last] = useWindow(scroller, rowHeight, rows.length);
     const [activeId, setActiveId] = useState<string | undefined>(chosenId);
@@ -249,7 +250,10 @@ function TreeList({ rows, chosenId, searching, onToggle, onChoose }: ListProps) 
                             </span>
                             <Icon name={row.kind} />
                             <span class="clip" title={row.name}>
-                                {row.name}
+                                <Marked
+                                    text={row.name}
+                                    mark={row.kind === "namespace" ? "" : search.trim()}
+                                />
                             </span>
                             {(row.kind === "association" || row.kind === "indication") && (
                                 <span class="kind">{row.kind}</span>
@@ -259,6 +263,20 @@ function TreeList({ rows, chosenId, searching, onToggle, onChoose }: ListProps) 
                 })}
             </div>
         </div>
+    );
+}
+
+/** A text with what was searched for in it made visible. */
+function Marked({ text, mark }: { text: string; mark: string }) {
+    const at = mark ? nameKey(text).indexOf(nameKey(mark)) : -1;
+    if (at < 0) return <>{text}</>;
+    const end = at + mark.length;
+    return (
+        <>
+            {text.slice(0, at)}
+            <mark>{text.slice(at, end)}</mark>
+            {text.slice(end)}
+        </>
     );
 }
 

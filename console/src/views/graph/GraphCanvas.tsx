@@ -219,6 +219,8 @@ function styleOf(direction: Direction): cytoscape.StylesheetJson {
                 "text-background-padding": "2px",
             },
         },
+        // Above the line, and over those that have a part of their way in common.
+        { selector: "edge[label != '']", style: { "z-index": 1, "text-margin-y": -9 } },
         { selector: "edge[?dashed]", style: { "line-style": "dashed" } },
     ] as cytoscape.StylesheetJson;
 }
