@@ -6,8 +6,9 @@ import { propertyOf } from "../../cim/names";
 import { changes, link, startLive, store, storeChanged } from "../../live/live";
 import type { SeenAlert } from "../../live/LiveStore";
 import { isInterop, loadNamespaces } from "../../state/server";
+import { FilterField } from "../shared/FilterField";
 import { LinkState } from "../shared/LinkState";
-import { LiveRows } from "../shared/LiveRows";
+import { LiveRows, toggled } from "../shared/LiveRows";
 import { Loaded } from "../shared/Loaded";
 import { TextDialog } from "../shared/TextDialog";
 import { Time } from "../shared/Time";
@@ -83,11 +84,6 @@ function Arrivals() {
         [turn, search, open],
     );
     const [read, setRead] = useState<string | undefined>(undefined);
-    const toggle = (key: string) => {
-        const next = new Set(open);
-        if (!next.delete(key)) next.add(key);
-        setOpen(next);
-    };
     return (
         <section class="arrivals" aria-label="Arrivals">
             <div class="toolbar">
@@ -96,14 +92,7 @@ function Arrivals() {
                     {store.alertCount} since the page was opened
                 </span>
                 <span class="grow" />
-                <input
-                    class="field"
-                    type="search"
-                    placeholder="Filter"
-                    aria-label="Filter"
-                    value={search}
-                    onInput={(event) => setSearch(event.currentTarget.value)}
-                />
+                <FilterField value={search} onChange={setSearch} />
                 <button
                     class="button"
                     type="button"
@@ -121,7 +110,7 @@ function Arrivals() {
                 titles={titles}
                 rows={rows}
                 cells={alertCells}
-                onToggle={(row) => toggle(row.key)}
+                onToggle={(row) => setOpen(toggled(open, row.key))}
                 onOpen={(row) => setRead(rowText(row))}
                 empty={
                     search

@@ -6,7 +6,7 @@ import { go } from "../../state/routes";
 import { elementNamespaces, loadTree, trees } from "../../state/server";
 import { Icon } from "../shared/Icon";
 import { Problem } from "../shared/Problem";
-import { rowFor } from "../shared/rowKeys";
+import { parentOf, rowFor } from "../shared/rowKeys";
 import { useWindow } from "../shared/useWindow";
 
 const rowHeight = 26;
@@ -148,11 +148,11 @@ interface ListProps {
 function TreeList({ rows, chosenId, search, onToggle, onChoose }: ListProps) {
     const searching = search !== "";
     const scroller = useRef<HTMLDivElement>(null);
-    const [first, last] = useWindow(scroller, rowHeight, rows.length);
     const [activeId, setActiveId] = useState<string | undefined>(chosenId);
     const moved = useRef(false);
     const at = (id: string | undefined) => rows.findIndex((row) => row.id === id);
     const active = Math.max(0, at(activeId) >= 0 ? at(activeId) : at(chosenId));
+    const { shown, page, bringUp } = useWindow(scroller, rowHeight, rows.length, active);
 
     useLayoutEffect(() => {
         if (!moved.current) return;
@@ -169,7 +169,7 @@ function TreeList({ rows, chosenId, search, onToggle, onChoose }: ListProps) {
         if (!chosenId || chosenAt < 0 || broughtUp.current === chosenId) return;
         broughtUp.current = chosenId;
         setActiveId(chosenId);
-        intoView(scroller.current!, chosenAt);
+        bringUp(chosenAt);
     }, [chosenId, chosenAt]);
 
     const move = (to: number) => {
@@ -177,13 +177,12 @@ function TreeList({ rows, chosenId, search, onToggle, onChoose }: ListProps) {
         if (!row) return;
         moved.current = true;
         setActiveId(row.id);
-        intoView(scroller.current!, rows.indexOf(row));
+        bringUp(rows.indexOf(row));
     };
     const onKeyDown = (event: KeyboardEvent) => {
         const row = rows[active];
         if (!row || event.ctrlKey || event.metaKey || event.altKey) return;
-        const page = Math.max(1, Math.floor((scroller.current?.clientHeight ?? 0) / rowHeight) - 1);
-        const to = rowFor(event.key, active, page, rows.length);
+        const to = rowFor(event.key, active, page(), rows.length);
         switch (event.key) {
             case "ArrowRight":
                 if (row.open === false) onToggle(row.id, true);
@@ -204,9 +203,6 @@ function TreeList({ rows, chosenId, search, onToggle, onChoose }: ListProps) {
         event.preventDefault();
     };
 
-    const shown: number[] = [];
-    for (let index = first; index < last; ++index) shown.push(index);
-    if (rows[active] && (active < first || active >= last)) shown.push(active);
     return (
         <div class="tree" ref={scroller} onKeyDown={onKeyDown}>
             <div
@@ -278,20 +274,4 @@ function Marked({ text, mark }: { text: string; mark: string }) {
             {text.slice(end)}
         </>
     );
-}
-
-function parentOf(rows: readonly TreeRow[], index: number): number {
-    const level = rows[index]!.level;
-    for (let above = index - 1; above >= 0; --above) {
-        if (rows[above]!.level < level) return above;
-    }
-    return index;
-}
-
-function intoView(scroller: HTMLElement, index: number): void {
-    const top = index * rowHeight;
-    if (top < scroller.scrollTop) scroller.scrollTop = top;
-    else if (top + rowHeight > scroller.scrollTop + scroller.clientHeight) {
-        scroller.scrollTop = top + rowHeight - scroller.clientHeight;
-    }
 }

@@ -2,8 +2,9 @@ import { useMemo, useState } from "preact/hooks";
 
 import { changes, link, store, storeChanged } from "../../live/live";
 import type { SeenLog, SeenRequest } from "../../live/LiveStore";
+import { FilterField } from "../shared/FilterField";
 import { LinkState } from "../shared/LinkState";
-import { LiveRows } from "../shared/LiveRows";
+import { LiveRows, toggled } from "../shared/LiveRows";
 import { TextDialog } from "../shared/TextDialog";
 import { Time } from "../shared/Time";
 import { logRows, requestRows, type LogRow, type RequestRow } from "./rows";
@@ -41,14 +42,7 @@ export function RequestsView() {
                     <Choice now={shown} value="requests" onChoose={setShown} words="Requests" />
                     <Choice now={shown} value="log" onChoose={setShown} words="Log lines" />
                 </div>
-                <input
-                    class="field"
-                    type="search"
-                    placeholder="Filter"
-                    aria-label="Filter"
-                    value={search}
-                    onInput={(event) => setSearch(event.currentTarget.value)}
-                />
+                <FilterField value={search} onChange={setSearch} />
                 {shown === "requests" && (
                     <button
                         class="button"
@@ -117,12 +111,6 @@ function Choice({
             {words}
         </button>
     );
-}
-
-function toggled(set: ReadonlySet<string>, key: string): ReadonlySet<string> {
-    const next = new Set(set);
-    if (!next.delete(key)) next.add(key);
-    return next;
 }
 
 const requestTitles = [

@@ -2,7 +2,7 @@ import type { ComponentChildren } from "preact";
 import { useLayoutEffect, useRef, useState } from "preact/hooks";
 
 import { Icon } from "./Icon";
-import { rowFor } from "./rowKeys";
+import { parentOf, rowFor } from "./rowKeys";
 import { useMedia } from "./useMedia";
 import { useWindow } from "./useWindow";
 
@@ -40,10 +40,10 @@ export function LiveRows<T extends LiveRow>(props: Props<T>) {
     const { rows, titles } = props;
     const rowHeight = useMedia(narrow) ? 48 : 28;
     const scroller = useRef<HTMLDivElement>(null);
-    const [first, last] = useWindow(scroller, rowHeight, rows.length, rowHeight);
     const [activeKey, setActiveKey] = useState<string | undefined>(undefined);
     const found = activeKey === undefined ? -1 : rows.findIndex((row) => row.key === activeKey);
     const active = found < 0 ? 0 : found;
+    const { shown, page, bringUp } = useWindow(scroller, rowHeight, rows.length, active, rowHeight);
     const moved = useRef(false);
     const topKey = useRef<string | undefined>(undefined);
     // Asking the element would have it laid out anew at each change.
@@ -63,13 +63,10 @@ export function LiveRows<T extends LiveRow>(props: Props<T>) {
     useLayoutEffect(() => {
         if (!moved.current) return;
         moved.current = false;
-        const element = scroller.current;
-        if (!element) return;
-        const top = active * rowHeight;
-        const room = element.clientHeight - 2 * rowHeight;
-        if (top < element.scrollTop) element.scrollTop = top;
-        else if (top > element.scrollTop + room) element.scrollTop = top - room;
-        element.querySelector<HTMLElement>('[tabindex="0"]')?.focus({ preventScroll: true });
+        bringUp(active);
+        scroller.current
+            ?.querySelector<HTMLElement>('[tabindex="0"]')
+            ?.focus({ preventScroll: true });
     });
 
     const move = (to: number) => {
@@ -78,10 +75,9 @@ export function LiveRows<T extends LiveRow>(props: Props<T>) {
     };
     const act = (row: T) => (row.open === undefined ? props.onOpen(row) : props.onToggle(row));
     const onKeyDown = (event: KeyboardEvent) => {
-        const page = Math.max(1, Math.floor((scroller.current?.clientHeight ?? 0) / rowHeight) - 2);
         const row = rows[active];
         if (!row) return;
-        const to = rowFor(event.key, active, page, rows.length);
+        const to = rowFor(event.key, active, page(), rows.length);
         switch (event.key) {
             case "ArrowRight":
                 if (row.open === false) props.onToggle(row);
@@ -101,10 +97,6 @@ export function LiveRows<T extends LiveRow>(props: Props<T>) {
         event.preventDefault();
     };
 
-    const shown: number[] = [];
-    for (let at = first; at < last; ++at) shown.push(at);
-    // The row that has the focus is there wherever the list is scrolled to.
-    if (rows.length && (active < first || active >= last)) shown.push(active);
     return (
         <div
             ref={scroller}
@@ -190,8 +182,9 @@ function Cells({
     );
 }
 
-function parentOf(rows: readonly LiveRow[], from: number): number {
-    let at = from;
-    while (at > 0 && rows[at]?.level !== 1) --at;
-    return at;
+/** Which rows are open, once one of them was turned. */
+export function toggled(open: ReadonlySet<string>, key: string): ReadonlySet<string> {
+    const next = new Set(open);
+    if (!next.delete(key)) next.add(key);
+    return next;
 }

@@ -31,19 +31,20 @@ export const rowHeight = 28;
 export function VirtualGrid(props: Props) {
     const { columns, count } = props;
     const scroller = useRef<HTMLDivElement>(null);
-    const [first, last] = useWindow(scroller, rowHeight, count, rowHeight);
     // Row -1 is the head.
     const [active, setActive] = useState({ row: 0, column: 0 });
     const moved = useRef(false);
     const row = Math.min(active.row, count - 1);
     const column = Math.min(active.column, Math.max(0, columns.length - 1));
+    const { shown, page, bringUp } = useWindow(scroller, rowHeight, count, row, rowHeight);
 
     useLayoutEffect(() => {
         if (!moved.current) return;
         moved.current = false;
         const cell = scroller.current?.querySelector<HTMLElement>('[tabindex="0"]');
         cell?.focus({ preventScroll: true });
-        if (cell) intoView(scroller.current!, row, cell);
+        if (row >= 0) bringUp(row);
+        if (cell) intoView(scroller.current!, cell);
     });
 
     // What is shown first after a new order is its head.
@@ -59,7 +60,6 @@ export function VirtualGrid(props: Props) {
         });
     };
     const onKeyDown = (event: KeyboardEvent) => {
-        const page = Math.max(1, Math.floor((scroller.current?.clientHeight ?? 0) / rowHeight) - 2);
         const all = event.ctrlKey || event.metaKey;
         const to = { row, column };
         switch (event.key) {
@@ -76,10 +76,10 @@ export function VirtualGrid(props: Props) {
                 to.column -= 1;
                 break;
             case "PageDown":
-                to.row += page;
+                to.row += page();
                 break;
             case "PageUp":
-                to.row = Math.max(0, row - page);
+                to.row = Math.max(0, row - page());
                 break;
             case "Home":
                 to.column = 0;
@@ -104,10 +104,6 @@ export function VirtualGrid(props: Props) {
         if (to.row !== row || to.column !== column) move(to);
     };
 
-    const shown: number[] = [];
-    for (let at = first; at < last; ++at) shown.push(at);
-    // The cell that has the focus stays, though it may be out of sight.
-    if (row >= 0 && (row < first || row >= last)) shown.push(row);
     const width = columns.reduce((sum, one) => sum + one.width, 0);
     const template = columns.map((one) => `minmax(${one.width}px, ${one.width}fr)`).join(" ");
     const tab = (r: number, c: number) => (r === row && c === column ? 0 : -1);
@@ -196,14 +192,7 @@ export function VirtualGrid(props: Props) {
     );
 }
 
-function intoView(scroller: HTMLElement, row: number, cell: HTMLElement): void {
-    if (row >= 0) {
-        const top = row * rowHeight;
-        const room = scroller.clientHeight - rowHeight;
-        if (top < scroller.scrollTop) scroller.scrollTop = top;
-        else if (top + rowHeight > scroller.scrollTop + room)
-            scroller.scrollTop = top + rowHeight - room;
-    }
+function intoView(scroller: HTMLElement, cell: HTMLElement): void {
     const left = cell.offsetLeft;
     if (left < scroller.scrollLeft) scroller.scrollLeft = left;
     else if (left + cell.offsetWidth > scroller.scrollLeft + scroller.clientWidth) {

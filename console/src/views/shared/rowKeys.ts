@@ -20,3 +20,12 @@ export function rowFor(key: string, from: number, page: number, count: number): 
             return undefined;
     }
 }
+
+/** The row that a row stands below, or itself. */
+export function parentOf(rows: readonly { level: number }[], index: number): number {
+    const level = rows[index]!.level;
+    for (let above = index - 1; above >= 0; --above) {
+        if (rows[above]!.level < level) return above;
+    }
+    return index;
+}

@@ -3,13 +3,22 @@ import { useLayoutEffect, useState } from "preact/hooks";
 
 const beyond = 8; // rows that are there before they come into sight
 
-/** Which rows of a long list are in sight: from the first up to, but without, the last. */
+interface Window {
+    /** The rows that are to be there: those in sight, and the active one, which may have the focus. */
+    shown: number[];
+    /** How far a key goes that goes by the page. */
+    page: () => number;
+    bringUp: (row: number) => void;
+}
+
+/** What is in sight of a long list of rows of one height, below a head that stays. */
 export function useWindow(
     scroller: RefObject<HTMLElement | null>,
     rowHeight: number,
     count: number,
+    active: number,
     head = 0,
-): [number, number] {
+): Window {
     const [seen, setSeen] = useState({ top: 0, height: 600 });
     useLayoutEffect(() => {
         const element = scroller.current;
@@ -36,5 +45,20 @@ export function useWindow(
     }, [rowHeight]);
     const first = Math.max(0, Math.floor(seen.top / rowHeight) - beyond);
     const last = Math.min(count, Math.ceil((seen.top + seen.height - head) / rowHeight) + beyond);
-    return [Math.min(first, last), last];
+    const shown: number[] = [];
+    for (let row = Math.min(first, last); row < last; ++row) shown.push(row);
+    if (active >= 0 && active < count && (active < first || active >= last)) shown.push(active);
+    const room = () => (scroller.current?.clientHeight ?? 0) - head;
+    return {
+        shown,
+        page: () => Math.max(1, Math.floor(room() / rowHeight) - 1),
+        bringUp: (row) => {
+            const element = scroller.current;
+            if (!element) return;
+            const top = row * rowHeight;
+            const lowest = top + rowHeight - room();
+            if (top < element.scrollTop) element.scrollTop = top;
+            else if (lowest > element.scrollTop) element.scrollTop = lowest;
+        },
+    };
 }

@@ -5,6 +5,7 @@ import { pathKey, pathText } from "../../cim/names";
 import { shownValues, type ShownValue } from "../../cim/valueText";
 import { go, instanceHref } from "../../state/routes";
 import { Dialog } from "../shared/Dialog";
+import { FilterField } from "../shared/FilterField";
 import { Icon } from "../shared/Icon";
 import { Problem } from "../shared/Problem";
 import { useReturn } from "../shared/useReturn";
@@ -75,17 +76,7 @@ export function InstanceTable({ namespace, described }: { namespace: string; des
     return (
         <>
             <div class="toolbar">
-                <input
-                    class="field"
-                    type="search"
-                    placeholder="Filter"
-                    aria-label="Filter instances"
-                    value={filter}
-                    onInput={(event) => setFilter(event.currentTarget.value)}
-                    onKeyDown={(event) => {
-                        if (event.key === "Escape") setFilter("");
-                    }}
-                />
+                <FilterField label="Filter instances" value={filter} onChange={setFilter} />
                 <span class="muted number" role="status">
                     {busy && !at
                         ? `${rows.length.toLocaleString()} so far …`
