@@ -7,6 +7,7 @@
 #include "tests/cmpicpp/BrokerFixture.h"
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <string>
 
@@ -18,16 +19,24 @@ using test::messageOf;
 
 CMPIData raw(CMPIType type, CMPIValueState state = CMPI_goodValue) { return {type, state, {}}; }
 
+/// The low bytes of the number in the member of that type, and others in the rest of the value.
 CmpiData uint64(CMPIUint64 value, CMPIType type = CMPI_uint64) {
     CMPIData data = raw(type);
-    data.value.uint64 = value;
+    std::memset(&data.value, 0xA5, sizeof data.value);
+    switch (type) {
+        case CMPI_uint8:
+        case CMPI_sint8: data.value.uint8 = static_cast<CMPIUint8>(value); break;
+        case CMPI_uint16:
+        case CMPI_sint16: data.value.uint16 = static_cast<CMPIUint16>(value); break;
+        case CMPI_uint32:
+        case CMPI_sint32: data.value.uint32 = static_cast<CMPIUint32>(value); break;
+        default: data.value.uint64 = value; break;
+    }
     return {nullptr, data};
 }
 
 CmpiData sint64(CMPISint64 value, CMPIType type = CMPI_sint64) {
-    CMPIData data = raw(type);
-    data.value.sint64 = value;
-    return {nullptr, data};
+    return uint64(static_cast<CMPIUint64>(value), type);
 }
 
 CmpiData real64(double value) {

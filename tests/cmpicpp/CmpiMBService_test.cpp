@@ -97,7 +97,7 @@ CMPIBrokerFT upCalls() {
     };
     table.invokeMethod = [](Broker, Context, Path, const char* method, const CMPIArgs* in,
                             CMPIArgs* out, CMPIStatus* status) {
-        const CMPIValue value{7};
+        const CMPIValue value{.uint8 = 7};
         out->ft->addArg(out, "Out", &value, CMPI_uint8);
         const auto count = std::to_string(in->ft->getArgCount(in, nullptr));
         return answer("invokeMethod" + text(method) + " " + count, answersInUse->data, status);
@@ -315,7 +315,7 @@ TEST_F(CmpiMBServiceTest, ReadsAndWritesPropertiesOfHostsThatLackThoseUpCalls) {
     _upCalls.setProperty = [](Broker, Context, Path, const char*, const CMPIValue*, CMPIType) {
         return CMPIStatus{CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
     };
-    const CMPIValue nine{9};
+    const CMPIValue nine{.uint8 = 9};
     _script.instance->ft->setProperty(_script.instance, "P", &nine, CMPI_uint8);
     EXPECT_EQ(_service.getProperty(_context, path(), "P").asUint64(), 9U);
     EXPECT_EQ(_script.asked, "getInstance some");
