@@ -220,7 +220,7 @@ class Machine:
                 self._reader.join()
                 self.monitor = None
         self._launch("tcg")
-        self.wait_for_line(FIRST_WORD, 120)
+        self.wait_for_line(FIRST_WORD, 300)
 
     def _launch(self, accelerator):
         self.console.clear()
