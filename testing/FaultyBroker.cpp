@@ -15,8 +15,8 @@ FaultPlan currentPlan;
 std::atomic<bool> brokerExists = false;
 
 Slot& findSlot(std::string_view name) {
-    const auto found = std::find_if(allSlots().begin(), allSlots().end(),
-                                    [name](const Slot* slot) { return slot->name == name; });
+    const auto found =
+        std::ranges::find_if(allSlots(), [name](const Slot* slot) { return slot->name == name; });
     if (found == allSlots().end()) {
         throw std::invalid_argument("no such slot: " + std::string(name));
     }

@@ -188,7 +188,7 @@ bool operator==(const Path& left, const Path& right) {
         !agree(mine.nameSpace, theirs.nameSpace) || !agree(mine.host, theirs.host)) {
         return false;
     }
-    return std::all_of(mine.keys.begin(), mine.keys.end(), [&](const auto& key) {
+    return std::ranges::all_of(mine.keys, [&](const auto& key) {
         const auto* const other = theirs.findKey(key.name);
         return other && same(key.value, *other);
     });
@@ -233,8 +233,8 @@ bool operator==(const Instance& left, const Instance& right) {
     };
     const auto& mine = left.model().properties;
     const auto& theirs = right.model().properties;
-    return left.path() == right.path() && std::all_of(mine.begin(), mine.end(), isIn(right)) &&
-           std::all_of(theirs.begin(), theirs.end(), isIn(left));
+    return left.path() == right.path() && std::ranges::all_of(mine, isIn(right)) &&
+           std::ranges::all_of(theirs, isIn(left));
 }
 
 std::ostream& operator<<(std::ostream& out, const Instance& instance) {

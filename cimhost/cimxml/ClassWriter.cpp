@@ -2,7 +2,6 @@
 
 #include "cimhost/repository/Names.h"
 
-#include <algorithm>
 #include <array>
 
 namespace cimhost {
@@ -52,9 +51,7 @@ void ClassWriter::_close(std::string_view element) {
 
 bool ClassWriter::_selects(std::string_view property) const {
     const auto& list = _options.propertyList;
-    return !list || std::ranges::any_of(*list, [property](const std::string& name) {
-        return equalNames(name, property);
-    });
+    return !list || containsName(*list, property);
 }
 
 void ClassWriter::write(const Class& definition) {

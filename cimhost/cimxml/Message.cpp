@@ -158,9 +158,7 @@ std::string_view classAskedFor(const Message& message) noexcept {
     if (!message.isIntrinsic) return classNamedBy(*message.call.firstChild()->firstChild()->next());
     for (const Element parameter : message.call.children()) {
         const std::string_view name = parameter.attributeText(Attribute::name);
-        const bool isSubject = std::ranges::any_of(
-            subjects, [name](std::string_view each) { return equalNames(each, name); });
-        const auto value = isSubject ? parameter.firstChild() : std::nullopt;
+        const auto value = containsName(subjects, name) ? parameter.firstChild() : std::nullopt;
         if (value) return classNamedBy(*value);
     }
     return {};

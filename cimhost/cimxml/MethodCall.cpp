@@ -15,9 +15,7 @@ const MethodDefinition& requireMethod(const Class& definition, std::string_view 
 }
 
 const ParameterDefinition& requireParameter(const MethodDefinition& method, std::string_view name) {
-    for (const ParameterDefinition& parameter : method.parameters) {
-        if (equalNames(parameter.name, name)) return parameter;
-    }
+    if (const auto* const parameter = findNamed(method.parameters, name)) return *parameter;
     throw CimError(CimCode::invalidParameter,
                    "method " + method.name + " has no parameter " + std::string(name) +
                        didYouMean(name, method.parameters, &ParameterDefinition::name));

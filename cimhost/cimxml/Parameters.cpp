@@ -46,12 +46,6 @@ std::string nameOf(Parameter parameter) {
     return std::string(std::ranges::find(rows, parameter, &ParameterRow::parameter)->name);
 }
 
-const ParameterRow* findRow(std::string_view name) noexcept {
-    const auto found = std::ranges::find_if(
-        rows, [name](const ParameterRow& row) { return equalNames(row.name, name); });
-    return found != rows.end() ? &*found : nullptr;
-}
-
 }  // namespace
 
 Parameters::Parameters(const Element& intrinsicCall, ParameterSet allowed) {
@@ -60,7 +54,7 @@ Parameters::Parameters(const Element& intrinsicCall, ParameterSet allowed) {
         if (element.tag() != Tag::intrinsicParameter) continue;
         const std::string_view name = element.attributeText(Attribute::name);
         const std::string operation(intrinsicCall.attributeText(Attribute::name));
-        const ParameterRow* const row = findRow(name);
+        const ParameterRow* const row = findNamed(rows, name);
         if (!row || !allowed.contains(row->parameter)) {
             throwInvalidParameter(operation + " has no parameter " + std::string(name));
         }

@@ -19,7 +19,7 @@ namespace {
 bool isBase64(std::string_view text) noexcept {
     if (text.empty() || text.size() % 4 != 0) return false;
     for (int count = 0; count < 2 && text.ends_with('='); ++count) text.remove_suffix(1);
-    return std::all_of(text.begin(), text.end(), [](char character) {
+    return std::ranges::all_of(text, [](char character) {
         return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'z') ||
                (character >= 'A' && character <= 'Z') || character == '+' || character == '/';
     });
@@ -62,7 +62,7 @@ std::optional<Credentials> parseBasic(std::string_view authorization) {
     authorization.remove_prefix(
         std::min(authorization.find_first_not_of(' ', blank), authorization.size()));
     std::optional<std::string> decoded = decodeBase64(authorization);
-    if (!decoded || std::any_of(decoded->begin(), decoded->end(), isControl)) return std::nullopt;
+    if (!decoded || std::ranges::any_of(*decoded, isControl)) return std::nullopt;
     const std::size_t colon = decoded->find(':');
     if (colon == decoded->npos || colon == 0) return std::nullopt;
     Credentials credentials{decoded->substr(0, colon), decoded->substr(colon + 1)};

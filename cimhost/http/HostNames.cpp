@@ -73,7 +73,7 @@ bool HostNames::contain(std::string_view authority) const {
     if (host->size() > 1 && host->back() == '.') host->pop_back();
     if (equalTokens(*host, "localhost") || isBelow(*host, "localhost")) return true;
     const auto isNamed = [&host](const std::string& each) { return equalTokens(each, *host); };
-    return std::any_of(_sources.others.begin(), _sources.others.end(), isNamed) ||
+    return std::ranges::any_of(_sources.others, isNamed) ||
            (_sources.certificate && _sources.certificate->isNamed(*host)) || _isMachine(*host);
 }
 

@@ -64,7 +64,7 @@ void HttpHead::_checkLine(std::string_view added) {
     if (line.size() > _limits.lineBytes) _refusal = _lineCount == 0 ? 414 : 431;
     // Folded lines are how two parsers come to read one head differently (RFC 9112, 5.2).
     const bool isFolded = line.starts_with(' ') || line.starts_with('\t');
-    if (isFolded || std::any_of(added.begin(), added.end(), isForbidden)) _refusal = 400;
+    if (isFolded || std::ranges::any_of(added, isForbidden)) _refusal = 400;
 }
 
 void HttpHead::_endLine() {

@@ -271,9 +271,7 @@ void HttpReply::_send(std::initializer_list<std::string_view> pieces, Clock::tim
 }
 
 std::string_view reasonPhrase(int status) noexcept {
-    const auto* row = std::find_if(phrases.begin(), phrases.end(), [status](const Phrase& phrase) {
-        return phrase.status == status;
-    });
+    const auto* const row = std::ranges::find(phrases, status, &Phrase::status);
     return row == phrases.end() ? std::string_view("Error") : row->text;
 }
 

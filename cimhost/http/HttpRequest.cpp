@@ -17,7 +17,7 @@ bool isHostCharacter(char character) noexcept {
 
 bool isPlainHost(std::string_view host) noexcept {
     return !host.empty() && host.size() <= maximumHostBytes &&
-           std::all_of(host.begin(), host.end(), isHostCharacter);
+           std::ranges::all_of(host, isHostCharacter);
 }
 
 /// Where the host of an absolute target begins; 0 for another target.

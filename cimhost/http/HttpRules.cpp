@@ -13,8 +13,8 @@ constexpr std::string_view unknownHost =
     "--host-name NAME adds one.\n";
 
 auto countFields(const HttpRequest& request, std::string_view name) noexcept {
-    return std::count_if(request.fields.begin(), request.fields.end(),
-                         [name](const HttpField& field) { return equalTokens(field.name, name); });
+    return std::ranges::count_if(
+        request.fields, [name](const HttpField& field) { return equalTokens(field.name, name); });
 }
 
 /// RFC 9112, 3.2: a request with no host, or two, is refused whatever else it holds.
@@ -24,7 +24,7 @@ bool hasHostAsRequired(const HttpRequest& request) noexcept {
 }
 
 bool expectsOtherThanContinue(const HttpRequest& request) noexcept {
-    return std::any_of(request.fields.begin(), request.fields.end(), [](const HttpField& field) {
+    return std::ranges::any_of(request.fields, [](const HttpField& field) {
         return equalTokens(field.name, "Expect") && !equalTokens(field.value, "100-continue");
     });
 }
@@ -53,7 +53,7 @@ bool isCrossSite(const HttpRequest& request, bool usesTls) noexcept {
         return equalTokens(field.name, "Sec-Fetch-Site") &&
                !equalTokens(field.value, "same-origin") && !equalTokens(field.value, "none");
     };
-    return std::any_of(request.fields.begin(), request.fields.end(), isForeign);
+    return std::ranges::any_of(request.fields, isForeign);
 }
 
 int refusalOf(const HttpRequest& request, const HttpRules& rules) {

@@ -103,9 +103,9 @@ void HttpServer::_begin(Descriptor socket, HttpAddresses addresses) {
 
 /// True when one more connection may be served.
 bool HttpServer::_makeRoom() {
-    const auto served = std::count_if(
-        _connections.begin(), _connections.end(),
-        [](const auto& other) { return !other.isRefused && other.presence.endStatus == 0; });
+    const auto served = std::ranges::count_if(_connections, [](const auto& other) {
+        return !other.isRefused && other.presence.endStatus == 0;
+    });
     return static_cast<std::size_t>(served) < _services.limits.connections ||
            _evictLongestWaiting();
 }

@@ -114,7 +114,7 @@ bool LoginQueue::Shared::_isTrustedMore(const ItemPointer& one, const ItemPointe
 /// Of the address when it has too many, else of all.
 void LoginQueue::Shared::_refuseOneTooMany(const std::string& address) {
     const auto ofAddress = [&](const auto& item) { return item->address == address; };
-    const auto count = std::count_if(_waiting.begin(), _waiting.end(), ofAddress);
+    const auto count = std::ranges::count_if(_waiting, ofAddress);
     const bool isAddressFull = static_cast<std::size_t>(count) > _limits.ofOneAddress;
     if (!isAddressFull && _waiting.size() <= _limits.waiting) return;
     auto least = _waiting.end();
@@ -162,8 +162,8 @@ void LoginQueue::Shared::_startWorker() {
 void LoginQueue::Shared::_work() noexcept {
     std::unique_lock lock(_mutex);
     while (!_waiting.empty()) {
-        const auto next = std::min_element(
-            _waiting.begin(), _waiting.end(),
+        const auto next = std::ranges::min_element(
+            _waiting,
             [this](const auto& one, const auto& other) { return _isTrustedMore(one, other); });
         const ItemPointer item = *next;
         _atWork.push_back(item);

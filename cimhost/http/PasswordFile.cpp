@@ -132,7 +132,7 @@ void PasswordFile::save(const std::filesystem::path& file) const {
 
 bool isUserName(std::string_view name) noexcept {
     return !name.empty() && name.size() <= maximumNameBytes && name.front() != '#' &&
-           std::none_of(name.begin(), name.end(), [](char character) {
+           std::ranges::none_of(name, [](char character) {
                const auto byte = static_cast<unsigned char>(character);
                return byte < 0x20 || byte == 0x7F || character == ':';
            });

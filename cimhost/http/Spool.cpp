@@ -75,7 +75,7 @@ Spool::Block::Block(std::span<const std::string_view> pieces, std::size_t skippe
     for (const std::string_view piece : pieces) {
         const std::string_view rest = piece.substr(std::min(skipped, piece.size()));
         skipped -= piece.size() - rest.size();
-        end = std::copy(rest.begin(), rest.end(), end);
+        end = std::ranges::copy(rest, end).out;
     }
 }
 

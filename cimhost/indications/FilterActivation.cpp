@@ -52,7 +52,7 @@ std::vector<FilterActivation::Activation> FilterActivation::_providersOf(
         const NameSpace& nameSpace = _broker.repository().get(name);
         for (const Registration* const each :
              _modules.registrations().all(ProviderType::indication, name)) {
-            const bool isKnown = std::any_of(found.begin(), found.end(), [&](const auto& other) {
+            const bool isKnown = std::ranges::any_of(found, [&](const auto& other) {
                 return other.registration->provider == each->provider && other.nameSpace == name;
             });
             const bool isMeant = equalNames(each->className, filter.query->className) ||

@@ -14,12 +14,6 @@ namespace {
 constexpr auto alwaysSelected =
     std::to_array<const char*>({"SequenceContext", "SequenceNumber", "IndicationFilterName"});
 
-bool comesFrom(const IndicationRoute& route, std::string_view nameSpace) noexcept {
-    return std::any_of(
-        route.nameSpaces.begin(), route.nameSpaces.end(),
-        [nameSpace](const std::string& name) { return equalNames(name, nameSpace); });
-}
-
 }  // namespace
 
 PropertySelection selectionOf(const WqlQuery& query) {
@@ -51,7 +45,7 @@ void IndicationRoutes::deliver(const RequestContext&, std::string_view nameSpace
     const std::string_view origin = trimmedSlashes(nameSpace);
     const NameSpace* const known = _repository.find(origin);
     for (const auto& route : *routes) {
-        if (comesFrom(*route, origin)) _deliver(*route, known, indication);
+        if (containsName(route->nameSpaces, origin)) _deliver(*route, known, indication);
     }
 }
 

@@ -24,13 +24,13 @@ bool isLetterOrDigit(char c) noexcept {
 
 bool isHost(std::string_view host, std::string_view others) noexcept {
     return !host.empty() && host.size() <= longestHost &&
-           std::all_of(host.begin(), host.end(), [others](char c) {
+           std::ranges::all_of(host, [others](char c) {
                return isLetterOrDigit(c) || others.find(c) != std::string_view::npos;
            });
 }
 
 bool isVisible(std::string_view text) noexcept {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c < 0x7F; });
+    return std::ranges::all_of(text, [](char c) { return c > ' ' && c < 0x7F; });
 }
 
 /// Takes the host off the front, with the brackets of an IPv6 address.

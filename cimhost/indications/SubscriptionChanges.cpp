@@ -40,8 +40,8 @@ bool isAlike(const Instance& left, const Instance& right, std::string_view prope
 
 bool differ(const Instance& left, const Instance& right,
             std::initializer_list<std::string_view> properties) {
-    return !std::all_of(properties.begin(), properties.end(),
-                        [&](std::string_view property) { return isAlike(left, right, property); });
+    return !std::ranges::all_of(
+        properties, [&](std::string_view property) { return isAlike(left, right, property); });
 }
 
 }  // namespace
@@ -133,9 +133,8 @@ void Subscriptions::remove(const RequestContext& request, const ObjectPath& path
     // What is taken out goes back in its place when the change cannot be written, and ends
     // otherwise, once no lock is held.
     const auto take = [&](auto& parts, auto&& refuse, auto&& finish) {
-        const auto found = std::find_if(parts.begin(), parts.end(), [&](const auto& part) {
-            return isAt(part.instance, path);
-        });
+        const auto found = std::ranges::find_if(
+            parts, [&](const auto& part) { return isAt(part.instance, path); });
         if (found == parts.end()) return false;
         requireOwn(found->isStatic, found->instance);
         refuse(*found);

@@ -105,8 +105,8 @@ inline bool isAt(const Instance& instance, const ObjectPath& path) {
 
 template <typename Kind>
 Kind* Subscriptions::_find(std::list<Kind>& parts, const ObjectPath& path) {
-    const auto found = std::find_if(parts.begin(), parts.end(),
-                                    [&](const Kind& part) { return isAt(part.instance, path); });
+    const auto found =
+        std::ranges::find_if(parts, [&](const Kind& part) { return isAt(part.instance, path); });
     return found == parts.end() ? nullptr : &*found;
 }
 

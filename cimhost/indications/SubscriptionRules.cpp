@@ -170,7 +170,7 @@ FilterMeaning judgeFilter(const Repository& repository, const Instance& filter) 
         const NameSpace& nameSpace = repository.get(name);
         requireSource(nameSpace, *query);
         const auto& known = meaning.nameSpaces;
-        if (std::find(known.begin(), known.end(), nameSpace.name()) == known.end()) {
+        if (std::ranges::find(known, nameSpace.name()) == known.end()) {
             meaning.nameSpaces.push_back(nameSpace.name());
         }
     }

@@ -64,7 +64,7 @@ std::string mofOfOldForm(std::string_view text) {
 }
 
 MofPosition lastLine(std::string_view text, const std::string& file) {
-    const auto ends = std::count(text.begin(), text.end(), '\n');
+    const auto ends = std::ranges::count(text, '\n');
     return {&file, static_cast<std::size_t>(ends) + (text.ends_with('\n') ? 0 : 1), 1};
 }
 

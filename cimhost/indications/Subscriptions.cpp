@@ -107,11 +107,8 @@ bool Subscriptions::serves(const Target& target) const noexcept {
     const auto isHere = [&](const NameSpace* each) {
         return equalNames(each->name(), target.nameSpace.name());
     };
-    if (std::none_of(_interop.begin(), _interop.end(), isHere)) return false;
-    return std::any_of(subscriptionClasses.begin(), subscriptionClasses.end(),
-                       [&](const SubscriptionClass& each) {
-                           return equalNames(each.name, target.definition.name);
-                       });
+    if (std::ranges::none_of(_interop, isHere)) return false;
+    return findNamed(subscriptionClasses, target.definition.name) != nullptr;
 }
 
 void Subscriptions::visit(const Target& target, const VisitInstance& visit) const {

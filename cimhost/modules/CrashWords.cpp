@@ -101,9 +101,7 @@ void tellFrames(const void* context) noexcept {
 
 void handleCrash(int number, siginfo_t* information, void* context) noexcept {
     const int error = errno;
-    const auto signal =
-        std::find_if(crashSignals.begin(), crashSignals.end(),
-                     [number](const CrashSignal& each) { return each.number == number; });
+    const auto signal = std::ranges::find(crashSignals, number, &CrashSignal::number);
     pid_t none = 0;
     const pid_t self = ::gettid();
     const bool isFirst = crashingThread.compare_exchange_strong(none, self);

@@ -86,13 +86,13 @@ ModuleFile ModuleFile::read(const std::filesystem::path& path) {
             if (!isWanted && isEntryPoint(name)) module.entryPoints.emplace_back(name);
         }
     }
-    std::sort(module.entryPoints.begin(), module.entryPoints.end());
+    std::ranges::sort(module.entryPoints);
     return module;
 }
 
 bool ModuleFile::offers(std::string_view provider, std::string_view kind) const {
     const std::string ending = "_Create_" + std::string(kind) + "MI";
-    return std::any_of(entryPoints.begin(), entryPoints.end(), [&](const std::string& name) {
+    return std::ranges::any_of(entryPoints, [&](const std::string& name) {
         return name == "_Generic" + ending || name == std::string(provider) + ending;
     });
 }
@@ -116,7 +116,7 @@ std::string demangled(std::string_view text) {
         const std::size_t start = std::min(text.find("_Z"), text.size());
         result += text.substr(0, start);
         text.remove_prefix(start);
-        const auto end = std::find_if_not(text.begin(), text.end(), isPartOfName);
+        const auto end = std::ranges::find_if_not(text, isPartOfName);
         const std::string name(text.begin(), end);
         text.remove_prefix(name.size());
         int status = 0;

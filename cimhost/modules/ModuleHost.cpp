@@ -96,7 +96,7 @@ bool ModuleHost::_waitsForMe(const HostedProvider& provider) const noexcept {
 
 // Whether MIs are being made or cleaned up, of this module or of any.
 bool ModuleHost::_isHeld(const HostedModule* module) const noexcept {
-    return std::any_of(_tables.begin(), _tables.end(), [module](const auto& table) {
+    return std::ranges::any_of(_tables, [module](const auto& table) {
         return std::ranges::any_of(table->providers, [module](const auto& each) {
             const HostedProvider& provider = *each.second;
             return provider.holds != 0 && (!module || &provider.module == module);
@@ -236,7 +236,7 @@ void ModuleHost::_publish(std::unique_ptr<ModuleTable> table) {
     _tables.push_back(std::move(table));
     _table.store(&next, std::memory_order_release);
     for (const auto& [name, module] : next.modules) {
-        const bool isNew = std::find(_loaded.begin(), _loaded.end(), module.get()) == _loaded.end();
+        const bool isNew = std::ranges::find(_loaded, module.get()) == _loaded.end();
         if (module->code && isNew) _loaded.push_back(module.get());
     }
     for (const auto& [name, module] : old.modules) {

@@ -68,9 +68,8 @@ std::vector<MiSlot*> ModuleHost::_slotsOf(const HostedModule& module) const {
 }
 
 bool ModuleHost::_closeIfIdle(const std::vector<MiSlot*>& slots) noexcept {
-    const auto inUse = std::find_if(slots.begin(), slots.end(), [](MiSlot* slot) {
-        return slot->isBusy || !slot->gate.closeIfIdle();
-    });
+    const auto inUse = std::ranges::find_if(
+        slots, [](MiSlot* slot) { return slot->isBusy || !slot->gate.closeIfIdle(); });
     if (inUse == slots.end()) return true;
     std::for_each(slots.begin(), inUse, [](MiSlot* slot) { slot->gate.open(); });
     return false;
@@ -79,7 +78,7 @@ bool ModuleHost::_closeIfIdle(const std::vector<MiSlot*>& slots) noexcept {
 // Where an MI is made for each class, one of each kind is cleaned up for all of the module.
 bool ModuleHost::_isSpared(const MiSlot& slot, const std::vector<MiSlot*>& slots) const noexcept {
     if (!_broker.manner().has(Habit::makesAnMiForEachClass)) return false;
-    const auto first = std::find_if(slots.begin(), slots.end(), [&slot](const MiSlot* other) {
+    const auto first = std::ranges::find_if(slots, [&slot](const MiSlot* other) {
         return &other->provider->module == &slot.provider->module && other->kind() == slot.kind();
     });
     return *first != &slot;
@@ -190,8 +189,8 @@ bool ModuleHost::shutDown(std::chrono::milliseconds patience) {
     // The lock is not held while MIs are cleaned up: one may wait for its own thread, and that
     // thread may want the lock only to be refused.
     lock.unlock();
-    const bool isIdle = std::all_of(created.begin(), created.end(),
-                                    [end](MiSlot* slot) { return slot->gate.waitUntilIdle(end); });
+    const bool isIdle =
+        std::ranges::all_of(created, [end](MiSlot* slot) { return slot->gate.waitUntilIdle(end); });
     for (MiSlot* const slot : created) {
         if (!slot->gate.waitUntilIdle(std::chrono::steady_clock::now())) continue;
         if (!_isSpared(*slot, created)) _cleanUp(*slot, true);

@@ -136,14 +136,14 @@ bool isIdentifier(std::string_view text) noexcept {
 }
 
 bool isNameSpace(std::string_view text) noexcept {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char character) {
+    return !text.empty() && std::ranges::all_of(text, [](unsigned char character) {
         return character > ' ' && character != 0x7f && character != ':';
     });
 }
 
 // The name becomes part of a file name: it must not lead out of the folders of modules.
 bool isModuleName(std::string_view text) noexcept {
-    return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char character) {
+    return !text.empty() && std::ranges::all_of(text, [](unsigned char character) {
         return character > ' ' && character != 0x7f && character != '/';
     });
 }

@@ -120,7 +120,7 @@ void MofCompilation::finish() {
 void MofCompilation::_compileIncluded(const std::filesystem::path& file,
                                       const MofPosition& position) {
     const std::filesystem::path id = identity(file);
-    if (std::find(_openFiles.begin(), _openFiles.end(), id) != _openFiles.end()) {
+    if (std::ranges::find(_openFiles, id) != _openFiles.end()) {
         failAt(position, "the file '" + file.string() + "' includes itself");
     }
     if (_openFiles.size() > deepestInclude) {

@@ -5,7 +5,7 @@
 namespace cimhost {
 
 void MofComplaints::add(const std::string& error, const std::string& className) {
-    const bool follows = std::any_of(broken.begin(), broken.end(), [&](const std::string& name) {
+    const bool follows = std::ranges::any_of(broken, [&](const std::string& name) {
         return error.find("'" + name + "' is not known") != std::string::npos;
     });
     const bool isTold = !errors.empty() && errors.back() == error;

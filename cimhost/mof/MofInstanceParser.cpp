@@ -2,7 +2,6 @@
 
 #include "cimhost/mof/MofQualifierParser.h"
 
-#include <algorithm>
 #include <unordered_set>
 
 namespace cimhost {
@@ -50,10 +49,7 @@ void checkNames(const MofInstance& instance) {
 }  // namespace
 
 const MofInstanceProperty* MofInstance::find(std::string_view name) const noexcept {
-    const auto found = std::find_if(properties.begin(), properties.end(), [name](const auto& each) {
-        return equalNames(each.name, name);
-    });
-    return found == properties.end() ? nullptr : &*found;
+    return findNamed(properties, name);
 }
 
 MofInstance parseInstance(MofCursor& cursor, const NameSpace& nameSpace) {

@@ -7,25 +7,16 @@
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/NearestName.h"
 
-#include <algorithm>
-
 namespace cimhost {
 
 namespace {
-
-Argument* findArgument(Arguments& arguments, std::string_view name) noexcept {
-    const auto found =
-        std::find_if(arguments.begin(), arguments.end(),
-                     [name](const Argument& argument) { return equalNames(argument.name, name); });
-    return found == arguments.end() ? nullptr : &*found;
-}
 
 CMPIStatus addArg(const CMPIArgs* args, const char* name, const CMPIValue* value,
                   CMPIType type) noexcept {
     return enter<ArgsObject>(args, [&](ArgsObject& object, CMPIrc&) {
         const std::string_view wanted = required(name);
         Value content = valueOf(value, type);
-        if (Argument* const argument = findArgument(object.model, wanted)) {
+        if (Argument* const argument = findNamed(object.model, wanted)) {
             argument->value = std::move(content);
         } else {
             object.model.push_back({std::string(wanted), std::move(content)});
@@ -35,7 +26,7 @@ CMPIStatus addArg(const CMPIArgs* args, const char* name, const CMPIValue* value
 
 CMPIData getArg(const CMPIArgs* args, const char* name, CMPIStatus* status) noexcept {
     return enter<ArgsObject>(args, status, [&](ArgsObject& object, CMPIrc&) {
-        const Argument* const argument = findArgument(object.model, required(name));
+        const Argument* const argument = findNamed(object.model, required(name));
         if (argument) return toCmpi(partOf(object), argument->value);
         throw CimError(CimCode::noSuchProperty,
                        "there is no argument '" + std::string(name) + "'" +

@@ -34,8 +34,8 @@ void requireUtf8(std::string_view text) {
 }
 
 void requireAscii(std::string_view text) {
-    const bool pure = std::all_of(text.begin(), text.end(),
-                                  [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    const bool pure =
+        std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
     if (!pure) notInCodepage();
 }
 

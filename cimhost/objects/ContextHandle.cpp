@@ -144,13 +144,10 @@ ContextObject::Entry entryFrom(std::string_view name, const CMPIValue* value, CM
 }
 
 void addOwnEntry(ContextObject& object, ContextObject::Entry entry) {
-    const auto found = std::find_if(
-        object.added.begin(), object.added.end(),
-        [&](const ContextObject::Entry& each) { return equalNames(each.name, entry.name); });
-    if (found == object.added.end()) {
-        object.added.push_back(std::move(entry));
+    if (ContextObject::Entry* const known = findNamed(object.added, entry.name)) {
+        *known = std::move(entry);
     } else {
-        *found = std::move(entry);
+        object.added.push_back(std::move(entry));
     }
 }
 
@@ -159,8 +156,8 @@ CMPIStatus addEntry(const CMPIContext* context, const char* name, const CMPIValu
     return enter<ContextObject>(context, [&](ContextObject& object, CMPIrc&) {
         const std::string_view wanted = required(name);
         object.isBare = false;
-        for (const TextRow& row : textRows) {
-            if (equalNames(row.name, wanted)) return setText(row.text(object), value, type);
+        if (const TextRow* const row = findNamed(textRows, wanted)) {
+            return setText(row->text(object), value, type);
         }
         if (equalNames(CMPIInvocationFlags, wanted)) {
             if (type != CMPI_uint32) throw Failure{CMPI_RC_ERR_TYPE_MISMATCH};

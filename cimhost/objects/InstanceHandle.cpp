@@ -18,14 +18,6 @@ namespace {
 constinit thread_local std::size_t expectedProperties = 16;
 constexpr std::size_t mostExpected = 64;
 
-template <typename Named>
-Named* findNamed(std::vector<Named>& all, std::string_view name) noexcept {
-    for (Named& each : all) {
-        if (equalNames(each.name, name)) return &each;
-    }
-    return nullptr;
-}
-
 CMPIData dataOf(InstanceObject& object, const PropertyValue& property) {
     const CMPIData data = toCmpi(partOf(object), property.value);
     return object.read().path.findKey(property.name) ? asKey(data) : data;
@@ -173,8 +165,7 @@ void InstanceObject::setFilter(std::optional<std::vector<std::string>> names) {
 }
 
 bool InstanceObject::_isListed(std::string_view name) const noexcept {
-    return std::any_of(_filter->begin(), _filter->end(),
-                       [name](const std::string& listed) { return equalNames(listed, name); });
+    return containsName(*_filter, name);
 }
 
 void InstanceObject::_setKeyProperties(Instance& instance) {

@@ -321,8 +321,8 @@ Manner::Manner(std::string_view name) : _name(name) {
         }
         return;
     }
-    const auto* const found = std::find_if(names.begin(), names.end(),
-                                           [&](const auto& each) { return each.first == name; });
+    const auto* const found =
+        std::ranges::find_if(names, [&](const auto& each) { return each.first == name; });
     if (found == names.end()) {
         throw std::invalid_argument("no manner '" + std::string(name) +
                                     "': standard, openpegasus, sfcb, strict, mean or mean:SEED");

@@ -22,14 +22,6 @@ const MethodDefinition& methodOf(const Class& definition, std::string_view name)
                                                 std::string(name) + definition.meantMethod(name));
 }
 
-const ParameterDefinition* findParameter(const MethodDefinition& method,
-                                         std::string_view name) noexcept {
-    for (const ParameterDefinition& parameter : method.parameters) {
-        if (equalNames(parameter.name, name)) return &parameter;
-    }
-    return nullptr;
-}
-
 // `find` gives the qualifiers of the element, or nullptr when the class has no such element.
 template <typename Find>
 CMPIData qualifierOf(const CMPIObjectPath* path, const char* name, CMPIStatus* status,
@@ -71,7 +63,7 @@ CMPIData parameterQualifier(const CMPIObjectPath* path, const char* method, cons
                             const char* qualifier, CMPIStatus* status) noexcept {
     return qualifierOf(path, qualifier, status, [method, parameter](const Class& definition) {
         const ParameterDefinition* const found =
-            findParameter(methodOf(definition, required(method)), required(parameter));
+            findNamed(methodOf(definition, required(method)).parameters, required(parameter));
         return found ? &found->qualifiers : nullptr;
     });
 }

@@ -14,10 +14,7 @@ CMPIBoolean isPropertyInList(const CMPIPropertyList* list, const char* name,
     return enter<PropertyListObject>(
         list, status, [&](PropertyListObject& object, CMPIrc&) -> CMPIBoolean {
             const std::string_view wanted = required(name);
-            if (!object.names) return true;
-            return std::any_of(
-                object.names->begin(), object.names->end(),
-                [wanted](const std::string& listed) { return equalNames(listed, wanted); });
+            return !object.names || containsName(*object.names, wanted);
         });
 }
 

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <utility>
 
 // Each provider is asked once, with the filters as the client gave them, however many association
 // classes it is registered for: it knows by the filters which of its classes are meant, so that no
@@ -28,7 +27,7 @@ void requireFilterClass(const Target& target, const std::string& className) {
 bool canReferTo(const NameSpace& nameSpace, const Class* association, const Class& source) {
     if (!association) return true;
     const auto& properties = association->properties;
-    return std::any_of(properties.begin(), properties.end(), [&](const auto& property) {
+    return std::ranges::any_of(properties, [&](const auto& property) {
         if (property->type != CimType::reference) return false;
         return !nameSpace.findClass(property->referenceClass) ||
                nameSpace.isA(source.name, property->referenceClass);
@@ -58,11 +57,10 @@ std::vector<const Registration*> providersFor(const Manner& manner, const Module
     std::vector<const Registration*> chosen;
     for (const Registration* const each :
          modules.registrations().all(ProviderType::association, nameSpace.name())) {
-        const bool isChosen =
-            !manner.has(Habit::namesTheRegisteredAssociation) &&
-            std::any_of(chosen.begin(), chosen.end(), [each](const Registration* other) {
-                return other->provider == each->provider;
-            });
+        const bool isChosen = !manner.has(Habit::namesTheRegisteredAssociation) &&
+                              std::ranges::any_of(chosen, [each](const Registration* other) {
+                                  return other->provider == each->provider;
+                              });
         if (isChosen || !serves(servers, target, *each, associationClass)) continue;
         const Class* const association = nameSpace.findClass(each->className);
         if (canReferTo(nameSpace, association, target.definition)) chosen.push_back(each);

@@ -32,10 +32,9 @@ public:
     }
 
     bool isMeantBy(const Instance& association, std::string_view role) const {
-        return std::any_of(association.properties.begin(), association.properties.end(),
-                           [&](const PropertyValue& property) {
-                               return hasName(property, role) && isMeantBy(property);
-                           });
+        return std::ranges::any_of(association.properties, [&](const PropertyValue& property) {
+            return hasName(property, role) && isMeantBy(property);
+        });
     }
 
 private:
@@ -46,11 +45,9 @@ private:
 // Through one property the source, through another the object: also when both are the same object.
 bool leadsTo(const Instance& association, const PropertyValue& end, const Source& source,
              std::string_view role) {
-    return std::any_of(association.properties.begin(), association.properties.end(),
-                       [&](const PropertyValue& property) {
-                           return &property != &end && hasName(property, role) &&
-                                  source.isMeantBy(property);
-                       });
+    return std::ranges::any_of(association.properties, [&](const PropertyValue& property) {
+        return &property != &end && hasName(property, role) && source.isMeantBy(property);
+    });
 }
 
 bool isResult(const Repository& repository, const ObjectPath& path, std::string_view resultClass) {

@@ -11,14 +11,9 @@ namespace {
 
 bool hasStaticInstances(const NameSpace& nameSpace, std::string_view className) noexcept {
     const auto& instances = nameSpace.instances();
-    return std::any_of(instances.begin(), instances.end(), [className](const Instance& instance) {
+    return std::ranges::any_of(instances, [className](const Instance& instance) {
         return equalNames(instance.className(), className);
     });
-}
-
-bool isBuiltIn(std::string_view className) noexcept {
-    return std::any_of(builtInClasses.begin(), builtInClasses.end(),
-                       [className](std::string_view name) { return equalNames(name, className); });
 }
 
 }  // namespace
@@ -26,12 +21,13 @@ bool isBuiltIn(std::string_view className) noexcept {
 // Empty for classes that have static instances.
 std::vector<Instance> HostInstances::_builtIn(const NameSpace& nameSpace,
                                               const Class& definition) const {
-    if (!isBuiltIn(definition.name) || hasStaticInstances(nameSpace, definition.name)) return {};
+    const bool isBuiltIn = containsName(builtInClasses, definition.name);
+    if (!isBuiltIn || hasStaticInstances(nameSpace, definition.name)) return {};
     return builtInInstances(_repository, nameSpace, definition);
 }
 
 bool HostInstances::serves(const Target& target) const noexcept {
-    return isBuiltIn(target.definition.name) ||
+    return containsName(builtInClasses, target.definition.name) ||
            hasStaticInstances(target.nameSpace, target.definition.name);
 }
 

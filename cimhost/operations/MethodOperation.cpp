@@ -17,28 +17,13 @@ namespace {
                    "parameter '" + parameter + "' of method " + method.name + " " + what);
 }
 
-const ParameterDefinition* findParameter(const MethodDefinition& method,
-                                         std::string_view name) noexcept {
-    const auto found = std::find_if(
-        method.parameters.begin(), method.parameters.end(),
-        [name](const ParameterDefinition& parameter) { return equalNames(parameter.name, name); });
-    return found == method.parameters.end() ? nullptr : &*found;
-}
-
 std::string meantParameter(const MethodDefinition& method, std::string_view name) {
     return didYouMean(name, method.parameters, &ParameterDefinition::name);
 }
 
-const Value* findArgument(const Arguments& arguments, std::string_view name) noexcept {
-    const auto found =
-        std::find_if(arguments.begin(), arguments.end(),
-                     [name](const Argument& argument) { return equalNames(argument.name, name); });
-    return found == arguments.end() ? nullptr : &found->value;
-}
-
 Argument declaredInput(const Repository& repository, const Target& target,
                        const MethodDefinition& method, const Argument& given) {
-    const ParameterDefinition* const parameter = findParameter(method, given.name);
+    const ParameterDefinition* const parameter = findNamed(method.parameters, given.name);
     if (!parameter) {
         invalid(method, given.name, "is not declared" + meantParameter(method, given.name));
     }
@@ -56,8 +41,8 @@ Argument declaredInput(const Repository& repository, const Target& target,
 void checkRequired(const MethodDefinition& method, const Arguments& inputs) {
     for (const ParameterDefinition& parameter : method.parameters) {
         if (!parameter.isIn || !hasQualifier(parameter.qualifiers, "Required")) continue;
-        const Value* const given = findArgument(inputs, parameter.name);
-        if (!given || given->isNull()) invalid(method, parameter.name, "is missing");
+        const Argument* const given = findNamed(inputs, parameter.name);
+        if (!given || given->value.isNull()) invalid(method, parameter.name, "is missing");
     }
 }
 
@@ -65,7 +50,7 @@ Arguments declaredInputs(const Repository& repository, const Target& target,
                          const MethodDefinition& method, const Arguments& given) {
     Arguments inputs;
     for (const Argument& argument : given) {
-        if (findArgument(inputs, argument.name)) invalid(method, argument.name, "is given twice");
+        if (findNamed(inputs, argument.name)) invalid(method, argument.name, "is given twice");
         inputs.push_back(declaredInput(repository, target, method, argument));
     }
     checkRequired(method, inputs);
@@ -92,7 +77,7 @@ Arguments declaredOutputs(const Registration& registration, const MethodDefiniti
                           const Arguments& delivered) {
     Arguments outputs;
     for (const Argument& argument : delivered) {
-        const ParameterDefinition* const parameter = findParameter(method, argument.name);
+        const ParameterDefinition* const parameter = findNamed(method.parameters, argument.name);
         if (!parameter || !parameter->isOut) {
             refuseAnswer(registration, method,
                          "'" + argument.name + "' is not declared as an output parameter" +

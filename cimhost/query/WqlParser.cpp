@@ -41,10 +41,7 @@ constexpr auto keywords = std::to_array<std::string_view>(
 }
 
 void requireQueryLanguage(std::string_view language) {
-    if (std::any_of(languages.begin(), languages.end(),
-                    [&](std::string_view known) { return equalNames(known, language); })) {
-        return;
-    }
+    if (containsName(languages, language)) return;
     throw CimError(CimCode::queryLanguageNotSupported,
                    "query language '" + std::string(language) + "' is not supported");
 }
@@ -97,8 +94,8 @@ private:
     }
 
     std::string _name(std::string_view expected) {
-        const bool isKeyword = std::any_of(keywords.begin(), keywords.end(),
-                                           [&](auto keyword) { return _token.isKeyword(keyword); });
+        const bool isKeyword =
+            std::ranges::any_of(keywords, [&](auto keyword) { return _token.isKeyword(keyword); });
         if (_token.kind != WqlToken::Kind::name || isKeyword) refuseQuery(_token, expected);
         std::string name(_token.text);
         _advance();

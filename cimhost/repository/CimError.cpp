@@ -42,8 +42,7 @@ void throwInvalidParameter(const std::string& description) {
 }
 
 const char* codeName(CimCode code) noexcept {
-    const auto* const row = std::find_if(codeRows.begin(), codeRows.end(),
-                                         [code](const CodeRow& each) { return each.code == code; });
+    const auto* const row = std::ranges::find(codeRows, code, &CodeRow::code);
     // A provider may answer with a number that is none of the codes.
     return row == codeRows.end() ? codeRows.front().name : row->name;
 }

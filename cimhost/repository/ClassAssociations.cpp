@@ -99,11 +99,9 @@ std::vector<const Class*> referencingClasses(const NameSpace& nameSpace, std::st
     std::vector<const Class*> classes;
     for (const Class* const association : nameSpace.associations()) {
         if (!matchesClass(nameSpace, association->name, resultClass)) continue;
-        const bool refers = std::any_of(association->properties.begin(),
-                                        association->properties.end(), [&](const auto& property) {
-                                            return mayHold(nameSpace, *property, className) &&
-                                                   matchesRole(*property, role);
-                                        });
+        const bool refers = std::ranges::any_of(association->properties, [&](const auto& property) {
+            return mayHold(nameSpace, *property, className) && matchesRole(*property, role);
+        });
         if (refers) classes.push_back(association);
     }
     return classes;

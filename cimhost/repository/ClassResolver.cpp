@@ -70,9 +70,9 @@ void checkAssociation(const Class& definition, const Class* superClass) {
 
 void checkReferenceCount(const Class& definition) {
     if (!definition.isAssociation || definition.isAbstract) return;
-    const auto references =
-        std::count_if(definition.properties.begin(), definition.properties.end(),
-                      [](const auto& property) { return property->type == CimType::reference; });
+    const auto references = std::ranges::count_if(definition.properties, [](const auto& property) {
+        return property->type == CimType::reference;
+    });
     if (references < 2) {
         throwInvalidParameter("association '" + definition.name + "' needs two references");
     }

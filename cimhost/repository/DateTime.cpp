@@ -41,8 +41,7 @@ constexpr auto intervalFields = std::to_array<Field>({
 });
 
 std::optional<int> number(std::string_view digits) noexcept {
-    const bool pure =
-        std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+    const bool pure = std::ranges::all_of(digits, [](char c) { return c >= '0' && c <= '9'; });
     int result = 0;
     if (!pure) return std::nullopt;
     std::from_chars(digits.data(), digits.data() + digits.size(), result);

@@ -110,14 +110,8 @@ void resolveParameter(const ElementContext& context, ParameterDefinition& parame
                       const MethodDefinition* inherited, const std::string& method) {
     const std::string element = "parameter '" + parameter.name + "' of " + method;
     checkQualifiers(context.nameSpace, parameter.qualifiers, scopeMask(Scope::parameter), element);
-    const ParameterDefinition* overridden = nullptr;
-    if (inherited) {
-        const auto found = std::find_if(inherited->parameters.begin(), inherited->parameters.end(),
-                                        [&parameter](const ParameterDefinition& each) {
-                                            return equalNames(each.name, parameter.name);
-                                        });
-        if (found != inherited->parameters.end()) overridden = &*found;
-    }
+    const ParameterDefinition* const overridden =
+        inherited ? findNamed(inherited->parameters, parameter.name) : nullptr;
     if (overridden) {
         inheritQualifiers(parameter.qualifiers, overridden->qualifiers, element, context.budget);
     }

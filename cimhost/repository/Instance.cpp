@@ -58,32 +58,18 @@ const Value* keyAt(const ObjectPath& path, std::size_t place, std::string_view n
     return path.findKey(name);
 }
 
-template <typename Properties>
-auto findProperty(Properties& properties, std::string_view name) noexcept
-    -> decltype(&properties[0]) {
-    const auto found = std::find_if(properties.begin(), properties.end(), [name](const auto& each) {
-        return equalNames(each.name, name);
-    });
-    return found == properties.end() ? nullptr : &*found;
-}
-
 }  // namespace
 
 const Value* ObjectPath::findKey(std::string_view name) const noexcept {
-    const auto found = std::find_if(keys.begin(), keys.end(), [name](const KeyBinding& key) {
-        return equalNames(key.name, name);
-    });
-    return found == keys.end() ? nullptr : &found->value;
+    const KeyBinding* const key = findNamed(keys, name);
+    return key ? &key->value : nullptr;
 }
 
 void ObjectPath::setKey(std::string_view name, Value value) {
-    const auto found = std::find_if(keys.begin(), keys.end(), [name](const KeyBinding& key) {
-        return equalNames(key.name, name);
-    });
-    if (found == keys.end()) {
-        keys.push_back({Text(name), std::move(value)});
+    if (KeyBinding* const key = findNamed(keys, name)) {
+        key->value = std::move(value);
     } else {
-        found->value = std::move(value);
+        keys.push_back({Text(name), std::move(value)});
     }
 }
 
@@ -107,11 +93,11 @@ std::size_t modelPathHash(const ObjectPath& path) {
 }
 
 const PropertyValue* Instance::find(std::string_view name) const noexcept {
-    return findProperty(properties, name);
+    return findNamed(properties, name);
 }
 
 PropertyValue* Instance::find(std::string_view name) noexcept {
-    return findProperty(properties, name);
+    return findNamed(properties, name);
 }
 
 void Instance::set(std::string_view name, Value value) {

@@ -44,7 +44,7 @@ std::string_view trimmedSlashes(std::string_view name) noexcept {
 
 std::size_t findNameEnd(std::string_view text) noexcept {
     if (text.empty() || !beginsName(text.front())) return 0;
-    const auto* const end = std::find_if_not(text.begin(), text.end(), continuesName);
+    const auto* const end = std::ranges::find_if_not(text, continuesName);
     return static_cast<std::size_t>(end - text.begin());
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <string_view>
 
 /// CIM names (classes, properties, keys, roles, namespaces) compare without regard to ASCII case
@@ -13,6 +15,20 @@ bool equalFolded(std::string_view left, std::string_view right) noexcept;
 // In line: nearly all names that differ are told apart by their lengths.
 inline bool equalNames(std::string_view left, std::string_view right) noexcept {
     return left.size() == right.size() && equalFolded(left, right);
+}
+
+/// The first element with this `name`, or nullptr.
+template <typename Elements>
+auto findNamed(Elements& elements, std::string_view name) noexcept {
+    const auto found =
+        std::find_if(std::begin(elements), std::end(elements),
+                     [name](const auto& each) { return equalNames(each.name, name); });
+    return found == std::end(elements) ? nullptr : &*found;
+}
+
+bool containsName(const auto& names, std::string_view name) noexcept {
+    return std::ranges::any_of(names,
+                               [name](std::string_view each) { return equalNames(each, name); });
 }
 
 /// The name without slashes at its ends, as namespaces compare.

@@ -11,9 +11,8 @@ namespace {
 template <typename Members>
 auto findMember(const Members& members, std::string_view name) noexcept
     -> decltype(members.front().get()) {
-    const auto found = std::find_if(members.begin(), members.end(), [name](const auto& member) {
-        return equalNames(member->name, name);
-    });
+    const auto found = std::ranges::find_if(
+        members, [name](const auto& member) { return equalNames(member->name, name); });
     return found == members.end() ? nullptr : found->get();
 }
 
@@ -26,10 +25,7 @@ std::string meantMember(std::string_view written, const Members& members) {
 }  // namespace
 
 const Qualifier* findQualifier(const Qualifiers& qualifiers, std::string_view name) noexcept {
-    const auto found =
-        std::find_if(qualifiers.begin(), qualifiers.end(),
-                     [name](const Qualifier& each) { return equalNames(each.name, name); });
-    return found == qualifiers.end() ? nullptr : &*found;
+    return findNamed(qualifiers, name);
 }
 
 bool hasQualifier(const Qualifiers& qualifiers, std::string_view name) noexcept {
@@ -63,8 +59,7 @@ std::string Class::meantMethod(std::string_view method) const {
 }
 
 bool Class::hasKeys() const noexcept {
-    return std::any_of(properties.begin(), properties.end(),
-                       [](const auto& property) { return property->isKey; });
+    return std::ranges::any_of(properties, [](const auto& property) { return property->isKey; });
 }
 
 }  // namespace cimhost

@@ -46,7 +46,7 @@ bool equalPaths(const ObjectPath& left, const ObjectPath& right) {
 bool equalInstances(const Instance& left, const Instance& right) {
     if (!equalNames(left.className(), right.className())) return false;
     if (left.properties.size() != right.properties.size()) return false;
-    return std::all_of(left.properties.begin(), left.properties.end(), [&right](const auto& each) {
+    return std::ranges::all_of(left.properties, [&right](const auto& each) {
         const PropertyValue* const other = right.find(each.name);
         return other && other->value == each.value;
     });
@@ -56,16 +56,13 @@ bool equalInstances(const Instance& left, const Instance& right) {
 
 std::string_view typeName(CimType type) noexcept {
     if (type == CimType::instance) return "string";
-    const auto* const row = std::find_if(typeRows.begin(), typeRows.end(),
-                                         [type](const TypeRow& each) { return each.type == type; });
+    const auto* const row = std::ranges::find(typeRows, type, &TypeRow::type);
     return row == typeRows.end() ? std::string_view("none") : row->name;
 }
 
 CimType typeFromName(std::string_view name) noexcept {
-    const auto* const row =
-        std::find_if(typeRows.begin(), typeRows.end(),
-                     [name](const TypeRow& each) { return equalNames(each.name, name); });
-    return row == typeRows.end() ? CimType::none : row->type;
+    const TypeRow* const row = findNamed(typeRows, name);
+    return row ? row->type : CimType::none;
 }
 
 bool isUnsigned(CimType type) noexcept { return type >= CimType::uint8 && type <= CimType::uint64; }

@@ -44,7 +44,7 @@ std::string counted(std::size_t count, const char* one, const char* many) {
 
 void add(Findings& findings, const Findings& more) {
     for (const std::string& each : more) {
-        const bool isKnown = std::find(findings.begin(), findings.end(), each) != findings.end();
+        const bool isKnown = std::ranges::find(findings, each) != findings.end();
         if (!isKnown) findings.push_back(each);
     }
 }

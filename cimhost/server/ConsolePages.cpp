@@ -52,8 +52,7 @@ void ConsolePages::handle(const HttpRequest& request, HttpReply& reply) {
     for (const HttpHeader& header : protections) reply.addHeader(header);
     const std::string_view path = request.path();
     if (path == "/events" && _events) return _handleEvents(request, reply);
-    const auto file = std::find_if(_files.begin(), _files.end(),
-                                   [path](const ConsoleFile& each) { return each.path == path; });
+    const auto file = std::ranges::find(_files, path, &ConsoleFile::path);
     if (file != _files.end()) return sendFile(*file, request, reply);
     refuse(reply, 404, path == "/" ? notBuilt : notThere);
 }

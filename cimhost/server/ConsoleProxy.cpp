@@ -9,9 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <exception>
-#include <memory>
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace cimhost {
@@ -42,16 +40,11 @@ constexpr auto readingOperations = std::to_array<std::string_view>(
      "EnumerateInstanceNames", "EnumerateClasses", "EnumerateClassNames", "EnumerateQualifiers",
      "Associators", "AssociatorNames", "References", "ReferenceNames", "ExecQuery"});
 
-bool isAmong(const auto& names, std::string_view name) noexcept {
-    return std::ranges::any_of(names,
-                               [name](std::string_view each) { return equalNames(each, name); });
-}
-
 /// An operation that changes nothing. A method may have the same name, yet is that of a class.
 bool isReading(const HttpRequest& request) {
     const std::string object = percentDecode(request.header("CIMObject").value_or(""));
     return object.find_first_of(":.") == std::string::npos &&
-           isAmong(readingOperations, percentDecode(request.header("CIMMethod").value_or("")));
+           containsName(readingOperations, percentDecode(request.header("CIMMethod").value_or("")));
 }
 
 std::vector<HttpAnswerHead::Field> headersFor(const HttpRequest& request) {
@@ -103,7 +96,7 @@ public:
         }
         _reply.setStatus(answer.status);
         for (const HttpAnswerHead::Field& each : answer.fields) {
-            if (isAmong(answerHeaders, each.name)) _reply.addHeader({each.name, each.value});
+            if (containsName(answerHeaders, each.name)) _reply.addHeader({each.name, each.value});
         }
         _reply.addHeader({"X-Content-Type-Options", "nosniff"});
         _reply.notes().outcome = answer.field("CIMError").value_or("");
@@ -131,7 +124,7 @@ public:
     void end(const HttpAnswerHead& answer) {
         for (std::size_t i = _headFields; i < answer.fields.size(); ++i) {
             const HttpAnswerHead::Field& each = answer.fields[i];
-            if (isAmong(answerHeaders, each.name)) _reply.setTrailer({each.name, each.value});
+            if (containsName(answerHeaders, each.name)) _reply.setTrailer({each.name, each.value});
         }
         std::string& outcome = _reply.notes().outcome;
         if (outcome.empty()) outcome = answer.field("CIMStatusCode").value_or("");

@@ -30,7 +30,7 @@ std::vector<path> filesBelow(const path& folder, const char* extension) {
              folder, std::filesystem::directory_options::skip_permission_denied, error)) {
         if (entry.path().extension() == extension) found.push_back(entry.path());
     }
-    std::sort(found.begin(), found.end());
+    std::ranges::sort(found);
     return found;
 }
 

@@ -24,7 +24,6 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <optional>
 #include <set>
@@ -268,7 +267,7 @@ private:
 
     void _add(Findings& findings) const {
         const std::string text = _line.substr(1);
-        const bool isKnown = std::find(findings.begin(), findings.end(), text) != findings.end();
+        const bool isKnown = std::ranges::find(findings, text) != findings.end();
         if (!isKnown) findings.push_back(text);
     }
 

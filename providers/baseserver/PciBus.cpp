@@ -68,7 +68,7 @@ std::vector<std::string> entriesOf(const std::string& directory) {
          entry.increment(error)) {
         names.push_back(entry->path().filename().string());
     }
-    std::sort(names.begin(), names.end());
+    std::ranges::sort(names);
     return names;
 }
 
@@ -153,8 +153,9 @@ std::vector<PciFunction> readPciFunctions(const std::string& root) {
         }
         functions.push_back(std::move(function));
     }
-    std::sort(functions.begin(), functions.end(),
-              [](const auto& left, const auto& right) { return left.address < right.address; });
+    std::ranges::sort(functions, [](const auto& left, const auto& right) {
+        return left.address < right.address;
+    });
     return functions;
 }
 

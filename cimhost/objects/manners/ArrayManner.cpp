@@ -148,8 +148,7 @@ void endOnArrayWithNulls(const Broker& broker, const CMPIValue* value, CMPIType 
     if (!value || (type & CMPI_ARRAY) == 0) return;
     const auto* const array = findObject<ArrayObject>(readMember<const CMPIArray*>(value));
     if (!array || !isObject(array->elementType)) return;
-    if (std::any_of(array->elements.begin(), array->elements.end(),
-                    [](const Value& element) { return element.isNull(); })) {
+    if (std::ranges::any_of(array->elements, &Value::isNull)) {
         endAs(broker, Habit::crashesOnArraysWithNulls);
     }
 }

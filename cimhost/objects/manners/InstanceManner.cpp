@@ -124,11 +124,8 @@ CMPIStatus filterKeys(const CMPIInstance* instance, const char** properties,
         for (const char** name = properties; *name; ++name) names.emplace_back(*name);
         for (const char** name = keys; name && *name; ++name) names.emplace_back(*name);
         ObjectPath path = object.read().path;
-        std::erase_if(path.keys, [&](const KeyBinding& key) {
-            return std::none_of(names.begin(), names.end(), [&](const std::string& name) {
-                return equalNames(name, key.name);
-            });
-        });
+        std::erase_if(path.keys,
+                      [&](const KeyBinding& key) { return !containsName(names, key.name); });
         object.setFilter(std::move(names));
         object.setPath(std::move(path));
     });

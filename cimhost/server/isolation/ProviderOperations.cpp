@@ -56,10 +56,9 @@ const Registration& ProviderOperations::_registration(ProviderType type, std::st
         const Registration* const own = all.find(type, known->name(), definition->name);
         if (own && own->provider == _provider) return *own;
     }
-    const auto any =
-        std::find_if(all.all().begin(), all.all().end(), [this, type](const Registration& each) {
-            return each.provider == _provider && each.serves(type);
-        });
+    const auto any = std::ranges::find_if(all.all(), [this, type](const Registration& each) {
+        return each.provider == _provider && each.serves(type);
+    });
     if (any != all.all().end()) return *any;
     throw CimError(CimCode::failed,
                    "provider " + std::string(_provider) + " is not registered in this process");

@@ -59,7 +59,7 @@ public:
     /// when the time is over.
     Thing waitFor(const Matcher& matches, std::chrono::milliseconds time = patience) const {
         std::unique_lock lock(_mutex);
-        const auto found = [&] { return std::find_if(_things.begin(), _things.end(), matches); };
+        const auto found = [&] { return std::ranges::find_if(_things, matches); };
         if (!_changed.wait_for(lock, time, [&] { return found() != _things.end(); })) {
             throw Failure("what is waited for did not come; there came" + _list());
         }
@@ -78,9 +78,8 @@ public:
     /// Those with this part in what they print as.
     std::size_t countOf(const std::string& part) const {
         const std::lock_guard lock(_mutex);
-        return static_cast<std::size_t>(
-            std::count_if(_things.begin(), _things.end(),
-                          [&](const Thing& thing) { return hasPart(thing, part); }));
+        return static_cast<std::size_t>(std::ranges::count_if(
+            _things, [&](const Thing& thing) { return hasPart(thing, part); }));
     }
 
 private:
