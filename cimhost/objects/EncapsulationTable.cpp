@@ -13,6 +13,7 @@
 #include "cimhost/objects/PropertyListHandle.h"
 #include "cimhost/objects/SelectExpHandle.h"
 #include "cimhost/objects/StringHandle.h"
+#include "cimhost/objects/Values.h"
 #include "cimhost/query/WqlParser.h"
 #include "cimhost/repository/CimError.h"
 
@@ -20,7 +21,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace cimhost {
 
@@ -264,10 +264,7 @@ CMPIString* getMessage2(const CMPIBroker* handle, const char*, CMPIMsgFileHandle
 CMPIPropertyList* newPropertyList(const CMPIBroker* handle, const char** properties,
                                   CMPIStatus* status) noexcept {
     return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIPropertyList* {
-        std::optional<std::vector<std::string>> names;
-        if (properties) names.emplace();
-        for (const char** name = properties; name && *name; ++name) names->emplace_back(*name);
-        return &make<PropertyListObject>(factory(broker), std::move(names));
+        return &make<PropertyListObject>(factory(broker), namesOf(properties));
     });
 }
 

@@ -75,12 +75,8 @@ CMPIObjectPath* getObjectPath(const CMPIInstance* instance, CMPIStatus* status) 
 
 CMPIStatus setPropertyFilter(const CMPIInstance* instance, const char** properties,
                              const char**) noexcept {
-    return enter<InstanceObject>(instance, [&](InstanceObject& object, CMPIrc&) {
-        if (!properties) return object.setFilter(std::nullopt);
-        std::vector<std::string> names;
-        for (const char** name = properties; *name; ++name) names.emplace_back(*name);
-        object.setFilter(std::move(names));
-    });
+    return enter<InstanceObject>(
+        instance, [&](InstanceObject& object, CMPIrc&) { object.setFilter(namesOf(properties)); });
 }
 
 CMPIStatus setObjectPath(const CMPIInstance* instance, const CMPIObjectPath* path) noexcept {

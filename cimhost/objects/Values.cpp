@@ -217,4 +217,11 @@ Value fromCmpi(const CMPIValue* value, CMPIType type) {
     }
 }
 
+std::optional<std::vector<std::string>> namesOf(const char** names) {
+    if (!names) return std::nullopt;
+    std::vector<std::string> result;
+    for (; *names; ++names) result.emplace_back(*names);
+    return result;
+}
+
 }  // namespace cimhost

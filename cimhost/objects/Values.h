@@ -4,6 +4,9 @@
 #include "cimhost/objects/Objects.h"
 
 #include <cstring>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace cimhost {
 
@@ -23,6 +26,12 @@ Member readMember(const void* value) noexcept {
     std::memcpy(&member, value, sizeof member);
     return member;
 }
+
+/// A text that may be left out.
+inline std::string textOrEmpty(const char* text) { return text ? text : std::string(); }
+
+/// The names of a list that ends with a null pointer; a list that is one itself means all names.
+std::optional<std::vector<std::string>> namesOf(const char** names);
 
 /// Adds CMPI_keyValue.
 inline CMPIData asKey(CMPIData data) noexcept {

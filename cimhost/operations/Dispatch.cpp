@@ -1,5 +1,7 @@
 #include "cimhost/operations/Dispatch.h"
 
+#include "cimhost/objects/Values.h"
+
 namespace cimhost {
 
 void refuseUnserved(const Target& target) {
@@ -29,6 +31,14 @@ CMPIFlags flagsOf(const InstanceOptions& options) noexcept {
     if (options.includeQualifiers) flags |= CMPI_FLAG_IncludeQualifiers;
     if (options.includeClassOrigin) flags |= CMPI_FLAG_IncludeClassOrigin;
     return flags;
+}
+
+InstanceOptions optionsOf(CMPIFlags flags, const char** properties) {
+    return {.propertyList = namesOf(properties),
+            .localOnly = (flags & CMPI_FLAG_LocalOnly) != 0,
+            .deepInheritance = (flags & CMPI_FLAG_DeepInheritance) != 0,
+            .includeQualifiers = (flags & CMPI_FLAG_IncludeQualifiers) != 0,
+            .includeClassOrigin = (flags & CMPI_FLAG_IncludeClassOrigin) != 0};
 }
 
 PropertySelection selectionOf(const Manner& manner, const InstanceOptions& options,

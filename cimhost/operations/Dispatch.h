@@ -23,6 +23,9 @@ void takeKeys(const Class& definition, Instance& instance);
 /// The flags of an operation on instances. LocalOnly counts as false and is never passed on.
 CMPIFlags flagsOf(const InstanceOptions& options) noexcept;
 
+/// What a provider's call asks for.
+InstanceOptions optionsOf(CMPIFlags flags, const char** properties);
+
 /// The properties that go to the client.
 PropertySelection selectionOf(const Manner& manner, const InstanceOptions& options,
                               const Class* limit = nullptr);

@@ -3,7 +3,8 @@
 #include "cimhost/objects/Broker.h"
 #include "cimhost/objects/Entry.h"
 #include "cimhost/objects/MannerTables.h"
-#include "cimhost/operations/CimOperations.h"
+#include "cimhost/objects/Values.h"
+#include "cimhost/operations/Dispatch.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 
@@ -17,25 +18,6 @@ namespace {
 CimOperations& requireOperations(const Broker& broker) {
     if (CimOperations* const operations = broker.operations()) return *operations;
     throw CimError(CimCode::notSupported, "this broker answers no up-calls");
-}
-
-std::string textOf(const char* text) { return text ? text : std::string(); }
-
-std::optional<std::vector<std::string>> namesOf(const char** names) {
-    if (!names) return std::nullopt;
-    std::vector<std::string> result;
-    for (; *names; ++names) result.emplace_back(*names);
-    return result;
-}
-
-InstanceOptions optionsOf(const RequestContext& request, const char** properties) {
-    InstanceOptions options;
-    options.propertyList = namesOf(properties);
-    options.localOnly = (request.flags & CMPI_FLAG_LocalOnly) != 0;
-    options.deepInheritance = (request.flags & CMPI_FLAG_DeepInheritance) != 0;
-    options.includeQualifiers = (request.flags & CMPI_FLAG_IncludeQualifiers) != 0;
-    options.includeClassOrigin = (request.flags & CMPI_FLAG_IncludeClassOrigin) != 0;
-    return options;
 }
 
 // CMPI has the broker ignore the keys of class paths.
@@ -91,10 +73,9 @@ public:
     void deliver(const Instance& instance, const Class*,
                  const PropertySelection& selection) override {
         Instance& kept = _found.emplace_back(Instance{instance.path, {}});
-        std::copy_if(instance.properties.begin(), instance.properties.end(),
-                     std::back_inserter(kept.properties), [&](const PropertyValue& property) {
-                         return selection.selects(property.name);
-                     });
+        std::ranges::copy_if(
+            instance.properties, std::back_inserter(kept.properties),
+            [&](const PropertyValue& property) { return selection.selects(property.name); });
     }
 
     std::vector<Instance> take() { return std::move(_found); }
@@ -129,7 +110,7 @@ CMPIEnumeration* enumerateInstances(const CMPIBroker* broker, const CMPIContext*
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Instances found;
         call.operations.enumerateInstances(call.request, classPathOf(path),
-                                           optionsOf(call.request, properties), found);
+                                           optionsOf(call.request.flags, properties), found);
         return makeEnumeration(call.broker, found.take());
     });
 }
@@ -140,7 +121,7 @@ CMPIInstance* getInstance(const CMPIBroker* broker, const CMPIContext* context,
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Instances found;
         call.operations.getInstance(call.request, modelOf(path),
-                                    optionsOf(call.request, properties), found);
+                                    optionsOf(call.request.flags, properties), found);
         return makeInstance(call.broker, std::move(found.take().at(0)));
     });
 }
@@ -182,7 +163,7 @@ CMPIEnumeration* execQuery(const CMPIBroker* broker, const CMPIContext* context,
             request.nameSpace = nameSpace;
         }
         Instances found;
-        call.operations.execQuery(request, textOf(language), textOf(query), found);
+        call.operations.execQuery(request, textOrEmpty(language), textOrEmpty(query), found);
         return makeEnumeration(call.broker, found.take());
     });
 }
@@ -194,10 +175,10 @@ CMPIEnumeration* associators(const CMPIBroker* broker, const CMPIContext* contex
     throwAtIllegalNames(broker, properties);
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Instances found;
-        call.operations.associators(
-            call.request, modelOf(path),
-            {textOf(associationClass), textOf(resultClass), textOf(role), textOf(resultRole)},
-            {.propertyList = namesOf(properties)}, found);
+        call.operations.associators(call.request, modelOf(path),
+                                    {textOrEmpty(associationClass), textOrEmpty(resultClass),
+                                     textOrEmpty(role), textOrEmpty(resultRole)},
+                                    {.propertyList = namesOf(properties)}, found);
         return makeEnumeration(call.broker, found.take());
     });
 }
@@ -208,10 +189,10 @@ CMPIEnumeration* associatorNames(const CMPIBroker* broker, const CMPIContext* co
                                  CMPIStatus* status) noexcept {
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Paths found;
-        call.operations.associatorNames(
-            call.request, modelOf(path),
-            {textOf(associationClass), textOf(resultClass), textOf(role), textOf(resultRole)},
-            found);
+        call.operations.associatorNames(call.request, modelOf(path),
+                                        {textOrEmpty(associationClass), textOrEmpty(resultClass),
+                                         textOrEmpty(role), textOrEmpty(resultRole)},
+                                        found);
         return makeEnumeration(call.broker, found.take());
     });
 }
@@ -223,7 +204,7 @@ CMPIEnumeration* references(const CMPIBroker* broker, const CMPIContext* context
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Instances found;
         call.operations.references(call.request, modelOf(path),
-                                   {{}, textOf(resultClass), textOf(role), {}},
+                                   {{}, textOrEmpty(resultClass), textOrEmpty(role), {}},
                                    {.propertyList = namesOf(properties)}, found);
         return makeEnumeration(call.broker, found.take());
     });
@@ -235,7 +216,8 @@ CMPIEnumeration* referenceNames(const CMPIBroker* broker, const CMPIContext* con
     return answerCall(broker, context, status, [&](const UpCall& call) {
         Paths found;
         call.operations.referenceNames(call.request, modelOf(path),
-                                       {{}, textOf(resultClass), textOf(role), {}}, found);
+                                       {{}, textOrEmpty(resultClass), textOrEmpty(role), {}},
+                                       found);
         return makeEnumeration(call.broker, found.take());
     });
 }

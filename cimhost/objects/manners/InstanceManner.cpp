@@ -120,8 +120,7 @@ CMPIStatus filterKeys(const CMPIInstance* instance, const char** properties,
                       const char** keys) noexcept {
     return enter<InstanceObject>(instance, [&](InstanceObject& object, CMPIrc&) {
         if (!properties) return object.setFilter(std::nullopt);
-        std::vector<std::string> names;
-        for (const char** name = properties; *name; ++name) names.emplace_back(*name);
+        std::vector<std::string> names = *namesOf(properties);
         for (const char** name = keys; name && *name; ++name) names.emplace_back(*name);
         ObjectPath path = object.read().path;
         std::erase_if(path.keys,

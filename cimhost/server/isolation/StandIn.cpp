@@ -7,6 +7,8 @@
 #include "cimhost/objects/Entry.h"
 #include "cimhost/objects/ResultHandle.h"
 #include "cimhost/objects/SelectExpHandle.h"
+#include "cimhost/objects/Values.h"
+#include "cimhost/operations/Dispatch.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 #include "cimhost/server/isolation/LinkMessage.h"
@@ -18,24 +20,6 @@
 
 namespace cimhost {
 namespace {
-
-std::string textOf(const char* text) { return text ? text : std::string(); }
-
-std::optional<std::vector<std::string>> namesOf(const char** names) {
-    if (!names) return std::nullopt;
-    std::vector<std::string> result;
-    for (; *names; ++names) result.emplace_back(*names);
-    return result;
-}
-
-InstanceOptions optionsOf(const RequestContext& request, const char** properties) {
-    InstanceOptions options;
-    options.propertyList = namesOf(properties);
-    options.deepInheritance = (request.flags & CMPI_FLAG_DeepInheritance) != 0;
-    options.includeQualifiers = (request.flags & CMPI_FLAG_IncludeQualifiers) != 0;
-    options.includeClassOrigin = (request.flags & CMPI_FLAG_IncludeClassOrigin) != 0;
-    return options;
-}
 
 /// Hands results on as the provider's own would be, past the table, which may be that of another
 /// host: the other process has been through that already.
@@ -119,18 +103,26 @@ CMPIStatus forward(const MI* mi, const CMPIContext* context, std::string_view op
     });
 }
 
-/// The same for an operation with results: `work(client, request, path, results)`.
+/// What an operation is forwarded with.
+struct Asked {
+    CimXmlClient& client;
+    const RequestContext& request;
+    const ObjectPath& path;
+    Results& results;
+};
+
+/// The same for an operation with results: `work(asked)`.
 template <typename MI, typename Work>
 CMPIStatus forwardWalk(const MI* mi, const CMPIContext* context, const CMPIResult* result,
                        const CMPIObjectPath* path, std::string_view operation,
                        Work&& work) noexcept {
-    const ObjectPath& asked = modelOf(path);
-    return forward(mi, context, operation, asked, [&](Forward& call) {
-        call.aboutClass(asked.className);
+    const ObjectPath& model = modelOf(path);
+    return forward(mi, context, operation, model, [&](Forward& call) {
+        call.aboutClass(model.className);
         Results results(result);
         call.run([&](CimXmlClient& client) {
             try {
-                work(client, call.request(), asked, results);
+                work(Asked{client, call.request(), model, results});
             } catch (...) {
                 // Whoever made the call finds the failure in the result.
                 if (!results.failure()) throw;
@@ -142,137 +134,115 @@ CMPIStatus forwardWalk(const MI* mi, const CMPIContext* context, const CMPIResul
 
 CMPIStatus enumerateInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context,
                                   const CMPIResult* result, const CMPIObjectPath* path) noexcept {
-    return forwardWalk(
-        mi, context, result, path, "enumerateInstanceNames",
-        [](CimXmlClient& client, const RequestContext& request, const ObjectPath& asked,
-           Results& results) { client.enumerateInstanceNames(request, asked, results); });
+    return forwardWalk(mi, context, result, path, "enumerateInstanceNames", [](const Asked& asked) {
+        asked.client.enumerateInstanceNames(asked.request, asked.path, asked.results);
+    });
 }
 
 CMPIStatus enumerateInstances(CMPIInstanceMI* mi, const CMPIContext* context,
                               const CMPIResult* result, const CMPIObjectPath* path,
                               const char** properties) noexcept {
-    return forwardWalk(mi, context, result, path, "enumerateInstances",
-                       [&](CimXmlClient& client, const RequestContext& request,
-                           const ObjectPath& asked, Results& results) {
-                           client.enumerateInstances(request, asked, optionsOf(request, properties),
-                                                     results);
-                       });
+    return forwardWalk(mi, context, result, path, "enumerateInstances", [&](const Asked& asked) {
+        asked.client.enumerateInstances(asked.request, asked.path,
+                                        optionsOf(asked.request.flags, properties), asked.results);
+    });
 }
 
 CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                        const CMPIObjectPath* path, const char** properties) noexcept {
-    return forwardWalk(mi, context, result, path, "getInstance",
-                       [&](CimXmlClient& client, const RequestContext& request,
-                           const ObjectPath& asked, Results& results) {
-                           client.getInstance(request, asked, optionsOf(request, properties),
-                                              results);
-                       });
+    return forwardWalk(mi, context, result, path, "getInstance", [&](const Asked& asked) {
+        asked.client.getInstance(asked.request, asked.path,
+                                 optionsOf(asked.request.flags, properties), asked.results);
+    });
 }
 
 CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* path, const CMPIInstance* instance) noexcept {
-    return forwardWalk(mi, context, result, path, "createInstance",
-                       [&](CimXmlClient& client, const RequestContext& request,
-                           const ObjectPath& asked, Results& results) {
-                           Instance wanted = modelOf(instance);
-                           wanted.path = asked;
-                           results.deliver(client.createInstance(request, wanted));
-                       });
+    return forwardWalk(mi, context, result, path, "createInstance", [&](const Asked& asked) {
+        Instance wanted = modelOf(instance);
+        wanted.path = asked.path;
+        asked.results.deliver(asked.client.createInstance(asked.request, wanted));
+    });
 }
 
 CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* path, const CMPIInstance* instance,
                           const char** properties) noexcept {
-    return forwardWalk(mi, context, result, path, "modifyInstance",
-                       [&](CimXmlClient& client, const RequestContext& request,
-                           const ObjectPath& asked, Results&) {
-                           Instance wanted = modelOf(instance);
-                           wanted.path = asked;
-                           client.modifyInstance(request, wanted, namesOf(properties));
-                       });
+    return forwardWalk(mi, context, result, path, "modifyInstance", [&](const Asked& asked) {
+        Instance wanted = modelOf(instance);
+        wanted.path = asked.path;
+        asked.client.modifyInstance(asked.request, wanted, namesOf(properties));
+    });
 }
 
 CMPIStatus deleteInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                           const CMPIObjectPath* path) noexcept {
-    return forwardWalk(
-        mi, context, result, path, "deleteInstance",
-        [](CimXmlClient& client, const RequestContext& request, const ObjectPath& asked, Results&) {
-            client.deleteInstance(request, asked);
-        });
+    return forwardWalk(mi, context, result, path, "deleteInstance", [](const Asked& asked) {
+        asked.client.deleteInstance(asked.request, asked.path);
+    });
 }
 
 CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                      const CMPIObjectPath* path, const char* query, const char* language) noexcept {
-    return forwardWalk(
-        mi, context, result, path, "execQuery",
-        [&](CimXmlClient& client, const RequestContext& request, const ObjectPath&,
-            Results& results) { client.execQuery(request, language, query, results); });
+    return forwardWalk(mi, context, result, path, "execQuery", [&](const Asked& asked) {
+        asked.client.execQuery(asked.request, language, query, asked.results);
+    });
 }
 
 CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                        const CMPIObjectPath* path, const char* associationClass,
                        const char* resultClass, const char* role, const char* resultRole,
                        const char** properties) noexcept {
-    return forwardWalk(mi, context, result, path, "associators",
-                       [&](CimXmlClient& client, const RequestContext& request,
-                           const ObjectPath& asked, Results& results) {
-                           client.associators(request, asked,
-                                              {textOf(associationClass), textOf(resultClass),
-                                               textOf(role), textOf(resultRole)},
-                                              optionsOf(request, properties), results);
-                       });
+    return forwardWalk(mi, context, result, path, "associators", [&](const Asked& asked) {
+        asked.client.associators(asked.request, asked.path,
+                                 {textOrEmpty(associationClass), textOrEmpty(resultClass),
+                                  textOrEmpty(role), textOrEmpty(resultRole)},
+                                 optionsOf(asked.request.flags, properties), asked.results);
+    });
 }
 
 CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context,
                            const CMPIResult* result, const CMPIObjectPath* path,
                            const char* associationClass, const char* resultClass, const char* role,
                            const char* resultRole) noexcept {
-    return forwardWalk(mi, context, result, path, "associatorNames",
-                       [&](CimXmlClient& client, const RequestContext& request,
-                           const ObjectPath& asked, Results& results) {
-                           client.associatorNames(request, asked,
-                                                  {textOf(associationClass), textOf(resultClass),
-                                                   textOf(role), textOf(resultRole)},
-                                                  results);
-                       });
+    return forwardWalk(mi, context, result, path, "associatorNames", [&](const Asked& asked) {
+        asked.client.associatorNames(asked.request, asked.path,
+                                     {textOrEmpty(associationClass), textOrEmpty(resultClass),
+                                      textOrEmpty(role), textOrEmpty(resultRole)},
+                                     asked.results);
+    });
 }
 
 CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
                       const CMPIObjectPath* path, const char* resultClass, const char* role,
                       const char** properties) noexcept {
-    return forwardWalk(mi, context, result, path, "references",
-                       [&](CimXmlClient& client, const RequestContext& request,
-                           const ObjectPath& asked, Results& results) {
-                           client.references(request, asked,
-                                             {{}, textOf(resultClass), textOf(role), {}},
-                                             optionsOf(request, properties), results);
-                       });
+    return forwardWalk(mi, context, result, path, "references", [&](const Asked& asked) {
+        asked.client.references(asked.request, asked.path,
+                                {{}, textOrEmpty(resultClass), textOrEmpty(role), {}},
+                                optionsOf(asked.request.flags, properties), asked.results);
+    });
 }
 
 CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context,
                           const CMPIResult* result, const CMPIObjectPath* path,
                           const char* resultClass, const char* role) noexcept {
-    return forwardWalk(mi, context, result, path, "referenceNames",
-                       [&](CimXmlClient& client, const RequestContext& request,
-                           const ObjectPath& asked, Results& results) {
-                           client.referenceNames(request, asked,
-                                                 {{}, textOf(resultClass), textOf(role), {}},
-                                                 results);
-                       });
+    return forwardWalk(mi, context, result, path, "referenceNames", [&](const Asked& asked) {
+        asked.client.referenceNames(asked.request, asked.path,
+                                    {{}, textOrEmpty(resultClass), textOrEmpty(role), {}},
+                                    asked.results);
+    });
 }
 
 CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPIResult* result,
                         const CMPIObjectPath* path, const char* method, const CMPIArgs* inputs,
                         CMPIArgs* outputs) noexcept {
-    return forwardWalk(mi, context, result, path, "invokeMethod",
-                       [&](CimXmlClient& client, const RequestContext& request,
-                           const ObjectPath& asked, Results& results) {
-                           MethodResult answer =
-                               client.invokeMethod(request, asked, method, modelOf(inputs));
-                           findObject<ArgsObject>(outputs)->model = std::move(answer.out);
-                           if (answer.returnValue.type() == CimType::none) return;
-                           results.deliver(answer.returnValue);
-                       });
+    return forwardWalk(mi, context, result, path, "invokeMethod", [&](const Asked& asked) {
+        MethodResult answer =
+            asked.client.invokeMethod(asked.request, asked.path, method, modelOf(inputs));
+        findObject<ArgsObject>(outputs)->model = std::move(answer.out);
+        if (answer.returnValue.type() == CimType::none) return;
+        asked.results.deliver(answer.returnValue);
+    });
 }
 
 ObjectPath filterTarget(const RequestContext& request) {
