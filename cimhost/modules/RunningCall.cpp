@@ -7,7 +7,6 @@
 #include <charconv>
 #include <memory>
 #include <mutex>
-#include <system_error>
 
 namespace cimhost {
 

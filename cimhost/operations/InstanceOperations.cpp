@@ -1,6 +1,5 @@
 #include "cimhost/operations/Dispatch.h"
 #include "cimhost/operations/Operations.h"
-#include "cimhost/repository/Names.h"
 
 #include <algorithm>
 #include <utility>

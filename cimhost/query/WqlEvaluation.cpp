@@ -6,7 +6,6 @@
 #include "cimhost/repository/Names.h"
 
 #include <algorithm>
-#include <cmath>
 #include <compare>
 #include <memory>
 #include <optional>

@@ -8,7 +8,6 @@
 #include <toml++/toml.h>
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace cimhost {

@@ -4,7 +4,6 @@
 #include "cimhost/modules/ModuleFile.h"
 #include "cimhost/repository/NearestName.h"
 
-#include <algorithm>
 #include <array>
 #include <map>
 #include <optional>

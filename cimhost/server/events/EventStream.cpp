@@ -2,8 +2,6 @@
 
 #include "cimhost/server/ShownText.h"
 
-#include <algorithm>
-
 namespace cimhost {
 namespace {
 

@@ -4,7 +4,6 @@
 #include "cimhost/objects/Broker.h"
 #include "cimhost/repository/Utf8.h"
 #include "cimhost/server/ConsoleLog.h"
-#include "cimhost/server/ShownText.h"
 
 #include <algorithm>
 #include <array>

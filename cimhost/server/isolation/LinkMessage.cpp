@@ -8,7 +8,6 @@
 #include <array>
 #include <charconv>
 #include <optional>
-#include <utility>
 
 namespace cimhost {
 namespace {

@@ -7,7 +7,6 @@
 
 #include <condition_variable>
 #include <list>
-#include <memory>
 #include <thread>
 #include <vector>
 

@@ -3,8 +3,6 @@
 #include "cimhost/operations/UpCalls.h"
 #include "tests/support/BrokerFixture.h"
 
-#include <thread>
-
 namespace cimhost {
 namespace {
 

@@ -4,7 +4,6 @@
 #include "cimhost/operations/UpCalls.h"
 #include "tests/support/BrokerFixture.h"
 
-#include <memory>
 #include <optional>
 #include <thread>
 #include <vector>

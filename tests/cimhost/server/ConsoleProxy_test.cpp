@@ -8,11 +8,8 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
-#include <functional>
 #include <memory>
-#include <optional>
 #include <string>
-#include <thread>
 
 namespace cimhost {
 namespace {

@@ -1,7 +1,5 @@
 #include "tests/support/MannerCall.h"
 
-#include <array>
-
 namespace cimhost {
 namespace {
 

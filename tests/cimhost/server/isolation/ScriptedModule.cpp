@@ -21,7 +21,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <mutex>
-#include <optional>
 #include <string>
 
 namespace cimhost {
