@@ -2,6 +2,7 @@
 
 #include "cimhost/cimxml/WrittenModel.h"
 #include "cimhost/repository/CimError.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -17,12 +18,7 @@ Class classOf(const std::string& inside) {
 }
 
 std::string failureOf(const std::string& inside) {
-    try {
-        classOf(inside);
-    } catch (const CimError& error) {
-        return std::to_string(static_cast<int>(error.code())) + ": " + error.what();
-    }
-    return {};
+    return errorOf([&] { classOf(inside); });
 }
 
 TEST(ClassReader, ReadsNoMoreThanIsWritten) {

@@ -2,10 +2,9 @@
 
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/cimxml/Requests.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
-
-#include <functional>
 
 namespace cimhost {
 namespace {
@@ -26,15 +25,6 @@ private:
     XmlDocument _document;
     Parameters _parameters;
 };
-
-std::string errorOf(const std::function<void()>& body) {
-    try {
-        body();
-    } catch (const CimError& error) {
-        return std::to_string(static_cast<int>(error.code())) + ": " + error.what();
-    }
-    return "no error";
-}
 
 std::string list(std::string_view inside) {
     return parameter("PropertyList", "<VALUE.ARRAY>" + std::string(inside) + "</VALUE.ARRAY>");

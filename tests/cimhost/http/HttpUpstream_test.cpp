@@ -3,6 +3,7 @@
 #include "tests/cimhost/http/ScriptedServer.h"
 #include "tests/cimhost/http/TestCertificates.h"
 #include "tests/cimhost/http/TestServer.h"
+#include "tests/support/Thrown.h"
 
 #include <gmock/gmock.h>
 #include <poll.h>
@@ -43,12 +44,7 @@ std::string ask(HttpUpstream& upstream, std::string_view body = "question",
 
 /// What asking fails with; empty when it does not.
 std::string failureOf(HttpUpstream& upstream) {
-    try {
-        ask(upstream);
-    } catch (const std::exception& error) {
-        return error.what();
-    }
-    return {};
+    return refusalOf<std::exception>([&] { ask(upstream); });
 }
 
 bool answer(const std::string&, Stream& client) {

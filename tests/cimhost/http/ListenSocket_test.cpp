@@ -1,5 +1,7 @@
 #include "cimhost/http/ListenSocket.h"
 
+#include "tests/support/Thrown.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,12 +11,8 @@ namespace {
 using testing::HasSubstr;
 
 std::string refusalOf(const std::string& address, std::uint16_t port) {
-    try {
-        const ListenSocket socket(address, port);
-    } catch (const std::runtime_error& error) {
-        return error.what();
-    }
-    return {};
+    return cimhost::refusalOf<std::runtime_error>(
+        [&] { const ListenSocket socket(address, port); });
 }
 
 TEST(ListenSocket, TakesAFreePort) {

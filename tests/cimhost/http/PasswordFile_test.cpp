@@ -1,6 +1,7 @@
 #include "cimhost/http/PasswordFile.h"
 
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,12 +20,8 @@ struct PasswordFileTest : testing::Test {
     TemporaryFolder folder;
 
     std::string refusalOf(const std::string& text) {
-        try {
-            PasswordFile file(folder.write("passwords", text));
-        } catch (const std::runtime_error& error) {
-            return error.what();
-        }
-        return {};
+        return cimhost::refusalOf<std::runtime_error>(
+            [&] { PasswordFile file(folder.write("passwords", text)); });
     }
 };
 

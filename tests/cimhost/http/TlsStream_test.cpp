@@ -4,13 +4,13 @@
 #include "tests/cimhost/http/RawClient.h"
 #include "tests/cimhost/http/TestServer.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdio>
-#include <list>
 
 namespace cimhost {
 namespace {
@@ -52,12 +52,8 @@ struct TlsStreamTest : testing::Test {
             .output;
     }
     std::string refusalOf(const std::string& certificateFile, const std::string& keyFile) {
-        try {
-            const TlsContext context(certificateFile, keyFile);
-        } catch (const std::runtime_error& error) {
-            return error.what();
-        }
-        return {};
+        return cimhost::refusalOf<std::runtime_error>(
+            [&] { const TlsContext context(certificateFile, keyFile); });
     }
 };
 

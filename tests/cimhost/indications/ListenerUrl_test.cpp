@@ -1,6 +1,7 @@
 #include "cimhost/indications/ListenerUrl.h"
 
 #include "cimhost/repository/CimError.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -8,12 +9,7 @@ namespace cimhost {
 namespace {
 
 int codeOf(const std::string& text) {
-    try {
-        parseListenerUrl(text);
-    } catch (const CimError& error) {
-        return static_cast<int>(error.code());
-    }
-    return 0;
+    return errorCodeOf([&] { parseListenerUrl(text); });
 }
 
 TEST(ListenerUrl, HasHostPortAndPath) {

@@ -4,8 +4,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-
 // Filters, destinations and subscriptions as clients and providers meet them: through operations.
 
 namespace cimhost::test {
@@ -173,7 +171,7 @@ TEST_F(SubscriptionOperations, InstancesAreReadByPath) {
     EXPECT_EQ(found.all[0].definition->name, "CIM_IndicationFilter");
     ObjectPath missing = path;
     missing.setKey("Name", Value::string("missing"));
-    EXPECT_EQ(failureOfCall([&] { get(missing); }), "6: CIM_ERR_NOT_FOUND");
+    EXPECT_EQ(errorOf([&] { get(missing); }), "6: CIM_ERR_NOT_FOUND");
 }
 
 TEST_F(SubscriptionOperations, OnlyTheListedPropertiesAreModified) {
@@ -185,9 +183,9 @@ TEST_F(SubscriptionOperations, OnlyTheListedPropertiesAreModified) {
     operations().modifyInstance(request(), change, std::vector<std::string>{"caption"});
     EXPECT_EQ(get(change.path).find("Caption")->value, Value::string("new"));
     EXPECT_EQ(get(change.path).find("Query")->value, Value::string("SELECT * FROM TST_Alarm"));
-    EXPECT_EQ(codeOfCall([&] { operations().modifyInstance(request(), change, {}); }), 15);
+    EXPECT_EQ(errorCodeOf([&] { operations().modifyInstance(request(), change, {}); }), 15);
     change.path.setKey("Name", Value::string("missing"));
-    EXPECT_THAT(failureOfCall([&] { operations().modifyInstance(request(), change, {}); }),
+    EXPECT_THAT(errorOf([&] { operations().modifyInstance(request(), change, {}); }),
                 testing::StartsWith("6: there is no "));
 }
 
@@ -195,7 +193,7 @@ TEST_F(SubscriptionOperations, InstancesAreDeletedOnce) {
     serveSubscriptions();
     const ObjectPath path = makeFilter("f");
     operations().deleteInstance(request(), path);
-    EXPECT_THAT(failureOfCall([&] { operations().deleteInstance(request(), path); }),
+    EXPECT_THAT(errorOf([&] { operations().deleteInstance(request(), path); }),
                 testing::StartsWith("6: there is no "));
     EXPECT_THAT(namesOf("CIM_IndicationFilter"), ElementsAre("CIM_IndicationFilter.static"));
 }
@@ -205,13 +203,13 @@ TEST_F(SubscriptionOperations, WhatCameWithTheMofAndTheServiceStayAsTheyAre) {
     FoundPaths found;
     operations().enumerateInstanceNames(request(), classPath("CIM_IndicationFilter", "interop"),
                                         found);
-    EXPECT_THAT(failureOfCall([&] { operations().deleteInstance(request(), found.all.at(0)); }),
+    EXPECT_THAT(errorOf([&] { operations().deleteInstance(request(), found.all.at(0)); }),
                 testing::EndsWith("came with the schema and stays as it is"));
     operations().enumerateInstanceNames(request(), classPath("CIM_IndicationService", "interop"),
                                         found);
-    EXPECT_EQ(failureOfCall([&] { operations().deleteInstance(request(), found.all.at(1)); }),
+    EXPECT_EQ(errorOf([&] { operations().deleteInstance(request(), found.all.at(1)); }),
               "7: instances of class CIM_IndicationService can only be read");
-    EXPECT_EQ(failureOfCall([&] {
+    EXPECT_EQ(errorOf([&] {
                   make("CIM_IndicationService", {{"Name", Value::string("second")}});
               }),
               "7: instances of class CIM_IndicationService can only be read");
@@ -283,7 +281,7 @@ instance of TST_SubFilter {
     FoundPaths found;
     operations().enumerateInstanceNames(request(), classPath("TST_SubFilter", "interop"), found);
     EXPECT_EQ(get(found.all.at(0)).find("Query")->value, Value::string("SELECT * FROM TST_Alarm"));
-    EXPECT_THAT(failureOfCall([&] { operations().deleteInstance(request(), found.all[0]); }),
+    EXPECT_THAT(errorOf([&] { operations().deleteInstance(request(), found.all[0]); }),
                 testing::EndsWith("came with the schema and stays as it is"));
 }
 
@@ -292,7 +290,7 @@ TEST_F(SubscriptionOperations, QueriesAreNotSupported) {
     RequestContext inInterop = request();
     inInterop.nameSpace = "interop";
     FoundInstances found;
-    EXPECT_EQ(failureOfCall([&] {
+    EXPECT_EQ(errorOf([&] {
                   operations().execQuery(inInterop, "WQL", "SELECT * FROM CIM_IndicationFilter",
                                          found);
               }),
@@ -311,7 +309,7 @@ TEST_F(SubscriptionOperations, AClassThatAProviderServesStaysThatProviders) {
     operations().enumerateInstanceNames(request(), classPath("CIM_IndicationFilter", "interop"),
                                         found);
     EXPECT_THAT(found.texts(), ElementsAre("CIM_IndicationFilter.live"));
-    EXPECT_EQ(codeOfCall([&] { makeFilter("f"); }), 2);
+    EXPECT_EQ(errorCodeOf([&] { makeFilter("f"); }), 2);
     makeDestination("d");
     EXPECT_THAT(namesOf("CIM_ListenerDestination"), ElementsAre("CIM_ListenerDestinationCIMXML.d"));
 }
@@ -354,7 +352,7 @@ TEST_F(SubscriptionOperations, OtherNamespacesHaveNone) {
     readMof("class CIM_IndicationFilter { [Key] string Name; };");
     serveSubscriptions();
     FoundPaths found;
-    EXPECT_EQ(failureOfCall([&] {
+    EXPECT_EQ(errorOf([&] {
                   operations().enumerateInstanceNames(request(), classPath("CIM_IndicationFilter"),
                                                       found);
               }),

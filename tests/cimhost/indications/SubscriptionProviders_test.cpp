@@ -70,7 +70,7 @@ TEST_F(SubscriptionsTest, TurnEverythingOffAtTheEnd) {
     EXPECT_EQ(alarms.take(), (Texts{"deactivate TST_Alarm last", "disable"}));
     routes.deliver({}, "root/test", indicationOf("TST_Alarm", 1));
     EXPECT_EQ(outlet.take(), Texts{});
-    EXPECT_EQ(codeOf([&] { create(destinationOf("http://x/", "late")); }), 28);
+    EXPECT_EQ(errorCodeOf([&] { create(destinationOf("http://x/", "late")); }), 28);
     EXPECT_TRUE(modules->shutDown(std::chrono::seconds(10)));
 }
 
@@ -86,7 +86,7 @@ TEST_F(SubscriptionsTest, AreRefusedAsTheProviderRefuses) {
         alarms.refused = moment;
         const ObjectPath filter = create(filterOf("SELECT * FROM TST_Alarm", moment));
         const ObjectPath handler = create(destinationOf("http://x/", moment));
-        const std::string failure = failureOf([&] { create(subscriptionOf(filter, handler)); });
+        const std::string failure = errorOf([&] { create(subscriptionOf(filter, handler)); });
         EXPECT_EQ(failure.find("2: not " + std::string(moment)), 0U) << failure;
         EXPECT_EQ(countOf("CIM_IndicationSubscription"), 0U);
         remove(filter);
@@ -105,9 +105,7 @@ TEST_F(SubscriptionsTest, AreNotHeldBackByAProviderThatWantsToBePolled) {
 
 TEST_F(SubscriptionsTest, CannotBeChangedFromWithinAChange) {
     std::string failure;
-    alarms.whenTold = [&] {
-        failure = failureOf([&] { create(destinationOf("http://x/", "in")); });
-    };
+    alarms.whenTold = [&] { failure = errorOf([&] { create(destinationOf("http://x/", "in")); }); };
     subscribe();
     alarms.whenTold = nullptr;
     EXPECT_EQ(failure, "1: subscriptions cannot be changed while a provider is asked about one");

@@ -53,14 +53,14 @@ TEST_F(SubscriptionsTest, AreRefusedWhenTheirStateCannotBeKept) {
     alarms.take();
     std::filesystem::remove_all(folder / "gone");
 
-    EXPECT_EQ(codeOf([&] { create(destinationOf("http://x/", "new")); }), 1);
+    EXPECT_EQ(errorCodeOf([&] { create(destinationOf("http://x/", "new")); }), 1);
     EXPECT_EQ(countOf("CIM_ListenerDestination"), 1U);
-    EXPECT_EQ(codeOf([&] { create(filterOf("SELECT * FROM TST_Loud", "new")); }), 1);
-    EXPECT_EQ(codeOf([&] { remove(path); }), 1);
+    EXPECT_EQ(errorCodeOf([&] { create(filterOf("SELECT * FROM TST_Loud", "new")); }), 1);
+    EXPECT_EQ(errorCodeOf([&] { remove(path); }), 1);
     EXPECT_TRUE(subscriptions->find(path));
     Instance changed = *subscriptions->find(filter);
     changed.set("Caption", Value::string("new"));
-    EXPECT_EQ(codeOf([&] { subscriptions->modify({}, changed); }), 1);
+    EXPECT_EQ(errorCodeOf([&] { subscriptions->modify({}, changed); }), 1);
     EXPECT_EQ(subscriptions->find(filter)->find("Caption"), nullptr);
     EXPECT_EQ(alarms.take(), Texts{});
 }
@@ -70,7 +70,7 @@ TEST_F(SubscriptionsTest, AreRefusedWhenTheStateFileCannotHoldThem) {
     start(folder / "state");
     Instance destination = destinationOf("http://x/");
     destination.set("Name", Value::string("\xFF"));
-    EXPECT_EQ(codeOf([&] { create(destination); }), 1);
+    EXPECT_EQ(errorCodeOf([&] { create(destination); }), 1);
     EXPECT_EQ(countOf("CIM_ListenerDestination"), 0U);
     start(folder / "state");
 }

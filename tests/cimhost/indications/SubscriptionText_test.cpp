@@ -1,5 +1,7 @@
 #include "cimhost/indications/SubscriptionText.h"
 
+#include "tests/support/Thrown.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -62,12 +64,7 @@ std::vector<DeclaredInstance> parsed(std::string_view text) {
 }
 
 std::string refusalOf(const std::string& text) {
-    try {
-        parsed(text);
-    } catch (const MofError& error) {
-        return error.what();
-    }
-    return {};
+    return cimhost::refusalOf<MofError>([&] { parsed(text); });
 }
 
 std::size_t refusedLineOf(const std::string& text) {

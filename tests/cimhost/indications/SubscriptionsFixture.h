@@ -7,6 +7,7 @@
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/indications/IndicationFixture.h"
 #include "tests/support/BrokerFixture.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -196,19 +197,6 @@ protected:
     }
 
     void remove(const ObjectPath& path) { subscriptions->remove({}, path); }
-
-    std::string failureOf(const std::function<void()>& action) {
-        try {
-            action();
-        } catch (const CimError& error) {
-            return std::to_string(static_cast<int>(error.code())) + ": " + error.what();
-        }
-        return {};
-    }
-    int codeOf(const std::function<void()>& action) {
-        const std::string failure = failureOf(action);
-        return failure.empty() ? 0 : std::stoi(failure);
-    }
 
     std::size_t countOf(const std::string& className) {
         return subscriptions->all(repository.get("interop"), className).size();

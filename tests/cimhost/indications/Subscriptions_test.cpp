@@ -16,10 +16,10 @@ TEST_F(SubscriptionsTest, FillInTheKeysThatAllClientsWouldGiveAlike) {
 
     Instance nameless = filterOf("SELECT * FROM TST_Alarm");
     std::erase_if(nameless.properties, [](const auto& each) { return each.name == "Name"; });
-    EXPECT_EQ(failureOf([&] { create(nameless); }), "4: key Name has no value");
+    EXPECT_EQ(errorOf([&] { create(nameless); }), "4: key Name has no value");
     Instance strange = filterOf("SELECT * FROM TST_Alarm", "other");
     strange.set("CreationClassName", Value::string("CIM_Else"));
-    EXPECT_EQ(codeOf([&] { create(strange); }), 4);
+    EXPECT_EQ(errorCodeOf([&] { create(strange); }), 4);
 }
 
 TEST_F(SubscriptionsTest, TakeReferencesWithoutThoseKeys) {
@@ -55,12 +55,12 @@ instance of CIM_IndicationSubscription { Filter = $Filter; Handler = $Listener; 
     EXPECT_EQ(outlet.take(), (Texts{"listener<all:TST_Other.1"}));
     const auto all = subscriptions->all(repository.get("interop"), "CIM_IndicationSubscription");
     ASSERT_EQ(all.size(), 1U);
-    EXPECT_EQ(codeOf([&] { remove(all.front().path); }), 1) << "the MOF would bring it back";
+    EXPECT_EQ(errorCodeOf([&] { remove(all.front().path); }), 1) << "the MOF would bring it back";
 }
 
 TEST_F(SubscriptionsTest, RefuseWhatIsWrong) {
     const auto filterFailure = [&](const std::string& query) {
-        return codeOf([&] { create(filterOf(query)); });
+        return errorCodeOf([&] { create(filterOf(query)); });
     };
     EXPECT_EQ(filterFailure("SELECT"), 15);
     EXPECT_EQ(filterFailure("SELECT * FROM TST_Plain"), 15);
@@ -69,18 +69,18 @@ TEST_F(SubscriptionsTest, RefuseWhatIsWrong) {
     EXPECT_EQ(filterFailure("SELECT * FROM TST_Alarm WHERE 1 = Colour"), 15);
     Instance elsewhere = filterOf("SELECT * FROM TST_Alarm");
     elsewhere.set("SourceNamespaces", Value::array(CimType::string, {Value::string("nowhere")}));
-    EXPECT_EQ(codeOf([&] { create(elsewhere); }), 3);
+    EXPECT_EQ(errorCodeOf([&] { create(elsewhere); }), 3);
     Instance spoken = filterOf("SELECT * FROM TST_Alarm");
     spoken.set("QueryLanguage", Value::string("SQL"));
-    EXPECT_EQ(codeOf([&] { create(spoken); }), 14);
-    EXPECT_EQ(codeOf([&] { create(destinationOf("nowhere")); }), 4);
-    EXPECT_EQ(codeOf([&] { create(destinationOf("https://x/")); }), 7);
+    EXPECT_EQ(errorCodeOf([&] { create(spoken); }), 14);
+    EXPECT_EQ(errorCodeOf([&] { create(destinationOf("nowhere")); }), 4);
+    EXPECT_EQ(errorCodeOf([&] { create(destinationOf("https://x/")); }), 7);
     EXPECT_EQ(countOf("CIM_ListenerDestination"), 0U);
 }
 
 TEST_F(SubscriptionsTest, TakeComparisonsWithNull) {
     const auto filterFailure = [&](const std::string& name, const std::string& condition) {
-        return failureOf(
+        return errorOf(
             [&] { create(filterOf("SELECT * FROM TST_Alarm WHERE " + condition, name)); });
     };
     EXPECT_EQ(filterFailure("a", "Number IS NULL"), "");
@@ -95,7 +95,7 @@ TEST_F(SubscriptionsTest, RefusePoliciesThatTheyCannotFollow) {
     const auto failure = [&](const char* property, std::uint64_t number) {
         Instance subscription = subscriptionOf(filter, handler);
         subscription.set(property, Value::unsignedInteger(CimType::uint64, number));
-        return codeOf([&] { create(subscription); });
+        return errorCodeOf([&] { create(subscription); });
     };
     EXPECT_EQ(failure("OnFatalErrorPolicy", 4), 7);
     EXPECT_EQ(failure("RepeatNotificationPolicy", 3), 7);
@@ -107,10 +107,10 @@ TEST_F(SubscriptionsTest, RefusePoliciesThatTheyCannotFollow) {
 TEST_F(SubscriptionsTest, KeepWhatIsInUse) {
     const ObjectPath path = subscribe();
     const Instance subscription = *subscriptions->find(path);
-    EXPECT_EQ(codeOf([&] { remove(*referenceOf(subscription, "Filter")); }), 1);
-    EXPECT_EQ(codeOf([&] { remove(*referenceOf(subscription, "Handler")); }), 1);
+    EXPECT_EQ(errorCodeOf([&] { remove(*referenceOf(subscription, "Filter")); }), 1);
+    EXPECT_EQ(errorCodeOf([&] { remove(*referenceOf(subscription, "Handler")); }), 1);
     remove(path);
-    EXPECT_EQ(codeOf([&] { remove(path); }), 6);
+    EXPECT_EQ(errorCodeOf([&] { remove(path); }), 6);
     remove(*referenceOf(subscription, "Filter"));
     remove(*referenceOf(subscription, "Handler"));
 }
@@ -128,14 +128,14 @@ TEST_F(SubscriptionsTest, AreTurnedOffAndOnByTheirState) {
     EXPECT_EQ(alarms.take(), Texts{});
     setState(2);
     EXPECT_EQ(alarms.take().size(), 3U);
-    EXPECT_EQ(codeOf([&] { setState(3); }), 4);
+    EXPECT_EQ(errorCodeOf([&] { setState(3); }), 4);
 }
 
 TEST_F(SubscriptionsTest, TakeInWhatTheSchemaDefinesAndLeaveItAsItIs) {
     const auto filters = subscriptions->all(repository.get("interop"), "CIM_IndicationFilter");
     ASSERT_EQ(filters.size(), 1U);
-    EXPECT_EQ(codeOf([&] { remove(filters[0].path); }), 1);
-    EXPECT_EQ(codeOf([&] { subscriptions->modify({}, filters[0]); }), 1);
+    EXPECT_EQ(errorCodeOf([&] { remove(filters[0].path); }), 1);
+    EXPECT_EQ(errorCodeOf([&] { subscriptions->modify({}, filters[0]); }), 1);
     create(subscriptionOf(filters[0].path, create(destinationOf("http://x/"))));
     EXPECT_EQ(alarms.take().size(), 3U);
 }
@@ -144,7 +144,7 @@ TEST_F(SubscriptionsTest, HaveALimit) {
     for (std::size_t i = 0; i < SubscriptionLimits::destinations; ++i) {
         create(destinationOf("http://x/", std::to_string(i)));
     }
-    EXPECT_EQ(codeOf([&] { create(destinationOf("http://x/", "more")); }), 27);
+    EXPECT_EQ(errorCodeOf([&] { create(destinationOf("http://x/", "more")); }), 27);
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ protected:
 
     void get(const std::string& className) {
         FoundInstances found;
-        codeOfCall([&] { operations().getInstance(request(), named(className, "a"), {}, found); });
+        errorCodeOf([&] { operations().getInstance(request(), named(className, "a"), {}, found); });
     }
 
     std::vector<CMPIObjectPath*> clones;

@@ -56,7 +56,7 @@ protected:
     }
 
     std::string failureOf(const std::string& className) {
-        return failureOfCall([&] { namesOf(className); });
+        return errorOf([&] { namesOf(className); });
     }
 
     static std::string moduleFile(const char* name) {
@@ -161,9 +161,8 @@ TEST_F(ModuleHostTest, ExceptionsOfAnyKindStopAtTheHost) {
     FoundInstances found;
     RequestContext request;
     request.nameSpace = "root/test";
-    EXPECT_EQ(
-        failureOfCall([&] { operations->enumerateInstances(request, classPath("A"), {}, found); }),
-        "1: provider Throwing threw an exception of its own type");
+    EXPECT_EQ(errorOf([&] { operations->enumerateInstances(request, classPath("A"), {}, found); }),
+              "1: provider Throwing threw an exception of its own type");
     EXPECT_EQ(failureOf("A"), "1: provider Throwing threw a fan blade");
 }
 
@@ -286,7 +285,7 @@ protected:
     }
 
     int getCode(const std::string& className = "TST_Fan") {
-        return codeOfCall([&] { getFan(className); });
+        return errorCodeOf([&] { getFan(className); });
     }
 };
 
@@ -375,8 +374,8 @@ TEST_F(StaticModules, AFactoryMayCallOtherProvidersButNotItself) {
     std::vector<std::string> answers;
     host().addStatic("QModule",
                      {[&](const CMPIBroker*, const CMPIContext*, const char*, CMPIStatus*) {
-                          answers.push_back(failureOfCall([&] { getFan("TST_System"); }));
-                          answers.push_back(failureOfCall([&] { getFan("TST_Fan"); }));
+                          answers.push_back(errorOf([&] { getFan("TST_System"); }));
+                          answers.push_back(errorOf([&] { getFan("TST_Fan"); }));
                           return provider.instanceMi();
                       },
                       nullptr, nullptr, nullptr});
@@ -427,7 +426,7 @@ protected:
     }
 
     std::string failureOf(const std::string& className) {
-        return failureOfCall([&] { getFan(className); });
+        return errorOf([&] { getFan(className); });
     }
 
     ScriptedProvider& p;
@@ -500,7 +499,7 @@ TEST_F(StaticModules, ATypeThatAModuleDoesNotOfferIsNamed) {
     serve("P", "TST_Fan root/test instance");
     start();
     host().addStatic("PModule", {});
-    EXPECT_EQ(failureOfCall([&] { getFan(); }),
+    EXPECT_EQ(errorOf([&] { getFan(); }),
               "1: module PModule has no entry point P_Create_InstanceMI");
 }
 

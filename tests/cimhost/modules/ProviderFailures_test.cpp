@@ -15,7 +15,7 @@ protected:
 
     std::string get() {
         FoundInstances found;
-        return failureOfCall(
+        return errorOf(
             [&] { operations().getInstance(request(), named("TST_Fan", "a"), {}, found); });
     }
 };

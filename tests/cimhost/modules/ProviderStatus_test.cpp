@@ -14,7 +14,7 @@ protected:
     std::string failureOf(int code, const char* message = nullptr) {
         const CMPIStatus status{static_cast<CMPIrc>(code),
                                 message ? makeString(broker, message) : nullptr};
-        return failureOfCall([&] { requireSuccess(status, "FanProvider"); });
+        return errorOf([&] { requireSuccess(status, "FanProvider"); });
     }
 
     Repository repository;
@@ -61,7 +61,7 @@ TEST_F(ProviderStatus, AMessageWithoutATableIsPassedOver) {
 
 TEST_F(ProviderStatus, ExceptionsOfEveryKindBecomeFailuresOfTheProvider) {
     const auto failureOfThrow = [](auto exception) {
-        return failureOfCall([&] { callProvider("FanProvider", [&] { throw exception; }); });
+        return errorOf([&] { callProvider("FanProvider", [&] { throw exception; }); });
     };
     EXPECT_EQ(failureOfThrow(std::runtime_error("no fan")), "1: provider FanProvider threw no fan");
     EXPECT_EQ(failureOfThrow(std::bad_alloc()), "1: provider FanProvider threw std::bad_alloc");

@@ -1,5 +1,7 @@
 #include "cimhost/modules/Registration.h"
 
+#include "tests/support/Thrown.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,12 +10,8 @@ namespace {
 
 std::string refusalOf(std::string_view text) {
     Registrations registrations;
-    try {
-        registrations.readText(text, "fans.registration");
-    } catch (const RegistrationError& error) {
-        return error.what();
-    }
-    return {};
+    return cimhost::refusalOf<RegistrationError>(
+        [&] { registrations.readText(text, "fans.registration"); });
 }
 
 TEST(Registration, ReadsEveryFieldOfALine) {

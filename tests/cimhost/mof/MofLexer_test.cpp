@@ -1,5 +1,7 @@
 #include "cimhost/mof/MofLexer.h"
 
+#include "tests/support/Thrown.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -22,12 +24,7 @@ std::vector<MofToken> tokens(std::string_view text) {
 }
 
 std::string refusal(std::string_view text) {
-    try {
-        tokens(text);
-    } catch (const MofError& error) {
-        return error.what();
-    }
-    return {};
+    return refusalOf<MofError>([&] { tokens(text); });
 }
 
 void expectOne(std::string_view text, Kind kind) {

@@ -1,5 +1,7 @@
 #include "cimhost/mof/MofLiterals.h"
 
+#include "tests/support/Thrown.h"
+
 #include <gtest/gtest.h>
 
 namespace cimhost {
@@ -20,12 +22,7 @@ std::string stringOf(std::string_view text) {
 
 template <typename Read>
 std::string refusal(Read read, std::string_view text) {
-    try {
-        read(text);
-    } catch (const MofError& error) {
-        return error.what();
-    }
-    return {};
+    return refusalOf<MofError>([&] { read(text); });
 }
 
 Value whole(std::uint64_t number) { return Value::unsignedInteger(CimType::uint64, number); }

@@ -164,9 +164,9 @@ TEST_P(AssociationOperations, AnUnregisteredAssociationClassIsItsNearestAncestor
 TEST_P(AssociationOperations, FiltersByUnknownClassesAreRefused) {
     deliverFrom(serve("P", "TST_Link root/test association"), "P", {});
     start();
-    EXPECT_EQ(codeOfCall([&] { walk(box, {"TST_None", {}, {}, {}}); }), 4);
+    EXPECT_EQ(errorCodeOf([&] { walk(box, {"TST_None", {}, {}, {}}); }), 4);
     if (!isReference()) {
-        EXPECT_EQ(failureOfCall([&] {
+        EXPECT_EQ(errorOf([&] {
                       walk(box, {{}, "TST_None", {}, {}});
                   }),
                   "4: namespace root/test has no class 'TST_None' to filter by");
@@ -177,9 +177,9 @@ TEST_P(AssociationOperations, FiltersByUnknownClassesAreRefused) {
 TEST_P(AssociationOperations, TheSourceIsCheckedFirst) {
     deliverFrom(serve("P", "TST_Link root/test association"), "P", {});
     start();
-    EXPECT_EQ(codeOfCall([&] { walk(classPath("TST_System")); }), 4);
-    EXPECT_EQ(codeOfCall([&] { walk(named("TST_None", "a")); }), 5);
-    EXPECT_EQ(codeOfCall([&] { walk(named("TST_System", "a", "root/none")); }), 3);
+    EXPECT_EQ(errorCodeOf([&] { walk(classPath("TST_System")); }), 4);
+    EXPECT_EQ(errorCodeOf([&] { walk(named("TST_None", "a")); }), 5);
+    EXPECT_EQ(errorCodeOf([&] { walk(named("TST_System", "a", "root/none")); }), 3);
     EXPECT_THAT(asked, IsEmpty());
 }
 
@@ -204,10 +204,7 @@ TEST_P(AssociationOperations, AProvidersRefusalReachesTheClient) {
     };
     provider.associatorNames = provider.references = provider.referenceNames = provider.associators;
     start();
-    EXPECT_EQ(failureOfCall([&] {
-                  walk(box, {{}, {}, "Whole", {}});
-              }),
-              "7: roles are not supported");
+    EXPECT_EQ(errorOf([&] { walk(box, {{}, {}, "Whole", {}}); }), "7: roles are not supported");
 }
 
 TEST_P(AssociationOperations, NotFoundFromOneProviderDoesNotLoseTheOthers) {
@@ -227,7 +224,7 @@ TEST_P(AssociationOperations, WithoutProvidersThereIsNothing) {
 TEST_P(AssociationOperations, ANullSlotIsNotSupported) {
     serve("P", "TST_Link root/test association");
     start();
-    EXPECT_EQ(codeOfCall([&] { walk(box); }), 7);
+    EXPECT_EQ(errorCodeOf([&] { walk(box); }), 7);
 }
 
 /// The operations that deliver instances.

@@ -83,12 +83,12 @@ TEST_F(EnumerationOperations, FailsForUnknownNamespaceAndClass) {
     FoundPaths found;
     RequestContext elsewhere;
     elsewhere.nameSpace = "root/none";
-    EXPECT_EQ(codeOfCall([&] {
+    EXPECT_EQ(errorCodeOf([&] {
                   operations().enumerateInstanceNames(elsewhere, classPath("TST_Fan"), found);
               }),
               3);
-    EXPECT_THAT(failureOfCall([&] { namesOf("TST_None"); }), HasSubstr("5: "));
-    EXPECT_EQ(codeOfCall([&] { namesOf(""); }), 4);
+    EXPECT_THAT(errorOf([&] { namesOf("TST_None"); }), HasSubstr("5: "));
+    EXPECT_EQ(errorCodeOf([&] { namesOf(""); }), 4);
 }
 
 TEST_F(EnumerationOperations, ThePathsNamespaceGoesBeforeTheRequests) {
@@ -101,15 +101,15 @@ TEST_F(EnumerationOperations, ThePathsNamespaceGoesBeforeTheRequests) {
 
 TEST_F(EnumerationOperations, FailsWhenNobodyServesTheClassOrASubclass) {
     start();
-    EXPECT_EQ(failureOfCall([&] { instancesOf("TST_Unserved"); }),
+    EXPECT_EQ(errorOf([&] { instancesOf("TST_Unserved"); }),
               "7: no provider serves class TST_Unserved in namespace root/test");
-    EXPECT_EQ(codeOfCall([&] { namesOf("TST_Unserved"); }), 7);
+    EXPECT_EQ(errorCodeOf([&] { namesOf("TST_Unserved"); }), 7);
 }
 
 TEST_F(EnumerationOperations, ARegistrationInAnotherNamespaceDoesNotCount) {
     deliverOneOfEach(serve("P", "TST_Fan interop instance"));
     start();
-    EXPECT_EQ(codeOfCall([&] { namesOf("TST_Fan"); }), 7);
+    EXPECT_EQ(errorCodeOf([&] { namesOf("TST_Fan"); }), 7);
 }
 
 TEST_F(EnumerationOperations, AsksTheProvidersOfAllSubclassesOnceEach) {
@@ -258,7 +258,7 @@ TEST_F(EnumerationOperations, TheProvidersFailureReachesTheClient) {
         return provider.fail(2, "keep out");
     };
     start();
-    EXPECT_EQ(failureOfCall([&] { instancesOf("TST_Fan"); }), "2: keep out");
+    EXPECT_EQ(errorOf([&] { instancesOf("TST_Fan"); }), "2: keep out");
 }
 
 TEST_F(EnumerationOperations, NotFoundFromAnEnumerationIsAnEmptyResult) {
@@ -281,9 +281,9 @@ TEST_F(EnumerationOperations, AClassServedForAssociationsAloneHasAnEmptyList) {
 TEST_F(EnumerationOperations, ANullSlotIsNotSupported) {
     serve("P", "TST_Fan root/test instance");
     start();
-    EXPECT_EQ(failureOfCall([&] { instancesOf("TST_Fan"); }),
+    EXPECT_EQ(errorOf([&] { instancesOf("TST_Fan"); }),
               "7: provider P does not offer this operation");
-    EXPECT_EQ(codeOfCall([&] { namesOf("TST_Fan"); }), 7);
+    EXPECT_EQ(errorCodeOf([&] { namesOf("TST_Fan"); }), 7);
 }
 
 TEST_F(EnumerationOperations, WhatTheSinkThrowsEndsTheOperationThoughTheProviderIgnoresIt) {
@@ -313,9 +313,9 @@ TEST_F(EnumerationOperations, ResultsOfTheWrongKindAreTheProvidersFailure) {
         return provider.succeed();
     };
     start();
-    EXPECT_EQ(failureOfCall([&] { instancesOf("TST_Fan"); }),
+    EXPECT_EQ(errorOf([&] { instancesOf("TST_Fan"); }),
               "1: provider P delivered a plain value, which is no result of this");
-    EXPECT_EQ(failureOfCall([&] { namesOf("TST_Fan"); }),
+    EXPECT_EQ(errorOf([&] { namesOf("TST_Fan"); }),
               "1: provider P delivered an instance, which is no result of this");
 }
 
@@ -343,7 +343,7 @@ TEST_F(EnumerationOperations, AQueryThatNobodyCanRunIsNotSupported) {
     start();
     FoundInstances found;
     const auto codeOf = [&](const char* query) {
-        return codeOfCall([&] { operations().execQuery(request(), "WQL", query, found); });
+        return errorCodeOf([&] { operations().execQuery(request(), "WQL", query, found); });
     };
     EXPECT_EQ(codeOf("SELECT * FROM TST_Fan"), 7);
     EXPECT_EQ(codeOf("SELECT * FROM TST_Unserved"), 7);

@@ -67,7 +67,7 @@ TEST_F(HostInstances, StaticInstancesCanBeRead) {
     ASSERT_EQ(found.all.size(), 1U);
     EXPECT_THAT(found.all[0].shown, ElementsAre("Speed"));
     EXPECT_EQ(found.all[0].instance.find("Speed")->value, uint16Value(3));
-    EXPECT_EQ(codeOfCall([&] {
+    EXPECT_EQ(errorCodeOf([&] {
                   operations().getInstance(request(), named("TST_Fan", "other"), {}, found);
               }),
               6);
@@ -77,10 +77,10 @@ TEST_F(HostInstances, StaticInstancesCannotBeChanged) {
     start();
     Instance instance;
     instance.path = named("TST_Fan", "static");
-    EXPECT_EQ(failureOfCall([&] { operations().modifyInstance(request(), instance, {}); }),
+    EXPECT_EQ(errorOf([&] { operations().modifyInstance(request(), instance, {}); }),
               "7: the instances of class TST_Fan can only be read");
-    EXPECT_EQ(codeOfCall([&] { operations().deleteInstance(request(), instance.path); }), 7);
-    EXPECT_EQ(codeOfCall([&] { operations().createInstance(request(), instance); }), 7);
+    EXPECT_EQ(errorCodeOf([&] { operations().deleteInstance(request(), instance.path); }), 7);
+    EXPECT_EQ(errorCodeOf([&] { operations().createInstance(request(), instance); }), 7);
 }
 
 TEST_F(HostInstances, ARegisteredProviderHidesTheStaticInstancesOfItsClassAlone) {
@@ -93,7 +93,7 @@ TEST_F(HostInstances, ARegisteredProviderHidesTheStaticInstancesOfItsClassAlone)
     start();
     EXPECT_THAT(namesOf("TST_Fan"), ElementsAre("TST_Fan.live", "TST_TurboFan.turbo"));
     FoundInstances found;
-    EXPECT_EQ(codeOfCall([&] {
+    EXPECT_EQ(errorCodeOf([&] {
                   operations().getInstance(request(), named("TST_Fan", "static"), {}, found);
               }),
               6);
@@ -153,7 +153,7 @@ TEST_F(HostInstances, NamespacesAreBuiltInWhereTheClassIs) {
         EXPECT_EQ(each.instance.find("ElementName"), nullptr) << "the class does not declare it";
     }
     EXPECT_THAT(names, UnorderedElementsAre("interop", "root/test"));
-    EXPECT_EQ(codeOfCall([&] { namesOf("CIM_Namespace", "root/test"); }), 5);
+    EXPECT_EQ(errorCodeOf([&] { namesOf("CIM_Namespace", "root/test"); }), 5);
 }
 
 TEST_F(HostInstances, ABuiltInInstanceIsFoundByThePathItWasEnumeratedWith) {
@@ -165,9 +165,10 @@ TEST_F(HostInstances, ABuiltInInstanceIsFoundByThePathItWasEnumeratedWith) {
     operations().getInstance(request(), names.all[1], {}, found);
     ASSERT_EQ(found.all.size(), 1U);
     EXPECT_TRUE(sameModelPath(found.all[0].instance.path, names.all[1]));
-    EXPECT_EQ(codeOfCall([&] { operations().deleteInstance(request(), names.all[1]); }), 7);
+    EXPECT_EQ(errorCodeOf([&] { operations().deleteInstance(request(), names.all[1]); }), 7);
     names.all[1].setKey("Name", Value::string("root/none"));
-    EXPECT_EQ(codeOfCall([&] { operations().getInstance(request(), names.all[1], {}, found); }), 6);
+    EXPECT_EQ(errorCodeOf([&] { operations().getInstance(request(), names.all[1], {}, found); }),
+              6);
 }
 
 TEST_F(HostInstances, ThereIsOneObjectManagerWithTypedProperties) {

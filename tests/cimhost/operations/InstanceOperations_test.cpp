@@ -24,7 +24,7 @@ protected:
     }
 
     int getCode(const ObjectPath& path) {
-        return codeOfCall([&] { get(path); });
+        return errorCodeOf([&] { get(path); });
     }
 
     /// A provider of fans that keeps what it was asked about and answers with that.
@@ -93,19 +93,18 @@ TEST_F(InstanceOperations, GetShowsOnlyListedProperties) {
 TEST_F(InstanceOperations, GetChecksKeysBeforeTheProviderIsAsked) {
     serveFans();
     start();
-    EXPECT_EQ(failureOfCall([&] { get(classPath("TST_Fan")); }),
-              "4: key Name of TST_Fan is missing");
-    EXPECT_EQ(failureOfCall([&] { get(pathOf("TST_Fan", "Nome", Value::string("a"))); }),
+    EXPECT_EQ(errorOf([&] { get(classPath("TST_Fan")); }), "4: key Name of TST_Fan is missing");
+    EXPECT_EQ(errorOf([&] { get(pathOf("TST_Fan", "Nome", Value::string("a"))); }),
               "4: class TST_Fan has no key 'Nome'; did you mean 'Name'?");
-    EXPECT_EQ(failureOfCall([&] { get(pathOf("TST_Fan", "Speed", uint16Value(1))); }),
+    EXPECT_EQ(errorOf([&] { get(pathOf("TST_Fan", "Speed", uint16Value(1))); }),
               "4: class TST_Fan has no key 'Speed'");
-    EXPECT_EQ(failureOfCall([&] { get(pathOf("TST_Fan", "Name", uint32Value(1))); }),
+    EXPECT_EQ(errorOf([&] { get(pathOf("TST_Fan", "Name", uint32Value(1))); }),
               "4: key Name of TST_Fan: an integer is not of type string");
-    EXPECT_EQ(failureOfCall([&] { get(pathOf("TST_Fan", "Name", Value::null(CimType::string))); }),
+    EXPECT_EQ(errorOf([&] { get(pathOf("TST_Fan", "Name", Value::null(CimType::string))); }),
               "4: key Name of TST_Fan has no value");
     ObjectPath twice = named("TST_Fan", "a");
     twice.keys.push_back({"NAME", Value::string("a")});
-    EXPECT_EQ(failureOfCall([&] { get(twice); }), "4: key Name is given twice");
+    EXPECT_EQ(errorOf([&] { get(twice); }), "4: key Name is given twice");
     ObjectPath extra = named("TST_Fan", "a");
     extra.keys.push_back({"Extra", Value::string("a")});
     EXPECT_EQ(getCode(extra), 4);
@@ -191,10 +190,10 @@ TEST_F(InstanceOperations, GetRefusesTwoInstancesOrOneOfAnotherClass) {
         return provider.succeed();
     };
     start();
-    EXPECT_EQ(failureOfCall([&] { get(named("TST_Fan", "a")); }),
+    EXPECT_EQ(errorOf([&] { get(named("TST_Fan", "a")); }),
               "1: provider P delivered more than one instance");
     delivered = {fanInstance("TST_System", "a")};
-    EXPECT_EQ(failureOfCall([&] { get(named("TST_Fan", "a")); }),
+    EXPECT_EQ(errorOf([&] { get(named("TST_Fan", "a")); }),
               "1: provider P delivered an instance of TST_System for one of TST_Fan");
 }
 
@@ -221,7 +220,7 @@ TEST_F(InstanceOperations, AProviderThatThrowsFailsTheCallAndNoOther) {
         return provider.succeed();
     };
     start();
-    EXPECT_EQ(failureOfCall([&] { get(named("TST_Fan", "a")); }), "1: provider P threw broken fan");
+    EXPECT_EQ(errorOf([&] { get(named("TST_Fan", "a")); }), "1: provider P threw broken fan");
     EXPECT_EQ(getCode(named("TST_Fan", "a")), 1);
     EXPECT_EQ(getCode(named("TST_Fan", "a")), 0);
 }
@@ -275,7 +274,7 @@ TEST_F(InstanceOperations, CreateRefusesWhatTheClassDoesNotDeclare) {
         Instance wanted;
         wanted.path.className = "TST_Fan";
         wanted.set(name, value);
-        return failureOfCall([&] { operations().createInstance(request(), wanted); });
+        return errorOf([&] { operations().createInstance(request(), wanted); });
     };
     EXPECT_EQ(failureWith("Colour", uint32Value(1)), "12: class TST_Fan has no property 'Colour'");
     EXPECT_THAT(failureWith("Speed", Value::string("fast")), HasSubstr("13: property Speed"));
@@ -285,7 +284,7 @@ TEST_F(InstanceOperations, CreateRefusesWhatTheClassDoesNotDeclare) {
     Instance twice;
     twice.path.className = "TST_Fan";
     twice.properties = {{"Speed", uint16Value(1), {}}, {"SPEED", uint16Value(1), {}}};
-    EXPECT_EQ(codeOfCall([&] { operations().createInstance(request(), twice); }), 4);
+    EXPECT_EQ(errorCodeOf([&] { operations().createInstance(request(), twice); }), 4);
     EXPECT_FALSE(isAsked);
 }
 
@@ -294,7 +293,7 @@ TEST_F(InstanceOperations, CreateRefusesAbstractUnknownAndUnservedClasses) {
     const auto codeFor = [&](const std::string& className) {
         Instance wanted;
         wanted.path.className = className;
-        return codeOfCall([&] { operations().createInstance(request(), wanted); });
+        return errorCodeOf([&] { operations().createInstance(request(), wanted); });
     };
     EXPECT_EQ(codeFor("TST_Element"), 4);
     EXPECT_EQ(codeFor("TST_None"), 5);
@@ -307,7 +306,7 @@ TEST_F(InstanceOperations, CreatePassesOnThatTheInstanceExists) {
     start();
     Instance wanted;
     wanted.path.className = "TST_Fan";
-    EXPECT_EQ(failureOfCall([&] { operations().createInstance(request(), wanted); }),
+    EXPECT_EQ(errorOf([&] { operations().createInstance(request(), wanted); }),
               "11: CIM_ERR_ALREADY_EXISTS");
 }
 
@@ -321,10 +320,10 @@ TEST_F(InstanceOperations, CreateWithoutAPathIsTheProvidersFailure) {
     start();
     Instance wanted;
     wanted.path.className = "TST_Fan";
-    EXPECT_EQ(failureOfCall([&] { operations().createInstance(request(), wanted); }),
+    EXPECT_EQ(errorOf([&] { operations().createInstance(request(), wanted); }),
               "1: provider P delivered no object path for what it created");
     paths = 2;
-    EXPECT_EQ(failureOfCall([&] { operations().createInstance(request(), wanted); }),
+    EXPECT_EQ(errorOf([&] { operations().createInstance(request(), wanted); }),
               "1: provider P delivered more than one object path");
 }
 
@@ -354,7 +353,7 @@ TEST_F(InstanceOperations, ModifyRefusesUnknownPropertiesWrongTypesAndNewKeys) {
         Instance wanted;
         wanted.path = named("TST_Fan", "a");
         wanted.set(name, value);
-        return codeOfCall([&] { operations().modifyInstance(request(), wanted, list); });
+        return errorCodeOf([&] { operations().modifyInstance(request(), wanted, list); });
     };
     EXPECT_EQ(codeWith("Colour", uint32Value(1)), 12);
     EXPECT_EQ(codeWith("Speed", Value::string("x")), 13);
@@ -365,7 +364,7 @@ TEST_F(InstanceOperations, ModifyRefusesUnknownPropertiesWrongTypesAndNewKeys) {
     EXPECT_EQ(codeWith("Name", Value::string("b"), {{"Speed"}}), 0);
     Instance wanted;
     wanted.path = classPath("TST_Fan");
-    EXPECT_EQ(codeOfCall([&] { operations().modifyInstance(request(), wanted, {}); }), 4);
+    EXPECT_EQ(errorCodeOf([&] { operations().modifyInstance(request(), wanted, {}); }), 4);
 }
 
 TEST_F(InstanceOperations, DeleteAsksTheProvider) {
@@ -377,11 +376,13 @@ TEST_F(InstanceOperations, DeleteAsksTheProvider) {
     start();
     operations().deleteInstance(request(), named("TST_Fan", "a"));
     EXPECT_EQ(textOf(asked.at(0)), "TST_Fan.a");
-    EXPECT_EQ(failureOfCall([&] { operations().deleteInstance(request(), named("TST_Fan", "a")); }),
+    EXPECT_EQ(errorOf([&] { operations().deleteInstance(request(), named("TST_Fan", "a")); }),
               "6: gone");
-    EXPECT_EQ(codeOfCall([&] { operations().deleteInstance(request(), classPath("TST_Fan")); }), 4);
+    EXPECT_EQ(errorCodeOf([&] { operations().deleteInstance(request(), classPath("TST_Fan")); }),
+              4);
     EXPECT_EQ(
-        codeOfCall([&] { operations().deleteInstance(request(), named("TST_Unserved", "a")); }), 7);
+        errorCodeOf([&] { operations().deleteInstance(request(), named("TST_Unserved", "a")); }),
+        7);
 }
 
 TEST_F(InstanceOperations, DeliveriesWhereNoneBelongAreTheProvidersFailure) {
@@ -391,7 +392,7 @@ TEST_F(InstanceOperations, DeliveriesWhereNoneBelongAreTheProvidersFailure) {
         return provider.succeed();
     };
     start();
-    EXPECT_EQ(failureOfCall([&] { operations().deleteInstance(request(), named("TST_Fan", "a")); }),
+    EXPECT_EQ(errorOf([&] { operations().deleteInstance(request(), named("TST_Fan", "a")); }),
               "1: provider P delivered an object path, which is no result of this");
 }
 
@@ -404,9 +405,9 @@ TEST_F(InstanceOperations, GetPropertyReadsItFromTheInstance) {
     const Value levels = operations().getProperty(request(), named("TST_Fan", "a"), "Levels");
     EXPECT_TRUE(levels.isNull());
     EXPECT_TRUE(levels.isArray());
-    EXPECT_EQ(failureOfCall(
-                  [&] { operations().getProperty(request(), named("TST_Fan", "a"), "Colour"); }),
-              "12: class TST_Fan has no property 'Colour'");
+    EXPECT_EQ(
+        errorOf([&] { operations().getProperty(request(), named("TST_Fan", "a"), "Colour"); }),
+        "12: class TST_Fan has no property 'Colour'");
 }
 
 TEST_F(InstanceOperations, SetPropertyModifiesThatOneOnly) {
@@ -422,7 +423,7 @@ TEST_F(InstanceOperations, SetPropertyModifiesThatOneOnly) {
     EXPECT_EQ(seen.propertyList, std::vector<std::string>{"Speed"});
     EXPECT_EQ(seen.instance->find("Speed")->value, uint16Value(3));
     const auto codeWith = [&](const char* name, const Value& value) {
-        return codeOfCall([&] { operations().setProperty(request(), path, name, value); });
+        return errorCodeOf([&] { operations().setProperty(request(), path, name, value); });
     };
     EXPECT_EQ(codeWith("Colour", uint16Value(3)), 12);
     EXPECT_EQ(codeWith("Speed", Value::boolean(true)), 13);

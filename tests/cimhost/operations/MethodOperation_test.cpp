@@ -32,7 +32,7 @@ protected:
 
     std::string failure(const Arguments& in, const std::string& method = "SetSpeed",
                         const ObjectPath& path = named("TST_Fan", "a")) {
-        return failureOfCall([&] { invoke(in, method, path); });
+        return errorOf([&] { invoke(in, method, path); });
     }
 
     int calls = 0;

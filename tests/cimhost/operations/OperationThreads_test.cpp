@@ -93,7 +93,7 @@ TEST_F(OperationThreads, MixedOperationsDoNotDisturbEachOther) {
     start();
     runClients([&](int thread) {
         for (int round = 0; round < roundCount; ++round) {
-            EXPECT_EQ(codeOfCall([&] { runMix(thread + round); }), 0);
+            EXPECT_EQ(errorCodeOf([&] { runMix(thread + round); }), 0);
         }
     });
     // 1 instance, 10 fans with a sensor and a system, 1 name, a fan and a sensor, no result.
@@ -107,7 +107,7 @@ TEST_F(OperationThreads, ModulesAreUnloadedAndMadeAnewBetweenCalls) {
             if (thread < 2) {
                 host().unload("PModule");
             } else {
-                EXPECT_EQ(codeOfCall([&] { runMix(thread + round); }), 0);
+                EXPECT_EQ(errorCodeOf([&] { runMix(thread + round); }), 0);
             }
         }
     });
@@ -123,7 +123,7 @@ TEST_F(OperationThreads, ShutDownAmongCallsRefusesTheLateOnesOnly) {
             if (thread == 0 && round == roundCount / 2) {
                 EXPECT_TRUE(host().shutDown());
             }
-            const int code = codeOfCall([&] { runMix(thread + round); });
+            const int code = errorCodeOf([&] { runMix(thread + round); });
             // An up-call learns of it as a general failure.
             EXPECT_TRUE(code == 0 || code == 28 || code == 1) << code;
             if (code != 0) ++refused;

@@ -107,24 +107,6 @@ Value uint32Value(std::uint64_t number) { return Value::unsignedInteger(CimType:
 
 Value uint16Value(std::uint64_t number) { return Value::unsignedInteger(CimType::uint16, number); }
 
-std::string failureOfCall(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CimError& error) {
-        return std::to_string(static_cast<int>(error.code())) + ": " + error.what();
-    }
-    return {};
-}
-
-int codeOfCall(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const CimError& error) {
-        return static_cast<int>(error.code());
-    }
-    return 0;
-}
-
 OperationsTest::OperationsTest(std::string_view manner)
     : broker(repository, log, fillUpCalls, Manner(manner)) {
     _request.nameSpace = "root/test";

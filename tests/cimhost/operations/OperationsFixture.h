@@ -6,6 +6,7 @@
 #include "cimhost/repository/CimError.h"
 #include "tests/support/BrokerFixture.h"
 #include "tests/support/ScriptedProvider.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -55,11 +56,6 @@ std::string textOf(const ObjectPath& path);
 
 Value uint32Value(std::uint64_t number);
 Value uint16Value(std::uint64_t number);
-
-/// What the call fails with, as "6: there is no ..."; empty when it does not.
-std::string failureOfCall(const std::function<void()>& call);
-/// The number alone; 0 when it does not fail.
-int codeOfCall(const std::function<void()>& call);
 
 /// A repository with the namespaces root/test and interop, and operations over scripted providers.
 /// Everything is registered before `start`.

@@ -75,7 +75,7 @@ protected:
 
     std::string failureOfGet() {
         FoundInstances found;
-        return failureOfCall(
+        return errorOf(
             [&] { operations().getInstance(request(), named("TST_Fan", "a"), {}, found); });
     }
 
@@ -214,15 +214,15 @@ TEST_F(Verdicts, RefusingSaysTheSameToTheClient) {
     instances[0].set("Colour", Value::string("red"));
     const std::string words =
         "1: provider P delivered TST_Fan.Colour as string, which the class does not declare";
-    EXPECT_EQ(failureOfCall([&] { enumerate(); }), words);
+    EXPECT_EQ(errorOf([&] { enumerate(); }), words);
     EXPECT_EQ(failureOfGet(), words);
     instances = {fan()};
     instances[0].path.keys.clear();
     instances[0].properties.clear();
-    EXPECT_EQ(failureOfCall([&] { enumerateNames(); }),
+    EXPECT_EQ(errorOf([&] { enumerateNames(); }),
               "1: provider P delivered an object of class TST_Fan without key Name");
     instances[0].path.className = "TST_Nothing";
-    EXPECT_EQ(failureOfCall([&] { enumerateNames(); }),
+    EXPECT_EQ(errorOf([&] { enumerateNames(); }),
               "1: provider P delivered an object of class TST_Nothing, which namespace root/test "
               "does not have");
     EXPECT_THAT(warnings(), IsEmpty());

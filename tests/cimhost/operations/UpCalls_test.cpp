@@ -357,9 +357,9 @@ TEST_F(UpCalls, ACircleOfProvidersEndsInAFailure) {
     const auto get = [&] {
         operations().getInstance(request(), named("TST_Unserved", "u"), {}, found);
     };
-    EXPECT_EQ(failureOfCall(get), "1: provider calls are nested more than 32 deep");
+    EXPECT_EQ(errorOf(get), "1: provider calls are nested more than 32 deep");
     EXPECT_EQ(calls, 32);
-    EXPECT_EQ(codeOfCall(get), 1);
+    EXPECT_EQ(errorCodeOf(get), 1);
     EXPECT_EQ(calls, 64) << "the first circle left nothing behind";
 }
 

@@ -1,6 +1,7 @@
 #include "cimhost/query/WqlParser.h"
 
 #include "cimhost/repository/CimError.h"
+#include "tests/support/Thrown.h"
 
 #include <gtest/gtest.h>
 
@@ -10,12 +11,7 @@ namespace {
 template <typename Read = decltype(&parseQuery)>
 std::string failureOf(std::string_view text, std::string_view language = "WQL",
                       Read read = parseQuery) {
-    try {
-        read(language, text);
-    } catch (const CimError& error) {
-        return std::to_string(static_cast<int>(error.code())) + ": " + error.what();
-    }
-    return {};
+    return errorOf([&] { read(language, text); });
 }
 
 TEST(WqlParser, ReadsSelectionClassAndCondition) {

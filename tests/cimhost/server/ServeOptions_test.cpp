@@ -2,6 +2,7 @@
 
 #include "cimhost/server/Command.h"
 #include "tests/cimhost/server/CommandLine.h"
+#include "tests/support/Thrown.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,12 +18,7 @@ struct ServeOptionsTest : testing::Test {
         return line.parse(words);
     }
     std::string exposureOf(const std::vector<std::string>& words) {
-        try {
-            parse(words).checkExposure();
-        } catch (const UsageError& error) {
-            return error.what();
-        }
-        return {};
+        return refusalOf<UsageError>([&] { parse(words).checkExposure(); });
     }
 };
 

@@ -7,6 +7,7 @@
 #include "tests/cimhost/cimxml/TestSchema.h"
 #include "tests/support/BrokerFixture.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Thrown.h"
 
 #include <gmock/gmock.h>
 
@@ -81,12 +82,7 @@ struct StandInTest : testing::Test {
 
     /// "code: text" of the CimError that asking for a fan throws.
     std::string failureOf(const std::string& id) {
-        try {
-            idsOf(id);
-        } catch (const CimError& error) {
-            return std::to_string(static_cast<int>(error.code())) + ": " + error.what();
-        }
-        return {};
+        return errorOf([&] { idsOf(id); });
     }
 
     /// Calls the indication MI about the filter.
