@@ -93,7 +93,6 @@ public:
     /// Sends what is left, and waits for the client. Nothing may be written afterwards.
     void finish();
 
-    bool isFinished() const noexcept { return _finished; }
     /// True when the connection can carry another request after this reply.
     bool keepsAlive() const noexcept { return _manner.keepAlive; }
     /// From now on the reply says that the connection will be closed.
