@@ -100,8 +100,10 @@ PYL::operationalStatus statusOf(const Fan& fan) noexcept {
     if (fan.fault == true) return PYL::statusError;
     if (!fan.speed) return PYL::statusUnknown;
     const bool isSlow = fan.minimumSpeed && *fan.speed < *fan.minimumSpeed;
-    if (fan.alarm == true || isSlow) return PYL::statusDegraded;
-    return *fan.speed == 0 ? PYL::statusStopped : PYL::statusOK;
+    const bool isWrong = fan.alarm == true || isSlow;
+    // Some fans rest while it is cool: standing still alone is no failure.
+    if (*fan.speed == 0) return isWrong ? PYL::statusError : PYL::statusStopped;
+    return isWrong ? PYL::statusDegraded : PYL::statusOK;
 }
 
 }  // namespace fan

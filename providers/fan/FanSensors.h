@@ -30,7 +30,8 @@ struct Fan {
 std::vector<Fan> readFans(const std::string& root = hostRoot());
 
 /// What the readings say of the fan: stopped when it is switched off or does not turn, an error by
-/// its fault, degraded by its alarm or when it turns too slowly, unknown without a reading.
+/// its fault, degraded by its alarm or when it turns too slowly, an error when it does not turn at
+/// all then, unknown without a reading.
 PYL::operationalStatus statusOf(const Fan& fan) noexcept;
 
 }  // namespace fan

@@ -110,6 +110,11 @@ class FanWithLimitsCase(FanCase):
         self.assertNotRegex(told, "fan2|EnclosureName|RackName")  # it is no blade
         self.wait_until(lambda: self.consolidated() == DEGRADED)
 
+    def test_a_fan_with_a_least_speed_that_stands_still_has_failed_and_is_told(self):
+        self.told_after(self.change("fan1-stops"), "Fan failed")
+        self.assertEqual((ERROR, "0"), (self.status(), self.fan()["CurrentSpeed"]))
+        self.wait_until(lambda: self.consolidated() == ERROR)
+
     def test_a_reading_that_a_driver_calls_impossible_is_no_speed(self):
         self.change("fan1-has-no-reading")()
         self.wait_until(lambda: "-1" in self.machine.ask("cat /sys/class/hwmon/hwmon*/fan1_input"))

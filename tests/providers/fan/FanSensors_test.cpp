@@ -103,6 +103,18 @@ Fan reading(std::optional<std::uint64_t> speed) {
     return fan;
 }
 
+TEST(FanStatus, IsAnErrorOfAFanThatStandsStillAndIsNotToDoSo) {
+    auto fan = reading(0);
+    fan.minimumSpeed = 1;
+    EXPECT_EQ(statusOf(fan), PYL::statusError);
+    fan.minimumSpeed.reset();
+    fan.alarm = true;
+    EXPECT_EQ(statusOf(fan), PYL::statusError);
+    fan.minimumSpeed = 0;
+    fan.alarm = false;
+    EXPECT_EQ(statusOf(fan), PYL::statusStopped);
+}
+
 TEST(FanStatus, IsWhatTheReadingsSay) {
     EXPECT_EQ(statusOf(reading(1000)), PYL::statusOK);
     EXPECT_EQ(statusOf(reading(0)), PYL::statusStopped);
