@@ -106,6 +106,36 @@ test("the table sorts, filters and copies", async () => {
     });
 });
 
+test("the rows stay while they are put in order", async () => {
+    await withServer(async (server) => {
+        await look(
+            server,
+            async (page) => {
+                await page.getByRole("gridcell", { name: "fan-1" }).waitFor();
+                const counts = page.evaluate(
+                    () =>
+                        new Promise<(string | null)[]>((resolve) => {
+                            const seen: (string | null)[] = [];
+                            const grid = document.querySelector('[role="grid"]')!;
+                            new MutationObserver(() => {
+                                seen.push(grid.getAttribute("aria-rowcount"));
+                                const first = grid.querySelector('[aria-rowindex="2"]');
+                                if (first?.textContent?.includes("fan-2")) resolve(seen);
+                            }).observe(grid, {
+                                attributes: true,
+                                childList: true,
+                                subtree: true,
+                            });
+                        }),
+                );
+                await page.getByRole("columnheader", { name: "CurrentSpeed" }).click();
+                assert.deepEqual([...new Set(await counts)], ["3"]);
+            },
+            { at: classAt("root/lab", "LAB_Fan") },
+        );
+    });
+});
+
 test("columns are chosen", async () => {
     await withServer(async (server) => {
         await look(

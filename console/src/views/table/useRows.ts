@@ -60,16 +60,19 @@ export function useOrdered(
     order: Order,
 ): readonly Row[] {
     const plain = !order.sort && !order.filter.trim();
-    const [ordered, setOrdered] = useState<readonly Row[]>(rows);
+    const [ordered, setOrdered] = useState<readonly Row[]>();
     const latest = useRef({ columns });
     latest.current.columns = columns;
     useEffect(() => {
-        if (plain) return;
+        if (plain) {
+            setOrdered(undefined);
+            return;
+        }
         const abort = new AbortController();
         void orderedRows(rows, latest.current.columns, order, abort.signal).then(
             (done) => done && setOrdered(done),
         );
         return () => abort.abort();
     }, [rows, plain, order.filter, order.sort?.column.name, order.sort?.descending]);
-    return plain ? rows : ordered;
+    return plain ? rows : (ordered ?? rows);
 }
