@@ -342,25 +342,30 @@ def isolation_rows(client, build, source):
                       f"{ratio:.2f}", "-", True)
 
 
-def total_instructions(client, build, source, policy, request, requests):
+def total_instructions(client, build, source, options, request, requests, around=contextlib.nullcontext):
     """Those of a whole run of the host."""
     file = client.folder / "instructions"
     runner = ["valgrind", "--quiet", "--tool=callgrind", f"--callgrind-out-file={file}"]
-    with running(device_host(build, source, "--results", policy, runner=runner)) as host:
+    with running(device_host(build, source, *options, runner=runner)) as host, around(host):
         client.load(host.port, request, 1, requests)
     return int(re.search(r"^(?:totals|summary): (\d+)$", file.read_text(), re.MULTILINE)[1])
+
+
+def instructions_each(client, build, source, options, request, requests, around=contextlib.nullcontext):
+    """Those of one request. A second run leaves the host's start out."""
+    twice, once = (total_instructions(client, build, source, options, request, count, around)
+                   for count in (2 * requests, requests))
+    return (twice - once) / (1.1 * requests)  # the client warms up with a tenth more
 
 
 def judge_rows(client, build, source):
     for what, request, requests in (("GetInstance", GET, 1000),
                                     ("1 000 instances", enumerate_call(1000), 10)):
-        # The client warms up with a tenth more: a second run leaves the host's start out.
-        counts = [(total_instructions(client, build, source, policy, request, 2 * requests) -
-                   total_instructions(client, build, source, policy, request, requests)) /
-                  (1.1 * requests) for policy in ("warn", "pass")]
-        ratio = counts[0] / counts[1]
-        yield Row("g11", f"{what}, results judged", f"{counts[0]:,.0f} instr",
-                  f"{counts[1]:,.0f} instr (not judged)", f"{ratio:.3f}", "1.02", ratio <= 1.02)
+        judged, passed = (instructions_each(client, build, source, ("--results", policy), request, requests)
+                          for policy in ("warn", "pass"))
+        ratio = judged / passed
+        yield Row("g11", f"{what}, results judged", f"{judged:,.0f} instr",
+                  f"{passed:,.0f} instr (not judged)", f"{ratio:.3f}", "1.02", ratio <= 1.02)
 
 
 @contextlib.contextmanager
@@ -380,20 +385,14 @@ def viewer(host):
 
 
 def viewer_rows(client, build, source):
-    """GetInstance with nobody who looks and with one, beside a server without a console, in turns."""
-    alone, unseen, seen = [], [], []
-    with running(device_host(build, source, "--no-console")) as plain, \
-            running(device_host(build, source)) as host:
-        for _ in range(ROUNDS):
-            alone.append(client.load(plain.port, GET, 1, 1000)[0])
-            unseen.append(client.load(host.port, GET, 1, 1000)[0])
-            with viewer(host):
-                seen.append(client.load(host.port, GET, 1, 1000)[0])
-    for what, times, goal in (("nobody looks", unseen, 1.02), ("one looks at the events", seen, None)):
-        ratio = min(times) / min(alone)
-        yield Row("g12", f"GetInstance p50, {what}", in_units(min(times)),
-                  f"{in_units(min(alone))} (no console)", f"{ratio:.2f}",
-                  f"{goal:.2f}" if goal else "-", ratio <= goal if goal else None)
+    """GetInstance with nobody who looks and with one, beside a server without a console."""
+    alone, unseen, seen = (instructions_each(client, build, source, options, GET, 1000, around)
+                           for options, around in ((("--no-console",), contextlib.nullcontext),
+                                                   ((), contextlib.nullcontext), ((), viewer)))
+    for what, count, goal in (("nobody looks", unseen, 1.02), ("one looks at the events", seen, None)):
+        ratio = count / alone
+        yield Row("g12", f"GetInstance, {what}", f"{count:,.0f} instr", f"{alone:,.0f} instr (no console)",
+                  f"{ratio:.3f}", f"{goal:.2f}" if goal else "-", ratio <= goal if goal else None)
 
 
 def measure(build, source):
