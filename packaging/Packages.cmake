@@ -65,5 +65,5 @@ set(CPACK_DEBIAN_COMMON_PACKAGE_ARCHITECTURE all)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "cimhost, libgtest-dev")
 # What cimhost box runs.
 set(CPACK_DEBIAN_CIMHOST_PACKAGE_SUGGESTS
-    "busybox-static, dmidecode, i2c-tools, kmod, openipmi, pciutils, python3, qemu-system-x86")
+    "busybox-static, dmidecode, i2c-tools, kmod, openipmi, openssl, pciutils, python3, qemu-system-x86")
 include(CPack)

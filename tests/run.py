@@ -40,10 +40,10 @@ def is_skipped(case):
     return reason is not None and reason.get("message", "").startswith("SKIP_")
 
 
-def count(case, word):
-    """How many of its own a whole program of GoogleTest says to have passed or skipped; 0 for any other test."""
+def count(case, word, otherwise):
+    """How many of its own a whole program of GoogleTest says to have passed or skipped."""
     found = re.search(rf"^\[  {word} +\] (\d+) tests?[,.]", case.findtext("system-out") or "", re.MULTILINE)
-    return int(found.group(1)) if found else 0
+    return int(found.group(1)) if found else otherwise
 
 
 def main():
@@ -62,8 +62,8 @@ def main():
     for case in skipped:
         print(f"skipped: {case.get('name')}")
     others = [case for case in cases if case not in failed and case not in skipped]
-    passed = sum(count(case, "PASSED") or 1 for case in others)
-    skips = len(skipped) + sum(count(case, "SKIPPED") for case in others)
+    passed = sum(count(case, "PASSED", 1) for case in others)
+    skips = len(skipped) + sum(count(case, "SKIPPED", 0) for case in others)
     print(f"{passed} passed, {len(failed)} failed, {skips} skipped")
     return 1 if failed or not passed else 0
 
