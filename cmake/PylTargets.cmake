@@ -90,8 +90,9 @@ function(pyl_add_part name)
     target_include_directories(${name} PUBLIC "${PYL_ROOT}")
 endfunction()
 
-# A test program of GoogleTest cases, each its own CTest test. Under a sanitizer, where a process takes longer to start
-# than most cases to run, the program runs whole: so what one case leaves to the next is looked at, too.
+# A test program of GoogleTest cases. It is one CTest test, labelled "program": a process takes longer to start than
+# most cases to run, and so what one case leaves to the next is looked at, too. Each case is one more, labelled "case",
+# for who asks for it by name.
 # pyl_add_test(NAME SOURCES ... LIBRARIES ...)
 function(pyl_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 test "" "" "SOURCES;LIBRARIES")
@@ -111,10 +112,9 @@ function(pyl_add_test name)
     target_link_libraries(${name} PRIVATE ${test_LIBRARIES} GTest::gmock GTest::gtest_main)
     if(CMAKE_CROSSCOMPILING)
         pyl_add_emulated_test(${name})
-    elseif(PYL_SANITIZE)
-        add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
-        set_tests_properties(${name} PROPERTIES TIMEOUT 900 COST 100)
     else()
-        gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+        add_test(NAME ${name} COMMAND ${name})
+        set_tests_properties(${name} PROPERTIES TIMEOUT 900 COST 50 LABELS program)
+        gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 LABELS case)
     endif()
 endfunction()

@@ -41,7 +41,7 @@ endfunction()
 
 function(pyl_add_emulated_test program)
     list(JOIN PYL_TESTS_NOT_EMULATED ":" left_out)
-    add_test(NAME ${program} COMMAND ${program} --gtest_brief=1 --gtest_filter=-${left_out})
+    add_test(NAME ${program} COMMAND ${program} --gtest_filter=-${left_out})
     set_tests_properties(${program} PROPERTIES TIMEOUT 900 COST 100)
     add_dependencies(emulated_tests ${program})
 endfunction()
