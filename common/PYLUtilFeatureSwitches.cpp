@@ -9,11 +9,21 @@ namespace PYL {
 
 namespace {
 
+bool isThere(const char* path) noexcept {
+    struct stat facts {};
+    return ::lstat(path, &facts) == 0;
+}
+
 /// A trigger for one time: the marker goes, whoever put it there, and however the check came out.
+/// One that comes after the check is none that was checked, and stays for the next time.
 bool takeMarker(const char* path) noexcept {
-    const bool set = PYLUtil::FileExistsAsRootPerms(path);
+    bool isSet = PYLUtil::FileExistsAsRootPerms(path);
+    if (!isSet) {
+        if (!isThere(path)) return false;
+        isSet = PYLUtil::FileExistsAsRootPerms(path);  // it may have come in between
+    }
     ::unlink(path);
-    return set;
+    return isSet;
 }
 
 }  // namespace

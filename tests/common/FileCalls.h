@@ -26,9 +26,10 @@ using FileCallHook = std::function<Verdict(const FileCall&)>;
 inline thread_local const FileCallHook* fileCallHook = nullptr;
 
 /// While it lives, the hook is asked before each file call of the library on this thread: open,
-/// stat, chmod, rename and unlink (RedirectedFiles.cpp), pread, pwrite, lseek, fstat, fchmod,
-/// fchown, fsync, close, fcntl, flock, dup3, fdopen and fclose (FileCalls.cpp). A close() and an
-/// fclose() that are to fail close all the same, and fsync() does nothing in the whole program.
+/// stat, lstat, chmod, rename and unlink (RedirectedFiles.cpp), pread, pwrite, lseek, fstat,
+/// fchmod, fchown, fsync, close, fcntl, flock, dup3, fdopen and fclose (FileCalls.cpp). A close()
+/// and an fclose() that are to fail close all the same, and fsync() does nothing in the whole
+/// program.
 class HookedFileCalls {
 public:
     explicit HookedFileCalls(FileCallHook hook) : _hook(std::move(hook)) { fileCallHook = &_hook; }

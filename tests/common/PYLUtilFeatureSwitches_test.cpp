@@ -1,6 +1,7 @@
 // The switches of PYLUtil that are files.
 
 #include "common/PYLUtil.h"
+#include "tests/common/FileCalls.h"
 #include "tests/support/RedirectedFiles.h"
 
 #include <gtest/gtest.h>
@@ -90,6 +91,21 @@ TEST_P(FeatureSwitch, IsOnByADirectoryOfRootWhichStays) {
     fs::create_directory(marker);
     EXPECT_EQ(isOn(), ::geteuid() == 0);
     EXPECT_TRUE(there());
+}
+
+TEST_P(FeatureSwitch, LosesNoMarkerThatComesInTheMiddleOfALook) {
+    constexpr int calls = 6;  // more than one look makes
+    for (int arrival = 1; arrival <= calls; ++arrival) {
+        int call = 0;
+        const HookedFileCalls hook([&](const FileCall&) {
+            if (++call == arrival) fs::create_symlink(rootsFile, marker);
+            return made;
+        });
+        bool isSeen = false;
+        while (call < calls) isSeen = isOn() || isSeen;
+        EXPECT_TRUE(isSeen) << "came before call " << arrival;
+        fs::remove(marker);
+    }
 }
 
 TEST_P(FeatureSwitch, LooksAtNoOtherMarker) {

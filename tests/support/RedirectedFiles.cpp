@@ -73,6 +73,13 @@ PYL_INTERPOSE int stat(const char* path, struct stat* facts) noexcept {
     return unlessFailing("stat", real, [&] { return ::fstatat(AT_FDCWD, real.c_str(), facts, 0); });
 }
 
+PYL_INTERPOSE int lstat(const char* path, struct stat* facts) noexcept {
+    const auto real = RedirectedFiles::real(path);
+    return unlessFailing("lstat", real, [&] {
+        return ::fstatat(AT_FDCWD, real.c_str(), facts, AT_SYMLINK_NOFOLLOW);
+    });
+}
+
 PYL_INTERPOSE int chmod(const char* path, mode_t mode) noexcept {
     const auto real = RedirectedFiles::real(path);
     return unlessFailing("chmod", real,

@@ -4,8 +4,8 @@
 #include <string>
 
 /// While it lives, the library's files below "/etc/cim/" and "/tmp/PYL" are others, in a directory
-/// of the test's own: the program's open, stat, chmod, rename and unlink take the C library's
-/// place. One at a time.
+/// of the test's own: the program's open, stat, lstat, chmod, rename and unlink take the C
+/// library's place. One at a time.
 class RedirectedFiles {
 public:
     /// In a new directory below the base.
