@@ -60,7 +60,7 @@ WalkSink::Verdict WalkSink::_judgeAnew(const ObjectPath& path) const {
     if (nameSpace && !definition) {
         _judge->tellUnknownClass(provider(), path, nameSpace);
         verdict.isAccepted = false;
-    } else if (fit == Fit::misdirected) {
+    } else if (definition && fit == Fit::misdirected) {
         _judge->tellOtherClass(provider(), *definition, _asked.definition);
     } else if (definition) {
         verdict.rules = &_judge->rulesOf(*definition);
