@@ -52,13 +52,12 @@ def main():
 
 def burst(events):
     # Only now: they look for the build folder when they are loaded.
-    import socket
     import subprocess
     import unittest
 
     import indications_test
     from host import Host
-    from listeners import Listener, good
+    from listeners import DeadListener, Listener, good
 
     class Burst(indications_test.SubscribedCase):
         def start(self):
@@ -71,13 +70,13 @@ def burst(events):
                 return good()
 
             self.listeners = {LIVELY: Listener(), SLOW: Listener(slowly)}
-            with socket.create_server(("127.0.0.1", 0)) as taken:
-                dead_url = f"http://127.0.0.1:{taken.getsockname()[1]}/"
+            dead = DeadListener()
+            self.addCleanup(dead.close)
             for name, listener in self.listeners.items():
                 listener.bodies = Tally()
                 self.addCleanup(listener.close)
                 self.subscribe(listener.url, name)
-            self.subscribe(dead_url, DEAD)
+            self.subscribe(dead.url, DEAD)
             self.ring(1)  # every connection and thread is there
             self.wait_for_status(f"{LIVELY}: 1 raised, 1 sent")
             before = peak_kib(self.host.process.pid)

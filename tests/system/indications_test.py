@@ -10,7 +10,7 @@ import time
 import unittest
 
 from host import BUILD, SOURCE, Host, long
-from listeners import ANSWER, ListenCommand, Listener, good, reply
+from listeners import ANSWER, DeadListener, ListenCommand, Listener, good, reply
 
 ALARM = SOURCE / "tests/system/alarm"
 ALARMS = (
@@ -279,9 +279,9 @@ class Delivering(SubscribedCase):
 
     @long
     def test_dead_listeners_are_given_up_and_counted(self):
-        with socket.create_server(("127.0.0.1", 0)) as taken:
-            url = f"http://127.0.0.1:{taken.getsockname()[1]}/"
-        self.subscribe(url)
+        dead = DeadListener()
+        self.addCleanup(dead.close)
+        self.subscribe(dead.url)
         # One, then more: how often those are tried again that come behind depends on when they came.
         self.ring()
         text = self.wait_for_status("1 dropped")
@@ -313,12 +313,10 @@ class Bursts(SubscribedCase):
             slow.ended.wait(0.05)
             return good()
 
-        with socket.create_server(("127.0.0.1", 0)) as taken:
-            dead_url = f"http://127.0.0.1:{taken.getsockname()[1]}/"
-        with ListenCommand() as lively, Listener(slowly) as slow:
+        with ListenCommand() as lively, Listener(slowly) as slow, DeadListener() as dead:
             self.subscribe(lively.url, "lively")
             self.subscribe(slow.url, "slow")
-            self.subscribe(dead_url, "dead")
+            self.subscribe(dead.url, "dead")
             self.ring(count)
             self.wait_for_status(rf"lively: {count} raised, \d+ sent, \d+ dropped, 0 waiting")
             self.assertEqual(0, self.host.stop(), self.host.log())

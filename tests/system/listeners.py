@@ -14,6 +14,24 @@ ANSWER = ('<?xml version="1.0" encoding="utf-8"?><CIM CIMVERSION="2.0" DTDVERSIO
           "</SIMPLEEXPRSP></MESSAGE></CIM>")
 
 
+class DeadListener:
+    """An address that refuses every connection, and is nobody else's until it is closed."""
+
+    def __init__(self):
+        self._socket = socket.socket()
+        self._socket.bind(("127.0.0.1", 0))
+        self.url = f"http://127.0.0.1:{self._socket.getsockname()[1]}/"
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def close(self):
+        self._socket.close()
+
+
 class ListenCommand:
     """`cimhost listen` on a free port; use with `with`."""
 

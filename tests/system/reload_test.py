@@ -112,6 +112,7 @@ class Reload(ReloadCase):
         for thread in threads:
             thread.start()
         try:
+            await_true(lambda: failures or min(answers) > 0, host.log)  # a file is whole when it is first loaded
             for turn in range(CHANGES):
                 change(host, turn % 2 + 1)
                 self.await_edition(host, turn % 2 + 1)

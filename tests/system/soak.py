@@ -78,14 +78,13 @@ def soak(minutes):
     # Only now: they look for the build folder when they are loaded.
     import concurrent.futures
     import contextlib
-    import socket
     import threading
     import unittest
 
     import indications_test
     from wbemcli_test import WIDGET
     from host import BUILD, Host
-    from listeners import Listener, good
+    from listeners import DeadListener, Listener, good
 
     class Soak(indications_test.SubscribedCase):
         def start(self):
@@ -97,12 +96,12 @@ def soak(minutes):
             ended = []
             listeners = {name: Listener() for name in GOOD}
             listeners[SLOW] = Listener(lambda number, body: (listeners[SLOW].ended.wait(0.2), good())[1])
-            with socket.create_server(("127.0.0.1", 0)) as taken:
-                dead_url = f"http://127.0.0.1:{taken.getsockname()[1]}/"
+            dead = DeadListener()
+            self.addCleanup(dead.close)
             for name, listener in listeners.items():
                 self.addCleanup(listener.close)
                 self.subscribe(listener.url, name)
-            self.subscribe(dead_url, DEAD)
+            self.subscribe(dead.url, DEAD)
             with self.clients():
                 raised = self.ring_for(minutes * 60, ended)
             self.wait_for_status(rf"good0: {raised} raised, \d+ sent, \d+ dropped, 0 waiting")

@@ -40,7 +40,7 @@ constexpr std::string_view twoInstances =
     "<VALUE>a&#13;&lt;b</VALUE></PROPERTY></INSTANCE> <INSTANCE CLASSNAME=\"B\"/></IRETURNVALUE>";
 
 TEST(ReplyReader, GivesOutResultsAsTheyComeHoweverTheTextIsCut) {
-    for (const std::size_t step : {1, 2, 3, 7, 100, 10000}) {
+    for (const std::size_t step : std::initializer_list<std::size_t>{1, 2, 3, 7, 100, 10000}) {
         EXPECT_EQ(read(reply(twoInstances), step), "A B ");
     }
 }

@@ -109,8 +109,8 @@ CMPIStatus invokeMethod(CMPIMethodMI*, const CMPIContext* context, const CMPIRes
     const std::string className = textOf(in->ft->getArg(in, "ClassName", nullptr).value.string);
     const std::uint32_t count = in->ft->getArg(in, "Count", nullptr).value.uint32;
     const bool isAside = std::string(method) == "RingAside";
-    answer.uint32 =
-        isAside ? raiseAside(context, className, count) : raiseMany(context, className, count);
+    answer.uint32 = static_cast<std::uint32_t>(isAside ? raiseAside(context, className, count)
+                                                       : raiseMany(context, className, count));
     result->ft->returnData(result, &answer, CMPI_uint32);
     return ok;
 }

@@ -1,3 +1,4 @@
+#include "cmpi/cmpimacs.h"
 #include "tests/support/MannerCall.h"
 
 namespace cimhost {
@@ -37,9 +38,9 @@ TEST(EncapsulationManner, KnowsNoTypes) {
 
 TEST(EncapsulationManner, ReturnsMessagesAsFailures) {
     MannerCall call("sfcb");
-    EXPECT_EQ(textOf(call.eft().getMessage(call.broker(), "id", "Fan $0", &call.status, 1,
-                                           CMPI_sint32, 4)),
-              "Fan 4");
+    EXPECT_EQ(
+        textOf(call.eft().getMessage(call.broker(), "id", "Fan $0", &call.status, 1, CMFmtSint(4))),
+        "Fan 4");
     EXPECT_EQ(call.status, CMPI_RC_ERR_NOT_SUPPORTED);
 }
 
