@@ -47,9 +47,14 @@ std::vector<Item> readAll(const CMPIBroker* broker, const CMPIEnumeration* enume
 /// Calls an up-call slot that enumerates. Object managers before CMPI 2.1 may say
 /// CMPI_RC_ERR_NOT_FOUND where there is nothing to enumerate.
 template <typename Item, typename Slot, typename... Arguments>
-std::vector<Item> enumerate(const CMPIBroker* broker, Slot slot, Arguments... arguments) {
+std::vector<Item> enumerate(const CMPIBroker* given, Slot CMPIBrokerFT::*slot,
+                            const CmpiContext& context, const CmpiObjectPath& path,
+                            Arguments... arguments) {
+    const CMPIBroker* const broker = required(given);
     CMPIStatus status{CMPI_RC_OK, nullptr};
-    const CMPIEnumeration* const enumeration = call(slot, broker, arguments..., &status);
+    const CMPIEnumeration* const enumeration =
+        call(broker->bft->*slot, broker, required(context.toCMPI()), path.toCMPI(), arguments...,
+             &status);
     const bool old = static_cast<int>(broker->bft->brokerVersion) < 210;
     if (old && status.rc == CMPI_RC_ERR_NOT_FOUND) return {};
     check(status);
@@ -70,17 +75,14 @@ CmpiInstance CmpiMBService::getInstance(const CmpiContext& context, const CmpiOb
 std::vector<CmpiInstance> CmpiMBService::enumInstances(const CmpiContext& context,
                                                        const CmpiObjectPath& classPath,
                                                        const char** properties) const {
-    const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiInstance>(broker, broker->bft->enumerateInstances,
-                                   required(context.toCMPI()), classPath.toCMPI(),
+    return enumerate<CmpiInstance>(_broker, &CMPIBrokerFT::enumerateInstances, context, classPath,
                                    legalNames(properties));
 }
 
 std::vector<CmpiObjectPath> CmpiMBService::enumInstanceNames(
     const CmpiContext& context, const CmpiObjectPath& classPath) const {
-    const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiObjectPath>(broker, broker->bft->enumerateInstanceNames,
-                                     required(context.toCMPI()), classPath.toCMPI());
+    return enumerate<CmpiObjectPath>(_broker, &CMPIBrokerFT::enumerateInstanceNames, context,
+                                     classPath);
 }
 
 CmpiObjectPath CmpiMBService::createInstance(const CmpiContext& context, const CmpiObjectPath& path,
@@ -106,28 +108,25 @@ std::vector<CmpiInstance> CmpiMBService::execQuery(const CmpiContext& context,
                                                    const CmpiObjectPath& classPath,
                                                    const std::string& query,
                                                    const std::string& language) const {
-    const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiInstance>(broker, broker->bft->execQuery, required(context.toCMPI()),
-                                   classPath.toCMPI(), query.c_str(), language.c_str());
+    return enumerate<CmpiInstance>(_broker, &CMPIBrokerFT::execQuery, context, classPath,
+                                   query.c_str(), language.c_str());
 }
 
 std::vector<CmpiInstance> CmpiMBService::associators(
     const CmpiContext& context, const CmpiObjectPath& path, const CmpiName& assocClass,
     const CmpiName& resultClass, const CmpiName& role, const CmpiName& resultRole,
     const char** properties) const {
-    const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiInstance>(broker, broker->bft->associators, required(context.toCMPI()),
-                                   path.toCMPI(), filter(assocClass), filter(resultClass),
-                                   filter(role), filter(resultRole), legalNames(properties));
+    return enumerate<CmpiInstance>(_broker, &CMPIBrokerFT::associators, context, path,
+                                   filter(assocClass), filter(resultClass), filter(role),
+                                   filter(resultRole), legalNames(properties));
 }
 
 std::vector<CmpiObjectPath> CmpiMBService::associatorNames(
     const CmpiContext& context, const CmpiObjectPath& path, const CmpiName& assocClass,
     const CmpiName& resultClass, const CmpiName& role, const CmpiName& resultRole) const {
-    const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiObjectPath>(broker, broker->bft->associatorNames,
-                                     required(context.toCMPI()), path.toCMPI(), filter(assocClass),
-                                     filter(resultClass), filter(role), filter(resultRole));
+    return enumerate<CmpiObjectPath>(_broker, &CMPIBrokerFT::associatorNames, context, path,
+                                     filter(assocClass), filter(resultClass), filter(role),
+                                     filter(resultRole));
 }
 
 std::vector<CmpiInstance> CmpiMBService::references(const CmpiContext& context,
@@ -135,20 +134,16 @@ std::vector<CmpiInstance> CmpiMBService::references(const CmpiContext& context,
                                                     const CmpiName& resultClass,
                                                     const CmpiName& role,
                                                     const char** properties) const {
-    const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiInstance>(broker, broker->bft->references, required(context.toCMPI()),
-                                   path.toCMPI(), filter(resultClass), filter(role),
-                                   legalNames(properties));
+    return enumerate<CmpiInstance>(_broker, &CMPIBrokerFT::references, context, path,
+                                   filter(resultClass), filter(role), legalNames(properties));
 }
 
 std::vector<CmpiObjectPath> CmpiMBService::referenceNames(const CmpiContext& context,
                                                           const CmpiObjectPath& path,
                                                           const CmpiName& resultClass,
                                                           const CmpiName& role) const {
-    const CMPIBroker* const broker = required(_broker);
-    return enumerate<CmpiObjectPath>(broker, broker->bft->referenceNames,
-                                     required(context.toCMPI()), path.toCMPI(), filter(resultClass),
-                                     filter(role));
+    return enumerate<CmpiObjectPath>(_broker, &CMPIBrokerFT::referenceNames, context, path,
+                                     filter(resultClass), filter(role));
 }
 
 CmpiData CmpiMBService::invokeMethod(const CmpiContext& context, const CmpiObjectPath& path,

@@ -3,7 +3,6 @@
 #include "cmpi/cmpift.h"
 #include "cmpicpp/CmpiStatus.h"
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 

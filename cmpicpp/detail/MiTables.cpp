@@ -52,68 +52,73 @@ union Lent {
     T value;
 };
 
-Lent<const CmpiObjectPath> borrow(const CMPIBroker* broker, const CMPIObjectPath* path) noexcept {
+/// @{
+/// An argument of the object manager as the provider takes it.
+CmpiContext lend(const CMPIBroker*, const CMPIContext* context) noexcept {
+    return CmpiContext(context);
+}
+
+Lent<const CmpiObjectPath> lend(const CMPIBroker* broker, const CMPIObjectPath* path) noexcept {
     return Lent<const CmpiObjectPath>(CmpiHandle<CMPIObjectPath>::borrowed(broker, path));
 }
 
-Lent<const CmpiInstance> borrow(const CMPIBroker* broker, const CMPIInstance* instance) noexcept {
+Lent<const CmpiInstance> lend(const CMPIBroker* broker, const CMPIInstance* instance) noexcept {
     return Lent<const CmpiInstance>(CmpiHandle<CMPIInstance>::borrowed(broker, instance));
 }
 
-Lent<const CmpiArgs> borrow(const CMPIBroker* broker, const CMPIArgs* args) noexcept {
+Lent<const CmpiArgs> lend(const CMPIBroker* broker, const CMPIArgs* args) noexcept {
     return Lent<const CmpiArgs>(CmpiHandle<CMPIArgs>::borrowed(broker, args));
 }
 
-// Instances.
+/// A text, which may be null.
+struct LentText {
+    operator CmpiName() const { return text; }
+    operator std::string() const { return toString(text); }
+    const char* text;
+};
 
-CMPIStatus enumInstanceNames(CMPIInstanceMI* mi, const CMPIContext* context,
-                             const CMPIResult* result, const CMPIObjectPath* path) noexcept {
-    return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
-        Lent<PathSink> sink(result);
-        provider.enumInstanceNames(CmpiContext(context), borrow(broker, path), sink);
+LentText lend(const CMPIBroker*, const char* text) noexcept { return {text}; }
+
+/// What has the same form on both sides.
+template <typename Argument>
+Argument lend(const CMPIBroker*, Argument argument) noexcept {
+    return argument;
+}
+/// @}
+
+/// Fills the slot of an operation that produces nothing.
+template <typename Kind, auto operation, typename... Arguments>
+CMPIStatus served(typename Kind::Mi* mi, const CMPIContext* context,
+                  Arguments... arguments) noexcept {
+    return serve<Kind>(mi, context, [&](auto& provider, auto* broker) {
+        (provider.*operation)(lend(broker, context), lend(broker, arguments)...);
     });
 }
+
+/// The same where the object manager passes a result, which stays untouched.
+template <typename Kind, auto operation, typename... Arguments>
+CMPIStatus changed(typename Kind::Mi* mi, const CMPIContext* context, const CMPIResult*,
+                   Arguments... arguments) noexcept {
+    return served<Kind, operation>(mi, context, arguments...);
+}
+
+/// Fills the slot of an operation that delivers to a sink of this type.
+template <typename Kind, auto operation, typename Sink, typename... Arguments>
+CMPIStatus produced(typename Kind::Mi* mi, const CMPIContext* context, const CMPIResult* result,
+                    Arguments... arguments) noexcept {
+    return produce<Kind>(mi, context, result, [&](auto& provider, auto* broker) {
+        Lent<Sink> sink(result);
+        (provider.*operation)(lend(broker, context), lend(broker, arguments)..., sink);
+    });
+}
+
+// What no provider operation answers by itself.
 
 CMPIStatus enumInstances(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
                          const CMPIObjectPath* path, const char** properties) noexcept {
-    return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
-        const Enumeration enumeration;
-        Lent<InstanceSink> sink(result);
-        provider.enumInstances(CmpiContext(context), borrow(broker, path), properties, sink);
-    });
-}
-
-CMPIStatus getInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
-                       const CMPIObjectPath* path, const char** properties) noexcept {
-    return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
-        Lent<InstanceSink> sink(result);
-        provider.getInstance(CmpiContext(context), borrow(broker, path), properties, sink);
-    });
-}
-
-CMPIStatus createInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult* result,
-                          const CMPIObjectPath* path, const CMPIInstance* instance) noexcept {
-    return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
-        Lent<PathSink> sink(result);
-        provider.createInstance(CmpiContext(context), borrow(broker, path),
-                                borrow(broker, instance), sink);
-    });
-}
-
-CMPIStatus modifyInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult*,
-                          const CMPIObjectPath* path, const CMPIInstance* instance,
-                          const char** properties) noexcept {
-    return serve<InstanceKind>(mi, context, [&](auto& provider, auto* broker) {
-        provider.modifyInstance(CmpiContext(context), borrow(broker, path),
-                                borrow(broker, instance), properties);
-    });
-}
-
-CMPIStatus deleteInstance(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIResult*,
-                          const CMPIObjectPath* path) noexcept {
-    return serve<InstanceKind>(mi, context, [&](auto& provider, auto* broker) {
-        provider.deleteInstance(CmpiContext(context), borrow(broker, path));
-    });
+    const Enumeration enumeration;
+    return produced<InstanceKind, &CmpiInstanceProvider::enumInstances, InstanceSink>(
+        mi, context, result, path, properties);
 }
 
 /// Delivers the instance at a path, or nothing when it has gone since its path was found.
@@ -133,8 +138,7 @@ CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIR
     return produce<InstanceKind>(mi, context, result, [&](auto& provider, auto* broker) {
         const CmpiContext wrapped(context);
         PathList found;
-        provider.execQuery(wrapped, borrow(broker, path), toString(query), toString(language),
-                           found);
+        provider.execQuery(wrapped, lend(broker, path), toString(query), toString(language), found);
         Lent<InstanceSink> sink(result);
         for (const CmpiObjectPath& match : found.paths()) {
             deliverFound(provider, wrapped, match, sink);
@@ -142,100 +146,13 @@ CMPIStatus execQuery(CMPIInstanceMI* mi, const CMPIContext* context, const CMPIR
     });
 }
 
-// Associations.
-
-CMPIStatus associators(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
-                       const CMPIObjectPath* path, const char* associationClass,
-                       const char* resultClass, const char* role, const char* resultRole,
-                       const char** properties) noexcept {
-    return produce<AssociationKind>(mi, context, result, [&](auto& provider, auto* broker) {
-        Lent<InstanceSink> sink(result);
-        provider.associators(CmpiContext(context), borrow(broker, path), associationClass,
-                             resultClass, role, resultRole, properties, sink);
-    });
-}
-
-CMPIStatus associatorNames(CMPIAssociationMI* mi, const CMPIContext* context,
-                           const CMPIResult* result, const CMPIObjectPath* path,
-                           const char* associationClass, const char* resultClass, const char* role,
-                           const char* resultRole) noexcept {
-    return produce<AssociationKind>(mi, context, result, [&](auto& provider, auto* broker) {
-        Lent<PathSink> sink(result);
-        provider.associatorNames(CmpiContext(context), borrow(broker, path), associationClass,
-                                 resultClass, role, resultRole, sink);
-    });
-}
-
-CMPIStatus references(CMPIAssociationMI* mi, const CMPIContext* context, const CMPIResult* result,
-                      const CMPIObjectPath* path, const char* resultClass, const char* role,
-                      const char** properties) noexcept {
-    return produce<AssociationKind>(mi, context, result, [&](auto& provider, auto* broker) {
-        Lent<InstanceSink> sink(result);
-        provider.references(CmpiContext(context), borrow(broker, path), resultClass, role,
-                            properties, sink);
-    });
-}
-
-CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context,
-                          const CMPIResult* result, const CMPIObjectPath* path,
-                          const char* resultClass, const char* role) noexcept {
-    return produce<AssociationKind>(mi, context, result, [&](auto& provider, auto* broker) {
-        Lent<PathSink> sink(result);
-        provider.referenceNames(CmpiContext(context), borrow(broker, path), resultClass, role,
-                                sink);
-    });
-}
-
-// Methods.
-
 CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPIResult* result,
                         const CMPIObjectPath* path, const char* method, const CMPIArgs* in,
                         CMPIArgs* out) noexcept {
     return produce<MethodKind>(mi, context, result, [&](auto& provider, auto* broker) {
         Lent<MethodSink> sink(broker, result, out);
-        provider.invokeMethod(CmpiContext(context), borrow(broker, path), method,
-                              borrow(broker, in), sink);
-    });
-}
-
-// Indications.
-
-CMPIStatus authorizeFilter(CMPIIndicationMI* mi, const CMPIContext* context,
-                           const CMPISelectExp* filter, const char* className,
-                           const CMPIObjectPath* path, const char* owner) noexcept {
-    return serve<IndicationKind>(mi, context, [&](auto& provider, auto* broker) {
-        provider.authorizeFilter(CmpiContext(context), filter, toString(className),
-                                 borrow(broker, path), toString(owner));
-    });
-}
-
-CMPIStatus activateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
-                          const CMPISelectExp* filter, const char* className,
-                          const CMPIObjectPath* path, CMPIBoolean first) noexcept {
-    return serve<IndicationKind>(mi, context, [&](auto& provider, auto* broker) {
-        provider.activateFilter(CmpiContext(context), filter, toString(className),
-                                borrow(broker, path), first != 0);
-    });
-}
-
-CMPIStatus deactivateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
-                            const CMPISelectExp* filter, const char* className,
-                            const CMPIObjectPath* path, CMPIBoolean last) noexcept {
-    return serve<IndicationKind>(mi, context, [&](auto& provider, auto* broker) {
-        provider.deactivateFilter(CmpiContext(context), filter, toString(className),
-                                  borrow(broker, path), last != 0);
-    });
-}
-
-CMPIStatus enableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
-    return serve<IndicationKind>(mi, context, [&](auto& provider, auto*) {
-        provider.enableIndications(CmpiContext(context));
-    });
-}
-
-CMPIStatus disableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
-    return serve<IndicationKind>(mi, context, [&](auto& provider, auto*) {
-        provider.disableIndications(CmpiContext(context));
+        provider.invokeMethod(CmpiContext(context), lend(broker, path), method, lend(broker, in),
+                              sink);
     });
 }
 
@@ -248,58 +165,44 @@ constexpr int tableLevel = 200;
 #pragma GCC diagnostic ignored "-Wmissing-field-initializers"
 template <typename Table>
 Table emptyTable() noexcept {
-    return {.ftVersion = tableLevel, .miVersion = tableLevel};
-}
-#pragma GCC diagnostic pop
-
-// Templates, since headers of CMPI 2.0 do not have the members.
-
-template <typename Table>
-void fillNewerInstanceSlots(Table& table) noexcept {
+    Table table{.ftVersion = tableLevel, .miVersion = tableLevel};
+    // In a template, since headers of CMPI 2.0 do not have the members.
     if constexpr (requires { table.enumerateInstancesFiltered; }) {
         table.enumerateInstancesFiltered = notSupported;
     }
-}
-
-template <typename Table>
-void fillNewerAssociationSlots(Table& table) noexcept {
     if constexpr (requires { table.associatorsFiltered; }) {
         table.associatorsFiltered = notSupported;
         table.referencesFiltered = notSupported;
     }
-}
-
-template <typename Table>
-void fillNewerIndicationSlots(Table& table) noexcept {
     if constexpr (requires { table.authorizeFilterCollection; }) {
         table.authorizeFilterCollection = notSupported;
         table.activateFilterCollection = notSupported;
         table.deActivateFilterCollection = notSupported;
     }
+    return table;
 }
+#pragma GCC diagnostic pop
 
 }  // namespace
 
 InstanceKind::Table InstanceKind::table() noexcept {
     auto table = emptyTable<Table>();
-    table.enumerateInstanceNames = enumInstanceNames;
+    table.enumerateInstanceNames = produced<InstanceKind, &Provider::enumInstanceNames, PathSink>;
     table.enumerateInstances = enumInstances;
-    table.getInstance = getInstance;
-    table.createInstance = createInstance;
-    table.modifyInstance = modifyInstance;
-    table.deleteInstance = deleteInstance;
+    table.getInstance = produced<InstanceKind, &Provider::getInstance, InstanceSink>;
+    table.createInstance = produced<InstanceKind, &Provider::createInstance, PathSink>;
+    table.modifyInstance = changed<InstanceKind, &Provider::modifyInstance>;
+    table.deleteInstance = changed<InstanceKind, &Provider::deleteInstance>;
     table.execQuery = execQuery;
-    fillNewerInstanceSlots(table);
     return table;
 }
 
 AssociationKind::Table AssociationKind::table() noexcept {
     auto table = emptyTable<Table>();
-    table.associators = associators;
-    table.associatorNames = associatorNames;
-    table.references = references;
-    table.referenceNames = referenceNames;
-    fillNewerAssociationSlots(table);
+    table.associators = produced<AssociationKind, &Provider::associators, InstanceSink>;
+    table.associatorNames = produced<AssociationKind, &Provider::associatorNames, PathSink>;
+    table.references = produced<AssociationKind, &Provider::references, InstanceSink>;
+    table.referenceNames = produced<AssociationKind, &Provider::referenceNames, PathSink>;
     return table;
 }
 
@@ -311,13 +214,12 @@ MethodKind::Table MethodKind::table() noexcept {
 
 IndicationKind::Table IndicationKind::table() noexcept {
     auto table = emptyTable<Table>();
-    table.authorizeFilter = authorizeFilter;
+    table.authorizeFilter = served<IndicationKind, &Provider::authorizeFilter>;
     table.mustPoll = notSupported;
-    table.activateFilter = activateFilter;
-    table.deActivateFilter = deactivateFilter;
-    table.enableIndications = enableIndications;
-    table.disableIndications = disableIndications;
-    fillNewerIndicationSlots(table);
+    table.activateFilter = served<IndicationKind, &Provider::activateFilter>;
+    table.deActivateFilter = served<IndicationKind, &Provider::deactivateFilter>;
+    table.enableIndications = served<IndicationKind, &Provider::enableIndications>;
+    table.disableIndications = served<IndicationKind, &Provider::disableIndications>;
     return table;
 }
 

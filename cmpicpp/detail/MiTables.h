@@ -13,42 +13,38 @@
 /// The four kinds of MI, and what stands behind one that the object manager got. Not installed.
 namespace CmpiCpp {
 
-/// Each kind names the types of both sides, and gives its table without name and cleanup.
-struct InstanceKind {
-    static constexpr std::size_t number = 0;
-    using Mi = CMPIInstanceMI;
-    using Table = CMPIInstanceMIFT;
-    using Provider = CmpiInstanceProvider;
+/// What a kind names: its number, and the types of both sides.
+template <std::size_t kind, typename Interface, typename Functions, typename Served>
+struct MiKind {
+    static constexpr std::size_t number = kind;
+    using Mi = Interface;
+    using Table = Functions;
+    using Provider = Served;
+};
+
+/// @{
+/// Each kind gives its table without name and cleanup.
+struct InstanceKind : MiKind<0, CMPIInstanceMI, CMPIInstanceMIFT, CmpiInstanceProvider> {
     static constexpr const char* name = "instance";
     static Table table() noexcept;
 };
 
-struct AssociationKind {
-    static constexpr std::size_t number = 1;
-    using Mi = CMPIAssociationMI;
-    using Table = CMPIAssociationMIFT;
-    using Provider = CmpiAssociationProvider;
+struct AssociationKind
+    : MiKind<1, CMPIAssociationMI, CMPIAssociationMIFT, CmpiAssociationProvider> {
     static constexpr const char* name = "association";
     static Table table() noexcept;
 };
 
-struct MethodKind {
-    static constexpr std::size_t number = 2;
-    using Mi = CMPIMethodMI;
-    using Table = CMPIMethodMIFT;
-    using Provider = CmpiMethodProvider;
+struct MethodKind : MiKind<2, CMPIMethodMI, CMPIMethodMIFT, CmpiMethodProvider> {
     static constexpr const char* name = "method";
     static Table table() noexcept;
 };
 
-struct IndicationKind {
-    static constexpr std::size_t number = 3;
-    using Mi = CMPIIndicationMI;
-    using Table = CMPIIndicationMIFT;
-    using Provider = CmpiIndicationProvider;
+struct IndicationKind : MiKind<3, CMPIIndicationMI, CMPIIndicationMIFT, CmpiIndicationProvider> {
     static constexpr const char* name = "indication";
     static Table table() noexcept;
 };
+/// @}
 
 /// One MI: what the object manager sees, and the way from there to the provider object. It stands
 /// in the module and is never ended: a host may call an MI that it has cleaned up.
