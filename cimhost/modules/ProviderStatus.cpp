@@ -1,18 +1,9 @@
 #include "cimhost/modules/ProviderStatus.h"
 
+#include "cimhost/objects/Entry.h"
 #include "cimhost/objects/Objects.h"
 
 namespace cimhost {
-
-namespace {
-
-bool isCimCode(int returnCode) noexcept {
-    return (returnCode >= 1 && returnCode <= 17) ||
-           returnCode == CMPI_RC_ERR_SERVER_LIMITS_EXCEEDED ||
-           returnCode == CMPI_RC_ERR_QUERY_FEATURE_NOT_SUPPORTED;
-}
-
-}  // namespace
 
 CimCode codeFromProvider(int returnCode) noexcept {
     return isCimCode(returnCode) ? static_cast<CimCode>(returnCode) : CimCode::failed;

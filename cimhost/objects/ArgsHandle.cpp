@@ -13,7 +13,7 @@ namespace {
 
 CMPIStatus addArg(const CMPIArgs* args, const char* name, const CMPIValue* value,
                   CMPIType type) noexcept {
-    return enter<ArgsObject>(args, [&](ArgsObject& object, CMPIrc&) {
+    return enter<ArgsObject>(args, [&](ArgsObject& object) {
         const std::string_view wanted = required(name);
         Value content = valueOf(value, type);
         if (Argument* const argument = findNamed(object.model, wanted)) {
@@ -25,7 +25,7 @@ CMPIStatus addArg(const CMPIArgs* args, const char* name, const CMPIValue* value
 }
 
 CMPIData getArg(const CMPIArgs* args, const char* name, CMPIStatus* status) noexcept {
-    return enter<ArgsObject>(args, status, [&](ArgsObject& object, CMPIrc&) {
+    return enter<ArgsObject>(args, status, [&](ArgsObject& object) {
         const Argument* const argument = findNamed(object.model, required(name));
         if (argument) return toCmpi(partOf(object), argument->value);
         throw CimError(CimCode::noSuchProperty,
@@ -48,7 +48,7 @@ CMPIData getArgAt(const CMPIArgs* args, CMPICount index, CMPIString** name,
 }
 
 CMPICount getArgCount(const CMPIArgs* args, CMPIStatus* status) noexcept {
-    return enter<ArgsObject>(args, status, [](ArgsObject& object, CMPIrc&) {
+    return enter<ArgsObject>(args, status, [](ArgsObject& object) {
         return static_cast<CMPICount>(object.model.size());
     });
 }

@@ -2,20 +2,19 @@
 
 #include "cimhost/objects/Entry.h"
 #include "cimhost/objects/Values.h"
-#include "cimhost/repository/CimError.h"
 
 namespace cimhost {
 
 namespace {
 
 CMPICount getSize(const CMPIArray* array, CMPIStatus* status) noexcept {
-    return enter<ArrayObject>(array, status, [](ArrayObject& object, CMPIrc&) {
+    return enter<ArrayObject>(array, status, [](ArrayObject& object) {
         return static_cast<CMPICount>(object.elements.size());
     });
 }
 
 CMPIType getSimpleType(const CMPIArray* array, CMPIStatus* status) noexcept {
-    return enter<ArrayObject>(array, status, [](ArrayObject& object, CMPIrc&) {
+    return enter<ArrayObject>(array, status, [](ArrayObject& object) {
         return object.handleType == CMPI_null ? cmpiType(object.elementType, false)
                                               : object.handleType;
     });
@@ -77,11 +76,5 @@ const CMPIArrayFT ArrayObject::table = {
     getElementAt,
     setElementAt,
 };
-
-CMPIArray* makeArray(const Broker& broker, const Value& array) {
-    const Value::Array* const elements = array.get<Value::Array>();
-    if (!elements) throw CimError(CimCode::typeMismatch, "an array object needs an array value");
-    return &make<ArrayObject>(Home{broker}, array.type(), *elements);
-}
 
 }  // namespace cimhost

@@ -14,18 +14,16 @@ constinit thread_local const CMPIContext* attachedContext = nullptr;
 constinit thread_local const ObjectScope* attachedScope = nullptr;
 
 CMPIContext* prepareAttachThread(const CMPIBroker* handle, const CMPIContext* context) noexcept {
-    return enter(handle, nullptr, [&](const Broker& broker, CMPIrc&) {
-        return broker.preparedContexts().prepare(context);
-    });
+    return enter(handle, nullptr,
+                 [&](const Broker& broker) { return broker.preparedContexts().prepare(context); });
 }
 
 CMPIStatus attachThread(const CMPIBroker* handle, const CMPIContext* context) noexcept {
-    return enter(handle,
-                 [&](const Broker& broker, CMPIrc&) { broker.preparedContexts().attach(context); });
+    return enter(handle, [&](const Broker& broker) { broker.preparedContexts().attach(context); });
 }
 
 CMPIStatus detachThread(const CMPIBroker* handle, const CMPIContext* context) noexcept {
-    return enter(handle, [&](const Broker& broker, CMPIrc&) {
+    return enter(handle, [&](const Broker& broker) {
         broker.preparedContexts().detach(
             context, broker.manner().has(Habit::freesNothingOfThreadsBeforeTheirEnd));
     });

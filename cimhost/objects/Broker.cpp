@@ -6,7 +6,6 @@
 
 #include <array>
 #include <atomic>
-#include <cassert>
 #include <mutex>
 #include <set>
 #include <stdexcept>
@@ -46,15 +45,7 @@ void strikeOff(const Broker* broker) noexcept {
 }  // namespace
 
 struct Broker::Tables {
-    Tables(const Repository& classes, BrokerLog& lines, const Manner& habits)
-        : repository(classes), log(lines), manner(habits) {}
-
-    const Repository& repository;
-    BrokerLog& log;
-    const Manner manner;
     std::unique_ptr<MannerTables> mannerTables;  ///< null where the manner is standard
-    std::atomic<CimOperations*> operations = nullptr;
-    std::atomic<IndicationSink*> indicationSink = nullptr;
     std::atomic<bool> hasWarned = false;
     std::mutex wrongEndsMutex;
     std::set<std::tuple<const void*, std::string_view, ObjectKind>> wrongEnds;
@@ -66,7 +57,7 @@ struct Broker::Tables {
 
 Broker::Broker(const Repository& repository, BrokerLog& log, UpCallFiller upCalls,
                const Manner& manner)
-    : _tables(std::make_unique<Tables>(repository, log, manner)) {
+    : _repository(repository), _log(log), _manner(manner), _tables(std::make_unique<Tables>()) {
     CMPIBrokerFT& table = _tables->brokerTable;
     table.brokerCapabilities = capabilities;
     table.brokerVersion = CMPICurrentVersion;
@@ -86,11 +77,6 @@ Broker::~Broker() { strikeOff(this); }
 
 const CMPIBroker* Broker::handle() const noexcept { return &_tables->handle; }
 
-const Broker& Broker::of(const CMPIBroker* handle) noexcept {
-    assert(find(handle));
-    return *static_cast<const Broker*>(handle->hdl);
-}
-
 const Broker* Broker::find(const CMPIBroker* handle) noexcept {
     if (!handle || !handle->hdl) return nullptr;
     for (const auto& place : liveBrokers) {
@@ -100,24 +86,12 @@ const Broker* Broker::find(const CMPIBroker* handle) noexcept {
     return nullptr;
 }
 
-const Repository& Broker::repository() const noexcept { return _tables->repository; }
-
-BrokerLog& Broker::log() const noexcept { return _tables->log; }
-
-const Manner& Broker::manner() const noexcept { return _tables->manner; }
-
-void Broker::setOperations(CimOperations* operations) noexcept { _tables->operations = operations; }
-
-CimOperations* Broker::operations() const noexcept { return _tables->operations; }
-
 void Broker::setIndicationSink(IndicationSink* sink) noexcept {
     constexpr unsigned int ownBit = CMPI_MB_Indications & ~CMPI_MB_BasicRead;
-    _tables->indicationSink = sink;
+    _indicationSink = sink;
     unsigned int& bits = _tables->brokerTable.brokerCapabilities;
     bits = sink ? bits | ownBit : bits & ~ownBit;
 }
-
-IndicationSink* Broker::indicationSink() const noexcept { return _tables->indicationSink; }
 
 void Broker::interpose(const CMPIBroker& own, const ObjectTables& ofObjects) noexcept {
     _tables->handle = own;

@@ -5,6 +5,7 @@
 #include "cimhost/objects/Objects.h"
 #include "cimhost/repository/Repository.h"
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -51,14 +52,12 @@ public:
     Broker& operator=(const Broker&) = delete;
 
     const CMPIBroker* handle() const noexcept;
-    /// The broker behind a handle of ours.
-    static const Broker& of(const CMPIBroker* handle) noexcept;
-    /// The same, or nullptr for a null or foreign handle.
+    /// The broker behind a handle of ours, or nullptr for a null or foreign handle.
     static const Broker* find(const CMPIBroker* handle) noexcept;
 
-    const Repository& repository() const noexcept;
-    BrokerLog& log() const noexcept;
-    const Manner& manner() const noexcept;
+    const Repository& repository() const noexcept { return _repository; }
+    BrokerLog& log() const noexcept { return _log; }
+    const Manner& manner() const noexcept { return _manner; }
 
     /// The function table that objects of this kind get.
     const void* objectTable(ObjectKind kind) const noexcept {
@@ -66,13 +65,13 @@ public:
     }
 
     /// Up-calls are answered by these operations; until they are set each answers NOT_SUPPORTED.
-    void setOperations(CimOperations* operations) noexcept;
-    CimOperations* operations() const noexcept;
+    void setOperations(CimOperations* operations) noexcept { _operations = operations; }
+    CimOperations* operations() const noexcept { return _operations; }
 
     /// deliverIndication hands over to this sink; without one it answers NOT_SUPPORTED. The sink is
     /// a capability that modules look at when they are loaded: set it before.
     void setIndicationSink(IndicationSink* sink) noexcept;
-    IndicationSink* indicationSink() const noexcept;
+    IndicationSink* indicationSink() const noexcept { return _indicationSink; }
 
     /// From now on providers meet these tables, which stand in front of the broker's own: its own
     /// four, and those of objects that are made from here on. Before threads call it; for tests of
@@ -95,6 +94,11 @@ public:
 private:
     struct Tables;
     ObjectTables _objectTables = standardObjectTables;
+    const Repository& _repository;
+    BrokerLog& _log;
+    const Manner _manner;
+    std::atomic<CimOperations*> _operations = nullptr;
+    std::atomic<IndicationSink*> _indicationSink = nullptr;
     std::unique_ptr<Tables> _tables;
 };
 

@@ -116,7 +116,7 @@ CMPIData getEntryAt(const CMPIContext* context, CMPICount index, CMPIString** na
 }
 
 CMPICount getEntryCount(const CMPIContext* context, CMPIStatus* status) noexcept {
-    return enter<ContextObject>(context, status, [](ContextObject& object, CMPIrc&) {
+    return enter<ContextObject>(context, status, [](ContextObject& object) {
         CMPICount count = 0;
         visitEntries(object, [&count](std::string_view, auto&&) {
             ++count;
@@ -153,7 +153,7 @@ void addOwnEntry(ContextObject& object, ContextObject::Entry entry) {
 
 CMPIStatus addEntry(const CMPIContext* context, const char* name, const CMPIValue* value,
                     CMPIType type) noexcept {
-    return enter<ContextObject>(context, [&](ContextObject& object, CMPIrc&) {
+    return enter<ContextObject>(context, [&](ContextObject& object) {
         const std::string_view wanted = required(name);
         object.isBare = false;
         if (const TextRow* const row = findNamed(textRows, wanted)) {

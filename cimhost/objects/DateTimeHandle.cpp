@@ -9,25 +9,22 @@ namespace cimhost {
 namespace {
 
 CMPIUint64 getBinaryFormat(const CMPIDateTime* dateTime, CMPIStatus* status) noexcept {
-    return enter<DateTimeObject>(
-        dateTime, status, [](DateTimeObject& object, CMPIrc&) -> CMPIUint64 {
-            if (const auto microseconds = microsecondsOf(object.view())) return *microseconds;
-            throw CimError(CimCode::failed,
-                           std::string(object.view()) + " is before 1970 and has no binary form");
-        });
+    return enter<DateTimeObject>(dateTime, status, [](DateTimeObject& object) {
+        if (const auto microseconds = microsecondsOf(object.view())) return *microseconds;
+        throw CimError(CimCode::failed,
+                       std::string(object.view()) + " is before 1970 and has no binary form");
+    });
 }
 
 CMPIString* getStringFormat(const CMPIDateTime* dateTime, CMPIStatus* status) noexcept {
-    return enter<DateTimeObject>(dateTime, status,
-                                 [](DateTimeObject& object, CMPIrc&) -> CMPIString* {
-                                     return &makeText(partOf(object), object.view());
-                                 });
+    return enter<DateTimeObject>(dateTime, status, [](DateTimeObject& object) {
+        return &makeText(partOf(object), object.view());
+    });
 }
 
 CMPIBoolean isIntervalSlot(const CMPIDateTime* dateTime, CMPIStatus* status) noexcept {
-    return enter<DateTimeObject>(
-        dateTime, status,
-        [](DateTimeObject& object, CMPIrc&) -> CMPIBoolean { return isInterval(object.view()); });
+    return enter<DateTimeObject>(dateTime, status,
+                                 [](DateTimeObject& object) { return isInterval(object.view()); });
 }
 
 }  // namespace
@@ -44,10 +41,6 @@ const CMPIDateTimeFT DateTimeObject::table = {
 DateTimeObject& makeDateTimeObject(const Home& home, std::string_view text) {
     if (isDateTime(text)) return make<DateTimeObject>(home, text);
     throw CimError(CimCode::invalidParameter, "\"" + std::string(text) + "\" is no CIM datetime");
-}
-
-CMPIDateTime* makeDateTime(const Broker& broker, std::string_view text) {
-    return &makeDateTimeObject({broker}, text);
 }
 
 }  // namespace cimhost

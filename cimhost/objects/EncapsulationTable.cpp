@@ -34,7 +34,7 @@ Home factory(const Broker& broker) noexcept { return {broker, Origin::factory}; 
 
 CMPIInstance* newInstance(const CMPIBroker* handle, const CMPIObjectPath* path,
                           CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIInstance* {
+    return enter(handle, status, [&](const Broker& broker) {
         const ObjectPath& model = requiredObject<ObjectPathObject>(path).model.read();
         return &make<InstanceObject>(factory(broker), instanceFor(model));
     });
@@ -42,7 +42,7 @@ CMPIInstance* newInstance(const CMPIBroker* handle, const CMPIObjectPath* path,
 
 CMPIObjectPath* newObjectPath(const CMPIBroker* handle, const char* nameSpace,
                               const char* className, CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIObjectPath* {
+    return enter(handle, status, [&](const Broker& broker) {
         // Providers fill the namespace in later, and rely on having got a path.
         return &make<ObjectPathObject>(
             factory(broker),
@@ -51,20 +51,19 @@ CMPIObjectPath* newObjectPath(const CMPIBroker* handle, const char* nameSpace,
 }
 
 CMPIArgs* newArgs(const CMPIBroker* handle, CMPIStatus* status) noexcept {
-    return enter(handle, status, [](const Broker& broker, CMPIrc&) -> CMPIArgs* {
+    return enter(handle, status, [](const Broker& broker) {
         return &make<ArgsObject>(factory(broker), Arguments{});
     });
 }
 
 CMPIString* newString(const CMPIBroker* handle, const char* text, CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIString* {
-        return &makeText(factory(broker), required(text));
-    });
+    return enter(handle, status,
+                 [&](const Broker& broker) { return &makeText(factory(broker), required(text)); });
 }
 
 CMPIArray* newArray(const CMPIBroker* handle, CMPICount count, CMPIType elementType,
                     CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIArray* {
+    return enter(handle, status, [&](const Broker& broker) {
         const CimType type = cimType(elementType);
         const bool hasHandles = elementType == CMPI_args || elementType == CMPI_enumeration ||
                                 elementType == CMPI_filter;
@@ -81,7 +80,7 @@ CMPIArray* newArray(const CMPIBroker* handle, CMPICount count, CMPIType elementT
 
 CMPIDateTime* newDateTimeFromBinary(const CMPIBroker* handle, CMPIUint64 microseconds,
                                     CMPIBoolean interval, CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIDateTime* {
+    return enter(handle, status, [&](const Broker& broker) {
         const auto text = dateTimeOf(microseconds, interval != 0);
         if (!text) throw Failure{CMPI_RC_ERR_INVALID_PARAMETER};
         return &make<DateTimeObject>(factory(broker), *text);
@@ -96,7 +95,7 @@ CMPIDateTime* newDateTime(const CMPIBroker* handle, CMPIStatus* status) noexcept
 
 CMPIDateTime* newDateTimeFromChars(const CMPIBroker* handle, const char* text,
                                    CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIDateTime* {
+    return enter(handle, status, [&](const Broker& broker) {
         return &makeDateTimeObject(factory(broker), required(text));
     });
 }
@@ -104,7 +103,7 @@ CMPIDateTime* newDateTimeFromChars(const CMPIBroker* handle, const char* text,
 CMPISelectExp* newSelectExp(const CMPIBroker* handle, const char* text, const char* language,
                             CMPIArray** projection, CMPIStatus* status) noexcept {
     if (projection) *projection = nullptr;
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPISelectExp* {
+    return enter(handle, status, [&](const Broker& broker) {
         auto query =
             std::make_shared<const WqlQuery>(parseQuery(required(language), required(text)));
         if (projection && query->selection) {
@@ -129,7 +128,7 @@ bool descends(const Broker& broker, const ObjectPath& path, std::string_view anc
 
 CMPIBoolean classPathIsA(const CMPIBroker* handle, const CMPIObjectPath* path,
                          const char* className, CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIBoolean {
+    return enter(handle, status, [&](const Broker& broker) {
         const ObjectPath& model = requiredObject<ObjectPathObject>(path).model.read();
         return descends(broker, model, required(className));
     });
@@ -141,20 +140,20 @@ const ObjectHeader& requiredHeader(const void* object) {
 }
 
 CMPIString* toString(const CMPIBroker* handle, const void* object, CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIString* {
+    return enter(handle, status, [&](const Broker& broker) {
         return &makeText({broker}, describe(requiredHeader(object)));
     });
 }
 
 CMPIBoolean isOfType(const CMPIBroker* handle, const void* object, const char* typeName,
                      CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker&, CMPIrc&) -> CMPIBoolean {
+    return enter(handle, status, [&](const Broker&) {
         return typeNameOf(requiredHeader(object).kind()) == required(typeName);
     });
 }
 
 CMPIString* getType(const CMPIBroker* handle, const void* object, CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIString* {
+    return enter(handle, status, [&](const Broker& broker) {
         return &makeText({broker}, typeNameOf(requiredHeader(object).kind()));
     });
 }
@@ -163,7 +162,7 @@ CMPIString* getType(const CMPIBroker* handle, const void* object, CMPIStatus* st
 // inserts cannot be read.
 CMPIString* message(const CMPIBroker* handle, const char* text, CMPIStatus* status, CMPICount count,
                     va_list arguments) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc& code) -> CMPIString* {
+    return enter(handle, status, [&](const Broker& broker, CMPIrc& code) {
         std::string result(required(text));
         try {
             result = expandMessage(result, messageInserts(count, arguments));
@@ -229,7 +228,7 @@ CMPIError* newCMPIError(const CMPIBroker* handle, const char* owningEntity, cons
                         const char* text, CMPIErrorSeverity severity,
                         CMPIErrorProbableCause probableCause, CMPIrc cimStatus,
                         CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIError* {
+    return enter(handle, status, [&](const Broker& broker) {
         return &makeError(factory(broker),
                           {owningEntity, messageId, text, severity, probableCause, cimStatus});
     });
@@ -263,14 +262,14 @@ CMPIString* getMessage2(const CMPIBroker* handle, const char*, CMPIMsgFileHandle
 
 CMPIPropertyList* newPropertyList(const CMPIBroker* handle, const char** properties,
                                   CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIPropertyList* {
+    return enter(handle, status, [&](const Broker& broker) {
         return &make<PropertyListObject>(factory(broker), namesOf(properties));
     });
 }
 
 CMPIString* newStringCP(const CMPIBroker* handle, const char* text, CMPICodepageID codepage,
                         CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIString* {
+    return enter(handle, status, [&](const Broker& broker) {
         return &makeText(factory(broker), toUtf8(text, codepage));
     });
 }

@@ -23,33 +23,17 @@ CMPIStatus statusWith(const Broker& broker, CMPIrc code, std::string_view text) 
 
 // CIM knows codes that CMPI has no name for.
 CMPIrc cmpiCode(CimCode code) noexcept {
-    switch (code) {
-        case CimCode::invalidEnumerationContext:
-        case CimCode::serverIsShuttingDown: return CMPI_RC_ERR_FAILED;
-        case CimCode::failed:
-        case CimCode::accessDenied:
-        case CimCode::invalidNamespace:
-        case CimCode::invalidParameter:
-        case CimCode::invalidClass:
-        case CimCode::notFound:
-        case CimCode::notSupported:
-        case CimCode::classHasChildren:
-        case CimCode::classHasInstances:
-        case CimCode::invalidSuperclass:
-        case CimCode::alreadyExists:
-        case CimCode::noSuchProperty:
-        case CimCode::typeMismatch:
-        case CimCode::queryLanguageNotSupported:
-        case CimCode::invalidQuery:
-        case CimCode::methodNotAvailable:
-        case CimCode::methodNotFound:
-        case CimCode::serverLimitsExceeded:
-        case CimCode::queryFeatureNotSupported: return static_cast<CMPIrc>(code);
-    }
-    return CMPI_RC_ERR_FAILED;
+    const int number = static_cast<int>(code);
+    return isCimCode(number) ? static_cast<CMPIrc>(number) : CMPI_RC_ERR_FAILED;
 }
 
 }  // namespace
+
+bool isCimCode(int returnCode) noexcept {
+    return (returnCode >= 1 && returnCode <= 17) ||
+           returnCode == CMPI_RC_ERR_SERVER_LIMITS_EXCEEDED ||
+           returnCode == CMPI_RC_ERR_QUERY_FEATURE_NOT_SUPPORTED;
+}
 
 CMPIStatus statusOfException(const Broker& broker) noexcept {
     try {

@@ -17,10 +17,8 @@ struct Failure {
     CMPIrc code;
 };
 
-/// Throws the failure of a result or an object that was handed something.
-inline void requireTaken(const CMPIStatus& status) {
-    if (status.rc != CMPI_RC_OK) throw Failure{status.rc};
-}
+/// True for the return codes of CMPI that are status codes of CIM too, by the same numbers.
+bool isCimCode(int returnCode) noexcept;
 
 /// The status for the exception in flight, with its text as a string of the current scope.
 CMPIStatus statusOfException(const Broker& broker) noexcept;
@@ -42,63 +40,56 @@ inline void answer(CMPIStatus* status, CMPIStatus outcome) noexcept {
     if (status) *status = outcome;
 }
 
-/// Runs `work(code)` and returns its result, or a zeroed one when it throws. The work may set
-/// `code` instead of throwing where a failure is nothing unusual.
-template <typename Work>
-auto run(const Broker& broker, CMPIStatus* status, Work&& work) noexcept
-    -> std::invoke_result_t<Work, CMPIrc&> {
-    using Result = std::invoke_result_t<Work, CMPIrc&>;
+/// What a handle stands for, or nullptr.
+template <typename Subject, typename Handle>
+Subject* subjectOf(const Handle* handle) noexcept {
+    if constexpr (std::is_same_v<Subject, const Broker>) {
+        return Broker::find(handle);
+    } else {
+        return findObject<Subject>(handle);
+    }
+}
+
+inline const Broker& brokerOf(const Broker& broker) noexcept { return broker; }
+inline const Broker& brokerOf(const ObjectHeader& object) noexcept { return *object.broker; }
+
+template <typename Work, typename Subject>
+auto perform(Work& work, Subject& subject, CMPIrc& code) {
+    if constexpr (std::is_invocable_v<Work&, Subject&, CMPIrc&>) {
+        return work(subject, code);
+    } else {
+        return work(subject);
+    }
+}
+
+/// A table function of a broker or, with the name of its type, of an object: runs `work(subject)`
+/// and returns its result, or a zeroed one when it throws. A work that takes a code too may set it
+/// instead of throwing where a failure is nothing unusual.
+template <typename Subject = const Broker, typename Handle, typename Work>
+auto enter(const Handle* handle, CMPIStatus* status, Work&& work) noexcept {
+    CMPIrc code = CMPI_RC_OK;
+    Subject* const subject = subjectOf<Subject>(handle);
+    using Result = decltype(perform(work, *subject, code));
+    if (!subject) {
+        answer(status, {CMPI_RC_ERR_INVALID_HANDLE, nullptr});
+        return Result{};
+    }
     try {
-        CMPIrc code = CMPI_RC_OK;
-        Result result = work(code);
+        Result result = perform(work, *subject, code);
         answer(status, {code, nullptr});
         return result;
     } catch (...) {
-        answer(status, statusOfException(broker));
+        answer(status, statusOfException(brokerOf(*subject)));
         return Result{};
     }
 }
 
-/// A table function of a broker.
-template <typename Work>
-auto enter(const CMPIBroker* handle, CMPIStatus* status, Work&& work) noexcept
-    -> std::invoke_result_t<Work, const Broker&, CMPIrc&> {
-    const Broker* const broker = Broker::find(handle);
-    if (!broker) {
-        answer(status, {CMPI_RC_ERR_INVALID_HANDLE, nullptr});
-        return {};
-    }
-    return run(*broker, status, [&](CMPIrc& code) { return work(*broker, code); });
-}
-
-/// A table function of an object.
-template <typename Object, typename Work>
-auto enter(const typename Object::Handle* handle, CMPIStatus* status, Work&& work) noexcept
-    -> std::invoke_result_t<Work, Object&, CMPIrc&> {
-    Object* const object = findObject<Object>(handle);
-    if (!object) {
-        answer(status, {CMPI_RC_ERR_INVALID_HANDLE, nullptr});
-        return {};
-    }
-    return run(*object->broker, status, [&](CMPIrc& code) { return work(*object, code); });
-}
-
 /// The same for functions that return their status.
-template <typename Work>
-CMPIStatus enter(const CMPIBroker* handle, Work&& work) noexcept {
+template <typename Subject = const Broker, typename Handle, typename Work>
+CMPIStatus enter(const Handle* handle, Work&& work) noexcept {
     CMPIStatus status{CMPI_RC_OK, nullptr};
-    enter(handle, &status, [&](const Broker& broker, CMPIrc& code) {
-        work(broker, code);
-        return 0;
-    });
-    return status;
-}
-
-template <typename Object, typename Work>
-CMPIStatus enter(const typename Object::Handle* handle, Work&& work) noexcept {
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    enter<Object>(handle, &status, [&](Object& object, CMPIrc& code) {
-        work(object, code);
+    enter<Subject>(handle, &status, [&](Subject& subject, CMPIrc& code) {
+        perform(work, subject, code);
         return 0;
     });
     return status;
@@ -108,7 +99,7 @@ CMPIStatus enter(const typename Object::Handle* handle, Work&& work) noexcept {
 template <typename Object>
 typename Object::Handle* cloneObject(const typename Object::Handle* handle,
                                      CMPIStatus* status) noexcept {
-    return enter<Object>(handle, status, [](Object& object, CMPIrc&) -> typename Object::Handle* {
+    return enter<Object>(handle, status, [](Object& object) -> typename Object::Handle* {
         auto& clone = makeClone<Object>(*object.broker, 0, std::as_const(object));
         CloneCount::made();
         return &clone;

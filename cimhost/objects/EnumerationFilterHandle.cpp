@@ -9,11 +9,10 @@ namespace {
 
 CMPIBoolean match(const CMPIEnumerationFilter* filter, const CMPIInstance* instance,
                   CMPIStatus* status) noexcept {
-    return enter<EnumerationFilterObject>(filter, status,
-                                          [&](EnumerationFilterObject&, CMPIrc&) -> CMPIBoolean {
-                                              requiredObject<InstanceObject>(instance);
-                                              return true;
-                                          });
+    return enter<EnumerationFilterObject>(filter, status, [&](EnumerationFilterObject&) {
+        requiredObject<InstanceObject>(instance);
+        return true;
+    });
 }
 
 }  // namespace

@@ -22,17 +22,15 @@ CMPIData getNext(const CMPIEnumeration* enumeration, CMPIStatus* status) noexcep
 }
 
 CMPIBoolean hasNext(const CMPIEnumeration* enumeration, CMPIStatus* status) noexcept {
-    return enter<EnumerationObject>(enumeration, status,
-                                    [](EnumerationObject& object, CMPIrc&) -> CMPIBoolean {
-                                        return object.position < object.elements.size();
-                                    });
+    return enter<EnumerationObject>(enumeration, status, [](EnumerationObject& object) {
+        return object.position < object.elements.size();
+    });
 }
 
 CMPIArray* toArray(const CMPIEnumeration* enumeration, CMPIStatus* status) noexcept {
-    return enter<EnumerationObject>(
-        enumeration, status, [](EnumerationObject& object, CMPIrc&) -> CMPIArray* {
-            return &make<ArrayObject>(partOf(object), object.elementType, object.elements);
-        });
+    return enter<EnumerationObject>(enumeration, status, [](EnumerationObject& object) {
+        return &make<ArrayObject>(partOf(object), object.elementType, object.elements);
+    });
 }
 
 template <typename Model, typename Wrap>

@@ -24,13 +24,12 @@ Number inRange(Number number, int last, int gap = -1) {
 
 template <auto member>
 auto getNumber(const CMPIError* error, CMPIStatus* status) noexcept {
-    return enter<ErrorObject>(error, status,
-                              [](ErrorObject& object, CMPIrc&) { return object.*member; });
+    return enter<ErrorObject>(error, status, [](ErrorObject& object) { return object.*member; });
 }
 
 template <ErrorText text>
 CMPIString* getText(const CMPIError* error, CMPIStatus* status) noexcept {
-    return enter<ErrorObject>(error, status, [](ErrorObject& object, CMPIrc&) -> CMPIString* {
+    return enter<ErrorObject>(error, status, [](ErrorObject& object) -> CMPIString* {
         const auto& content = object.texts[place(text)];
         return content ? &makeText(partOf(object), *content) : nullptr;
     });
@@ -38,7 +37,7 @@ CMPIString* getText(const CMPIError* error, CMPIStatus* status) noexcept {
 
 template <ErrorText text>
 CMPIStatus setText(const CMPIError* error, const char* content) noexcept {
-    return enter<ErrorObject>(error, [&](ErrorObject& object, CMPIrc&) {
+    return enter<ErrorObject>(error, [&](ErrorObject& object) {
         auto& kept = object.texts[place(text)];
         if (content) {
             kept = content;
@@ -50,7 +49,7 @@ CMPIStatus setText(const CMPIError* error, const char* content) noexcept {
 
 template <List list>
 CMPIArray* getList(const CMPIError* error, CMPIStatus* status) noexcept {
-    return enter<ErrorObject>(error, status, [](ErrorObject& object, CMPIrc&) -> CMPIArray* {
+    return enter<ErrorObject>(error, status, [](ErrorObject& object) -> CMPIArray* {
         const auto& content = object.lists[place(list)];
         return content ? &make<ArrayObject>(partOf(object), CimType::string, *content) : nullptr;
     });
@@ -58,7 +57,7 @@ CMPIArray* getList(const CMPIError* error, CMPIStatus* status) noexcept {
 
 template <List list>
 CMPIStatus setList(const CMPIError* error, const CMPIArray* texts) noexcept {
-    return enter<ErrorObject>(error, [&](ErrorObject& object, CMPIrc&) {
+    return enter<ErrorObject>(error, [&](ErrorObject& object) {
         auto& kept = object.lists[place(list)];
         if (!texts) return kept.reset();
         const ArrayObject& array = requiredObject<ArrayObject>(texts);
@@ -68,13 +67,13 @@ CMPIStatus setList(const CMPIError* error, const CMPIArray* texts) noexcept {
 }
 
 CMPIStatus setErrorType(const CMPIError* error, CMPIErrorType type) noexcept {
-    return enter<ErrorObject>(error, [&](ErrorObject& object, CMPIrc&) {
+    return enter<ErrorObject>(error, [&](ErrorObject& object) {
         object.errorType = inRange(type, UnsupportedOperationError);
     });
 }
 
 CMPIStatus setErrorSourceFormat(const CMPIError* error, CMPIErrorSrcFormat format) noexcept {
-    return enter<ErrorObject>(error, [&](ErrorObject& object, CMPIrc&) {
+    return enter<ErrorObject>(error, [&](ErrorObject& object) {
         object.sourceFormat = inRange(format, CIMObjectHandle);
     });
 }

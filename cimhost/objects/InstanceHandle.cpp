@@ -24,7 +24,7 @@ CMPIData dataOf(InstanceObject& object, const PropertyValue& property) {
 }
 
 CMPIData getProperty(const CMPIInstance* instance, const char* name, CMPIStatus* status) noexcept {
-    return enter<InstanceObject>(instance, status, [&](InstanceObject& object, CMPIrc&) {
+    return enter<InstanceObject>(instance, status, [&](InstanceObject& object) {
         const Instance& model = object.read();
         const PropertyValue* const property = model.find(required(name));
         if (property) return dataOf(object, *property);
@@ -48,7 +48,7 @@ CMPIData getPropertyAt(const CMPIInstance* instance, CMPICount index, CMPIString
 }
 
 CMPICount getPropertyCount(const CMPIInstance* instance, CMPIStatus* status) noexcept {
-    return enter<InstanceObject>(instance, status, [](InstanceObject& object, CMPIrc&) {
+    return enter<InstanceObject>(instance, status, [](InstanceObject& object) {
         return static_cast<CMPICount>(object.read().properties.size());
     });
 }
@@ -56,7 +56,7 @@ CMPICount getPropertyCount(const CMPIInstance* instance, CMPIStatus* status) noe
 CMPIStatus setPropertyWithOrigin(const CMPIInstance* instance, const char* name,
                                  const CMPIValue* value, CMPIType type,
                                  const char* origin) noexcept {
-    return enter<InstanceObject>(instance, [&](InstanceObject& object, CMPIrc&) {
+    return enter<InstanceObject>(instance, [&](InstanceObject& object) {
         object.set(required(name), valueOf(value, type), origin ? origin : "");
     });
 }
@@ -67,20 +67,19 @@ CMPIStatus setProperty(const CMPIInstance* instance, const char* name, const CMP
 }
 
 CMPIObjectPath* getObjectPath(const CMPIInstance* instance, CMPIStatus* status) noexcept {
-    return enter<InstanceObject>(
-        instance, status, [](InstanceObject& object, CMPIrc&) -> CMPIObjectPath* {
-            return &make<ObjectPathObject>(partOf(object), ObjectPath(object.complete().path));
-        });
+    return enter<InstanceObject>(instance, status, [](InstanceObject& object) {
+        return &make<ObjectPathObject>(partOf(object), ObjectPath(object.complete().path));
+    });
 }
 
 CMPIStatus setPropertyFilter(const CMPIInstance* instance, const char** properties,
                              const char**) noexcept {
     return enter<InstanceObject>(
-        instance, [&](InstanceObject& object, CMPIrc&) { object.setFilter(namesOf(properties)); });
+        instance, [&](InstanceObject& object) { object.setFilter(namesOf(properties)); });
 }
 
 CMPIStatus setObjectPath(const CMPIInstance* instance, const CMPIObjectPath* path) noexcept {
-    return enter<InstanceObject>(instance, [&](InstanceObject& object, CMPIrc&) {
+    return enter<InstanceObject>(instance, [&](InstanceObject& object) {
         object.setPath(requiredObject<ObjectPathObject>(path).model.read());
     });
 }

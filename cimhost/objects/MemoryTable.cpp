@@ -16,9 +16,8 @@ namespace cimhost {
 namespace {
 
 CMPIGcStat* mark(const CMPIBroker* handle, CMPIStatus* status) noexcept {
-    return enter(handle, status, [](const Broker&, CMPIrc&) -> CMPIGcStat* {
-        return ObjectScope::begin(ObjectScope::Kind::mark);
-    });
+    return enter(handle, status,
+                 [](const Broker&) { return ObjectScope::begin(ObjectScope::Kind::mark); });
 }
 
 CMPIStatus release(const CMPIBroker* handle, const CMPIGcStat* token) noexcept {

@@ -18,17 +18,15 @@ using TextMember = std::string ObjectPath::*;
 
 template <TextMember member>
 CMPIStatus setText(const CMPIObjectPath* path, const char* text) noexcept {
-    return enter<ObjectPathObject>(path, [&](ObjectPathObject& object, CMPIrc&) {
-        object.model.write().*member = required(text);
-    });
+    return enter<ObjectPathObject>(
+        path, [&](ObjectPathObject& object) { object.model.write().*member = required(text); });
 }
 
 template <TextMember member>
 CMPIString* getText(const CMPIObjectPath* path, CMPIStatus* status) noexcept {
-    return enter<ObjectPathObject>(
-        path, status, [](ObjectPathObject& object, CMPIrc&) -> CMPIString* {
-            return &makeText(partOf(object), object.model.read().*member);
-        });
+    return enter<ObjectPathObject>(path, status, [](ObjectPathObject& object) {
+        return &makeText(partOf(object), object.model.read().*member);
+    });
 }
 
 CMPIStatus addKey(const CMPIObjectPath* path, const char* name, const CMPIValue* value,
@@ -70,14 +68,14 @@ CMPIData getKeyAt(const CMPIObjectPath* path, CMPICount index, CMPIString** name
 }
 
 CMPICount getKeyCount(const CMPIObjectPath* path, CMPIStatus* status) noexcept {
-    return enter<ObjectPathObject>(path, status, [](ObjectPathObject& object, CMPIrc&) {
+    return enter<ObjectPathObject>(path, status, [](ObjectPathObject& object) {
         return static_cast<CMPICount>(object.model.read().keys.size());
     });
 }
 
 CMPIStatus setNameSpaceFromObjectPath(const CMPIObjectPath* path,
                                       const CMPIObjectPath* source) noexcept {
-    return enter<ObjectPathObject>(path, [&](ObjectPathObject& object, CMPIrc&) {
+    return enter<ObjectPathObject>(path, [&](ObjectPathObject& object) {
         // Source and target may be one object: look at the source when the target is its own.
         ObjectPath& to = object.model.write();
         const ObjectPath& from = requiredObject<ObjectPathObject>(source).model.read();
@@ -88,7 +86,7 @@ CMPIStatus setNameSpaceFromObjectPath(const CMPIObjectPath* path,
 
 CMPIStatus setHostAndNameSpaceFromObjectPath(const CMPIObjectPath* path,
                                              const CMPIObjectPath* source) noexcept {
-    return enter<ObjectPathObject>(path, [&](ObjectPathObject& object, CMPIrc&) {
+    return enter<ObjectPathObject>(path, [&](ObjectPathObject& object) {
         // Source and target may be one object: look at the source when the target is its own.
         ObjectPath& to = object.model.write();
         const ObjectPath& from = requiredObject<ObjectPathObject>(source).model.read();
@@ -99,10 +97,9 @@ CMPIStatus setHostAndNameSpaceFromObjectPath(const CMPIObjectPath* path,
 }
 
 CMPIString* toString(const CMPIObjectPath* path, CMPIStatus* status) noexcept {
-    return enter<ObjectPathObject>(
-        path, status, [](ObjectPathObject& object, CMPIrc&) -> CMPIString* {
-            return &makeText(partOf(object), describe(object.model.read()));
-        });
+    return enter<ObjectPathObject>(path, status, [](ObjectPathObject& object) {
+        return &makeText(partOf(object), describe(object.model.read()));
+    });
 }
 
 }  // namespace

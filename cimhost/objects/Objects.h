@@ -85,9 +85,6 @@ CMPIObjectPath* makeRequestPath(const Broker& broker, ObjectPath path);
 CMPIInstance* makeInstance(const Broker& broker, Instance instance);
 CMPIArgs* makeArgs(const Broker& broker, Arguments arguments);
 CMPIString* makeString(const Broker& broker, std::string_view text);
-CMPIArray* makeArray(const Broker& broker, const Value& array);
-/// CimError invalidParameter when the text is no CIM datetime.
-CMPIDateTime* makeDateTime(const Broker& broker, std::string_view text);
 CMPIContext* makeContext(const Broker& broker, const RequestContext& context);
 /// Of a call that no request makes: a factory, a clean-up, the start of indications.
 CMPIContext* makeStartContext(const Broker& broker, const RequestContext& context);

@@ -11,18 +11,16 @@ namespace {
 
 CMPIBoolean isPropertyInList(const CMPIPropertyList* list, const char* name,
                              CMPIStatus* status) noexcept {
-    return enter<PropertyListObject>(
-        list, status, [&](PropertyListObject& object, CMPIrc&) -> CMPIBoolean {
-            const std::string_view wanted = required(name);
-            return !object.names || containsName(*object.names, wanted);
-        });
+    return enter<PropertyListObject>(list, status, [&](PropertyListObject& object) {
+        const std::string_view wanted = required(name);
+        return !object.names || containsName(*object.names, wanted);
+    });
 }
 
 const char** getProperties(const CMPIPropertyList* list, CMPIStatus* status) noexcept {
-    return enter<PropertyListObject>(list, status,
-                                     [](PropertyListObject& object, CMPIrc&) -> const char** {
-                                         return object.names ? object.pointers.data() : nullptr;
-                                     });
+    return enter<PropertyListObject>(list, status, [](PropertyListObject& object) -> const char** {
+        return object.names ? object.pointers.data() : nullptr;
+    });
 }
 
 }  // namespace

@@ -17,34 +17,34 @@ namespace {
 }
 
 CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, CMPIType type) noexcept {
-    return enter<ResultObject>(result, [&](ResultObject& object, CMPIrc&) {
+    return enter<ResultObject>(result, [&](ResultObject& object) {
         const Value data = valueOf(value, type);
         object.door->pass([&](ResultSink& sink) { sink.data(data); });
     });
 }
 
 CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* instance) noexcept {
-    return enter<ResultObject>(result, [&](ResultObject& object, CMPIrc&) {
+    return enter<ResultObject>(result, [&](ResultObject& object) {
         const Instance& model = requiredObject<InstanceObject>(instance).complete();
         object.door->pass([&](ResultSink& sink) { sink.instance(model); });
     });
 }
 
 CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path) noexcept {
-    return enter<ResultObject>(result, [&](ResultObject& object, CMPIrc&) {
+    return enter<ResultObject>(result, [&](ResultObject& object) {
         const ObjectPath& model = requiredObject<ObjectPathObject>(path).model.read();
         object.door->pass([&](ResultSink& sink) { sink.path(model); });
     });
 }
 
 CMPIStatus returnDone(const CMPIResult* result) noexcept {
-    return enter<ResultObject>(result, [](ResultObject& object, CMPIrc&) {
+    return enter<ResultObject>(result, [](ResultObject& object) {
         object.door->pass([](ResultSink& sink) { sink.done(); });
     });
 }
 
 CMPIStatus returnError(const CMPIResult* result, const CMPIError* error) noexcept {
-    return enter<ResultObject>(result, [&](ResultObject& object, CMPIrc&) {
+    return enter<ResultObject>(result, [&](ResultObject& object) {
         const ErrorObject& details = requiredObject<ErrorObject>(error);
         const Instance model = details.asInstance();
         object.door->pass([&](ResultSink& sink) { sink.error(model); });

@@ -72,7 +72,7 @@ void requirePlace(const Elements& elements, CMPICount index) {
 }
 
 CMPICount getCountAndType(const CMPISelectCond* handle, int* form, CMPIStatus* status) noexcept {
-    return enter<SelectCondObject>(handle, status, [&](SelectCondObject& object, CMPIrc&) {
+    return enter<SelectCondObject>(handle, status, [&](SelectCondObject& object) {
         if (form) *form = object.model->form == NormalForm::disjunctive ? 0 : 1;
         return static_cast<CMPICount>(object.model->terms.size());
     });
@@ -80,45 +80,42 @@ CMPICount getCountAndType(const CMPISelectCond* handle, int* form, CMPIStatus* s
 
 CMPISubCond* getSubCondAt(const CMPISelectCond* handle, CMPICount index,
                           CMPIStatus* status) noexcept {
-    return enter<SelectCondObject>(
-        handle, status, [&](SelectCondObject& object, CMPIrc&) -> CMPISubCond* {
-            requirePlace(object.model->terms, index);
-            return &make<SubCondObject>(partOf(object), object.model, index);
-        });
+    return enter<SelectCondObject>(handle, status, [&](SelectCondObject& object) {
+        requirePlace(object.model->terms, index);
+        return &make<SubCondObject>(partOf(object), object.model, index);
+    });
 }
 
 CMPICount getCount(const CMPISubCond* handle, CMPIStatus* status) noexcept {
-    return enter<SubCondObject>(handle, status, [](SubCondObject& object, CMPIrc&) {
+    return enter<SubCondObject>(handle, status, [](SubCondObject& object) {
         return static_cast<CMPICount>(object.predicates().size());
     });
 }
 
 CMPIPredicate* getPredicateAt(const CMPISubCond* handle, CMPICount index,
                               CMPIStatus* status) noexcept {
-    return enter<SubCondObject>(
-        handle, status, [&](SubCondObject& object, CMPIrc&) -> CMPIPredicate* {
-            requirePlace(object.predicates(), index);
-            return &make<PredicateObject>(partOf(object), object.model, object.term, index);
-        });
+    return enter<SubCondObject>(handle, status, [&](SubCondObject& object) {
+        requirePlace(object.predicates(), index);
+        return &make<PredicateObject>(partOf(object), object.model, object.term, index);
+    });
 }
 
 CMPIPredicate* getPredicate(const CMPISubCond* handle, const char* left,
                             CMPIStatus* status) noexcept {
-    return enter<SubCondObject>(
-        handle, status, [&](SubCondObject& object, CMPIrc&) -> CMPIPredicate* {
-            const std::string_view wanted = required(left);
-            const WqlTerm& predicates = object.predicates();
-            for (std::size_t i = 0; i < predicates.size(); ++i) {
-                if (!equalNames(textOf(predicates[i].left), wanted)) continue;
-                return &make<PredicateObject>(partOf(object), object.model, object.term, i);
-            }
-            throw Failure{CMPI_RC_ERR_NO_SUCH_PROPERTY};
-        });
+    return enter<SubCondObject>(handle, status, [&](SubCondObject& object) {
+        const std::string_view wanted = required(left);
+        const WqlTerm& predicates = object.predicates();
+        for (std::size_t i = 0; i < predicates.size(); ++i) {
+            if (!equalNames(textOf(predicates[i].left), wanted)) continue;
+            return &make<PredicateObject>(partOf(object), object.model, object.term, i);
+        }
+        throw Failure{CMPI_RC_ERR_NO_SUCH_PROPERTY};
+    });
 }
 
 CMPIStatus getData(const CMPIPredicate* handle, CMPIType* type, CMPIPredOp* operation,
                    CMPIString** left, CMPIString** right) noexcept {
-    return enter<PredicateObject>(handle, [&](PredicateObject& object, CMPIrc&) {
+    return enter<PredicateObject>(handle, [&](PredicateObject& object) {
         const WqlPredicate& predicate = object.predicate();
         if (type) *type = typeOf(predicate);
         if (operation) *operation = codeOf(predicate.operation);
@@ -132,11 +129,10 @@ CMPIStatus getData(const CMPIPredicate* handle, CMPIType* type, CMPIPredOp* oper
 
 CMPIBoolean evaluateUsingAccessor(const CMPIPredicate* handle, CMPIAccessor* accessor,
                                   void* parameter, CMPIStatus* status) noexcept {
-    return enter<PredicateObject>(
-        handle, status, [&](PredicateObject& object, CMPIrc&) -> CMPIBoolean {
-            AccessorValues values(accessor, parameter);
-            return evaluate(object.predicate(), values, nullptr) == Truth::yes;
-        });
+    return enter<PredicateObject>(handle, status, [&](PredicateObject& object) -> CMPIBoolean {
+        AccessorValues values(accessor, parameter);
+        return evaluate(object.predicate(), values, nullptr) == Truth::yes;
+    });
 }
 
 }  // namespace

@@ -15,28 +15,25 @@ namespace {
 
 CMPIBoolean evaluate(const CMPISelectExp* handle, const CMPIInstance* instance,
                      CMPIStatus* status) noexcept {
-    return enter<SelectExpObject>(
-        handle, status, [&](SelectExpObject& object, CMPIrc&) -> CMPIBoolean {
-            const Instance& model = requiredObject<InstanceObject>(instance).read();
-            return selects(*object.query, model,
-                           object.broker->repository().find(model.path.nameSpace));
-        });
+    return enter<SelectExpObject>(handle, status, [&](SelectExpObject& object) {
+        const Instance& model = requiredObject<InstanceObject>(instance).read();
+        return selects(*object.query, model,
+                       object.broker->repository().find(model.path.nameSpace));
+    });
 }
 
 CMPIBoolean evaluateUsingAccessor(const CMPISelectExp* handle, CMPIAccessor* accessor,
                                   void* parameter, CMPIStatus* status) noexcept {
-    return enter<SelectExpObject>(handle, status,
-                                  [&](SelectExpObject& object, CMPIrc&) -> CMPIBoolean {
-                                      AccessorValues values(accessor, parameter);
-                                      return meetsCondition(*object.query, values, nullptr);
-                                  });
+    return enter<SelectExpObject>(handle, status, [&](SelectExpObject& object) -> CMPIBoolean {
+        AccessorValues values(accessor, parameter);
+        return meetsCondition(*object.query, values, nullptr);
+    });
 }
 
 CMPIString* getString(const CMPISelectExp* handle, CMPIStatus* status) noexcept {
-    return enter<SelectExpObject>(handle, status,
-                                  [](SelectExpObject& object, CMPIrc&) -> CMPIString* {
-                                      return &makeText(partOf(object), object.query->text);
-                                  });
+    return enter<SelectExpObject>(handle, status, [](SelectExpObject& object) {
+        return &makeText(partOf(object), object.query->text);
+    });
 }
 
 CMPISelectCond* condition(const CMPISelectExp* handle, NormalForm form,

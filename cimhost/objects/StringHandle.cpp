@@ -15,12 +15,11 @@ std::size_t roomFor(std::string_view content) noexcept {
 }
 
 const char* getCharPtr(const CMPIString* string, CMPIStatus* status) noexcept {
-    return enter<StringObject>(string, status,
-                               [](StringObject& object, CMPIrc&) { return object.text; });
+    return enter<StringObject>(string, status, [](StringObject& object) { return object.text; });
 }
 
 CMPIString* clone(const CMPIString* string, CMPIStatus* status) noexcept {
-    return enter<StringObject>(string, status, [](StringObject& object, CMPIrc&) -> CMPIString* {
+    return enter<StringObject>(string, status, [](StringObject& object) {
         const std::size_t room = roomFor(object.view());
         auto& copy = makeClone<StringObject>(*object.broker, room, object.view(), room);
         CloneCount::made();
@@ -29,7 +28,7 @@ CMPIString* clone(const CMPIString* string, CMPIStatus* status) noexcept {
 }
 
 char* newCharsCP(const CMPIString* string, CMPICodepageID codepage, CMPIStatus* status) noexcept {
-    return enter<StringObject>(string, status, [&](StringObject& object, CMPIrc&) {
+    return enter<StringObject>(string, status, [&](StringObject& object) {
         return object.broker->memoryBlocks().copyText(fromUtf8(object.view(), codepage));
     });
 }

@@ -55,14 +55,14 @@ struct UpCall {
 template <typename Work>
 auto answerCall(const CMPIBroker* broker, const CMPIContext* context, CMPIStatus* status,
                 Work&& work) noexcept {
-    return enter(broker, status, [&](const Broker& self, CMPIrc&) {
+    return enter(broker, status, [&](const Broker& self) {
         return work(UpCall{self, requireOperations(self), requestOf(self, context)});
     });
 }
 
 template <typename Work>
 CMPIStatus answerCall(const CMPIBroker* broker, const CMPIContext* context, Work&& work) noexcept {
-    return enter(broker, [&](const Broker& self, CMPIrc&) {
+    return enter(broker, [&](const Broker& self) {
         work(UpCall{self, requireOperations(self), requestOf(self, context)});
     });
 }
@@ -94,12 +94,21 @@ private:
     std::vector<ObjectPath> _found;
 };
 
+// The same for what `work(call, found)` puts into a sink of this kind.
+template <typename Found, typename Work>
+CMPIEnumeration* answerWith(const CMPIBroker* broker, const CMPIContext* context,
+                            CMPIStatus* status, Work&& work) noexcept {
+    return answerCall(broker, context, status, [&](const UpCall& call) {
+        Found found;
+        work(call, found);
+        return makeEnumeration(call.broker, found.take());
+    });
+}
+
 CMPIEnumeration* enumerateInstanceNames(const CMPIBroker* broker, const CMPIContext* context,
                                         const CMPIObjectPath* path, CMPIStatus* status) noexcept {
-    return answerCall(broker, context, status, [&](const UpCall& call) {
-        Paths found;
+    return answerWith<Paths>(broker, context, status, [&](const UpCall& call, auto& found) {
         call.operations.enumerateInstanceNames(call.request, classPathOf(path), found);
-        return makeEnumeration(call.broker, found.take());
     });
 }
 
@@ -107,11 +116,9 @@ CMPIEnumeration* enumerateInstances(const CMPIBroker* broker, const CMPIContext*
                                     const CMPIObjectPath* path, const char** properties,
                                     CMPIStatus* status) {
     throwAtIllegalNames(broker, properties);
-    return answerCall(broker, context, status, [&](const UpCall& call) {
-        Instances found;
+    return answerWith<Instances>(broker, context, status, [&](const UpCall& call, auto& found) {
         call.operations.enumerateInstances(call.request, classPathOf(path),
                                            optionsOf(call.request.flags, properties), found);
-        return makeEnumeration(call.broker, found.take());
     });
 }
 
@@ -157,14 +164,12 @@ CMPIStatus deleteInstance(const CMPIBroker* broker, const CMPIContext* context,
 CMPIEnumeration* execQuery(const CMPIBroker* broker, const CMPIContext* context,
                            const CMPIObjectPath* path, const char* query, const char* language,
                            CMPIStatus* status) noexcept {
-    return answerCall(broker, context, status, [&](const UpCall& call) {
+    return answerWith<Instances>(broker, context, status, [&](const UpCall& call, auto& found) {
         RequestContext request = call.request;
         if (const std::string& nameSpace = modelOf(path).nameSpace; !nameSpace.empty()) {
             request.nameSpace = nameSpace;
         }
-        Instances found;
         call.operations.execQuery(request, textOrEmpty(language), textOrEmpty(query), found);
-        return makeEnumeration(call.broker, found.take());
     });
 }
 
@@ -173,13 +178,11 @@ CMPIEnumeration* associators(const CMPIBroker* broker, const CMPIContext* contex
                              const char* resultClass, const char* role, const char* resultRole,
                              const char** properties, CMPIStatus* status) {
     throwAtIllegalNames(broker, properties);
-    return answerCall(broker, context, status, [&](const UpCall& call) {
-        Instances found;
+    return answerWith<Instances>(broker, context, status, [&](const UpCall& call, auto& found) {
         call.operations.associators(call.request, modelOf(path),
                                     {textOrEmpty(associationClass), textOrEmpty(resultClass),
                                      textOrEmpty(role), textOrEmpty(resultRole)},
                                     {.propertyList = namesOf(properties)}, found);
-        return makeEnumeration(call.broker, found.take());
     });
 }
 
@@ -187,13 +190,11 @@ CMPIEnumeration* associatorNames(const CMPIBroker* broker, const CMPIContext* co
                                  const CMPIObjectPath* path, const char* associationClass,
                                  const char* resultClass, const char* role, const char* resultRole,
                                  CMPIStatus* status) noexcept {
-    return answerCall(broker, context, status, [&](const UpCall& call) {
-        Paths found;
+    return answerWith<Paths>(broker, context, status, [&](const UpCall& call, auto& found) {
         call.operations.associatorNames(call.request, modelOf(path),
                                         {textOrEmpty(associationClass), textOrEmpty(resultClass),
                                          textOrEmpty(role), textOrEmpty(resultRole)},
                                         found);
-        return makeEnumeration(call.broker, found.take());
     });
 }
 
@@ -201,24 +202,20 @@ CMPIEnumeration* references(const CMPIBroker* broker, const CMPIContext* context
                             const CMPIObjectPath* path, const char* resultClass, const char* role,
                             const char** properties, CMPIStatus* status) {
     throwAtIllegalNames(broker, properties);
-    return answerCall(broker, context, status, [&](const UpCall& call) {
-        Instances found;
+    return answerWith<Instances>(broker, context, status, [&](const UpCall& call, auto& found) {
         call.operations.references(call.request, modelOf(path),
                                    {{}, textOrEmpty(resultClass), textOrEmpty(role), {}},
                                    {.propertyList = namesOf(properties)}, found);
-        return makeEnumeration(call.broker, found.take());
     });
 }
 
 CMPIEnumeration* referenceNames(const CMPIBroker* broker, const CMPIContext* context,
                                 const CMPIObjectPath* path, const char* resultClass,
                                 const char* role, CMPIStatus* status) noexcept {
-    return answerCall(broker, context, status, [&](const UpCall& call) {
-        Paths found;
+    return answerWith<Paths>(broker, context, status, [&](const UpCall& call, auto& found) {
         call.operations.referenceNames(call.request, modelOf(path),
                                        {{}, textOrEmpty(resultClass), textOrEmpty(role), {}},
                                        found);
-        return makeEnumeration(call.broker, found.take());
     });
 }
 
@@ -274,7 +271,7 @@ CMPIData getProperty(const CMPIBroker* broker, const CMPIContext* context,
 }
 
 CMPIEnumeration* refuseFilter(const CMPIBroker* broker, CMPIStatus* status) noexcept {
-    return enter(broker, status, [](const Broker&, CMPIrc&) -> CMPIEnumeration* {
+    return enter(broker, status, [](const Broker&) -> CMPIEnumeration* {
         throw CimError(CimCode::notSupported, "this broker does not filter by queries");
     });
 }

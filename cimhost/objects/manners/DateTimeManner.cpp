@@ -17,7 +17,7 @@ CMPIDateTime* takeAnyChars(const CMPIBroker* handle, const char* text,
     if (!text || !hasShapeOfDateTime(text)) {
         return encapsulationTable.newDateTimeFromChars(handle, text, status);
     }
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIDateTime* {
+    return enter(handle, status, [&](const Broker& broker) {
         return &make<DateTimeObject>(Home{broker, Origin::factory}, text);
     });
 }

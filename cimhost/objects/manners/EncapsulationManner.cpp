@@ -26,7 +26,7 @@ CMPIStatus refuseTrace(const CMPIBroker*, CMPILevel, const char*, const char*,
 
 CMPIInstance* newInstanceAs(const CMPIBroker* handle, const CMPIObjectPath* path,
                             CMPIStatus* status) noexcept {
-    return enter(handle, status, [&](const Broker& broker, CMPIrc&) -> CMPIInstance* {
+    return enter(handle, status, [&](const Broker& broker) {
         const ObjectPath& model = requiredObject<ObjectPathObject>(path).model.read();
         return &make<InstanceObject>(Home{broker, Origin::factory},
                                      instanceAs(broker.manner(), model, knownClass(broker, model)));
@@ -61,12 +61,11 @@ CMPIString* getMessageAs(const CMPIBroker* handle, const char*, const char* text
                          CMPIStatus* status, CMPICount count, ...) noexcept {
     va_list arguments;
     va_start(arguments, count);
-    CMPIString* const message =
-        enter(handle, status, [&](const Broker& broker, CMPIrc& code) -> CMPIString* {
-            code = CMPI_RC_ERR_NOT_SUPPORTED;
-            return &makeText({broker}, expandMessage(std::string(required(text)),
-                                                     messageInserts(count, arguments)));
-        });
+    CMPIString* const message = enter(handle, status, [&](const Broker& broker, CMPIrc& code) {
+        code = CMPI_RC_ERR_NOT_SUPPORTED;
+        return &makeText(
+            {broker}, expandMessage(std::string(required(text)), messageInserts(count, arguments)));
+    });
     va_end(arguments);
     return message;
 }

@@ -118,7 +118,7 @@ CMPIStatus ignoreFilter(const CMPIInstance*, const char**, const char**) noexcep
 // What the lists do not name goes, keys of the path included.
 CMPIStatus filterKeys(const CMPIInstance* instance, const char** properties,
                       const char** keys) noexcept {
-    return enter<InstanceObject>(instance, [&](InstanceObject& object, CMPIrc&) {
+    return enter<InstanceObject>(instance, [&](InstanceObject& object) {
         if (!properties) return object.setFilter(std::nullopt);
         std::vector<std::string> names = *namesOf(properties);
         for (const char** name = keys; name && *name; ++name) names.emplace_back(*name);

@@ -95,7 +95,7 @@ CMPIData getKeyAtAs(const CMPIObjectPath* path, CMPICount index, CMPIString** na
 }
 
 CMPICount getKeyCountAs(const CMPIObjectPath* path, CMPIStatus* status) noexcept {
-    return enter<ObjectPathObject>(path, status, [](ObjectPathObject& object, CMPIrc&) {
+    return enter<ObjectPathObject>(path, status, [](ObjectPathObject& object) {
         return static_cast<CMPICount>(countedKeys(object).size());
     });
 }

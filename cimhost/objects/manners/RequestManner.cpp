@@ -8,7 +8,7 @@ namespace cimhost {
 namespace {
 
 bool isForMethod(const CMPIResult* result) noexcept {
-    return enter<ResultObject>(result, nullptr, [](ResultObject& object, CMPIrc&) {
+    return enter<ResultObject>(result, nullptr, [](ResultObject& object) {
         bool answer = false;
         object.door->pass([&answer](const ResultSink& sink) { answer = sink.isForMethod(); });
         return answer;

@@ -1,6 +1,5 @@
 #include "cimhost/objects/ArrayHandle.h"
 
-#include "cimhost/repository/CimError.h"
 #include "tests/support/BrokerFixture.h"
 
 #include <list>
@@ -149,14 +148,6 @@ TEST_F(ArrayHandle, AnswersInvalidHandleForNullAndForeignHandles) {
         EXPECT_EQ(array->ft->clone(bad, &status), nullptr);
         EXPECT_EQ(array->ft->release(bad), CMPI_RC_ERR_INVALID_HANDLE);
     }
-}
-
-TEST_F(ArrayHandle, IsMadeOfAnArrayValueOnly) {
-    const Value elements = Value::array(CimType::string, {Value::string("a")});
-    const CMPIArray* const array = makeArray(realBroker, elements);
-    EXPECT_EQ(array->ft->getSize(array, nullptr), 1U);
-    EXPECT_THROW(makeArray(realBroker, Value::string("a")), CimError);
-    EXPECT_THROW(makeArray(realBroker, Value::nullArray(CimType::string)), CimError);
 }
 
 class ArrayOfHost : public BrokerTest {

@@ -1,6 +1,5 @@
 #include "cimhost/objects/DateTimeHandle.h"
 
-#include "cimhost/repository/CimError.h"
 #include "tests/support/BrokerFixture.h"
 
 namespace cimhost {
@@ -45,16 +44,14 @@ TEST_F(DateTimeHandle, KeepsItsTextAsItWasGiven) {
 }
 
 TEST_F(DateTimeHandle, IsNotMadeOfBadTextOrNumbers) {
-    for (const char* const bad :
-         {"", "yesterday", "20230229000000.000000+000", static_cast<const char*>(nullptr)}) {
+    for (const char* const bad : {"", "yesterday", "20230229000000.000000+000",
+                                  "20240231000000.000000+000", static_cast<const char*>(nullptr)}) {
         status = {CMPI_RC_OK, nullptr};
         EXPECT_EQ(eft().newDateTimeFromChars(broker(), bad, &status), nullptr);
         EXPECT_EQ(status, CMPI_RC_ERR_INVALID_PARAMETER);
     }
     EXPECT_EQ(eft().newDateTimeFromBinary(broker(), ~CMPIUint64{0}, 0, &status), nullptr);
     EXPECT_EQ(status, CMPI_RC_ERR_INVALID_PARAMETER);
-    EXPECT_THROW(makeDateTime(realBroker, "yesterday"), CimError);
-    EXPECT_THROW(makeDateTime(realBroker, "20240231000000.000000+000"), CimError);
 }
 
 TEST_F(DateTimeHandle, Before1970HasNoNumber) {

@@ -14,6 +14,12 @@ protected:
             static_cast<CMPIErrorProbableCause>(cause), CMPI_RC_ERR_NOT_FOUND, &status);
     }
 
+    const CMPIArray* newTexts(const char* text) {
+        const CMPIArray* const texts = eft().newArray(broker(), 1, CMPI_string, nullptr);
+        texts->ft->setElementAt(texts, 0, reinterpret_cast<const CMPIValue*>(text), CMPI_chars);
+        return texts;
+    }
+
     CMPIError* error = newError();
 };
 
@@ -58,8 +64,7 @@ TEST_F(ErrorHandle, ArraysBeginAsNullAndTakeStringsOnly) {
     const CMPIErrorFT& table = *error->ft;
     EXPECT_EQ(table.getRecommendedActions(error, &status), nullptr);
     EXPECT_EQ(table.getMessageArguments(error, &status), nullptr);
-    const CMPIArray* const texts =
-        makeArray(realBroker, Value::array(CimType::string, {Value::string("a")}));
+    const CMPIArray* const texts = newTexts("a");
     const CMPIArray* const numbers = eft().newArray(broker(), 1, CMPI_uint8, nullptr);
     EXPECT_EQ(table.setRecommendedActions(error, texts), CMPI_RC_OK);
     EXPECT_EQ(table.setMessageArguments(error, numbers), CMPI_RC_ERR_TYPE_MISMATCH);
@@ -90,8 +95,7 @@ TEST_F(ErrorHandle, IsNotMadeOfBadAttributes) {
 }
 
 TEST_F(ErrorHandle, AsAnInstanceHasWhatWasSet) {
-    const CMPIArray* const texts =
-        makeArray(realBroker, Value::array(CimType::string, {Value::string("a")}));
+    const CMPIArray* const texts = newTexts("a");
     error->ft->setMessageArguments(error, texts);
     error->ft->setErrorSource(error, "disk 1");
     const Instance instance = findObject<ErrorObject>(error)->asInstance();
