@@ -33,19 +33,6 @@ std::string refusal(const ValueShape& shape, std::string_view text) {
                    shape.text() + " is of type " + wanted + ", not " + std::string(given));
 }
 
-/// Refuses names that were there already, in any case.
-class DistinctNames {
-public:
-    void add(std::string_view name) {
-        if (!_names.insert(name).second) {
-            throwInvalidParameter("property " + std::string(name) + " is given more than once");
-        }
-    }
-
-private:
-    std::set<std::string_view, NameLess> _names;
-};
-
 CimType declaredType(const Element& property) {
     if (property.tag() == Tag::propertyReference) return CimType::reference;
     const std::string_view name = property.attributeText(Attribute::type);
@@ -199,10 +186,13 @@ Instance ModelReader::instance(const Element& element, const Class& definition) 
 Instance ModelReader::_properties(const Element& element, const Class* definition) const {
     Instance result;
     result.path.nameSpace = _nameSpace.name();
-    DistinctNames names;
+    std::set<std::string_view, NameLess> names;
     for (const Element child : element.children()) {
         if (child.tag() == Tag::qualifier) continue;
-        names.add(child.attributeText(Attribute::name));
+        const std::string_view name = child.attributeText(Attribute::name);
+        if (!names.insert(name).second) {
+            throwInvalidParameter("property " + std::string(name) + " is given more than once");
+        }
         result.properties.push_back(_property(child, definition));
     }
     return result;

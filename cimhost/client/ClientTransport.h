@@ -41,10 +41,4 @@ private:
     std::vector<std::unique_ptr<HttpClient>> _idle;  ///< the one used last at the end
 };
 
-/// Connects to a numeric address, for Connect. Throws StreamError lost.
-Descriptor connectTo(const std::string& address, std::uint16_t port);
-
-/// A user and a password as the value of an Authorization header.
-std::string basicAuthorization(std::string_view user, std::string_view password);
-
 }  // namespace cimhost

@@ -78,10 +78,8 @@ void expectHost(SSL* handle, const std::string& host) {
 
 }  // namespace
 
-void TlsContext::Deleter::operator()(ssl_ctx_st* handle) const noexcept { SSL_CTX_free(handle); }
-
 TlsContext::TlsContext(const std::string& certificateFile, const std::string& keyFile)
-    : _handle(SSL_CTX_new(TLS_server_method())) {
+    : _handle(SSL_CTX_new(TLS_server_method()), SSL_CTX_free) {
     SSL_CTX* handle = _handle.get();
     prepare(handle);
     SSL_CTX_set_default_passwd_cb(handle, refusePassphrase);
@@ -100,9 +98,9 @@ bool TlsContext::isNamed(const std::string& host) const noexcept {
     return X509_check_host(certificate, host.data(), host.size(), 0, nullptr) == 1;
 }
 
-void TlsTrust::Deleter::operator()(ssl_ctx_st* handle) const noexcept { SSL_CTX_free(handle); }
-
-TlsTrust::TlsTrust(Blind) : _handle(SSL_CTX_new(TLS_client_method())) { prepare(_handle.get()); }
+TlsTrust::TlsTrust(Blind) : _handle(SSL_CTX_new(TLS_client_method()), SSL_CTX_free) {
+    prepare(_handle.get());
+}
 
 TlsTrust TlsTrust::blind() { return TlsTrust(Blind{}); }
 
@@ -117,8 +115,6 @@ TlsTrust::TlsTrust(const std::string& authorities) : TlsTrust(Blind{}) {
     }
 }
 
-void TlsStream::Deleter::operator()(ssl_st* handle) const noexcept { SSL_free(handle); }
-
 TlsStream::TlsStream(Stream& transport, const TlsContext& context)
     : TlsStream(transport, context.handle()) {
     SSL_set_accept_state(_handle.get());
@@ -131,7 +127,7 @@ TlsStream::TlsStream(Stream& transport, const TlsTrust& trust, const std::string
 }
 
 TlsStream::TlsStream(Stream& transport, ssl_ctx_st* context)
-    : _transport(transport), _handle(SSL_new(context)) {
+    : _transport(transport), _handle(SSL_new(context), SSL_free) {
     // Memory in between, so that deadlines and broken pipes stay the transport's business.
     BIO* incoming = BIO_new(BIO_s_mem());
     BIO* outgoing = BIO_new(BIO_s_mem());

@@ -24,10 +24,7 @@ public:
     ssl_ctx_st* handle() const noexcept { return _handle.get(); }
 
 private:
-    struct Deleter {
-        void operator()(ssl_ctx_st* handle) const noexcept;
-    };
-    std::unique_ptr<ssl_ctx_st, Deleter> _handle;
+    std::unique_ptr<ssl_ctx_st, void (*)(ssl_ctx_st*)> _handle;
 };
 
 /// The server has not proven to be the one that was asked for.
@@ -51,13 +48,10 @@ public:
     ssl_ctx_st* handle() const noexcept { return _handle.get(); }
 
 private:
-    struct Deleter {
-        void operator()(ssl_ctx_st* handle) const noexcept;
-    };
     struct Blind {};
     explicit TlsTrust(Blind);
 
-    std::unique_ptr<ssl_ctx_st, Deleter> _handle;
+    std::unique_ptr<ssl_ctx_st, void (*)(ssl_ctx_st*)> _handle;
 };
 
 /// TLS 1.2 or later over another stream.
@@ -79,10 +73,6 @@ public:
     void endSending() noexcept override;
 
 private:
-    struct Deleter {
-        void operator()(ssl_st* handle) const noexcept;
-    };
-
     TlsStream(Stream& transport, ssl_ctx_st* context);
     bool _advance(int result, Clock::time_point deadline);
     [[noreturn]] void _fail(const std::string& reason) const;
@@ -93,7 +83,7 @@ private:
     bool _tryFlush();
 
     Stream& _transport;
-    std::unique_ptr<ssl_st, Deleter> _handle;
+    std::unique_ptr<ssl_st, void (*)(ssl_st*)> _handle;
     std::string _joined;
     std::size_t _flushed = 0;  ///< of what is encrypted
     bool _ended = false;

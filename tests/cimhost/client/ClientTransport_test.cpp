@@ -112,21 +112,5 @@ TEST(ClientTransport, SendsTheHeadersAndTheBody) {
               "<CIM></CIM>");
 }
 
-TEST(ClientTransport, WritesCredentialsInBase64) {
-    EXPECT_EQ(basicAuthorization("Aladdin", "open sesame"), "Basic QWxhZGRpbjpvcGVuIHNlc2FtZQ==");
-    EXPECT_EQ(basicAuthorization("a", ""), "Basic YTo=");
-    EXPECT_EQ(basicAuthorization("a", "b"), "Basic YTpi");
-    EXPECT_EQ(basicAuthorization("a", "bc"), "Basic YTpiYw==");
-}
-
-TEST(ClientTransport, SaysWhyItCannotConnect) {
-    try {
-        connectTo("nowhere.example", 1);
-        FAIL();
-    } catch (const StreamError& error) {
-        EXPECT_EQ(std::string(error.what()).find("nowhere.example is no numeric address"), 0U);
-    }
-}
-
 }  // namespace
 }  // namespace cimhost
