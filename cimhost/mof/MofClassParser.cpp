@@ -19,7 +19,7 @@ namespace {
 constexpr std::size_t bytesBesideMember = 128;
 
 struct TypedName {
-    MofType type;
+    CimType type = CimType::none;
     std::string referenceClass;
     std::string name;
     MofPosition position;
@@ -37,9 +37,9 @@ std::string meantType(std::string_view name) {
 TypedName parseTypedName(MofCursor& cursor, std::string_view what) {
     TypedName parsed;
     const MofToken type = cursor.expectName("a type");
-    parsed.type.type = typeFromName(type.text);
-    if (parsed.type.type == CimType::reference || parsed.type.type == CimType::none) {
-        parsed.type.type = CimType::reference;
+    parsed.type = typeFromName(type.text);
+    if (parsed.type == CimType::reference || parsed.type == CimType::none) {
+        parsed.type = CimType::reference;
         parsed.referenceClass = type.text;
         if (!cursor.acceptKeyword("ref")) {
             const std::string meant = meantType(type.text);
@@ -97,24 +97,22 @@ private:
     }
 
     void _parseProperty(TypedName typed, MofQualifiers qualifiers) {
-        const bool isReference = typed.type.type == CimType::reference;
+        const bool isReference = typed.type == CimType::reference;
         const std::string element = _elementText(isReference ? "reference" : "property", typed);
         _charge(typed.position, sizeof(PropertyDefinition) + bytesBesideMember);
         _checkNew(_propertyNames, typed, element);
         PropertyDefinition property;
         property.name = typed.name;
+        property.type = typed.type;
         property.referenceClass = std::move(typed.referenceClass);
         property.qualifiers = placedQualifiers(
             std::move(qualifiers), scopeMask(isReference ? Scope::reference : Scope::property),
             element, _nameSpace);
-        if (!isReference) parseArrayMark(_cursor, typed.type);
-        property.type = typed.type.type;
-        property.isArray = typed.type.isArray;
-        property.arraySize = typed.type.arraySize;
+        if (!isReference) parseArrayMark(_cursor, property);
         property.defaultValue = Value::nullOf(property.type, property.isArray);
         if (_cursor.acceptSymbol('=')) {
             property.defaultValue =
-                convertInitializer(parseInitializer(_cursor, _nameSpace.budget()), typed.type);
+                convertInitializer(parseInitializer(_cursor, _nameSpace.budget()), property);
         }
         _cursor.expectSymbol(';', isReference ? "after the reference" : "after the property");
         _definition.properties.push_back(std::make_shared<PropertyDefinition>(std::move(property)));
@@ -122,14 +120,14 @@ private:
 
     void _parseMethod(const TypedName& typed, MofQualifiers qualifiers) {
         const std::string element = _elementText("method", typed);
-        if (typed.type.type == CimType::reference) {
+        if (typed.type == CimType::reference) {
             failAt(typed.position, element + " cannot return a reference");
         }
         _charge(typed.position, sizeof(MethodDefinition) + bytesBesideMember);
         _checkNew(_methodNames, typed, element);
         MethodDefinition method;
         method.name = typed.name;
-        method.returnType = typed.type.type;
+        method.returnType = typed.type;
         method.qualifiers =
             placedQualifiers(std::move(qualifiers), scopeMask(Scope::method), element, _nameSpace);
         _parseParameters(method, element);
@@ -153,12 +151,10 @@ private:
         const std::string element = "parameter '" + typed.name + "' of " + method;
         _charge(typed.position, sizeof(ParameterDefinition) + bytesBesideMember);
         _checkNew(names, typed, element);
-        parseArrayMark(_cursor, typed.type);
         ParameterDefinition parameter;
         parameter.name = typed.name;
-        parameter.type = typed.type.type;
-        parameter.isArray = typed.type.isArray;
-        parameter.arraySize = typed.type.arraySize;
+        parameter.type = typed.type;
+        parseArrayMark(_cursor, parameter);
         parameter.referenceClass = std::move(typed.referenceClass);
         parameter.qualifiers = placedQualifiers(std::move(qualifiers), scopeMask(Scope::parameter),
                                                 element, _nameSpace);

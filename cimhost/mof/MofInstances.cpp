@@ -61,8 +61,7 @@ Instance MofInstances::_convert(const MofInstance& declared, std::size_t depth) 
 
 Value MofInstances::_convertProperty(const MofInstance& declared, const MofInstanceProperty& given,
                                      const PropertyDefinition& property, std::size_t depth) {
-    const MofType type{property.type, property.isArray, property.arraySize};
-    return convertInitializer(given.value, type, [&](const MofElement& element, CimType) {
+    return convertInitializer(given.value, property, [&](const MofElement& element, CimType) {
         return _convertElement(declared, element, property, depth);
     });
 }

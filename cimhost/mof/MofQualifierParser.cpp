@@ -82,14 +82,13 @@ private:
 
 Value qualifierValue(MofCursor& cursor, const NameSpace& nameSpace,
                      const QualifierDeclaration& declaration) {
-    const MofType type{declaration.type, declaration.isArray, declaration.arraySize};
     if (cursor.peek().isSymbol('{')) {
-        return convertInitializer(parseArray(cursor, nameSpace.budget()), type);
+        return convertInitializer(parseArray(cursor, nameSpace.budget()), declaration);
     }
     if (cursor.acceptSymbol('(')) {
         const MofInitializer initializer = parseInitializer(cursor, nameSpace.budget());
         cursor.expectSymbol(')', "after the qualifier's value");
-        return convertInitializer(initializer, type);
+        return convertInitializer(initializer, declaration);
     }
     if (declaration.type == CimType::boolean && !declaration.isArray) return Value::boolean(true);
     atPosition(cursor.position(),
@@ -192,16 +191,12 @@ QualifierDeclaration parseQualifierDeclaration(MofCursor& cursor, const NameSpac
     declaration.name = name.text;
     atPosition(name.position, [&] { nameSpace.budget().charge(sizeof(declaration)); });
     cursor.expectSymbol(':', "after the qualifier's name");
-    MofType type;
-    type.type = parseQualifierType(cursor);
-    parseArrayMark(cursor, type);
-    declaration.type = type.type;
-    declaration.isArray = type.isArray;
-    declaration.arraySize = type.arraySize;
-    declaration.defaultValue = Value::nullOf(type.type, type.isArray);
+    declaration.type = parseQualifierType(cursor);
+    parseArrayMark(cursor, declaration);
+    declaration.defaultValue = Value::nullOf(declaration.type, declaration.isArray);
     if (cursor.acceptSymbol('=')) {
         declaration.defaultValue =
-            convertInitializer(parseInitializer(cursor, nameSpace.budget()), type);
+            convertInitializer(parseInitializer(cursor, nameSpace.budget()), declaration);
     }
     cursor.expectSymbol(',', "before the scope");
     cursor.expectKeyword("scope", "of the qualifier");

@@ -109,7 +109,7 @@ Value convertLiteral(const MofElement& element, CimType type) {
     return atPosition(element.position, [&] { return convertScalar(element.literal, type); });
 }
 
-Value convertInitializer(const MofInitializer& initializer, const MofType& type,
+Value convertInitializer(const MofInitializer& initializer, const DeclaredType& type,
                          const ElementConverter& convert) {
     if (!initializer.isArray) {
         const MofElement& element = initializer.elements.front();
@@ -135,7 +135,7 @@ Value convertInitializer(const MofInitializer& initializer, const MofType& type,
     });
 }
 
-void parseArrayMark(MofCursor& cursor, MofType& type) {
+void parseArrayMark(MofCursor& cursor, DeclaredType& type) {
     if (!cursor.acceptSymbol('[')) return;
     type.isArray = true;
     if (cursor.acceptSymbol(']')) return;

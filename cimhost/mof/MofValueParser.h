@@ -2,11 +2,10 @@
 
 #include "cimhost/mof/MofCursor.h"
 #include "cimhost/repository/MemoryBudget.h"
+#include "cimhost/repository/Schema.h"
 #include "cimhost/repository/Value.h"
 
-#include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,13 +23,6 @@ struct MofInitializer {
     bool isArray = false;
     std::vector<MofElement> elements;
     MofPosition position;
-};
-
-/// A declared type as values are held against it.
-struct MofType {
-    CimType type = CimType::none;
-    bool isArray = false;
-    std::optional<std::uint32_t> arraySize;
 };
 
 /// Strings next to each other are one. Throws MofError.
@@ -63,10 +55,10 @@ using ElementConverter = std::function<Value(const MofElement&, CimType)>;
 Value convertLiteral(const MofElement& element, CimType type);
 
 /// The whole initializer as the declared type. Throws MofError at the element that does not fit.
-Value convertInitializer(const MofInitializer& initializer, const MofType& type,
+Value convertInitializer(const MofInitializer& initializer, const DeclaredType& type,
                          const ElementConverter& convert = convertLiteral);
 
 /// `[]`, `[5]` or nothing behind a name.
-void parseArrayMark(MofCursor& cursor, MofType& type);
+void parseArrayMark(MofCursor& cursor, DeclaredType& type);
 
 }  // namespace cimhost

@@ -35,60 +35,28 @@ const Class* farClassOf(const NameSpace& nameSpace, const PropertyDefinition& fa
     return nameSpace.isA(resultClass, declared->name) ? nameSpace.findClass(resultClass) : nullptr;
 }
 
-class AssociationSearch {
-public:
-    AssociationSearch(const NameSpace& nameSpace, std::string_view className,
-                      const ClassAssociationFilter& filter)
-        : _nameSpace(nameSpace), _className(className), _filter(filter) {}
-
-    std::vector<ClassAssociation> run() {
-        for (const Class* const association : _nameSpace.associations()) {
-            if (matchesClass(_nameSpace, association->name, _filter.associationClass)) {
-                _searchNear(*association);
-            }
-        }
-        return std::move(_found);
-    }
-
-private:
-    void _searchNear(const Class& association) {
-        for (const auto& near : association.properties) {
-            if (!mayHold(_nameSpace, *near, _className)) continue;
-            if (matchesRole(*near, _filter.role)) _searchFar(association, *near);
-        }
-    }
-
-    void _searchFar(const Class& association, const PropertyDefinition& near) {
-        for (const auto& far : association.properties) {
-            if (far.get() == &near || far->type != CimType::reference) continue;
-            if (!matchesRole(*far, _filter.resultRole)) continue;
-            const Class* const farClass = farClassOf(_nameSpace, *far, _filter.resultClass);
-            if (farClass) _found.push_back({&association, &near, far.get(), farClass});
-        }
-    }
-
-    const NameSpace& _nameSpace;
-    std::string_view _className;
-    const ClassAssociationFilter& _filter;
-    std::vector<ClassAssociation> _found;
-};
-
 }  // namespace
-
-std::vector<ClassAssociation> classAssociations(const NameSpace& nameSpace,
-                                                std::string_view className,
-                                                const ClassAssociationFilter& filter) {
-    checkKnown(nameSpace, filter.associationClass);
-    checkKnown(nameSpace, filter.resultClass);
-    return AssociationSearch(nameSpace, className, filter).run();
-}
 
 std::vector<const Class*> associatedClasses(const NameSpace& nameSpace, std::string_view className,
                                             const ClassAssociationFilter& filter) {
+    checkKnown(nameSpace, filter.associationClass);
+    checkKnown(nameSpace, filter.resultClass);
     std::vector<const Class*> classes;
     std::unordered_set<const Class*> seen;
-    for (const ClassAssociation& each : classAssociations(nameSpace, className, filter)) {
-        if (seen.insert(each.farClass).second) classes.push_back(each.farClass);
+    const auto addFarClasses = [&](const Class& association, const PropertyDefinition& near) {
+        for (const auto& far : association.properties) {
+            if (far.get() == &near || far->type != CimType::reference) continue;
+            if (!matchesRole(*far, filter.resultRole)) continue;
+            const Class* const farClass = farClassOf(nameSpace, *far, filter.resultClass);
+            if (farClass && seen.insert(farClass).second) classes.push_back(farClass);
+        }
+    };
+    for (const Class* const association : nameSpace.associations()) {
+        if (!matchesClass(nameSpace, association->name, filter.associationClass)) continue;
+        for (const auto& near : association->properties) {
+            if (!mayHold(nameSpace, *near, className) || !matchesRole(*near, filter.role)) continue;
+            addFarClasses(*association, *near);
+        }
     }
     return classes;
 }

@@ -18,32 +18,18 @@ struct ClassAssociationFilter {
     std::string_view resultRole = {};   ///< of the far class
 };
 
-/// One way from a class over an association.
-struct ClassAssociation {
-    const Class* association = nullptr;
-    const PropertyDefinition* near =
-        nullptr;                              ///< the reference that can hold the class asked about
-    const PropertyDefinition* far = nullptr;  ///< the reference at the other end
-    const Class* farClass = nullptr;
-};
-
-/// Every way from instances of the class to others, by associations that refer to it or an
-/// ancestor.
+/// Associators on a class: the classes that instances of it may be associated with, each once, by
+/// associations that refer to it or an ancestor.
 ///
-/// The far class is the one that the reference names; or, where the result class asked for is a
+/// Such a far class is the one that the reference names; or, where the result class asked for is a
 /// subclass of that, the result class itself. In order of the associations' definition; far classes
 /// that are not known are left out. Empty for an unknown class; CimError invalidParameter for an
 /// unknown association or result class.
-std::vector<ClassAssociation> classAssociations(const NameSpace& nameSpace,
-                                                std::string_view className,
-                                                const ClassAssociationFilter& filter);
-
-/// The classes that classAssociations leads to, each once: Associators on a class.
 std::vector<const Class*> associatedClasses(const NameSpace& nameSpace, std::string_view className,
                                             const ClassAssociationFilter& filter);
 
 /// The association classes, or subclasses of `resultClass`, which may refer to the class in this
-/// role: References on a class. Errors as with classAssociations.
+/// role: References on a class. Errors as with associatedClasses.
 std::vector<const Class*> referencingClasses(const NameSpace& nameSpace, std::string_view className,
                                              std::string_view resultClass, std::string_view role);
 

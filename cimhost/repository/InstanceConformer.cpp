@@ -32,10 +32,7 @@ Given givenProperties(Instance& instance) {
 
 Value conformScalar(const NameSpace& nameSpace, const Value& value) {
     const auto* const path = value.get<std::shared_ptr<const ObjectPath>>();
-    if (!path) return value;
-    ObjectPath conformed = **path;
-    conformPath(nameSpace, conformed);
-    return Value::reference(std::move(conformed));
+    return path ? Value::reference(nameSpace.conformPath(**path)) : value;
 }
 
 // Keys that came with the path count as properties that were given.

@@ -12,9 +12,7 @@ const NameSpace* Repository::find(std::string_view name) const noexcept {
 }
 
 NameSpace* Repository::find(std::string_view name) noexcept {
-    const NameSpaces& all = *_nameSpaces.load(std::memory_order_acquire);
-    const auto found = all.find(trimmedSlashes(name));
-    return found == all.end() ? nullptr : found->second.get();
+    return const_cast<NameSpace*>(std::as_const(*this).find(name));
 }
 
 const NameSpace& Repository::get(std::string_view name) const {

@@ -30,11 +30,15 @@ enum class Scope : std::uint16_t {
     any = 255,
 };
 
-struct QualifierDeclaration {
-    std::string name;
+/// A declared type, as values are held against it.
+struct DeclaredType {
     CimType type = CimType::none;
     bool isArray = false;
     std::optional<std::uint32_t> arraySize;
+};
+
+struct QualifierDeclaration : DeclaredType {
+    std::string name;
     Value defaultValue;  ///< NULL when none is given
     std::uint16_t scopes = 0;
     Flavor flavor;
@@ -55,11 +59,8 @@ const Qualifier* findQualifier(const Qualifiers& qualifiers, std::string_view na
 /// True when the qualifier is there and its value is true.
 bool hasQualifier(const Qualifiers& qualifiers, std::string_view name) noexcept;
 
-struct PropertyDefinition {
+struct PropertyDefinition : DeclaredType {
     std::string name;
-    CimType type = CimType::none;
-    bool isArray = false;
-    std::optional<std::uint32_t> arraySize;
     std::string referenceClass;     ///< of a reference, or of an EmbeddedInstance
     bool isEmbeddedObject = false;  ///< EmbeddedObject rather than EmbeddedInstance
     Value defaultValue;
@@ -68,11 +69,8 @@ struct PropertyDefinition {
     bool isKey = false;
 };
 
-struct ParameterDefinition {
+struct ParameterDefinition : DeclaredType {
     std::string name;
-    CimType type = CimType::none;
-    bool isArray = false;
-    std::optional<std::uint32_t> arraySize;
     std::string referenceClass;
     bool isEmbeddedObject = false;
     Qualifiers qualifiers;

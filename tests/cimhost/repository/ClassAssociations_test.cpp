@@ -88,16 +88,6 @@ TEST_F(ClassAssociations, AreFilteredByRoles) {
     EXPECT_EQ(associated("Server", {.role = "Nope"}), Names{});
 }
 
-TEST_F(ClassAssociations, TellWhichReferencesAreTheEnds) {
-    const auto ways =
-        classAssociations(_mof.nameSpace(), "Server", {.associationClass = "Packaging"});
-    ASSERT_EQ(ways.size(), 1U);
-    EXPECT_EQ(ways[0].association->name, "Packaging");
-    EXPECT_EQ(ways[0].near->name, "Inside");
-    EXPECT_EQ(ways[0].far->name, "Outside");
-    EXPECT_EQ(ways[0].farClass->name, "Chassis");
-}
-
 TEST_F(ClassAssociations, LeaveOutClassesThatAreNotKnown) {
     EXPECT_EQ(associated("Fan", {.associationClass = "Lost"}), Names{});
     EXPECT_TRUE(associated("Nope").empty());
