@@ -40,9 +40,9 @@ FilterActivation::FilterActivation(const Broker& broker, ModuleHost& modules)
 
 FilterActivation::~FilterActivation() = default;
 
-void FilterActivation::_log(BrokerLog::Level level, const std::string& provider,
-                            const std::string& message) const noexcept {
-    _broker.log().write(level, provider, message);
+void FilterActivation::_warn(const std::string& provider,
+                             const std::string& message) const noexcept {
+    _broker.log().write(BrokerLog::Level::warning, provider, message);
 }
 
 std::vector<FilterActivation::Activation> FilterActivation::_providersOf(
@@ -69,8 +69,8 @@ std::shared_ptr<FilterActivation::Active> FilterActivation::activate(const Reque
     active->filter = filter;
     active->activations = _providersOf(filter);
     if (active->activations.empty()) {
-        _log(BrokerLog::Level::warning, "indications",
-             "no provider is registered for the indications of class " + filter.query->className);
+        _warn("indications",
+              "no provider is registered for the indications of class " + filter.query->className);
     }
     try {
         for (Activation& activation : active->activations) _activate(request, *active, activation);
@@ -108,8 +108,8 @@ void FilterActivation::_activate(const RequestContext& request, const Active& ac
         if (table.mustPoll && !isAuthorized) {
             try {
                 if (call.mustPoll(provider.use)) {
-                    _log(BrokerLog::Level::warning, provider.registration.provider,
-                         "wants to be polled for class " + className + ", which is not done");
+                    _warn(provider.registration.provider,
+                          "wants to be polled for class " + className + ", which is not done");
                 }
             } catch (const CimError&) {
                 // A provider that does not know about polling need not be polled.
@@ -133,8 +133,8 @@ void FilterActivation::enable(const RequestContext& request, Active& active) {
         try {
             enableIndications(_broker, request, activation.nameSpace, provider.use);
         } catch (const CimError& error) {
-            _log(BrokerLog::Level::warning, provider.registration.provider,
-                 std::string("enableIndications: ") + error.what());
+            _warn(provider.registration.provider,
+                  std::string("enableIndications: ") + error.what());
         }
     }
 }
@@ -156,8 +156,7 @@ void FilterActivation::_disable(const RequestContext& request, const std::string
     try {
         if (provider.isEnabled) disableIndications(_broker, request, nameSpace, provider.use);
     } catch (const std::exception& error) {
-        _log(BrokerLog::Level::warning, provider.registration.provider,
-             std::string("disableIndications: ") + error.what());
+        _warn(provider.registration.provider, std::string("disableIndications: ") + error.what());
     }
 }
 
@@ -175,8 +174,7 @@ void FilterActivation::_deactivate(const RequestContext& request, const Active& 
         FilterCall(_broker, request, active.filter.query, activation.nameSpace)
             .deactivate(provider.use, isLast);
     } catch (const std::exception& error) {
-        _log(BrokerLog::Level::warning, provider.registration.provider,
-             std::string("deActivateFilter: ") + error.what());
+        _warn(provider.registration.provider, std::string("deActivateFilter: ") + error.what());
     }
     if (--provider.filters != 0) return;
     if (!disablesFirst) _disable(request, activation.nameSpace, provider);

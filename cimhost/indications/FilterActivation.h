@@ -63,8 +63,7 @@ private:
                      Activation& activation) noexcept;
     Provider& _join(const Registration& registration);
     void _leave(Provider& provider);
-    void _log(BrokerLog::Level level, const std::string& provider,
-              const std::string& message) const noexcept;
+    void _warn(const std::string& provider, const std::string& message) const noexcept;
 
     const Broker& _broker;
     ModuleHost& _modules;

@@ -1,4 +1,5 @@
 #include "cimhost/indications/SubscriptionParts.h"
+#include "cimhost/operations/Dispatch.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -61,10 +62,7 @@ void Subscriptions::modify(const RequestContext& request, const Instance& instan
         return _modifySubscription(request, *subscription,
                                    merged(subscription->instance, instance));
     }
-    if (find(instance.path)) {
-        throw CimError(CimCode::notSupported,
-                       "instances of class " + instance.className() + " can only be read");
-    }
+    if (find(instance.path)) refuseChange(instance.path);
     refuseMissing(instance.path);
 }
 
@@ -110,7 +108,7 @@ void Subscriptions::_modifyDestination(Destination& destination, Instance change
 void Subscriptions::_modifySubscription(const RequestContext& request, Subscription& subscription,
                                         Instance changed) {
     judgeSubscription(changed);
-    const NameSpace& nameSpace = _nameSpaceOf(changed.path);
+    const NameSpace& nameSpace = repository().get(changed.path.nameSpace);
     if (differ(subscription.instance, changed, {"SubscriptionState"})) {
         setDeclared(nameSpace, changed, "TimeOfLastStateChange", now());
     }
@@ -168,10 +166,7 @@ void Subscriptions::remove(const RequestContext& request, const ObjectPath& path
             _subscriptions, [](auto&) {}, end)) {
         return;
     }
-    if (find(path)) {
-        throw CimError(CimCode::notSupported,
-                       "instances of class " + path.className + " can only be read");
-    }
+    if (find(path)) refuseChange(path);
     refuseMissing(path);
 }
 

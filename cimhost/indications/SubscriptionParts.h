@@ -99,8 +99,9 @@ inline bool isAt(const Instance& instance, const ObjectPath& path) {
            sameModelPath(instance.path, path);
 }
 
-[[noreturn]] inline void refuseMissing(const ObjectPath& path) {
-    throw CimError(CimCode::notFound, "there is no " + describe(path));
+[[noreturn]] inline void refuseChange(const ObjectPath& path) {
+    throw CimError(CimCode::notSupported,
+                   "instances of class " + path.className + " can only be read");
 }
 
 template <typename Kind>

@@ -209,9 +209,7 @@ void judgeSubscription(const Instance& subscription) {
 }
 
 bool isEnabled(const Instance& subscription) noexcept {
-    const PropertyValue* const state = subscription.find("SubscriptionState");
-    const auto* const number = state ? state->value.get<std::uint64_t>() : nullptr;
-    return !number || *number == stateEnabled;
+    return numberOf(subscription, "SubscriptionState").value_or(stateEnabled) == stateEnabled;
 }
 
 const ObjectPath* referenceOf(const Instance& instance, std::string_view property) noexcept {

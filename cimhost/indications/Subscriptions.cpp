@@ -5,7 +5,7 @@
 #include "cimhost/indications/SubscriptionRules.h"
 #include "cimhost/indications/SubscriptionText.h"
 #include "cimhost/mof/MofCursor.h"
-#include "cimhost/operations/Target.h"
+#include "cimhost/operations/Dispatch.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 
@@ -71,10 +71,6 @@ Subscriptions::~Subscriptions() {
     }
 }
 
-const NameSpace& Subscriptions::_nameSpaceOf(const ObjectPath& path) const {
-    return repository().get(path.nameSpace);
-}
-
 std::vector<Instance> Subscriptions::all(const NameSpace& nameSpace,
                                          std::string_view className) const {
     std::vector<Instance> found;
@@ -125,7 +121,7 @@ void Subscriptions::visitAssociations(const Target& end, const VisitInstance& vi
 }
 
 std::optional<Instance> Subscriptions::find(const ObjectPath& path) const {
-    for (Instance& instance : all(_nameSpaceOf(path), path.className)) {
+    for (Instance& instance : all(repository().get(path.nameSpace), path.className)) {
         if (isAt(instance, path)) return std::move(instance);
     }
     return std::nullopt;
@@ -189,9 +185,10 @@ void Subscriptions::_deactivate(const RequestContext& request,
 
 ObjectPath Subscriptions::create(const RequestContext& request, const Instance& instance) {
     const Change change(*this);
-    Instance complete = completeInstance(_nameSpaceOf(instance.path), instance);
-    const SubscriptionPart part = partOf(_nameSpaceOf(complete.path), complete.className())
-                                      .value_or(SubscriptionPart::service);
+    Instance complete = completeInstance(repository().get(instance.path.nameSpace), instance);
+    const SubscriptionPart part =
+        partOf(repository().get(complete.path.nameSpace), complete.className())
+            .value_or(SubscriptionPart::service);
     _add(request, std::move(complete), false);
     try {
         _save();
@@ -206,7 +203,7 @@ ObjectPath Subscriptions::create(const RequestContext& request, const Instance& 
 }
 
 void Subscriptions::_add(const RequestContext& request, Instance instance, bool isStatic) {
-    const auto part = partOf(_nameSpaceOf(instance.path), instance.className());
+    const auto part = partOf(repository().get(instance.path.nameSpace), instance.className());
     if (part == SubscriptionPart::filter) return _addFilter(std::move(instance), isStatic);
     if (part == SubscriptionPart::destination) {
         return _addDestination(std::move(instance), isStatic);
@@ -214,8 +211,7 @@ void Subscriptions::_add(const RequestContext& request, Instance instance, bool 
     if (part == SubscriptionPart::subscription) {
         return _addSubscription(request, std::move(instance), isStatic);
     }
-    throw CimError(CimCode::notSupported,
-                   "instances of class " + instance.className() + " can only be read");
+    refuseChange(instance.path);
 }
 
 namespace {
@@ -265,7 +261,7 @@ void Subscriptions::_addSubscription(const RequestContext& request, Instance ins
     instance.set("Filter", Value::reference(subscription.filter->instance.path));
     instance.set("Handler", Value::reference(subscription.destination->instance.path));
 
-    const NameSpace& nameSpace = _nameSpaceOf(instance.path);
+    const NameSpace& nameSpace = repository().get(instance.path.nameSpace);
     instance = completeInstance(nameSpace, std::move(instance));
     requireNew(_subscriptions, instance);
     requireRoom(_subscriptions.size(), SubscriptionLimits::subscriptions, "subscriptions");

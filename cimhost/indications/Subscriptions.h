@@ -89,7 +89,6 @@ private:
 
     template <typename Kind>
     static Kind* _find(std::list<Kind>& parts, const ObjectPath& path);
-    const NameSpace& _nameSpaceOf(const ObjectPath& path) const;
 
     void _add(const RequestContext& request, Instance instance, bool isStatic);
     void _addFilter(Instance instance, bool isStatic);

@@ -32,7 +32,8 @@ void enumerate(Servers& servers, const Target& target, Ask&& ask, const VisitIns
         const EnumerationFilter filter(servers, asked);
         if (server.registration) return ask(*server.registration, asked, filter);
         server.source->visit(asked, [&](const Instance& instance, const Class& definition) {
-            if (filter.accepts(&asked.nameSpace, &definition)) visit(instance, definition);
+            const Fit fit = filter.judge(&asked.nameSpace, &definition);
+            if (fit == Fit::belongs) visit(instance, definition);
         });
     };
     bool isServed = askServers(servers, target, askServer);

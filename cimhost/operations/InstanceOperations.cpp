@@ -127,7 +127,7 @@ void Operations::modifyInstance(const RequestContext& request, const Instance& i
     }
 
     PropertyNames names(propertyList);
-    NoResult result(server.registration->provider);
+    ProviderSink result(server.registration->provider);
     const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, context, result);
     const CMPIObjectPath* const path = makeRequestPath(
@@ -144,7 +144,7 @@ void Operations::deleteInstance(const RequestContext& request, const ObjectPath&
     const RequestContext context = providerContext(request, target.nameSpace, 0);
     if (server.source) return server.source->remove(context, wanted);
 
-    NoResult result(server.registration->provider);
+    ProviderSink result(server.registration->provider);
     const auto mi = _modules.use<CMPIInstanceMI>(*server.registration);
     ProviderCall call(_broker, context, result);
     call.run(mi, &CMPIInstanceMIFT::deleteInstance,

@@ -2,8 +2,14 @@
 
 #include "cimhost/modules/ModuleHost.h"
 #include "cimhost/objects/Broker.h"
+#include "cimhost/repository/Names.h"
 
 namespace cimhost {
+
+bool PropertySelection::lists(std::string_view property) const noexcept {
+    if (limit && !limit->findProperty(property)) return false;
+    return !names || containsName(*names, property);
+}
 
 Operations::Operations(Broker& broker, ModuleHost& modules, ResultPolicy results)
     : _broker(broker),

@@ -16,7 +16,7 @@
 /// CimError failed that names the provider.
 namespace cimhost {
 
-/// Base: takes nothing.
+/// Takes nothing: for functions that deliver nothing, and the base of the others.
 class ProviderSink : public ResultSink {
 public:
     explicit ProviderSink(std::string_view provider) : _provider(provider) {}
@@ -58,10 +58,6 @@ public:
         : _servers(servers), _asked(asked) {}
 
     Fit judge(const NameSpace* nameSpace, const Class* definition) const override;
-
-    bool accepts(const NameSpace* nameSpace, const Class* definition) const {
-        return judge(nameSpace, definition) == Fit::belongs;
-    }
 
 private:
     const Servers& _servers;
@@ -208,12 +204,6 @@ private:
     void _set(Value value);
 
     std::optional<Value> _value;
-};
-
-/// For functions that deliver nothing.
-class NoResult final : public ProviderSink {
-public:
-    using ProviderSink::ProviderSink;
 };
 
 }  // namespace cimhost

@@ -124,7 +124,7 @@ ObjectPath ProviderOperations::createInstance(const RequestContext& request,
 void ProviderOperations::modifyInstance(
     const RequestContext& request, const Instance& instance,
     const std::optional<std::vector<std::string>>& propertyList) {
-    NoResult result(_provider);
+    ProviderSink result(_provider);
     PropertyNames names(propertyList);
     const auto mi = _use<CMPIInstanceMI>(request, instance.className());
     ProviderCall call(_broker, request, result);
@@ -133,7 +133,7 @@ void ProviderOperations::modifyInstance(
 }
 
 void ProviderOperations::deleteInstance(const RequestContext& request, const ObjectPath& path) {
-    NoResult result(_provider);
+    ProviderSink result(_provider);
     _walk<CMPIInstanceMI>(request, path, 0, result, &CMPIInstanceMIFT::deleteInstance);
 }
 
