@@ -94,32 +94,22 @@ int run(const BoxOptions& options) {
 /// Those of an object manager of others, which is compared with this one.
 void addManagerOptions(CLI::App& command, CLI::Option& project, BoxOptions& options) {
     CLI::Option* manager =
-        command
-            .add_option(
-                "--object-manager", options.objectManager,
-                "Give this host's object manager the modules inside, ask it and cimhost the same, "
-                "tell what is equal and what differs, and end")
-            ->type_name("NAME")
+        addValue(command, "--object-manager", options.objectManager, "NAME",
+                 "Give this host's object manager the modules inside, ask it and cimhost the same, "
+                 "tell what is equal and what differs, and end")
             ->check(CLI::IsMember({"openpegasus", "sfcb"}))
             ->excludes(&project);
-    command.add_option("--prefix", options.prefix, "Where that object manager is installed")
-        ->type_name("DIR")
+    addValue(command, "--prefix", options.prefix, "DIR", "Where that object manager is installed")
         ->capture_default_str()
         ->needs(manager);
-    command
-        .add_option("--provider-dir", options.providerFolder,
-                    "A folder that it loads providers from, when it is not the usual one")
-        ->type_name("DIR")
+    addValue(command, "--provider-dir", options.providerFolder, "DIR",
+             "A folder that it loads providers from, when it is not the usual one")
         ->needs(manager);
-    command
-        .add_option("--cim-schema", options.cimSchema,
-                    "The CIM schema for it, as pylcommon-register takes it")
-        ->type_name("PATH")
+    addValue(command, "--cim-schema", options.cimSchema, "PATH",
+             "The CIM schema for it, as pylcommon-register takes it")
         ->needs(manager);
-    command
-        .add_option("--state", options.state,
-                    "The folder of sfcb's own data, when it is not the usual one")
-        ->type_name("DIR")
+    addValue(command, "--state", options.state, "DIR",
+             "The folder of sfcb's own data, when it is not the usual one")
         ->needs(manager);
 }
 
@@ -129,11 +119,8 @@ void addBoxCommand(CLI::App& application, Command& chosen) {
     const auto options = std::make_shared<BoxOptions>();
     CLI::App* command = application.add_subcommand(
         "box", "Run an object manager inside of a server that a virtual machine plays");
-    command
-        ->add_option(
-            "--server", options->server,
-            "Which server: a name that --list tells, or the path of a folder with a server.toml")
-        ->type_name("NAME")
+    addValue(*command, "--server", options->server, "NAME",
+             "Which server: a name that --list tells, or the path of a folder with a server.toml")
         ->capture_default_str();
     command->add_flag("--list", options->list, "Tell the names of the servers and what they are");
     CLI::Option* project = command->add_option(

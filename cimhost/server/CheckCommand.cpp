@@ -1,4 +1,5 @@
 #include "cimhost/server/Command.h"
+#include "cimhost/server/CommandOptions.h"
 #include "cimhost/server/Findings.h"
 #include "cimhost/server/ModuleCheck.h"
 #include "cimhost/server/ProjectFile.h"
@@ -104,12 +105,8 @@ void addCheckCommand(CLI::App& application, Command& chosen) {
     addProjectOption(*command, options->schema, options->project);
     options->schema.addTo(*command);
     CLI::Option* folders =
-        command
-            ->add_option("--provider-dir", options->modules.folders,
-                         "Open the registered modules too, lib<Module>.so in this folder; may be "
-                         "repeated")
-            ->type_name("DIR")
-            ->allow_extra_args(false);
+        addList(*command, "--provider-dir", options->modules.folders, "DIR",
+                "Open the registered modules too, lib<Module>.so in this folder; may be repeated");
     command
         ->add_flag("--ask", options->modules.asks,
                    "And ask their providers for instances, to hold the answers against the classes")

@@ -18,18 +18,13 @@ CLI::Option* addPort(CLI::App& command, const std::string& name, std::uint16_t& 
 }
 
 void addMaximumSeconds(CLI::App& command, std::optional<std::uint32_t>& seconds) {
-    command.add_option("--max-seconds", seconds, "End by itself after this time")
-        ->type_name("SECONDS");
+    addValue(command, "--max-seconds", seconds, "SECONDS", "End by itself after this time");
 }
 
 void addHostNames(CLI::App& command, std::vector<std::string>& names) {
-    command
-        .add_option(
-            "--host-name", names,
+    addList(command, "--host-name", names, "NAME",
             "A name that clients may call this server by, beside localhost, addresses, this "
             "machine's name and those of a certificate that it shows; may be repeated")
-        ->type_name("NAME")
-        ->allow_extra_args(false)
         ->check(judgeName);
 }
 

@@ -10,13 +10,26 @@
 /// Options that several commands have, and those of a kind.
 namespace cimhost {
 
+/// A text, a file or the like, which the help calls by `unit`.
+template <typename Value>
+CLI::Option* addValue(CLI::App& command, const std::string& name, Value& value,
+                      const std::string& unit, const std::string& description) {
+    return command.add_option(name, value, description)->type_name(unit);
+}
+
+/// The same for several, each of which the option is repeated for.
+template <typename Value>
+CLI::Option* addList(CLI::App& command, const std::string& name, std::vector<Value>& values,
+                     const std::string& unit, const std::string& description) {
+    return addValue(command, name, values, unit, description)->allow_extra_args(false);
+}
+
 /// A whole number of this range. The help tells its value of now as the default.
 template <typename Number, typename Bound>
 CLI::Option* addNumber(CLI::App& command, const std::string& name, Number& number, Bound least,
                        Bound most, const std::string& description,
                        const std::string& unit = "NUMBER") {
-    return command.add_option(name, number, description)
-        ->type_name(unit)
+    return addValue(command, name, number, unit, description)
         ->check(CLI::Range(least, most))
         ->capture_default_str();
 }

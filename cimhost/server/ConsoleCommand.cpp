@@ -146,29 +146,23 @@ int show(const ConsoleOptions& options) {
 }
 
 void addOptions(CLI::App& command, ConsoleOptions& options) {
-    command
-        .add_option("--target", options.target,
-                    "The object manager to show: https://host[:port], or http where TLS is not "
-                    "to be had")
-        ->type_name("URL")
+    addValue(command, "--target", options.target, "URL",
+             "The object manager to show: https://host[:port], or http where TLS is not to be "
+             "had")
         ->required();
     addPort(command, "--port", options.port, "TCP port of 127.0.0.1 to show it at");
     auto* const authorities =
-        command
-            .add_option("--ca", options.authorities,
-                        "Certificates in PEM to trust beside those of the system, the target's own "
-                        "where it has signed that itself")
-            ->type_name("FILE");
+        addValue(command, "--ca", options.authorities, "FILE",
+                 "Certificates in PEM to trust beside those of the system, the target's own "
+                 "where it has signed that itself");
     command
         .add_flag("--insecure", options.isInsecure,
                   "Take whoever answers for the target: check no certificate")
         ->excludes(authorities);
     auto* const listen =
-        command
-            .add_option("--listen", options.listenAddress,
-                        "Numeric address of this machine that the target reaches, to take its "
-                        "indications at; anyone who can reach it can send")
-            ->type_name("ADDRESS");
+        addValue(command, "--listen", options.listenAddress, "ADDRESS",
+                 "Numeric address of this machine that the target reaches, to take its "
+                 "indications at; anyone who can reach it can send");
     addPort(command, "--listen-port", options.listenPort, "TCP port for these")->needs(listen);
     addMaximumSeconds(command, options.maximumSeconds);
 }

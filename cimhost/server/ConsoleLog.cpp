@@ -63,17 +63,13 @@ void ConsoleLog::takeLinesOfModules() const noexcept {
 std::string asJson(const LogLine& line) {
     std::string text = "{\"time\":";
     appendJson(text, line.time);
-    text += ",\"level\":";
-    appendJson(text, line.level);
+    appendMember(text, "level", line.level);
     if (!line.request.empty()) {
         text.append(",\"request\":").append(line.request);
-        text += ",\"operation\":";
-        appendJson(text, line.operation);
+        appendMember(text, "operation", line.operation);
     }
-    text += ",\"component\":";
-    appendJson(text, line.component);
-    text += ",\"text\":";
-    appendJson(text, line.text);
+    appendMember(text, "component", line.component);
+    appendMember(text, "text", line.text);
     text += '}';
     return text;
 }

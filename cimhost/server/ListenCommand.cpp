@@ -97,16 +97,13 @@ int listen(const ListenOptions& options) {
 void addListenCommand(CLI::App& application, Command& chosen) {
     const auto options = std::make_shared<ListenOptions>();
     CLI::App* command = application.add_subcommand("listen", "Receive indications and print them");
-    command
-        ->add_option("--address", options->address,
-                     "Numeric address to listen at; anyone who can reach it can send")
-        ->type_name("ADDRESS")
+    addValue(*command, "--address", options->address, "ADDRESS",
+             "Numeric address to listen at; anyone who can reach it can send")
         ->capture_default_str();
     addPort(*command, "--port", options->port, "TCP port");
     addHostNames(*command, options->hostNames);
     addMaximumSeconds(*command, options->maximumSeconds);
-    command->add_option("--count", options->maximumCount, "End after so many indications")
-        ->type_name("NUMBER")
+    addValue(*command, "--count", options->maximumCount, "NUMBER", "End after so many indications")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 62U));
     command->footer(example);
     command->callback([options, &chosen] { chosen = [options] { return listen(*options); }; });

@@ -20,12 +20,6 @@ constexpr auto kindNames =
     std::to_array<const char*>({"instance", "association", "method", "indication"});
 static_assert(kindNames.size() == providerTypeCount);
 
-Value textOrNull(const std::string& text) {
-    return text.empty() ? Value::null(CimType::string) : Value::string(text);
-}
-
-Value number(std::uint64_t value) { return Value::unsignedInteger(CimType::uint32, value); }
-
 Value texts(const std::vector<std::string>& all) {
     Value::Array values;
     for (const std::string& each : all) values.push_back(Value::string(each));
@@ -130,7 +124,8 @@ Instance ModuleCatalogue::_describe(const std::string& module, const Target& tar
     Instance instance;
     instance.path = {{}, target.nameSpace.name(), target.definition.name, {}};
     setKey(instance, "Module", module);
-    instance.set("File", textOrNull(Module::find(module, _folders).string()));
+    const std::string file = Module::find(module, _folders).string();
+    instance.set("File", file.empty() ? Value::null(CimType::string) : Value::string(file));
     instance.set("Isolated", Value::boolean(_isolated != nullptr));
     _describeProcess(module, instance);
     instance.set("Findings", texts(_findings(module)));
@@ -144,17 +139,12 @@ void ModuleCatalogue::_describeProcess(const std::string& module, Instance& inst
     } else if (_modules.stateOf(module).isLoaded) {
         state.id = getpid();
     }
-    const bool isRunning = state.id != 0;
-    const auto own = [this](std::uint32_t count) {
-        return _isolated ? number(count) : Value::null(CimType::uint32);
-    };
-    instance.set("Loaded", Value::boolean(isRunning));
-    instance.set("State", Value::string(stateWord(state)));
-    instance.set("ProcessID", isRunning ? number(static_cast<std::uint64_t>(state.id))
-                                        : Value::null(CimType::uint32));
-    instance.set("Starts", own(state.starts));
-    instance.set("Crashes", own(state.crashes));
-    instance.set("LastWords", textOrNull(state.lastWords));
+    instance.set("Loaded", Value::boolean(state.id != 0));
+    describeProcess(state, instance);
+    if (_isolated) return;
+    for (const char* const count : {"Starts", "Crashes"}) {
+        instance.set(count, Value::null(CimType::uint32));
+    }
 }
 
 std::vector<std::string> ModuleCatalogue::_findings(const std::string& module) const {

@@ -13,9 +13,17 @@
 namespace cimhost {
 namespace {
 
-constexpr auto allTypes = std::to_array({ProviderType::instance, ProviderType::association,
-                                         ProviderType::method, ProviderType::indication});
-static_assert(allTypes.size() == providerTypeCount);
+struct KindRow {
+    ProviderType type;
+    std::string_view word;  ///< as entry points have it
+};
+
+template <typename MI>
+constexpr KindRow rowOf{MiKind<MI>::type, MiKind<MI>::word};
+
+constexpr auto kinds = std::to_array<KindRow>({rowOf<CMPIInstanceMI>, rowOf<CMPIAssociationMI>,
+                                               rowOf<CMPIMethodMI>, rowOf<CMPIIndicationMI>});
+static_assert(kinds.size() == providerTypeCount);
 
 /// One registration held against its class.
 class ClassCheck {
@@ -116,9 +124,8 @@ public:
     void check(const Registration& registration) {
         const ModuleFile* const file = _fileOf(registration);
         if (!file) return;
-        for (const ProviderType type : allTypes) {
+        for (const auto& [type, kind] : kinds) {
             if (!registration.serves(type)) continue;
-            const std::string_view kind = kindWord(type);
             if (file->offers(registration.provider, kind)) continue;
             const std::string name = registration.provider + "_Create_" + std::string(kind) + "MI";
             if (!_told.insert(name).second) continue;
@@ -161,16 +168,6 @@ bool concerns(const Registration& registration, std::string_view module) noexcep
 
 std::string placed(const Registration& registration, const std::string& text) {
     return registration.place.empty() ? text : registration.place + ": " + text;
-}
-
-std::string_view kindWord(ProviderType type) noexcept {
-    switch (type) {
-        case ProviderType::instance: return MiKind<CMPIInstanceMI>::word;
-        case ProviderType::association: return MiKind<CMPIAssociationMI>::word;
-        case ProviderType::method: return MiKind<CMPIMethodMI>::word;
-        case ProviderType::indication: return MiKind<CMPIIndicationMI>::word;
-    }
-    return {};
 }
 
 Findings checkClasses(const Repository& repository, const Registrations& registrations,

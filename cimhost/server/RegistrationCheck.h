@@ -24,7 +24,4 @@ Findings checkModuleFiles(const Registrations& registrations,
 /// `file:line: text`, or the text where the registration is from no file.
 std::string placed(const Registration& registration, const std::string& text);
 
-/// "Instance" for ProviderType::instance: as entry points have it.
-std::string_view kindWord(ProviderType type) noexcept;
-
 }  // namespace cimhost

@@ -2,6 +2,7 @@
 
 #include "cimhost/mof/MofReader.h"
 #include "cimhost/server/Command.h"
+#include "cimhost/server/CommandOptions.h"
 #include "cimhost/server/ConsoleClasses.h"
 #include "cimhost/server/Installation.h"
 
@@ -17,30 +18,19 @@ constexpr const char* defaultNameSpace = "root/cimv2";
 void SchemaOptions::addTo(CLI::App& command) {
     _command = &command;
     const std::string group = "Schema";
-    command
-        .add_option("--namespace", _nameSpaces,
-                    "Namespace of the --schema files that follow, up to the next --namespace; the "
-                    "first one named is also that of files before it [root/cimv2]")
-        ->type_name("NAME")
-        ->allow_extra_args(false)
+    addList(command, "--namespace", _nameSpaces, "NAME",
+            "Namespace of the --schema files that follow, up to the next --namespace; the "
+            "first one named is also that of files before it [root/cimv2]")
         ->group(group);
-    command.add_option("--schema", _files, "MOF file with classes and instances; may be repeated")
-        ->type_name("FILE")
-        ->allow_extra_args(false)
+    addList(command, "--schema", _files, "FILE",
+            "MOF file with classes and instances; may be repeated")
         ->group(group);
-    command
-        .add_option(
-            "--include-dir", _includeFolders,
+    addList(command, "--include-dir", _includeFolders, "DIR",
             "Where '#pragma include' looks after the including file's folder; may be repeated")
-        ->type_name("DIR")
-        ->allow_extra_args(false)
         ->group(group);
-    command
-        .add_option("--registration", _registrations,
-                    "File with lines 'Class Namespace Provider Module type...', or with sections "
-                    "'[Class]'; may be repeated")
-        ->type_name("FILE")
-        ->allow_extra_args(false)
+    addList(command, "--registration", _registrations, "FILE",
+            "File with lines 'Class Namespace Provider Module type...', or with sections "
+            "'[Class]'; may be repeated")
         ->group(group);
 }
 

@@ -36,12 +36,9 @@ void ServeOptions::addTo(CLI::App& command) {
     addProjectOption(command, schema, projectFile);
     schema.addTo(command);
     providerFolders = {installedModules()};
-    command
-        .add_option("--provider-dir", providerFolders,
-                    "Where lib<Module>.so is looked for, by default seen from this program; may be "
-                    "repeated")
-        ->type_name("DIR")
-        ->allow_extra_args(false)
+    addList(
+        command, "--provider-dir", providerFolders, "DIR",
+        "Where lib<Module>.so is looked for, by default seen from this program; may be repeated")
         ->default_str(CIMHOST_MODULES_FROM_PROGRAM)
         ->group("Schema");
     _addNetworkOptions(command);
@@ -53,25 +50,20 @@ void ServeOptions::addTo(CLI::App& command) {
 
 void ServeOptions::_addNetworkOptions(CLI::App& command) {
     command.option_defaults()->group("Network");
-    command
-        .add_option("--listen", address,
-                    "Numeric address to listen at; one that is not loopback needs --tls-cert, "
-                    "--tls-key and --password-file")
-        ->type_name("ADDRESS")
+    addValue(command, "--listen", address, "ADDRESS",
+             "Numeric address to listen at; one that is not loopback needs --tls-cert, "
+             "--tls-key and --password-file")
         ->capture_default_str();
     addPort(command, "--port", port, "TCP port");
     addHostNames(command, hostNames);
-    auto* certificate =
-        command.add_option("--tls-cert", tlsCertificate, "PEM file with certificate and chain")
-            ->type_name("FILE");
-    auto* key = command.add_option("--tls-key", tlsKey, "PEM file with the certificate's key")
-                    ->type_name("FILE");
+    auto* certificate = addValue(command, "--tls-cert", tlsCertificate, "FILE",
+                                 "PEM file with certificate and chain");
+    auto* key =
+        addValue(command, "--tls-key", tlsKey, "FILE", "PEM file with the certificate's key");
     certificate->needs(key);
     key->needs(certificate);
-    command
-        .add_option("--password-file", passwordFile,
-                    "Only users in this file may come in; 'cimhost passwd' makes it")
-        ->type_name("FILE");
+    addValue(command, "--password-file", passwordFile, "FILE",
+             "Only users in this file may come in; 'cimhost passwd' makes it");
 }
 
 void ServeOptions::_addLimitOptions(CLI::App& command) {
@@ -105,10 +97,8 @@ void ServeOptions::_addIsolationOptions(CLI::App& command) {
     command.option_defaults()->group("Isolation");
     auto* isolate =
         command.add_flag("--isolate", isolates, "Run each module in a process of its own");
-    command
-        .add_option("--isolate-user", isolateUser,
-                    "Run those processes as this user, without rights that it has not")
-        ->type_name("NAME")
+    addValue(command, "--isolate-user", isolateUser, "NAME",
+             "Run those processes as this user, without rights that it has not")
         ->needs(isolate);
     addSeconds(command, "--provider-time", providerTime,
                "How long such a process may be silent before it is killed")
@@ -147,10 +137,8 @@ std::optional<IsolationSettings> ServeOptions::isolation() const {
 void ServeOptions::_addIndicationOptions(CLI::App& command) {
     command.option_defaults()->group("Indications");
     DeliverySettings& delivery = indications.delivery;
-    command
-        .add_option("--state", indications.stateFile,
-                    "Keep subscriptions in this file; without it they end with the server")
-        ->type_name("FILE");
+    addValue(command, "--state", indications.stateFile, "FILE",
+             "Keep subscriptions in this file; without it they end with the server");
     addNumber(command, "--delivery-attempts", delivery.manner.attempts, 0, 1000,
               "How often an indication that a listener did not take is sent again");
     command
@@ -187,12 +175,9 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
     const std::map<std::string, ResultPolicy> policies = {{"warn", ResultPolicy::warn},
                                                           {"refuse", ResultPolicy::refuse},
                                                           {"pass", ResultPolicy::pass}};
-    command
-        .add_option("--results", results,
-                    "What becomes of results of providers that are not as their class declares "
-                    "them: warn leaves them out and tells once, refuse fails the request, pass "
-                    "sends them")
-        ->type_name("POLICY")
+    addValue(command, "--results", results, "POLICY",
+             "What becomes of results of providers that are not as their class declares them: warn "
+             "leaves them out and tells once, refuse fails the request, pass sends them")
         ->transform(CLI::CheckedTransformer(policies).description("warn, refuse or pass"))
         ->default_str("warn");
     const std::map<std::string, BrokerLog::Level> levels = [] {
@@ -203,16 +188,12 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
         }
         return names;
     }();
-    command
-        .add_option("--access-log", accessLog,
-                    "Write a line a request to the file; - is standard output")
-        ->type_name("FILE");
+    addValue(command, "--access-log", accessLog, "FILE",
+             "Write a line a request to the file; - is standard output");
     command.add_flag("!--no-check", checks,
                      "Say nothing at the start of what is wrong with registrations and modules");
-    command
-        .add_option("--log-level", logLevel,
-                    "Least urgent lines to write to standard error, those of modules too")
-        ->type_name("LEVEL")
+    addValue(command, "--log-level", logLevel, "LEVEL",
+             "Least urgent lines to write to standard error, those of modules too")
         ->transform(CLI::CheckedTransformer(levels, CLI::ignore_case)
                         .description("error, warning, information or debug"))
         ->default_str("information");
@@ -221,10 +202,8 @@ void ServeOptions::_addRunOptions(CLI::App& command) {
         "Serve no page to browsers, for whom GET is answered 405, and no root/cimhost");
     const std::map<std::string, LogFormat> formats = {{"text", LogFormat::text},
                                                       {"json", LogFormat::json}};
-    command
-        .add_option("--log-format", logFormat,
-                    "How lines on standard error look: text, or json, an object a line")
-        ->type_name("FORMAT")
+    addValue(command, "--log-format", logFormat, "FORMAT",
+             "How lines on standard error look: text, or json, an object a line")
         ->transform(CLI::CheckedTransformer(formats).description("text or json"))
         ->default_str("text");
     command.add_flag("--watch", watches,

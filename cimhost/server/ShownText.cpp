@@ -62,4 +62,9 @@ void appendJson(std::string& line, std::string_view text) {
     line += '"';
 }
 
+void appendMember(std::string& object, std::string_view name, std::string_view text) {
+    object.append(",\"").append(name).append("\":");
+    appendJson(object, text);
+}
+
 }  // namespace cimhost

@@ -14,4 +14,7 @@ void appendVisibly(std::string& line, std::string_view text);
 /// UTF-8 is U+FFFD.
 void appendJson(std::string& line, std::string_view text);
 
+/// Appends `,"name":"text"`, a member of a JSON object behind others.
+void appendMember(std::string& object, std::string_view name, std::string_view text);
+
 }  // namespace cimhost

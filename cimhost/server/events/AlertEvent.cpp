@@ -19,10 +19,8 @@ bool tell(EventFeed& feed, const OutgoingIndication& outgoing) {
         .instance(outgoing.indication, outgoing.definition, outgoing.selection, false);
     std::string data = "{\"time\":";
     appendJson(data, formatTimestamp(std::chrono::system_clock::now()));
-    data += ",\"filter\":";
-    appendJson(data, outgoing.filterName);
-    data += ",\"instance\":";
-    appendJson(data, instance.view());
+    appendMember(data, "filter", outgoing.filterName);
+    appendMember(data, "instance", instance.view());
     return feed.publish("alert", data += '}');
 }
 

@@ -19,8 +19,7 @@ data: {"program":"cimhost","version":")" CIMHOST_VERSION R"(","target":)";
     } else {
         text += "null";
     }
-    text += ",\"destination\":";
-    appendJson(text, hello.destination);
+    appendMember(text, "destination", hello.destination);
     return text.append(",\"logs\":").append(hello.hasLogs ? "true" : "false").append("}\n\n");
 }
 

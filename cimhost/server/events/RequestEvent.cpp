@@ -9,11 +9,6 @@
 namespace cimhost {
 namespace {
 
-void appendText(std::string& data, std::string_view name, std::string_view text) {
-    data.append(",\"").append(name).append("\":");
-    appendJson(data, text);
-}
-
 void appendNumber(std::string& data, std::string_view name, const std::string& number) {
     data.append(",\"").append(name).append("\":").append(number);
 }
@@ -31,15 +26,15 @@ std::string arrayOf(const std::vector<std::string>& names) {
 
 void tell(EventFeed& feed, const RequestEvent& event, const AccessRecord& record) noexcept try {
     std::string data = "{\"number\":" + std::to_string(event.number);
-    appendText(data, "time", formatTimestamp(std::chrono::system_clock::now()));
-    appendText(data, "peer", record.peer);
-    appendText(data, "user", record.user);
-    appendText(data, "operation", record.operation);
-    appendText(data, "object", percentDecode(record.object));
-    appendText(data, "className", event.className);
+    appendMember(data, "time", formatTimestamp(std::chrono::system_clock::now()));
+    appendMember(data, "peer", record.peer);
+    appendMember(data, "user", record.user);
+    appendMember(data, "operation", record.operation);
+    appendMember(data, "object", percentDecode(record.object));
+    appendMember(data, "className", event.className);
     appendNumber(data, "providers", arrayOf(event.providers));
     appendNumber(data, "status", std::to_string(record.status));
-    appendText(data, "outcome", record.outcome);
+    appendMember(data, "outcome", record.outcome);
     appendNumber(data, "bytes", std::to_string(record.bytes));
     appendNumber(data, "micros", std::to_string(record.duration.count()));
     feed.publish("request", data += '}');

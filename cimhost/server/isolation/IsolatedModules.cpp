@@ -25,29 +25,30 @@ private:
 
 Instance describe(const ModuleProcess& process, const std::string& nameSpace,
                   const Class& definition) {
-    const ModuleProcess::State state = process.state();
     Instance instance;
     instance.path = {{}, nameSpace, definition.name, {}};
     instance.path.setKey("Module", Value::string(process.module()));
     instance.set("Module", Value::string(process.module()));
-    instance.set("State", Value::string(stateWord(state)));
-    const auto number = [](std::uint64_t value) {
-        return Value::unsignedInteger(CimType::uint32, value);
-    };
-    instance.set("ProcessID", state.id != 0 ? number(static_cast<std::uint64_t>(state.id))
-                                            : Value::null(CimType::uint32));
-    instance.set("Starts", number(state.starts));
-    instance.set("Crashes", number(state.crashes));
-    instance.set("LastWords", state.lastWords.empty() ? Value::null(CimType::string)
-                                                      : Value::string(state.lastWords));
+    describeProcess(process.state(), instance);
     return instance;
 }
 
 }  // namespace
 
-const char* stateWord(const ModuleProcess::State& state) noexcept {
-    if (state.id != 0) return "running";
-    return state.isPaused ? "paused" : "not running";
+void describeProcess(const ModuleProcess::State& state, Instance& instance) {
+    const bool isRunning = state.id != 0;
+    const auto number = [](std::uint64_t value) {
+        return Value::unsignedInteger(CimType::uint32, value);
+    };
+    instance.set("State", Value::string(isRunning        ? "running"
+                                        : state.isPaused ? "paused"
+                                                         : "not running"));
+    instance.set("ProcessID", isRunning ? number(static_cast<std::uint64_t>(state.id))
+                                        : Value::null(CimType::uint32));
+    instance.set("Starts", number(state.starts));
+    instance.set("Crashes", number(state.crashes));
+    instance.set("LastWords", state.lastWords.empty() ? Value::null(CimType::string)
+                                                      : Value::string(state.lastWords));
 }
 
 IsolatedModules::Hosted::Hosted(IsolatedModules& all, const std::string& module)

@@ -17,8 +17,8 @@
 
 namespace cimhost {
 
-/// "running", "not running" or "paused".
-const char* stateWord(const ModuleProcess::State& state) noexcept;
+/// Sets the properties that tell the state of a module's process.
+void describeProcess(const ModuleProcess::State& state, Instance& instance);
 
 /// All modules, each in a process of its own. As a source of instances it serves
 /// CIMHOST_ModuleProcess where a namespace has that class: one for each module.
