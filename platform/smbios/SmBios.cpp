@@ -14,28 +14,13 @@ namespace {
 // No firmware comes near this. A 64-bit entry point may state a table of 4 GiB all the same.
 constexpr std::size_t tableLimit = 16 * 1024 * 1024;
 
-/// The source of readers that are given none.
-class ProcessSource {
-public:
-    void set(std::shared_ptr<const SmbiosSource> source) noexcept {
-        const std::lock_guard lock(_mutex);
-        // The former source dies with the argument, after the lock.
-        std::swap(_source, source);
-    }
+std::mutex sourceMutex;
+// Of readers that are given none; guarded by sourceMutex. Null is the kernel's tables.
+std::shared_ptr<const SmbiosSource> processSource;
 
-    std::shared_ptr<const SmbiosSource> get() const {
-        const std::lock_guard lock(_mutex);
-        return _source ? _source : std::make_shared<SmbiosKernelTables>();
-    }
-
-private:
-    mutable std::mutex _mutex;
-    std::shared_ptr<const SmbiosSource> _source;
-};
-
-ProcessSource& processSource() noexcept {
-    static ProcessSource source;
-    return source;
+std::shared_ptr<const SmbiosSource> currentSource() {
+    const std::lock_guard lock(sourceMutex);
+    return processSource ? processSource : std::make_shared<SmbiosKernelTables>();
 }
 
 template <typename Record>
@@ -58,7 +43,7 @@ struct SmBios::Records {
     std::optional<KTQServerProfile> serverProfile = decodeServerProfile(table);
 };
 
-SmBios::SmBios(const Logger& log) : SmBios(log, processSource().get()) {}
+SmBios::SmBios(const Logger& log) : SmBios(log, currentSource()) {}
 
 SmBios::SmBios(const Logger& log, std::shared_ptr<const SmbiosSource> source)
     : _log(log), _source(std::move(source)) {}
@@ -120,5 +105,7 @@ const KTQServerProfile* SmBios::getKTQServerProfile() const noexcept {
 const SmbiosTable* SmBios::table() const noexcept { return _records ? &_records->table : nullptr; }
 
 void SmBios::setSource(std::shared_ptr<const SmbiosSource> source) noexcept {
-    processSource().set(std::move(source));
+    const std::lock_guard lock(sourceMutex);
+    // The former source dies with the argument, after the lock.
+    std::swap(processSource, source);
 }

@@ -2,7 +2,6 @@
 
 #include "common/CmpiManagedInstanceCollection.h"
 #include "common/ProfileDB.h"
-#include "platform/logger/Logger.h"
 
 #include <functional>
 #include <memory>

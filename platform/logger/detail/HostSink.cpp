@@ -9,13 +9,6 @@ HostSink::Write HostSink::find() noexcept {
 }
 
 void HostSink::write(LogLevel level, std::string_view source, std::string_view message) noexcept {
-    const auto number = [level] {
-        switch (level) {
-            case LogLevel::error: return 0;
-            case LogLevel::warning: return 1;
-            case LogLevel::information: return 2;
-        }
-        return 0;
-    }();
-    _write(number, source.data(), source.size(), message.data(), message.size());
+    // Hosts number the levels in the order of ours.
+    _write(static_cast<int>(level), source.data(), source.size(), message.data(), message.size());
 }
