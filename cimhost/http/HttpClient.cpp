@@ -129,9 +129,9 @@ HttpAnswerHead HttpClient::post(std::string_view target,
 }
 
 void HttpClient::_send(std::string_view head, std::string_view body, const HttpPatience& patience) {
-    const auto deadline = [&patience] {
+    const auto deadline = [&] {
         const Clock::time_point now = Clock::now();
-        return std::max(patience(now), now + sendTime);
+        return std::max(patience(now), now + _sendTime);
     };
     _stream().establish(deadline());
     for (std::string_view rest = body; !head.empty() || !rest.empty();) {

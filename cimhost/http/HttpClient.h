@@ -51,11 +51,12 @@ using HttpPatience = std::function<Clock::time_point(Clock::time_point silentSin
 class HttpClient {
 public:
     static constexpr std::size_t headBytes = 64 * 1024;  ///< of an answer, and of its trailers
-    /// Each block of a request has this long to leave, or as long as the patience, if that is more.
-    static constexpr std::chrono::seconds sendTime{30};
+    static constexpr std::chrono::seconds usualSendTime{30};
 
-    /// The socket is connected and does not block.
-    explicit HttpClient(Descriptor socket) : _socket(std::move(socket)), _plain(_socket.get()) {}
+    /// The socket does not block, and is connected before the first request. Each block of a
+    /// request has the send time to leave, or as long as the patience, if that is more.
+    explicit HttpClient(Descriptor socket, std::chrono::milliseconds sendTime = usualSendTime)
+        : _socket(std::move(socket)), _plain(_socket.get()), _sendTime(sendTime) {}
     /// The same over TLS, with the host of this name. The trust outlives the client.
     HttpClient(Descriptor socket, const TlsTrust& trust, const std::string& host)
         : HttpClient(std::move(socket)) {
@@ -84,6 +85,8 @@ public:
     /// unasked.
     bool isReusable() const noexcept;
 
+    int socket() const noexcept { return _socket.get(); }
+
 private:
     class Parser;
 
@@ -95,6 +98,7 @@ private:
     Descriptor _socket;
     PlainStream _plain;
     std::optional<TlsStream> _tls;
+    std::chrono::milliseconds _sendTime;
     std::string _pending;  ///< arrived and not used yet
     bool _isGood = true;
     bool _hasAnswered = false;

@@ -5,7 +5,6 @@
 
 #include <sys/socket.h>
 
-#include <array>
 #include <exception>
 #include <new>
 #include <system_error>
@@ -13,20 +12,22 @@
 namespace cimhost {
 namespace {
 
-std::string headFor(const ListenerUrl& url) {
-    return "POST " + url.path + " HTTP/1.1\r\nHost: " + url.authority() +
-           "\r\n"
-           "Content-Type: application/xml; charset=\"utf-8\"\r\n"
-           "CIMProtocolVersion: 1.0\r\n"
-           "CIMExport: MethodRequest\r\n"
-           "CIMExportMethod: ExportIndication\r\n"
-           "Content-Length: ";
-}
+// A request has no more time to leave than the attempt.
+constexpr std::chrono::milliseconds noTime{0};
 
-std::optional<std::string> judge(const HttpAnswer& answer) {
-    if (answer.status != 200) return "the listener answered " + std::to_string(answer.status);
-    return exportFailure(answer.body);
-}
+/// The body of an answer, which is short where all is well.
+class ShortBody final : public HttpAnswerTaker {
+public:
+    std::string text;
+
+    void head(const HttpAnswerHead&) override {}
+    void body(std::string_view piece) override {
+        if (piece.size() > ListenerConnection::answerBytes - text.size()) {
+            throw HttpClientError("the answer is too long");
+        }
+        text += piece;
+    }
+};
 
 std::string reasonOf(const std::exception& error) noexcept try {
     const bool lacksMemory = dynamic_cast<const std::bad_alloc*>(&error) != nullptr;
@@ -41,25 +42,31 @@ ListenerConnection::ListenerConnection(const ListenerUrl& url,
                                        std::chrono::milliseconds attemptTime)
     : _attemptTime(attemptTime),
       _authority(url.authority()),
-      _head(headFor(url)),
+      _path(url.path),
+      _headers{{"Host", _authority},
+               {"Content-Type", "application/xml; charset=\"utf-8\""},
+               {"CIMProtocolVersion", "1.0"},
+               {"CIMExport", "MethodRequest"},
+               {"CIMExportMethod", "ExportIndication"}},
       _resolver(url.host, url.port) {}
 
 std::optional<std::string> ListenerConnection::post(std::string_view message) noexcept {
     const Clock::time_point deadline = Clock::now() + _attemptTime;
-    const bool isKept = static_cast<bool>(_socket);
+    const bool isKept = _client.has_value();
     std::optional<std::string> problem = _attempt(message, deadline);
-    const bool wasClosed = problem && isKept && !(_answers && _answers->hasBegun());
-    if (problem) _close();
-    if (!wasClosed || Clock::now() >= deadline) return problem;
-    problem = _attempt(message, deadline);
-    if (problem) _close();
+    const bool wasClosed = problem && isKept && !_client->hasAnswered();
+    if (wasClosed && Clock::now() < deadline) {
+        _close();
+        problem = _attempt(message, deadline);
+    }
+    if (_client && (problem || !_client->isReusable())) _close();
     return problem;
 }
 
 std::optional<std::string> ListenerConnection::_attempt(std::string_view message,
                                                         Clock::time_point deadline) noexcept {
     try {
-        if (!_socket) _connect(deadline);
+        if (!_client) _connect(deadline);
         return _exchange(message, deadline);
     } catch (const std::exception& error) {
         return reasonOf(error);
@@ -68,12 +75,11 @@ std::optional<std::string> ListenerConnection::_attempt(std::string_view message
 
 std::optional<std::string> ListenerConnection::_exchange(std::string_view message,
                                                          Clock::time_point deadline) {
-    const std::string length = std::to_string(message.size()) + "\r\n\r\n";
-    const std::array<std::string_view, 3> pieces{_head, length, message};
-    _stream->send(pieces, deadline);
-    const HttpAnswer answer = _answers->receive(deadline);
-    if (!answer.keepsAlive) _close();
-    return judge(answer);
+    ShortBody body;
+    const HttpAnswerHead answer = _client->post(_path, _headers, message, body,
+                                                [deadline](Clock::time_point) { return deadline; });
+    if (answer.status != 200) return "the listener answered " + std::to_string(answer.status);
+    return exportFailure(body.text);
 }
 
 void ListenerConnection::_connect(Clock::time_point deadline) {
@@ -87,12 +93,8 @@ void ListenerConnection::_connect(Clock::time_point deadline) {
 bool ListenerConnection::_connectTo(const SocketAddress& address, Clock::time_point deadline,
                                     std::string& problem) {
     _open(address);
-    const int error = connectSocket(_socket.get(), address, deadline);
-    if (error == 0) {
-        _stream.emplace(_socket.get());
-        _answers.emplace(*_stream);
-        return true;
-    }
+    const int error = connectSocket(_client->socket(), address, deadline);
+    if (error == 0) return true;
     problem = "cannot connect to " + _authority + ": " + std::generic_category().message(error);
     _close();
     return false;
@@ -102,21 +104,19 @@ void ListenerConnection::_open(const SocketAddress& address) {
     Descriptor fresh = makeSocket(address);
     const std::lock_guard lock(_mutex);
     if (_isAborted) throw StreamError(StreamError::Kind::lost, "delivery ends");
-    _socket = std::move(fresh);
+    _client.emplace(std::move(fresh), noTime);
 }
 
 void ListenerConnection::_close() noexcept {
-    _answers.reset();
-    _stream.reset();
     const std::lock_guard lock(_mutex);
-    _socket.reset();
+    _client.reset();
 }
 
 void ListenerConnection::abort() noexcept {
     _resolver.abort();
     const std::lock_guard lock(_mutex);
     _isAborted = true;
-    if (_socket) shutdown(_socket.get(), SHUT_RDWR);
+    if (_client) shutdown(_client->socket(), SHUT_RDWR);
 }
 
 }  // namespace cimhost

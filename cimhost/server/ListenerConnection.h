@@ -1,9 +1,7 @@
 #pragma once
 
-#include "cimhost/http/Descriptor.h"
 #include "cimhost/http/HostResolver.h"
-#include "cimhost/http/HttpAnswer.h"
-#include "cimhost/http/PlainStream.h"
+#include "cimhost/http/HttpClient.h"
 #include "cimhost/indications/ListenerUrl.h"
 
 #include <chrono>
@@ -11,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace cimhost {
 
@@ -18,6 +17,8 @@ namespace cimhost {
 /// from one message to the next where the listener allows. Used by one thread, abort aside.
 class ListenerConnection {
 public:
+    static constexpr std::size_t answerBytes = 64 * 1024;  ///< of an answer's body at most
+
     /// `attemptTime` bounds each attempt as a whole: look-up, connection, request and answer.
     ListenerConnection(const ListenerUrl& url, std::chrono::milliseconds attemptTime);
 
@@ -40,13 +41,12 @@ private:
 
     std::chrono::milliseconds _attemptTime;
     std::string _authority;
-    std::string _head;  ///< of each request, up to the length
+    std::string _path;
+    std::vector<HttpAnswerHead::Field> _headers;
     HostResolver _resolver;
-    std::mutex _mutex;  ///< guards the socket from being closed, and the flag
-    Descriptor _socket;
+    std::mutex _mutex;  ///< guards the client from being closed, and the flag
+    std::optional<HttpClient> _client;
     bool _isAborted = false;
-    std::optional<PlainStream> _stream;
-    std::optional<HttpAnswerReader> _answers;
 };
 
 }  // namespace cimhost

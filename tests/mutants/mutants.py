@@ -31,7 +31,7 @@ SUBJECTS = {
     "paths": (["cmpicpp/detail/Equality.cpp", "cmpicpp/detail/TextForm.cpp", "cmpicpp/CmpiObjectPath.cpp",
                "cmpicpp/detail/Portable.cpp"], "tests/cmpicpp/test_cmpicpp"),
     "http": (["cimhost/http/HttpParser.cpp", "cimhost/http/HttpHead.cpp", "cimhost/http/HttpRules.cpp",
-              "cimhost/http/HttpAnswer.cpp", "cimhost/http/BasicAuth.cpp", "cimhost/http/PasswordFile.cpp"],
+              "cimhost/http/HttpClient.cpp", "cimhost/http/BasicAuth.cpp", "cimhost/http/PasswordFile.cpp"],
              "tests/cimhost/http/test_cimhost_http"),
     "wql": (["cimhost/query/WqlEvaluation.cpp", "cimhost/query/WqlLexer.cpp", "cimhost/query/WqlNormalForm.cpp",
              "cimhost/query/WqlParser.cpp", "cimhost/query/WqlPattern.cpp"], "tests/cimhost/query/test_cimhost_query"),

@@ -5,6 +5,7 @@
 #include "cimhost/server/IndicationDelivery.h"
 
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 
@@ -159,16 +160,23 @@ struct DeliveryQueueTest : testing::Test {
         EXPECT_LE(lines.size(), 10U);
     }
 
-    /// A port that nobody listens at.
-    static ListenerUrl nobody() {
-        const ListenSocket taken("127.0.0.1", 0);
-        return {"127.0.0.1", taken.port(), "/"};
+    /// A port that nobody listens at, and that nobody else gets meanwhile.
+    ListenerUrl nobody() {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* const place = reinterpret_cast<sockaddr*>(&address);
+        EXPECT_EQ(bind(deaf.get(), place, size), 0);
+        EXPECT_EQ(getsockname(deaf.get(), place, &size), 0);
+        return {"127.0.0.1", ntohs(address.sin_port), "/"};
     }
 
     Class definition;
     Instance indication;
     DeliverySettings settings;
     KeepingLog log;
+    Descriptor deaf{socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)};
 };
 
 TEST_F(DeliveryQueueTest, SendsAllInOrder) {
@@ -247,7 +255,6 @@ TEST_F(DeliveryQueueTest, IsBoundedInBytes) {
 
 TEST_F(DeliveryQueueTest, HoldsNoMoreOfAMillionThanMayWaitForAListenerThatNeverAnswers) {
     settings.queueItems = 50;
-    settings.attemptTime = std::chrono::hours(1);
     settings.attemptTime = std::chrono::hours(1);
     const ListenSocket silent("127.0.0.1", 0);
     auto queue = std::make_unique<DeliveryQueue>(
