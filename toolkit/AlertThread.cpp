@@ -3,6 +3,9 @@
 #include "cmpicpp/CmpiMBService.h"
 #include "toolkit/FailureText.h"
 
+#include <condition_variable>
+#include <thread>
+
 namespace PYL {
 
 using CmpiCpp::CmpiContext;

@@ -6,11 +6,9 @@
 #include "pylcommon_export.h"
 
 #include <chrono>
-#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
-#include <thread>
 
 namespace PYL {
 

@@ -28,13 +28,6 @@ bool isNull(const Instance& instance, std::string_view name) noexcept {
 constexpr auto steps = std::to_array<std::string_view>(
     {"CIM", "MESSAGE", "SIMPLEEXPRSP", "EXPMETHODRESPONSE", "ERROR"});
 
-std::string_view attributeOf(const char* const* attributes, std::string_view name) noexcept {
-    for (; *attributes != nullptr; attributes += 2) {
-        if (name == attributes[0]) return attributes[1];
-    }
-    return {};
-}
-
 /// Follows the elements of an answer down to the response and an error in it.
 class AnswerReader final : public XmlEvents {
 public:

@@ -60,16 +60,12 @@ bool wantsTypedKeys(const Element& cim, const Element& call) noexcept {
     return minorOf(cim.attributeText(Attribute::dtdVersion)) >= 4 || hasTypedKey(call);
 }
 
-std::string_view trimmed(std::string_view text) noexcept {
-    while (text.starts_with(' ') || text.starts_with('\t')) text.remove_prefix(1);
-    while (text.ends_with(' ') || text.ends_with('\t')) text.remove_suffix(1);
-    return text;
-}
+constexpr std::string_view blanks = " \t";
 
 /// Takes what stands before the next ';' off the front.
 std::string_view takePart(std::string_view& text) noexcept {
     const std::size_t end = std::min(text.find(';'), text.size());
-    const std::string_view part = trimmed(text.substr(0, end));
+    const std::string_view part = trimmed(text.substr(0, end), blanks);
     text.remove_prefix(std::min(end + 1, text.size()));
     return part;
 }
@@ -77,8 +73,9 @@ std::string_view takePart(std::string_view& text) noexcept {
 /// False for a parameter that says that the text is in another character set than UTF-8.
 bool isReadable(std::string_view parameter) noexcept {
     const std::size_t equals = std::min(parameter.find('='), parameter.size());
-    if (!equalNames(trimmed(parameter.substr(0, equals)), "charset")) return true;
-    std::string_view charset = trimmed(parameter.substr(std::min(equals + 1, parameter.size())));
+    if (!equalNames(trimmed(parameter.substr(0, equals), blanks), "charset")) return true;
+    std::string_view charset =
+        trimmed(parameter.substr(std::min(equals + 1, parameter.size())), blanks);
     if (charset.size() > 1 && charset.starts_with('"') && charset.ends_with('"')) {
         charset = charset.substr(1, charset.size() - 2);
     }

@@ -14,12 +14,7 @@
 namespace cimhost {
 namespace {
 
-std::string_view trimmed(std::string_view text) noexcept {
-    constexpr std::string_view blanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
+std::string_view withoutBlanks(std::string_view text) noexcept { return trimmed(text, " \t\r\n"); }
 
 std::optional<Value> integerOf(CimType type, std::string_view text) noexcept {
     Value integer;
@@ -68,7 +63,7 @@ std::string_view integerText(auto number, ScalarScratch& scratch) noexcept {
 
 std::optional<Value> readScalar(CimType type, std::string_view text) {
     switch (type) {
-        case CimType::boolean: return readBoolean(trimmed(text));
+        case CimType::boolean: return readBoolean(withoutBlanks(text));
         case CimType::char16: return readCharacter(text);
         case CimType::uint8:
         case CimType::uint16:
@@ -77,11 +72,11 @@ std::optional<Value> readScalar(CimType type, std::string_view text) {
         case CimType::sint8:
         case CimType::sint16:
         case CimType::sint32:
-        case CimType::sint64: return integerOf(type, trimmed(text));
+        case CimType::sint64: return integerOf(type, withoutBlanks(text));
         case CimType::real32:
-        case CimType::real64: return realOf(type, trimmed(text));
+        case CimType::real64: return realOf(type, withoutBlanks(text));
         case CimType::string: return Value::string(std::string(text));
-        case CimType::dateTime: return readDateTime(trimmed(text));
+        case CimType::dateTime: return readDateTime(withoutBlanks(text));
         case CimType::none:
         case CimType::reference:
         case CimType::instance: break;

@@ -182,6 +182,13 @@ void XmlPieces::read(std::string_view piece, bool isLast) {
     _reading->read(piece, isLast);
 }
 
+std::string_view attributeOf(const char* const* attributes, std::string_view name) noexcept {
+    for (; *attributes != nullptr; attributes += 2) {
+        if (name == attributes[0]) return attributes[1];
+    }
+    return {};
+}
+
 void parseXml(std::string_view text, std::size_t memory, XmlEvents& events) {
     XmlPieces(memory, events).read(text, true);
 }

@@ -24,6 +24,9 @@ public:
     virtual void documentType() = 0;
 };
 
+/// The value of an attribute, as startElement is given them; empty when there is none.
+std::string_view attributeOf(const char* const* attributes, std::string_view name) noexcept;
+
 /// Reads a UTF-8 text that comes in pieces; a piece may end anywhere. Used by one thread at a time.
 class XmlPieces {
 public:

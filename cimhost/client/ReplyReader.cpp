@@ -26,13 +26,6 @@ constexpr std::size_t errorDepthLimit = XmlLimits::depth;
     throw CimError(CimCode::failed, "the server's answer is no reply: " + what);
 }
 
-std::string_view attributeOf(const char* const* attributes, std::string_view name) noexcept {
-    for (; *attributes != nullptr; attributes += 2) {
-        if (name == attributes[0]) return attributes[1];
-    }
-    return {};
-}
-
 /// A code that the standard does not know is a failure like any other.
 CimCode codeOf(std::string_view text) noexcept {
     int code = 0;

@@ -1,5 +1,6 @@
 #include "cimhost/modules/Registration.h"
 
+#include "cimhost/repository/Names.h"
 #include "cimhost/repository/NearestName.h"
 
 #include <algorithm>
@@ -25,11 +26,6 @@ constexpr auto fieldNames =
 constexpr std::string_view blanks = " \t\r";
 
 [[noreturn]] void refuse(const std::string& message) { throw RegistrationError(message); }
-
-std::string_view trimmed(std::string_view text) noexcept {
-    const std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());
-    return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
-}
 
 std::vector<std::string_view> splitFields(std::string_view line) {
     std::vector<std::string_view> fields;
@@ -83,7 +79,7 @@ struct Section {
 
 Section sectionFrom(std::string_view head, const std::string& place) {
     if (!head.ends_with(']')) refuse("'" + std::string(head) + "' is no section '[Class]'");
-    return {place, trimmed(head.substr(1, head.size() - 2)), {}};
+    return {place, trimmed(head.substr(1, head.size() - 2), blanks), {}};
 }
 
 void readSectionLine(Section& section, std::string_view line) {
@@ -91,7 +87,7 @@ void readSectionLine(Section& section, std::string_view line) {
     if (colon == std::string_view::npos) {
         refuse("'" + std::string(line) + "' is no line 'key: value'");
     }
-    const std::string_view key = trimmed(line.substr(0, colon));
+    const std::string_view key = trimmed(line.substr(0, colon), blanks);
     const auto known = std::ranges::find_if(
         sectionKeys, [key](std::string_view name) { return equalNames(name, key); });
     if (known == sectionKeys.end()) {
@@ -102,7 +98,7 @@ void readSectionLine(Section& section, std::string_view line) {
     }
     const auto index = static_cast<std::size_t>(known - sectionKeys.begin());
     if (!section.values[index].empty()) refuse("the " + std::string(*known) + " is given twice");
-    section.values[index] = trimmed(line.substr(colon + 1));
+    section.values[index] = trimmed(line.substr(colon + 1), blanks);
     if (index == type) typesFrom(splitFields(section.values[type]));
 }
 
@@ -212,7 +208,7 @@ void Registrations::readText(std::string_view text, const std::string& name) {
         const std::size_t end = std::min(text.find('\n'), text.size());
         std::string_view line = text.substr(0, end);
         text.remove_prefix(std::min(end + 1, text.size()));
-        line = trimmed(line.substr(0, line.find('#')));
+        line = trimmed(line.substr(0, line.find('#')), blanks);
         if (line.empty()) continue;
         const std::string place = name + ":" + std::to_string(number);
         _tryTo([&] {

@@ -36,10 +36,9 @@ bool equalFolded(std::string_view left, std::string_view right) noexcept {
                       [](char a, char b) { return a == b || folded(a) == folded(b); });
 }
 
-std::string_view trimmedSlashes(std::string_view name) noexcept {
-    while (name.starts_with('/')) name.remove_prefix(1);
-    while (name.ends_with('/')) name.remove_suffix(1);
-    return name;
+std::string_view trimmed(std::string_view text, std::string_view marks) noexcept {
+    const std::size_t first = std::min(text.find_first_not_of(marks), text.size());
+    return text.substr(first, text.find_last_not_of(marks) + 1 - first);
 }
 
 std::size_t findNameEnd(std::string_view text) noexcept {

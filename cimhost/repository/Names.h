@@ -31,8 +31,13 @@ bool containsName(const auto& names, std::string_view name) noexcept {
                                [name](std::string_view each) { return equalNames(each, name); });
 }
 
-/// The name without slashes at its ends, as namespaces compare.
-std::string_view trimmedSlashes(std::string_view name) noexcept;
+/// The text without any of these characters at its ends.
+std::string_view trimmed(std::string_view text, std::string_view marks) noexcept;
+
+/// The name as namespaces compare.
+inline std::string_view trimmedSlashes(std::string_view name) noexcept {
+    return trimmed(name, "/");
+}
 
 /// Where the identifier (DSP0004, annex A) that the text begins with ends; 0 when it begins with
 /// none.

@@ -34,11 +34,11 @@ std::string Repository::meantClass(const NameSpace& nameSpace, std::string_view 
 
 NameSpace& Repository::make(std::string_view name) {
     if (NameSpace* const nameSpace = find(name)) return *nameSpace;
-    const std::string trimmed(trimmedSlashes(name));
-    if (trimmed.empty()) throw CimError(CimCode::invalidNamespace, "a namespace needs a name");
-    _budget->charge(sizeof(NameSpace) + 2 * trimmed.size());
-    auto nameSpace = std::make_unique<NameSpace>(trimmed, _budget);
-    return *_nameSpaces.load()->emplace(trimmed, std::move(nameSpace)).first->second;
+    const std::string kept(trimmedSlashes(name));
+    if (kept.empty()) throw CimError(CimCode::invalidNamespace, "a namespace needs a name");
+    _budget->charge(sizeof(NameSpace) + 2 * kept.size());
+    auto nameSpace = std::make_unique<NameSpace>(kept, _budget);
+    return *_nameSpaces.load()->emplace(kept, std::move(nameSpace)).first->second;
 }
 
 std::vector<std::string> Repository::names() const {

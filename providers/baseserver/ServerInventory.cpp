@@ -34,17 +34,13 @@ std::optional<std::string> nameOf(const PciFunction& function,
 
 }  // namespace
 
-bool ServerInventory::_isDue(const std::optional<Time>& updated, Time now,
-                             std::chrono::seconds freshness) {
-    return !updated || now - *updated >= freshness;
-}
-
 void ServerInventory::refresh() {
     const std::lock_guard lock(_refreshing);
     const auto now = _sources.now();
-    const bool factsDue = _isDue(_factsUpdated, now, factsFreshness);
-    const bool devicesDue = _isDue(_devicesUpdated, now, devicesFreshness);
-    _update(factsDue, devicesDue, now);
+    const auto isDue = [now](const std::optional<Time>& updated, std::chrono::seconds freshness) {
+        return !updated || now - *updated >= freshness;
+    };
+    _update(isDue(_factsUpdated, factsFreshness), isDue(_devicesUpdated, devicesFreshness), now);
 }
 
 void ServerInventory::refreshNow() {

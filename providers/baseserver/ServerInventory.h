@@ -63,8 +63,6 @@ private:
 
     using Time = std::chrono::steady_clock::time_point;
 
-    static bool _isDue(const std::optional<Time>& updated, Time now,
-                       std::chrono::seconds freshness);
     void _update(bool factsDue, bool devicesDue, Time now);
     void _updateServer();
     void _updatePciFunctions();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <initializer_list>
 #include <iosfwd>
 #include <memory>
 #include <stdexcept>
