@@ -35,7 +35,7 @@ struct BoxOptions {
     std::string state;
 };
 
-constexpr const char* example = R"(Examples:
+constexpr const char* boxExamples = R"(Examples:
   cimhost box --server blade --project mine.toml
   wbemcli ei http://localhost:PORT/root/ktq:PYL_Fan
   cimhost box --server wavek --object-manager sfcb --prefix /opt/sfcb
@@ -133,7 +133,7 @@ void addBoxCommand(CLI::App& application, Command& chosen) {
     command->add_flag("--console", options->console,
                       "Show what the guest's kernel and the object manager inside say");
     addManagerOptions(*command, *project, *options);
-    command->footer(example);
+    command->footer(boxExamples);
     command->callback([options, &chosen] { chosen = [options] { return run(*options); }; });
 }
 

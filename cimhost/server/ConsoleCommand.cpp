@@ -18,7 +18,7 @@
 namespace cimhost {
 namespace {
 
-constexpr std::chrono::seconds requestGrace{2};
+constexpr std::chrono::seconds consoleGrace{2};
 constexpr std::size_t largestIndication = 1024 * 1024;
 
 constexpr const char* consoleExample =
@@ -69,7 +69,7 @@ public:
     }
 
     std::string url() const { return "http://" + _server.listener().name() + "/"; }
-    bool stop() { return _server.stop(requestGrace); }
+    bool stop() { return _server.stop(consoleGrace); }
 
 private:
     HttpServices _services(HttpHandler& alerts) {
@@ -140,7 +140,7 @@ int show(const ConsoleOptions& options) {
     if (options.maximumSeconds) time = std::chrono::seconds(*options.maximumSeconds);
     signals.wait(time);
     feed.end();
-    const bool isEnded = server.stop(requestGrace);
+    const bool isEnded = server.stop(consoleGrace);
     if (!isEnded || (door && !door->stop())) std::_Exit(1);
     return 0;
 }

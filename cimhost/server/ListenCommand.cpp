@@ -21,10 +21,10 @@
 namespace cimhost {
 namespace {
 
-constexpr std::chrono::seconds requestGrace{1};
+constexpr std::chrono::seconds listenerGrace{1};
 constexpr std::size_t largestMessage = 1024 * 1024;
 
-constexpr const char* example =
+constexpr const char* listenExample =
     "Example:\n"
     "  cimhost listen --port 5990\n"
     "and give http://localhost:5990/ as the Destination of a CIM_ListenerDestinationCIMXML.\n"
@@ -84,7 +84,7 @@ int listen(const ListenOptions& options) {
     std::optional<std::chrono::seconds> time;
     if (options.maximumSeconds) time = std::chrono::seconds(*options.maximumSeconds);
     signals.wait(time);
-    const bool isEnded = server.stop(requestGrace);
+    const bool isEnded = server.stop(listenerGrace);
     std::printf("cimhost received %llu indications\n",
                 static_cast<unsigned long long>(printer.count()));
     std::fflush(stdout);
@@ -105,7 +105,7 @@ void addListenCommand(CLI::App& application, Command& chosen) {
     addMaximumSeconds(*command, options->maximumSeconds);
     addValue(*command, "--count", options->maximumCount, "NUMBER", "End after so many indications")
         ->check(CLI::Range(std::uint64_t{1}, std::uint64_t{1} << 62U));
-    command->footer(example);
+    command->footer(listenExample);
     command->callback([options, &chosen] { chosen = [options] { return listen(*options); }; });
 }
 

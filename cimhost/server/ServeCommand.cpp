@@ -31,7 +31,7 @@ constexpr std::chrono::seconds requestGrace{5};
 constexpr std::chrono::seconds moduleGrace{1};
 constexpr std::chrono::seconds cleanUpGrace{4};
 
-constexpr const char* example =
+constexpr const char* serveExample =
     "Without any schema, registration or project it serves all that is installed.\n"
     "\n"
     "Example:\n"
@@ -157,7 +157,7 @@ void addServeCommand(CLI::App& application, Command& chosen) {
     const auto options = std::make_shared<ServeOptions>();
     CLI::App* command = application.add_subcommand("serve", "Serve CIM-XML requests over HTTP");
     options->addTo(*command);
-    command->footer(example);
+    command->footer(serveExample);
     command->callback([options, &chosen] { chosen = [options] { return serve(*options); }; });
 }
 

@@ -1,5 +1,7 @@
 #include "common/CollectionClassNames.h"
 
+#include "tests/common/TextTable.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -49,12 +51,6 @@ const Family families[] = {
     PYL_FAMILY(VelaArray, 186),
     PYL_FAMILY(SoftwareInventory, 11),
 };
-
-Texts entries(const char* const* table) {
-    Texts found;
-    while (*table) found.emplace_back(*table++);
-    return found;
-}
 
 std::vector<int> levels(const int* table) {
     std::vector<int> found;

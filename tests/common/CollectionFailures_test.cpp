@@ -8,14 +8,14 @@
 
 namespace {
 
-struct Operation {
+struct CollectionOperation {
     const char* name;
     const char* exceptionLine;
     void (*run)(CollectionFixture&);
     std::size_t texts = 0;  ///< how often a path is asked for that a line alone wants
 };
 
-constexpr Operation operations[] = {
+constexpr CollectionOperation collectionOperations[] = {
     {"enumInstanceNames", "enumInstanceNames() exception",
      [](CollectionFixture& test) { test.enumNames(test.thing("")); }},
     {"enumInstances", "enumInstances() exception:",
@@ -36,7 +36,7 @@ constexpr Operation operations[] = {
 };
 
 /// Three things and three links from the first one, and a journal of every call.
-struct CollectionFailures : CollectionFixture, testing::WithParamInterface<Operation> {
+struct CollectionFailures : CollectionFixture, testing::WithParamInterface<CollectionOperation> {
     CollectionFailures() {
         for (const auto* key : {"a", "b", "c"}) add(key);
         link("ab", "a", "b");
@@ -132,7 +132,7 @@ TEST_P(CollectionFailures, OfATextAreWrittenInItsLineAndEndNothing) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, CollectionFailures, testing::ValuesIn(operations),
+INSTANTIATE_TEST_SUITE_P(Each, CollectionFailures, testing::ValuesIn(collectionOperations),
                          [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "common/ImplementationClassNames.h"
 
+#include "tests/common/TextTable.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -65,12 +67,6 @@ const Pair pairs[] = {
     PYL_PAIR(ktServerProduct, 2),
     PYL_PAIR(ktStorageEnc, 2),
 };
-
-std::vector<std::string> entries(const char* const* table) {
-    std::vector<std::string> found;
-    while (*table) found.emplace_back(*table++);
-    return found;
-}
 
 TEST(ImplementationClassNames, GiveEachClassItsNamespace) {
     for (const auto& pair : pairs) {

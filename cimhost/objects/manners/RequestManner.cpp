@@ -15,7 +15,7 @@ bool isForMethod(const CMPIResult* result) noexcept {
     });
 }
 
-CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, CMPIType type) noexcept {
+CMPIStatus giveData(const CMPIResult* result, const CMPIValue* value, CMPIType type) noexcept {
     if (const auto* const object = findObject<ResultObject>(result)) {
         const Broker& broker = *object->broker;
         if (value && type == CMPI_ref && broker.manner().has(Habit::crashesOnReferencesAsData)) {
@@ -29,12 +29,12 @@ CMPIStatus returnData(const CMPIResult* result, const CMPIValue* value, CMPIType
     return ResultObject::table.returnData(result, value, type);
 }
 
-CMPIStatus returnInstance(const CMPIResult* result, const CMPIInstance* instance) noexcept {
+CMPIStatus giveInstance(const CMPIResult* result, const CMPIInstance* instance) noexcept {
     if (isForMethod(result)) return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
     return ResultObject::table.returnInstance(result, instance);
 }
 
-CMPIStatus returnObjectPath(const CMPIResult* result, const CMPIObjectPath* path) noexcept {
+CMPIStatus giveObjectPath(const CMPIResult* result, const CMPIObjectPath* path) noexcept {
     if (isForMethod(result)) return {CMPI_RC_ERR_NOT_SUPPORTED, nullptr};
     return ResultObject::table.returnObjectPath(result, path);
 }
@@ -54,11 +54,11 @@ void adapt(CMPIResultFT& table, const Manner& manner) noexcept {
     if (manner.has(Habit::crashesOnReferencesAsData) ||
         manner.has(Habit::refusesNullMethodResults) ||
         manner.has(Habit::crashesOnArraysWithNulls)) {
-        table.returnData = returnData;
+        table.returnData = giveData;
     }
     if (manner.has(Habit::refusesObjectsAsMethodResults)) {
-        table.returnInstance = returnInstance;
-        table.returnObjectPath = returnObjectPath;
+        table.returnInstance = giveInstance;
+        table.returnObjectPath = giveObjectPath;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/cimxml/HandlerFixture.h"
 #include "tests/cimhost/cimxml/ReplyChecker.h"
+#include "tests/cimhost/cimxml/Requests.h"
 
 #include <gmock/gmock.h>
 
@@ -68,12 +69,6 @@ struct HostileBody {
     std::string body;
     const char* cimError;
 };
-
-std::string repeated(std::string_view text, std::size_t count) {
-    std::string result;
-    for (std::size_t i = 0; i < count; ++i) result += text;
-    return result;
-}
 
 std::vector<HostileBody> hostileBodies() {
     const std::string good = intrinsicRequest("EnumerateQualifiers");

@@ -1,6 +1,5 @@
 #include "cimhost/cimxml/ModelReader.h"
 
-#include "cimhost/cimxml/XmlBuffer.h"
 #include "cimhost/repository/CimError.h"
 #include "tests/cimhost/cimxml/Requests.h"
 #include "tests/cimhost/cimxml/TestSchema.h"
@@ -13,7 +12,7 @@
 namespace cimhost {
 namespace {
 
-constexpr TagSet anyRoot{
+constexpr TagSet modelRoots{
     Tag::value,     Tag::valueArray, Tag::valueReference, Tag::valueReferenceArray,
     Tag::className, Tag::instance,   Tag::instanceName};
 
@@ -24,23 +23,23 @@ protected:
     ModelReader reader() const { return {_repository, _repository.get("root/test")}; }
 
     Value value(std::string_view xml, CimType type, bool isArray = false) const {
-        const XmlDocument document(xml, anyRoot);
+        const XmlDocument document(xml, modelRoots);
         return reader().value(document.root(), {type, isArray, "property", "P", "C"});
     }
 
     ObjectPath path(std::string_view xml) const {
-        const XmlDocument document(xml, anyRoot);
+        const XmlDocument document(xml, modelRoots);
         return reader().path(document.root());
     }
 
     ObjectPath reference(std::string_view inside) const {
         const XmlDocument document("<VALUE.REFERENCE>" + std::string(inside) + "</VALUE.REFERENCE>",
-                                   anyRoot);
+                                   modelRoots);
         return reader().reference(document.root());
     }
 
     Instance instance(std::string_view xml) const {
-        const XmlDocument document(xml, anyRoot);
+        const XmlDocument document(xml, modelRoots);
         const NameSpace& nameSpace = _repository.get("root/test");
         return reader().instance(
             document.root(),
@@ -59,12 +58,6 @@ private:
 };
 
 /// "<code>: <description>" of the error, or nothing.
-std::string escaped(std::string_view xml) {
-    XmlBuffer buffer;
-    buffer.text(xml);
-    return std::string(buffer.view());
-}
-
 TEST_F(ModelReaderTest, ReadsScalarsOfTheDeclaredType) {
     EXPECT_EQ(value("<VALUE>TRUE</VALUE>", CimType::boolean), Value::boolean(true));
     EXPECT_EQ(value("<VALUE>0xFF</VALUE>", CimType::uint8),

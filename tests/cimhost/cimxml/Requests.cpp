@@ -1,5 +1,7 @@
 #include "tests/cimhost/cimxml/Requests.h"
 
+#include "cimhost/cimxml/XmlBuffer.h"
+
 #include <algorithm>
 
 namespace cimhost {
@@ -41,6 +43,18 @@ std::string instanceName(std::string_view className, std::string_view key, std::
     return "<INSTANCENAME CLASSNAME=\"" + std::string(className) + "\"><KEYBINDING NAME=\"" +
            std::string(key) + "\"><KEYVALUE VALUETYPE=\"string\">" + std::string(value) +
            "</KEYVALUE></KEYBINDING></INSTANCENAME>";
+}
+
+std::string escaped(std::string_view text) {
+    XmlBuffer buffer;
+    buffer.text(text);
+    return std::string(buffer.view());
+}
+
+std::string repeated(std::string_view text, std::size_t count) {
+    std::string result;
+    for (std::size_t i = 0; i < count; ++i) result += text;
+    return result;
 }
 
 std::string getInstanceRequest() {

@@ -28,6 +28,11 @@ std::string booleanParameter(std::string_view name, bool value);
 /// INSTANCENAME with one string key.
 std::string instanceName(std::string_view className, std::string_view key, std::string_view value);
 
+/// The text as it stands in a document.
+std::string escaped(std::string_view text);
+
+std::string repeated(std::string_view text, std::size_t count);
+
 /// A complete and valid request.
 std::string getInstanceRequest();
 

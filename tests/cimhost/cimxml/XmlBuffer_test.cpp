@@ -1,6 +1,7 @@
 #include "cimhost/cimxml/XmlBuffer.h"
 
 #include "cimhost/cimxml/XmlDocument.h"
+#include "tests/cimhost/cimxml/Requests.h"
 
 #include <gtest/gtest.h>
 
@@ -8,12 +9,6 @@ namespace cimhost {
 namespace {
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";
-
-std::string escaped(std::string_view text) {
-    XmlBuffer buffer;
-    buffer.text(text);
-    return std::string(buffer.view());
-}
 
 TEST(XmlBuffer, EscapesOnlyTheFiveNamedCharacters) {
     EXPECT_EQ(escaped(""), "");

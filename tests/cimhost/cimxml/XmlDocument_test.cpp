@@ -27,12 +27,6 @@ std::optional<XmlError::Kind> refusalOf(std::string_view text, TagSet roots = an
 constexpr auto notWellFormed = XmlError::Kind::notWellFormed;
 constexpr auto notValid = XmlError::Kind::notValid;
 
-std::string repeated(std::string_view text, std::size_t count) {
-    std::string result;
-    for (std::size_t i = 0; i < count; ++i) result += text;
-    return result;
-}
-
 /// `depth` elements one in the other, all of them where the grammar allows them.
 std::string nested(std::size_t depth) {
     const std::size_t rounds = (depth - 1) / 3;

@@ -176,7 +176,7 @@ TEST(Link, AMessageWithoutConnectionIsNothingToServe) {
     auto [near, far] = Link::makePair();
     Echo echo("");
     Link link(std::move(near), echo);
-    EXPECT_EQ(send(far.get(), "x", 1, 0), 1);
+    EXPECT_EQ(::send(far.get(), "x", 1, 0), 1);
     EXPECT_TRUE(link.serveOne());
     EXPECT_TRUE(link.isIdle());
 }
