@@ -75,7 +75,7 @@ class MachineCase(unittest.TestCase):
         operation, target, *data = words
         command = ["wbemcli", operation, *self.machine.client_options, *options,
                    f"{self.machine.address}/{namespace}{target}", *data]
-        answer = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=60,
+        answer = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, timeout=180,
                                 check=False)
         self.assertEqual(0, answer.returncode, answer.stdout + self.log())
         return answer.stdout
@@ -94,7 +94,7 @@ class MachineCase(unittest.TestCase):
         worker = self.ask("ein", ":PYL_BaseServerWorker").strip().split(":", 2)[2]
         return self.ask("cm", f":{worker}", "PerformWork")
 
-    def wait_until(self, is_so, seconds=60):
+    def wait_until(self, is_so, seconds=180):
         deadline = time.monotonic() + seconds
         while not is_so():
             self.assertLess(time.monotonic(), deadline, self.log())

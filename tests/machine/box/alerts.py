@@ -39,7 +39,7 @@ def subscribe(client, system, name="box"):
     _make(client, Question("ci", "interop", f"{SUBSCRIPTION}.{both}", both))
 
 
-def wait_until(is_so, seconds=60):
+def wait_until(is_so, seconds=180):
     """Whether it came to be."""
     deadline = time.monotonic() + seconds
     while not is_so():

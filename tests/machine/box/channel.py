@@ -24,7 +24,7 @@ class ShellChannel:
         self._device = None
         self._lock = threading.Lock()
 
-    def run(self, command, seconds=60):
+    def run(self, command, seconds=180):
         """Runs it to its end; its two outputs are one. Its standard input is empty."""
         mark = f"box-{os.urandom(8).hex()}"
         # What stays in the background must not hold the port: its output is the command's own file.

@@ -29,7 +29,8 @@ OWN_DEVICES = (
     "virtio-net-pci,netdev=net,romfile=,addr=1d.2",
 )
 FIRST_WORD = "box: the kernel runs"
-KVM_SECONDS = 10  # a guest under KVM says its first word in one or two
+PATIENCE = 180  # seconds: an emulated guest beside others on a busy host takes its time
+KVM_SECONDS = 20  # a guest under KVM says its first word in one or two, where others run too in more
 
 
 class Machine:
@@ -78,7 +79,7 @@ class Machine:
         self._write_parts()
         self._boot()
         self._shell = ShellChannel(self._scratch / "shell")
-        self.wait_for_line("box: waits for commands", 60)
+        self.wait_for_line("box: waits for commands")
         self._equip()
         self.ready_seconds = time.monotonic() - began
 
@@ -104,11 +105,11 @@ class Machine:
 
     # Inside
 
-    def run(self, command, seconds=60):
+    def run(self, command, seconds=PATIENCE):
         """A shell's command in the guest: its status and its output."""
         return self._shell.run(command, seconds)
 
-    def ask(self, command, seconds=60):
+    def ask(self, command, seconds=PATIENCE):
         """The output of a command that is to succeed."""
         result = self.run(command, seconds)
         if result.status != 0:
@@ -119,14 +120,14 @@ class Machine:
         """The bytes of a file of the guest's."""
         return base64.b64decode(self.ask(f"base64 {shlex.quote(path)}"))
 
-    def serve(self, command, seconds=60):
+    def serve(self, command, seconds=PATIENCE):
         """Starts an object manager, whose words go to the console, and waits until it is ready."""
         seen = len(self.console)
         words = shlex.join(map(str, [*command, *self._protection(command[0])]))
         self.ask(f"setsid {words} >/dev/console 2>&1 & echo $! >/run/cimhost.pid")
         self.wait_for_line("cimhost is ready at", seconds, seen)
 
-    def stop_serving(self, seconds=60):
+    def stop_serving(self, seconds=PATIENCE):
         self.ask("kill $(cat /run/cimhost.pid); while kill -0 $(cat /run/cimhost.pid) 2>/dev/null; do sleep 0.1; done",
                  seconds)
 
@@ -148,7 +149,7 @@ class Machine:
         """What wbemcli needs to trust it."""
         return ("-cacert", str(self._scratch / "certificate")) if self.server.users else ()
 
-    def wait_for_line(self, pattern, seconds=60, seen=0):
+    def wait_for_line(self, pattern, seconds=PATIENCE, seen=0):
         """The first line of the console, from the number `seen` on, that has this."""
         deadline = time.monotonic() + seconds
         with self._news:
