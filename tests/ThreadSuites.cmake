@@ -34,6 +34,16 @@ set(PYL_SUITES_WITHOUT_THREADS
     test_guests              # each guest is called from one thread
     test_faulty_broker)      # a double that tests use from one thread
 
+# Left out of the others: as much work as all the rest together, each on one thread alone.
+set(PYL_CASES_OF_ONE_THREAD
+    "DataStoreTwins.*"
+    "DataStoreTxtTest.ReadsAHugeFileWithoutLineEnds"
+    "FaultRows.*"
+    "RemoveReferences.TakesAMillionAmpersandsInOnePass"
+    "Utf8.IsRightForEveryCodePoint"
+    "XmlBuffer.*"
+    "XmlDocument.BoundsTheMemoryOfNamesAndTokens")
+
 # Sets `result` to whether this build runs the program.
 function(pyl_judge_threads program result)
     set(${result} ON PARENT_SCOPE)
@@ -43,5 +53,14 @@ function(pyl_judge_threads program result)
         message(FATAL_ERROR "tests/ThreadSuites.cmake does not say whether ${program} has threads.")
     elseif(PYL_SANITIZE STREQUAL "thread")
         set(${result} OFF PARENT_SCOPE)
+    endif()
+endfunction()
+
+# Sets `result` to what a whole program is told to leave out of its cases.
+function(pyl_leave_out_cases result)
+    set(${result} "" PARENT_SCOPE)
+    if(PYL_SANITIZE STREQUAL "thread")
+        list(JOIN PYL_CASES_OF_ONE_THREAD ":" left_out)
+        set(${result} "--gtest_filter=-${left_out}" PARENT_SCOPE)
     endif()
 endfunction()
