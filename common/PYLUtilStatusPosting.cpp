@@ -8,9 +8,11 @@
 
 namespace PYL {
 
+using CmpiCpp::CmpiArgs;
 using CmpiCpp::CmpiArray;
 using CmpiCpp::CmpiBroker;
 using CmpiCpp::CmpiContext;
+using CmpiCpp::CmpiHandle;
 using CmpiCpp::CmpiInstance;
 using CmpiCpp::CmpiStatus;
 
@@ -44,13 +46,18 @@ std::optional<operationalStatus> readStatusIfPresent(const CmpiInstance& instanc
     }
 }
 
+/// Asks for no status, of neither list: what matters is whether there is one, and addArg() says so.
+CmpiArgs makeArguments(const CMPIBroker* broker) {
+    return CmpiArgs(CmpiHandle<CMPIArgs>::fresh(broker, broker->eft->newArgs(broker, nullptr)));
+}
+
 /// What the method answers. Throws the CmpiStatus of what fails before it is called.
 CMPIStatus invokePostStatus(const CmpiContext& ctx, const CmpiInstance& instance,
                             operationalStatus status) {
     const auto* const broker = PYLUtil::getBroker();
     const auto path = CmpiCpp::makeCmpiObjectPath(CmpiBroker(broker), BaseServerNameSpace,
                                                   ScopedCentralClassName);
-    auto in = CmpiCpp::makeCmpiArgs(CmpiBroker(broker));
+    auto in = makeArguments(broker);
     auto* const out = broker->eft->newArgs(broker, nullptr);
     in.addArg("ClassName", instance.getClassName().str());
     in.addArg("Status", static_cast<unsigned short>(status));

@@ -132,6 +132,25 @@ TEST_F(PostStatus, IgnoresWhatTheMethodAnswers) {
                              "yours"});
 }
 
+TEST_F(PostStatus, AsksForNoStatusOfItsArgumentLists) {
+    static const CMPIBroker* real;
+    static std::vector<CMPIStatus*> asked;
+    real = host.broker().toCMPI();
+    asked.clear();
+    CMPIBrokerEncFT factories = *real->eft;
+    factories.newArgs = [](const CMPIBroker*, CMPIStatus* status) {
+        asked.push_back(status);
+        return real->eft->newArgs(real, nullptr);
+    };
+    CMPIBroker broker = *real;
+    broker.eft = &factories;
+    PYLUtil::setBroker(CmpiCpp::CmpiBroker(&broker));
+    group.setProperty(property, statuses({2}));
+    post();
+    EXPECT_EQ(asked, (std::vector<CMPIStatus*>{nullptr, nullptr}));
+    EXPECT_EQ(taken(), callWith(2));
+}
+
 TEST_F(PostStatus, ReadsNothingOnAServerThatIsManagedWithoutAgents) {
     inFreshProcess([this] {
         dumpIs("wavek");
