@@ -23,12 +23,6 @@ Instance readInstance(const Call& call, const Element& element) {
     return call.reader.instance(element, call.requireClass(name));
 }
 
-const PropertyDefinition& requireProperty(const Class& definition, std::string_view name) {
-    if (const PropertyDefinition* const property = definition.findProperty(name)) return *property;
-    throw CimError(CimCode::noSuchProperty, "class " + definition.name + " has no property " +
-                                                std::string(name) + definition.meantProperty(name));
-}
-
 }  // namespace
 
 void getInstance(Call& call, const Parameters& parameters) {
@@ -92,7 +86,7 @@ void setProperty(Call& call, const Parameters& parameters) {
     const ObjectPath path = readInstanceName(call, parameters);
     const Class& definition = call.requireClass(path.className);
     const PropertyDefinition& property =
-        requireProperty(definition, parameters.requiredText(Parameter::propertyName));
+        definition.requireProperty(parameters.requiredText(Parameter::propertyName));
     Value value = call.reader.value(
         parameters.find(Parameter::newValue),
         {property.type, property.isArray, "property", property.name, definition.name});

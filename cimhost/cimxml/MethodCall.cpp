@@ -8,12 +8,6 @@
 namespace cimhost {
 namespace {
 
-const MethodDefinition& requireMethod(const Class& definition, std::string_view name) {
-    if (const MethodDefinition* const method = definition.findMethod(name)) return *method;
-    throw CimError(CimCode::methodNotFound, "class " + definition.name + " has no method " +
-                                                std::string(name) + definition.meantMethod(name));
-}
-
 const ParameterDefinition& requireParameter(const MethodDefinition& method, std::string_view name) {
     if (const auto* const parameter = findNamed(method.parameters, name)) return *parameter;
     throw CimError(CimCode::invalidParameter,
@@ -108,7 +102,7 @@ void invokeMethod(Call& call, const Message& message) {
     const Attribute attribute =
         name.tag() == Tag::className ? Attribute::name : Attribute::className;
     const MethodDefinition& method =
-        requireMethod(call.requireClass(name.attributeText(attribute)), message.name);
+        call.requireClass(name.attributeText(attribute)).requireMethod(message.name);
     const Arguments arguments = readArguments(call, method, message.call);
     const ObjectPath path = call.reader.path(name);
     requireInstance(call, path);

@@ -212,17 +212,12 @@ PropertyValue ModelReader::_property(const Element& element, const Class* defini
                 element.attributeText(Attribute::classOrigin)};
     }
 
-    const PropertyDefinition* const property = definition->findProperty(name);
-    if (!property) {
-        throw CimError(CimCode::noSuchProperty, "class " + definition->name + " has no property " +
-                                                    std::string(name) +
-                                                    definition->meantProperty(name));
-    }
+    const PropertyDefinition& property = definition->requireProperty(name);
     ValueShape declared = written;
-    declared.type = property->type;
-    declared.isArray = property->isArray;
+    declared.type = property.type;
+    declared.isArray = property.isArray;
     checkShape(written, declared);
-    return {property->name, value(content, declared), property->classOrigin};
+    return {property.name, value(content, declared), property.classOrigin};
 }
 
 ObjectPath ModelReader::path(const Element& name) const {

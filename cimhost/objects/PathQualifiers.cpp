@@ -16,12 +16,6 @@ const Class& classOf(const ObjectPathObject& object) {
                    "class " + path.className + " is not in namespace " + nameSpace.name());
 }
 
-const MethodDefinition& methodOf(const Class& definition, std::string_view name) {
-    if (const MethodDefinition* const method = definition.findMethod(name)) return *method;
-    throw CimError(CimCode::methodNotFound, "class " + definition.name + " has no method " +
-                                                std::string(name) + definition.meantMethod(name));
-}
-
 // `find` gives the qualifiers of the element, or nullptr when the class has no such element.
 template <typename Find>
 CMPIData qualifierOf(const CMPIObjectPath* path, const char* name, CMPIStatus* status,
@@ -55,7 +49,7 @@ CMPIData propertyQualifier(const CMPIObjectPath* path, const char* property, con
 CMPIData methodQualifier(const CMPIObjectPath* path, const char* method, const char* qualifier,
                          CMPIStatus* status) noexcept {
     return qualifierOf(path, qualifier, status, [method](const Class& definition) {
-        return &methodOf(definition, required(method)).qualifiers;
+        return &definition.requireMethod(required(method)).qualifiers;
     });
 }
 
@@ -63,7 +57,7 @@ CMPIData parameterQualifier(const CMPIObjectPath* path, const char* method, cons
                             const char* qualifier, CMPIStatus* status) noexcept {
     return qualifierOf(path, qualifier, status, [method, parameter](const Class& definition) {
         const ParameterDefinition* const found =
-            findNamed(methodOf(definition, required(method)).parameters, required(parameter));
+            findNamed(definition.requireMethod(required(method)).parameters, required(parameter));
         return found ? &found->qualifiers : nullptr;
     });
 }

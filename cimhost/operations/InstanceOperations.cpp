@@ -31,25 +31,18 @@ bool selects(const std::optional<std::vector<std::string>>& names, std::string_v
     return PropertySelection{names, nullptr}.selects(property);
 }
 
-[[noreturn]] void refuseUnknown(const std::string& className, const std::string& property) {
-    throw CimError(CimCode::noSuchProperty,
-                   "class " + className + " has no property '" + property + "'");
-}
-
 // A key may come along with the others, as long as it says the same as the path.
 void checkModification(const Target& target, const Instance& instance,
                        const std::optional<std::vector<std::string>>& propertyList) {
-    const std::string& className = target.definition.name;
     if (propertyList) {
-        for (const std::string& name : *propertyList) {
-            if (!target.definition.findProperty(name)) refuseUnknown(className, name);
-        }
+        for (const std::string& name : *propertyList) target.definition.requireProperty(name);
     }
     for (const PropertyValue& property : instance.properties) {
         const Value* const key = instance.path.findKey(property.name);
         if (!key || *key == property.value || !selects(propertyList, property.name)) continue;
-        throw CimError(CimCode::invalidParameter,
-                       "key " + property.name + " of " + className + " cannot be modified");
+        throw CimError(
+            CimCode::invalidParameter,
+            "key " + property.name + " of " + target.definition.name + " cannot be modified");
     }
 }
 

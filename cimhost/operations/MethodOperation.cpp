@@ -94,12 +94,6 @@ Arguments declaredOutputs(const Registration& registration, const MethodDefiniti
     return outputs;
 }
 
-const MethodDefinition& requireMethod(const Class& definition, const std::string& name) {
-    if (const MethodDefinition* const method = definition.findMethod(name)) return *method;
-    throw CimError(CimCode::methodNotFound, "class " + definition.name + " has no method '" + name +
-                                                "'" + definition.meantMethod(name));
-}
-
 const Registration& requireRegistration(const Servers& servers, const Target& target,
                                         const MethodDefinition& method) {
     const Server server = servers.nearest(ProviderType::method, target);
@@ -114,7 +108,7 @@ MethodResult Operations::invokeMethod(const RequestContext& request, const Objec
                                       const std::string& method, const Arguments& in) {
     const Repository& repository = _broker.repository();
     const Target target = requireTarget(repository, request, path);
-    const MethodDefinition& declared = requireMethod(target.definition, method);
+    const MethodDefinition& declared = target.definition.requireMethod(method);
     // Without keys it is the class that is meant: of static methods, and of classes without keys.
     ObjectPath wanted = path.keys.empty() ? target.classPath()
                                           : requireInstancePath(repository, request, target, path);

@@ -14,13 +14,6 @@ namespace cimhost {
 
 namespace {
 
-const PropertyDefinition& requireProperty(const Class& definition, std::string_view name) {
-    if (const PropertyDefinition* const property = definition.findProperty(name)) return *property;
-    throw CimError(CimCode::noSuchProperty, "class " + definition.name + " has no property '" +
-                                                std::string(name) + "'" +
-                                                definition.meantProperty(name));
-}
-
 class OneProperty final : public InstanceSink {
 public:
     explicit OneProperty(const PropertyDefinition& property)
@@ -44,7 +37,7 @@ Value readProperty(CimOperations& operations, const Repository& repository,
                    const RequestContext& request, const ObjectPath& path,
                    std::string_view property) {
     const Target target = requireTarget(repository, request, path);
-    const PropertyDefinition& declared = requireProperty(target.definition, property);
+    const PropertyDefinition& declared = target.definition.requireProperty(property);
     InstanceOptions options;
     options.propertyList = {declared.name};
     OneProperty sink(declared);
@@ -56,7 +49,7 @@ void writeProperty(CimOperations& operations, const Repository& repository,
                    const RequestContext& request, const ObjectPath& path, std::string_view property,
                    Value value) {
     const Target target = requireTarget(repository, request, path);
-    const PropertyDefinition& declared = requireProperty(target.definition, property);
+    const PropertyDefinition& declared = target.definition.requireProperty(property);
     Instance instance;
     instance.path = path;
     instance.set(declared.name, std::move(value));

@@ -56,19 +56,14 @@ Value withDeclaredReferences(const Repository& repository, const Target& target,
 PropertyValue declaredProperty(const Repository& repository, const Target& target,
                                const PropertyValue& property) {
     const std::string& className = target.definition.name;
-    const PropertyDefinition* const declared = target.definition.findProperty(property.name);
-    if (!declared) {
-        throw CimError(CimCode::noSuchProperty, "class " + className + " has no property '" +
-                                                    property.name + "'" +
-                                                    target.definition.meantProperty(property.name));
-    }
+    const PropertyDefinition& declared = target.definition.requireProperty(property.name);
     try {
-        Value value = declaredValue(repository, target, property.value, declared->type,
-                                    declared->isArray, declared->arraySize);
-        return {declared->name, std::move(value), property.classOrigin};
+        Value value = declaredValue(repository, target, property.value, declared.type,
+                                    declared.isArray, declared.arraySize);
+        return {declared.name, std::move(value), property.classOrigin};
     } catch (const CimError& error) {
         throw CimError(error.code(),
-                       "property " + declared->name + " of " + className + ": " + error.what());
+                       "property " + declared.name + " of " + className + ": " + error.what());
     }
 }
 

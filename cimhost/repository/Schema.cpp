@@ -1,5 +1,6 @@
 #include "cimhost/repository/Schema.h"
 
+#include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
 #include "cimhost/repository/NearestName.h"
 
@@ -40,6 +41,19 @@ const PropertyDefinition* Class::findProperty(std::string_view property) const n
 
 const MethodDefinition* Class::findMethod(std::string_view method) const noexcept {
     return findMember(methods, method);
+}
+
+const PropertyDefinition& Class::requireProperty(std::string_view property) const {
+    if (const PropertyDefinition* const found = findProperty(property)) return *found;
+    throw CimError(CimCode::noSuchProperty, "class " + name + " has no property '" +
+                                                std::string(property) + "'" +
+                                                meantProperty(property));
+}
+
+const MethodDefinition& Class::requireMethod(std::string_view method) const {
+    if (const MethodDefinition* const found = findMethod(method)) return *found;
+    throw CimError(CimCode::methodNotFound, "class " + name + " has no method '" +
+                                                std::string(method) + "'" + meantMethod(method));
 }
 
 std::string Class::meantProperty(std::string_view property) const {

@@ -103,6 +103,13 @@ struct Class {
     const MethodDefinition* findMethod(std::string_view name) const noexcept;
     bool hasKeys() const noexcept;
 
+    /// @{
+    /// As those that find, but what is not there is CimError noSuchProperty or methodNotFound,
+    /// which tells what was meant.
+    const PropertyDefinition& requireProperty(std::string_view name) const;
+    const MethodDefinition& requireMethod(std::string_view name) const;
+    /// @}
+
     // For a name that the class has not, the words that tell which one was meant (NearestName.h).
     std::string meantProperty(std::string_view name) const;
     std::string meantKey(std::string_view name) const;

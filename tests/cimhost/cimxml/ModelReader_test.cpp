@@ -309,7 +309,7 @@ TEST_F(ModelReaderTest, ReadsInstancesAndPassesOverQualifiers) {
 
 TEST_F(ModelReaderTest, RefusesBadProperties) {
     EXPECT_EQ(errorOf([&] { property("<PROPERTY NAME='Nope' TYPE='uint8'/>"); }),
-              "12: class TEST_Values has no property Nope");
+              "12: class TEST_Values has no property 'Nope'");
     EXPECT_EQ(errorOf([&] {
                   property("<PROPERTY NAME='U8' TYPE='uint8'/><PROPERTY NAME='u8' TYPE='uint8'/>");
               }),
@@ -415,7 +415,7 @@ TEST_F(ModelReaderTest, RefusesTextThatIsNoEmbeddedInstance) {
               "7: property E of TEST_Values: embedded classes are not supported");
     EXPECT_EQ(
         embed("<INSTANCE CLASSNAME='TEST_Settings'><PROPERTY NAME='x' TYPE='uint8'/></INSTANCE>"),
-        "12: class TEST_Settings has no property x");
+        "12: class TEST_Settings has no property 'x'");
 }
 
 TEST_F(ModelReaderTest, BoundsInstancesEmbeddedInOneAnother) {
