@@ -14,8 +14,10 @@ using P = Parameter;
 
 // clang-format off
 constexpr auto operations = std::to_array<IntrinsicOperation>({
-    {"GetInstance", getInstance, {P::instanceName, P::localOnly, P::includeQualifiers, P::includeClassOrigin, P::propertyList}},
-    {"EnumerateInstances", enumerateInstances, {P::className, P::localOnly, P::deepInheritance, P::includeQualifiers, P::includeClassOrigin, P::propertyList}},
+    {"GetInstance", getInstance,
+     {P::instanceName, P::localOnly, P::includeQualifiers, P::includeClassOrigin, P::propertyList}},
+    {"EnumerateInstances", enumerateInstances,
+     {P::className, P::localOnly, P::deepInheritance, P::includeQualifiers, P::includeClassOrigin, P::propertyList}},
     {"EnumerateInstanceNames", enumerateInstanceNames, {P::className}},
     {"CreateInstance", createInstance, {P::newInstance}},
     {"ModifyInstance", modifyInstance, {P::modifiedInstance, P::includeQualifiers, P::propertyList}},
@@ -24,13 +26,17 @@ constexpr auto operations = std::to_array<IntrinsicOperation>({
     {"SetProperty", setProperty, {P::instanceName, P::propertyName, P::newValue}},
     {"ExecQuery", execQuery, {P::queryLanguage, P::query}},
 
-    {"Associators", associators, {P::objectName, P::associationClass, P::resultClass, P::role, P::resultRole, P::includeQualifiers, P::includeClassOrigin, P::propertyList}},
+    {"Associators", associators,
+     {P::objectName, P::associationClass, P::resultClass, P::role, P::resultRole, P::includeQualifiers,
+      P::includeClassOrigin, P::propertyList}},
     {"AssociatorNames", associatorNames, {P::objectName, P::associationClass, P::resultClass, P::role, P::resultRole}},
-    {"References", references, {P::objectName, P::resultClass, P::role, P::includeQualifiers, P::includeClassOrigin, P::propertyList}},
+    {"References", references,
+     {P::objectName, P::resultClass, P::role, P::includeQualifiers, P::includeClassOrigin, P::propertyList}},
     {"ReferenceNames", referenceNames, {P::objectName, P::resultClass, P::role}},
 
     {"GetClass", getClass, {P::className, P::localOnly, P::includeQualifiers, P::includeClassOrigin, P::propertyList}},
-    {"EnumerateClasses", enumerateClasses, {P::className, P::deepInheritance, P::localOnly, P::includeQualifiers, P::includeClassOrigin}},
+    {"EnumerateClasses", enumerateClasses,
+     {P::className, P::deepInheritance, P::localOnly, P::includeQualifiers, P::includeClassOrigin}},
     {"EnumerateClassNames", enumerateClassNames, {P::className, P::deepInheritance}},
     {"GetQualifier", getQualifier, {P::qualifierName}},
     {"EnumerateQualifiers", enumerateQualifiers, {}},

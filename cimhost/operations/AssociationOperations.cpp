@@ -69,9 +69,9 @@ std::vector<const Registration*> providersFor(const Manner& manner, const Module
 }
 
 /// What the providers of one walk answer. Of those that are asked about all associations, some say
-/// "not supported" for want of one here: that counts only where nobody has an answer. Who says so to
-/// a filter may have had results, and ends the walk. In some hosts "not supported" always means that
-/// the association is not the provider's own.
+/// "not supported" for want of one here: that counts only where nobody has an answer. Who says so
+/// to a filter may have had results, and ends the walk. In some hosts "not supported" always means
+/// that the association is not the provider's own.
 class Answers {
 public:
     Answers(const Manner& manner, const AssociationFilter& filter) noexcept

@@ -19,7 +19,7 @@ enum class LogFormat { text, json };
 /// the second from within a request (see LoggedRequest.h), or as a JSON object:
 ///
 ///     {"time":"2024-05-01T12:00:00.123Z","level":"warning","request":12,"operation":"GetInstance",
-///      "component":"Fans","text":"fan 3 does not answer"}                    (all of it in one line)
+///      "component":"Fans","text":"fan 3 does not answer"}                  (all of it in one line)
 ///
 /// The words are those of ShownText.h. Where there is a feed that somebody looks at, that object is
 /// an event `log` of it, too.

@@ -8,8 +8,8 @@
 namespace profiles {
 
 /// The namespace of the registered profiles, "interop" as the library names it, under the name that
-/// this host has for it: the first of "interop", "root/interop" and "root/PG_InterOp" that has their
-/// class, "interop" when none has. Looked up once.
+/// this host has for it: the first of "interop", "root/interop" and "root/PG_InterOp" that has
+/// their class, "interop" when none has. Looked up once.
 const char* profileNameSpace();
 
 /// The path of a record's registered profile on this host.

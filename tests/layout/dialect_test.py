@@ -47,6 +47,7 @@ CASES = [  # source, words of what is found; none: allowed
     ("struct A {\n    int find() const;\n};", None),
     ("// " + "x" * 98, "101 columns"),
     ('f("' + "x" * 98 + '");', None),
+    ('f("x", ' + "x" * 98 + ");", "107 columns"),
     ("// clang-format off\n// " + "x" * 110 + "\n// clang-format on", None),
     ("// clang-format off\n// " + "x" * 118 + "\n// clang-format on", "121 columns"),
     ('const char* x = R"(if (x == nullptr) T const&)";', None),

@@ -15,7 +15,8 @@ namespace cimtest {
 /// that reads them by platform/, or below hostRoot(), runs as on its server. One at a time.
 ///
 ///     cimtest::FakeHost machine;
-///     machine.device("/sys/class/net/eth0", {{"operstate", "up"}, {"address", "02:00:00:00:00:01"}});
+///     machine.device("/sys/class/net/eth0",
+///                    {{"operstate", "up"}, {"address", "02:00:00:00:00:01"}});
 ///     machine.firmwareIs(SmbiosImage(concatenated({structure(1, 1), endOfTable()})));
 ///
 /// It has no tables, no files and no controller at first. What the library keeps of a machine that

@@ -2,8 +2,8 @@
 // Arguments: the file for its journal, and the name of the module.
 //
 // A message of CIM is answered by ScriptedOperations and noted in the journal; of other bodies
-// "die", "leave", "hang" and "ask" do what they say, "stay" keeps the process when it is to end, and
-// any other comes back behind the number of the process.
+// "die", "leave", "hang" and "ask" do what they say, "stay" keeps the process when it is to end,
+// and any other comes back behind the number of the process.
 
 #include "cimhost/cimxml/Handler.h"
 #include "cimhost/client/ClientTransport.h"
