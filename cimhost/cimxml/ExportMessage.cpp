@@ -85,10 +85,9 @@ void writeExportMessage(XmlBuffer& out, const OutgoingIndication& outgoing,
                              Value::string(std::string(outgoing.filterName)));
         }
     }
-    // Every reference tells its namespace: the listener is in none.
     writeExport(out, sequence.number,
                 {indication, outgoing.definition, outgoing.selection, outgoing.filterName},
-                sequence.host, {});
+                sequence.host, outgoing.nameSpace);
 }
 
 void writeExport(XmlBuffer& out, std::int64_t id, const OutgoingIndication& outgoing,

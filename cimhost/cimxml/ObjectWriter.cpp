@@ -103,7 +103,7 @@ void ObjectWriter::_key(const KeyBinding& key, const ObjectPath& owner) {
     _out.text(key.name);
     if (const ObjectPath* const path = pathOf(key.value)) {
         _out.markup("\">");
-        _keyReference(*path);
+        _keyReference(*path, owner);
         _out.markup("</KEYBINDING>");
     } else {
         _out.markup(keyValueOf(key.value.type()));
@@ -150,8 +150,10 @@ void ObjectWriter::classPath(std::string_view name) {
     _out.markup("</CLASSPATH>");
 }
 
-void ObjectWriter::_keyReference(const ObjectPath& path) {
-    if (!path.nameSpace.empty() && !equalNames(path.nameSpace, _nameSpace)) return _reference(path);
+// Whoever reads a name alone takes it for one in the namespace of the path that it is a key of.
+void ObjectWriter::_keyReference(const ObjectPath& path, const ObjectPath& owner) {
+    const std::string_view here = owner.nameSpace.empty() ? _nameSpace : owner.nameSpace;
+    if (!path.nameSpace.empty() && !equalNames(path.nameSpace, here)) return _reference(path);
     _out.markup("<VALUE.REFERENCE>");
     instanceName(path);
     _out.markup("</VALUE.REFERENCE>");

@@ -47,7 +47,7 @@ public:
 private:
     void _nameSpacePath(std::string_view nameSpace);
     void _key(const KeyBinding& key, const ObjectPath& owner);
-    void _keyReference(const ObjectPath& path);
+    void _keyReference(const ObjectPath& path, const ObjectPath& owner);
     void _reference(const ObjectPath& path);
     void _property(const PropertyValue& property, const Class* owner, bool includeClassOrigin);
     void _richProperty(const PropertyValue& property, const Class* owner, bool includeClassOrigin);

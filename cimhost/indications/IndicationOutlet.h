@@ -37,6 +37,7 @@ struct OutgoingIndication {
     const Class* definition;  ///< its class, or nullptr where that is not known
     const PropertySelection& selection;
     std::string_view filterName;
+    std::string_view nameSpace = {};  ///< where it was raised: of references that name none
 };
 
 /// The way to one destination. Safe from several threads.

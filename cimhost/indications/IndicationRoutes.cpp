@@ -43,19 +43,19 @@ void IndicationRoutes::deliver(const RequestContext&, std::string_view nameSpace
     const std::shared_ptr<const Routes> routes = _current();
     if (routes->empty()) return;
     const std::string_view origin = trimmedSlashes(nameSpace);
-    const NameSpace* const known = _repository.find(origin);
     for (const auto& route : *routes) {
-        if (containsName(route->nameSpaces, origin)) _deliver(*route, known, indication);
+        if (containsName(route->nameSpaces, origin)) _deliver(*route, origin, indication);
     }
 }
 
-void IndicationRoutes::_deliver(const IndicationRoute& route, const NameSpace* nameSpace,
+void IndicationRoutes::_deliver(const IndicationRoute& route, std::string_view origin,
                                 const Instance& indication) const noexcept {
     try {
+        const NameSpace* const nameSpace = _repository.find(origin);
         if (!selects(*route.query, indication, nameSpace)) return;
         const Class* const definition =
             nameSpace ? nameSpace->findClass(indication.className()) : nullptr;
-        route.queue->put({indication, definition, route.selection, route.filterName});
+        route.queue->put({indication, definition, route.selection, route.filterName, origin});
     } catch (const std::exception& error) {
         _log.write(BrokerLog::Level::error, "indications", error.what());
     }

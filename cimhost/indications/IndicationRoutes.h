@@ -44,7 +44,7 @@ private:
     using Routes = std::vector<std::shared_ptr<const IndicationRoute>>;
 
     std::shared_ptr<const Routes> _current() const;
-    void _deliver(const IndicationRoute& route, const NameSpace* nameSpace,
+    void _deliver(const IndicationRoute& route, std::string_view origin,
                   const Instance& indication) const noexcept;
 
     const Repository& _repository;

@@ -1,6 +1,7 @@
 #include "cimhost/server/DeliveryQueue.h"
 
 #include "cimhost/cimxml/ExportMessage.h"
+#include "cimhost/operations/HostName.h"
 
 #include <atomic>
 #include <utility>
@@ -26,7 +27,7 @@ DeliveryQueue::DeliveryQueue(std::string name, const ListenerUrl& url,
                              const DeliverySettings& settings, BrokerLog& log)
     : _name(std::move(name)),
       _url("http://" + url.authority() + url.path),
-      _authority(url.authority()),
+      _host(hostName()),
       _context(makeContext(_name)),
       _settings(settings),
       _log(log),
@@ -53,13 +54,14 @@ void DeliveryQueue::put(const OutgoingIndication& indication) {
     }
     XmlBuffer message;
     try {
-        writeExportMessage(message, indication, {_context, number, _authority});
+        writeExportMessage(message, indication, {_context, number, _host});
     } catch (...) {
         const std::lock_guard lock(_mutex);
         _refuse("an indication cannot be written");
         throw;
     }
     const std::lock_guard lock(_mutex);
+    if (_isEnding) return _refuse("the server is shutting down");  // meanwhile
     if (!_hasRoom(message.size())) return _refuse("too many indications wait");
     try {
         _push(std::string(message.view()));

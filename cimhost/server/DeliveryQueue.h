@@ -69,7 +69,7 @@ private:
 
     const std::string _name;
     const std::string _url;
-    const std::string _authority;
+    const std::string _host;  ///< this one
     const std::string _context;
     const DeliverySettings& _settings;
     BrokerLog& _log;

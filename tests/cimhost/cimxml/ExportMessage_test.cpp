@@ -38,7 +38,7 @@ Instance alarm() {
 std::string messageOf(const Instance& indication, const Class* definition,
                       const PropertySelection& selection = {}) {
     XmlBuffer out;
-    writeExportMessage(out, {indication, definition, selection, "filter"},
+    writeExportMessage(out, {indication, definition, selection, "filter", "root/test"},
                        {"context", 42, "host:1"});
     return std::string(out.view());
 }
@@ -69,6 +69,18 @@ TEST(ExportMessage, SetsOnlyWhatTheClassHas) {
     Instance named = alarm();
     named.set("IndicationFilterName", Value::string("its own"));
     EXPECT_THAT(messageOf(named, &definition), HasSubstr("<VALUE>its own<"));
+}
+
+TEST(ExportMessage, TellsWhereItsReferencesLeadTo) {
+    Instance indication = alarm();
+    for (const char* const nameSpace : {"", "root/other"}) {
+        indication.set("Source", Value::reference({"", nameSpace, "TST_Fan", {}}));
+        const std::string last = *nameSpace ? "other" : "test";
+        EXPECT_THAT(messageOf(indication, nullptr),
+                    HasSubstr("<NAMESPACEPATH><HOST>host:1</HOST><LOCALNAMESPACEPATH>"
+                              "<NAMESPACE NAME=\"root\"/><NAMESPACE NAME=\"" +
+                              last + "\"/></LOCALNAMESPACEPATH></NAMESPACEPATH>"));
+    }
 }
 
 TEST(ExportMessage, ShowsWhatIsSelected) {

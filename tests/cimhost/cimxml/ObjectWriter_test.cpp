@@ -162,6 +162,20 @@ TEST_F(ObjectWriterTest, WritesReferencesAcrossNamespacesInFull) {
             std::string(writtenFanName) + "</INSTANCEPATH></VALUE.REFERENCE>");
 }
 
+TEST_F(ObjectWriterTest, WritesKeysThatLeadOutOfTheNamespaceOfTheirPathInFull) {
+    const auto isInFull = [&](std::string ofPath, std::string ofKey) {
+        const ObjectPath link{
+            "", std::move(ofPath), "TEST_Link", {{"A", Value::reference(fanPath(ofKey))}}};
+        return written([&](ObjectWriter& writer) { writer.instanceName(link); }).find("<HOST>") !=
+               std::string::npos;
+    };
+    EXPECT_FALSE(isInFull("", "root/test"));
+    EXPECT_FALSE(isInFull("interop", "interop"));
+    EXPECT_FALSE(isInFull("interop", ""));
+    EXPECT_TRUE(isInFull("interop", "root/test")) << "which is that of the request";
+    EXPECT_TRUE(isInFull("", "interop"));
+}
+
 TEST_F(ObjectWriterTest, WritesFullPathsWithTheRequestsNamespaceUnlessTheyHaveTheirOwn) {
     const auto path = [&](std::string nameSpace) {
         return written([&](ObjectWriter& writer) { writer.instancePath(fanPath(nameSpace)); });

@@ -1,5 +1,6 @@
 #include "cimhost/cimxml/ExportHandler.h"
 #include "cimhost/http/HttpServer.h"
+#include "cimhost/operations/HostName.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/server/CimXmlAdapter.h"
 #include "cimhost/server/IndicationDelivery.h"
@@ -10,6 +11,7 @@
 #include <sys/socket.h>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <condition_variable>
 #include <functional>
@@ -43,6 +45,10 @@ public:
     ListenerUrl url() const { return {"127.0.0.1", _server.listener().port(), "/"}; }
 
     void handle(const HttpRequest& request, HttpReply& reply) override {
+        {
+            const std::lock_guard lock(_mutex);
+            _body = request.body;
+        }
         CimXmlHttpReply cimReply(reply, CimXmlHttpReply::Kind::exported);
         const ExportHandler handler([this](const Instance& instance) { _take(instance); });
         handler.handle(
@@ -56,6 +62,12 @@ public:
         EXPECT_TRUE(_changed.wait_for(lock, std::chrono::seconds(60),
                                       [&] { return _numbers.size() >= count; }));
         return _numbers;
+    }
+
+    /// What the last request sent.
+    std::string body() const {
+        const std::lock_guard lock(_mutex);
+        return _body;
     }
 
     std::function<void(std::size_t)> judge;  ///< called with how many came before
@@ -72,9 +84,10 @@ private:
 
     HttpLimits _limits;
     HttpServer _server{ListenSocket("127.0.0.1", 0), {*this, _limits}};
-    std::mutex _mutex;
+    mutable std::mutex _mutex;
     std::condition_variable _changed;
     std::vector<std::int64_t> _numbers;
+    std::string _body;
 };
 
 /// A listener that answers each request with these bytes and hangs up.
@@ -342,6 +355,36 @@ TEST_F(DeliveryQueueTest, SendsWhatWaitsWhenItEnds) {
     EXPECT_EQ(delivery.counts().at(0).sent, 20U);
     put(*queue);
     EXPECT_EQ(delivery.counts().at(0).dropped, 1U);
+}
+
+TEST_F(DeliveryQueueTest, KeepsNothingThatComesWhileItEnds) {
+    LiveListener listener;
+    // Takes its time to be written, so that the end comes in the middle.
+    indication.set("Text", Value::string(std::string(100'000, '<')));
+    for (int round = 0; round < 50; ++round) {
+        DeliveryQueue queue("d", listener.url(), settings, log);
+        std::atomic<bool> isOver{false};
+        std::thread provider([&] {
+            while (!isOver) put(queue);
+        });
+        listener.waitFor(static_cast<std::size_t>(round) + 1);
+        queue.beginEnd();
+        queue.finish(Clock::now());
+        isOver = true;
+        provider.join();
+        const DeliveryCounts counts = queue.counts();
+        EXPECT_EQ(counts.waiting, 0U) << "in round " << round;
+        EXPECT_EQ(counts.raised, counts.sent + counts.dropped);
+    }
+}
+
+TEST_F(DeliveryQueueTest, SaysThatReferencesLeadToThisHost) {
+    LiveListener listener;
+    DeliveryQueue queue("d", listener.url(), settings, log);
+    indication.set("Source", Value::reference({"", "root/test", "TST_Fan", {}}));
+    put(queue);
+    listener.waitFor(1);
+    EXPECT_NE(listener.body().find("<HOST>" + hostName() + "</HOST>"), std::string::npos);
 }
 
 TEST_F(DeliveryQueueTest, CountsWhatCannotBeWritten) {
