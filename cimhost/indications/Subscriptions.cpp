@@ -156,11 +156,12 @@ void Subscriptions::_save() {
 void Subscriptions::_activate(const RequestContext& request, Subscription& subscription) {
     Filter& filter = *subscription.filter;
     Destination& destination = *subscription.destination;
-    if (filter.activeSubscribers == 0) {
-        filter.active = _activation.activate(request, filter.meaning);
-    }
+    // Before a provider is told anything: this may be refused.
     if (!destination.queue) {
         destination.queue = _outlet.open(nameOf(destination.instance), destination.url);
+    }
+    if (filter.activeSubscribers == 0) {
+        filter.active = _activation.activate(request, filter.meaning);
     }
     ++filter.activeSubscribers;
     subscription.route = std::make_shared<const IndicationRoute>(

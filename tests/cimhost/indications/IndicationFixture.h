@@ -2,6 +2,7 @@
 
 #include "cimhost/indications/IndicationOutlet.h"
 #include "cimhost/objects/Broker.h"
+#include "cimhost/repository/CimError.h"
 
 #include <memory>
 #include <mutex>
@@ -36,10 +37,13 @@ public:
     };
 
     std::shared_ptr<IndicationQueue> open(const std::string& name, const ListenerUrl&) override {
+        if (isClosed) throw CimError(CimCode::notSupported, "nothing is delivered");
         return std::make_shared<Queue>(*this, name);
     }
     DeliveryManner manner() const override { return {}; }
     std::vector<DeliveryCounts> counts() const override { return {}; }
+
+    bool isClosed = false;
 
     std::vector<std::string> take() {
         const std::lock_guard lock(_mutex);

@@ -104,6 +104,12 @@ TEST_F(SubscriptionsTest, RefusePoliciesThatTheyCannotFollow) {
     EXPECT_EQ(failure("OnFatalErrorPolicy", 2), 0);
 }
 
+TEST_F(SubscriptionsTest, TellNoProviderOfWhatCannotBeDelivered) {
+    outlet.isClosed = true;
+    EXPECT_EQ(errorCodeOf([&] { subscribe(); }), 7);
+    EXPECT_EQ(alarms.take(), Texts{});
+}
+
 TEST_F(SubscriptionsTest, KeepWhatIsInUse) {
     const ObjectPath path = subscribe();
     const Instance subscription = *subscriptions->find(path);
