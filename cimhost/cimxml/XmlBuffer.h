@@ -18,7 +18,7 @@ public:
     XmlBuffer() = default;
     /// With `keepsLines` tabs, line feeds and carriage returns are written as numeric references:
     /// a reader that knows these gets back each of them, which XML else makes one of the others.
-    explicit XmlBuffer(bool keepsLines) noexcept : _keepsLines(keepsLines) {}
+    explicit XmlBuffer(bool keepsLines) : _keepsLines(keepsLines) {}
 
     bool keepsLines() const noexcept { return _keepsLines; }
 

@@ -187,7 +187,13 @@ void ModuleProcess::keepRunning(bool isNeeded) {
     const std::lock_guard lock(_mutex);
     _needs += isNeeded ? 1 : -1;
     _changed.notify_all();
-    if (isNeeded && !_keeper.joinable() && !_isStopping) _keeper = std::thread([this] { _keep(); });
+    if (!isNeeded || _keeper.joinable() || _isStopping) return;
+    try {
+        _keeper = std::thread([this] { _keep(); });
+    } catch (const std::exception& error) {
+        _log.write(BrokerLog::Level::error, _module,
+                   std::string("is not started again by itself: ") + error.what());
+    }
 }
 
 void ModuleProcess::_keep() noexcept {
@@ -227,6 +233,8 @@ void ModuleProcess::replace() noexcept try {
     _failure.clear();  // it was that of another file
     if (!_child || _isDead || _isStopping) return;
     _replaced.push_back({std::exchange(_child, nullptr), {}});
+    _isDead = true;  // until there is another; the keeper goes on trying
+    _changed.notify_all();
     // Its filters are to be active again before anybody asks.
     if (_needs > 0) _startNew(lock);
 } catch (const std::exception& error) {

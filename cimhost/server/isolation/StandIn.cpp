@@ -267,8 +267,7 @@ Arguments argumentsOf(const StandIn::Filter& filter, const char* name, bool flag
 
 /// Asks the other process by one of the methods about filters. The answer goes to `value`.
 CMPIStatus askAboutFilter(CMPIIndicationMI* mi, const CMPIContext* context, const char* operation,
-                          const char* method, const Arguments& arguments,
-                          Value* value = nullptr) noexcept {
+                          const char* method, const Arguments& arguments, Value* value = nullptr) {
     return forward(mi, context, operation, filterTarget(modelOf(context)), [&](Forward& call) {
         call.run([&](CimXmlClient& client) {
             MethodResult result = client.invokeMethod(call.request(), filterTarget(call.request()),
@@ -278,57 +277,76 @@ CMPIStatus askAboutFilter(CMPIIndicationMI* mi, const CMPIContext* context, cons
     });
 }
 
+/// The status that `work()` answers with; what it throws becomes one.
+template <typename Work>
+CMPIStatus answerOf(CMPIIndicationMI* mi, Work&& work) noexcept {
+    CMPIStatus answer{CMPI_RC_OK, nullptr};
+    const CMPIStatus failure =
+        enter(standInOf(mi).broker().handle(), [&](const Broker&, CMPIrc&) { answer = work(); });
+    return failure.rc != CMPI_RC_OK ? failure : answer;
+}
+
 /// A process that starts anew knows nothing of what ends here.
 bool isRunning(const CMPIIndicationMI* mi) { return standInOf(mi).process().state().id != 0; }
 
 CMPIStatus authorizeFilter(CMPIIndicationMI* mi, const CMPIContext* context,
                            const CMPISelectExp* filter, const char*, const CMPIObjectPath*,
                            const char*) noexcept {
-    return askAboutFilter(mi, context, "authorizeFilter", filterMethods::authorize,
-                          argumentsOf(filterOf(context, filter)));
+    return answerOf(mi, [&] {
+        return askAboutFilter(mi, context, "authorizeFilter", filterMethods::authorize,
+                              argumentsOf(filterOf(context, filter)));
+    });
 }
 
 CMPIStatus mustPoll(CMPIIndicationMI* mi, const CMPIContext* context, const CMPIResult* result,
                     const CMPISelectExp* filter, const char*, const CMPIObjectPath*) noexcept {
-    Value answer;
-    const CMPIStatus status = askAboutFilter(mi, context, "mustPoll", filterMethods::mustPoll,
-                                             argumentsOf(filterOf(context, filter)), &answer);
-    if (status.rc == CMPI_RC_OK && !answer.isNull()) {
-        return enter(standInOf(mi).broker().handle(),
-                     [&](const Broker&, CMPIrc&) { Results(result).deliver(answer); });
-    }
-    return status;
+    return answerOf(mi, [&] {
+        Value answer;
+        const CMPIStatus status = askAboutFilter(mi, context, "mustPoll", filterMethods::mustPoll,
+                                                 argumentsOf(filterOf(context, filter)), &answer);
+        if (status.rc == CMPI_RC_OK && !answer.isNull()) Results(result).deliver(answer);
+        return status;
+    });
 }
 
 CMPIStatus activateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
                           const CMPISelectExp* filter, const char*, const CMPIObjectPath*,
                           CMPIBoolean isFirst) noexcept {
-    const StandIn::Filter active = filterOf(context, filter);
-    const CMPIStatus status = askAboutFilter(mi, context, "activateFilter", filterMethods::activate,
-                                             argumentsOf(active, "IsFirst", isFirst != 0));
-    if (status.rc == CMPI_RC_OK) standInOf(mi).noteActive(active);
-    return status;
+    return answerOf(mi, [&] {
+        const StandIn::Filter active = filterOf(context, filter);
+        const CMPIStatus status =
+            askAboutFilter(mi, context, "activateFilter", filterMethods::activate,
+                           argumentsOf(active, "IsFirst", isFirst != 0));
+        if (status.rc == CMPI_RC_OK) standInOf(mi).noteActive(active);
+        return status;
+    });
 }
 
 CMPIStatus deActivateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
                             const CMPISelectExp* filter, const char*, const CMPIObjectPath*,
                             CMPIBoolean isLast) noexcept {
-    const StandIn::Filter active = filterOf(context, filter);
-    standInOf(mi).noteInactive(active);
-    if (!isRunning(mi)) return {CMPI_RC_OK, nullptr};
-    return askAboutFilter(mi, context, "deActivateFilter", filterMethods::deactivate,
-                          argumentsOf(active, "IsLast", isLast != 0));
+    return answerOf(mi, [&] {
+        const StandIn::Filter active = filterOf(context, filter);
+        standInOf(mi).noteInactive(active);
+        if (!isRunning(mi)) return CMPIStatus{CMPI_RC_OK, nullptr};
+        return askAboutFilter(mi, context, "deActivateFilter", filterMethods::deactivate,
+                              argumentsOf(active, "IsLast", isLast != 0));
+    });
 }
 
 CMPIStatus enableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
-    standInOf(mi).noteEnabled(modelOf(context), true);
-    return askAboutFilter(mi, context, "enableIndications", filterMethods::enable, {});
+    return answerOf(mi, [&] {
+        standInOf(mi).noteEnabled(modelOf(context), true);
+        return askAboutFilter(mi, context, "enableIndications", filterMethods::enable, {});
+    });
 }
 
 CMPIStatus disableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
-    standInOf(mi).noteEnabled(modelOf(context), false);
-    if (!isRunning(mi)) return {CMPI_RC_OK, nullptr};
-    return askAboutFilter(mi, context, "disableIndications", filterMethods::disable, {});
+    return answerOf(mi, [&] {
+        standInOf(mi).noteEnabled(modelOf(context), false);
+        if (!isRunning(mi)) return CMPIStatus{CMPI_RC_OK, nullptr};
+        return askAboutFilter(mi, context, "disableIndications", filterMethods::disable, {});
+    });
 }
 
 /// The other process cleans up when it ends.

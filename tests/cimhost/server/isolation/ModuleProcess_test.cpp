@@ -283,6 +283,18 @@ TEST_F(ModuleProcessTest, RunsAgainByItselfAsLongAsItIsNeeded) {
     EXPECT_EQ(process.state().starts, 3U);
 }
 
+TEST_F(ModuleProcessTest, IsTriedAgainWhenItIsNeededAndCannotBeReplaced) {
+    process.keepRunning(true);
+    ask("hello");
+    settings.command = {"/nonexistent/program"};
+    process.replace();
+    EXPECT_TRUE(eventually([this] {
+        return log.countOf(
+                   "error Fans: module Fans: its process cannot be started: "
+                   "/nonexistent/program: No such file or directory") == 2;
+    }));
+}
+
 TEST_F(ModuleProcessTest, StartsNoMoreOnceItIsToEnd) {
     ask("hello");
     process.beginEnd();

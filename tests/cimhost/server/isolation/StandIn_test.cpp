@@ -4,6 +4,7 @@
 #include "cimhost/operations/Operations.h"
 #include "cimhost/query/WqlParser.h"
 #include "cimhost/repository/CimError.h"
+#include "testing/cimhost/testing/Allocations.h"
 #include "tests/cimhost/cimxml/TestSchema.h"
 #include "tests/support/BrokerFixture.h"
 #include "tests/support/TemporaryFolder.h"
@@ -192,6 +193,24 @@ TEST_F(StandInTest, AFilterThatEndsWithoutAProcessStartsNone) {
     deactivate("SELECT * FROM TEST_Fan", true);
     EXPECT_EQ(process.state().starts, 1U);
     EXPECT_EQ(journal().size(), 0U);
+}
+
+TEST_F(StandInTest, LackOfMemoryFailsACallAboutAFilterAndNothingElse) {
+    bool hasFailed = true;
+    for (int nth = 1; hasFailed; ++nth) {
+        ASSERT_LT(nth, 5'000);
+        const auto run = [&](FilterCall& call, auto& use) {
+            const cimtest::FailingAllocation failing(nth, false);
+            try {
+                call.authorize(use);
+                call.activate(use, true);
+                call.deactivate(use, true);
+            } catch (const std::exception&) {
+            }
+            hasFailed = cimtest::allocationHasFailed();
+        };
+        tellFilter("SELECT * FROM TEST_Fan", run);
+    }
 }
 
 TEST_F(StandInTest, AnswersManyThreadsEachItsOwn) {
