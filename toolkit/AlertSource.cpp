@@ -84,7 +84,8 @@ void AlertSource::raise(const CmpiCpp::CmpiContext& context, int event, const st
                         const Fill& fill) noexcept {
     try {
         IndDBRec record;
-        if (_definitions.getRecord(event, record) != 0) {
+        // The database of an unknown provider has a placeholder, numbered 0.
+        if (event < 1 || _definitions.getRecord(event, record) != 0) {
             _log.error("event %d has no definition and is not raised", event);
             return;
         }

@@ -3,6 +3,7 @@
 #include "cmpicpp/CmpiMBService.h"
 #include "toolkit/FailureText.h"
 
+#include <atomic>
 #include <condition_variable>
 #include <thread>
 
@@ -27,11 +28,15 @@ public:
     Watcher(const Watcher&) = delete;
     Watcher& operator=(const Watcher&) = delete;
 
+    /// It was told to, or the object manager took no thread of its.
+    bool hasEnded() const noexcept { return _hasEnded; }
+
 private:
     /// Calls nothing of the object manager itself.
     void _run() noexcept {
         while (_lookOnItsOwn()) {
         }
+        _hasEnded = true;
     }
 
     /// On a thread that ends with the look: what is made of the object manager lives until it is
@@ -93,6 +98,7 @@ private:
     std::mutex _mutex;
     std::condition_variable _wake;
     bool _isStopping = false;
+    std::atomic<bool> _hasEnded{false};
     std::thread _thread;  // last: it uses the others
 };
 
@@ -104,7 +110,7 @@ AlertThread::~AlertThread() { stop(); }
 
 void AlertThread::start(const CmpiContext& context) {
     const std::lock_guard lock(_mutex);
-    if (!_watcher) _watcher = std::make_unique<Watcher>(*this, context);
+    if (!_watcher || _watcher->hasEnded()) _watcher = std::make_unique<Watcher>(*this, context);
 }
 
 void AlertThread::stop() {

@@ -239,8 +239,11 @@ TEST_F(AlertSourceTest, SaysThatAnEventHasNoDefinition) {
     EXPECT_FALSE(raised);
     EXPECT_EQ(errors(), Lines{"error: event 7 has no definition and is not raised"});
     AlertSource unknown(host.broker(), log.logger, "PYL_Nothing");
-    unknown.raise(host.context(), 3);
+    for (const int event : {3, 0, -1}) unknown.raise(host.context(), event);
     EXPECT_FALSE(raised);
+    EXPECT_EQ(errors(), (Lines{"error: event 3 has no definition and is not raised",
+                               "error: event 0 has no definition and is not raised",
+                               "error: event -1 has no definition and is not raised"}));
 }
 
 TEST_F(AlertSourceTest, GoesOnWhenTheObjectManagerDoesNotTakeIt) {

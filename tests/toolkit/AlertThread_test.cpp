@@ -197,4 +197,17 @@ TEST_F(AlertThreadTest, SaysWhatTheObjectManagerRefuses) {
     EXPECT_EQ(looks, 0);
 }
 
+TEST_F(AlertThreadTest, StartsAgainAfterAWatchThatTheObjectManagerHasEnded) {
+    cimtest::FaultyBroker faulty(host.real());
+    host.use(faulty.handle());
+    faulty.failCall("CMPIBrokerFT.attachThread", 1, cimtest::FaultyBroker::Fault::status);
+    AlertThread thread(host.broker(), log.logger, hours(1), look());
+    const auto hasLooked = [&] {
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, milliseconds(5), [&] { return looks > 0; });
+    };
+    for (int attempt = 0; attempt < 1'000 && !hasLooked(); ++attempt) thread.start(host.context());
+    EXPECT_TRUE(hasLooked());
+}
+
 }  // namespace
