@@ -10,6 +10,14 @@ namespace {
 // CMPI has no empty filters: what does not filter is a null.
 const char* filter(const CmpiName& name) noexcept { return name.empty() ? nullptr : name.c_str(); }
 
+/// Of a path or an instance that goes up. Hosts read it without a look.
+auto* handleOf(const auto& value) {
+    if (value.empty()) {
+        throw CmpiStatus(CMPI_RC_ERR_INVALID_HANDLE, "An empty value cannot be asked about");
+    }
+    return value.toCMPI();
+}
+
 CmpiInstance wrap(const CMPIBroker* broker, const CMPIInstance* instance) {
     return CmpiInstance(CmpiHandle<CMPIInstance>::borrowed(broker, made(instance, "instance")));
 }
@@ -53,7 +61,7 @@ std::vector<Item> enumerate(const CMPIBroker* given, Slot CMPIBrokerFT::*slot,
     const CMPIBroker* const broker = required(given);
     CMPIStatus status{CMPI_RC_OK, nullptr};
     const CMPIEnumeration* const enumeration =
-        call(broker->bft->*slot, broker, required(context.toCMPI()), path.toCMPI(), arguments...,
+        call(broker->bft->*slot, broker, required(context.toCMPI()), handleOf(path), arguments...,
              &status);
     const bool old = static_cast<int>(broker->bft->brokerVersion) < 210;
     if (old && status.rc == CMPI_RC_ERR_NOT_FOUND) return {};
@@ -69,7 +77,7 @@ CmpiInstance CmpiMBService::getInstance(const CmpiContext& context, const CmpiOb
                                         const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
     return wrap(broker, ask(broker->bft->getInstance, broker, required(context.toCMPI()),
-                            path.toCMPI(), legalNames(properties)));
+                            handleOf(path), legalNames(properties)));
 }
 
 std::vector<CmpiInstance> CmpiMBService::enumInstances(const CmpiContext& context,
@@ -89,19 +97,19 @@ CmpiObjectPath CmpiMBService::createInstance(const CmpiContext& context, const C
                                              const CmpiInstance& instance) const {
     const CMPIBroker* const broker = required(_broker);
     return wrap(broker, ask(broker->bft->createInstance, broker, required(context.toCMPI()),
-                            path.toCMPI(), instance.toCMPI()));
+                            handleOf(path), handleOf(instance)));
 }
 
 void CmpiMBService::modifyInstance(const CmpiContext& context, const CmpiObjectPath& path,
                                    const CmpiInstance& instance, const char** properties) const {
     const CMPIBroker* const broker = required(_broker);
-    tell(broker->bft->modifyInstance, broker, required(context.toCMPI()), path.toCMPI(),
-         instance.toCMPI(), legalNames(properties));
+    tell(broker->bft->modifyInstance, broker, required(context.toCMPI()), handleOf(path),
+         handleOf(instance), legalNames(properties));
 }
 
 void CmpiMBService::deleteInstance(const CmpiContext& context, const CmpiObjectPath& path) const {
     const CMPIBroker* const broker = required(_broker);
-    tell(broker->bft->deleteInstance, broker, required(context.toCMPI()), path.toCMPI());
+    tell(broker->bft->deleteInstance, broker, required(context.toCMPI()), handleOf(path));
 }
 
 std::vector<CmpiInstance> CmpiMBService::execQuery(const CmpiContext& context,
@@ -153,7 +161,7 @@ CmpiData CmpiMBService::invokeMethod(const CmpiContext& context, const CmpiObjec
     const CmpiArgs inputs = in.empty() ? makeCmpiArgs(CmpiBroker(broker)) : in;
     CMPIArgs* const outputs = made(ask(broker->eft->newArgs, broker), "arguments");
     const CMPIData result = ask(broker->bft->invokeMethod, broker, required(context.toCMPI()),
-                                path.toCMPI(), method.c_str(), inputs.toCMPI(), outputs);
+                                handleOf(path), method.c_str(), inputs.toCMPI(), outputs);
     out = CmpiArgs(CmpiHandle<CMPIArgs>::fresh(broker, outputs));
     return {broker, result};
 }
@@ -166,7 +174,7 @@ CmpiData CmpiMBService::getProperty(const CmpiContext& context, const CmpiObject
     const char* const name = property.c_str();
     CMPIStatus status{CMPI_RC_OK, nullptr};
     const CMPIData data = call(broker->bft->getProperty, broker, required(context.toCMPI()),
-                               path.toCMPI(), name, &status);
+                               handleOf(path), name, &status);
     if (status.rc == CMPI_RC_ERR_NOT_SUPPORTED) return _getPropertyOf(context, path, name);
     check(status);
     return {broker, present(data, name)};
@@ -190,7 +198,7 @@ void CmpiMBService::setProperty(const CmpiContext& context, const CmpiObjectPath
     const CMPIValue* const wanted = value.toCMPI(broker);
     requireNoNullObjects(wanted, value.type());
     const CMPIStatus status = call(broker->bft->setProperty, broker, required(context.toCMPI()),
-                                   path.toCMPI(), property.c_str(), wanted, value.type());
+                                   handleOf(path), property.c_str(), wanted, value.type());
     if (status.rc != CMPI_RC_ERR_NOT_SUPPORTED) return check(status);
     CmpiInstance instance = makeCmpiInstance(CmpiBroker(broker), path);
     instance.setProperty(property, value);
@@ -202,7 +210,7 @@ void CmpiMBService::deliverIndication(const CmpiContext& context, const CmpiName
                                       const CmpiInstance& indication) const {
     const CMPIBroker* const broker = required(_broker);
     tell(broker->bft->deliverIndication, broker, required(context.toCMPI()), nameSpace.c_str(),
-         indication.toCMPI());
+         handleOf(indication));
 }
 
 CmpiThreadContext::CmpiThreadContext(const CMPIBroker* broker, const CmpiContext& context)

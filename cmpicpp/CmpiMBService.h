@@ -20,8 +20,8 @@ namespace CmpiCpp {
 /// Up-calls: the object manager's own operations, for objects that other providers serve.
 ///
 /// Every operation throws CmpiStatus with the code and text that the object manager answers;
-/// CMPI_RC_ERR_INVALID_HANDLE without a context, and CMPI_RC_ERR_INVALID_PARAMETER for a property
-/// list with a name that is none of CIM.
+/// CMPI_RC_ERR_INVALID_HANDLE without a context, for an empty path and for an empty instance; and
+/// CMPI_RC_ERR_INVALID_PARAMETER for a property list with a name that is none of CIM.
 /// Results live until the caller's own CMPI function returns. The context is that of the current
 /// call, or one from CmpiThreadContext on a thread of the provider's own. Cheap to make, one for
 /// each use.
@@ -105,7 +105,7 @@ public:
         Attachment(const Attachment&) = delete;
         Attachment& operator=(const Attachment&) = delete;
 
-        /// For what the thread asks; good as long as the CmpiThreadContext is.
+        /// For what the thread asks; good as long as this is.
         CmpiContext context() const noexcept;
 
     private:

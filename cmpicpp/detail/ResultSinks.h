@@ -29,10 +29,10 @@ private:
     const CMPIResult* _result;
 };
 
-/// Keeps what is delivered.
+/// Keeps what is delivered, also beyond a CmpiMemoryMark of whoever delivers it.
 class PathList final : public CmpiObjectPathResult {
 public:
-    void deliver(const CmpiObjectPath& path) override { _paths.push_back(path); }
+    void deliver(const CmpiObjectPath& path) override { _paths.push_back(path.clone()); }
 
     const std::vector<CmpiObjectPath>& paths() const noexcept { return _paths; }
 

@@ -155,14 +155,16 @@ protected:
         _script.enumeration = nullptr;
     }
 
+    CmpiInstance instance() const { return makeCmpiInstance(broker(), path()); }
+
     /// Every operation, on a path of this broker.
     std::vector<std::function<void()>> operations() {
         return {
             [this] { _service.getInstance(_context, path(), nullptr); },
             [this] { _service.enumInstances(_context, path(), nullptr); },
             [this] { _service.enumInstanceNames(_context, path()); },
-            [this] { _service.createInstance(_context, path(), CmpiInstance()); },
-            [this] { _service.modifyInstance(_context, path(), CmpiInstance(), nullptr); },
+            [this] { _service.createInstance(_context, path(), instance()); },
+            [this] { _service.modifyInstance(_context, path(), instance(), nullptr); },
             [this] { _service.deleteInstance(_context, path()); },
             [this] { _service.execQuery(_context, path(), "q", "l"); },
             [this] { _service.associators(_context, path(), "", "", "", "", nullptr); },
@@ -175,7 +177,7 @@ protected:
             },
             [this] { _service.getProperty(_context, path(), "P"); },
             [this] { _service.setProperty(_context, path(), "P", 1); },
-            [this] { _service.deliverIndication(_context, "n", CmpiInstance()); },
+            [this] { _service.deliverIndication(_context, "n", instance()); },
         };
     }
 
@@ -192,6 +194,27 @@ protected:
 TEST_F(CmpiMBServiceTest, GetsAnInstance) {
     EXPECT_EQ(_service.getInstance(_context, path(), _some).getClassName(), "C");
     EXPECT_EQ(_script.asked, "getInstance some");
+}
+
+TEST_F(CmpiMBServiceTest, AsksNobodyAboutWhatIsEmpty) {
+    const CmpiObjectPath none;
+    const auto expectRefusal = [&](auto&& work) {
+        EXPECT_EQ(codeOf(work), CMPI_RC_ERR_INVALID_HANDLE);
+        EXPECT_EQ(_script.asked, "");
+    };
+    expectRefusal([&] { _service.getInstance(_context, none, nullptr); });
+    expectRefusal([&] { _service.enumInstances(_context, none, nullptr); });
+    expectRefusal([&] { _service.createInstance(_context, none, instance()); });
+    expectRefusal([&] { _service.createInstance(_context, path(), CmpiInstance()); });
+    expectRefusal([&] { _service.modifyInstance(_context, path(), CmpiInstance(), nullptr); });
+    expectRefusal([&] { _service.deleteInstance(_context, none); });
+    expectRefusal([&] { _service.execQuery(_context, none, "q", "l"); });
+    expectRefusal([&] { _service.getProperty(_context, none, "P"); });
+    expectRefusal([&] {
+        CmpiArgs out;
+        _service.invokeMethod(_context, none, "M", CmpiArgs(), out);
+    });
+    expectRefusal([&] { _service.deliverIndication(_context, "n", CmpiInstance()); });
 }
 
 TEST_F(CmpiMBServiceTest, EnumeratesInstancesAndTheirNames) {
@@ -216,9 +239,9 @@ TEST_F(CmpiMBServiceTest, TakesElementsThatHaveAPointerAndTheStateOfNull) {
 }
 
 TEST_F(CmpiMBServiceTest, ChangesInstances) {
-    EXPECT_EQ(_service.createInstance(_context, path(), CmpiInstance()).getClassName(), "C");
+    EXPECT_EQ(_service.createInstance(_context, path(), instance()).getClassName(), "C");
     EXPECT_EQ(_script.asked, "createInstance");
-    _service.modifyInstance(_context, path(), CmpiInstance(), _some);
+    _service.modifyInstance(_context, path(), instance(), _some);
     EXPECT_EQ(_script.asked, "modifyInstance some");
     _service.deleteInstance(_context, path());
     EXPECT_EQ(_script.asked, "deleteInstance");
@@ -291,7 +314,7 @@ TEST_F(CmpiMBServiceTest, AMissingPropertyMayBeToldByItsState) {
 }
 
 TEST_F(CmpiMBServiceTest, DeliversIndications) {
-    _service.deliverIndication(_context, "root/ktq", CmpiInstance());
+    _service.deliverIndication(_context, "root/ktq", instance());
     EXPECT_EQ(_script.asked, "deliverIndication root/ktq");
 }
 

@@ -1,5 +1,6 @@
 #include "cmpicpp/detail/MiTables.h"
 
+#include "cmpicpp/CmpiMemoryMark.h"
 #include "tests/cmpicpp/ModuleFixture.h"
 
 #include <cstdint>
@@ -20,6 +21,31 @@ public:
     void getInstance(const CmpiContext&, const CmpiObjectPath&, const char**,
                      CmpiInstanceResult&) override {}
     CMPIBroker* getBroker() override { return nullptr; }
+};
+
+/// Finds each path in a lifetime of its own, as a loop over many does.
+class Marking final : public ReadOnly {
+public:
+    explicit Marking(const CmpiBroker& broker) : _broker(broker) {}
+
+    void execQuery(const CmpiContext&, const CmpiObjectPath& path, const std::string&,
+                   const std::string&, CmpiObjectPathResult& result) override {
+        for (const char* const id : {"a", "b"}) {
+            const CmpiMemoryMark mark(_broker);
+            auto found = makeCmpiObjectPath(_broker, path.getNameSpace(), path.getClassName());
+            found.addKey("Id", id);
+            result.deliver(found);
+        }
+    }
+    void getInstance(const CmpiContext&, const CmpiObjectPath& path, const char**,
+                     CmpiInstanceResult&) override {
+        asked.push_back(path.getKey("Id").asString());
+    }
+
+    static inline std::vector<std::string> asked;
+
+private:
+    CmpiBroker _broker;
 };
 
 class MiTablesTest : public ModuleTest {
@@ -296,6 +322,16 @@ TEST_F(MiTablesTest, SlotsOfNewerLevelsAreNotSupported) {
               CMPI_RC_ERR_NOT_SUPPORTED);
     EXPECT_EQ(mi->ft->deActivateFilterCollection(mi, _context, _instance, 1).rc,
               CMPI_RC_ERR_NOT_SUPPORTED);
+}
+
+TEST_F(MiTablesTest, WhatAQueryFindsOutlivesTheMarksOfTheSearch) {
+    maker = [](const CmpiBroker& broker) -> CmpiProvider* { return new Marking(broker); };
+    _instanceMi = Test_Provider_Create_InstanceMI(handle(), _context, nullptr);
+    ASSERT_NE(_instanceMi, nullptr);
+    Marking::asked.clear();
+    EXPECT_EQ(_instanceMi->ft->execQuery(_instanceMi, _context, _result, _path, "q", "l").rc,
+              CMPI_RC_OK);
+    EXPECT_EQ(Marking::asked, (std::vector<std::string>{"a", "b"}));
 }
 
 TEST_F(MiTablesTest, WhatAProviderDoesNotOverrideIsNotSupported) {
