@@ -59,8 +59,8 @@ public:
     /// added, but some object managers have one of their own.
     std::pair<CmpiName, CmpiData> getKeyAt(unsigned int index) const;
     /// @{
-    /// Adds a key, or replaces the one of this name. A name that is none of CIM, and a NULL, are
-    /// CMPI_RC_ERR_INVALID_PARAMETER.
+    /// Adds a key, or replaces the one of this name. An empty name and a NULL are
+    /// CMPI_RC_ERR_INVALID_PARAMETER; what other names a path takes is the object manager's.
     void addKey(const char* name, CmpiValue value);
     void addKey(const CmpiName& name, CmpiValue value) { addKey(name.c_str(), value); }
     /// @}

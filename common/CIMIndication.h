@@ -12,9 +12,9 @@ namespace PYL {
 
 /// An indication on its way to becoming a CIM instance: its identity, severity and time.
 ///
-/// An indication is built, filled by setters, turned into one instance and thrown away, on one
-/// thread. Different ones may be built at once. Whatever makes objects of the broker, which
-/// PYLUtil::setBroker() recorded, passes on its CmpiStatus.
+/// An indication is built, filled by setters, turned into one instance and thrown away, by one
+/// thread at a time. Different ones may be built at once. Whatever makes objects of the broker,
+/// which PYLUtil::setBroker() recorded, passes on its CmpiStatus.
 class PYL_EXPORT CIMIndication {
 public:
     /// An indication of this class with the next number of the process. `severity` is an

@@ -15,8 +15,9 @@ namespace PYL {
 /// One managed thing that a provider reports: a fan, a disk, a link between two of them.
 ///
 /// A CmpiManagedInstanceCollection owns it and calls it under its lock, so no operation may call
-/// back into that collection. A hidden instance is reported by nothing and goes at the next
-/// clean-up. A copy made by a derived class is as visible as the original and belongs to its maker.
+/// back into that collection. A hidden instance is found only where a visible association leads to
+/// it, and goes at the next clean-up. A copy made by a derived class is as visible as the original
+/// and belongs to its maker.
 class PYL_EXPORT CmpiManagedInstance {
 public:
     CmpiManagedInstance() = default;

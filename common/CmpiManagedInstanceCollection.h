@@ -28,7 +28,8 @@ namespace PYL {
 /// that is not would come back here and wait for ever.
 ///
 /// Exceptions: what an instance, a sink or the object manager throws is logged and goes on to the
-/// caller unchanged; what was delivered before stays delivered.
+/// caller unchanged; what was delivered before stays delivered. What fails about a far end that is
+/// asked for by an up-call, its delivery included, is logged and costs that far end alone.
 class PYL_EXPORT CmpiManagedInstanceCollection {
 public:
     /// Keeps a copy of the logger, with ":CmpiManagedInstanceCollection" added to its source.
