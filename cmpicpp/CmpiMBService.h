@@ -79,6 +79,8 @@ public:
     /// @}
 
     /// Hands an indication over for distribution; success does not mean that anybody subscribed.
+    /// Some object managers cut it in place to what a subscriber has selected: one that is used
+    /// afterwards is delivered as a clone().
     void deliverIndication(const CmpiContext&, const CmpiName& nameSpace,
                            const CmpiInstance& indication) const;
 

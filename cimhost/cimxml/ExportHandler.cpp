@@ -49,14 +49,16 @@ void take(const Element& call, const ExportHandler::Taker& taker) {
     taker(readIndication(call));
 }
 
-void writeAnswer(const Element& message, const std::optional<CimError>& error, CimXmlReply& reply) {
+void writeAnswer(const Element& message, const Element& call, const std::optional<CimError>& error,
+                 CimXmlReply& reply) {
     XmlBuffer out;
     out.markup(
         "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n"
         "<CIM CIMVERSION=\"2.0\" DTDVERSION=\"2.0\"><MESSAGE");
     out.attribute("ID", message.attributeText(Attribute::id));
-    out.markup(
-        " PROTOCOLVERSION=\"1.0\"><SIMPLEEXPRSP><EXPMETHODRESPONSE NAME=\"ExportIndication\">");
+    out.markup(" PROTOCOLVERSION=\"1.0\"><SIMPLEEXPRSP><EXPMETHODRESPONSE");
+    out.attribute("NAME", call.attributeText(Attribute::name));
+    out.markup(">");
     if (error) {
         reply.noteFailure(static_cast<int>(error->code()));
         out.markup("<ERROR");
@@ -94,7 +96,8 @@ void ExportHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) con
     const Element message = *document->root().firstChild();
     const Element content = *message.firstChild();
     if (content.tag() != Tag::simpleExportRequest) return reply.refuse(400, "request-not-valid");
-    writeAnswer(message, failureOfTaking(*content.child(Tag::exportCall), _take), reply);
+    const Element call = *content.child(Tag::exportCall);
+    writeAnswer(message, call, failureOfTaking(call, _take), reply);
 }
 
 }  // namespace cimhost
