@@ -3,7 +3,6 @@
 #include "cimhost/objects/Broker.h"
 #include "cimhost/operations/Operations.h"
 #include "cimhost/operations/Target.h"
-#include "cimhost/repository/CimError.h"
 
 #include <utility>
 
