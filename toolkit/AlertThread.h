@@ -33,7 +33,8 @@ public:
     AlertThread& operator=(const AlertThread&) = delete;
 
     /// Starts the thread, on one that serves a request with this context. Nothing when it runs
-    /// already. Throws CmpiStatus when the object manager prepares no thread.
+    /// already; one that the object manager did not take, which is a line in the log, is tried
+    /// again. Throws CmpiStatus when the object manager prepares no thread.
     void start(const CmpiCpp::CmpiContext& context);
 
     /// Ends the thread and waits for it. Nothing when none runs. Not from within a look.

@@ -16,7 +16,7 @@ namespace cimhost {
 struct ExportSequence {
     std::string_view context;  ///< SequenceContext
     std::int64_t number = 0;   ///< SequenceNumber; the message's ID, too
-    std::string_view host;     ///< this one, of which references tell that they lead here
+    std::string_view host;     ///< this one, which references lead to
 };
 
 /// Appends the whole message with the indication as it is. References without a namespace are in
