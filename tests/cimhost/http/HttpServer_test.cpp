@@ -119,19 +119,20 @@ TEST(HttpServer, MakesRoomByEndingAReplyThatNobodyReads) {
             if (request.body == "long") return longReply(request, reply);
             reply.write(request.body);
         },
-        with(2, milliseconds(0)));
+        with(2, milliseconds(500)));
     RawClient reading(server.port());
     reading.send(post("first"));
     EXPECT_EQ(bodyOf(reading.readReply()), "first");
     RawClient stalled(server.port());
     stalled.send(post("long"));
     ASSERT_TRUE(await([&] { return longReply.written == 1; }));
-    std::this_thread::sleep_for(milliseconds(50));
-    reading.send(post("again"));
-    EXPECT_EQ(bodyOf(reading.readReply()), "again");
-    RawClient newest(server.port());
-    newest.send(post("served"));
-    EXPECT_EQ(bodyOf(newest.readReply()), "served");
+    EXPECT_TRUE(await([&] {
+        reading.send(post("again"));
+        EXPECT_EQ(bodyOf(reading.readReply()), "again");
+        RawClient newest(server.port());
+        newest.send(post("served"));
+        return bodyOf(newest.readReply()) == "served";
+    })) << "once nothing of the long reply has been taken for a while";
     reading.send(post("still"));
     EXPECT_EQ(bodyOf(reading.readReply()), "still");
 }
