@@ -29,6 +29,9 @@ target_compile_options(pyl_flags INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
     $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>)
+if(NOT PYL_SANITIZE)  # whose instrumentation would be followed too
+    target_compile_options(pyl_flags INTERFACE $<$<COMPILE_LANG_AND_ID:C,GNU>:-fanalyzer>)
+endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # Warns of std::string's own operator+ when it optimises (GCC bug 105651).
     target_compile_options(pyl_flags INTERFACE -Wno-restrict)

@@ -155,7 +155,7 @@ static void followLink(struct PlainProvider* provider, const CMPIResult* result,
     farEnd = plainDevicePath(provider->broker, target, status);
     if (status->rc != CMPI_RC_OK) return;
     link = linkPath(provider, target, status);
-    if (status->rc != CMPI_RC_OK) return;
+    if (link == NULL) return;
     if (strcasecmp(plainChars(request->ft->getNameSpace(request, status), status),
                    plainChars(link->ft->getNameSpace(link, status), status)) != 0) {
         return;
