@@ -29,9 +29,9 @@ void readEverything(const SmbiosTable& table) {
 SmbiosSource::Bytes withChecksums(SmbiosSource::Bytes dump) {
     const auto fix = [&dump](std::size_t first, std::size_t size, std::size_t at) {
         if (dump.size() < first + size) return;
-        unsigned sum = 0;
+        int sum = 0;
         for (std::size_t index = first; index < first + size; ++index) sum += dump[index];
-        dump[at] = static_cast<std::uint8_t>(dump[at] - sum);
+        dump[at] = static_cast<std::uint8_t>((dump[at] - sum) & 0xFF);
     };
     if (dump.size() < 5) return dump;
     if (dump[3] == '3') {

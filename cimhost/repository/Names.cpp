@@ -37,8 +37,9 @@ bool equalFolded(std::string_view left, std::string_view right) noexcept {
 }
 
 std::string_view trimmed(std::string_view text, std::string_view marks) noexcept {
-    const std::size_t first = std::min(text.find_first_not_of(marks), text.size());
-    return text.substr(first, text.find_last_not_of(marks) + 1 - first);
+    const std::size_t first = text.find_first_not_of(marks);
+    if (first == text.npos) return {};
+    return text.substr(first, text.find_last_not_of(marks) - first + 1);
 }
 
 std::size_t findNameEnd(std::string_view text) noexcept {
