@@ -51,6 +51,10 @@ using MiFactory =
 using StaticModule = std::tuple<MiFactory<CMPIInstanceMI>, MiFactory<CMPIAssociationMI>,
                                 MiFactory<CMPIMethodMI>, MiFactory<CMPIIndicationMI>>;
 
+/// dlopen(), which no exception of a module's initialisers leaves: the loader would keep its locks.
+/// The process ends with the exception's words instead. Null: dlerror() tells why.
+void* openLibrary(const std::filesystem::path& file, int flags) noexcept;
+
 enum class ModuleSource { file, copy };
 
 /// The code of a module: a loaded library or a part of this program. Nothing made by it may be used

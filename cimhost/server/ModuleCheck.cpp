@@ -111,10 +111,10 @@ private:
     bool _loads() {
         _teller.tell(step, "is loaded");
         const std::filesystem::path path = Module::find(_module, _options.folders);
-        if (dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL)) return true;
+        if (openLibrary(path, RTLD_NOW | RTLD_GLOBAL)) return true;
         const std::string reason = demangled(dlerror());
         std::size_t missing = 0;
-        if (void* const library = dlopen(path.c_str(), RTLD_LAZY | RTLD_GLOBAL)) {
+        if (void* const library = openLibrary(path, RTLD_LAZY | RTLD_GLOBAL)) {
             for (const std::string& name : ModuleFile::read(path).wanted) {
                 if (dlsym(library, name.c_str())) continue;
                 ++missing;
