@@ -129,9 +129,10 @@ void FilterActivation::_activate(const RequestContext& request, const Active& ac
 void FilterActivation::enable(const RequestContext& request, Active& active) {
     for (const Activation& activation : active.activations) {
         Provider& provider = *activation.provider;
-        if (std::exchange(provider.isEnabled, true)) continue;
+        if (provider.isEnabled) continue;
         try {
             enableIndications(_broker, request, activation.nameSpace, provider.use);
+            provider.isEnabled = true;
         } catch (const CimError& error) {
             _warn(provider.registration.provider,
                   std::string("enableIndications: ") + error.what());

@@ -95,6 +95,22 @@ TEST_F(SubscriptionsTest, AreRefusedAsTheProviderRefuses) {
     EXPECT_TRUE(modules->shutDown(std::chrono::seconds(0)));
 }
 
+TEST_F(SubscriptionsTest, EnableAProviderAgainThatCouldNotBeEnabled) {
+    alarms.refused = "enable";
+    const ObjectPath first = subscribe();
+    ASSERT_EQ(log.lines().size(), 1U);
+    EXPECT_NE(log.lines()[0].message.find("enableIndications: not enable"), std::string::npos);
+    remove(first);
+    EXPECT_EQ(alarms.take().back(), "deactivate TST_Alarm last") << "it has nothing to disable";
+    subscribe("SELECT * FROM TST_Alarm", "second");
+    alarms.refused.clear();
+    alarms.take();
+    subscribe("SELECT * FROM TST_Loud", "third");
+    EXPECT_EQ(alarms.take().back(), "enable");
+    subscribe("SELECT Number FROM TST_Loud", "fourth");
+    EXPECT_NE(alarms.take().back(), "enable") << "it is by now";
+}
+
 TEST_F(SubscriptionsTest, AreNotHeldBackByAProviderThatWantsToBePolled) {
     alarms.insistsOnPolling = true;
     subscribe();
