@@ -29,6 +29,18 @@ std::optional<Refusal> checkExportHeaders(const CimXmlRequest& request) {
     return std::nullopt;
 }
 
+/// The one call that the message makes. Throws Refusal where it makes none, or several.
+Element readCall(const XmlDocument& document) {
+    const Element message = *document.root().firstChild();
+    checkVersions(document.root(), message);
+    const Element content = *message.firstChild();
+    if (content.tag() == Tag::multipleExportRequest) {
+        throw Refusal{501, "multiple-requests-unsupported"};
+    }
+    if (content.tag() != Tag::simpleExportRequest) throw Refusal{400, "request-not-valid"};
+    return *content.child(Tag::exportCall);
+}
+
 Instance readIndication(const Element& call) {
     const Repository nothing;
     const NameSpace unknown{std::string()};
@@ -88,16 +100,17 @@ void ExportHandler::handle(const CimXmlRequest& request, CimXmlReply& reply) con
         return reply.refuse(refusal->status, refusal->cimError);
     }
     std::optional<XmlDocument> document;
+    std::optional<Element> call;
     try {
         document.emplace(request.body, TagSet{Tag::cim});
+        call = readCall(*document);
     } catch (const XmlError& error) {
         return reply.refuse(400, requestError(error));
+    } catch (const Refusal& refusal) {
+        return reply.refuse(refusal.status, refusal.cimError);
     }
     const Element message = *document->root().firstChild();
-    const Element content = *message.firstChild();
-    if (content.tag() != Tag::simpleExportRequest) return reply.refuse(400, "request-not-valid");
-    const Element call = *content.child(Tag::exportCall);
-    writeAnswer(message, call, failureOfTaking(call, _take), reply);
+    writeAnswer(message, *call, failureOfTaking(*call, _take), reply);
 }
 
 }  // namespace cimhost

@@ -52,6 +52,7 @@ enum class Tag : std::uint8_t {
     parameterReference,
     parameterArray,
     parameterReferenceArray,
+    multipleExportRequest,
     simpleExportRequest,
     exportCall,
     exportParameter,

@@ -25,18 +25,6 @@ bool isVersion(std::string_view text, std::string_view major) noexcept {
     return false;
 }
 
-void checkVersions(const Element& cim, const Element& message) {
-    if (!isVersion(cim.attributeText(Attribute::cimVersion), "2")) {
-        throw Refusal{501, "unsupported-cim-version"};
-    }
-    if (!isVersion(cim.attributeText(Attribute::dtdVersion), "2")) {
-        throw Refusal{501, "unsupported-dtd-version"};
-    }
-    if (!isVersion(message.attributeText(Attribute::protocolVersion), "1")) {
-        throw Refusal{501, "unsupported-protocol-version"};
-    }
-}
-
 /// The second part of a version that `isVersion` takes, as far as it matters.
 unsigned minorOf(std::string_view version) noexcept {
     unsigned minor = 0;
@@ -151,6 +139,18 @@ std::optional<Refusal> checkHeaders(const CimXmlRequest& request) {
     return std::nullopt;
 }
 
+void checkVersions(const Element& cim, const Element& message) {
+    if (!isVersion(cim.attributeText(Attribute::cimVersion), "2")) {
+        throw Refusal{501, "unsupported-cim-version"};
+    }
+    if (!isVersion(cim.attributeText(Attribute::dtdVersion), "2")) {
+        throw Refusal{501, "unsupported-dtd-version"};
+    }
+    if (!isVersion(message.attributeText(Attribute::protocolVersion), "1")) {
+        throw Refusal{501, "unsupported-protocol-version"};
+    }
+}
+
 std::string_view classAskedFor(const Message& message) noexcept {
     if (!message.isIntrinsic) return classNamedBy(*message.call.firstChild()->firstChild()->next());
     for (const Element parameter : message.call.children()) {
@@ -167,7 +167,7 @@ Message readMessage(const CimXmlRequest& request, const XmlDocument& document) {
     checkVersions(cim, envelope);
     const Element content = *envelope.firstChild();
     if (content.tag() == Tag::multipleRequest) throw Refusal{501, "multiple-requests-unsupported"};
-    if (content.tag() == Tag::simpleExportRequest) throw Refusal{400, "request-not-valid"};
+    if (content.tag() != Tag::simpleRequest) throw Refusal{400, "request-not-valid"};
     const Element call = callOf(content);
     const Message message{envelope.attributeText(Attribute::id), call,
                           call.attributeText(Attribute::name), call.tag() == Tag::intrinsicCall,

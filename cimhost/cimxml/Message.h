@@ -32,6 +32,9 @@ std::string_view requestError(const XmlError& error) noexcept;
 /// Refuses what is no CIM request, before its body is looked at. Nothing when all is well.
 std::optional<Refusal> checkHeaders(const CimXmlRequest& request);
 
+/// Throws Refusal for what is not CIM 2.x and DTD 2.x in a protocol 1.x.
+void checkVersions(const Element& cim, const Element& message);
+
 /// The class that the call is about, as the message has it; empty where it names none.
 std::string_view classAskedFor(const Message& message) noexcept;
 

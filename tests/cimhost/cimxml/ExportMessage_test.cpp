@@ -6,6 +6,9 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <cstring>
+
 namespace cimhost {
 namespace {
 
@@ -176,6 +179,31 @@ TEST_F(ExportHandlerTest, RefusesWhatIsNoExportRequest) {
     EXPECT_EQ(handle(good, {{"Content-Type", "text/xml"}, {"CIMExport", "Other"}}).status, 400);
     EXPECT_EQ(handle(good, {{"Content-Type", "text/xml"}, {"CIMExportMethod", "Other"}}).cimError,
               "header-mismatch");
+    EXPECT_TRUE(taken.empty());
+}
+
+TEST_F(ExportHandlerTest, RefusesVersionsThatItDoesNotKnow) {
+    const std::string good = messageOf(alarm(), nullptr);
+    for (const auto& [from, to, cimError] : std::initializer_list<std::array<const char*, 3>>{
+             {"CIMVERSION=\"2.0", "CIMVERSION=\"3.0", "unsupported-cim-version"},
+             {"DTDVERSION=\"2.0", "DTDVERSION=\"1.0", "unsupported-dtd-version"},
+             {"PROTOCOLVERSION=\"1.0", "PROTOCOLVERSION=\"2.0", "unsupported-protocol-version"}}) {
+        std::string message = good;
+        message.replace(message.find(from), std::strlen(from), to);
+        const RecordingReply reply = handle(message);
+        EXPECT_EQ(reply.status, 501);
+        EXPECT_EQ(reply.cimError, cimError);
+    }
+    EXPECT_TRUE(taken.empty());
+}
+
+TEST_F(ExportHandlerTest, RefusesSeveralRequestsInOneMessage) {
+    std::string message = messageOf(alarm(), nullptr);
+    message.insert(message.find("<SIMPLEEXPREQ>"), "<MULTIEXPREQ>");
+    message.insert(message.find("</MESSAGE>"), "</MULTIEXPREQ>");
+    const RecordingReply reply = handle(message);
+    EXPECT_EQ(reply.status, 501);
+    EXPECT_EQ(reply.cimError, "multiple-requests-unsupported");
     EXPECT_TRUE(taken.empty());
 }
 
