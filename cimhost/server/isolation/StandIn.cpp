@@ -336,8 +336,10 @@ CMPIStatus deActivateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
 
 CMPIStatus enableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
     return answerOf(mi, [&] {
-        standInOf(mi).noteEnabled(modelOf(context), true);
-        return askAboutFilter(mi, context, "enableIndications", filterMethods::enable, {});
+        const CMPIStatus status =
+            askAboutFilter(mi, context, "enableIndications", filterMethods::enable, {});
+        if (status.rc == CMPI_RC_OK) standInOf(mi).noteEnabled(modelOf(context), true);
+        return status;
     });
 }
 

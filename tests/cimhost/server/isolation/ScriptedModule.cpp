@@ -37,9 +37,19 @@ namespace {
     for (;;) pause();
 }
 
-/// Fans that have the key that they are asked by; those called "die" and "gone" do not answer.
+/// Fans that have the key that they are asked by; those called "die" and "gone" do not answer, and
+/// eve may not enable their indications.
 class ScriptedOperations final : public RecordingOperations {
 public:
+    MethodResult invokeMethod(const RequestContext& request, const ObjectPath& target,
+                              const std::string& method, const Arguments& in) override {
+        MethodResult result = RecordingOperations::invokeMethod(request, target, method, in);
+        if (user == "eve" && method == "EnableIndications") {
+            throw CimError(CimCode::accessDenied, "not for eve");
+        }
+        return result;
+    }
+
     void getInstance(const RequestContext& request, const ObjectPath& target,
                      const InstanceOptions& wanted, InstanceSink& sink) override {
         const Value id = *target.findKey("Id");
@@ -51,6 +61,8 @@ public:
         instances = {fan};
         RecordingOperations::getInstance(request, target, wanted, sink);
     }
+
+    std::string user;
 };
 
 class ScriptedModule final : public HttpHandler {
@@ -86,6 +98,7 @@ private:
 
     void _answer(const LinkNotes& notes, const CimXmlRequest& request, CimXmlReply& reply) {
         const std::lock_guard lock(_mutex);
+        _operations.user = notes.principal;
         CimXmlHandler(_operations, _repository).handle(request, reply);
         _journal << _operations.operation << ' ' << _operations.path.className << " of "
                  << notes.className << " by " << notes.provider << " for " << notes.principal;

@@ -109,6 +109,17 @@ struct StandInTest : testing::Test {
         return lines;
     }
 
+    /// The same, once there are so many lines.
+    std::vector<std::string> awaitJournal(std::size_t count) {
+        std::vector<std::string> told;
+        const auto end = Clock::now() + std::chrono::seconds(60);
+        while (told.size() < count && Clock::now() < end) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            for (std::string& each : journal()) told.push_back(std::move(each));
+        }
+        return told;
+    }
+
     const TemporaryFolder folder;
     const std::string journalFile = (folder.path() / "journal").string();
     std::ofstream emptyJournal{journalFile};
@@ -170,12 +181,7 @@ TEST_F(StandInTest, ANewProcessIsToldOfTheFiltersThatAreActive) {
     standIn.noteEnabled(request, true);
     EXPECT_EQ(journal().size(), 4U);
     EXPECT_THAT(failureOf("die"), HasSubstr("SIGABRT"));
-    std::vector<std::string> told;  // without a request, as long as filters are active
-    const auto end = Clock::now() + std::chrono::seconds(60);
-    while (told.size() < 3 && Clock::now() < end) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-        for (std::string& each : journal()) told.push_back(std::move(each));
-    }
+    const std::vector<std::string> told = awaitJournal(3);  // without a request
     const std::string call = "invokeMethod CIMHOST_IndicationProvider of  by FanProvider for ann ";
     EXPECT_THAT(
         told,
@@ -183,6 +189,21 @@ TEST_F(StandInTest, ANewProcessIsToldOfTheFiltersThatAreActive) {
             call + "ActivateFilter Query=SELECT * FROM TEST_Fan QueryLanguage=WQL IsFirst=yes",
             call + "ActivateFilter Query=SELECT Count FROM TEST_Fan QueryLanguage=WQL IsFirst=no",
             call + "EnableIndications"));
+}
+
+TEST_F(StandInTest, ANewProcessIsNotToldToEnableWhatAnOldOneRefused) {
+    activate("SELECT * FROM TEST_Fan", true);
+    request.principal = "eve";
+    tellFilter("SELECT * FROM TEST_Fan", [this](FilterCall&, auto& use) {
+        EXPECT_EQ(errorOf([&] { enableIndications(broker, request, "root/test", use); }),
+                  "2: not for eve");
+    });
+    EXPECT_EQ(journal().size(), 2U);
+    EXPECT_THAT(failureOf("die"), HasSubstr("SIGABRT"));
+    EXPECT_THAT(awaitJournal(1), ElementsAre(HasSubstr(" ActivateFilter ")));
+    // What else it is told would come in between.
+    for (int i = 0; i < 20; ++i) idsOf("f1");
+    EXPECT_THAT(journal(), testing::Each(HasSubstr("getInstance")));
 }
 
 TEST_F(StandInTest, AFilterThatEndsWithoutAProcessStartsNone) {
