@@ -48,8 +48,11 @@ void FakeHost::remove(const std::string& path) const { fs::remove_all(_root + pa
 
 void FakeHost::device(const std::string& path, const Attributes& attributes,
                       const std::string& name) const {
+    const auto attribute = [&](const std::string& file, const std::string& text) {
+        write(path + "/" + file, text + "\n");
+    };
     fs::create_directories(_root + path);
-    for (const auto& [file, text] : attributes) write(path + "/" + file, text + "\n");
+    for (const auto& [file, text] : attributes) attribute(file, text);
     if (name.empty()) return;
     const fs::path target = _root + "/sys/devices/" + name;
     fs::create_directories(target);

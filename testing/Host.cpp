@@ -104,6 +104,22 @@ struct Host::Parts {
         context = cimhost::makeContext(broker, request);
     }
 
+    /// Registers a provider as `unique` for a class, which is named as for Host::serve().
+    void enter(const std::string& wanted, const EntryPoints& provider, const std::string& name,
+               const std::string& unique) {
+        const std::size_t colon = wanted.find(':');
+        const std::string place = colon == std::string::npos ? nameSpace : wanted.substr(0, colon);
+        const std::string className = wanted.substr(colon + 1);  // npos and 1 are 0
+        reading([&] {
+            const auto* const found = repository.get(place).findClass(className);
+            if (!found) throw Failure("namespace " + place + " has no class " + className);
+            const std::string types = typesFor(*found, provider);
+            if (types.empty()) throw Failure(name + " can serve nothing of class " + className);
+            registrations.readText(className + " " + place + " " + unique + " " + unique + types,
+                                   name);
+        });
+    }
+
     const std::string nameSpace;
     const std::filesystem::path schema;
     cimhost::Repository repository;
@@ -180,20 +196,7 @@ void Host::serve(const EntryPoints& provider, const std::vector<std::string>& cl
                  const std::string& name) {
     _requireUnstarted();
     const std::string unique = name + std::to_string(_parts->parts.size() + 1);
-    for (const std::string& each : classes) {
-        const std::size_t colon = each.find(':');
-        const std::string place =
-            colon == std::string::npos ? _parts->nameSpace : each.substr(0, colon);
-        const std::string className = each.substr(colon + 1);  // npos and 1 are 0
-        reading([&] {
-            const auto* const found = _parts->repository.get(place).findClass(className);
-            if (!found) throw Failure("namespace " + place + " has no class " + className);
-            const std::string types = typesFor(*found, provider);
-            if (types.empty()) throw Failure(name + " can serve nothing of class " + className);
-            _parts->registrations.readText(
-                className + " " + place + " " + unique + " " + unique + types, name);
-        });
-    }
+    for (const std::string& each : classes) _parts->enter(each, provider, name, unique);
     _parts->parts.emplace_back(
         unique, cimhost::StaticModule(factoryOf(provider.instance), factoryOf(provider.association),
                                       factoryOf(provider.method), factoryOf(provider.indication)));

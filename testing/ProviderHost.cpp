@@ -169,7 +169,7 @@ void ProviderHost::add(std::unique_ptr<PYL::CmpiManagedInstance> instance) {
 }
 
 Instance ProviderHost::show(PYL::CmpiManagedInstance& instance) const {
-    const Instance shown = show(instance.getInstance().toCMPI());
+    Instance shown = show(instance.getInstance().toCMPI());
     const Path claimed = show(instance.getPath());
     if (shown.path() == claimed) return shown;
     throw Failure("the path of " + shown.str() + " is not that of getPath(), " + claimed.str());
