@@ -87,6 +87,11 @@ public:
     /// The broker that the object belongs to; nullptr where none is known.
     const CMPIBroker* broker() const noexcept { return _broker; }
 
+    /// Whether it is fresh, so that the object lives until the provider's function returns.
+    bool isFresh() const noexcept {
+        return std::atomic_ref<bool>(_fresh).load(std::memory_order_relaxed);
+    }
+
     /// Whether the object ends with the last handle that relies on it, rather than with the call.
     bool isOwned() const noexcept { return _owner != nullptr; }
 

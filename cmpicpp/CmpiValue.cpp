@@ -14,17 +14,17 @@ namespace CmpiCpp {
 // The C interface has values point at objects that can be changed; nobody does.
 
 CmpiValue::CmpiValue(const CmpiObjectPath& path) noexcept
-    : _null(path.empty()), _type(CMPI_ref), _isReleased(path._handle.isOwned()) {
+    : _null(path.empty()), _type(CMPI_ref), _isBorrowed(!path._handle.isFresh()) {
     _value.ref = const_cast<CMPIObjectPath*>(path.toCMPI());
 }
 
 CmpiValue::CmpiValue(const CmpiInstance& instance) noexcept
-    : _null(instance.empty()), _type(CMPI_instance), _isReleased(instance._handle.isOwned()) {
+    : _null(instance.empty()), _type(CMPI_instance), _isBorrowed(!instance._handle.isFresh()) {
     _value.inst = const_cast<CMPIInstance*>(instance.toCMPI());
 }
 
 CmpiValue::CmpiValue(const CmpiDateTime& dateTime) noexcept
-    : _null(dateTime.empty()), _type(CMPI_dateTime), _isReleased(dateTime._handle.isOwned()) {
+    : _null(dateTime.empty()), _type(CMPI_dateTime), _isBorrowed(!dateTime._handle.isFresh()) {
     _value.dateTime = const_cast<CMPIDateTime*>(dateTime.toCMPI());
 }
 
@@ -38,10 +38,12 @@ CmpiValue::CmpiValue(const CmpiData& data) noexcept
     : _value(data.toCMPI().value),
       _null(data.isNull()),
       _bad(kindOf(data.toCMPI()) == DataKind::bad),
-      _type(data.toCMPI().type) {
+      _type(data.toCMPI().type),
+      _isBorrowed(true) {
     if (_type == CMPI_chars) {
         _text = _value.chars;
         _type = CMPI_string;
+        _isBorrowed = false;  // it is made a string
     }
 }
 
@@ -73,10 +75,8 @@ const CMPIValue* CmpiValue::toCMPI(const CMPIBroker* broker) {
 
 const CMPIValue* CmpiValue::toElement(const CMPIBroker* broker) {
     const CMPIValue* const value = toCMPI(broker);
-    if (value && _isReleased) {
-        _value = untilTheCallEnds(broker, _value, _type);
-        _isReleased = false;
-    }
+    if (value && _isBorrowed) _value = untilTheCallEnds(broker, _value, _type);
+    _isBorrowed = false;
     return value;
 }
 

@@ -68,7 +68,8 @@ public:
     const CMPIValue* toCMPI(const CMPIBroker* broker);
 
     /// The same for an element of an array. There are brokers whose arrays keep the pointer of an
-    /// object, so that an object which its owner releases is copied into one that the broker ends.
+    /// object, so that one which is not fresh, and may end before the array is used, is copied into
+    /// one that lives until the provider's function returns.
     const CMPIValue* toElement(const CMPIBroker* broker);
 
 private:
@@ -79,7 +80,7 @@ private:
     bool _null = false;
     bool _bad = false;  // made of data that the object manager marked as bad
     CMPIType _type = CMPI_null;
-    bool _isReleased = false;  // a clone, or part of one, that its owner may release before long
+    bool _isBorrowed = false;  // an object that may end before the call does
 };
 
 }  // namespace CmpiCpp

@@ -77,6 +77,10 @@ CMPIDateTime* copyOf(const CMPIBroker* broker, const CMPIDateTime* dateTime) {
     return made(ask(broker->eft->newDateTimeFromChars, broker, charsOf(text)), "datetime");
 }
 
+CMPIString* copyOf(const CMPIBroker* broker, const CMPIString* text) {
+    return made(ask(broker->eft->newString, broker, charsOf(text)), "string");
+}
+
 }  // namespace
 
 const char* legalName(const char* name) {
@@ -105,6 +109,7 @@ CMPIValue untilTheCallEnds(const CMPIBroker* broker, const CMPIValue& value, CMP
     CMPIValue copy = value;
     if (type == CMPI_ref) copy.ref = copyOf(required(broker), value.ref);
     if (type == CMPI_instance) copy.inst = copyOf(required(broker), value.inst);
+    if (type == CMPI_string) copy.string = copyOf(required(broker), value.string);
     if (type == CMPI_dateTime) copy.dateTime = copyOf(required(broker), value.dateTime);
     return copy;
 }

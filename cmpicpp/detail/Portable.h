@@ -19,8 +19,8 @@ const char** legalNames(const char** names);
 /// Throws CMPI_RC_ERR_INVALID_PARAMETER. Nothing for other values.
 void requireNoNullObjects(const CMPIValue* value, CMPIType type);
 
-/// A copy of the path, instance or datetime in a value of this type that ends with the provider's
-/// call and not before. Other values come as they are.
+/// A copy of the text, path, instance or datetime in a value of this type that ends with the
+/// provider's call and not before. Other values come as they are.
 CMPIValue untilTheCallEnds(const CMPIBroker* broker, const CMPIValue& value, CMPIType type);
 
 }  // namespace CmpiCpp

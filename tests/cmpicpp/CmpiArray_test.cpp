@@ -144,5 +144,59 @@ TEST_P(CmpiArrayOfHosts, KeepsWhatItHolds) {
     EXPECT_EQ(args.getArg("Paths").asArray().getSize(), 1U);
 }
 
+/// Notes what is put into an array, as a host that keeps the pointers of its elements does.
+class CmpiArrayElements : public CmpiArrayTest {
+protected:
+    /// Puts the value into an array of this type, and tells the object that the host was given.
+    template <typename T>
+    const void* givenFor(CMPIType type, const T& value) {
+        static CMPIArrayFT noting;
+        CMPIArray* const array = handle()->eft->newArray(handle(), 1, type, nullptr);
+        noting = *array->ft;
+        noting.setElementAt = _note;
+        array->ft = &noting;
+        CmpiArray(CmpiHandle<CMPIArray>::fresh(handle(), array)).setElementAt(0, value);
+        return _given;
+    }
+
+    CmpiInstance instance() const {
+        CmpiInstance made = makeCmpiInstance(broker(), path());
+        made.setProperty("Name", "text");
+        made.setProperty("Since", makeCmpiDateTime(broker(), "20240131235959.123456+060"));
+        return made;
+    }
+
+private:
+    static CMPIStatus _note(const CMPIArray*, CMPICount, const CMPIValue* value, CMPIType) {
+        _given = value->string;
+        return {CMPI_RC_OK, nullptr};
+    }
+
+    static inline const void* _given = nullptr;
+};
+
+TEST_F(CmpiArrayElements, AreNewObjectsThemselves) {
+    const CmpiObjectPath fresh = path();
+    const void* const given = givenFor(CMPI_ref, fresh);
+    EXPECT_EQ(given, fresh.toCMPI());
+}
+
+TEST_F(CmpiArrayElements, AreCopiesOfWhatMayEndBeforeTheArray) {
+    CmpiArray paths = array(1, CMPI_ref);
+    paths.setElementAt(0, path());
+    const CmpiArray keptPaths = paths.clone();
+    const CmpiData element = keptPaths.getElementAt(0);
+    const CMPIObjectPath* const part = element.toCMPI().value.ref;
+    EXPECT_NE(givenFor(CMPI_ref, element), part);
+    EXPECT_NE(givenFor(CMPI_ref, element.asObjectPath()), part);
+
+    const CmpiInstance kept = instance().clone();
+    EXPECT_NE(givenFor(CMPI_instance, kept), kept.toCMPI());
+    const CmpiData text = kept.getProperty("Name");
+    EXPECT_NE(givenFor(CMPI_string, text), text.toCMPI().value.string);
+    const CmpiData since = kept.getProperty("Since");
+    EXPECT_NE(givenFor(CMPI_dateTime, since), since.toCMPI().value.dateTime);
+}
+
 }  // namespace
 }  // namespace CmpiCpp
