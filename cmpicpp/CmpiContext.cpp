@@ -7,14 +7,15 @@ namespace CmpiCpp {
 
 namespace {
 
-// Contexts of clean-up and indication calls may lack any entry, or be missing altogether.
+// Contexts of clean-up and indication calls may lack any entry, or be missing altogether. One that
+// cannot be read is as good as missing.
 CMPIData entry(const CMPIContext* context, const char* name) noexcept {
-    CMPIData data{CMPI_null, CMPI_nullValue, {}};
-    if (!context) return data;
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    data = context->ft->getEntry(context, name, &status);
-    if (status.rc != CMPI_RC_OK) data = {CMPI_null, CMPI_nullValue, {}};
-    return data;
+    CMPIData data{};
+    try {
+        if (context && find(data, context->ft->getEntry, context, name)) return data;
+    } catch (const CmpiStatus&) {
+    }
+    return {CMPI_null, CMPI_nullValue, {}};
 }
 
 std::string textEntry(const CMPIContext* context, const char* name) {

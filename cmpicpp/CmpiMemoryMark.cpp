@@ -1,17 +1,34 @@
 #include "cmpicpp/CmpiMemoryMark.h"
 
+#include "cmpicpp/detail/Calls.h"
+
 namespace CmpiCpp {
 
-CmpiMemoryMark::CmpiMemoryMark(const CmpiBroker& broker) noexcept : _broker(broker.toCMPI()) {
-    if (!_broker || !_broker->mft) return;
-    CMPIStatus status{CMPI_RC_OK, nullptr};
-    const CMPIGcStat* const mark = _broker->mft->mark(_broker, &status);
-    if (status.rc == CMPI_RC_OK) _mark = mark;
+namespace {
+
+// The member came with CMPI 2.0. The version was unsigned then.
+const CMPIBrokerMemFT* memoryServices(const CMPIBroker* broker) noexcept {
+    const bool has = broker && static_cast<int>(broker->bft->brokerVersion) >= CMPIVersion200;
+    return has ? broker->mft : nullptr;
 }
 
-// What cannot be released ends with the call.
+}  // namespace
+
+CmpiMemoryMark::CmpiMemoryMark(const CmpiBroker& broker) noexcept : _broker(broker.toCMPI()) {
+    const CMPIBrokerMemFT* const services = memoryServices(_broker);
+    if (!services) return;
+    try {
+        _mark = ask(services->mark, _broker);
+    } catch (const CmpiStatus&) {  // then there is none
+    }
+}
+
 CmpiMemoryMark::~CmpiMemoryMark() {
-    if (_mark != nullptr) _broker->mft->release(_broker, _mark);
+    if (!_mark) return;
+    try {
+        call(_broker->mft->release, _broker, _mark);
+    } catch (const CmpiStatus&) {  // what cannot be released ends with the call
+    }
 }
 
 }  // namespace CmpiCpp

@@ -1,6 +1,7 @@
 #include "cmpicpp/CmpiModule.h"
 
 #include "cmpicpp/CmpiStatus.h"
+#include "cmpicpp/detail/Calls.h"
 #include "cmpicpp/detail/MiTables.h"
 
 #include <exception>
@@ -18,11 +19,12 @@ static_assert(std::is_trivially_destructible_v<CmpiModule>);
 namespace {
 
 CMPIStatus toC(const CMPIBroker* broker, CMPIrc rc, const char* message) noexcept {
-    CMPIStatus status{rc, nullptr};
-    if (broker != nullptr && *message != '\0') {
-        status.msg = broker->eft->newString(broker, message, nullptr);
+    if (!broker || *message == '\0') return {rc, nullptr};
+    try {
+        return {rc, call(broker->eft->newString, broker, message, nullptr)};
+    } catch (const CmpiStatus&) {
+        return {rc, nullptr};
     }
-    return status;
 }
 
 // An MI that is gone cannot ask to be kept.

@@ -46,9 +46,12 @@ void throwAbsent(unsigned int index) {
 }
 
 const char* textOrEmpty(const CMPIString* string) noexcept {
-    if (!string) return "";
-    const char* const text = string->ft->getCharPtr(string, nullptr);
-    return !text ? "" : text;
+    try {
+        const char* const text = !string ? nullptr : call(string->ft->getCharPtr, string, nullptr);
+        return !text ? "" : text;
+    } catch (const CmpiStatus&) {
+        return "";
+    }
 }
 
 CMPICount keyCount(const CMPIObjectPath* path) {

@@ -51,6 +51,14 @@ TEST_F(CmpiContextTest, ReadsEntriesOfAnotherTypeAsNothing) {
     EXPECT_EQ(CmpiContext(&odd).invocationFlags(), 0U);
 }
 
+TEST_F(CmpiContextTest, ReadsAsNothingWhatTheObjectManagerThrowsFor) {
+    CMPIContextFT table{};
+    table.getEntry = [](const CMPIContext*, const char*, CMPIStatus*) -> CMPIData { throw 1; };
+    const CMPIContext throwing{&table, &table};
+    EXPECT_EQ(CmpiContext(&throwing).nameSpace(), "");
+    EXPECT_EQ(CmpiContext(&throwing).invocationFlags(), 0U);
+}
+
 TEST_F(CmpiContextTest, MayBeMissingAltogether) {
     const CmpiContext none(nullptr);
     EXPECT_EQ(none.nameSpace(), "");

@@ -63,5 +63,34 @@ TEST_F(CmpiMemoryMarkTest, DoesNothingWithoutMemoryServices) {
     }
 }
 
+TEST_F(CmpiMemoryMarkTest, DoesNotLookForThemInABrokerOfVersion1) {
+    for (const CMPIVersion version : {CMPIVersion{0}, CMPIVersion{CMPIVersion100}}) {
+        CMPIBrokerFT upCalls = *handle()->bft;
+        upCalls.brokerVersion = version;
+        CMPIBrokerMemFT nobodys = *handle()->mft;
+        nobodys.mark = [](const CMPIBroker*, CMPIStatus*) -> CMPIGcStat* {
+            ADD_FAILURE() << "there is no such member";
+            return nullptr;
+        };
+        CMPIBroker old = *handle();
+        old.bft = &upCalls;
+        old.mft = &nobodys;
+        const CmpiMemoryMark mark{CmpiBroker(&old)};
+    }
+}
+
+TEST_F(CmpiMemoryMarkTest, LetsNothingOutThatTheBrokerThrows) {
+    CMPIBrokerMemFT throwing = *handle()->mft;
+    CMPIBroker broker = *handle();
+    broker.mft = &throwing;
+    throwing.mark = [](const CMPIBroker*, CMPIStatus*) -> CMPIGcStat* { throw 1; };
+    { const CmpiMemoryMark mark{CmpiBroker(&broker)}; }
+    static char place = 0;
+    throwing.mark = [](const CMPIBroker*, CMPIStatus*) -> CMPIGcStat* { return &place; };
+    throwing.release = [](const CMPIBroker*, const CMPIGcStat*) -> CMPIStatus { throw 1; };
+    { const CmpiMemoryMark mark{CmpiBroker(&broker)}; }
+    EXPECT_FALSE(path().empty());
+}
+
 }  // namespace
 }  // namespace CmpiCpp

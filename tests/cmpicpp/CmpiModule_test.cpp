@@ -154,6 +154,21 @@ TEST_F(CmpiModuleTest, FailsWithoutATextWhereThereIsNoBroker) {
     expectStatus(status, CMPI_RC_ERR_FAILED, "");
 }
 
+TEST_F(CmpiModuleTest, FailsWithoutATextWhereTheBrokerThrowsForIt) {
+    CMPIBrokerEncFT throwing = *handle()->eft;
+    throwing.newString = [](const CMPIBroker*, const char*, CMPIStatus*) -> CMPIString* {
+        throw 1;
+    };
+    CMPIBroker broker = *handle();
+    broker.eft = &throwing;
+    maker = [](const CmpiBroker&) -> CmpiProvider* {
+        throw CmpiStatus(CMPI_RC_ERR_ACCESS_DENIED, "no hardware");
+    };
+    CMPIStatus status{CMPI_RC_OK, nullptr};
+    EXPECT_EQ(Test_Provider_Create_MethodMI(&broker, _context, &status), nullptr);
+    expectStatus(status, CMPI_RC_ERR_ACCESS_DENIED, "");
+}
+
 TEST_F(CmpiModuleTest, MakesOneObjectForEntryPointsThatAreCalledAtOnce) {
     constexpr std::size_t count = 8;
     std::vector<CMPIMethodMI*> all(count);

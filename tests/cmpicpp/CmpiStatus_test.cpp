@@ -64,6 +64,13 @@ TEST_F(CmpiStatusOf, TheCInterfaceCopiesTheMessage) {
     EXPECT_EQ(statusInAnEndedCall().message(), "the fan is gone");
 }
 
+TEST_F(CmpiStatusOf, TheCInterfaceLacksAMessageThatTheBrokerThrowsFor) {
+    CMPIStringFT table{};
+    table.getCharPtr = [](const CMPIString*, CMPIStatus*) -> const char* { throw 1; };
+    CMPIString message{&table, &table};
+    EXPECT_EQ(CmpiStatus(CMPIStatus{CMPI_RC_ERR_NOT_FOUND, &message}).message(), "");
+}
+
 TEST_F(CmpiStatusOf, TheCInterfaceMayLackAMessage) {
     const CmpiStatus status(CMPIStatus{CMPI_RC_ERR_NOT_FOUND, nullptr});
     EXPECT_EQ(status.rc(), CMPI_RC_ERR_NOT_FOUND);
