@@ -109,15 +109,10 @@ std::string joinNameSpace(const Element& localNameSpacePath) {
 
 Value ModelReader::value(const std::optional<Element>& element, const ValueShape& shape) const {
     if (!element) return shape.isArray ? Value::nullArray(shape.type) : Value::null(shape.type);
-    switch (element->tag()) {
-        case Tag::valueArray:
-        case Tag::valueReferenceArray:
-            if (!shape.isArray) mismatch(shape, "an array");
-            return _array(*element, shape);
-        default:
-            if (shape.isArray) mismatch(shape, "a scalar");
-            return _scalar(*element, shape);
-    }
+    const Tag tag = element->tag();
+    const bool isArray = tag == Tag::valueArray || tag == Tag::valueReferenceArray;
+    if (isArray != shape.isArray) mismatch(shape, isArray ? "an array" : "a scalar");
+    return isArray ? _array(*element, shape) : _scalar(*element, shape);
 }
 
 Value ModelReader::_scalar(const Element& element, const ValueShape& shape) const {

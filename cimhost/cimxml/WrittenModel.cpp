@@ -22,12 +22,10 @@ CimType writtenType(const Element& parameter) {
 }  // namespace
 
 ObjectPath WrittenModel::path(const Element& element) const {
-    switch (element.tag()) {
-        case Tag::instanceName:
-        case Tag::className: return _reader.path(element);
-        case Tag::objectPath: return _reader.reference(element);
-        default: refuse(element);
-    }
+    const Tag tag = element.tag();
+    if (tag == Tag::objectPath) return _reader.reference(element);
+    if (tag != Tag::instanceName && tag != Tag::className) refuse(element);
+    return _reader.path(element);
 }
 
 Instance WrittenModel::instance(const Element& element) const {

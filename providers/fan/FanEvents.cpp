@@ -9,12 +9,10 @@ namespace {
 
 /// The event by which a status is told; none for those that are not.
 std::optional<FanEventNumber> eventOf(PYL::operationalStatus status) {
-    switch (status) {
-        case PYL::statusError: return fanFailed;
-        case PYL::statusDegraded: return fanDegraded;
-        case PYL::statusOK: return fanRepaired;
-        default: return std::nullopt;
-    }
+    if (status == PYL::statusError) return fanFailed;
+    if (status == PYL::statusDegraded) return fanDegraded;
+    if (status == PYL::statusOK) return fanRepaired;
+    return std::nullopt;
 }
 
 }  // namespace
