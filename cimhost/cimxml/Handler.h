@@ -38,6 +38,10 @@ public:
     /// so. Throws something else when the client is gone.
     virtual void write(std::string_view text) = 0;
 
+    /// Whether the other side has seen nothing for so long that what there is should be written,
+    /// however little. Asked between two elements.
+    virtual bool isOverdue() const noexcept { return false; }
+
     /// Drops what was written and starts the 200 reply anew; false when some of it has left
     /// already.
     virtual bool restart() = 0;

@@ -21,7 +21,7 @@ public:
 
     /// Between two elements: sends what has gathered if it is worth it.
     void checkpoint() {
-        if (_buffer.size() >= threshold) flush();
+        if (_buffer.size() >= threshold || _reply.isOverdue()) flush();
     }
     void flush();
 

@@ -44,7 +44,7 @@ private:
 };
 
 /// A CIM-XML reply over an HTTP one, with the headers and trailers that DSP0200 asks for.
-class CimXmlHttpReply final : public CimXmlReply {
+class CimXmlHttpReply : public CimXmlReply {
 public:
     enum class Kind {
         operation,  ///< of a server

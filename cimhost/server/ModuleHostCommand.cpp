@@ -52,6 +52,8 @@ void becomeUser(const std::string& name) {
     require(setresgid(gid, gid, gid) == 0, "setresgid");
     require(setresuid(uid, uid, uid) == 0, "setresuid");
     require(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0, "no new privileges");
+    // A change of user takes the core file away from one that crashes.
+    require(prctl(PR_SET_DUMPABLE, 1, 0, 0, 0) == 0, "core files");
 }
 
 /// The process ends with the one that started it, even where that is killed.

@@ -19,6 +19,7 @@ namespace {
 
 constexpr int childControl = 3;
 constexpr std::size_t longestLine = 16 * 1024;
+constexpr std::size_t pipeBytes = 64 * 1024;
 constexpr std::string_view crashMark = "cimhost: crash: ";
 
 /// Undone by its end.
@@ -124,10 +125,11 @@ void ChildProcess::_start() {
 void ChildProcess::relayLines() {
     const std::lock_guard lock(_reading);
     std::array<char, 4096> block;
-    while (!_isSilent) {
+    // What a pipe holds: one that writes all the time is not waited for.
+    for (std::size_t left = pipeBytes / block.size(); left > 0 && !_isSilent; --left) {
         const ssize_t count = read(_errors.get(), block.data(), block.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return;
+        if (count < 0 && errno != EINTR) return;
+        if (count < 0) continue;
         _isSilent = count == 0;
         for (std::string_view text(block.data(), static_cast<std::size_t>(count)); !text.empty();) {
             const std::size_t end = text.find('\n');

@@ -3,6 +3,7 @@
 #include "cimhost/cimxml/ExportHandler.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/repository/Names.h"
+#include "cimhost/server/isolation/AwaitedCall.h"
 
 #include <utility>
 
@@ -10,18 +11,6 @@ namespace cimhost {
 namespace {
 
 constexpr std::string_view processClass = "CIMHOST_ModuleProcess";
-
-/// Counts an up-call while it runs.
-class UpCallMark {
-public:
-    explicit UpCallMark(ModuleProcess& process) : _process(process) { _process.noteUpCall(true); }
-    ~UpCallMark() { _process.noteUpCall(false); }
-    UpCallMark(const UpCallMark&) = delete;
-    UpCallMark& operator=(const UpCallMark&) = delete;
-
-private:
-    ModuleProcess& _process;
-};
 
 Instance describe(const ModuleProcess& process, const std::string& nameSpace,
                   const Class& definition) {
@@ -52,8 +41,8 @@ void describeProcess(const ModuleProcess::State& state, Instance& instance) {
 }
 
 IsolatedModules::Hosted::Hosted(IsolatedModules& all, const std::string& module)
-    : upCalls([this, &all](const LinkNotes&, const CimXmlRequest& request,
-                           CimXmlReply& reply) { all._answer(*this, request, reply); },
+    : upCalls([&all](const LinkNotes& notes, const CimXmlRequest& request,
+                     CimXmlReply& reply) { all._answer(notes, request, reply); },
               [&all](const LinkNotes& notes, const CimXmlRequest& request, CimXmlReply& reply) {
                   all._export(notes, request, reply);
               }),
@@ -108,13 +97,15 @@ bool IsolatedModules::releaseReplaced() {
 StandIn& IsolatedModules::_standIn(Hosted& hosted, const char* provider) {
     const std::lock_guard lock(_mutex);
     for (StandIn& each : _standIns) {
-        if (each.provider() == provider) return each;
+        // A reload may have moved the provider to another module.
+        if (&each.process() == &hosted.process && each.provider() == provider) return each;
     }
     return _standIns.emplace_back(_broker, hosted.process, provider);
 }
 
-void IsolatedModules::_answer(Hosted& hosted, const CimXmlRequest& request, CimXmlReply& reply) {
-    const UpCallMark mark(hosted.process);
+void IsolatedModules::_answer(const LinkNotes& notes, const CimXmlRequest& request,
+                              CimXmlReply& reply) {
+    const AwaitedCall::UpCall upCall(notes.call);
     CimXmlHandler(*_broker.operations(), _broker.repository()).handle(request, reply);
 }
 
@@ -132,6 +123,12 @@ ModuleProcess::State IsolatedModules::stateOf(const std::string& module) const {
     const std::lock_guard lock(_mutex);
     const auto found = _modules.find(module);
     return found == _modules.end() ? ModuleProcess::State{} : found->second->process.state();
+}
+
+bool IsolatedModules::killBusy() {
+    bool wasBusy = false;
+    for (Hosted* const each : _all()) wasBusy = each->process.killIfBusy() || wasBusy;
+    return wasBusy;
 }
 
 bool IsolatedModules::stop(std::chrono::milliseconds patience) {

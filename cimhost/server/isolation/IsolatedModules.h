@@ -44,6 +44,9 @@ public:
     /// Of the process of this module; as before its start where there is no such module.
     ModuleProcess::State stateOf(const std::string& module) const;
 
+    /// Kills those in which a request still runs. True when there were any.
+    bool killBusy();
+
     /// Ends the processes. False when one had to be killed.
     bool stop(std::chrono::milliseconds patience);
 
@@ -63,7 +66,7 @@ private:
 
     std::vector<Hosted*> _all() const;
     StandIn& _standIn(Hosted& hosted, const char* provider);
-    void _answer(Hosted& hosted, const CimXmlRequest& request, CimXmlReply& reply);
+    void _answer(const LinkNotes& notes, const CimXmlRequest& request, CimXmlReply& reply);
     void _export(const LinkNotes& notes, const CimXmlRequest& request, CimXmlReply& reply);
 
     const Broker& _broker;

@@ -16,10 +16,11 @@ namespace cimhost {
 /// headers of their own.
 struct LinkNotes {
     std::string principal;
-    std::string provider;   ///< that is asked; of an up-call none
-    std::string className;  ///< that it is asked about, where the message does not tell
-    std::string nameSpace;  ///< of an indication
-    unsigned nesting = 0;   ///< provider calls that the asker is inside of
+    std::string provider;    ///< that is asked; of an up-call none
+    std::string className;   ///< that it is asked about, where the message does not tell
+    std::string nameSpace;   ///< of an indication
+    unsigned nesting = 0;    ///< provider calls that the asker is inside of
+    std::uint64_t call = 0;  ///< the AwaitedCall it is part of: headers() takes it from the thread
 
     // The client's request behind this one, for the log: headers() takes it from the thread.
     std::uint64_t requestNumber = 0;  ///< 0: none

@@ -3,6 +3,7 @@
 #include "cimhost/modules/ModuleHost.h"
 #include "cimhost/repository/CimError.h"
 #include "cimhost/server/events/RelayedLine.h"
+#include "cimhost/server/isolation/AwaitedCall.h"
 
 #include <algorithm>
 #include <system_error>
@@ -26,6 +27,21 @@ seconds pauseAfter(unsigned deaths) noexcept {
     return deaths > 7 ? longestPause : std::min(longestPause, seconds(1U << (deaths - 2)));
 }
 
+/// Counts a request while it runs.
+class Turn {
+public:
+    explicit Turn(std::atomic<int>& running) noexcept : _running(running), _number(++running) {}
+    ~Turn() { --_running; }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    int number() const noexcept { return _number; }
+
+private:
+    std::atomic<int>& _running;
+    int _number;
+};
+
 std::string inSeconds(std::chrono::milliseconds time) {
     const auto whole = std::chrono::ceil<seconds>(time).count();
     return std::to_string(whole) + " s";
@@ -42,13 +58,20 @@ ModuleProcess::~ModuleProcess() {
     if (_keeper.joinable()) _keeper.join();
 }
 
-void ModuleProcess::ask(const AskedOfModule& asked,
-                        const std::function<void(ClientTransport&)>& work) {
+Clock::time_point ModuleProcess::ask(const AskedOfModule& asked,
+                                     const std::function<void(ClientTransport&)>& work) {
+    const Turn turn(_requests);
+    if (turn.number() > mostRequests) {
+        throw CimError(CimCode::serverLimitsExceeded,
+                       _name() + ": so many requests run already: " + std::to_string(mostRequests));
+    }
     const Child child = _running();
+    const AwaitedCall awaited;
     try {
         work(child->transport());
         child->relayLines();
         if (_hasFailure) _noteFailure({});
+        return child->started();
     } catch (const CimError& error) {
         child->relayLines();
         if (std::string_view(error.what()).starts_with(cannotBeLoaded(_module))) {
@@ -88,7 +111,9 @@ ModuleProcess::Child ModuleProcess::_startNew(std::unique_lock<std::mutex>& lock
     ChildProcess::Settings settings;
     settings.command = _settings.command;
     settings.command.push_back(_module);
-    settings.patience = [this](Clock::time_point silentSince) { return _patience(silentSince); };
+    settings.patience = [this](Clock::time_point lastByte) {
+        return AwaitedCall::silentSince(lastByte) + _settings.providerTime;
+    };
     settings.onEnd = [this](ChildProcess& child, const std::string& end) { _noteEnd(child, end); };
     settings.onLine = [this](std::string_view line) { _noteLine(line); };
     try {
@@ -106,34 +131,77 @@ ModuleProcess::Child ModuleProcess::_startNew(std::unique_lock<std::mutex>& lock
 }
 
 void ModuleProcess::_restore(const Child& child) {
-    std::vector<std::function<void(ClientTransport&)>> restores;
+    std::vector<Restore> restores;
     {
         const std::lock_guard lock(_mutex);
         restores = _restores;
     }
-    for (const auto& restore : restores) {
-        try {
-            restore(child->transport());
-        } catch (const std::exception& error) {
-            _log.write(BrokerLog::Level::warning, _module,
-                       std::string("after its new start: ") + error.what());
-        }
+    bool isWhole = true;
+    for (const auto& restore : restores) isWhole = _restoreBy(restore, child) && isWhole;
+    const std::lock_guard lock(_mutex);
+    if (isWhole) {
+        _lastTrouble.clear();
+    } else {
+        _restoreAgain = Clock::now() + _settings.restorePause;
+        _changed.notify_all();
     }
+}
+
+bool ModuleProcess::_restoreBy(const Restore& restore, const Child& child) {
+    std::string trouble;
+    try {
+        const AwaitedCall awaited;
+        restore(child->transport(), child->started());
+        return true;
+    } catch (const StreamError& error) {
+        if (error.kind() == StreamError::Kind::timeout) child->kill(_silence());
+        trouble = error.what();
+    } catch (const std::exception& error) {
+        trouble = error.what();
+    }
+    const std::lock_guard lock(_mutex);
+    if (std::exchange(_lastTrouble, trouble) != trouble) {
+        _log.write(BrokerLog::Level::warning, _module, "after its new start: " + trouble);
+    }
+    return false;
+}
+
+// The process that something is to be restored in by now, if there is one.
+ModuleProcess::Child ModuleProcess::_toRestore(std::unique_lock<std::mutex>& lock) {
+    if (!_restoreAgain) {
+        _changed.wait(lock);
+        return nullptr;
+    }
+    if (Clock::now() >= *_restoreAgain) {
+        _restoreAgain.reset();
+        return _child;
+    }
+    _changed.wait_until(lock, *_restoreAgain);
+    return nullptr;
+}
+
+bool ModuleProcess::killIfBusy() {
+    const std::lock_guard lock(_mutex);
+    if (_requests == 0 || !_child || _isDead) return false;
+    _child->kill("killed: a request did not end with the server");
+    return true;
+}
+
+std::string ModuleProcess::_silence() const {
+    return "killed: it has not answered for " + inSeconds(_settings.providerTime);
 }
 
 void ModuleProcess::_refuse(const Child& child, const AskedOfModule& asked,
                             const StreamError& error) {
-    if (error.kind() == StreamError::Kind::timeout) {
-        child->kill("killed: it has not answered for " + inSeconds(_settings.providerTime));
-    }
+    if (error.kind() == StreamError::Kind::timeout) child->kill(_silence());
     auto end = child->awaitEnd(Clock::now() + dyingTime);
     if (!end) {
         child->kill(std::string("killed: its connection ended: ") + error.what());
         end = child->awaitEnd(Clock::now() + dyingTime).value_or("lost");
     }
     std::string text = _name() + ", provider " + std::string(asked.provider) + ", operation " +
-                       std::string(asked.operation) + ", path " + asked.path + ": its process " +
-                       *end;
+                       std::string(asked.operation) + (asked.method.empty() ? "" : " ") +
+                       std::string(asked.method) + ", path " + asked.path + ": its process " + *end;
     throw CimError(CimCode::failed, text);
 }
 
@@ -166,19 +234,7 @@ void ModuleProcess::_noteEnd(ChildProcess& child, const std::string& end) noexce
     _log.write(BrokerLog::Level::error, _module, "the module's process has ended");
 }
 
-Clock::time_point ModuleProcess::_patience(Clock::time_point silentSince) const noexcept {
-    const Clock::time_point lastUpCall{Clock::duration(_lastUpCall.load())};
-    const Clock::time_point since =
-        _upCallsRunning > 0 ? Clock::now() : std::max(silentSince, lastUpCall);
-    return since + _settings.providerTime;
-}
-
-void ModuleProcess::noteUpCall(bool begins) noexcept {
-    _upCallsRunning += begins ? 1 : -1;
-    _lastUpCall = Clock::now().time_since_epoch().count();
-}
-
-void ModuleProcess::onRestart(std::function<void(ClientTransport&)> restore) {
+void ModuleProcess::onRestart(Restore restore) {
     const std::lock_guard lock(_mutex);
     _restores.push_back(std::move(restore));
 }
@@ -199,8 +255,14 @@ void ModuleProcess::keepRunning(bool isNeeded) {
 void ModuleProcess::_keep() noexcept {
     std::unique_lock lock(_mutex);
     while (!_isStopping) {
-        if (_needs == 0 || !_isDead) {
+        if (_needs == 0) {
             _changed.wait(lock);
+        } else if (!_isDead) {
+            const Child child = _toRestore(lock);
+            if (!child) continue;
+            lock.unlock();
+            _restore(child);
+            lock.lock();
         } else if (Clock::now() < _notBefore) {
             _changed.wait_until(lock, _notBefore);
         } else {
@@ -219,7 +281,10 @@ void ModuleProcess::_keep() noexcept {
 ModuleProcess::State ModuleProcess::state() const {
     const std::lock_guard lock(_mutex);
     State state;
-    if (_child && !_isDead) state.id = _child->id();
+    if (_child && !_isDead) {
+        state.id = _child->id();
+        state.started = _child->started();
+    }
     state.isPaused = _isDead && Clock::now() < _notBefore;
     state.starts = _starts;
     state.crashes = _crashes;

@@ -23,7 +23,8 @@ struct IsolationSettings {
     /// This program and its arguments; the name of the module goes behind them.
     std::vector<std::string> command;
     std::chrono::milliseconds providerTime{60'000};
-    EventFeed* feed = nullptr;  ///< of the lines that they write, too
+    std::chrono::milliseconds restorePause{60'000};  ///< before what failed is restored once more
+    EventFeed* feed = nullptr;                       ///< of the lines that they write, too
 };
 
 /// What is asked of a module, for the words of its failure.
@@ -31,6 +32,7 @@ struct AskedOfModule {
     std::string_view provider;
     std::string_view operation;
     std::string path;
+    std::string_view method{};  ///< of "invokeMethod" alone
 };
 
 /// The process of one module: started by the first request, and again by one that comes after it
@@ -39,8 +41,12 @@ struct AskedOfModule {
 /// minute begins a new row. Safe from several threads.
 class ModuleProcess {
 public:
+    /// So many requests run in it at once: each has a connection and a thread there.
+    static constexpr int mostRequests = 200;
+
     struct State {
-        pid_t id = 0;  ///< 0 while there is none
+        pid_t id = 0;                 ///< 0 while there is none
+        Clock::time_point started{};  ///< tells it from those before; none while there is none
         bool isPaused = false;
         std::uint32_t starts = 0;
         std::uint32_t crashes = 0;
@@ -57,19 +63,29 @@ public:
 
     const std::string& module() const noexcept { return _module; }
 
-    /// Runs `work` with the way to the process. A StreamError of it is an end of the process or its
-    /// silence, and becomes CimError failed that says so; so does a process that cannot be started
-    /// or is paused. Throws what else `work` throws.
-    void ask(const AskedOfModule& asked, const std::function<void(ClientTransport&)>& work);
+    /// Runs `work` with the way to the process, and tells when that was started. A StreamError of
+    /// it is an end of the process or its silence, and becomes CimError failed that says so; so
+    /// does a process that cannot be started or is paused. One request too many is CimError
+    /// serverLimitsExceeded. Throws what else `work` throws.
+    Clock::time_point ask(const AskedOfModule& asked,
+                          const std::function<void(ClientTransport&)>& work);
+
+    /// Makes a process, which was started then, what one before it was. What it throws is logged,
+    /// and it is called again after a while; a process that is silent is killed.
+    using Restore = std::function<void(ClientTransport&, Clock::time_point started)>;
 
     /// From now on, whenever a new process has taken the place of one that died, and before it is
     /// asked by whoever has it started, each of these is called. As long as more have said that
     /// they need it than that they do no longer, that happens without a request, too.
-    void onRestart(std::function<void(ClientTransport&)> restore);
+    void onRestart(Restore restore);
     void keepRunning(bool isNeeded);
 
-    /// What a provider waits for is no silence of its own: an up-call begins, or ends.
-    void noteUpCall(bool begins) noexcept;
+    /// Held while a process is told to do, until further notice, what one after it has to be told
+    /// again, and while that is done. Before it is asked.
+    std::recursive_mutex& lasting() noexcept { return _lasting; }
+
+    /// Kills the process if a request still runs in it. True when there was one.
+    bool killIfBusy();
 
     State state() const;
 
@@ -96,22 +112,24 @@ private:
     Child _running();
     Child _startNew(std::unique_lock<std::mutex>& lock);
     void _restore(const Child& child);
+    bool _restoreBy(const Restore& restore, const Child& child);
+    Child _toRestore(std::unique_lock<std::mutex>& lock);
     [[noreturn]] void _refuse(const Child& child, const AskedOfModule& asked,
                               const StreamError& error);
     void _noteLine(std::string_view line) const noexcept;
     void _noteEnd(ChildProcess& child, const std::string& end) noexcept;
     void _keep() noexcept;
-    Clock::time_point _patience(Clock::time_point silentSince) const noexcept;
     std::string _name() const { return "module " + _module; }
+    std::string _silence() const;
 
     const std::string _module;
     const IsolationSettings& _settings;
     HttpHandler& _upCalls;
     BrokerLog& _log;
 
-    std::atomic<int> _upCallsRunning = 0;
-    std::atomic<Clock::rep> _lastUpCall = 0;
+    std::atomic<int> _requests = 0;  ///< that run
 
+    std::recursive_mutex _lasting;
     mutable std::mutex _mutex;
     std::condition_variable _changed;
     Child _child;
@@ -127,7 +145,9 @@ private:
     std::string _lastWords;
     std::string _failure;
     std::atomic<bool> _hasFailure = false;
-    std::vector<std::function<void(ClientTransport&)>> _restores;
+    std::vector<Restore> _restores;
+    std::optional<Clock::time_point> _restoreAgain;
+    std::string _lastTrouble;  ///< that restoring met
     std::thread _keeper;
 };
 

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <mutex>
 #include <utility>
 
 namespace cimhost {
@@ -69,11 +70,13 @@ public:
         _notes.nesting = CallNesting::count() - 1;
     }
 
+    void aboutMethod(const char* method) noexcept { _asked.method = method; }
     void aboutClass(std::string className) { _notes.className = std::move(className); }
     const RequestContext& request() const noexcept { return _request; }
 
-    void run(const std::function<void(CimXmlClient&)>& work) {
-        _standIn.process().ask(_asked, [&](ClientTransport& transport) {
+    /// Tells when the process that was asked had been started.
+    Clock::time_point run(const std::function<void(CimXmlClient&)>& work) {
+        return _standIn.process().ask(_asked, [&](ClientTransport& transport) {
             CimXmlClient client(transport,
                                 [this](const RequestContext&) { return _notes.headers(); });
             work(client);
@@ -111,14 +114,15 @@ struct Asked {
     Results& results;
 };
 
-/// The same for an operation with results: `work(asked)`.
+/// The same for an operation with results: `work(asked)`. `method` is that of invokeMethod.
 template <typename MI, typename Work>
 CMPIStatus forwardWalk(const MI* mi, const CMPIContext* context, const CMPIResult* result,
-                       const CMPIObjectPath* path, std::string_view operation,
-                       Work&& work) noexcept {
+                       const CMPIObjectPath* path, std::string_view operation, Work&& work,
+                       const char* method = "") noexcept {
     const ObjectPath& model = modelOf(path);
     return forward(mi, context, operation, model, [&](Forward& call) {
         call.aboutClass(model.className);
+        call.aboutMethod(method);
         Results results(result);
         call.run([&](CimXmlClient& client) {
             try {
@@ -236,13 +240,16 @@ CMPIStatus referenceNames(CMPIAssociationMI* mi, const CMPIContext* context,
 CMPIStatus invokeMethod(CMPIMethodMI* mi, const CMPIContext* context, const CMPIResult* result,
                         const CMPIObjectPath* path, const char* method, const CMPIArgs* inputs,
                         CMPIArgs* outputs) noexcept {
-    return forwardWalk(mi, context, result, path, "invokeMethod", [&](const Asked& asked) {
-        MethodResult answer =
-            asked.client.invokeMethod(asked.request, asked.path, method, modelOf(inputs));
-        findObject<ArgsObject>(outputs)->model = std::move(answer.out);
-        if (answer.returnValue.type() == CimType::none) return;
-        asked.results.deliver(answer.returnValue);
-    });
+    return forwardWalk(
+        mi, context, result, path, "invokeMethod",
+        [&](const Asked& asked) {
+            MethodResult answer =
+                asked.client.invokeMethod(asked.request, asked.path, method, modelOf(inputs));
+            findObject<ArgsObject>(outputs)->model = std::move(answer.out);
+            if (answer.returnValue.type() == CimType::none) return;
+            asked.results.deliver(answer.returnValue);
+        },
+        method);
 }
 
 ObjectPath filterTarget(const RequestContext& request) {
@@ -265,15 +272,22 @@ Arguments argumentsOf(const StandIn::Filter& filter, const char* name, bool flag
     return arguments;
 }
 
-/// Asks the other process by one of the methods about filters. The answer goes to `value`.
+struct FilterAnswer {
+    Value value;
+    Clock::time_point process;  ///< when it had been started
+};
+
+/// Asks the other process by one of the methods about filters.
 CMPIStatus askAboutFilter(CMPIIndicationMI* mi, const CMPIContext* context, const char* operation,
-                          const char* method, const Arguments& arguments, Value* value = nullptr) {
+                          const char* method, const Arguments& arguments,
+                          FilterAnswer* answer = nullptr) {
     return forward(mi, context, operation, filterTarget(modelOf(context)), [&](Forward& call) {
-        call.run([&](CimXmlClient& client) {
-            MethodResult result = client.invokeMethod(call.request(), filterTarget(call.request()),
-                                                      method, arguments);
-            if (value) *value = std::move(result.returnValue);
+        MethodResult result;
+        const Clock::time_point process = call.run([&](CimXmlClient& client) {
+            result = client.invokeMethod(call.request(), filterTarget(call.request()), method,
+                                         arguments);
         });
+        if (answer) *answer = {std::move(result.returnValue), process};
     });
 }
 
@@ -284,6 +298,10 @@ CMPIStatus answerOf(CMPIIndicationMI* mi, Work&& work) noexcept {
     const CMPIStatus failure =
         enter(standInOf(mi).broker().handle(), [&](const Broker&, CMPIrc&) { answer = work(); });
     return failure.rc != CMPI_RC_OK ? failure : answer;
+}
+
+std::unique_lock<std::recursive_mutex> lasting(const CMPIIndicationMI* mi) {
+    return std::unique_lock(standInOf(mi).process().lasting());
 }
 
 /// A process that starts anew knows nothing of what ends here.
@@ -301,10 +319,11 @@ CMPIStatus authorizeFilter(CMPIIndicationMI* mi, const CMPIContext* context,
 CMPIStatus mustPoll(CMPIIndicationMI* mi, const CMPIContext* context, const CMPIResult* result,
                     const CMPISelectExp* filter, const char*, const CMPIObjectPath*) noexcept {
     return answerOf(mi, [&] {
-        Value answer;
+        FilterAnswer answer;
         const CMPIStatus status = askAboutFilter(mi, context, "mustPoll", filterMethods::mustPoll,
                                                  argumentsOf(filterOf(context, filter)), &answer);
-        if (status.rc == CMPI_RC_OK && !answer.isNull()) Results(result).deliver(answer);
+        const Value& value = answer.value;
+        if (status.rc == CMPI_RC_OK && !value.isNull()) Results(result).deliver(value);
         return status;
     });
 }
@@ -313,11 +332,14 @@ CMPIStatus activateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
                           const CMPISelectExp* filter, const char*, const CMPIObjectPath*,
                           CMPIBoolean isFirst) noexcept {
     return answerOf(mi, [&] {
-        const StandIn::Filter active = filterOf(context, filter);
+        StandIn::Filter active = filterOf(context, filter);
+        FilterAnswer answer;
+        const auto lock = lasting(mi);
         const CMPIStatus status =
             askAboutFilter(mi, context, "activateFilter", filterMethods::activate,
-                           argumentsOf(active, "IsFirst", isFirst != 0));
-        if (status.rc == CMPI_RC_OK) standInOf(mi).noteActive(active);
+                           argumentsOf(active, "IsFirst", isFirst != 0), &answer);
+        active.process = answer.process;
+        if (status.rc == CMPI_RC_OK) standInOf(mi).noteActive(std::move(active));
         return status;
     });
 }
@@ -327,8 +349,8 @@ CMPIStatus deActivateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
                             CMPIBoolean isLast) noexcept {
     return answerOf(mi, [&] {
         const StandIn::Filter active = filterOf(context, filter);
-        standInOf(mi).noteInactive(active);
-        if (!isRunning(mi)) return CMPIStatus{CMPI_RC_OK, nullptr};
+        const auto lock = lasting(mi);
+        if (!standInOf(mi).noteInactive(active)) return CMPIStatus{CMPI_RC_OK, nullptr};
         return askAboutFilter(mi, context, "deActivateFilter", filterMethods::deactivate,
                               argumentsOf(active, "IsLast", isLast != 0));
     });
@@ -336,16 +358,19 @@ CMPIStatus deActivateFilter(CMPIIndicationMI* mi, const CMPIContext* context,
 
 CMPIStatus enableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
     return answerOf(mi, [&] {
+        FilterAnswer answer;
+        const auto lock = lasting(mi);
         const CMPIStatus status =
-            askAboutFilter(mi, context, "enableIndications", filterMethods::enable, {});
-        if (status.rc == CMPI_RC_OK) standInOf(mi).noteEnabled(modelOf(context), true);
+            askAboutFilter(mi, context, "enableIndications", filterMethods::enable, {}, &answer);
+        if (status.rc == CMPI_RC_OK) standInOf(mi).noteEnabled(modelOf(context), answer.process);
         return status;
     });
 }
 
 CMPIStatus disableIndications(CMPIIndicationMI* mi, const CMPIContext* context) noexcept {
     return answerOf(mi, [&] {
-        standInOf(mi).noteEnabled(modelOf(context), false);
+        const auto lock = lasting(mi);
+        standInOf(mi).noteDisabled();
         if (!isRunning(mi)) return CMPIStatus{CMPI_RC_OK, nullptr};
         return askAboutFilter(mi, context, "disableIndications", filterMethods::disable, {});
     });
@@ -386,56 +411,66 @@ StandIn::StandIn(const Broker& broker, ModuleProcess& process, std::string provi
       _associationMi{this, &associationTable},
       _methodMi{this, &methodTable},
       _indicationMi{this, &indicationTable} {
-    _process.onRestart([this](ClientTransport& transport) { _restore(transport); });
+    _process.onRestart([this](ClientTransport& transport, Clock::time_point started) {
+        _restore(transport, started);
+    });
 }
 
 void StandIn::noteActive(Filter filter) {
-    const std::lock_guard lock(_mutex);
     _filters.push_back(std::move(filter));
     _process.keepRunning(true);
 }
 
-void StandIn::noteInactive(const Filter& filter) {
-    const std::lock_guard lock(_mutex);
+bool StandIn::noteInactive(const Filter& filter) {
     const auto found = std::ranges::find_if(_filters, [&filter](const Filter& each) {
         return each.query == filter.query && each.request.nameSpace == filter.request.nameSpace;
     });
-    if (found == _filters.end()) return;
+    if (found == _filters.end()) return _process.state().id != 0;
+    const Clock::time_point process = found->process;
     _filters.erase(found);
     _process.keepRunning(false);
+    return process == _process.state().started;
 }
 
-void StandIn::noteEnabled(const RequestContext& request, bool isEnabled) {
-    const std::lock_guard lock(_mutex);
+void StandIn::noteEnabled(const RequestContext& request, Clock::time_point process) {
     _enabling = request;
-    _isEnabled = isEnabled;
+    _enabledIn = process;
+    _isEnabled = true;
 }
 
-void StandIn::_restore(ClientTransport& transport) {
-    std::list<Filter> filters;
-    RequestContext enabling;
-    bool isEnabled = false;
-    {
-        const std::lock_guard lock(_mutex);
-        filters = _filters;
-        enabling = _enabling;
-        isEnabled = _isEnabled;
-    }
+// Each by itself: one that is refused keeps no other.
+void StandIn::_restore(ClientTransport& transport, Clock::time_point process) {
+    const std::lock_guard lock(_process.lasting());
     LinkNotes notes;
     notes.provider = _provider;
     CimXmlClient client(transport, [&notes](const RequestContext& request) {
         notes.principal = request.principal;
         return notes.headers();
     });
-    for (auto each = filters.begin(); each != filters.end(); ++each) {
-        const bool isFirst = std::none_of(filters.begin(), each, [&each](const Filter& earlier) {
-            return equalNames(earlier.className, each->className);
+    std::string troubles;
+    const auto tell = [&](const RequestContext& request, const char* method,
+                          const Arguments& arguments) {
+        try {
+            client.invokeMethod(request, filterTarget(request), method, arguments);
+            return true;
+        } catch (const CimError& error) {
+            troubles += (troubles.empty() ? "" : "; ") + std::string(error.what());
+            return false;
+        }
+    };
+    for (Filter& each : _filters) {
+        if (each.process == process) continue;
+        const bool isFirst = std::ranges::none_of(_filters, [&](const Filter& other) {
+            return other.process == process && equalNames(other.className, each.className);
         });
-        client.invokeMethod(each->request, filterTarget(each->request), filterMethods::activate,
-                            argumentsOf(*each, "IsFirst", isFirst));
+        if (tell(each.request, filterMethods::activate, argumentsOf(each, "IsFirst", isFirst))) {
+            each.process = process;
+        }
     }
-    if (!isEnabled) return;
-    client.invokeMethod(enabling, filterTarget(enabling), filterMethods::enable, {});
+    if (_isEnabled && _enabledIn != process && tell(_enabling, filterMethods::enable, {})) {
+        _enabledIn = process;
+    }
+    if (!troubles.empty()) throw CimError(CimCode::failed, troubles);
 }
 
 }  // namespace cimhost

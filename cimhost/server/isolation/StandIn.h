@@ -6,7 +6,6 @@
 
 #include <list>
 #include <memory>
-#include <mutex>
 #include <string>
 
 namespace cimhost {
@@ -20,7 +19,8 @@ public:
         RequestContext request;
         std::string query;
         std::string language;
-        std::string className;  ///< behind FROM
+        std::string className;        ///< behind FROM
+        Clock::time_point process{};  ///< when the one that it is active in was started
     };
 
     /// Broker and process outlive this.
@@ -38,13 +38,17 @@ public:
 
     ModuleProcess& process() noexcept { return _process; }
 
-    /// What a process that starts anew is told again.
+    /// @{
+    /// What a process that starts anew is told again. With its lasting().
     void noteActive(Filter filter);
-    void noteInactive(const Filter& filter);
-    void noteEnabled(const RequestContext& request, bool isEnabled);
+    /// Whether the process that runs now knew of it.
+    bool noteInactive(const Filter& filter);
+    void noteEnabled(const RequestContext& request, Clock::time_point process);
+    void noteDisabled() { _isEnabled = false; }
+    /// @}
 
 private:
-    void _restore(ClientTransport& transport);
+    void _restore(ClientTransport& transport, Clock::time_point process);
 
     const Broker& _broker;
     ModuleProcess& _process;
@@ -53,9 +57,9 @@ private:
     CMPIAssociationMI _associationMi;
     CMPIMethodMI _methodMi;
     CMPIIndicationMI _indicationMi;
-    std::mutex _mutex;
     std::list<Filter> _filters;
-    RequestContext _enabling;  ///< the request that enabled indications
+    RequestContext _enabling;        ///< the request that enabled indications
+    Clock::time_point _enabledIn{};  ///< when the process that it enabled them in was started
     bool _isEnabled = false;
 };
 

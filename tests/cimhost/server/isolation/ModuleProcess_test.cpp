@@ -1,6 +1,8 @@
 #include "cimhost/server/isolation/ModuleProcess.h"
 
 #include "cimhost/repository/CimError.h"
+#include "cimhost/server/isolation/AwaitedCall.h"
+#include "cimhost/server/isolation/LinkMessage.h"
 #include "tests/support/BrokerFixture.h"
 
 #include <gmock/gmock.h>
@@ -27,7 +29,8 @@ constexpr const char* asked = "module Fans, provider FanProvider, operation getI
 /// What the process asks is answered once it may be.
 class HeldAnswers final : public HttpHandler {
 public:
-    void handle(const HttpRequest&, HttpReply& reply) override {
+    void handle(const HttpRequest& request, HttpReply& reply) override {
+        const AwaitedCall::UpCall upCall(LinkNotes::of(request).call);
         if (onAsked) onAsked();
         std::unique_lock lock(_mutex);
         ++_waiting;
@@ -70,7 +73,8 @@ struct ModuleProcessTest : testing::Test {
     std::string ask(const std::string& body) {
         std::string answer;
         process.ask({"FanProvider", "getInstance", "p"}, [&](ClientTransport& transport) {
-            transport.post({}, body, [&answer](std::string_view piece) { answer += piece; });
+            transport.post(LinkNotes().headers(), body,
+                           [&answer](std::string_view piece) { answer += piece; });
         });
         return answer;
     }
@@ -175,14 +179,68 @@ TEST_F(ModuleProcessTest, KillsAProcessThatDoesNotAnswer) {
 
 TEST_F(ModuleProcessTest, WhatAProcessWaitsForIsNoSilenceOfIts) {
     settings.providerTime = milliseconds(2'000);
-    upCalls.onAsked = [this] {
-        process.noteUpCall(true);
-        std::this_thread::sleep_for(2 * settings.providerTime);
-        process.noteUpCall(false);
-    };
+    upCalls.onAsked = [this] { std::this_thread::sleep_for(2 * settings.providerTime); };
     upCalls.open();
     expectAnswer("ask", "answer");
     EXPECT_EQ(process.state().crashes, 0U);
+}
+
+TEST_F(ModuleProcessTest, AnUpCallOfOneRequestDoesNotExcuseAnother) {
+    settings.providerTime = milliseconds(1'000);
+    auto waiting = std::async(std::launch::async, [this] { return failureOf("ask"); });
+    upCalls.awaitAskers(1);
+    const std::string killed =
+        std::string(asked) + "its process killed: it has not answered for 1 s";
+    EXPECT_EQ(failureOf("hang"), killed);
+    EXPECT_EQ(waiting.get(), killed);
+}
+
+TEST_F(ModuleProcessTest, ARequestInsideOfItsOwnUpCallHangsNoLongerThanOthers) {
+    settings.providerTime = milliseconds(1'000);
+    std::promise<std::string> inner;
+    upCalls.onAsked = [&] { inner.set_value(failureOf("hang")); };
+    upCalls.open();
+    const std::string killed =
+        std::string(asked) + "its process killed: it has not answered for 1 s";
+    EXPECT_EQ(failureOf("ask"), killed);
+    EXPECT_EQ(inner.get_future().get(), killed);
+}
+
+TEST_F(ModuleProcessTest, RefusesARequestTooManyAndKeepsTheOthers) {
+    std::vector<std::future<std::string>> running;
+    for (int i = 0; i < ModuleProcess::mostRequests; ++i) {
+        running.push_back(std::async(std::launch::async, [this] { return ask("ask"); }));
+    }
+    upCalls.awaitAskers(ModuleProcess::mostRequests);
+    try {
+        ask("hello");
+        ADD_FAILURE() << "the process was asked";
+    } catch (const CimError& error) {
+        EXPECT_EQ(error.code(), CimCode::serverLimitsExceeded);
+        EXPECT_STREQ(error.what(), "module Fans: so many requests run already: 200");
+    }
+    upCalls.open();
+    const std::string answer = std::to_string(process.state().id) + " answer";
+    for (auto& each : running) EXPECT_EQ(each.get(), answer);
+    EXPECT_EQ(ask("hello"), std::to_string(process.state().id) + " hello");
+    EXPECT_EQ(process.state().crashes, 0U);
+}
+
+TEST_F(ModuleProcessTest, AnswersBesideWhatItWritesAllTheTime) {
+    ask("chatter");
+    for (int i = 0; i < 20; ++i) expectAnswer("hello", "hello");
+    failureOf("die");
+    EXPECT_EQ(process.state().crashes, 1U);
+}
+
+TEST_F(ModuleProcessTest, IsKilledAtTheEndForARequestThatDoesNotEnd) {
+    EXPECT_FALSE(process.killIfBusy());
+    auto hanging = std::async(std::launch::async, [this] { return failureOf("ask"); });
+    upCalls.awaitAskers(1);
+    EXPECT_TRUE(process.killIfBusy());
+    EXPECT_EQ(hanging.get(),
+              std::string(asked) + "its process killed: a request did not end with the server");
+    EXPECT_FALSE(process.killIfBusy());
 }
 
 TEST_F(ModuleProcessTest, SaysWhyItCannotBeStarted) {
@@ -255,12 +313,13 @@ TEST_F(ModuleProcessTest, WithoutAProcessThereIsNothingToReplace) {
 
 TEST_F(ModuleProcessTest, RestoresWhatANewProcessNeedsBeforeItIsAsked) {
     std::vector<std::string> order;
-    process.onRestart([&order](ClientTransport& transport) {
+    process.onRestart([&order](ClientTransport& transport, Clock::time_point) {
         transport.post({}, "restore", [](std::string_view) {});
         order.emplace_back("first");
         throw std::runtime_error("no such filter");
     });
-    process.onRestart([&order](ClientTransport&) { order.emplace_back("second"); });
+    process.onRestart(
+        [&order](ClientTransport&, Clock::time_point) { order.emplace_back("second"); });
     ask("hello");
     EXPECT_TRUE(order.empty());
     failureOf("die");
@@ -268,6 +327,34 @@ TEST_F(ModuleProcessTest, RestoresWhatANewProcessNeedsBeforeItIsAsked) {
                 [&order](ClientTransport&) { order.emplace_back("asked"); });
     EXPECT_EQ(order, (std::vector<std::string>{"first", "second", "asked"}));
     EXPECT_EQ(log.countOf("warning Fans: after its new start: no such filter"), 1U);
+}
+
+TEST_F(ModuleProcessTest, TriesAgainToRestoreWhatFailed) {
+    settings.restorePause = milliseconds(1);
+    std::atomic<int> tries = 0;
+    std::atomic<Clock::time_point> restored{};
+    process.onRestart([&](ClientTransport&, Clock::time_point started) {
+        restored = started;
+        if (++tries < 3) throw std::runtime_error("not yet");
+    });
+    process.keepRunning(true);
+    ask("hello");
+    failureOf("die");
+    EXPECT_TRUE(eventually([&] { return tries == 3; }));
+    EXPECT_EQ(restored.load(), process.state().started);
+    EXPECT_EQ(log.countOf("warning Fans: after its new start: not yet"), 1U);
+    EXPECT_EQ(process.state().starts, 2U);
+}
+
+TEST_F(ModuleProcessTest, KillsAProcessThatIsSilentWhileItIsRestored) {
+    settings.providerTime = milliseconds(1'000);
+    process.onRestart([](ClientTransport& transport, Clock::time_point) {
+        transport.post({}, "hang", [](std::string_view) {});
+    });
+    ask("hello");
+    failureOf("die");
+    EXPECT_EQ(failureOf("hello"),
+              std::string(asked) + "its process killed: it has not answered for 1 s");
 }
 
 TEST_F(ModuleProcessTest, RunsAgainByItselfAsLongAsItIsNeeded) {

@@ -2,12 +2,14 @@
 // Arguments: the file for its journal, and the name of the module.
 //
 // A message of CIM is answered by ScriptedOperations and noted in the journal; of other bodies
-// "die", "leave", "hang" and "ask" do what they say, "stay" keeps the process when it is to end,
-// and any other comes back behind the number of the process.
+// "die", "leave", "hang" and "ask" do what they say, "chatter" writes to standard error from then
+// on and answers, "stay" keeps the process when it is to end, and any other comes back behind the
+// number of the process.
 
 #include "cimhost/cimxml/Handler.h"
 #include "cimhost/client/ClientTransport.h"
 #include "cimhost/repository/CimError.h"
+#include "cimhost/server/isolation/AwaitedCall.h"
 #include "cimhost/server/isolation/Link.h"
 #include "cimhost/server/isolation/LinkMessage.h"
 #include "tests/cimhost/cimxml/TestSchema.h"
@@ -22,6 +24,8 @@
 #include <fstream>
 #include <mutex>
 #include <string>
+#include <thread>
+#include <utility>
 
 namespace cimhost {
 namespace {
@@ -37,8 +41,16 @@ namespace {
     for (;;) pause();
 }
 
-/// Fans that have the key that they are asked by; those called "die" and "gone" do not answer, and
-/// eve may not enable their indications.
+/// Until the process ends.
+void chatter() {
+    std::thread([] {
+        for (;;) std::fputs("what nobody wants to know\n\n\n\n\n\n\n\n", stderr);
+    }).detach();
+}
+
+/// Fans that have the key that they are asked by; those called "die" and "gone" do not answer. Eve
+/// may not enable their indications, what Tom activates first is refused, and for Sam all fans come
+/// slowly.
 class ScriptedOperations final : public RecordingOperations {
 public:
     MethodResult invokeMethod(const RequestContext& request, const ObjectPath& target,
@@ -46,6 +58,9 @@ public:
         MethodResult result = RecordingOperations::invokeMethod(request, target, method, in);
         if (user == "eve" && method == "EnableIndications") {
             throw CimError(CimCode::accessDenied, "not for eve");
+        }
+        if (user == "tom" && method == "ActivateFilter" && std::exchange(_isFirst, false)) {
+            throw CimError(CimCode::failed, "not yet");
         }
         return result;
     }
@@ -62,7 +77,23 @@ public:
         RecordingOperations::getInstance(request, target, wanted, sink);
     }
 
+    void enumerateInstances(const RequestContext& request, const ObjectPath& target,
+                            const InstanceOptions& wanted, InstanceSink& sink) override {
+        instances.clear();
+        RecordingOperations::enumerateInstances(request, target, wanted, sink);
+        for (const char* const id : {"1", "2", "3", "4", "5"}) {
+            if (user == "sam") std::this_thread::sleep_for(std::chrono::milliseconds(400));
+            Instance fan;
+            fan.path = {{}, "root/test", "TEST_Fan", {{"Id", Value::string(id)}}};
+            fan.set("Id", Value::string(id));
+            sink.deliver(fan, nullptr, {});
+        }
+    }
+
     std::string user;
+
+private:
+    bool _isFirst = true;
 };
 
 class ScriptedModule final : public HttpHandler {
@@ -80,7 +111,9 @@ public:
 
     void handle(const HttpRequest& request, HttpReply& reply) override {
         if (request.header("CIMOperation")) return _messages.handle(request, reply);
+        const AwaitedCall::Part part(LinkNotes::of(request).call);
         if (request.body == "die") die();
+        if (request.body == "chatter") chatter();
         if (request.body == "leave") std::_Exit(3);
         if (request.body == "hang") hang();
         if (request.body == "stay") _stays = true;
@@ -92,7 +125,8 @@ private:
     std::string _ask() {
         ClientTransport transport([this] { return _link.connect(); }, {});
         std::string answer;
-        transport.post({}, "asked", [&answer](std::string_view piece) { answer += piece; });
+        transport.post(LinkNotes().headers(), "asked",
+                       [&answer](std::string_view piece) { answer += piece; });
         return answer;
     }
 

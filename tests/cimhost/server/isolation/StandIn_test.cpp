@@ -178,7 +178,7 @@ TEST_F(StandInTest, ANewProcessIsToldOfTheFiltersThatAreActive) {
     activate("SELECT Id FROM TEST_Fan", false);
     activate("SELECT Count FROM TEST_Fan", false);
     deactivate("SELECT Id FROM TEST_Fan", false);
-    standIn.noteEnabled(request, true);
+    standIn.noteEnabled(request, process.state().started);
     EXPECT_EQ(journal().size(), 4U);
     EXPECT_THAT(failureOf("die"), HasSubstr("SIGABRT"));
     const std::vector<std::string> told = awaitJournal(3);  // without a request
@@ -189,6 +189,35 @@ TEST_F(StandInTest, ANewProcessIsToldOfTheFiltersThatAreActive) {
             call + "ActivateFilter Query=SELECT * FROM TEST_Fan QueryLanguage=WQL IsFirst=yes",
             call + "ActivateFilter Query=SELECT Count FROM TEST_Fan QueryLanguage=WQL IsFirst=no",
             call + "EnableIndications"));
+}
+
+TEST_F(StandInTest, AFilterThatIsRefusedAnewKeepsNoOtherAndIsTriedAgain) {
+    settings.restorePause = std::chrono::milliseconds(1);
+    request.principal = "tom";
+    EXPECT_THROW(activate("SELECT * FROM TEST_Fan", true), CimError);
+    activate("SELECT * FROM TEST_Fan", true);
+    activate("SELECT Count FROM TEST_Fan", false);
+    EXPECT_EQ(journal().size(), 3U);
+    EXPECT_THAT(failureOf("die"), HasSubstr("SIGABRT"));
+    const std::string call = "invokeMethod CIMHOST_IndicationProvider of  by FanProvider for tom ";
+    EXPECT_THAT(
+        awaitJournal(3),
+        ElementsAre(
+            call + "ActivateFilter Query=SELECT * FROM TEST_Fan QueryLanguage=WQL IsFirst=yes",
+            call + "ActivateFilter Query=SELECT Count FROM TEST_Fan QueryLanguage=WQL IsFirst=yes",
+            call + "ActivateFilter Query=SELECT * FROM TEST_Fan QueryLanguage=WQL IsFirst=no"));
+    EXPECT_EQ(log.countOf("warning Fans: after its new start: not yet"), 1U);
+    deactivate("SELECT * FROM TEST_Fan", false);
+    EXPECT_EQ(journal().size(), 1U);
+}
+
+TEST_F(StandInTest, AWalkThatDeliversSlowlyIsNotSilent) {
+    settings.providerTime = std::chrono::milliseconds(1'000);
+    request.principal = "sam";
+    KeptFans kept;
+    operations.enumerateInstances(request, fan({}), {}, kept);
+    EXPECT_THAT(kept.ids, ElementsAre("1", "2", "3", "4", "5"));
+    EXPECT_EQ(process.state().crashes, 0U);
 }
 
 TEST_F(StandInTest, ANewProcessIsNotToldToEnableWhatAnOldOneRefused) {
