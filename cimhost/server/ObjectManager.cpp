@@ -71,11 +71,13 @@ bool ObjectManager::releaseReplaced() {
     return (_isolated && _isolated->releaseReplaced()) || isLeft;
 }
 
-bool ObjectManager::shutDown(std::chrono::milliseconds patience) {
-    if (!_subscriptions.stop(patience) || !_modules.shutDown(patience)) return false;
-    if (_isolated && !_isolated->stop(isolatedGrace)) return false;
+bool ObjectManager::killBusyModules() { return _isolated && _isolated->killBusy(); }
+
+Shutdown ObjectManager::shutDown(std::chrono::milliseconds patience) {
+    if (!_subscriptions.stop(patience) || !_modules.shutDown(patience)) return Shutdown::incomplete;
+    const bool isOrderly = !_isolated || _isolated->stop(isolatedGrace);
     _delivery.stop(deliveryGrace);
-    return true;
+    return isOrderly ? Shutdown::orderly : Shutdown::withLosses;
 }
 
 }  // namespace cimhost

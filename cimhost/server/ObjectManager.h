@@ -26,6 +26,13 @@ struct IndicationSettings {
     std::optional<std::filesystem::path> stateFile;  ///< none: subscriptions end with the server
 };
 
+/// How an object manager has ended.
+enum class Shutdown {
+    orderly,
+    withLosses,  ///< a module's process did not clean up
+    incomplete,  ///< a call into a module did not end in time: it must not be destroyed
+};
+
 /// A repository, the modules that serve its classes, the subscriptions to their indications, and
 /// the CIM-XML door to all of it, put together.
 class ObjectManager {
@@ -52,10 +59,12 @@ public:
     void renew(std::optional<Registrations> registrations, const std::set<std::string>& changed);
     bool releaseReplaced();
 
+    /// Ends what runs in processes of modules, by killing these. True when that ends requests.
+    bool killBusyModules();
+
     /// Turns indications off, cleans up and unloads every module once no request runs any more, and
-    /// gives what waits for listeners half a second. False when a call into a module did not end in
-    /// time; this object must not be destroyed then.
-    bool shutDown(std::chrono::milliseconds patience);
+    /// gives what waits for listeners half a second.
+    Shutdown shutDown(std::chrono::milliseconds patience);
 
 private:
     // Modules may raise indications until they are unloaded: what takes them lives longer.

@@ -18,6 +18,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -28,6 +29,7 @@ namespace cimhost {
 namespace {
 
 constexpr std::chrono::seconds requestGrace{5};
+constexpr std::chrono::seconds killGrace{1};
 constexpr std::chrono::seconds moduleGrace{1};
 constexpr std::chrono::seconds cleanUpGrace{4};
 
@@ -77,6 +79,14 @@ void announce(const HttpServer& server, const ServeOptions& options) {
     log.write(BrokerLog::Level::error, "cimhost",
               "a request did not end in time; leaving without unloading its module");
     std::_Exit(1);
+}
+
+/// Where each module has a process of its own, one that does not answer keeps no other from its
+/// clean-up.
+Shutdown endRequests(HttpServer& server, ObjectManager& manager) {
+    if (server.stop(requestGrace)) return Shutdown::orderly;
+    const bool hasEnded = manager.killBusyModules() && server.stop(killGrace);
+    return hasEnded ? Shutdown::withLosses : Shutdown::incomplete;
 }
 
 /// What `cimhost check` would say, as far as it can be known without running code of modules.
@@ -143,12 +153,14 @@ int serve(ServeOptions& options) {
     const bool isAskedToEnd = start.finish();
     if (start.isReloadAsked()) reloader->reload();
     if (!isAskedToEnd) run(signals, *reloader, time);
-    deadline.emplace(log, requestGrace + moduleGrace + cleanUpGrace);
+    deadline.emplace(log, requestGrace + killGrace + moduleGrace + cleanUpGrace);
     reloader.reset();
     if (gate.authenticator) gate.authenticator->end();
     if (feed) feed->end();
-    if (!server.stop(requestGrace) || !manager.shutDown(moduleGrace)) leaveAtOnce(log);
-    return 0;
+    Shutdown end = endRequests(server, manager);
+    if (end != Shutdown::incomplete) end = std::max(end, manager.shutDown(moduleGrace));
+    if (end == Shutdown::incomplete) leaveAtOnce(log);
+    return end == Shutdown::orderly ? 0 : 1;
 }
 
 }  // namespace

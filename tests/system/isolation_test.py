@@ -5,10 +5,11 @@ import pathlib
 import re
 import signal
 import subprocess
+import threading
 import time
 import unittest
 
-from host import BUILD, SOURCE, Host
+from host import BUILD, SOURCE, Host, long
 from indications_test import SubscribedCase
 from listeners import Listener
 from wbemcli_test import WIDGET
@@ -28,7 +29,7 @@ ARGUMENTS = (
     "--schema", SOURCE / "schema/CIMHOST_ModuleProcess.mof",
     "--isolate",
 )
-IN_SINS = "module sins, provider SinProvider, operation invokeMethod, path root/test:TST_Sin: "
+IN_SINS = "module sins, provider SinProvider, operation invokeMethod Commit, path root/test:TST_Sin: "
 
 
 def children(parent):
@@ -199,6 +200,21 @@ class Silence(IsolationCase):
         self.fails("hang", IN_SINS + "its process killed: it has not answered for 1 s")
         self.works()
         self.assertIn("killed: it has not answered for 1 s", self.states()["sins"]["LastWords"])
+
+
+class End(unittest.TestCase):
+    @long
+    def test_a_request_that_does_not_end_keeps_no_other_module_from_its_clean_up(self):
+        host = Host(arguments=ARGUMENTS)
+        host.ask("ein", ":TST_Widget", namespace="root/test")
+        asked = threading.Thread(target=host.ask, args=("gi", ':TST_Sin.Name="hang"'),
+                                 kwargs={"namespace": "root/test"})
+        asked.start()
+        self.addCleanup(asked.join)
+        self.assertTrue(eventually(lambda: "it hangs\n" in host.log()))
+        self.assertEqual(1, host.stop(), host.log())
+        self.assertIn("killed: a request did not end with the server", host.log())
+        self.assertNotIn("leaving without unloading", host.log())
 
 
 class Alarms(SubscribedCase):
