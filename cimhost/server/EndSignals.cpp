@@ -26,7 +26,8 @@ EndSignals::EndSignals() : _hadTerminal(hasTerminal()) {
     sigemptyset(&_signals);
     for (const int signal : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&_signals, signal);
     const int error = pthread_sigmask(SIG_BLOCK, &_signals, nullptr);
-    if (error != 0 || std::signal(SIGPIPE, SIG_IGN) == SIG_ERR) {
+    if (error != 0 || std::signal(SIGPIPE, SIG_IGN) == SIG_ERR ||
+        std::signal(SIGXFSZ, SIG_IGN) == SIG_ERR) {
         throw std::system_error(error != 0 ? error : errno, std::generic_category(), "signals");
     }
 }
