@@ -193,6 +193,46 @@ class Processes(IsolationCase):
         self.assertTrue(eventually(lambda: not is_running(process)))
 
 
+class Sins(unittest.TestCase):
+    """Each costs the request that commits it, which says so; nobody beside notices."""
+
+    ENDS = {
+        "null": "by SIGSEGV", "call": "by SIGSEGV", "abort": "by SIGABRT",
+        "division": "by SIGFPE", "overflow": "by SIGSEGV", "corrupt": "by SIGABRT",
+        "thread": "by SIGSEGV", "handled": "with 3", "leave": "with 7",
+    }
+
+    def _commit(self, sin, end):
+        failures, is_over = [], threading.Event()
+
+        def ask_beside(host, expected):
+            while not is_over.is_set():
+                answer = host.ask("ein", ":TST_Widget", namespace="root/test")
+                if answer.text != expected:
+                    failures.append(answer.text)
+
+        with Host(arguments=ARGUMENTS) as host:
+            expected = host.ask("ein", ":TST_Widget", namespace="root/test").text
+            beside = threading.Thread(target=ask_beside, args=(host, expected))
+            beside.start()
+            try:
+                answer = host.ask("cm", ":TST_Sin", f"Commit.Sin={sin}", namespace="root/test")
+                again = host.ask("cm", ":TST_Sin", "Commit.Sin=none", namespace="root/test")
+            finally:
+                is_over.set()
+                beside.join()
+            self.assertEqual(1, answer.cim_error, answer.text + host.log())
+            # Sanitizers take a crash for themselves and end the process in their own way.
+            self.assertRegex(answer.text, IN_SINS + f"its process ended ({end}|with 1|with 66)")
+            self.assertIsNone(again.cim_error, again.text + host.log())
+            self.assertEqual([], failures)
+
+    def test_each_costs_its_own_request_and_is_named(self):
+        for sin, end in self.ENDS.items():
+            with self.subTest(sin):
+                self._commit(sin, end)
+
+
 class Silence(IsolationCase):
     options = ("--provider-time", "1")
 

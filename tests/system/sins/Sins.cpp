@@ -34,6 +34,12 @@ int overflow(int depth) {
     return depth < 0 ? 0 : overflow(depth + 1) + used[0];
 }
 
+void freeTwice() {
+    void* volatile memory = std::malloc(64);
+    std::free(memory);
+    std::free(memory);
+}
+
 void say(const char* words) {
     [[maybe_unused]] const auto written = write(STDERR_FILENO, words, std::strlen(words));
 }
@@ -49,6 +55,7 @@ void commit(const char* sin) {
     if (std::strcmp(sin, "abort") == 0) std::abort();
     if (std::strcmp(sin, "division") == 0) divide(1);
     if (std::strcmp(sin, "overflow") == 0) overflow(0);
+    if (std::strcmp(sin, "corrupt") == 0) freeTwice();
     if (std::strcmp(sin, "thread") == 0) std::thread(writeThroughNull).join();
     if (std::strcmp(sin, "handled") == 0) {
         std::signal(SIGSEGV, sayGoodbye);
