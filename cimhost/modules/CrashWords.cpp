@@ -16,7 +16,8 @@
 #include <string_view>
 #include <system_error>
 
-// What the handler calls is async-signal-safe: no allocation, no lock.
+// What the handlers call is async-signal-safe: no allocation, and no lock but the loader's, which
+// naming the frames takes. A thread that hangs in there keeps it, so there is an alarm.
 
 namespace cimhost {
 
@@ -40,9 +41,11 @@ constinit std::array<CrashSignal, 5> crashSignals{{
 constexpr std::size_t stackSize = std::size_t{128} << 10U;  // the unwinder alone takes ten or more
 constexpr int deepest = 64;
 constexpr int mostShown = 16;
+constexpr unsigned longestTelling = 3;  // seconds
 
 constinit std::atomic<bool> isInstalled = false;
 constinit std::atomic<pid_t> crashingThread = 0;
+constinit std::atomic<int> crashingSignal = 0;
 
 void writeOut(std::string_view text) noexcept {
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, text.data(), text.size());
@@ -99,6 +102,38 @@ void tellFrames(const void* context) noexcept {
         &*first, static_cast<int>(std::min<std::ptrdiff_t>(end - first, mostShown)), STDERR_FILENO);
 }
 
+void unblock(int number) noexcept {
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    ::sigaddset(&signals, number);
+    ::pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
+// On the thread that crashes, which a core file is to show.
+void endUntold(int alarm) noexcept {
+    if (::gettid() != crashingThread) {
+        ::tgkill(::getpid(), crashingThread, alarm);
+        return;
+    }
+    const int number = crashingSignal;
+    struct sigaction action {};
+    action.sa_handler = SIG_DFL;
+    ::sigaction(number, &action, nullptr);
+    unblock(number);
+    ::raise(number);
+}
+
+void limitTelling(int number) noexcept {
+    crashingSignal = number;
+    struct sigaction action {};
+    action.sa_handler = endUntold;
+    action.sa_flags = SA_ONSTACK;
+    ::sigemptyset(&action.sa_mask);
+    ::sigaction(SIGALRM, &action, nullptr);
+    unblock(SIGALRM);
+    ::alarm(longestTelling);
+}
+
 void handleCrash(int number, siginfo_t* information, void* context) noexcept {
     const int error = errno;
     const auto signal = std::ranges::find(crashSignals, number, &CrashSignal::number);
@@ -109,11 +144,14 @@ void handleCrash(int number, siginfo_t* information, void* context) noexcept {
     if (!isFirst && none != self) {
         for (;;) ::pause();
     }
-    ::sigaction(number, &signal->before, nullptr);
     if (isFirst) {
+        limitTelling(number);
         tellCrash(*signal, *information);
         tellFrames(context);
+        ::alarm(0);
     }
+    // Not before: the same signal of another thread would end the process in the midst of this.
+    ::sigaction(number, &signal->before, nullptr);
     // An instruction that failed fails again on return; what somebody sent is sent again.
     if (information->si_code <= 0) ::raise(number);
     errno = error;

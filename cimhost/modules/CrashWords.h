@@ -14,7 +14,8 @@ namespace cimhost {
 ///     /usr/lib/x86_64-linux-gnu/cmpi/libFans.so(+0x11c9)[0x7f0e5c0e11c9]
 ///
 /// Then the signal takes the course it had before: the handler that was there, or the default,
-/// which may leave a core file. Handlers that modules set replace this one. Once, before the first
+/// which may leave a core file. Where these words hang for three seconds, as they do while another
+/// thread hangs in dlopen, the default ends the process without the rest. Handlers that modules set replace this one. Once, before the first
 /// thread; lasts until the process ends. Throws std::system_error.
 void installCrashWords();
 

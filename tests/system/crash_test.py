@@ -76,6 +76,17 @@ class Crash(unittest.TestCase):
         self.assertRegex(log, r"cimhost: crash: outside of any provider's call: SIGSEGV at 0x0\n"
                               r".*libsins\.so")
 
+    def test_a_second_crash_does_not_cut_the_words_of_the_first(self):
+        status, log = self.crash("gi", ':TST_Sin.Name="twice"')
+        self.assertEqual(-signal.SIGSEGV, status, log)
+        self.assertRegex(log, r"cimhost: crash: outside of any provider's call: SIGSEGV at 0x0\n"
+                              r".*libsins\.so.*\n(.*\n)*.*libc\.so.*\n$")
+
+    def test_a_thread_that_hangs_in_the_loader_does_not_keep_the_process(self):
+        status, log = self.crash("gi", ':TST_Sin.Name="load"')
+        self.assertEqual(-signal.SIGSEGV, status, log)
+        self.assertIn(GET.format("load") + "SIGSEGV at 0x0\n", log)
+
     def test_a_handler_that_the_module_has_set_is_the_one_that_runs(self):
         status, log = self.crash("gi", ':TST_Sin.Name="handled"')
         self.assertEqual(3, status, log)

@@ -1,10 +1,12 @@
 #include "cmpi/cmpimacs.h"
 
+#include <dlfcn.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <string>
 #include <thread>
 
 // A module that brings its process down, keeps it or lies, when asked for an instance of that name.
@@ -49,6 +51,25 @@ void sayGoodbye(int) {
     _exit(3);
 }
 
+// The second ends the process as soon as its signal does that by itself.
+void crashTwice() {
+    std::thread first(writeThroughNull);
+    struct sigaction now {};
+    do sigaction(SIGSEGV, nullptr, &now);
+    while (now.sa_handler != SIG_DFL);
+    writeThroughNull();
+    first.join();
+}
+
+void crashWhileAnotherLoads() {
+    int ends[2];
+    if (pipe(ends) != 0) return;
+    setenv("SINS_LOADING", std::to_string(ends[1]).c_str(), 1);
+    std::thread([] { dlopen(TEST_SLOW_LIBRARY, RTLD_NOW); }).detach();
+    char told = 0;
+    if (read(ends[0], &told, 1) == 1) writeThroughNull();
+}
+
 void commit(const char* sin) {
     if (std::strcmp(sin, "null") == 0) writeThroughNull();
     if (std::strcmp(sin, "call") == 0) callNull();
@@ -57,6 +78,8 @@ void commit(const char* sin) {
     if (std::strcmp(sin, "overflow") == 0) overflow(0);
     if (std::strcmp(sin, "corrupt") == 0) freeTwice();
     if (std::strcmp(sin, "thread") == 0) std::thread(writeThroughNull).join();
+    if (std::strcmp(sin, "twice") == 0) crashTwice();
+    if (std::strcmp(sin, "load") == 0) crashWhileAnotherLoads();
     if (std::strcmp(sin, "handled") == 0) {
         std::signal(SIGSEGV, sayGoodbye);
         writeThroughNull();
