@@ -2,6 +2,7 @@
 
 #include "cimhost/objects/Broker.h"
 #include "cimhost/repository/Instance.h"
+#include "cimhost/repository/Utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -23,14 +24,17 @@ public:
         _size += taken;
     }
 
-    /// Nothing in it ends a line or speaks to a terminal from now on.
+    /// Nothing in it ends a line, speaks to a terminal or turns text round from now on.
     void blankControls() noexcept {
-        std::replace_if(
-            _bytes.data(), _bytes.data() + _size,
-            [](char character) {
-                return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
-            },
-            ' ');
+        for (std::size_t place = 0; place < _size;) {
+            const auto byte = static_cast<unsigned char>(_bytes[place]);
+            const auto point = firstCodePoint(view().substr(place));
+            const std::size_t length = point ? point->length : 1;
+            const bool isControl =
+                byte < 0x20 || byte == 0x7F || (point ? isDeceptive(point->value) : byte <= 0x9F);
+            if (isControl) std::memset(_bytes.data() + place, ' ', length);
+            place += length;
+        }
     }
 
     std::string_view view() const noexcept { return {_bytes.data(), _size}; }

@@ -37,6 +37,12 @@ std::optional<CodePoint> firstCodePoint(std::string_view text) noexcept {
     return CodePoint{value, length};
 }
 
+bool isDeceptive(char32_t value) noexcept {
+    return (value >= 0x80 && value <= 0x9F) || value == 0x061C || value == 0x200E ||
+           value == 0x200F || (value >= 0x2028 && value <= 0x202E) ||
+           (value >= 0x2066 && value <= 0x2069);
+}
+
 std::size_t findInvalidUtf8(std::string_view text) noexcept {
     std::size_t place = 0;
     while (place < text.size()) {

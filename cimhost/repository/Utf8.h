@@ -17,6 +17,10 @@ struct CodePoint {
 /// The character at the start of the text, or nullopt when its bytes are none.
 std::optional<CodePoint> firstCodePoint(std::string_view text) noexcept;
 
+/// C1 control characters, line separators, and what turns the direction of text round: what a
+/// reader of a terminal or a log may be deceived with. Async-signal-safe, as firstCodePoint is.
+bool isDeceptive(char32_t value) noexcept;
+
 /// The place of the first byte that is not UTF-8, or npos.
 std::size_t findInvalidUtf8(std::string_view text) noexcept;
 

@@ -3,7 +3,9 @@
 #include "cimhost/objects/Description.h"
 #include "cimhost/repository/DateTime.h"
 #include "cimhost/repository/Names.h"
+#include "cimhost/server/ShownText.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <string_view>
@@ -63,15 +65,25 @@ const Text* headlineOf(const Instance& indication) noexcept {
     return nullptr;
 }
 
-void appendVisible(std::string& line, std::string_view text) {
+bool isControl(char character) noexcept {
+    return static_cast<unsigned char>(character) < 0x20 || character == 0x7F;
+}
+
+void appendEscape(std::string& line, char control) {
     constexpr std::string_view digits = "0123456789abcdef";
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (byte < 0x20 || byte == 0x7F) {
-            line.append({'\\', 'x', digits[byte >> 4U], digits[byte & 15U]});
-        } else {
-            line += character;
-        }
+    const auto byte = static_cast<unsigned char>(control);
+    line.append({'\\', 'x', digits[byte >> 4U], digits[byte & 15U]});
+}
+
+// As the log does, but for control characters: a sender's line ends are seen.
+void appendVisible(std::string& line, std::string_view text) {
+    while (!text.empty()) {
+        const auto end = std::ranges::find_if(text, isControl);
+        appendVisibly(line, {text.begin(), end});
+        text = {end, text.end()};
+        if (text.empty()) return;
+        appendEscape(line, text.front());
+        text.remove_prefix(1);
     }
 }
 

@@ -9,13 +9,6 @@
 namespace cimhost {
 namespace {
 
-/// C1 control characters, line separators, and what turns the direction of text round.
-bool isDeceptive(char32_t value) noexcept {
-    return (value >= 0x80 && value <= 0x9F) || value == 0x061C || value == 0x200E ||
-           value == 0x200F || (value >= 0x2028 && value <= 0x202E) ||
-           (value >= 0x2066 && value <= 0x2069);
-}
-
 void appendEscape(std::string& line, const char* format, unsigned value) {
     std::array<char, 8> text;
     const int size = std::snprintf(text.data(), text.size(), format, value);

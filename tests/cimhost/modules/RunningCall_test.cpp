@@ -147,6 +147,21 @@ TEST(BoundedText, EndsNoLineAfterItsControlsAreBlank) {
     EXPECT_EQ(text.view(), "a b   cd");
 }
 
+TEST(BoundedText, DeceivesNoReaderAfterItsControlsAreBlank) {
+    const auto blanked = [](std::string_view bytes) {
+        BoundedText<16> text;
+        text.append(bytes);
+        text.blankControls();
+        return std::string(text.view());
+    };
+    EXPECT_EQ(blanked("a\xC2\x9B\xC2\x80z"), "a    z");
+    EXPECT_EQ(blanked("a\xE2\x80\xAE\xE2\x81\xA6\xD8\x9C\xE2\x80\x8Ez"), "a           z");
+    EXPECT_EQ(blanked("a\x9Bz"), "a z") << "a terminal may take the byte alone, too";
+    const std::string_view harmless = "\xC3\x9B \xE2\x82\xAC \xF0\x9F\x98\x80 \xFF";
+    EXPECT_EQ(blanked(harmless), harmless) << "bytes of other characters stay";
+    EXPECT_EQ(blanked("0123456789abcd\xE2\x80\xAE"), "0123456789abcd\xE2 ");
+}
+
 TEST(OperationName, IsThatOfTheSlot) {
     EXPECT_EQ(operationName(&CMPIInstanceMIFT::getInstance), "getInstance");
     EXPECT_EQ(operationName(&CMPIAssociationMIFT::referenceNames), "referenceNames");

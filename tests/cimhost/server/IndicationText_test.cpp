@@ -62,5 +62,12 @@ TEST(IndicationText, LetsNoControlCharacterThrough) {
     EXPECT_NE(text.find("A\\x0aB"), std::string::npos);
 }
 
+TEST(IndicationText, ShowsWhatWouldDeceiveItsReader) {
+    Instance indication = alert();
+    indication.set("Message", Value::string("\xC2\x9B 31m\n\xE2\x80\xAE L\xC3\xBC"));
+    const std::string text = describeIndication(indication, arrival);
+    EXPECT_NE(text.find("    \\u009b 31m\\x0a\\u202e L\xC3\xBC\n"), std::string::npos) << text;
+}
+
 }  // namespace
 }  // namespace cimhost
