@@ -10,6 +10,7 @@
 #include <chrono>
 #include <list>
 #include <memory>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -54,12 +55,16 @@ public:
         std::unique_lock lock(subscriptions._changing);
         _holds = subscriptions._changeEnded.wait_for(
             lock, patience, [&subscriptions] { return !subscriptions._isChanging; });
-        if (_holds) subscriptions._isChanging = true;
-        if (_holds) subscriptions._changer = std::this_thread::get_id();
+        if (!_holds) return;
+        subscriptions._isChanging = true;
+        subscriptions._changeBegan = std::chrono::steady_clock::now();
+        subscriptions._changer = std::this_thread::get_id();
     }
 
-    explicit Change(Subscriptions& subscriptions) : Change(subscriptions, std::chrono::hours(1)) {
-        if (!_holds || subscriptions._isStopped) {
+    explicit Change(Subscriptions& subscriptions)
+        : Change(subscriptions, subscriptions._longestWait) {
+        if (!_holds) _refuse();
+        if (subscriptions._isStopped) {
             _release();
             throw CimError(CimCode::serverIsShuttingDown, "the server is shutting down");
         }
@@ -72,6 +77,14 @@ public:
     bool holds() const noexcept { return _holds; }
 
 private:
+    [[noreturn]] void _refuse() const {
+        const std::lock_guard lock(_subscriptions._changing);
+        const auto elapsed = std::chrono::steady_clock::now() - _subscriptions._changeBegan;
+        const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(elapsed).count();
+        throw CimError(CimCode::failed, "another change of subscriptions has not ended for " +
+                                            std::to_string(seconds) + " s");
+    }
+
     void _release() noexcept {
         if (!std::exchange(_holds, false)) return;
         _subscriptions._changer = std::thread::id();

@@ -55,12 +55,13 @@ bool leadsToConsole(const Instance& destination) { return judgeDestination(desti
 }  // namespace
 
 Subscriptions::Subscriptions(Broker& broker, ModuleHost& modules, IndicationRoutes& routes,
-                             IndicationOutlet& outlet)
+                             IndicationOutlet& outlet, std::chrono::milliseconds longestWait)
     : _broker(broker),
       _interop(interopNameSpaces(broker.repository())),
       _routes(routes),
       _outlet(outlet),
-      _activation(broker, modules) {}
+      _activation(broker, modules),
+      _longestWait(longestWait) {}
 
 Subscriptions::~Subscriptions() {
     try {

@@ -23,6 +23,7 @@ struct SubscriptionLimits {
     static constexpr std::size_t filters = 1024;
     static constexpr std::size_t destinations = 64;  ///< each may have a thread that sends
     static constexpr std::size_t subscriptions = 4096;
+    static constexpr std::chrono::minutes wait{1};  ///< for another change; then CimError failed
 };
 
 /// The filters, destinations and subscriptions of all interop namespaces, and their effect: a
@@ -36,9 +37,11 @@ struct SubscriptionLimits {
 /// subscription cannot make another. No lock is held on which deliverIndication could wait.
 class Subscriptions final : public InstanceSource {
 public:
-    /// All of these outlive the subscriptions.
+    /// All of these outlive the subscriptions. A change that waits for another one, which a
+    /// provider may never let end, is refused after `longestWait`.
     Subscriptions(Broker& broker, ModuleHost& modules, IndicationRoutes& routes,
-                  IndicationOutlet& outlet);
+                  IndicationOutlet& outlet,
+                  std::chrono::milliseconds longestWait = SubscriptionLimits::wait);
     ~Subscriptions() override;
     Subscriptions(const Subscriptions&) = delete;
     Subscriptions& operator=(const Subscriptions&) = delete;
@@ -56,14 +59,15 @@ public:
 
     /// The instance is of one of those classes or a subclass. Throws CimError: what the rules
     /// refuse; alreadyExists; notFound for a subscription to what is not there; what a provider
-    /// refuses it with; failed when the state cannot be written; serverLimitsExceeded.
+    /// refuses it with; failed when the state cannot be written, or when it waited too long for
+    /// another change; serverLimitsExceeded; serverIsShuttingDown.
     ObjectPath create(const RequestContext& request, const Instance& instance) override;
 
     /// Changes the properties given. What a filter selects or where a destination leads cannot be
     /// changed while it is in use (failed). Throws as create.
     void modify(const RequestContext& request, const Instance& instance) override;
 
-    /// Throws CimError notFound; failed for what is in use, or came with the MOF.
+    /// Throws CimError notFound; failed for what is in use, or came with the MOF, and as create.
     void remove(const RequestContext& request, const ObjectPath& path) override;
 
     /// The instances of the class and its subclasses in the namespace.
@@ -71,7 +75,7 @@ public:
 
     /// Makes filters active anew whose providers' modules have been replaced, and then inactive at
     /// those of before. A filter that a new one refuses stays where it was, and is logged. Throws
-    /// CimError serverIsShuttingDown.
+    /// CimError serverIsShuttingDown; failed when it waited too long for another change.
     void renewActivations();
 
     /// Turns everything off at the providers. Later changes are refused. False when a change did
@@ -113,12 +117,14 @@ private:
     IndicationOutlet& _outlet;
     FilterActivation _activation;
     std::optional<std::filesystem::path> _file;
+    std::chrono::milliseconds _longestWait;
 
     // Held for the whole of a change, by whoever has set _isChanging. Not a timed mutex: its timed
     // lock is one that GCC 12's thread sanitizer does not see.
     std::mutex _changing;
     std::condition_variable _changeEnded;
     bool _isChanging = false;
+    std::chrono::steady_clock::time_point _changeBegan;  ///< guarded as _isChanging is
     std::atomic<std::thread::id> _changer{};
     bool _isStopped = false;
     bool _isRestoring = false;

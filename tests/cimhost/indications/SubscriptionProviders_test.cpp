@@ -1,5 +1,9 @@
 #include "tests/cimhost/indications/SubscriptionsFixture.h"
 
+#include <future>
+#include <semaphore>
+#include <thread>
+
 namespace cimhost {
 namespace {
 
@@ -125,6 +129,25 @@ TEST_F(SubscriptionsTest, CannotBeChangedFromWithinAChange) {
     subscribe();
     alarms.whenTold = nullptr;
     EXPECT_EQ(failure, "1: subscriptions cannot be changed while a provider is asked about one");
+}
+
+TEST_F(SubscriptionsTest, DoNotWaitForeverForAProviderThatAnotherChangeAsks) {
+    subscriptions = std::make_unique<Subscriptions>(broker, *modules, routes, outlet,
+                                                    std::chrono::milliseconds(1));
+    subscriptions->restore({});
+    std::counting_semaphore<> isAsked(0);
+    std::promise<void> answer;
+    alarms.whenTold = [&, answered = answer.get_future().share()] {
+        isAsked.release();
+        answered.wait();
+    };
+    std::thread other([&] { subscribe(); });
+    isAsked.acquire();
+    const std::string failure = errorOf([&] { create(destinationOf("http://x/", "late")); });
+    answer.set_value();
+    other.join();
+    EXPECT_EQ(failure, "1: another change of subscriptions has not ended for 0 s");
+    create(destinationOf("http://x/", "late"));
 }
 
 }  // namespace
