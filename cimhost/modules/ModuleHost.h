@@ -77,10 +77,13 @@ std::string cannotBeLoaded(const std::string& module);
 /// An MI is made when the first call needs it, once for each provider and type, so that a module
 /// that cannot be loaded delays nobody and is tried again at the next call. Making and cleaning up
 /// go one at a time for each provider, on the thread that asks, so that a factory that hangs keeps
-/// its own provider alone; a factory may make up-calls. Safe from several threads, addStatic
-/// excepted. The broker must outlive the host.
+/// its own provider alone; a factory may make up-calls. Safe from several threads, addStatic and
+/// limitWaits excepted. The broker must outlive the host.
 class ModuleHost {
 public:
+    /// How long a call waits for another thread that makes or cleans up what it needs.
+    static constexpr std::chrono::minutes longestWait{1};
+
     /// `folders` are where modules are looked for, in this order.
     ModuleHost(const Broker& broker, Registrations registrations,
                std::vector<std::filesystem::path> folders,
@@ -94,6 +97,9 @@ public:
 
     /// The module is part of this program and not looked for in the folders. Before its first use.
     void addStatic(const std::string& module, StaticModule factories);
+
+    /// Calls wait no longer than this. Before its first use.
+    void limitWaits(std::chrono::milliseconds longest) noexcept { _longestWait = longest; }
 
     /// Those of now. A reference stays good when they are renewed.
     const Registrations& registrations() const noexcept;
@@ -116,9 +122,9 @@ public:
     /// CMPIInstanceMI, CMPIAssociationMI, CMPIMethodMI, CMPIIndicationMI; the registration is one
     /// of this host's, now or before. Throws CimError: serverIsShuttingDown; failed when it is
     /// registered no more; and, with a line in the log each time, failed when the module cannot be
-    /// loaded, has no such entry point, made no MI, or when the MI is asked for while it is being
-    /// made, on this thread or on one that waits for what this thread makes; accessDenied and
-    /// notSupported as the factory says.
+    /// loaded, has no such entry point, made no MI, when another thread makes it for too long, or
+    /// when the MI is asked for while it is being made, on this thread or on one that waits for
+    /// what this thread makes; accessDenied and notSupported as the factory says.
     template <typename MI>
     MiUse<MI> use(const Registration& registration);
 
@@ -162,6 +168,7 @@ private:
     const Broker& _broker;
     std::vector<std::filesystem::path> _folders;
     ModuleSource _source;
+    std::chrono::milliseconds _longestWait = longestWait;
 
     // Read without a lock. All that ever were stay, for calls and others that refer to them: each
     // is small, and their libraries are closed.

@@ -446,6 +446,18 @@ TEST_F(TwoFactories, OneThatHangsKeepsNoOther) {
     EXPECT_EQ(other.get(), 6);
 }
 
+TEST_F(TwoFactories, OneThatHangsIsNotAwaitedForEver) {
+    host().limitWaits(std::chrono::milliseconds(1));
+    make([&] { isMakingP.count_down(), mayGoOn.wait(); }, [] {});
+    std::thread client([&] { EXPECT_EQ(failureOf("TST_Fan"), "6: no fan"); });
+    isMakingP.wait();
+    EXPECT_EQ(failureOf("TST_Fan"),
+              "1: provider P: its factory or cleanup has not returned for 0 s");
+    mayGoOn.count_down();
+    client.join();
+    EXPECT_EQ(failureOf("TST_Fan"), "6: no fan") << "it is made by now";
+}
+
 TEST_F(TwoFactories, OneThatHangsDoesNotKeepTheEnd) {
     make([&] { isMakingP.count_down(), mayGoOn.wait(); }, [] {});
     getCode("TST_System");
