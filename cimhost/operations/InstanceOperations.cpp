@@ -97,10 +97,7 @@ ObjectPath Operations::createInstance(const RequestContext& request, const Insta
              makeRequestPath(_broker,
                              pathForProvider(manner, request, instance.path, target.classPath())),
              makeInstance(_broker, std::move(declared)));
-    ObjectPath created = result.take();
-    if (created.nameSpace.empty()) created.nameSpace = target.nameSpace.name();
-    if (created.className.empty()) created.className = target.definition.name;
-    return created;
+    return result.takeFor(repository, target, _judgeFor(request));
 }
 
 void Operations::modifyInstance(const RequestContext& request, const Instance& instance,

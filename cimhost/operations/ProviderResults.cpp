@@ -7,6 +7,17 @@
 
 namespace cimhost {
 
+namespace {
+
+// Other namespaces than those here are no business of this host: they have none.
+const NameSpace* nameSpaceOf(const Repository& repository, const Target& asked,
+                             const ObjectPath& path) {
+    if (equalNames(path.nameSpace, asked.nameSpace.name())) return &asked.nameSpace;
+    return repository.find(path.nameSpace);
+}
+
+}  // namespace
+
 void ProviderSink::instance(const Instance&) { refuse("an instance, which is no result of this"); }
 
 void ProviderSink::path(const ObjectPath&) { refuse("an object path, which is no result of this"); }
@@ -18,9 +29,9 @@ void ProviderSink::refuse(const std::string& what) const {
 }
 
 Fit EnumerationFilter::judge(const NameSpace* nameSpace, const Class* definition) const {
-    if (!definition || nameSpace != &_asked.nameSpace) return Fit::belongs;
-    if (definition == &_asked.definition) return Fit::belongs;
+    if (!definition || definition == &_asked.definition) return Fit::belongs;
     if (!nameSpace->isA(definition->name, _asked.definition.name)) return Fit::misdirected;
+    if (nameSpace != &_asked.nameSpace) return Fit::belongs;
     const bool isOthers =
         static_cast<bool>(_servers.of(ProviderType::instance, {*nameSpace, *definition}));
     return isOthers ? Fit::leftOut : Fit::belongs;
@@ -48,11 +59,8 @@ WalkSink::Verdict& WalkSink::verdictOn(const ObjectPath& path) {
     return *_last;
 }
 
-// Other namespaces than those here are no business of this host.
 WalkSink::Verdict WalkSink::_judgeAnew(const ObjectPath& path) const {
-    const NameSpace* const nameSpace = equalNames(path.nameSpace, _asked.nameSpace.name())
-                                           ? &_asked.nameSpace
-                                           : _repository.find(path.nameSpace);
+    const NameSpace* const nameSpace = nameSpaceOf(_repository, _asked, path);
     const Class* const definition = nameSpace ? nameSpace->findClass(path.className) : nullptr;
     const Fit fit = _filter.judge(nameSpace, definition);
     Verdict verdict{path.nameSpace, path.className, definition, fit == Fit::belongs, nullptr, {}};
@@ -139,6 +147,34 @@ void SinglePath::path(const ObjectPath& path) {
 ObjectPath SinglePath::take() {
     if (!_path) refuse("no object path for what it created");
     return std::move(*_path);
+}
+
+ObjectPath SinglePath::takeFor(const Repository& repository, const Target& asked,
+                               const ResultJudge* judge) {
+    ObjectPath path = take();
+    if (path.nameSpace.empty()) path.nameSpace = asked.nameSpace.name();
+    if (path.className.empty()) path.className = asked.definition.name;
+    if (judge) _hold(repository, asked, path, *judge);
+    return path;
+}
+
+void SinglePath::_hold(const Repository& repository, const Target& asked, const ObjectPath& path,
+                       const ResultJudge& judge) const {
+    const NameSpace* const nameSpace = nameSpaceOf(repository, asked, path);
+    if (!nameSpace) return;
+    const Class* const definition = nameSpace->findClass(path.className);
+    if (!definition) {
+        judge.tellUnknownClass(provider(), path, nameSpace);
+        refuse("a path of unknown class " + path.className);
+    }
+    if (!nameSpace->isA(definition->name, asked.definition.name)) {
+        judge.tellOtherClass(provider(), *definition, asked.definition);
+        refuse("a path of " + definition->name + " for one of " + asked.definition.name);
+    }
+    const ClassRules& rules = judge.rulesOf(*definition);
+    if (!rules.isClean(path, nullptr) && judge.tellKeys(provider(), rules, path)) {
+        refuse("a path of " + definition->name + " with other keys than the class");
+    }
 }
 
 void SingleValue::instance(const Instance& instance) { _set(Value::instance(instance)); }

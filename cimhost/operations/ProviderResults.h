@@ -50,8 +50,8 @@ public:
 };
 
 /// For an enumeration that asks about `asked`: its instances, and those of its subclasses, but for
-/// subclasses that somebody answers for: those are asked about on their own. Whether results of
-/// unknown classes pass is not decided here.
+/// subclasses that somebody answers for: those are asked about on their own. The classes of another
+/// namespace count by their names. Whether results of unknown classes pass is not decided here.
 class EnumerationFilter final : public ResultFilter {
 public:
     EnumerationFilter(const Servers& servers, const Target& asked)
@@ -184,7 +184,14 @@ public:
     /// CimError failed when none was delivered.
     ObjectPath take();
 
+    /// That, completed, as the path of an instance of the class asked for or a subclass. Held
+    /// against its class unless the judge is null; one that the judge would leave out is refused.
+    ObjectPath takeFor(const Repository& repository, const Target& asked, const ResultJudge* judge);
+
 private:
+    void _hold(const Repository& repository, const Target& asked, const ObjectPath& path,
+               const ResultJudge& judge) const;
+
     std::optional<ObjectPath> _path;
 };
 

@@ -31,6 +31,10 @@ protected:
             for (const Instance& each : instances) provider.deliver(called.result, each);
             return ScriptedProvider::succeed();
         };
+        provider.createInstance = [&](const ProviderCalled& called) {
+            for (const Instance& each : instances) provider.deliver(called.result, each.path);
+            return ScriptedProvider::succeed();
+        };
         provider.enumerateInstanceNames =
             provider.associatorNames = [&](const ProviderCalled& called) {
                 for (const Instance& each : instances) provider.deliver(called.result, each.path);
@@ -77,6 +81,13 @@ protected:
         FoundInstances found;
         return errorOf(
             [&] { operations().getInstance(request(), named("TST_Fan", "a"), {}, found); });
+    }
+
+    std::string failureOfCreate() {
+        Instance wanted;
+        wanted.path = classPath("TST_Fan");
+        wanted.set("Name", Value::string("a"));
+        return errorOf([&] { operations().createInstance(request(), wanted); });
     }
 
     std::vector<std::string> warnings() const {
@@ -195,6 +206,48 @@ TEST_F(Verdicts, ObjectsOfOtherClassesAreLeftOutAndToldOnce) {
             "not have; it is left out"));
 }
 
+TEST_F(Verdicts, ObjectsOfOtherNamespacesAreOfTheClassAskedForToo) {
+    readMof(R"(
+        class TST_Fan { [Key] string Name; uint16 Speed; };
+        class TST_SlowFan : TST_Fan {};
+        class TST_Other { [Key] string Name; uint16 Speed; };)",
+            "interop");
+    start(ResultPolicy::warn);
+    instances = {fan("a"), fan("b"), fan("c"), fan("d")};
+    for (Instance& each : instances) each.path.nameSpace = "interop";
+    instances[1].path.className = "TST_SlowFan";
+    instances[2].path.className = "TST_Other";
+    instances[3].path.nameSpace = "root/far";
+    instances[3].path.className = "TST_Other";
+    EXPECT_THAT(enumerateNames(), ElementsAre("TST_Fan.a", "TST_SlowFan.b", "TST_Other.d"))
+        << "what classes a namespace has that is not here cannot be known";
+    EXPECT_EQ(enumerate().size(), 3U);
+    EXPECT_THAT(warnings(), ElementsAre("provider P delivered an object of class TST_Other for one "
+                                        "of TST_Fan; it is left out"));
+}
+
+TEST_F(Verdicts, APathOfWhatWasCreatedThatWouldBeLeftOutIsAnError) {
+    start(ResultPolicy::warn);
+    instances = {fan()};
+    EXPECT_EQ(failureOfCreate(), "");
+    instances[0].path.className = "TST_FastFan";
+    EXPECT_EQ(failureOfCreate(), "");
+    instances[0].path = named("TST_Nothing", "a", "root/far");
+    EXPECT_EQ(failureOfCreate(), "");
+    EXPECT_THAT(warnings(), IsEmpty());
+    instances[0].path = named("TST_Nothing", "a");
+    EXPECT_EQ(failureOfCreate(), "1: provider P delivered a path of unknown class TST_Nothing");
+    instances[0].path.className = "TST_System";
+    EXPECT_EQ(failureOfCreate(), "1: provider P delivered a path of TST_System for one of TST_Fan");
+    instances[0].path = pathOf("TST_Fan", "Name", uint32Value(1));
+    EXPECT_EQ(failureOfCreate(),
+              "1: provider P delivered a path of TST_Fan with other keys than the class");
+    instances[0].path.keys.clear();
+    EXPECT_EQ(failureOfCreate(),
+              "1: provider P delivered a path of TST_Fan with other keys than the class");
+    EXPECT_EQ(warnings().size(), 4U);
+}
+
 TEST_F(Verdicts, ASingleInstanceThatWouldBeLeftOutIsAnError) {
     start(ResultPolicy::warn);
     instances = {fan()};
@@ -221,6 +274,8 @@ TEST_F(Verdicts, RefusingSaysTheSameToTheClient) {
     instances[0].properties.clear();
     EXPECT_EQ(errorOf([&] { enumerateNames(); }),
               "1: provider P delivered an object of class TST_Fan without key Name");
+    EXPECT_EQ(failureOfCreate(),
+              "1: provider P delivered an object of class TST_Fan without key Name");
     instances[0].path.className = "TST_Nothing";
     EXPECT_EQ(errorOf([&] { enumerateNames(); }),
               "1: provider P delivered an object of class TST_Nothing, which namespace root/test "
@@ -235,6 +290,9 @@ TEST_F(Verdicts, PassingLetsEverythingPass) {
     instances[1].path.className = "TST_Nothing";
     EXPECT_THAT(enumerate("TST_Fan"), testing::Contains("Name Speed Colour"));
     EXPECT_THAT(enumerateNames(), testing::Contains("TST_Nothing.b"));
+    instances.resize(1);
+    instances[0].path.keys.clear();
+    EXPECT_EQ(failureOfCreate(), "");
     EXPECT_THAT(warnings(), IsEmpty());
 }
 
