@@ -1,8 +1,13 @@
 #include "cimhost/http/LoginQueue.h"
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <exception>
 #include <map>
 #include <mutex>
@@ -16,7 +21,26 @@ namespace {
 constexpr std::chrono::minutes guessMemory{1};
 constexpr std::size_t mostGuessers = 4096;
 
-std::string addressOf(const std::string& peer) { return peer.substr(0, peer.rfind(':')); }
+// One host may have all addresses of its network of 64 bits, but the network of link-local ones is
+// the same for all hosts.
+std::string networkOf(const std::string& address) {
+    in6_addr bytes{};
+    if (inet_pton(AF_INET6, address.c_str(), &bytes) != 1 || IN6_IS_ADDR_LINKLOCAL(&bytes)) {
+        return address;
+    }
+    std::array<char, INET6_ADDRSTRLEN> text{};
+    if (IN6_IS_ADDR_V4MAPPED(&bytes)) {
+        return inet_ntop(AF_INET, &bytes.s6_addr[12], text.data(), text.size());
+    }
+    std::fill_n(&bytes.s6_addr[8], 8, std::uint8_t{0});
+    return inet_ntop(AF_INET6, &bytes, text.data(), text.size());
+}
+
+std::string addressOf(const std::string& peer) {
+    const std::string address = peer.substr(0, peer.rfind(':'));
+    if (!address.starts_with('[') || !address.ends_with(']')) return address;
+    return networkOf(address.substr(1, address.size() - 2));
+}
 
 }  // namespace
 

@@ -14,6 +14,7 @@ namespace cimhost {
 /// from those who are in. What waits is bounded: one too many and the least trusted is refused. An
 /// address with wrong guesses in the last minute is trusted less than one without, and of one
 /// address a connection with wrong guesses less than another. So guessers keep out guessers first.
+/// The addresses of an IPv6 network of 64 bits are one, since a host may have them all.
 /// Safe from several threads.
 class LoginQueue {
 public:

@@ -177,9 +177,29 @@ TEST_F(LoginQueueTest, LeavesRoomForOtherAddresses) {
         same.push_back(ask(queue, "[::1]:" + std::to_string(i), std::to_string(i)));
     }
     ASSERT_NO_FATAL_FAILURE(waitForAnswers(same, 4));
-    auto other = ask(queue, "[::2]:1", "other");
+    auto other = ask(queue, "[2001:db8::1]:1", "other");
     gate.open();
     EXPECT_EQ(other.get(), Outcome::proven);
+}
+
+TEST_F(LoginQueueTest, TakesTheAddressesThatOneHostMayHaveForOne) {
+    LoginQueue queue({.ofOneAddress = 1});
+    auto first = ask(queue, "10.0.0.1:1", "first");
+    gate.waitForStarted(1);
+    std::vector<std::future<Outcome>> pairs;
+    for (const std::string peer :
+         {"[2001:db8::1]:1", "[2001:db8::ff:0:0:2]:1", "10.0.0.9:1", "[::ffff:10.0.0.9]:1"}) {
+        pairs.push_back(ask(queue, peer, peer));
+    }
+    ASSERT_NO_FATAL_FAILURE(waitForAnswers(pairs, 2));
+    std::vector<std::future<Outcome>> others;
+    for (const std::string peer :
+         {"[2001:db8:0:1::1]:1", "[::ffff:10.0.0.8]:1", "[fe80::1]:1", "[fe80::2]:1"}) {
+        others.push_back(ask(queue, peer, peer));
+    }
+    gate.open();
+    for (auto& each : others) EXPECT_EQ(each.get(), Outcome::proven);
+    EXPECT_EQ(first.get(), Outcome::proven);
 }
 
 TEST_F(LoginQueueTest, EndsWithoutWaitingForAProof) {
