@@ -123,15 +123,18 @@ void endUntold(int alarm) noexcept {
     ::raise(number);
 }
 
-void limitTelling(int number) noexcept {
+/// Tells what SIGALRM did before.
+struct sigaction limitTelling(int number) noexcept {
     crashingSignal = number;
+    struct sigaction before {};
     struct sigaction action {};
     action.sa_handler = endUntold;
     action.sa_flags = SA_ONSTACK;
     ::sigemptyset(&action.sa_mask);
-    ::sigaction(SIGALRM, &action, nullptr);
+    ::sigaction(SIGALRM, &action, &before);
     unblock(SIGALRM);
     ::alarm(longestTelling);
+    return before;
 }
 
 void handleCrash(int number, siginfo_t* information, void* context) noexcept {
@@ -145,10 +148,11 @@ void handleCrash(int number, siginfo_t* information, void* context) noexcept {
         for (;;) ::pause();
     }
     if (isFirst) {
-        limitTelling(number);
+        const struct sigaction before = limitTelling(number);
         tellCrash(*signal, *information);
         tellFrames(context);
         ::alarm(0);
+        ::sigaction(SIGALRM, &before, nullptr);
     }
     // Not before: the same signal of another thread would end the process in the midst of this.
     ::sigaction(number, &signal->before, nullptr);

@@ -15,8 +15,9 @@ namespace cimhost {
 ///
 /// Then the signal takes the course it had before: the handler that was there, or the default,
 /// which may leave a core file. Where these words hang for three seconds, as they do while another
-/// thread hangs in dlopen, the default ends the process without the rest. Handlers that modules set replace this one. Once, before the first
-/// thread; lasts until the process ends. Throws std::system_error.
+/// thread hangs in dlopen, the default ends the process without the rest. Handlers that modules set
+/// replace this one. Once, before the first thread; lasts until the process ends. Throws
+/// std::system_error.
 void installCrashWords();
 
 /// Memory on which this thread's handler runs, so that it can run when the stack is used up. None

@@ -8,7 +8,8 @@
 namespace cimhost {
 
 /// Takes the signals that ask a program to end, so that it can end in order, and lets a broken pipe
-/// and a file that is too long be an error rather than the end. Made before any thread, which then inherit that; never undone.
+/// and a file that is too long be an error rather than the end. Made before any thread, which then
+/// inherit that; never undone.
 class EndSignals {
 public:
     /// Throws std::system_error.
