@@ -17,21 +17,17 @@ enum class FileUse {
     moduleFolder,  ///< where code is looked for
 };
 
-/// What speaks against a file, in a sentence that names it.
-struct Distrust {
-    bool isRefusal;  ///< else a warning
-    std::string reason;
-};
-
-/// Whether somebody whom this process does not trust can read or change the file. Trusted are root,
-/// the user of the process, and the one who became root by sudo. Nothing for a file that is not
-/// there.
+/// What speaks against the use of a file, in a sentence that names what is wrong: somebody whom
+/// this process does not trust can read or change it. Trusted are root, the user of the process,
+/// and the one who became root by sudo. Of a file that is not there, only the way to it is judged.
 ///
 /// Passwords, key and state belong to one of them, and their modes keep all others out. Of
-/// registrations, modules and folders a process of root's alone asks, and of the folders that the
-/// others are in: who can write there can have anything run as root. Everybody and a group are
-/// refused, but for the group of its owner alone, which has the owner's number; another owner is a
-/// warning, for a tree that root builds for somebody. A folder with the sticky bit is fine.
-std::optional<Distrust> distrustOf(const std::filesystem::path& file, FileUse use);
+/// registrations, modules and folders a process of root's alone asks, and of every folder and link
+/// on the way from the root to any of the files: who can write there can have anything run as root.
+/// They belong to somebody trusted, and neither everybody nor a group may write them, but for
+/// root's group, and the group of the owner alone, which has the owner's number. A folder with the
+/// sticky bit is fine on the way, but not as one where modules are looked for: others could put
+/// those there that are missing.
+std::optional<std::string> distrustOf(const std::filesystem::path& file, FileUse use);
 
 }  // namespace cimhost

@@ -130,7 +130,7 @@ int serve(ServeOptions& options) {
     Registrations registrations;
     options.schema.loadInto(registrations);
     if (options.checks) warn(options, repository, registrations, log);
-    options.checkFiles(registrations, log);
+    options.checkFiles(registrations);
     const Gate gate(options);
     ObjectManager manager(repository, std::move(registrations), options.providerFolders, log,
                           options.indications, options.manner, options.isolation(), options.results,

@@ -14,7 +14,6 @@
 #include <map>
 #include <set>
 #include <stdexcept>
-#include <utility>
 
 namespace cimhost {
 namespace {
@@ -28,6 +27,10 @@ CLI::Option* addSeconds(CLI::App& command, const std::string& name, std::chrono:
         ->type_name("SECONDS")
         ->check(CLI::Range(0.001, 86400.0))
         ->default_str(std::to_string(time.count() / 1000));
+}
+
+void requireTrust(const std::filesystem::path& file, FileUse use) {
+    if (const auto distrust = distrustOf(file, use)) throw std::runtime_error(*distrust);
 }
 
 }  // namespace
@@ -219,29 +222,20 @@ void ServeOptions::checkExposure() const {
                      "--password-file (127.0.0.1 and ::1 do without)");
 }
 
-void ServeOptions::checkFiles(const Registrations& registrations, BrokerLog& log) const {
-    std::set<std::pair<std::filesystem::path, FileUse>> files;
-    if (!passwordFile.empty()) files.emplace(passwordFile, FileUse::passwords);
-    if (!tlsKey.empty()) files.emplace(tlsKey, FileUse::privateKey);
-    if (indications.stateFile) files.emplace(*indications.stateFile, FileUse::state);
-    if (!projectFile.empty()) files.emplace(projectFile, FileUse::project);
-    for (const auto& file : schema.registrations()) files.emplace(file, FileUse::registration);
+void ServeOptions::checkFiles(const Registrations& registrations) const {
+    if (!passwordFile.empty()) requireTrust(passwordFile, FileUse::passwords);
+    if (!tlsKey.empty()) requireTrust(tlsKey, FileUse::privateKey);
+    if (indications.stateFile) requireTrust(*indications.stateFile, FileUse::state);
+    if (!projectFile.empty()) requireTrust(projectFile, FileUse::project);
+    for (const auto& file : schema.registrations()) requireTrust(file, FileUse::registration);
+    std::set<std::string> modules;
+    for (const Registration& each : registrations.all()) modules.insert(each.module);
     for (const auto& folder : providerFolders) {
-        files.emplace(folder, FileUse::moduleFolder);
-        for (const Registration& each : registrations.all()) {
-            files.emplace(folder / ("lib" + each.module + ".so"), FileUse::module);
+        requireTrust(folder, FileUse::moduleFolder);
+        for (const std::string& module : modules) {
+            requireTrust(folder / ("lib" + module + ".so"), FileUse::module);
         }
     }
-    std::vector<std::string> warnings;
-    for (const auto& [file, use] : files) {
-        const auto distrust = distrustOf(file, use);
-        if (distrust && distrust->isRefusal) throw std::runtime_error(distrust->reason);
-        if (distrust) warnings.push_back(distrust->reason);
-    }
-    if (warnings.empty()) return;
-    const std::size_t others = warnings.size() - 1;
-    const auto more = others == 0 ? "" : "; and so do " + std::to_string(others) + " others";
-    log.write(BrokerLog::Level::warning, "cimhost", warnings[0] + more);
 }
 
 }  // namespace cimhost

@@ -54,9 +54,8 @@ struct ServeOptions {
     /// them who they are, or not hide what they say.
     void checkExposure() const;
 
-    /// Throws std::runtime_error for the first file that others have a hand in (see FileTrust.h);
-    /// what else speaks against files is a warning in the log.
-    void checkFiles(const Registrations& registrations, BrokerLog& log) const;
+    /// Throws std::runtime_error for the first file that others have a hand in (see FileTrust.h).
+    void checkFiles(const Registrations& registrations) const;
 
 private:
     void _addNetworkOptions(CLI::App& command);

@@ -69,6 +69,8 @@ class BoxCommand(unittest.TestCase):
         self.type("!uname -n; exit 3")
         self.read_until("^wavek$")
         self.read_until(r"\(status 3\)")
+        self.type("!echo for $SUDO_UID")  # whose files root trusts inside
+        self.read_until(f"^for {os.getuid() or os.environ.get('SUDO_UID', 0)}$")
         self.type("fan1-stops")
         self.read_until("^fan1-stops: done$")
         self.type("dance")

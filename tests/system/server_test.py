@@ -51,6 +51,17 @@ class Start(unittest.TestCase):
         self.assertEqual(1, result.returncode, result.stdout)
         self.assertIn(str(port), result.stdout)
 
+    def test_files_that_others_have_a_hand_in_are_told(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for option, mode, more in (("--password-file", 0o604, ()), ("--tls-key", 0o604, ("--tls-cert", "absent")),
+                                       ("--state", 0o602, ())):
+                file = pathlib.Path(folder) / option.strip("-")
+                file.touch()
+                file.chmod(mode)
+                result = serve("--port", "0", "--max-seconds", "5", option, file, *more, *BASE_SERVER)
+                self.assertEqual(1, result.returncode, result.stdout)
+                self.assertRegex(result.stdout, rf"(?m)^cimhost: the .* {file} may be read or changed by others")
+
     def test_help_is_enough_to_begin(self):
         result = serve("--help")
         self.assertEqual(0, result.returncode)

@@ -33,6 +33,11 @@ PATIENCE = 180  # seconds: an emulated guest beside others on a busy host takes 
 KVM_SECONDS = 20  # a guest under KVM says its first word in one or two, where others run too in more
 
 
+def starter():
+    """The number of the user who started the box, by sudo or not."""
+    return os.getuid() or os.environ.get("SUDO_UID", 0)
+
+
 class Machine:
     """Use with `with`: leaving it ends everything that was started and removes its files."""
 
@@ -188,7 +193,7 @@ class Machine:
                  "-display", "none", "-serial", "stdio", "-cpu", "host" if accelerator == "kvm" else "qemu64,+rdrand",
                  "-kernel", self._kernel.image, "-initrd", scratch / "initramfs",
                  "-append", f"console=ttyS0 quiet panic=-1 box.name={self.server.host_name} "
-                            f"box.modules={self._kernel.modules}",
+                            f"box.modules={self._kernel.modules} box.user={starter()}",
                  # Slots are the port's own, as on a server, and not the firmware's.
                  "-global", "ICH9-LPC.acpi-pci-hotplug-with-bridge-support=off",
                  "-qmp", f"unix:{scratch}/monitor,server=on,wait=off",
