@@ -50,6 +50,9 @@ public:
 
     HttpHandler& httpHandler() noexcept { return _adapter; }
 
+    /// Those of now. A reference stays good when they are renewed.
+    const Registrations& registrations() const noexcept { return _modules.registrations(); }
+
     /// The names of all modules that are registered.
     std::set<std::string> modules() const;
 

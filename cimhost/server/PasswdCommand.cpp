@@ -1,6 +1,7 @@
 #include "cimhost/http/PasswordFile.h"
 #include "cimhost/http/PasswordHash.h"
 #include "cimhost/server/Command.h"
+#include "cimhost/server/FileTrust.h"
 
 #include <CLI/CLI.hpp>
 #include <termios.h>
@@ -57,6 +58,10 @@ std::string readPassword() {
 
 int setPassword(const std::string& file, const std::string& user) {
     if (!isUserName(user)) throw UsageError("'" + user + "' cannot be a user name");
+    // What is read goes on into a file of this process's own.
+    if (const auto distrust = distrustOf(file, FileUse::passwords)) {
+        throw std::runtime_error(*distrust);
+    }
     PasswordFile passwords = std::filesystem::exists(file) ? PasswordFile(file) : PasswordFile();
     std::string password = readPassword();
     passwords.set(user, hashPassword(password));

@@ -73,7 +73,9 @@ void Reloader::reload() noexcept {
 void Reloader::_watch() {
     for (const std::filesystem::path& folder : _files.folders()) {
         // A folder that is not there cannot be watched; a known one is not watched twice.
-        inotify_add_watch(_notifier.get(), folder.c_str(), IN_CLOSE_WRITE | IN_MOVED_TO);
+        // What was refused may be taken once its owner or mode has changed.
+        inotify_add_watch(_notifier.get(), folder.c_str(),
+                          IN_CLOSE_WRITE | IN_MOVED_TO | IN_ATTRIB);
     }
 }
 
@@ -111,15 +113,13 @@ void Reloader::_run() noexcept {
     }
 }
 
-std::optional<Registrations> Reloader::_readSchema() try {
-    Repository repository;
+std::optional<Registrations> Reloader::_readSchema(Repository& repository) try {
     _options.schema.loadInto(repository);
     Registrations registrations;
     _options.schema.loadInto(registrations);
     for (const std::string& warning : checkClasses(repository, registrations)) {
         _log.write(BrokerLog::Level::warning, "cimhost", warning);
     }
-    _repository.replaceBy(repository);
     return registrations;
 } catch (const std::exception& error) {
     _log.write(BrokerLog::Level::error, "cimhost",
@@ -127,17 +127,40 @@ std::optional<Registrations> Reloader::_readSchema() try {
     return std::nullopt;
 }
 
+bool Reloader::_mayTake(const Registrations& registrations) try {
+    _options.checkCode(registrations);
+    return true;
+} catch (const std::exception& error) {
+    _log.write(BrokerLog::Level::error, "cimhost",
+               std::string("reload: all stays as it was: ") + error.what());
+    return false;
+}
+
+FileChanges::Found Reloader::_findChanges() {
+    FileChanges::Found found = _files.look(_manager.modules());
+    FileChanges::Found refused = std::exchange(_refused, {});
+    found.hasSchema = found.hasSchema || refused.hasSchema;
+    found.modules.merge(refused.modules);
+    return found;
+}
+
 void Reloader::_look() {
     const bool isAsked = _isAsked.exchange(false);
-    const FileChanges::Found found = _files.look(_manager.modules());
+    const FileChanges::Found found = _findChanges();
     if (!found.hasSchema && found.modules.empty()) {
         if (isAsked) {
             _log.write(BrokerLog::Level::information, "cimhost", "reload: no file has changed");
         }
         return;
     }
+    Repository repository;
     std::optional<Registrations> registrations;
-    if (found.hasSchema) registrations = _readSchema();
+    if (found.hasSchema) registrations = _readSchema(repository);
+    if (!_mayTake(registrations ? *registrations : _manager.registrations())) {
+        _refused = found;
+        return;
+    }
+    if (registrations) _repository.replaceBy(repository);
     std::string words = registrations ? "the schema" : "";
     if (!found.modules.empty()) {
         words += (words.empty() ? "modules " : ", modules ") + joined(found.modules);

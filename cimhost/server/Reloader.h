@@ -9,8 +9,8 @@
 namespace cimhost {
 
 /// Takes changed modules, MOF and registration files into service while requests run: when it is
-/// told to, and, where the options want it, whenever files change. Files that are wrong are told in
-/// the log and leave in service what is.
+/// told to, and, where the options want it, whenever files change. Files that are wrong, and those
+/// that others have a hand in, are told in the log and leave in service what is.
 class Reloader {
 public:
     /// All outlive this. Nobody else renews the manager. Throws std::system_error.
@@ -30,15 +30,18 @@ private:
     void _settle() noexcept;
     void _drain() noexcept;
     void _look();
-    std::optional<Registrations> _readSchema();
+    FileChanges::Found _findChanges();
+    std::optional<Registrations> _readSchema(Repository& repository);
+    bool _mayTake(const Registrations& registrations);
 
     const ServeOptions& _options;
     Repository& _repository;
     ObjectManager& _manager;
     BrokerLog& _log;
     FileChanges _files;
-    Descriptor _bell;      ///< rings for a reload, and for the end
-    Descriptor _notifier;  ///< inotify's; none where files are not watched
+    FileChanges::Found _refused;  ///< what has changed and was not trusted: tried again
+    Descriptor _bell;             ///< rings for a reload, and for the end
+    Descriptor _notifier;         ///< inotify's; none where files are not watched
     std::atomic<bool> _isEnding = false;
     std::atomic<bool> _isAsked = false;
     std::thread _thread;  ///< last: it uses the others

@@ -227,6 +227,10 @@ void ServeOptions::checkFiles(const Registrations& registrations) const {
     if (!tlsKey.empty()) requireTrust(tlsKey, FileUse::privateKey);
     if (indications.stateFile) requireTrust(*indications.stateFile, FileUse::state);
     if (!projectFile.empty()) requireTrust(projectFile, FileUse::project);
+    checkCode(registrations);
+}
+
+void ServeOptions::checkCode(const Registrations& registrations) const {
     for (const auto& file : schema.registrations()) requireTrust(file, FileUse::registration);
     std::set<std::string> modules;
     for (const Registration& each : registrations.all()) modules.insert(each.module);

@@ -57,6 +57,9 @@ struct ServeOptions {
     /// Throws std::runtime_error for the first file that others have a hand in (see FileTrust.h).
     void checkFiles(const Registrations& registrations) const;
 
+    /// The same for what may change while it is served: registrations and modules.
+    void checkCode(const Registrations& registrations) const;
+
 private:
     void _addNetworkOptions(CLI::App& command);
     void _addLimitOptions(CLI::App& command);

@@ -198,6 +198,35 @@ class Reload(ReloadCase):
         self.assertIn(f"{self.mof}:3:7: ", host.log())
         self.assertEqual((1, 1), self.editions(host))
 
+    @unittest.skipUnless(os.geteuid() == 0, "asked by root alone")
+    def test_a_module_that_others_may_change_leaves_the_one_before(self):
+        host = self.start()
+        self.await_edition(host, 1)
+        self.put(2)
+        self.module.chmod(0o757)
+        host.process.send_signal(signal.SIGHUP)
+        self.await_line(host, "error cimhost: reload: all stays as it was: the module "
+                              f"{self.module} may be changed by others")
+        self.assertEqual((1, 1), self.editions(host))
+        self.module.chmod(0o755)
+        host.process.send_signal(signal.SIGHUP)
+        self.await_edition(host, 2)
+
+    @unittest.skipUnless(os.geteuid() == 0, "asked by root alone")
+    def test_a_registration_of_another_user_leaves_the_one_before_until_it_is_given_back(self):
+        host = self.start("--watch")
+        self.await_edition(host, 1)
+        os.chown(self.registration, 65534, 65534)
+        with open(self.registration, "a", encoding="utf-8") as file:
+            file.write("TST_NewEdition root/test NewEdition newedition instance\n")
+        self.mof.write_text(MOF + "class TST_NewEdition { [Key] string Words; };")
+        self.await_line(host, "reload: all stays as it was: the registration file "
+                              f"{self.registration} belongs to user 65534")
+        self.assertEqual(6, host.ask("gc", ":TST_NewEdition", namespace="root/test").cim_error)
+        os.chown(self.registration, 0, 0)
+        self.await_line(host, "reload: the schema")
+        self.assertIn("Words", host.ask("gc", ":TST_NewEdition", namespace="root/test").text)
+
     def test_a_signal_without_a_change_says_so(self):
         host = self.start()
         host.process.send_signal(signal.SIGHUP)

@@ -202,5 +202,16 @@ TEST_F(ProgramTest, LeavesAPasswordFileAloneWhenItCannotDoBetter) {
     EXPECT_FALSE(std::filesystem::exists(folder / "new"));
 }
 
+TEST_F(ProgramTest, TakesNoPasswordsOfSomebodyElse) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only root can give a file away";
+    }
+    const auto file = folder.write("passwords", "");
+    EXPECT_EQ(chown(file.c_str(), 65534, 65534), 0);
+    EXPECT_EQ(run({"passwd", file, "fred"}, "secret\n"), 1);
+    EXPECT_THAT(err(), HasSubstr("the password file " + file.string() + " belongs to user 65534"));
+    EXPECT_EQ(folder.read("passwords"), "");
+}
+
 }  // namespace
 }  // namespace cimhost
