@@ -59,9 +59,13 @@ Reloader::Reloader(const ServeOptions& options, Repository& repository, ObjectMa
 }
 
 Reloader::~Reloader() {
+    end();
+    _thread.join();
+}
+
+void Reloader::end() noexcept {
     _isEnding = true;
     reload();
-    _thread.join();
 }
 
 void Reloader::reload() noexcept {
@@ -89,7 +93,8 @@ void Reloader::_settle() noexcept {
     const auto end = std::chrono::steady_clock::now() + longestUnrest;
     do {
         _drain();
-    } while (isReadable(_notifier.get(), quietTime) && std::chrono::steady_clock::now() < end);
+    } while (!_isEnding && isReadable(_notifier.get(), quietTime) &&
+             std::chrono::steady_clock::now() < end);
 }
 
 void Reloader::_run() noexcept {
@@ -98,14 +103,12 @@ void Reloader::_run() noexcept {
         std::array<pollfd, 2> entries{{{_bell.get(), POLLIN, 0}, {_notifier.get(), POLLIN, 0}}};
         const int patience = isLeft ? static_cast<int>(releaseInterval.count()) : -1;
         const bool isRung = poll(entries.data(), entries.size(), patience) > 0;
+        if (isRung) _settle();
         if (_isEnding) return;
         std::uint64_t rings = 0;
         [[maybe_unused]] const auto count = ::read(_bell.get(), &rings, sizeof rings);
         try {
-            if (isRung) {
-                _settle();
-                _look();
-            }
+            if (isRung) _look();
             isLeft = _manager.releaseReplaced();
         } catch (const std::exception& error) {
             _log.write(BrokerLog::Level::error, "cimhost", std::string("reload: ") + error.what());

@@ -16,13 +16,17 @@ public:
     /// All outlive this. Nobody else renews the manager. Throws std::system_error.
     Reloader(const ServeOptions& options, Repository& repository, ObjectManager& manager,
              BrokerLog& log);
-    /// Ends a reload that runs first.
+    /// As end(), and waits for a reload that runs.
     ~Reloader();
     Reloader(const Reloader&) = delete;
     Reloader& operator=(const Reloader&) = delete;
 
     /// Looks at the files soon. From any thread.
     void reload() noexcept;
+
+    /// No reload begins any more. Does not wait for one that runs, which may be in code of a module
+    /// that never returns.
+    void end() noexcept;
 
 private:
     void _run() noexcept;

@@ -154,11 +154,14 @@ int serve(ServeOptions& options) {
     if (start.isReloadAsked()) reloader->reload();
     if (!isAskedToEnd) run(signals, *reloader, time);
     deadline.emplace(log, requestGrace + killGrace + moduleGrace + cleanUpGrace);
-    reloader.reset();
+    reloader->end();
     if (gate.authenticator) gate.authenticator->end();
     if (feed) feed->end();
     Shutdown end = endRequests(server, manager);
-    if (end != Shutdown::incomplete) end = std::max(end, manager.shutDown(moduleGrace));
+    if (end != Shutdown::incomplete) {
+        reloader.reset();
+        end = std::max(end, manager.shutDown(moduleGrace));
+    }
     if (end == Shutdown::incomplete) leaveAtOnce(log);
     return end == Shutdown::orderly ? 0 : 1;
 }

@@ -5,6 +5,7 @@ import pathlib
 import re
 import shutil
 import signal
+import socket
 import tempfile
 import threading
 import time
@@ -231,6 +232,53 @@ class Reload(ReloadCase):
         host = self.start()
         host.process.send_signal(signal.SIGHUP)
         self.await_line(host, "reload: no file has changed")
+
+
+class End(ReloadCase):
+    def test_files_that_are_written_all_the_time_do_not_delay_it(self):
+        host = self.start("--watch")
+        ends = threading.Event()
+
+        def write():
+            while not ends.is_set():
+                self.mof.write_text(MOF)
+                time.sleep(0.01)
+
+        writer = threading.Thread(target=write)
+        writer.start()
+        time.sleep(0.5)  # for the reload to wait that they are done
+        host.process.send_signal(signal.SIGTERM)
+        host.process.wait(timeout=30)
+        ends.set()
+        writer.join()
+        self.assertNotIn("reload:", host.log())
+
+    def test_nobody_is_let_in_while_a_replaced_module_cleans_up(self):
+        stuck = SOURCE / "tests/system/stuck"
+        module = self.folder / "libstuck.so"
+        shutil.copy(BUILD / "tests/system/stuck/libstuck.so", module)
+        host = Host(arguments=(
+            "--namespace", "root/test", "--schema", SOURCE / "schema/base/qualifiers.mof",
+            "--schema", stuck / "Stuck.mof", "--registration", stuck / "stuck.registration",
+            "--provider-dir", self.folder))
+        self.addCleanup(host.stop)
+        self.addCleanup(host.process.kill)  # first: its end would take long
+        host.ask("cm", ":TST_Stuck", "Load", namespace="root/test")
+        shutil.copy(module, self.folder / "next")
+        os.replace(self.folder / "next", module)
+        host.process.send_signal(signal.SIGHUP)
+        self.await_line(host, "reload: modules stuck")
+        host.process.send_signal(signal.SIGTERM)
+        await_true(lambda: not self.lets_in(host), host.log)
+        self.assertIsNone(host.process.poll(), host.log())
+
+    @staticmethod
+    def lets_in(host):
+        try:
+            socket.create_connection((host.address, host.port), timeout=20).close()
+        except ConnectionRefusedError:
+            return False
+        return True
 
 
 class WatchedCase(SubscribedCase):
