@@ -19,7 +19,9 @@ enum class FileUse {
 
 /// What speaks against the use of a file, in a sentence that names what is wrong: somebody whom
 /// this process does not trust can read or change it. Trusted are root, the user of the process,
-/// and the one who became root by sudo. Of a file that is not there, only the way to it is judged.
+/// the one who became root by sudo, and who owns this program or a folder on the way to it, since
+/// such a user can have another program run in its place; for the same reason those folders are not
+/// judged themselves. Of a file that is not there, only the way to it is judged.
 ///
 /// Passwords, key and state belong to one of them, and their modes keep all others out. Of
 /// registrations, modules and folders a process of root's alone asks, and of every folder and link

@@ -3,6 +3,7 @@
 import http.client
 import os
 import pathlib
+import shutil
 import socket
 import subprocess
 import tempfile
@@ -61,6 +62,23 @@ class Start(unittest.TestCase):
                 result = serve("--port", "0", "--max-seconds", "5", option, file, *more, *BASE_SERVER)
                 self.assertEqual(1, result.returncode, result.stdout)
                 self.assertRegex(result.stdout, rf"(?m)^cimhost: the .* {file} may be read or changed by others")
+
+    @unittest.skipUnless(os.geteuid() == 0, "needs the rights of root")
+    def test_the_tree_of_the_program_is_trusted_whosever_it_is(self):
+        with tempfile.TemporaryDirectory() as folder:
+            tree = pathlib.Path(folder) / "tree"
+            tree.mkdir()
+            program, registration = tree / "cimhost", tree / "registration"
+            shutil.copy(BUILD / "cimhost/cimhost", program)
+            registration.touch()
+            os.chown(registration, 65534, 65534)
+            arguments = ("serve", "--port", "0", "--max-seconds", "1", *map(str, BASE_SERVER),
+                         "--registration", str(registration))
+            for owner, status in ((0, 1), (65534, 0)):
+                os.chown(tree, owner, owner)
+                done = subprocess.run([program, *arguments], stdout=subprocess.PIPE,
+                                      stderr=subprocess.STDOUT, text=True)
+                self.assertEqual(status, done.returncode, done.stdout)
 
     def test_help_is_enough_to_begin(self):
         result = serve("--help")
