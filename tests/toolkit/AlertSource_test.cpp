@@ -8,12 +8,16 @@
 #include "tests/common/Failures.h"
 #include "tests/support/Journal.h"
 #include "tests/support/TestBroker.h"
+#include "toolkit/AlertThread.h"
+#include "toolkit/WatchingProvider.h"
 
 #include <gtest/gtest.h>
 #include <poll.h>
 
 #include <cerrno>
+#include <chrono>
 #include <optional>
+#include <semaphore>
 #include <stdexcept>
 #include <vector>
 
@@ -140,6 +144,49 @@ TEST_F(AlertSourceTest, DelaysNoAlertForAControllerThatNeverAnswers) {
     EXPECT_EQ(lines[5], dropped + "32 were dropped so far");
     EXPECT_TRUE(lines[6].ends_with(" alerts are not forwarded to the enclosure: the provider ends"))
         << lines[6];
+}
+
+/// Raises an alert whenever it begins to watch.
+struct RaisingProvider : PYL::WatchingProvider {
+    RaisingProvider(const CmpiCpp::CmpiBroker& broker, Logger& log)
+        : source(broker, log, "PYL_FanIndication"),
+          thread(broker, log, std::chrono::hours(1),
+                 [this](const CmpiCpp::CmpiContext& context) { source.raise(context, 3); }) {}
+
+    CMPIBroker* getBroker() override { return nullptr; }
+
+    AlertSource source;
+    PYL::AlertThread thread;
+
+protected:
+    void startWatching(const CmpiCpp::CmpiContext& context) override { thread.start(context); }
+    void stopWatching() override { thread.stop(); }
+};
+
+// It would wait for ever: nobody gives the controller up before the source ends.
+TEST_F(AlertSourceTest, DelaysNoUnsubscribingForAControllerThatNeverAnswers) {
+    std::counting_semaphore<> isAsked(0);
+    controller.openStatus = 0;
+    controller.onExchange = [&](const IpmiRequest& request, IpmiResponse& response) {
+        isAsked.release();
+        return neverAnswer(request, response);
+    };
+    int delivered = 0;
+    host.onIndication = [&](const cimhost::Instance&) { ++delivered; };
+    const auto path = host.path("PYL_ComputerSystem", "a");
+    {
+        RaisingProvider provider(host.broker(), log.logger);
+        provider.enableIndications(host.context());
+        isAsked.acquire();
+        provider.deactivateFilter(host.context(), nullptr, "KT_AlertIndication", path, true);
+        provider.disableIndications(host.context());
+        EXPECT_EQ(delivered, 1);
+        provider.enableIndications(host.context());
+        provider.disableIndications(host.context());
+        EXPECT_EQ(delivered, 2) << "who subscribes again is told, too";
+        provider.cleanup(host.context(), true);
+    }
+    EXPECT_EQ(errors(), Lines{});
 }
 
 TEST_F(AlertSourceTest, SaysOnceWhatTheHostLacks) {
