@@ -37,7 +37,7 @@ std::string networkOf(const std::string& address) {
 }
 
 std::string addressOf(const std::string& peer) {
-    const std::string address = peer.substr(0, peer.rfind(':'));
+    std::string address = peer.substr(0, peer.rfind(':'));
     if (!address.starts_with('[') || !address.ends_with(']')) return address;
     return networkOf(address.substr(1, address.size() - 2));
 }
