@@ -67,7 +67,7 @@ TEST_F(CmpiMemoryMarkTest, DoesNotLookForThemInABrokerOfVersion1) {
     for (const CMPIVersion version : {CMPIVersion{0}, CMPIVersion{CMPIVersion100}}) {
         CMPIBrokerFT upCalls = *handle()->bft;
         upCalls.brokerVersion = version;
-        CMPIBrokerMemFT nobodys = *handle()->mft;
+        CMPIBrokerMemFT nobodys{};
         nobodys.mark = [](const CMPIBroker*, CMPIStatus*) -> CMPIGcStat* {
             ADD_FAILURE() << "there is no such member";
             return nullptr;
@@ -80,7 +80,7 @@ TEST_F(CmpiMemoryMarkTest, DoesNotLookForThemInABrokerOfVersion1) {
 }
 
 TEST_F(CmpiMemoryMarkTest, LetsNothingOutThatTheBrokerThrows) {
-    CMPIBrokerMemFT throwing = *handle()->mft;
+    CMPIBrokerMemFT throwing{};
     CMPIBroker broker = *handle();
     broker.mft = &throwing;
     throwing.mark = [](const CMPIBroker*, CMPIStatus*) -> CMPIGcStat* { throw 1; };
