@@ -146,6 +146,7 @@ TEST_F(SubscriptionsTest, DoNotWaitForeverForAProviderThatAnotherChangeAsks) {
     const std::string failure = errorOf([&] { create(destinationOf("http://x/", "late")); });
     answer.set_value();
     other.join();
+    alarms.whenTold = nullptr;
     EXPECT_EQ(failure, "1: another change of subscriptions has not ended for 0 s");
     create(destinationOf("http://x/", "late"));
 }
